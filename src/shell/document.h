@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/textfile.h"
+
+#include <QString>
+
+namespace zelvane
+{
+
+/// The kinds of document and of file. 4 and 5 are not used.
+enum class FileKind : quint8 {
+    Other = 0,
+    Orchestra = 1,
+    Score = 2,
+    Unified = 3,
+    Midi = 6,
+    Sound = 7,
+    Cancelled = 255, ///< transient: the new-file dialog was cancelled
+};
+
+/// The line-end form a text was found in at load.
+enum class LineEndForm : quint8 { Pc = 0, Unix = 1, Mac = 2 };
+
+/// The one document of the process.
+struct DocumentRecord {
+    QString CurrentFile;                            ///< full path; empty until the document has been saved
+    FileKind DocumentKind = FileKind::Other;        ///< set by ClassifyDocument and NewFile
+    LineEndForm CurrentPlatform = LineEndForm::Pc;  ///< as found at load; saving neither heeds nor changes it
+    TextEncoding Encoding;                          ///< as found at load; saving keeps it
+    bool Modified = false;                          ///< the text differs from what was last loaded or saved
+    bool Loading = false;                           ///< the program itself is changing the text
+};
+
+} // namespace zelvane

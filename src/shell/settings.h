@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "shell/settingskeys.h"
+
+#include <memory>
+#include <utility>
+#include <vector>
+#include <QString>
+
+namespace zelvane
+{
+
+class ProfileFile;
+
+/// The per-user store of strings, addressed by section and key; keys and sections are compared without regard to case
+/// and enumerated in the order of their creation. Every write is atomic and takes the lock of the store's file.
+class SettingsStore
+{
+public:
+    /// The store at its place in the user's configuration folder.
+    SettingsStore();
+    /// A store in a file of the caller's choice.
+    explicit SettingsStore(const QString &file);
+    ~SettingsStore();
+
+    SettingsStore(const SettingsStore &) = delete;
+    SettingsStore &operator=(const SettingsStore &) = delete;
+
+    /// The stored string, or `fallback` when the key is absent. Never fails, never creates the key.
+    QString GetSetting(const QString &section, const QString &key, const QString &fallback = {}) const;
+    /// Creates section and key as needed. @throws RunTimeError when the store cannot be written
+    void SaveSetting(const QString &section, const QString &key, const QString &value);
+    /// All keys of a section with their values, in order of creation.
+    std::vector<std::pair<QString, QString>> GetAllSettings(const QString &section) const;
+    /// Removes a key; nothing happens when it is absent. @throws RunTimeError when the store cannot be written
+    void DeleteSetting(const QString &section, const QString &key);
+    /// Removes a whole section; nothing happens when it is absent. @throws RunTimeError when the store cannot be written
+    void DeleteSetting(const QString &section);
+
+    /// Readers of section "Options" by declared key, each with the key's own default. They throw RunTimeError 13
+    /// "Type mismatch" when the stored value cannot be read as the kind.
+    QString Text(const SettingKey &key) const;
+    bool Flag(const SettingKey &key) const;
+    double Number(const SettingKey &key) const;
+    int Integer(const SettingKey &key) const;
+    /// A colour as 0xBBGGRR, or a system colour with the top bit set.
+    quint32 Colour(const SettingKey &key) const;
+    /// The same with a default that only the reader knows (a control's present value).
+    QString Text(const SettingKey &key, const QString &fallback) const;
+    bool Flag(const SettingKey &key, bool fallback) const;
+    double Number(const SettingKey &key, double fallback) const;
+
+    /// Writers of section "Options". A flag is written as "-1" or "0", a number as its shortest decimal text.
+    void SaveText(const SettingKey &key, const QString &value);
+    void SaveFlag(const SettingKey &key, bool value);
+    void SaveNumber(const SettingKey &key, double value);
+    void SaveColour(const SettingKey &key, quint32 value);
+
+private:
+    std::unique_ptr<ProfileFile> m_file;
+};
+
+/// Turns a stored value into a boolean: a number other than 0 and the word for true are true.
+/// @throws RunTimeError 13 "Type mismatch" for any other text
+bool ToBoolean(const QString &value);
+
+} // namespace zelvane

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <functional>
+#include <map>
+#include <QAction>
+#include <QObject>
+#include <QString>
+
+class QMenu;
+
+namespace zelvane
+{
+
+class Desktop;
+
+/// Every command of the menus by (name, index). A subsystem binds its handlers; rows without one stay disabled.
+/// Toolbar buttons, keys and menu rows all go through Run, the one place where a command's failure is reported.
+class Commands : public QObject
+{
+    Q_OBJECT
+
+public:
+    using Handler = std::function<void(int index)>;
+
+    Commands(Desktop &desktop, QObject *parent);
+
+    /// One handler for all entries of a name, or for one entry only; binding enables the rows.
+    void Bind(const QString &name, Handler handler);
+    void Bind(const QString &name, int index, Handler handler);
+    bool IsBound(const QString &name, int index = 0) const;
+
+    /// Runs the handler; nothing happens when there is none. A RunTimeError ends in ReportError.
+    void Run(const QString &name, int index = 0);
+
+    /// The menu row's action; null when no menu has such a row.
+    QAction *Action(const QString &name, int index = 0) const;
+    /// Called by the menu builder for each row.
+    void AddAction(const QString &name, int index, QAction *action);
+    void RemoveAction(const QString &name, int index);
+
+    /// Enables a row; a row without a handler stays disabled whatever is asked. Toolbar buttons follow their row.
+    void SetEnabled(const QString &name, int index, bool enabled);
+    bool IsEnabled(const QString &name, int index = 0) const;
+    void SetChecked(const QString &name, int index, bool checked);
+    bool IsChecked(const QString &name, int index = 0) const;
+
+    /// Work to do each time the menu (or submenu) of this name is about to open, in the order of registration.
+    void OnMenuOpening(const QString &menu, std::function<void()> work);
+    void MenuOpening(const QString &menu);
+
+private:
+    using Key = std::pair<QString, int>;
+
+    Desktop &m_desktop;
+    std::map<Key, Handler> m_handlers;
+    std::map<Key, QAction *> m_actions;
+    std::map<QString, std::vector<std::function<void()>>> m_openings;
+};
+
+} // namespace zelvane

@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "support/stringbuffer.h"
+
+#include <algorithm>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane::test
+{
+
+namespace
+{
+
+QString OneFeed(QString text) { return text.replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n'); }
+
+} // namespace
+
+QString StringBuffer::TextRange(qsizetype start, qsizetype end) const { return text.mid(start, end - start); }
+
+void StringBuffer::SetText(const QString &newText)
+{
+    text = OneFeed(newText);
+    styles = QByteArray(text.size(), char(StyleClass::Text));
+    selection = {};
+    ++undoSteps;
+}
+
+void StringBuffer::SetSelection(qsizetype start, qsizetype end)
+{
+    if (end < 0)
+        end = text.size();
+    start = std::clamp<qsizetype>(start, 0, text.size());
+    end = std::clamp<qsizetype>(end, 0, text.size());
+    selection = {std::min(start, end), std::max(start, end)};
+}
+
+QString StringBuffer::SelectedText() const { return TextRange(selection.start, selection.end); }
+
+void StringBuffer::ReplaceSelection(const QString &newText)
+{
+    const QString inserted = OneFeed(newText);
+    const qsizetype start = selection.start;
+    ReplaceRange(start, selection.end, inserted);
+    selection = {start + inserted.size(), start + inserted.size()};
+}
+
+void StringBuffer::ReplaceRange(qsizetype start, qsizetype end, const QString &newText)
+{
+    const QString inserted = OneFeed(newText);
+    styles.resize(text.size(), char(StyleClass::Text));
+    const char before = start > 0 ? styles[start - 1] : char(StyleClass::Text);
+    text.replace(start, end - start, inserted);
+    styles.replace(start, end - start, QByteArray(inserted.size(), before));
+    SetSelection(selection.start, selection.end);
+    ++undoSteps;
+}
+
+qsizetype StringBuffer::LineCount() const { return text.count(u'\n') + 1; }
+
+qsizetype StringBuffer::LineOfOffset(qsizetype offset) const
+{
+    return QStringView(text).first(std::clamp<qsizetype>(offset, 0, text.size())).count(u'\n');
+}
+
+qsizetype StringBuffer::LineStart(qsizetype line) const
+{
+    qsizetype start = 0;
+    for (; line > 0; --line) {
+        const qsizetype feed = text.indexOf(u'\n', start);
+        if (feed < 0)
+            return text.size();
+        start = feed + 1;
+    }
+    return start;
+}
+
+qsizetype StringBuffer::LineEnd(qsizetype line) const
+{
+    const qsizetype feed = text.indexOf(u'\n', LineStart(line));
+    return feed < 0 ? text.size() : feed;
+}
+
+void StringBuffer::ApplyStyles(qsizetype start, qsizetype end, const StyleRuns &runs)
+{
+    styles.resize(text.size(), char(StyleClass::Text));
+    std::fill(styles.begin() + start, styles.begin() + end, char(StyleClass::Text));
+    for (const StyleRun &run : runs)
+        std::fill_n(styles.begin() + run.start, run.length, char(run.style));
+}
+
+} // namespace zelvane::test
