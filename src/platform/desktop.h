@@ -54,9 +54,10 @@ struct FileDialogAnswer {
     int filterIndex = 0;
 };
 
-/// A request to the desktop's shell: open `file` as a document or start it as a program.
+/// A request to the desktop's shell: open `file` as a document or start it as a program. With an empty verb, as presets
+/// have it, the shell tells the user of a failure itself; with a named verb it is silent and the caller tells.
 struct ShellRequest {
-    QString verb = {}; ///< empty for the default verb; "open", "explore", "find"
+    QString verb = {}; ///< empty for the default verb; "open", "explore", "find", "properties"
     QString file = {};
     QString parameters = {};
     QString folder = {};

@@ -12,6 +12,7 @@ namespace zelvane
 enum class ErrorNumber {
     InvalidCall = 5,
     Overflow = 6,
+    OutOfMemory = 7,
     TypeMismatch = 13,
     FileNotFound = 53,
     DeviceError = 57,
