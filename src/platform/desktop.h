@@ -3,6 +3,7 @@
 
 #include "platform/programinfo.h"
 
+#include <functional>
 #include <optional>
 #include <vector>
 #include <QDateTime>
@@ -56,6 +57,7 @@ struct FileDialogAnswer {
 
 /// A request to the desktop's shell: open `file` as a document or start it as a program. With an empty verb, as presets
 /// have it, the shell tells the user of a failure itself; with a named verb it is silent and the caller tells.
+/// `file` may stand in double quotes (UnquoteFile); `parameters` are one text, to be cut by SplitParameters.
 struct ShellRequest {
     QString verb = {}; ///< empty for the default verb; "open", "explore", "find", "properties"
     QString file = {};
@@ -66,7 +68,7 @@ struct ShellRequest {
     bool operator==(const ShellRequest &) const = default;
 };
 
-/// A process to wait for: the told command line is `"command" parameters`.
+/// A process to wait for, as the command line `"command" parameters`; `command` may stand in double quotes already.
 struct ProcessRequest {
     QString command = {};
     QString parameters = {};
@@ -106,8 +108,10 @@ public:
 
     /// @return a number above ShellFailure when the shell took the request
     virtual int ShellRun(const ShellRequest &request) = 0;
-    /// Starts a process and blocks until it has ended, handling no event meanwhile. @return false if it cannot start
-    virtual bool RunAndWait(const ProcessRequest &request) = 0;
+    /// Starts a process and blocks until it has ended, handling no event meanwhile.
+    /// @param started called once when the process runs, just before the wait; not called if it cannot start
+    /// @return false if it cannot start
+    virtual bool RunAndWait(const ProcessRequest &request, const std::function<void()> &started = {}) = 0;
     /// The value of an environment variable, empty when it is not set.
     virtual QString EnvironmentVariable(const QString &name) const = 0;
 

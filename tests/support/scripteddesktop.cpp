@@ -159,7 +159,7 @@ int ScriptedDesktop::ShellRun(const ShellRequest &request)
     return expected->result;
 }
 
-bool ScriptedDesktop::RunAndWait(const ProcessRequest &request)
+bool ScriptedDesktop::RunAndWait(const ProcessRequest &request, const std::function<void()> &started)
 {
     const auto expected = Next<Process>(u"process: "_s + request.command + u" "_s + request.parameters);
     if (!expected)
@@ -168,6 +168,8 @@ bool ScriptedDesktop::RunAndWait(const ProcessRequest &request)
     EXPECT_EQ(request.parameters, expected->request.parameters);
     EXPECT_EQ(request.folder, expected->request.folder);
     EXPECT_EQ(request.showState, expected->request.showState);
+    if (expected->started && started)
+        started();
     if (expected->during)
         expected->during();
     return expected->started;

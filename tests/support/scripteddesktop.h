@@ -48,7 +48,7 @@ public:
     QString ClipboardText() const override { return clipboard; }
     void SetClipboardText(const QString &text) override;
     int ShellRun(const ShellRequest &request) override;
-    bool RunAndWait(const ProcessRequest &request) override;
+    bool RunAndWait(const ProcessRequest &request, const std::function<void()> &started) override;
     QString EnvironmentVariable(const QString &name) const override;
     QString TypeName(const QString &path) const override;
     QString DisplayName(const QString &path) const override;
