@@ -22,7 +22,8 @@ enum class ErrorNumber {
     PathNotFound = 76,
 };
 
-/// An unexpected failure. It ends the command that met it; the command's entry point shows it with ReportError.
+/// An unexpected failure. It ends the command that met it; the command's entry point shows it with
+/// ReportError.
 class RunTimeError : public std::exception
 {
 public:

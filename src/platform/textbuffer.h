@@ -22,8 +22,8 @@ struct TextSpan {
 /// The kinds of step that undo and redo know, in the numbers of UndoType's texts.
 enum class UndoKind { None, Typing, Delete, DragDrop, Cut, Paste };
 
-/// The text of the document, as the core sees the text control. Every offset is a UTF-16 offset from 0, every line
-/// number counts from 0, a line end is one LF. Offsets beyond the text are cut to its length.
+/// The text of the document, as the core sees the text control. Every offset is a UTF-16 offset from 0, every
+/// line number counts from 0, a line end is one LF. Offsets beyond the text are cut to its length.
 class TextBuffer
 {
 public:
@@ -34,13 +34,21 @@ public:
     virtual qsizetype Length() const = 0;
     /// Replaces the whole text in one undoable step, all in class Text; the caret goes to 0.
     virtual void SetText(const QString &text) = 0;
+    /// A fresh text, all in class Text: the undo buffer is emptied and the caret goes to 0. It is given by
+    /// value so that a large text need not be held twice.
+    virtual void LoadText(QString text)
+    {
+        SetText(text);
+        EmptyUndoBuffer();
+    }
 
     /// The selection, start not after end; empty at the caret when nothing is selected.
     virtual TextSpan Selection() const = 0;
     /// Selects from `start` to `end`; (0, -1) selects all, an `end` of -1 selects to the end of the text.
     virtual void SetSelection(qsizetype start, qsizetype end) = 0;
     virtual QString SelectedText() const = 0;
-    /// Replaces the selection in one undo step and leaves the caret behind the new text. CR LF and lone CR become LF.
+    /// Replaces the selection in one undo step and leaves the caret behind the new text. CR LF and lone CR
+    /// become LF.
     virtual void ReplaceSelection(const QString &text) = 0;
     /// Replaces [start, end) in one undo step; the selection is kept where it can be.
     virtual void ReplaceRange(qsizetype start, qsizetype end, const QString &text) = 0;

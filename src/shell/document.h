@@ -24,12 +24,12 @@ enum class LineEndForm : quint8 { Pc = 0, Unix = 1, Mac = 2 };
 
 /// The one document of the process.
 struct DocumentRecord {
-    QString CurrentFile;                            ///< full path; empty until the document has been saved
-    FileKind DocumentKind = FileKind::Other;        ///< set by ClassifyDocument and NewFile
-    LineEndForm CurrentPlatform = LineEndForm::Pc;  ///< as found at load; saving neither heeds nor changes it
-    TextEncoding Encoding;                          ///< as found at load; saving keeps it
-    bool Modified = false;                          ///< the text differs from what was last loaded or saved
-    bool Loading = false;                           ///< the program itself is changing the text
+    QString CurrentFile;                           ///< full path; empty until the document has been saved
+    FileKind DocumentKind = FileKind::Other;       ///< set by ClassifyDocument and NewFile
+    LineEndForm CurrentPlatform = LineEndForm::Pc; ///< as found at load; saving neither heeds nor changes it
+    TextEncoding Encoding;                         ///< as found at load; saving keeps it
+    bool Modified = false;                         ///< the text differs from what was last loaded or saved
+    bool Loading = false;                          ///< the program itself is changing the text
 };
 
 } // namespace zelvane

@@ -8,8 +8,8 @@
 namespace zelvane
 {
 
-/// What the steps of opening, saving and making documents do to the window and to the other subsystems. The steps of
-/// subsystems that are not there have no effect.
+/// What the steps of opening, saving and making documents do to the window and to the other subsystems. The
+/// steps of subsystems that are not there have no effect.
 class DocumentView
 {
 public:

@@ -35,8 +35,8 @@ public:
     virtual bool QuerySave() = 0;
 };
 
-/// The program's own windows, as far as the core asks for them. In the chooser and in the Run Csound program there is
-/// no main window: it is then never active, and minimizing it does nothing.
+/// The program's own windows, as far as the core asks for them. In the chooser and in the Run Csound program
+/// there is no main window: it is then never active, and minimizing it does nothing.
 class ProgramWindows
 {
 public:

@@ -4,17 +4,18 @@
 #include "shell/settingskeys.h"
 
 #include <memory>
+#include <QString>
 #include <utility>
 #include <vector>
-#include <QString>
 
 namespace zelvane
 {
 
 class ProfileFile;
 
-/// The per-user store of strings, addressed by section and key; keys and sections are compared without regard to case
-/// and enumerated in the order of their creation. Every write is atomic and takes the lock of the store's file.
+/// The per-user store of strings, addressed by section and key; keys and sections are compared without regard
+/// to case and enumerated in the order of their creation. Every write is atomic and takes the lock of the
+/// store's file.
 class SettingsStore
 {
 public:
@@ -33,13 +34,15 @@ public:
     void SaveSetting(const QString &section, const QString &key, const QString &value);
     /// All keys of a section with their values, in order of creation.
     std::vector<std::pair<QString, QString>> GetAllSettings(const QString &section) const;
-    /// Removes a key; nothing happens when it is absent. @throws RunTimeError when the store cannot be written
+    /// Removes a key; nothing happens when it is absent. @throws RunTimeError when the store cannot be
+    /// written
     void DeleteSetting(const QString &section, const QString &key);
-    /// Removes a whole section; nothing happens when it is absent. @throws RunTimeError when the store cannot be written
+    /// Removes a whole section; nothing happens when it is absent. @throws RunTimeError when the store cannot
+    /// be written
     void DeleteSetting(const QString &section);
 
-    /// Readers of section "Options" by declared key, each with the key's own default. They throw RunTimeError 13
-    /// "Type mismatch" when the stored value cannot be read as the kind.
+    /// Readers of section "Options" by declared key, each with the key's own default. They throw RunTimeError
+    /// 13 "Type mismatch" when the stored value cannot be read as the kind.
     QString Text(const SettingKey &key) const;
     bool Flag(const SettingKey &key) const;
     double Number(const SettingKey &key) const;

@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "shell/documentview.h"
+#include "shell/editorcontext.h"
+
+namespace zelvane
+{
+
+/// Creates, loads, stores and replaces the one document, and asks before unsaved work is lost.
+/// It takes the parts that an EditorContext is later made of, because the context refers to it.
+class DocumentLifecycle : public DocumentOperations
+{
+public:
+    DocumentLifecycle(DocumentRecord &document, TextBuffer &text, SettingsStore &settings, Desktop &desktop,
+                      StatusLine &status, DocumentView &view)
+        : m_document(document),
+          m_text(text),
+          m_settings(settings),
+          m_desktop(desktop),
+          m_status(status),
+          m_view(view)
+    {
+    }
+
+    /// Loads a file into the window. Failures are shown; a load that fails leaves the old text and name, but
+    /// Modified and Loading set.
+    void OpenFile(const QString &name, OpenOrigin origin = OpenOrigin::Command) override;
+    /// Writes the text with CR LF line ends and makes `name` the current file. Failures are shown; they
+    /// change nothing.
+    void SaveFile(const QString &name) override;
+    /// Replaces the document by a new one, without asking. Cancelled as kind asks the user for the kind.
+    void NewFile(FileKind kind, const QString &name) override;
+    /// Puts a file's text in place of the selection and selects it. @throws RunTimeError when it cannot be
+    /// read
+    void InsertFile(const QString &name) override;
+    bool QuerySave() override;
+
+    // The commands of the File menu.
+    void New();
+    void Open();
+    void Save();
+    void SaveAs();
+    /// Starts the program's own executable with "/i".
+    void NewInstance();
+    /// Opens what the store holds at this moment as recent file 1 to 9.
+    void OpenRecent(int number);
+    void FileMenuOpening();
+
+    /// The Open and Save dialogs; the path, cut at the first NUL and trimmed, empty after Cancel.
+    QString OpenBox();
+    QString SaveBox();
+
+    /// Puts the current file on top of the recent list.
+    void MRUsalva();
+    /// Shows the recent list in the menu.
+    void MRUAggiornaMenu();
+
+    void StatusFileInfo();
+    /// The file line of any file, for the trees.
+    void StatusInfo(const QString &name);
+    void TypeEnable();
+
+    /// The text control's change event: the first change marks the document as modified.
+    void TextChanged();
+
+private:
+    void Load(const QString &name);
+    bool Write(const QString &name);
+    void ShowCaption(const QString &mark = {});
+    QString KindLabel() const;
+
+    DocumentRecord &m_document;
+    TextBuffer &m_text;
+    SettingsStore &m_settings;
+    Desktop &m_desktop;
+    StatusLine &m_status;
+    DocumentView &m_view;
+};
+
+/// The caption of a row of the recent-file menu: "&", the number, a blank, the path, whose own "&" are
+/// doubled.
+QString RecentFileCaption(int number, const QString &path);
+
+} // namespace zelvane

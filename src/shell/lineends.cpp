@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/lineends.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane
+{
+
+LineEndForm DetectPlatform(QStringView text)
+{
+    for (qsizetype i = 0; i + 1 < text.size(); ++i) {
+        if (text[i] == u'\n')
+            return LineEndForm::Unix;
+        if (text[i] == u'\r')
+            return text[i + 1] == u'\n' ? LineEndForm::Pc : LineEndForm::Mac;
+    }
+    return LineEndForm::Pc;
+}
+
+QString PlatformName(LineEndForm form)
+{
+    switch (form) {
+    case LineEndForm::Pc:
+        return u"PC"_s;
+    case LineEndForm::Unix:
+        return u"UNIX"_s;
+    case LineEndForm::Mac:
+        return u"MAC"_s;
+    }
+    return {};
+}
+
+QString MacToUnix(QString text)
+{
+    return text.replace(u'\r', u'\n');
+}
+
+QString ToLineFeeds(QString text)
+{
+    const qsizetype first = text.indexOf(u'\r');
+    if (first < 0)
+        return text;
+    QChar *const begin = text.data();
+    const QChar *const end = begin + text.size();
+    QChar *to = begin + first;
+    for (const QChar *from = to; from != end; ++from) {
+        if (*from != u'\r')
+            *to++ = *from;
+        else if (from + 1 == end || from[1] != u'\n')
+            *to++ = u'\n';
+    }
+    text.truncate(to - begin);
+    return text;
+}
+
+QString ToPcLineEnds(QStringView text)
+{
+    QString result(text.size() + text.count(u'\n'), Qt::Uninitialized);
+    QChar *const begin = result.data();
+    QChar *to = begin;
+    QChar before;
+    for (const QChar c : text) {
+        if (c == u'\n' && before != u'\r')
+            *to++ = u'\r';
+        *to++ = c;
+        before = c;
+    }
+    result.truncate(to - begin);
+    return result;
+}
+
+QString ToUnixLineEnds(QStringView text)
+{
+    return ToLineFeeds(text.toString());
+}
+
+QString ToMacLineEnds(QStringView text)
+{
+    QString result(text.size(), Qt::Uninitialized);
+    QChar *const begin = result.data();
+    QChar *to = begin;
+    QChar before;
+    for (const QChar c : text) {
+        if (c != u'\n')
+            *to++ = c;
+        else if (before != u'\r')
+            *to++ = u'\r';
+        before = c;
+    }
+    result.truncate(to - begin);
+    return result;
+}
+
+} // namespace zelvane
