@@ -1,0 +1,192 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/ui/instancelink.h"
+
+#include "platform/ui/raisewindow.h"
+
+#include <algorithm>
+#include <functional>
+#include <QCoreApplication>
+#include <QCryptographicHash>
+#include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
+#include <QLocalServer>
+#include <QLocalSocket>
+#include <QScopeGuard>
+#include <QStandardPaths>
+#include <vector>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane
+{
+
+namespace
+{
+
+constexpr int PatienceMs = 2000;
+constexpr qint64 LongestMessage = 4096;
+const QString MarkSuffix = u".recent"_s;
+
+/// The runtime folder of the realm, made if it is not there; empty where the desktop has no such place.
+QString FolderOf(const QString &realm)
+{
+    const QString runtime = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+    if (runtime.isEmpty())
+        return {};
+    const QByteArray hash =
+        QCryptographicHash::hash(realm.toUtf8(), QCryptographicHash::Sha1).toHex().left(10);
+    const QString folder = runtime + u"/zelvane-"_s + QString::fromLatin1(hash);
+    if (!QDir().mkpath(folder))
+        return {};
+    QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    return folder;
+}
+
+} // namespace
+
+InstanceLink::InstanceLink(const QString &realm, QObject *parent) : QObject(parent), m_folder(FolderOf(realm))
+{
+}
+
+InstanceLink::~InstanceLink()
+{
+    if (m_server) {
+        m_server->close();
+        Remove(m_ownSocket);
+    }
+}
+
+QString InstanceLink::RealmOf(const QString &settingsFile)
+{
+    QString display = qEnvironmentVariable("DISPLAY");
+    if (const auto screen = display.lastIndexOf(u'.'); screen > display.lastIndexOf(u':'))
+        display.truncate(screen);
+    return QStringList{QFileInfo(settingsFile).absoluteFilePath(), qEnvironmentVariable("WAYLAND_DISPLAY"),
+                       display}
+        .join(u'\n');
+}
+
+QStringList InstanceLink::RunningEditors() const
+{
+    QStringList names;
+    if (m_folder.isEmpty())
+        return names;
+    const QDir folder(m_folder);
+    const auto sockets =
+        folder.entryInfoList(QDir::System | QDir::Files | QDir::Hidden | QDir::NoDotAndDotDot);
+    std::vector<std::pair<QDateTime, QString>> found;
+    for (const QFileInfo &info : sockets) {
+        if (info.fileName().endsWith(MarkSuffix) || info.filePath() == m_ownSocket)
+            continue;
+        const QFileInfo mark(info.filePath() + MarkSuffix);
+        found.emplace_back((mark.exists() ? mark : info).lastModified(), info.filePath());
+    }
+    std::sort(found.begin(), found.end(), std::greater<>());
+    for (const auto &[when, name] : found)
+        names.append(name);
+    return names;
+}
+
+void InstanceLink::Remove(const QString &editor) const
+{
+    QLocalServer::removeServer(editor);
+    QFile::remove(editor + MarkSuffix);
+}
+
+bool InstanceLink::FindRunning()
+{
+    for (const QString &editor : RunningEditors()) {
+        auto socket = std::make_unique<QLocalSocket>();
+        socket->connectToServer(editor);
+        if (socket->waitForConnected(PatienceMs)) {
+            m_running = std::move(socket);
+            return true;
+        }
+        if (socket->error() == QLocalSocket::ConnectionRefusedError)
+            Remove(editor); // nobody listens any more: that editor was killed
+    }
+    return false;
+}
+
+bool InstanceLink::Notify(const QByteArray &activationToken)
+{
+    if (!m_running || m_running->state() != QLocalSocket::ConnectedState)
+        return false;
+    m_running->write(activationToken.left(LongestMessage - 1).replace('\n', ' ') + '\n');
+    while (m_running->bytesToWrite() > 0)
+        if (!m_running->waitForBytesWritten(PatienceMs))
+            return false;
+    m_running->disconnectFromServer();
+    return true;
+}
+
+bool InstanceLink::Listen()
+{
+    if (m_folder.isEmpty())
+        return false;
+    m_server = std::make_unique<QLocalServer>();
+    m_server->setSocketOptions(QLocalServer::UserAccessOption);
+    m_ownSocket = m_folder + u'/' + QString::number(QCoreApplication::applicationPid()) + u'-' +
+                  QString::number(QDateTime::currentMSecsSinceEpoch(), 36);
+    connect(m_server.get(), &QLocalServer::newConnection, this, &InstanceLink::TakeConnections);
+    if (!m_server->listen(m_ownSocket)) {
+        m_server.reset();
+        m_ownSocket.clear();
+        return false;
+    }
+    MarkRecent();
+    return true;
+}
+
+void InstanceLink::MarkRecent()
+{
+    if (!m_server)
+        return;
+    QFile mark(m_ownSocket + MarkSuffix);
+    if (mark.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+        mark.write("."); // a byte, so that the time of the file is now
+}
+
+void InstanceLink::SetHandler(std::function<void()> handler)
+{
+    m_handler = std::move(handler);
+    Deliver();
+}
+
+void InstanceLink::TakeConnections()
+{
+    while (QLocalSocket *socket = m_server->nextPendingConnection()) {
+        connect(socket, &QLocalSocket::readyRead, this, [this, socket] { TakeMessage(*socket); });
+        connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
+        TakeMessage(*socket);
+    }
+}
+
+void InstanceLink::TakeMessage(QLocalSocket &socket)
+{
+    if (!socket.canReadLine()) {
+        if (socket.bytesAvailable() > LongestMessage)
+            socket.abort(); // no message of ours
+        return;
+    }
+    const QByteArray token = socket.readLine(LongestMessage + 1).trimmed();
+    socket.disconnectFromServer();
+    UseActivationToken(token);
+    m_pending = true;
+    Deliver();
+}
+
+void InstanceLink::Deliver()
+{
+    if (m_delivering || !m_handler)
+        return;
+    m_delivering = true;
+    const auto ended = qScopeGuard([this] { m_delivering = false; });
+    while (m_pending) {
+        m_pending = false;
+        m_handler();
+    }
+}
+
+} // namespace zelvane

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+class QLocalServer;
+class QLocalSocket;
+
+namespace zelvane
+{
+
+/// How the editors of one user find and wake each other. Each running editor listens at a local socket of its
+/// own in the user's runtime folder, readable by that user only. The one message is a wake-up: it carries the
+/// desktop's leave to come to the front, and nothing else; what to open stands in the settings store. So
+/// editors belong together when they share a store and a display, which is what `realm` names.
+class InstanceLink : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// @param realm any text that is the same in all processes that may hand over to each other
+    explicit InstanceLink(const QString &realm, QObject *parent = nullptr);
+    ~InstanceLink() override;
+
+    /// The realm of this process: the file of its settings store, and its display.
+    static QString RealmOf(const QString &settingsFile);
+
+    /// Finds a running editor and opens the way to it; of several, the one whose window was last active.
+    /// Sockets that killed editors left are removed on the way.
+    /// @return false when no editor runs
+    bool FindRunning();
+    /// Sends the wake-up to the editor that FindRunning found. It does not wait for an answer: the editor may
+    /// be busy for as long as a render takes, and reads the message then.
+    bool Notify(const QByteArray &activationToken);
+
+    /// Makes this process one that others find. Where there is no runtime folder nobody finds it, and nothing
+    /// else is wrong. @return whether others can find it
+    bool Listen();
+    /// What a wake-up does; those that came before are delivered at once, as one. A wake-up that comes while
+    /// another one is being served waits for its end.
+    void SetHandler(std::function<void()> handler);
+    /// This editor's window is the active one: of several, it is the one to be found.
+    void MarkRecent();
+
+private:
+    QStringList RunningEditors() const;
+    void Remove(const QString &editor) const;
+    void TakeConnections();
+    void TakeMessage(QLocalSocket &socket);
+    void Deliver();
+
+    QString m_folder; ///< empty where there is no runtime folder
+    QString m_ownSocket;
+    std::unique_ptr<QLocalServer> m_server;
+    std::unique_ptr<QLocalSocket> m_running;
+    std::function<void()> m_handler;
+    bool m_pending = false;
+    bool m_delivering = false;
+};
+
+} // namespace zelvane

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/desktop.h"
+
+namespace zelvane
+{
+
+/// The real desktop: Qt's dialogs over the active window, processes of the operating system, the default
+/// handlers of the desktop.
+class QtDesktop : public Desktop
+{
+public:
+    BoxAnswer MessageBox(const MessageBoxRequest &request) override;
+    std::optional<QString> InputBox(const QString &title, const QString &prompt,
+                                    const QString &initial) override;
+    FileDialogAnswer OpenFileDialog(const FileDialogRequest &request) override;
+    FileDialogAnswer SaveFileDialog(const FileDialogRequest &request) override;
+    QString BrowseFolder(const QString &title, const QString &initial) override;
+
+    bool IsKeyDown(KeyCode key) const override;
+
+    bool ClipboardHasText() const override;
+    QString ClipboardText() const override;
+    void SetClipboardText(const QString &text) override;
+
+    /// An executable is started on its own, in its folder, its standard output going where the editor's goes;
+    /// a folder goes to the file manager, anything else to its default handler. A started program outlives
+    /// the editor.
+    int ShellRun(const ShellRequest &request) override;
+    bool RunAndWait(const ProcessRequest &request, const std::function<void()> &started = {}) override;
+    QString EnvironmentVariable(const QString &name) const override;
+
+    /// Empty, as the display name is, for a file that does not exist. A bare program name means the one in
+    /// PATH.
+    QString TypeName(const QString &path) const override;
+    QString DisplayName(const QString &path) const override;
+    QString ExecutableKind(const QString &path) const override;
+
+    QDateTime Now() const override;
+};
+
+/// The rows of a file dialog in the toolkit's notation, "All Files" appended unless a row has that label.
+/// Patterns of names that the notation cannot hold (blanks, brackets) match them by "?".
+QStringList NameFilters(const std::vector<FileFilter> &filters);
+
+} // namespace zelvane

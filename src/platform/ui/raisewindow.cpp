@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/ui/raisewindow.h"
+
+#include <QApplication>
+#include <QWidget>
+#include <QWindow>
+
+#ifdef ZELVANE_XCB
+#include <cstdlib>
+#include <xcb/xcb.h>
+#endif
+
+namespace zelvane
+{
+
+namespace
+{
+
+constexpr char WaylandToken[] = "XDG_ACTIVATION_TOKEN";
+constexpr char X11Token[] = "DESKTOP_STARTUP_ID";
+
+#ifdef ZELVANE_XCB
+xcb_connection_t *X11Connection()
+{
+    const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    return x11 ? x11->connection() : nullptr;
+}
+
+/// The toolkit asks with the time of the last event it saw, which may be long ago: a window manager that
+/// guards the focus then only marks the task bar. Source 2 says that the user asked.
+void ActivateX11Window(xcb_connection_t *connection, xcb_window_t window)
+{
+    constexpr char name[] = "_NET_ACTIVE_WINDOW";
+    xcb_intern_atom_reply_t *atom =
+        xcb_intern_atom_reply(connection, xcb_intern_atom(connection, false, sizeof name - 1, name), nullptr);
+    xcb_get_geometry_reply_t *geometry =
+        xcb_get_geometry_reply(connection, xcb_get_geometry(connection, window), nullptr);
+    if (atom && geometry) {
+        xcb_client_message_event_t event{};
+        event.response_type = XCB_CLIENT_MESSAGE;
+        event.format = 32;
+        event.window = window;
+        event.type = atom->atom;
+        event.data.data32[0] = 2;
+        event.data.data32[1] = XCB_CURRENT_TIME;
+        xcb_send_event(connection, false, geometry->root,
+                       XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                       reinterpret_cast<const char *>(&event));
+        xcb_flush(connection);
+    }
+    std::free(atom);
+    std::free(geometry);
+}
+#endif
+
+} // namespace
+
+QByteArray TakeActivationToken()
+{
+    QByteArray token;
+    for (const char *name : {X11Token, WaylandToken}) { // the second one is the newer
+        if (qEnvironmentVariableIsSet(name))
+            token = qgetenv(name);
+        qunsetenv(name);
+    }
+    return token;
+}
+
+void UseActivationToken(const QByteArray &token)
+{
+    if (token.isEmpty())
+        qunsetenv(WaylandToken);
+    else
+        qputenv(WaylandToken, token); // where the toolkit looks when a window is activated
+}
+
+void RaiseWindow(QWidget &window)
+{
+    if (window.isMinimized())
+        window.setWindowState((window.windowState() & ~Qt::WindowMinimized) | Qt::WindowActive);
+    window.show();
+    window.raise();
+    // A dialog that waits for an answer takes the keyboard, or its question would seem to have gone.
+    QWidget *dialog = QApplication::activeModalWidget();
+    QWidget &active = dialog ? *dialog : window;
+    if (dialog)
+        dialog->raise();
+    active.activateWindow();
+#ifdef ZELVANE_XCB
+    if (xcb_connection_t *connection = X11Connection())
+        ActivateX11Window(connection, xcb_window_t(active.winId()));
+#endif
+    qunsetenv(WaylandToken); // it is good for one use
+}
+
+void FlushWindowSystem()
+{
+#ifdef ZELVANE_XCB
+    if (xcb_connection_t *connection = X11Connection())
+        xcb_flush(connection);
+#endif
+}
+
+} // namespace zelvane

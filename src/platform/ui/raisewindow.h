@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+
+class QWidget;
+
+namespace zelvane
+{
+
+/// The desktop's leave to bring a window to the front, as the launcher gave it to this process in its
+/// environment; empty when it gave none. Taken out of the environment, so that no program started later uses
+/// it up.
+QByteArray TakeActivationToken();
+
+/// Makes a token that another process gave the one that the next RaiseWindow uses.
+void UseActivationToken(const QByteArray &token);
+
+/// Brings a window to the front, out of the task bar too, and gives it the keyboard: the user has asked for
+/// it by opening a file from elsewhere, so the window manager is not to hold it back.
+void RaiseWindow(QWidget &window);
+
+/// Hands what has been asked of the window system over to it, without serving an event: for use before a
+/// wait.
+void FlushWindowSystem();
+
+} // namespace zelvane
