@@ -6,6 +6,8 @@
 #include <QAction>
 #include <QObject>
 #include <QString>
+#include <set>
+#include <vector>
 
 class QMenu;
 
@@ -32,10 +34,12 @@ public:
 
     /// Runs the handler; nothing happens when there is none. A RunTimeError ends in ReportError.
     void Run(const QString &name, int index = 0);
+    /// Runs work that belongs to no row (a step of the start, a drop, a wake-up), with the same report of a failure.
+    void Guard(const std::function<void()> &work);
 
     /// The menu row's action; null when no menu has such a row.
     QAction *Action(const QString &name, int index = 0) const;
-    /// Called by the menu builder for each row.
+    /// Called by the menu builder for each row. A checkable action never toggles by itself: its handler does that.
     void AddAction(const QString &name, int index, QAction *action);
     void RemoveAction(const QString &name, int index);
 
@@ -52,9 +56,14 @@ public:
 private:
     using Key = std::pair<QString, int>;
 
+    const Handler *Find(const QString &name, int index) const;
+    void Refresh(const Key &key);
+
     Desktop &m_desktop;
     std::map<Key, Handler> m_handlers;
+    std::map<QString, Handler> m_arrayHandlers;
     std::map<Key, QAction *> m_actions;
+    std::set<Key> m_disabled; ///< rows that were asked to be disabled, bound or not
     std::map<QString, std::vector<std::function<void()>>> m_openings;
 };
 

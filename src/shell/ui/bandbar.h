@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+#include <QWidget>
+#include <vector>
+
+namespace zelvane
+{
+
+/// A bar of bands, each a grip, an optional caption and a control. Bands stand in rows; the last band of a row takes
+/// what is left of its width. Grips are dragged sideways to share out a row, up and down to join bands or part them.
+/// The order of the bands is fixed, so that their widths and row breaks say all. Bands count from 0; pixels.
+class BandBar : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit BandBar(QWidget *parent = nullptr);
+
+    /// @param key the band's name for the program, @param caption its text for the user
+    int AddBand(const QString &key, const QString &caption, QWidget *control);
+    int BandCount() const { return int(m_bands.size()); }
+    const QString &BandKey(int band) const { return m_bands[size_t(band)].key; }
+
+    /// The width that the user or the program gave the band, the control's own width before that. A band at the end
+    /// of its row is drawn wider.
+    int BandWidth(int band) const;
+    void SetBandWidth(int band, int width);
+    /// The width that shows the whole control.
+    int NaturalBandWidth(int band) const;
+    bool StartsRow(int band) const { return m_bands[size_t(band)].startsRow; }
+    void SetStartsRow(int band, bool startsRow);
+    bool IsBandVisible(int band) const { return m_bands[size_t(band)].visible; }
+    void SetBandVisible(int band, bool visible);
+    bool IsAnyBandVisible() const;
+    bool AreCaptionsShown() const { return m_captions; }
+    void ShowCaptions(bool shown);
+
+    /// Where the band's grip is, empty for a hidden band.
+    QRect GripOf(int band) const;
+    /// The band's whole place, empty for a hidden band.
+    QRect PlaceOf(int band) const { return m_bands[size_t(band)].place; }
+
+    bool hasHeightForWidth() const override { return true; }
+    int heightForWidth(int width) const override;
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+Q_SIGNALS:
+    /// The bar needs another height for its width.
+    void HeightChanged();
+
+protected:
+    bool event(QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+
+private:
+    struct Band {
+        QString key;
+        QString caption;
+        QWidget *control = nullptr;
+        int width = -1; ///< below 0: the control's own
+        bool startsRow = true;
+        bool visible = true;
+        QRect place;
+    };
+    struct Row {
+        std::vector<int> bands;
+        int height = 0;
+    };
+
+    int GripWidth() const;
+    int HeaderWidth(const Band &band) const;
+    int MinimumBandWidth(const Band &band) const;
+    std::vector<Row> Rows(int width) const;
+    /// Gives every band its place for the present width.
+    void Arrange();
+    void Changed();
+    int GripAt(const QPoint &point) const;
+
+    std::vector<Band> m_bands;
+    bool m_captions = false;
+    int m_height = -1;
+    int m_dragged = -1;
+    int m_dragOffset = 0;
+};
+
+} // namespace zelvane

@@ -1,0 +1,175 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/ui/sidepanel.h"
+
+#include <algorithm>
+#include <QEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QStyle>
+#include <QStyleOption>
+
+namespace zelvane
+{
+
+namespace
+{
+
+constexpr int LeastControlHeight = 24;
+
+} // namespace
+
+SidePanel::SidePanel(QWidget *parent) : QWidget(parent) { setMouseTracking(true); }
+
+int SidePanel::AddBand(const QString &key, const QString &caption, QWidget *control)
+{
+    control->setParent(this);
+    control->hide();
+    control->setProperty("bandKey", key);
+    Band band;
+    band.caption = caption;
+    band.control = control;
+    m_bands.push_back(band);
+    return BandCount() - 1;
+}
+
+int SidePanel::BandHeight(int band) const
+{
+    const Band &one = m_bands[size_t(band)];
+    if (one.visible && !one.place.isEmpty())
+        return one.place.height();
+    return one.height < 0 ? std::max(height() / std::max(BandCount(), 1), 0) : one.height;
+}
+
+void SidePanel::SetBandHeight(int band, int height)
+{
+    m_bands[size_t(band)].height = height;
+    Arrange();
+}
+
+void SidePanel::SetBandVisible(int band, bool visible)
+{
+    m_bands[size_t(band)].visible = visible;
+    m_bands[size_t(band)].control->setVisible(visible);
+    Arrange();
+}
+
+bool SidePanel::IsAnyBandVisible() const
+{
+    return std::any_of(m_bands.begin(), m_bands.end(), [](const Band &band) { return band.visible; });
+}
+
+void SidePanel::ShowCaptions(bool shown)
+{
+    m_captions = shown;
+    Arrange();
+}
+
+QRect SidePanel::HeaderOf(int band) const
+{
+    const QRect place = m_bands[size_t(band)].place;
+    return place.isEmpty() ? QRect() : QRect(place.topLeft(), QSize(place.width(), HeaderHeight()));
+}
+
+QSize SidePanel::sizeHint() const { return {fontMetrics().averageCharWidth() * 32, 300}; }
+
+int SidePanel::HeaderHeight() const { return m_captions ? fontMetrics().height() + 6 : 7; }
+
+void SidePanel::Arrange()
+{
+    std::vector<int> shown;
+    for (int i = 0; i < BandCount(); ++i) {
+        m_bands[size_t(i)].place = {};
+        if (m_bands[size_t(i)].visible)
+            shown.push_back(i);
+    }
+    const int header = HeaderHeight();
+    int top = 0;
+    for (size_t k = 0; k < shown.size(); ++k) {
+        Band &band = m_bands[size_t(shown[k])];
+        const int behind = int(shown.size() - k) - 1;
+        const int least = header + LeastControlHeight;
+        const int most = std::max(least, height() - top - behind * least);
+        const int share = (height() - top) / (behind + 1);
+        const int extent = behind == 0 ? most : std::clamp(band.height < 0 ? share : band.height, least, most);
+        band.place = QRect(0, top, width(), extent);
+        band.control->setGeometry(0, top + header, width(), extent - header);
+        top += extent;
+    }
+    update();
+}
+
+bool SidePanel::event(QEvent *event)
+{
+    if (event->type() == QEvent::StyleChange || event->type() == QEvent::FontChange)
+        Arrange();
+    return QWidget::event(event);
+}
+
+void SidePanel::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    Arrange();
+}
+
+void SidePanel::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    for (int i = 0; i < BandCount(); ++i) {
+        const QRect header = HeaderOf(i);
+        if (header.isEmpty())
+            continue;
+        if (m_captions) {
+            painter.setPen(palette().color(QPalette::WindowText));
+            QFont bold = font();
+            bold.setBold(true);
+            painter.setFont(bold);
+            painter.drawText(header.adjusted(6, 0, -4, 0), Qt::AlignVCenter | Qt::AlignLeft, m_bands[size_t(i)].caption);
+        } else if (header.top() > 0) {
+            QColor dots = palette().color(QPalette::WindowText);
+            dots.setAlphaF(0.35F);
+            for (int k = -2; k <= 2; ++k)
+                painter.fillRect(QRect(header.center().x() + k * 5, header.center().y(), 2, 2), dots);
+        }
+    }
+}
+
+int SidePanel::DraggableAt(const QPoint &point) const
+{
+    for (int i = 0; i < BandCount(); ++i) {
+        const QRect header = HeaderOf(i);
+        if (header.top() > 0 && header.contains(point))
+            return i;
+    }
+    return -1;
+}
+
+void SidePanel::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton)
+        return QWidget::mousePressEvent(event);
+    m_dragged = DraggableAt(event->position().toPoint());
+    if (m_dragged >= 0)
+        m_dragOffset = event->position().toPoint().y() - HeaderOf(m_dragged).top();
+}
+
+void SidePanel::mouseMoveEvent(QMouseEvent *event)
+{
+    const QPoint point = event->position().toPoint();
+    if (m_dragged < 0 || !(event->buttons() & Qt::LeftButton)) {
+        setCursor(DraggableAt(point) >= 0 ? Qt::SizeVerCursor : Qt::ArrowCursor);
+        return;
+    }
+    int above = m_dragged - 1;
+    while (above >= 0 && !IsBandVisible(above))
+        --above;
+    if (above >= 0)
+        SetBandHeight(above, std::max(0, point.y() - m_dragOffset - m_bands[size_t(above)].place.top()));
+}
+
+void SidePanel::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton)
+        m_dragged = -1;
+}
+
+} // namespace zelvane

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+#include <QWidget>
+#include <vector>
+
+namespace zelvane
+{
+
+/// The panel left of the text: bands one above the other, each a header and a control. The header of a band below
+/// another is dragged to share out the height; the last visible band takes what is left. Bands count from 0; pixels.
+class SidePanel : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit SidePanel(QWidget *parent = nullptr);
+
+    /// Bands are hidden until they are shown. @param key the band's name for the program
+    int AddBand(const QString &key, const QString &caption, QWidget *control);
+    int BandCount() const { return int(m_bands.size()); }
+
+    /// The height of a band; of a hidden one, that which it will have.
+    int BandHeight(int band) const;
+    void SetBandHeight(int band, int height);
+    bool IsBandVisible(int band) const { return m_bands[size_t(band)].visible; }
+    void SetBandVisible(int band, bool visible);
+    bool IsAnyBandVisible() const;
+    bool AreCaptionsShown() const { return m_captions; }
+    void ShowCaptions(bool shown);
+    /// The band's header, empty for a hidden band.
+    QRect HeaderOf(int band) const;
+
+    QSize sizeHint() const override;
+
+protected:
+    bool event(QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+
+private:
+    struct Band {
+        QString caption;
+        QWidget *control = nullptr;
+        int height = -1; ///< below 0: an equal share
+        bool visible = false;
+        QRect place;
+    };
+
+    int HeaderHeight() const;
+    void Arrange();
+    /// The band whose header is at the point and can be dragged, -1 for none.
+    int DraggableAt(const QPoint &point) const;
+
+    std::vector<Band> m_bands;
+    bool m_captions = false;
+    int m_dragged = -1;
+    int m_dragOffset = 0;
+};
+
+} // namespace zelvane
