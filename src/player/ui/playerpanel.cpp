@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "player/ui/playerpanel.h"
+
+#include "shell/ui/toolbutton.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QSlider>
+#include <QToolBar>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane
+{
+
+PlayerPanel::PlayerPanel(Commands &commands, QWidget *parent)
+    : QWidget(parent), tbPlayer(new QToolBar(this)), SliderTime(new QSlider(Qt::Horizontal, this)),
+      lblPos(new QLabel(this))
+{
+    setObjectName(u"PicPlayer"_s);
+    tbPlayer->setObjectName(u"tbPlayer"_s);
+    SliderTime->setObjectName(u"SliderTime"_s);
+    SliderTime->setAccessibleName(u"Position"_s);
+    lblPos->setObjectName(u"lblPos"_s);
+    lblPos->setToolTip(u"Elapsed Time"_s);
+
+    AddToolButton(*tbPlayer, commands, {u"play"_s, u"Play"_s, u"Play/Restart"_s, u"mnuPlay"_s});
+    AddToolButton(*tbPlayer, commands, {u"pause"_s, u"Pause"_s, u"Pause/Resume"_s, u"mnuPause"_s});
+    AddToolButton(*tbPlayer, commands, {u"stop"_s, u"Stop"_s, u"Stop"_s, u"mnuStop"_s});
+    AddToolButton(*tbPlayer, commands, {u"loop"_s, u"Loop"_s, u"Loop mode"_s, u"mnuLoop"_s});
+
+    SliderTime->setEnabled(false);
+    SliderTime->setMinimumWidth(80);
+    lblPos->setEnabled(false);
+    lblPos->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    lblPos->setMinimumWidth(fontMetrics().horizontalAdvance(u"-000:00"_s));
+
+    auto *layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 6, 0);
+    layout->setSpacing(4);
+    layout->addWidget(tbPlayer, 0);
+    layout->addWidget(SliderTime, 1);
+    layout->addWidget(lblPos, 0);
+}
+
+} // namespace zelvane

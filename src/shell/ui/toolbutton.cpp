@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/ui/toolbutton.h"
+
+#include "shell/ui/commands.h"
+#include "shell/ui/icons.h"
+
+#include <QMenu>
+#include <QToolBar>
+#include <QToolButton>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane
+{
+
+namespace
+{
+
+/// Enables the button as the row, and presses it as the row is checked, now and from now on.
+void Follow(QAction *button, QAction *row)
+{
+    const auto copy = [button, row] {
+        button->setEnabled(row->isEnabled());
+        button->setCheckable(row->isCheckable());
+        button->setChecked(row->isChecked());
+    };
+    QObject::connect(row, &QAction::changed, button, copy);
+    QObject::connect(row, &QAction::toggled, button, copy);
+    copy();
+}
+
+/// A press runs the command; what the command does to its row decides whether a checkable button stays pressed.
+void RunOnPress(QAction *action, Commands &commands, const QString &command, int index)
+{
+    QObject::connect(action, &QAction::triggered, &commands, [action, &commands, command, index](bool checked) {
+        if (action->isCheckable())
+            action->setChecked(!checked);
+        commands.Run(command, index);
+    });
+}
+
+} // namespace
+
+QAction *AddToolButton(QToolBar &toolbar, Commands &commands, const ToolButton &button)
+{
+    QAction *action = toolbar.addAction(Icons::Load(button.key), button.description);
+    action->setObjectName(toolbar.objectName() + u'_' + button.key);
+    action->setToolTip(button.tooltip);
+    action->setProperty("key", button.key);
+    if (QAction *row = commands.Action(button.command, button.index)) {
+        RunOnPress(action, commands, button.command, button.index);
+        if (button.followsRow)
+            Follow(action, row);
+    } else {
+        commands.AddAction(button.command, button.index, action);
+    }
+
+    auto *face = qobject_cast<QToolButton *>(toolbar.widgetForAction(action));
+    face->setObjectName(action->objectName());
+    face->setAccessibleName(button.description);
+    if (!button.choices.empty()) {
+        auto *menu = new QMenu(&toolbar);
+        menu->setObjectName(action->objectName() + u"_menu"_s);
+        for (const ToolButton::Choice &choice : button.choices) {
+            QAction *entry = menu->addAction(choice.caption);
+            entry->setObjectName(menu->objectName() + u'_' + QString::number(menu->actions().size() - 1));
+            RunOnPress(entry, commands, choice.command, choice.index);
+            if (QAction *row = commands.Action(choice.command, choice.index))
+                Follow(entry, row);
+        }
+        action->setMenu(menu);
+        face->setPopupMode(QToolButton::MenuButtonPopup);
+    }
+    return action;
+}
+
+void ShowToolLabels(QToolBar &toolbar, bool shown)
+{
+    toolbar.setToolButtonStyle(shown ? Qt::ToolButtonTextUnderIcon : Qt::ToolButtonIconOnly);
+}
+
+} // namespace zelvane

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+#include <vector>
+
+class QAction;
+class QToolBar;
+
+namespace zelvane
+{
+
+class Commands;
+
+/// A button of a toolbar: its key (icon, and objectName behind the toolbar's and "_"), its description (the caption
+/// when labels are on), its tooltip and the command that it runs.
+struct ToolButton {
+    QString key;
+    QString description;
+    QString tooltip;
+    QString command;
+    int index = 0;
+    struct Choice {
+        QString caption;
+        QString command;
+        int index = 0;
+    };
+    std::vector<Choice> choices = {}; ///< the entries of the drop-down
+    bool followsRow = true;           ///< enabled and pressed as the menu row of the command
+};
+
+/// Adds a button at the toolbar's end. A command without a menu row takes the button as its action.
+QAction *AddToolButton(QToolBar &toolbar, Commands &commands, const ToolButton &button);
+
+/// Icons with or without their descriptions under them.
+void ShowToolLabels(QToolBar &toolbar, bool shown);
+
+} // namespace zelvane
