@@ -14,7 +14,9 @@ namespace zelvane
 {
 
 PlayerPanel::PlayerPanel(Commands &commands, QWidget *parent)
-    : QWidget(parent), tbPlayer(new QToolBar(this)), SliderTime(new QSlider(Qt::Horizontal, this)),
+    : QWidget(parent),
+      tbPlayer(new QToolBar(this)),
+      SliderTime(new QSlider(Qt::Horizontal, this)),
       lblPos(new QLabel(this))
 {
     setObjectName(u"PicPlayer"_s);

@@ -13,8 +13,8 @@ namespace zelvane
 
 class Commands;
 
-/// `PicPlayer`: the buttons `tbPlayer`, the position `SliderTime` (milliseconds) and the time `lblPos`. Disabled
-/// until there is a sound; the buttons are those of the Player menu's rows.
+/// `PicPlayer`: the buttons `tbPlayer`, the position `SliderTime` (milliseconds) and the time `lblPos`.
+/// Disabled until there is a sound; the buttons are those of the Player menu's rows.
 class PlayerPanel : public QWidget
 {
     Q_OBJECT

@@ -91,7 +91,10 @@ QRect BandBar::GripOf(int band) const
     return QRect(place.topLeft(), QSize(HeaderWidth(m_bands[size_t(band)]), place.height()));
 }
 
-int BandBar::GripWidth() const { return style()->pixelMetric(QStyle::PM_ToolBarHandleExtent, nullptr, this) + 2; }
+int BandBar::GripWidth() const
+{
+    return style()->pixelMetric(QStyle::PM_ToolBarHandleExtent, nullptr, this) + 2;
+}
 
 int BandBar::HeaderWidth(const Band &band) const
 {
@@ -143,11 +146,13 @@ void BandBar::Arrange()
             const int extent = i == row.bands.back() ? most : std::clamp(BandWidth(i), minimum, most);
             band.place = QRect(left, top, extent, row.height);
             const int header = HeaderWidth(band);
-            QRect inner(left + header, top + BandMargin, extent - header - BandMargin, row.height - 2 * BandMargin);
+            QRect inner(left + header, top + BandMargin, extent - header - BandMargin,
+                        row.height - 2 * BandMargin);
             // A control that doesn't grow stands in the middle of the row and keeps its height.
             const int wanted = band.control->sizeHint().height();
             if (band.control->sizePolicy().verticalPolicy() == QSizePolicy::Fixed && wanted < inner.height())
-                inner = QRect(inner.left(), inner.top() + (inner.height() - wanted) / 2, inner.width(), wanted);
+                inner =
+                    QRect(inner.left(), inner.top() + (inner.height() - wanted) / 2, inner.width(), wanted);
             band.control->setGeometry(inner);
             left += extent;
         }
@@ -181,7 +186,10 @@ QSize BandBar::sizeHint() const
     return {wide, heightForWidth(wide)};
 }
 
-QSize BandBar::minimumSizeHint() const { return {0, heightForWidth(width())}; }
+QSize BandBar::minimumSizeHint() const
+{
+    return {0, heightForWidth(width())};
+}
 
 bool BandBar::event(QEvent *event)
 {
@@ -214,7 +222,8 @@ void BandBar::paintEvent(QPaintEvent *)
             continue;
         painter.fillRect(QRect(0, band.place.bottom() + 1, width(), RowGap), line);
         if (band.place.left() > 0)
-            painter.fillRect(QRect(band.place.left(), band.place.top() + 3, 1, band.place.height() - 6), line);
+            painter.fillRect(QRect(band.place.left(), band.place.top() + 3, 1, band.place.height() - 6),
+                             line);
         QStyleOption option;
         option.initFrom(this);
         option.state |= QStyle::State_Horizontal;

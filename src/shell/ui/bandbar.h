@@ -8,9 +8,10 @@
 namespace zelvane
 {
 
-/// A bar of bands, each a grip, an optional caption and a control. Bands stand in rows; the last band of a row takes
-/// what is left of its width. Grips are dragged sideways to share out a row, up and down to join bands or part them.
-/// The order of the bands is fixed, so that their widths and row breaks say all. Bands count from 0; pixels.
+/// A bar of bands, each a grip, an optional caption and a control. Bands stand in rows; the last band of a
+/// row takes what is left of its width. Grips are dragged sideways to share out a row, up and down to join
+/// bands or part them. The order of the bands is fixed, so that their widths and row breaks say all. Bands
+/// count from 0; pixels.
 class BandBar : public QWidget
 {
     Q_OBJECT
@@ -23,8 +24,8 @@ public:
     int BandCount() const { return int(m_bands.size()); }
     const QString &BandKey(int band) const { return m_bands[size_t(band)].key; }
 
-    /// The width that the user or the program gave the band, the control's own width before that. A band at the end
-    /// of its row is drawn wider.
+    /// The width that the user or the program gave the band, the control's own width before that. A band at
+    /// the end of its row is drawn wider.
     int BandWidth(int band) const;
     void SetBandWidth(int band, int width);
     /// The width that shows the whole control.

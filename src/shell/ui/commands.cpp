@@ -31,7 +31,10 @@ const Commands::Handler *Commands::Find(const QString &name, int index) const
     return all == m_arrayHandlers.end() ? nullptr : &all->second;
 }
 
-bool Commands::IsBound(const QString &name, int index) const { return Find(name, index) != nullptr; }
+bool Commands::IsBound(const QString &name, int index) const
+{
+    return Find(name, index) != nullptr;
+}
 
 void Commands::Run(const QString &name, int index)
 {

@@ -16,8 +16,9 @@ namespace zelvane
 
 class Desktop;
 
-/// Every command of the menus by (name, index). A subsystem binds its handlers; rows without one stay disabled.
-/// Toolbar buttons, keys and menu rows all go through Run, the one place where a command's failure is reported.
+/// Every command of the menus by (name, index). A subsystem binds its handlers; rows without one stay
+/// disabled. Toolbar buttons, keys and menu rows all go through Run, the one place where a command's failure
+/// is reported.
 class Commands : public QObject
 {
     Q_OBJECT
@@ -34,22 +35,26 @@ public:
 
     /// Runs the handler; nothing happens when there is none. A RunTimeError ends in ReportError.
     void Run(const QString &name, int index = 0);
-    /// Runs work that belongs to no row (a step of the start, a drop, a wake-up), with the same report of a failure.
+    /// Runs work that belongs to no row (a step of the start, a drop, a wake-up), with the same report of a
+    /// failure.
     void Guard(const std::function<void()> &work);
 
     /// The menu row's action; null when no menu has such a row.
     QAction *Action(const QString &name, int index = 0) const;
-    /// Called by the menu builder for each row. A checkable action never toggles by itself: its handler does that.
+    /// Called by the menu builder for each row. A checkable action never toggles by itself: its handler does
+    /// that.
     void AddAction(const QString &name, int index, QAction *action);
     void RemoveAction(const QString &name, int index);
 
-    /// Enables a row; a row without a handler stays disabled whatever is asked. Toolbar buttons follow their row.
+    /// Enables a row; a row without a handler stays disabled whatever is asked. Toolbar buttons follow their
+    /// row.
     void SetEnabled(const QString &name, int index, bool enabled);
     bool IsEnabled(const QString &name, int index = 0) const;
     void SetChecked(const QString &name, int index, bool checked);
     bool IsChecked(const QString &name, int index = 0) const;
 
-    /// Work to do each time the menu (or submenu) of this name is about to open, in the order of registration.
+    /// Work to do each time the menu (or submenu) of this name is about to open, in the order of
+    /// registration.
     void OnMenuOpening(const QString &menu, std::function<void()> work);
     void MenuOpening(const QString &menu);
 

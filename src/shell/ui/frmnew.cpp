@@ -32,7 +32,9 @@ constexpr Item Items[] = {
 } // namespace
 
 frmNew::frmNew(QWidget *parent)
-    : QDialog(parent), lvwNew(new QListWidget(this)), cmdOK(new QPushButton(u"OK"_s, this)),
+    : QDialog(parent),
+      lvwNew(new QListWidget(this)),
+      cmdOK(new QPushButton(u"OK"_s, this)),
       cmdCancel(new QPushButton(u"Cancel"_s, this))
 {
     setObjectName(u"frmNew"_s);
@@ -48,10 +50,12 @@ frmNew::frmNew(QWidget *parent)
     lvwNew->setFlow(QListView::LeftToRight);
     lvwNew->setWrapping(false);
     lvwNew->setIconSize(QSize(32, 32));
-    const QSize cell(fontMetrics().horizontalAdvance(u"Unified Format"_s) + 28, 32 + fontMetrics().height() + 24);
+    const QSize cell(fontMetrics().horizontalAdvance(u"Unified Format"_s) + 28,
+                     32 + fontMetrics().height() + 24);
     lvwNew->setGridSize(cell);
     for (const Item &item : Items) {
-        auto *row = new QListWidgetItem(Icons::Load(QString::fromUtf16(item.icon)), QString::fromUtf16(item.text));
+        auto *row =
+            new QListWidgetItem(Icons::Load(QString::fromUtf16(item.icon)), QString::fromUtf16(item.text));
         row->setData(Qt::UserRole, int(item.kind));
         row->setSizeHint(cell - QSize(4, 4));
         row->setTextAlignment(Qt::AlignHCenter);

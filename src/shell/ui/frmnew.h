@@ -11,7 +11,8 @@ class QPushButton;
 namespace zelvane
 {
 
-/// The new-file chooser: which kind of document a new file is. Kind() stays Cancelled until the user confirms one.
+/// The new-file chooser: which kind of document a new file is. Kind() stays Cancelled until the user confirms
+/// one.
 class frmNew : public QDialog
 {
     Q_OBJECT

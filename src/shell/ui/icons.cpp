@@ -22,7 +22,9 @@ constexpr double DisabledOpacity = 0.35;
 class SvgEngine : public QIconEngine
 {
 public:
-    explicit SvgEngine(const QString &file) : m_file(file), m_renderer(std::make_shared<QSvgRenderer>(file)) {}
+    explicit SvgEngine(const QString &file) : m_file(file), m_renderer(std::make_shared<QSvgRenderer>(file))
+    {
+    }
 
     bool IsValid() const { return m_renderer->isValid(); }
 
@@ -32,8 +34,8 @@ public:
         if (mode == QIcon::Disabled)
             painter->setOpacity(painter->opacity() * DisabledOpacity);
         const int side = std::min(rect.width(), rect.height());
-        const QRectF square(rect.left() + (rect.width() - side) / 2, rect.top() + (rect.height() - side) / 2, side,
-                            side);
+        const QRectF square(rect.left() + (rect.width() - side) / 2, rect.top() + (rect.height() - side) / 2,
+                            side, side);
         m_renderer->render(painter, square);
         painter->restore();
     }
@@ -76,8 +78,14 @@ QIcon LoadSvg(const QString &file)
 
 } // namespace
 
-QIcon Icons::Load(const QString &key) { return LoadSvg(u":/zelvane/icons/%1.svg"_s.arg(key)); }
+QIcon Icons::Load(const QString &key)
+{
+    return LoadSvg(u":/zelvane/icons/%1.svg"_s.arg(key));
+}
 
-QIcon Icons::LoadImage(int number) { return LoadSvg(u":/zelvane/images/%1.svg"_s.arg(number)); }
+QIcon Icons::LoadImage(int number)
+{
+    return LoadSvg(u":/zelvane/images/%1.svg"_s.arg(number));
+}
 
 } // namespace zelvane

@@ -6,8 +6,8 @@
 namespace zelvane
 {
 
-/// The program's own pictures. They are drawn anew for each size and screen scale, so they are sharp at every one; a
-/// disabled icon is drawn faint. One set of colours serves light and dark windows.
+/// The program's own pictures. They are drawn anew for each size and screen scale, so they are sharp at every
+/// one; a disabled icon is drawn faint. One set of colours serves light and dark windows.
 class Icons
 {
 public:

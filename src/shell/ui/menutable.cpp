@@ -224,7 +224,10 @@ constexpr MenuRow Table[] = {
 
 } // namespace
 
-std::span<const MenuRow> MenuTable() { return Table; }
+std::span<const MenuRow> MenuTable()
+{
+    return Table;
+}
 
 QString RowName(const QString &name, int index)
 {

@@ -14,17 +14,19 @@ namespace zelvane
 
 class Commands;
 
-/// One entry of a menu. `menu` is the row (name, or name_index in an item array) that it stands under, MenuBarRow for
-/// the menus of the bar, PopupRow for the context menus. A row that others stand under is a submenu.
+/// One entry of a menu. `menu` is the row (name, or name_index in an item array) that it stands under,
+/// MenuBarRow for the menus of the bar, PopupRow for the context menus. A row that others stand under is a
+/// submenu.
 struct MenuRow {
     static constexpr int Single = -1; ///< the index of a row that is no entry of an item array
 
     const char16_t *menu;
     const char16_t *name; ///< empty for a separator without a name
     int index;
-    const char16_t *caption;          ///< with its access-key mark; "-" for a separator
-    const char16_t *hint = u"";       ///< shown behind a tab; tells of a key that the window or the text control handles
-    const char16_t *shortcut = u"";   ///< a key of the row's own
+    const char16_t *caption; ///< with its access-key mark; "-" for a separator
+    const char16_t *hint =
+        u""; ///< shown behind a tab; tells of a key that the window or the text control handles
+    const char16_t *shortcut = u""; ///< a key of the row's own
     bool checkable = false;
 };
 
@@ -41,7 +43,8 @@ QString RowName(const QString &name, int index);
 class Menus
 {
 public:
-    /// Builds all menus of the table into the bar, registers each row with `commands`. The context menus get `owner`.
+    /// Builds all menus of the table into the bar, registers each row with `commands`. The context menus get
+    /// `owner`.
     Menus(QMenuBar *bar, QWidget *owner, Commands &commands);
 
     QMenu *Menu(const QString &rowName) const;

@@ -18,7 +18,10 @@ constexpr int LeastControlHeight = 24;
 
 } // namespace
 
-SidePanel::SidePanel(QWidget *parent) : QWidget(parent) { setMouseTracking(true); }
+SidePanel::SidePanel(QWidget *parent) : QWidget(parent)
+{
+    setMouseTracking(true);
+}
 
 int SidePanel::AddBand(const QString &key, const QString &caption, QWidget *control)
 {
@@ -70,9 +73,15 @@ QRect SidePanel::HeaderOf(int band) const
     return place.isEmpty() ? QRect() : QRect(place.topLeft(), QSize(place.width(), HeaderHeight()));
 }
 
-QSize SidePanel::sizeHint() const { return {fontMetrics().averageCharWidth() * 32, 300}; }
+QSize SidePanel::sizeHint() const
+{
+    return {fontMetrics().averageCharWidth() * 32, 300};
+}
 
-int SidePanel::HeaderHeight() const { return m_captions ? fontMetrics().height() + 6 : 7; }
+int SidePanel::HeaderHeight() const
+{
+    return m_captions ? fontMetrics().height() + 6 : 7;
+}
 
 void SidePanel::Arrange()
 {
@@ -90,7 +99,8 @@ void SidePanel::Arrange()
         const int least = header + LeastControlHeight;
         const int most = std::max(least, height() - top - behind * least);
         const int share = (height() - top) / (behind + 1);
-        const int extent = behind == 0 ? most : std::clamp(band.height < 0 ? share : band.height, least, most);
+        const int extent =
+            behind == 0 ? most : std::clamp(band.height < 0 ? share : band.height, least, most);
         band.place = QRect(0, top, width(), extent);
         band.control->setGeometry(0, top + header, width(), extent - header);
         top += extent;
@@ -123,7 +133,8 @@ void SidePanel::paintEvent(QPaintEvent *)
             QFont bold = font();
             bold.setBold(true);
             painter.setFont(bold);
-            painter.drawText(header.adjusted(6, 0, -4, 0), Qt::AlignVCenter | Qt::AlignLeft, m_bands[size_t(i)].caption);
+            painter.drawText(header.adjusted(6, 0, -4, 0), Qt::AlignVCenter | Qt::AlignLeft,
+                             m_bands[size_t(i)].caption);
         } else if (header.top() > 0) {
             QColor dots = palette().color(QPalette::WindowText);
             dots.setAlphaF(0.35F);

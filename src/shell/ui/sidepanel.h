@@ -8,8 +8,9 @@
 namespace zelvane
 {
 
-/// The panel left of the text: bands one above the other, each a header and a control. The header of a band below
-/// another is dragged to share out the height; the last visible band takes what is left. Bands count from 0; pixels.
+/// The panel left of the text: bands one above the other, each a header and a control. The header of a band
+/// below another is dragged to share out the height; the last visible band takes what is left. Bands count
+/// from 0; pixels.
 class SidePanel : public QWidget
 {
     Q_OBJECT

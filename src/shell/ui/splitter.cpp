@@ -8,7 +8,10 @@
 namespace zelvane
 {
 
-Splitter::Splitter(QWidget *parent) : QWidget(parent) { setCursor(Qt::SplitHCursor); }
+Splitter::Splitter(QWidget *parent) : QWidget(parent)
+{
+    setCursor(Qt::SplitHCursor);
+}
 
 void Splitter::paintEvent(QPaintEvent *)
 {

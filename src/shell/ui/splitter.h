@@ -6,8 +6,8 @@
 namespace zelvane
 {
 
-/// The thin bar between side panel and text. It can be seen only while it is dragged: it follows the pointer above
-/// its neighbours, and says where it was dropped.
+/// The thin bar between side panel and text. It can be seen only while it is dragged: it follows the pointer
+/// above its neighbours, and says where it was dropped.
 class Splitter : public QWidget
 {
     Q_OBJECT

@@ -44,6 +44,9 @@ void StatusBar::Show(const QString &text)
     lblStatus->repaint();
 }
 
-void StatusBar::ShowPosition(const QString &text) { lblLine->setText(text); }
+void StatusBar::ShowPosition(const QString &text)
+{
+    lblLine->setText(text);
+}
 
 } // namespace zelvane

@@ -9,7 +9,8 @@
 namespace zelvane
 {
 
-/// A label of one line that is cut with dots where it is too narrow, and then shows its whole text as tooltip.
+/// A label of one line that is cut with dots where it is too narrow, and then shows its whole text as
+/// tooltip.
 class ElidedLabel : public QLabel
 {
     Q_OBJECT

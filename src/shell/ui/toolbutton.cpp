@@ -29,14 +29,16 @@ void Follow(QAction *button, QAction *row)
     copy();
 }
 
-/// A press runs the command; what the command does to its row decides whether a checkable button stays pressed.
+/// A press runs the command; what the command does to its row decides whether a checkable button stays
+/// pressed.
 void RunOnPress(QAction *action, Commands &commands, const QString &command, int index)
 {
-    QObject::connect(action, &QAction::triggered, &commands, [action, &commands, command, index](bool checked) {
-        if (action->isCheckable())
-            action->setChecked(!checked);
-        commands.Run(command, index);
-    });
+    QObject::connect(action, &QAction::triggered, &commands,
+                     [action, &commands, command, index](bool checked) {
+                         if (action->isCheckable())
+                             action->setChecked(!checked);
+                         commands.Run(command, index);
+                     });
 }
 
 } // namespace

@@ -12,8 +12,8 @@ namespace zelvane
 
 class Commands;
 
-/// A button of a toolbar: its key (icon, and objectName behind the toolbar's and "_"), its description (the caption
-/// when labels are on), its tooltip and the command that it runs.
+/// A button of a toolbar: its key (icon, and objectName behind the toolbar's and "_"), its description (the
+/// caption when labels are on), its tooltip and the command that it runs.
 struct ToolButton {
     QString key;
     QString description;
