@@ -23,20 +23,24 @@ struct DecodedText {
 
 /// Valid UTF-8 is UTF-8, with or without byte order mark; anything else is Windows-1252. NUL bytes survive.
 DecodedText DecodeText(const QByteArray &bytes);
-/// The inverse of DecodeText. When the encoding cannot hold the text, the answer is UTF-8 and `encoding` is set so.
+/// The inverse of DecodeText. When the encoding cannot hold the text, the answer is UTF-8 and `encoding` is
+/// set so.
 QByteArray EncodeText(const QString &text, TextEncoding &encoding);
 
-/// Reads a whole file. Refuses directories, FIFOs, devices and sockets with a clear description; never blocks on them.
+/// Reads a whole file. Refuses directories, FIFOs, devices and sockets with a clear description; never blocks
+/// on them.
 /// @throws RunTimeError
 QByteArray ReadFileBytes(const QString &name);
-/// Writes a whole file so that a failure leaves the old one whole: beside the target, flushed, renamed over it.
-/// Symbolic links are followed and permission bits kept; where the folder takes no second file, writes in place.
+/// Writes a whole file so that a failure leaves the old one whole: beside the target, flushed, renamed over
+/// it. Symbolic links are followed and permission bits kept; where the folder takes no second file, writes in
+/// place.
 /// @throws RunTimeError
 void WriteFileBytes(const QString &name, const QByteArray &bytes);
 
 /// The text of a file; empty for an empty name. @throws RunTimeError
 QString ReadTextFile(const QString &name);
-/// Writes text as UTF-8 and adds no line end. Does nothing for an empty name. @return true on success. @throws RunTimeError
+/// Writes text as UTF-8 and adds no line end. Does nothing for an empty name. @return true on success.
+/// @throws RunTimeError
 bool WriteTextFile(const QString &name, const QString &text);
 
 } // namespace zelvane

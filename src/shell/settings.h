@@ -40,9 +40,13 @@ public:
     /// Removes a whole section; nothing happens when it is absent. @throws RunTimeError when the store cannot
     /// be written
     void DeleteSetting(const QString &section);
+    /// Deletes a section and saves all these keys anew in one step: a process that is killed meanwhile loses
+    /// none.
+    void ReplaceSection(const QString &section, const std::vector<std::pair<QString, QString>> &entries);
 
     /// Readers of section "Options" by declared key, each with the key's own default. They throw RunTimeError
-    /// 13 "Type mismatch" when the stored value cannot be read as the kind.
+    /// 13 "Type mismatch" when the stored value cannot be read as the kind, and 6 "Overflow" when it is
+    /// beyond the type.
     QString Text(const SettingKey &key) const;
     bool Flag(const SettingKey &key) const;
     double Number(const SettingKey &key) const;
@@ -53,6 +57,7 @@ public:
     QString Text(const SettingKey &key, const QString &fallback) const;
     bool Flag(const SettingKey &key, bool fallback) const;
     double Number(const SettingKey &key, double fallback) const;
+    int Integer(const SettingKey &key, int fallback) const;
 
     /// Writers of section "Options". A flag is written as "-1" or "0", a number as its shortest decimal text.
     void SaveText(const SettingKey &key, const QString &value);
@@ -67,5 +72,8 @@ private:
 /// Turns a stored value into a boolean: a number other than 0 and the word for true are true.
 /// @throws RunTimeError 13 "Type mismatch" for any other text
 bool ToBoolean(const QString &value);
+
+/// Turns a stored colour into 0xBBGGRR or a system colour with the top bit set. @throws RunTimeError 13 or 6
+quint32 ToColour(const QString &value);
 
 } // namespace zelvane

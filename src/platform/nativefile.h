@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <QByteArray>
+#include <QString>
+#include <utility>
+
+namespace zelvane
+{
+
+// The file system calls that Qt has no exact word for: refusing what is no file without waiting for it,
+// replacing a file in one step, locks that end with their process. Names may hold any character but NUL. All
+// failures are RunTimeErrors with the system's description.
+
+/// An open file of the system; the destructor closes it.
+class NativeFile
+{
+public:
+    NativeFile() = default;
+    explicit NativeFile(int descriptor) : m_descriptor(descriptor) {}
+    NativeFile(NativeFile &&other) noexcept : m_descriptor(std::exchange(other.m_descriptor, -1)) {}
+    NativeFile &operator=(NativeFile &&other) noexcept
+    {
+        std::swap(m_descriptor, other.m_descriptor);
+        return *this;
+    }
+    ~NativeFile();
+
+    bool IsOpen() const { return m_descriptor >= 0; }
+    int Descriptor() const { return m_descriptor; }
+
+private:
+    int m_descriptor = -1;
+};
+
+/// Tells one state of a file from another. While a NativeFile is open on a file, no other file can come to
+/// the same `device` and `file`, so a file that was replaced always shows, however fast; one written in place
+/// shows by the rest.
+struct FileStamp {
+    quint64 device = 0;
+    quint64 file = 0;
+    qint64 size = 0;
+    qint64 modified = 0; ///< nanoseconds since 1970
+    qint64 changed = 0;
+
+    bool operator==(const FileStamp &) const = default;
+};
+
+/// Opens an existing file to be read. Directories, FIFOs, devices and sockets are refused, and never waited
+/// for.
+NativeFile OpenRegularFile(const QString &name);
+/// All bytes from the start of the file. `name` goes into the error only.
+QByteArray ReadWhole(const NativeFile &file, const QString &name);
+
+FileStamp StampOf(const NativeFile &file);
+/// No value when there is no such file. A name that cannot be looked at for another reason has an empty
+/// stamp.
+std::optional<FileStamp> StampOf(const QString &name);
+
+/// The name behind all symbolic links at the end of a path; the last one may not exist.
+QString FollowLinks(const QString &name);
+
+/// Replaces or creates a document, so that a failure at any step leaves the old one whole and a power cut
+/// leaves one of the two. Links are followed; permission bits, attributes and, where possible, the owner are
+/// kept. A file without write permission is refused. Where the folder takes no second file, or where a second
+/// file could not be what the first was (hard links, owner), the bytes are written in place, and the old ones
+/// put back on failure.
+void ReplaceFile(const QString &name, const QByteArray &bytes);
+
+/// The right to write a file, held against all other processes that ask for it. It lies on the file beside
+/// it, `name` plus
+/// ".lock", which stays. The system takes it back when the process ends, however it ends.
+class FileLock
+{
+public:
+    /// @throws RunTimeError 70 when the lock has not come within `patience`
+    explicit FileLock(const QString &name, std::chrono::milliseconds patience = std::chrono::seconds(10));
+
+private:
+    NativeFile m_file;
+};
+
+/// Replaces or creates a file whose FileLock the caller holds, in one step, for readers that take no lock.
+/// `name` is no link. The second file always has the same name, so that what a killed process left is used up
+/// by the next. The bytes are not forced to the disk. @return the new file, open
+NativeFile ReplaceLockedFile(const QString &name, const QByteArray &bytes);
+
+} // namespace zelvane

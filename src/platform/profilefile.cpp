@@ -1,0 +1,478 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/profilefile.h"
+
+#include "platform/runtimeerror.h"
+#include "platform/textfile.h"
+
+#include <algorithm>
+#include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane
+{
+
+namespace
+{
+
+/// Names that are equal without regard to case are equal when folded.
+QString Fold(QStringView text)
+{
+    QString folded;
+    folded.reserve(text.size());
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (text[i].isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate()) {
+            folded += QChar::fromUcs4(QChar::toCaseFolded(QChar::surrogateToUcs4(text[i], text[i + 1])));
+            ++i;
+        } else {
+            folded += QChar(text[i].toCaseFolded());
+        }
+    }
+    return folded;
+}
+
+QString DecodeEscapes(QByteArrayView bytes)
+{
+    const bool ascii = std::all_of(bytes.begin(), bytes.end(), [](char byte) { return (byte & 0x80) == 0; });
+    // A line that is no UTF-8 came from an editor with an older encoding.
+    QString text = ascii ? QString::fromLatin1(bytes) : DecodeText(bytes.toByteArray()).text;
+    qsizetype to = text.indexOf(u'\\');
+    if (to < 0)
+        return text;
+    for (qsizetype from = to; from < text.size(); ++from) {
+        QChar unit = text[from];
+        if (unit == u'\\' && from + 1 < text.size()) {
+            bool ok = false;
+            switch (text[from + 1].unicode()) {
+            case u'\\':
+                ++from;
+                break;
+            case u'n':
+                unit = u'\n';
+                ++from;
+                break;
+            case u'r':
+                unit = u'\r';
+                ++from;
+                break;
+            case u't':
+                unit = u'\t';
+                ++from;
+                break;
+            case u's':
+                unit = u' ';
+                ++from;
+                break;
+            case u'u':
+                if (const QStringView digits = QStringView(text).mid(from + 2, 4);
+                    digits.size() == 4 && digits[0] != u'+' && digits[0] != u'-') {
+                    const ushort code = digits.toUShort(&ok, 16);
+                    if (ok) {
+                        unit = QChar(code);
+                        from += 5;
+                    }
+                }
+                break;
+            default:
+                break;
+            }
+        }
+        text[to++] = unit;
+    }
+    text.truncate(to);
+    return text;
+}
+
+/// `special` holds the characters that need an escape at the start, `everywhere` one that needs it anywhere.
+QByteArray EncodeEscapes(QStringView text, QStringView special = {}, QChar everywhere = u'\n')
+{
+    QString out;
+    out.reserve(text.size() + 8);
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar unit = text[i];
+        const char16_t code = unit.unicode();
+        const bool paired = (unit.isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate()) ||
+                            (unit.isLowSurrogate() && i > 0 && text[i - 1].isHighSurrogate());
+        if (code == u'\\')
+            out += u"\\\\";
+        else if (code == u'\n')
+            out += u"\\n";
+        else if (code == u'\r')
+            out += u"\\r";
+        else if (code == u'\t')
+            out += u"\\t";
+        else if (code == u' ' && (i == 0 || i + 1 == text.size()))
+            out += u"\\s";
+        else if (code < 0x20 || (code >= 0x7F && code < 0xA0) || code == 0x2028 || code == 0x2029 ||
+                 code == QChar::ByteOrderMark || (unit.isSurrogate() && !paired) || unit == everywhere ||
+                 (i == 0 && special.contains(unit)))
+            out += u"\\u"_s + QString::number(code, 16).toUpper().rightJustified(4, u'0');
+        else
+            out += unit;
+    }
+    return out.toUtf8();
+}
+
+/// A section's name needs no escape for brackets: it ends at the line's last one.
+QByteArray EncodeSection(QStringView name)
+{
+    return EncodeEscapes(name);
+}
+QByteArray EncodeKey(QStringView key)
+{
+    return EncodeEscapes(key, u"[;#", u'=');
+}
+
+bool IsBlank(char byte)
+{
+    return byte == ' ' || byte == '\t';
+}
+
+QByteArrayView Trim(QByteArrayView bytes)
+{
+    while (!bytes.isEmpty() && IsBlank(bytes.front()))
+        bytes = bytes.sliced(1);
+    while (!bytes.isEmpty() && IsBlank(bytes.back()))
+        bytes.chop(1);
+    return bytes;
+}
+
+struct Line {
+    enum class Kind { Blank, Other, Section, Entry };
+    Kind kind = Kind::Other;
+    QByteArrayView whole; // with its line end
+    QByteArrayView end;   // LF, CR LF, or empty at the end of the file
+    QByteArrayView name;  // of a section or a key, as written
+    QByteArrayView value; // as written
+};
+
+class LineReader
+{
+public:
+    explicit LineReader(const QByteArray &bytes) : m_rest(bytes)
+    {
+        if (m_rest.startsWith("\xEF\xBB\xBF"))
+            m_mark = 3;
+    }
+
+    bool Next(Line &line)
+    {
+        if (m_rest.isEmpty())
+            return false;
+        line = {};
+        qsizetype length = m_rest.indexOf('\n');
+        qsizetype ending = 1;
+        if (length < 0) {
+            length = m_rest.size();
+            ending = 0;
+        }
+        line.whole = m_rest.first(length + ending);
+        if (ending == 1 && length > 0 && m_rest[length - 1] == '\r') {
+            --length;
+            ++ending;
+        }
+        line.end = line.whole.last(ending);
+        QByteArrayView text = line.whole.first(length);
+        text = Trim(text.sliced(std::min(m_mark, text.size())));
+        m_mark = 0;
+        m_rest = m_rest.sliced(line.whole.size());
+        Classify(text, line);
+        return true;
+    }
+
+private:
+    static void Classify(QByteArrayView text, Line &line)
+    {
+        if (text.isEmpty()) {
+            line.kind = Line::Kind::Blank;
+        } else if (text.front() == '[') {
+            const qsizetype close = text.lastIndexOf(']');
+            if (close > 0) {
+                line.kind = Line::Kind::Section;
+                line.name = Trim(text.sliced(1, close - 1));
+            }
+        } else if (text.front() != ';' && text.front() != '#') {
+            const qsizetype equals = text.indexOf('=');
+            if (equals >= 0) {
+                line.kind = Line::Kind::Entry;
+                line.name = Trim(text.first(equals));
+                line.value = Trim(text.sliced(equals + 1));
+            }
+        }
+    }
+
+    QByteArrayView m_rest;
+    qsizetype m_mark = 0;
+};
+
+/// Compares names as written in a file with one name.
+class NameMatcher
+{
+public:
+    explicit NameMatcher(QStringView name) : m_folded(Fold(name)) {}
+
+    bool Matches(QByteArrayView written) const
+    {
+        // Nearly all names are plain, and most differ in their length.
+        bool plain = true;
+        for (const char byte : written)
+            plain = plain && byte != '\\' && (byte & 0x80) == 0;
+        if (!plain)
+            return Fold(DecodeEscapes(written)) == m_folded;
+        if (written.size() != m_folded.size())
+            return false;
+        for (qsizetype i = 0; i < written.size(); ++i) {
+            const char byte = written[i];
+            const char lower = byte >= 'A' && byte <= 'Z' ? char(byte + ('a' - 'A')) : byte;
+            if (m_folded[i] != QLatin1Char(lower))
+                return false;
+        }
+        return true;
+    }
+
+private:
+    QString m_folded;
+};
+
+/// The line end that a file is written with: that of its first line.
+QByteArray LineEndOf(const QByteArray &bytes)
+{
+    const qsizetype end = bytes.indexOf('\n');
+    return end > 0 && bytes[end - 1] == '\r' ? "\r\n"_ba : "\n"_ba;
+}
+
+QByteArray WithSection(const QByteArray &bytes, QStringView section,
+                       const std::vector<std::pair<QString, QString>> &entries)
+{
+    const QByteArray end = LineEndOf(bytes);
+    QByteArray result = bytes;
+    if (!result.isEmpty()) {
+        if (!result.endsWith('\n'))
+            result += end;
+        result += end;
+    }
+    result += '[' + EncodeSection(section) + ']' + end;
+    for (const auto &[key, value] : entries)
+        result += EncodeKey(key) + '=' + EncodeEscapes(value) + end;
+    return result;
+}
+
+QByteArray WithValue(const QByteArray &bytes, QStringView section, QStringView key, QStringView value)
+{
+    const NameMatcher sectionMatcher(section), keyMatcher(key);
+    const QByteArray written = EncodeEscapes(value);
+    bool inside = false;
+    qsizetype insertAt = -1; // behind the section's last key
+    LineReader reader(bytes);
+    for (Line line; reader.Next(line);) {
+        if (line.kind == Line::Kind::Section)
+            inside = sectionMatcher.Matches(line.name);
+        if (!inside || (line.kind != Line::Kind::Section && line.kind != Line::Kind::Entry))
+            continue;
+        insertAt = line.whole.data() + line.whole.size() - bytes.constData();
+        if (line.kind != Line::Kind::Entry || !keyMatcher.Matches(line.name))
+            continue;
+        const qsizetype start = line.value.data() - bytes.constData();
+        const qsizetype lineEnd = insertAt - line.end.size();
+        return bytes.first(start) + written + bytes.sliced(lineEnd);
+    }
+    if (insertAt < 0)
+        return WithSection(bytes, section, {{key.toString(), value.toString()}});
+    const QByteArray end = LineEndOf(bytes);
+    QByteArray result;
+    result.reserve(bytes.size() + written.size() + key.size() + 16);
+    result += QByteArrayView(bytes).first(insertAt);
+    if (!result.endsWith('\n'))
+        result += end;
+    result += EncodeKey(key) + '=' + written + end;
+    result += QByteArrayView(bytes).sliced(insertAt);
+    return result;
+}
+
+QByteArray WithoutKey(const QByteArray &bytes, QStringView section, QStringView key)
+{
+    const NameMatcher sectionMatcher(section), keyMatcher(key);
+    QByteArray result;
+    result.reserve(bytes.size());
+    bool inside = false;
+    LineReader reader(bytes);
+    for (Line line; reader.Next(line);) {
+        if (line.kind == Line::Kind::Section)
+            inside = sectionMatcher.Matches(line.name);
+        if (!inside || line.kind != Line::Kind::Entry || !keyMatcher.Matches(line.name))
+            result += line.whole;
+    }
+    return result;
+}
+
+QByteArray WithoutSection(const QByteArray &bytes, QStringView section)
+{
+    const NameMatcher matcher(section);
+    QByteArray result;
+    result.reserve(bytes.size());
+    bool inside = false;
+    qsizetype blankBefore = 0; // size of the empty line that ends `result`, if one does
+    LineReader reader(bytes);
+    for (Line line; reader.Next(line);) {
+        if (line.kind == Line::Kind::Section) {
+            inside = matcher.Matches(line.name);
+            // The empty line that parted the section from the one before goes with it.
+            if (inside)
+                result.chop(blankBefore);
+        }
+        const bool dropped = inside && (line.kind == Line::Kind::Section || line.kind == Line::Kind::Entry);
+        if (!dropped)
+            result += line.whole;
+        blankBefore = !dropped && line.kind == Line::Kind::Blank ? line.whole.size() : 0;
+    }
+    return result;
+}
+
+} // namespace
+
+ProfileFile::ProfileFile(const QString &name) : m_name(name) {}
+
+/// Reads the file again if it is another than at the last time.
+void ProfileFile::Refresh() const
+{
+    // Clocks of files tick slowly, on some file systems every two seconds: within that time a file that was
+    // written in place may have the same stamp as before.
+    constexpr qint64 slowestTick = 2'500'000'000;
+
+    const auto forget = [this] {
+        m_file = {};
+        m_bytes.clear();
+        m_indexed = false;
+    };
+    const std::optional<FileStamp> stamp = StampOf(m_name);
+    if (stamp == m_stamp && (!stamp || (m_settled && m_file.IsOpen())))
+        return;
+    m_stamp = stamp;
+    if (!stamp) {
+        forget();
+        return;
+    }
+    try {
+        NativeFile file = OpenRegularFile(m_name);
+        m_stamp = StampOf(file);
+        m_settled = QDateTime::currentMSecsSinceEpoch() * 1'000'000 - m_stamp->modified > slowestTick;
+        QByteArray bytes = ReadWhole(file, m_name);
+        m_file = std::move(file);
+        if (bytes != m_bytes) {
+            m_bytes = std::move(bytes);
+            m_indexed = false;
+        }
+    } catch (const RunTimeError &) {
+        forget();
+        m_settled = false;
+        throw;
+    }
+}
+
+const ProfileFile::Section *ProfileFile::FindSection(QStringView section) const
+{
+    try {
+        Refresh();
+    } catch (const RunTimeError &) {
+        // A store that cannot be read has no keys; the first write tells why.
+    }
+    if (!m_indexed) {
+        m_sections.clear();
+        m_sectionPlaces.clear();
+        qsizetype current = -1;
+        LineReader reader(m_bytes);
+        for (Line line; reader.Next(line);) {
+            if (line.kind == Line::Kind::Section) {
+                const QString folded = Fold(DecodeEscapes(line.name));
+                current = m_sectionPlaces.value(folded, -1);
+                if (current < 0) {
+                    current = qsizetype(m_sections.size());
+                    m_sectionPlaces.insert(folded, current);
+                    m_sections.push_back({line.name, {}, {}});
+                }
+            } else if (line.kind == Line::Kind::Entry && current >= 0) {
+                Section &target = m_sections[size_t(current)];
+                const QString folded = Fold(DecodeEscapes(line.name));
+                if (!target.places.contains(folded)) {
+                    target.places.insert(folded, qsizetype(target.entries.size()));
+                    target.entries.push_back({line.name, line.value});
+                }
+            }
+        }
+        m_indexed = true;
+    }
+    const qsizetype place = m_sectionPlaces.value(Fold(section), -1);
+    return place < 0 ? nullptr : &m_sections[size_t(place)];
+}
+
+std::optional<QString> ProfileFile::Value(QStringView section, QStringView key) const
+{
+    const Section *found = FindSection(section);
+    const qsizetype place = found ? found->places.value(Fold(key), -1) : -1;
+    return place < 0 ? std::nullopt : std::optional(DecodeEscapes(found->entries[size_t(place)].value));
+}
+
+std::vector<std::pair<QString, QString>> ProfileFile::Entries(QStringView section) const
+{
+    std::vector<std::pair<QString, QString>> entries;
+    if (const Section *found = FindSection(section)) {
+        for (const Entry &entry : found->entries)
+            entries.emplace_back(DecodeEscapes(entry.key), DecodeEscapes(entry.value));
+    }
+    return entries;
+}
+
+QStringList ProfileFile::SectionNames() const
+{
+    QStringList names;
+    FindSection({});
+    for (const Section &section : m_sections)
+        names.append(DecodeEscapes(section.name));
+    return names;
+}
+
+void ProfileFile::Change(const std::function<QByteArray(const QByteArray &)> &edit)
+{
+    const QString target = FollowLinks(m_name);
+    const QString folder = QFileInfo(target).path();
+    if (!QFileInfo::exists(folder) && !QDir().mkpath(folder))
+        throw RunTimeError(ErrorNumber::PathNotFound, u"The folder cannot be made"_s, folder);
+    const FileLock lock(target);
+    Refresh();
+    QByteArray bytes = edit(m_bytes);
+    if (bytes == m_bytes)
+        return;
+    m_file = ReplaceLockedFile(target, bytes);
+    m_stamp = StampOf(m_file);
+    m_settled = false;
+    m_bytes = std::move(bytes);
+    m_indexed = false;
+}
+
+void ProfileFile::SetValue(QStringView section, QStringView key, QStringView value)
+{
+    Change([&](const QByteArray &bytes) { return WithValue(bytes, section, key, value); });
+}
+
+void ProfileFile::RemoveKey(QStringView section, QStringView key)
+{
+    if (StampOf(m_name))
+        Change([&](const QByteArray &bytes) { return WithoutKey(bytes, section, key); });
+}
+
+void ProfileFile::RemoveSection(QStringView section)
+{
+    if (StampOf(m_name))
+        Change([&](const QByteArray &bytes) { return WithoutSection(bytes, section); });
+}
+
+void ProfileFile::ReplaceSection(QStringView section, const std::vector<std::pair<QString, QString>> &entries)
+{
+    Change([&](const QByteArray &bytes) {
+        return WithSection(WithoutSection(bytes, section), section, entries);
+    });
+}
+
+} // namespace zelvane

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/programfolder.h"
+
+#include "platform/runtimeerror.h"
+#include "platform/textfile.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane
+{
+
+QString ChooseProgramFolder(const QString &home, const QString &executableFolder, const QString &dataFolder,
+                            const QString &shippedFolder)
+{
+    if (!home.isEmpty()) {
+        const QString folder = QDir::cleanPath(QDir(home).absolutePath());
+        QDir().mkpath(folder);
+        return folder;
+    }
+    if (QFileInfo(executableFolder + u"/opcodes.txt"_s).isFile() && QFileInfo(executableFolder).isWritable())
+        return executableFolder;
+
+    QDir().mkpath(dataFolder);
+    for (const QFileInfo &shipped : QDir(shippedFolder).entryInfoList(QDir::Files)) {
+        const QString own = dataFolder + u'/' + shipped.fileName();
+        if (QFileInfo::exists(own))
+            continue;
+        try {
+            WriteFileBytes(own, ReadFileBytes(shipped.filePath()));
+        } catch (const RunTimeError &) {
+            // Whoever needs the file says that it is missing.
+        }
+    }
+    return dataFolder;
+}
+
+QString ShippedFolder()
+{
+    const QString beside = QDir::cleanPath(QCoreApplication::applicationDirPath() + u"/../share/zelvane"_s);
+    return QFileInfo(beside).isDir() ? beside : QStringLiteral(ZELVANE_DATA_DIR);
+}
+
+QString ConfigFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u"/zelvane"_s;
+}
+
+QString ProgramFolder()
+{
+    return ChooseProgramFolder(qEnvironmentVariable("ZELVANE_HOME"), QCoreApplication::applicationDirPath(),
+                               QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+                                   u"/zelvane"_s,
+                               ShippedFolder());
+}
+
+} // namespace zelvane

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/recentlist.h"
+
+namespace zelvane
+{
+
+namespace
+{
+
+void AddItem(SettingsStore &settings, const QString &text, const QString &section, int count,
+             Qt::CaseSensitivity sensitivity)
+{
+    QStringList items = {text};
+    for (int key = 1; key <= count; ++key) {
+        const QString item = settings.GetSetting(section, QString::number(key));
+        if (!item.isEmpty() && item.compare(text, sensitivity) != 0)
+            items.append(item);
+    }
+    for (int key = 1; key <= count && key <= items.size(); ++key)
+        settings.SaveSetting(section, QString::number(key), items[key - 1]);
+}
+
+} // namespace
+
+void AddRecentItem(SettingsStore &settings, const QString &text, const QString &section, int count)
+{
+    AddItem(settings, text, section, count, Qt::CaseSensitive);
+}
+
+void AddRecentFile(SettingsStore &settings, const QString &path)
+{
+    AddItem(settings, path, QString::fromUtf16(Sections::RecentFiles), RecentFileCount, Qt::CaseInsensitive);
+}
+
+QStringList RecentItems(const SettingsStore &settings, const QString &section, int count)
+{
+    QStringList items;
+    for (int key = 1; key <= count; ++key) {
+        const QString item = settings.GetSetting(section, QString::number(key));
+        if (item.isEmpty())
+            break;
+        items.append(item);
+    }
+    return items;
+}
+
+} // namespace zelvane
