@@ -65,9 +65,17 @@ public:
     void TextChanged();
 
 private:
+    /// Whether the text may be discarded for that file; asks where it was changed.
+    bool MayReplaceBy(const QString &name);
     void Load(const QString &name);
+    void BuildOutline();
+    void BuildRelatedFiles(OpenOrigin origin);
+    /// @return false when the write failed; true also when there was no name to write to
     bool Write(const QString &name);
+    bool WriteCurrent();
+    /// @param mark "*" for a changed text, right behind the name
     void ShowCaption(const QString &mark = {});
+    QString CaptionName() const;
     QString KindLabel() const;
 
     DocumentRecord &m_document;

@@ -1,0 +1,378 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/documentlifecycle.h"
+
+#include "platform/runtimeerror.h"
+#include "shell/documentkind.h"
+#include "shell/lineends.h"
+#include "shell/recentlist.h"
+#include "shell/splitpath.h"
+#include "shell/statustexts.h"
+#include "shell/typeenable.h"
+
+#include <limits>
+#include <new>
+#include <QCoreApplication>
+#include <QFileInfo>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane
+{
+
+namespace
+{
+
+QString UnifiedSkeleton()
+{
+    return u"<CsoundSynthesizer>\n"
+           "<CsOptions>\n\n</CsOptions>\n"
+           "<CsInstruments>\n\n</CsInstruments>\n"
+           "<CsScore>\n\n</CsScore>\n"
+           "</CsoundSynthesizer>"_s;
+}
+
+/// The text of a file as the text control holds it, with what was found out about it.
+struct LoadedText {
+    QString text;
+    TextEncoding encoding;
+    LineEndForm form = LineEndForm::Pc;
+};
+
+LoadedText LoadTextFile(const QString &name)
+{
+    // The raw bytes are gone when the text is converted: of a large file little is held twice.
+    try {
+        DecodedText decoded = DecodeText(ReadFileBytes(name));
+        if (decoded.text.size() > std::numeric_limits<qint32>::max())
+            throw std::bad_alloc();
+        LoadedText loaded{.encoding = decoded.encoding, .form = DetectPlatform(decoded.text)};
+        loaded.text = loaded.form == LineEndForm::Mac ? MacToUnix(std::move(decoded.text))
+                                                      : ToLineFeeds(std::move(decoded.text));
+        return loaded;
+    } catch (const std::bad_alloc &) {
+        throw RunTimeError(ErrorNumber::OutOfMemory, u"Out of memory"_s, name);
+    }
+}
+
+/// A path from a file dialog, cut at the first NUL and trimmed of blanks. A blank that ends the name of a
+/// file on disk belongs to it.
+QString PickedPath(const QString &answer)
+{
+    const QString path = answer.first(answer.indexOf(u'\0') < 0 ? answer.size() : answer.indexOf(u'\0'));
+    qsizetype start = 0;
+    qsizetype end = path.size();
+    while (start < end && path[start] == u' ')
+        ++start;
+    while (end > start && path[end - 1] == u' ')
+        --end;
+    return QFileInfo::exists(path) ? path : path.sliced(start, end - start);
+}
+
+} // namespace
+
+void DocumentLifecycle::OpenFile(const QString &quotedName, OpenOrigin origin)
+{
+    const QString name = Unquoted(quotedName);
+    if (name.isEmpty() || !MayReplaceBy(name))
+        return;
+    bool loaded = false;
+    try {
+        m_view.SetBusy(true);
+        m_status.Show(u"Loading..."_s);
+        m_view.navBeforeOpen();
+        m_document.Modified = m_document.Loading = true;
+        m_view.HideText();
+        m_text.SetSelection(0, 0);
+        Load(name);
+        loaded = true;
+        m_view.performSyntaxHighlight();
+        m_view.ShowText();
+        m_view.ApplySingleSelection();
+        BuildOutline();
+        BuildRelatedFiles(origin);
+        m_document.Loading = false;
+        m_view.FocusText();
+        m_view.SelectionChanged();
+        StatusFileInfo();
+        m_document.Modified = false;
+        m_view.EnableSaveButton(false);
+        m_view.SearchSoundFile();
+        TypeEnable();
+        if (origin == OpenOrigin::Command)
+            MRUsalva();
+        m_view.navAfterOpen();
+        m_view.SetBusy(false);
+    } catch (const RunTimeError &error) {
+        // Loading and Modified stay as the failure found them, so the next question about the text is asked.
+        m_view.ShowText();
+        m_view.SetBusy(false);
+        if (loaded)
+            throw;
+        m_desktop.MessageBox({.text = u"Unable to open "_s + name + u".\n\n"_s + error.Description(),
+                              .icon = BoxIcon::Warning});
+    }
+}
+
+bool DocumentLifecycle::MayReplaceBy(const QString &name)
+{
+    if (name != m_document.CurrentFile)
+        return QuerySave();
+    return !m_document.Modified ||
+           m_desktop.MessageBox({.text = u"Load last saved version of "_s + name + u'?',
+                                 .icon = BoxIcon::Warning,
+                                 .buttons = BoxButtons::YesNo}) == BoxAnswer::Yes;
+}
+
+void DocumentLifecycle::Load(const QString &name)
+{
+    LoadedText loaded = LoadTextFile(name);
+    m_text.LoadText(std::move(loaded.text));
+    m_document.CurrentFile = name;
+    m_document.CurrentPlatform = loaded.form;
+    m_document.Encoding = loaded.encoding;
+    ClassifyDocument(m_document, m_settings);
+    ShowCaption();
+}
+
+void DocumentLifecycle::BuildOutline()
+{
+    if (!m_view.OutlineShown())
+        return;
+    m_status.Show(u"Code outline..."_s);
+    m_view.BuildOutline();
+}
+
+void DocumentLifecycle::BuildRelatedFiles(OpenOrigin origin)
+{
+    if (!m_view.RelatedFilesShown() || origin == OpenOrigin::RelatedFiles)
+        return;
+    m_status.Show(u"Related files..."_s);
+    m_view.BuildRelatedFiles();
+}
+
+void DocumentLifecycle::SaveFile(const QString &name)
+{
+    Write(name);
+}
+
+bool DocumentLifecycle::Write(const QString &name)
+{
+    if (name.isEmpty())
+        return true;
+    TextEncoding encoding = m_document.Encoding;
+    try {
+        WriteFileBytes(name, EncodeText(ToPcLineEnds(m_text.Text()), encoding));
+    } catch (const RunTimeError &error) {
+        m_desktop.MessageBox({.text = u"Unable to save "_s + name + u".\n\n"_s + error.Description(),
+                              .icon = BoxIcon::Warning});
+        return false;
+    }
+    m_document.CurrentFile = name;
+    m_document.Encoding = encoding;
+    m_document.Modified = false;
+    // A load that failed has left it set; from here on every change counts again.
+    m_document.Loading = false;
+    m_view.EnableSaveButton(false);
+    ClassifyDocument(m_document, m_settings);
+    ShowCaption();
+    StatusFileInfo();
+    MRUsalva();
+    return true;
+}
+
+bool DocumentLifecycle::QuerySave()
+{
+    if (!m_document.Modified)
+        return true;
+    const BoxAnswer answer = m_desktop.MessageBox({.text = u"Save changes to "_s + CaptionName() + u'?',
+                                                   .icon = BoxIcon::Warning,
+                                                   .buttons = BoxButtons::YesNoCancel});
+    if (answer == BoxAnswer::Yes)
+        return WriteCurrent(); // a cancelled Save dialog discards the text, a failed write does not
+    return answer == BoxAnswer::No;
+}
+
+void DocumentLifecycle::NewFile(FileKind kind, const QString &name)
+{
+    const FileKind chosen = kind == FileKind::Cancelled ? m_view.ChooseNewKind() : kind;
+    if (chosen == FileKind::Cancelled)
+        return;
+    m_document.DocumentKind = chosen;
+    // A load that failed has left it set; the new text is to be watched for changes.
+    m_document.Loading = false;
+    m_text.LoadText(chosen == FileKind::Unified ? UnifiedSkeleton() : QString());
+    m_view.ApplyTextColours();
+    m_document.CurrentFile = name;
+    m_document.Encoding = {};
+    ShowCaption();
+    m_view.EnableSaveButton(false);
+    m_status.Show({});
+    m_document.Modified = false;
+    TypeEnable();
+    if (m_view.OutlineShown())
+        m_view.BuildOutline();
+    m_view.ClearRelatedFiles();
+}
+
+void DocumentLifecycle::InsertFile(const QString &quotedName)
+{
+    const QString name = Unquoted(quotedName);
+    if (name.isEmpty())
+        return;
+    const QString inserted = ReadTextFile(name);
+    const qsizetype start = m_text.Selection().start;
+    m_text.ReplaceSelection(inserted);
+    m_text.SetSelection(start, m_text.Selection().end);
+    m_status.Show(m_status.Text());
+    if (m_view.OutlineShown())
+        m_view.BuildOutline();
+}
+
+void DocumentLifecycle::New()
+{
+    if (QuerySave())
+        NewFile(FileKind::Cancelled, {});
+}
+
+void DocumentLifecycle::Open()
+{
+    OpenFile(OpenBox());
+}
+
+void DocumentLifecycle::Save()
+{
+    WriteCurrent();
+}
+
+bool DocumentLifecycle::WriteCurrent()
+{
+    return Write(m_document.CurrentFile.isEmpty() ? SaveBox() : m_document.CurrentFile);
+}
+
+void DocumentLifecycle::SaveAs()
+{
+    SaveFile(SaveBox());
+}
+
+void DocumentLifecycle::NewInstance()
+{
+    const QString program = QCoreApplication::applicationFilePath();
+    if (m_desktop.ShellRun({.verb = u"open"_s, .file = program, .parameters = u"/i"_s}) <= ShellFailure)
+        throw RunTimeError(ErrorNumber::FileNotFound, u"Cannot start "_s + program);
+}
+
+void DocumentLifecycle::OpenRecent(int number)
+{
+    OpenFile(m_settings.GetSetting(QString::fromUtf16(Sections::RecentFiles), QString::number(number)));
+}
+
+void DocumentLifecycle::FileMenuOpening()
+{
+    EnableFileMenu(m_document, m_view);
+}
+
+QString DocumentLifecycle::OpenBox()
+{
+    const QString orchestra = ExtensionPatterns(KindExtensions(m_settings, FileKind::Orchestra));
+    const QString score = ExtensionPatterns(KindExtensions(m_settings, FileKind::Score));
+    const QString unified = ExtensionPatterns(KindExtensions(m_settings, FileKind::Unified));
+    FileDialogRequest request;
+    request.filters = {{u"All Csound types"_s, orchestra + u';' + score + u';' + unified},
+                       {u"Orchestra files"_s, orchestra},
+                       {u"Score files"_s, score},
+                       {u"Unified Format files"_s, unified},
+                       {u"Text files"_s, u"*.txt"_s},
+                       {u"C/C++"_s, u"*.cpp;*.c;*.h"_s},
+                       {u"All files"_s, u"*.*"_s}};
+    const int filter = m_settings.Integer(Keys::FilterIndex);
+    request.filterIndex = filter >= 0 && filter < int(request.filters.size()) ? filter : 0;
+    request.folder = m_document.CurrentFile.isEmpty() ? m_settings.Text(Keys::OpenFolder, QString())
+                                                      : m_document.CurrentFile;
+    const FileDialogAnswer answer = m_desktop.OpenFileDialog(request);
+    const QString path = PickedPath(answer.path);
+    if (path.isEmpty())
+        return {};
+    m_settings.SaveNumber(Keys::FilterIndex, answer.filterIndex);
+    m_settings.SaveText(Keys::OpenFolder, SplitPath(PathPart::Folder, path));
+    return path;
+}
+
+QString DocumentLifecycle::SaveBox()
+{
+    const QString &current = m_document.CurrentFile;
+    QStringList extensions = KindExtensions(m_settings, m_document.DocumentKind);
+    if (extensions.isEmpty())
+        extensions = SplitExtensions(BareExtension(current));
+    FileDialogRequest request;
+    if (!extensions.isEmpty())
+        request.filters.push_back({KindLabel(), ExtensionPatterns(extensions)});
+    request.filters.push_back({u"All files"_s, u"*.*"_s});
+    request.fileName = BareFileName(current);
+    request.defaultExtension = current.isEmpty() ? extensions.value(0) : BareExtension(current);
+    request.folder = m_settings.Text(Keys::SaveFolder, current);
+    const QString path = PickedPath(m_desktop.SaveFileDialog(request).path);
+    if (!path.isEmpty())
+        m_settings.SaveText(Keys::SaveFolder, SplitPath(PathPart::Folder, path));
+    return path;
+}
+
+void DocumentLifecycle::MRUsalva()
+{
+    AddRecentFile(m_settings, m_document.CurrentFile);
+    MRUAggiornaMenu();
+}
+
+void DocumentLifecycle::MRUAggiornaMenu()
+{
+    m_view.ShowRecentFiles(
+        RecentItems(m_settings, QString::fromUtf16(Sections::RecentFiles), RecentFileCount));
+}
+
+void DocumentLifecycle::StatusFileInfo()
+{
+    if (!m_document.CurrentFile.isEmpty())
+        m_status.Show(DocumentInfoText(m_document, m_text, m_desktop));
+}
+
+void DocumentLifecycle::StatusInfo(const QString &name)
+{
+    m_status.Show(FileInfoLine(name, m_desktop));
+}
+
+void DocumentLifecycle::TypeEnable()
+{
+    zelvane::TypeEnable(m_document.DocumentKind, m_view);
+}
+
+void DocumentLifecycle::TextChanged()
+{
+    if (m_document.Loading || m_document.Modified)
+        return;
+    m_document.Modified = true;
+    m_view.EnableSaveButton(true);
+    ShowCaption(u"*"_s);
+}
+
+QString DocumentLifecycle::CaptionName() const
+{
+    return m_document.CurrentFile.isEmpty() ? u"Untitled"_s : m_document.CurrentFile;
+}
+
+void DocumentLifecycle::ShowCaption(const QString &mark)
+{
+    m_view.ShowCaption(ApplicationTitle() + u" - "_s + CaptionName() + mark + u" ("_s + KindLabel() + u')');
+}
+
+QString DocumentLifecycle::KindLabel() const
+{
+    if (m_document.DocumentKind == FileKind::Other && !m_document.CurrentFile.isEmpty())
+        return m_desktop.TypeName(m_document.CurrentFile);
+    return KindName(m_document.DocumentKind);
+}
+
+QString RecentFileCaption(int number, const QString &path)
+{
+    return u'&' + QString::number(number) + u' ' + QString(path).replace(u"&"_s, u"&&"_s);
+}
+
+} // namespace zelvane
