@@ -33,8 +33,8 @@ QString UnifiedSkeleton()
 
 /// The text of a file as the text control holds it, with what was found out about it.
 struct LoadedText {
-    QString text;
-    TextEncoding encoding;
+    QString text = {};
+    TextEncoding encoding = {};
     LineEndForm form = LineEndForm::Pc;
 };
 

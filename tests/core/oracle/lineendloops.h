@@ -25,8 +25,10 @@ inline QString ToPc(QString text)
 inline QString ToUnix(QString text)
 {
     qsizetype i = 0;
-    while ((i = text.indexOf(QStringLiteral("\r\n"))) >= 0)
+    while ((i = text.indexOf(QStringLiteral("\r\n"), i)) >= 0) {
         text = text.left(i) + text.mid(i + 1);
+        ++i;
+    }
     while ((i = text.indexOf(u'\r')) >= 0)
         text = text.left(i) + u'\n' + text.mid(i + 1);
     return text;
