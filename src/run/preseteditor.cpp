@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "run/preseteditor.h"
+
+#include "platform/numbers.h"
+#include "platform/programfolder.h"
+#include "run/macroexpansion.h"
+#include "run/presetbar.h"
+#include "shell/editorcontext.h"
+
+#include <QDir>
+#include <QFile>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane
+{
+
+PresetFields FieldsOf(const PresetRecord &record)
+{
+    PresetFields fields{.record = record};
+    const PresetImage image = ImageOf(record.Image);
+    if (image.form == PresetImage::Form::BuiltIn)
+        fields.imageNumber = image.number;
+    else if (image.form == PresetImage::Form::File)
+        fields.bitmap = image.file;
+    return fields;
+}
+
+PresetTools EnabledPresetTools(const QString &name, int row, int rowCount)
+{
+    return {.save = !name.isEmpty() && !IsNumeric(name),
+            .remove = row >= 0,
+            .up = row > 0,
+            .down = row >= 0 && row < rowCount - 1};
+}
+
+bool AllowsSecondAction(const QString &command, const RunContext &context)
+{
+    return !context.editor.desktop.ExecutableKind(ExpandStaticMacros(command, context)).isEmpty();
+}
+
+bool SavePreset(const PresetKey &name, const PresetFields &fields, QStringList &rows, RunContext &context,
+                const std::function<bool(const QString &file)> &loadPicture)
+{
+    if (name.isEmpty())
+        return false;
+    EditorContext &editor = context.editor;
+    PresetStore store(editor.settings);
+    if (!store.PresetExists(name, editor.desktop.Now().date())) {
+        rows.append(name);
+    } else {
+        const BoxAnswer answer = editor.desktop.MessageBox(
+            {.text = u"Replace saved parameters for '"_s + name + u"' with current settings?"_s,
+             .icon = BoxIcon::Information,
+             .buttons = BoxButtons::YesNo});
+        if (answer == BoxAnswer::No)
+            return false;
+    }
+    store.AddToIndex(name);
+
+    const PresetRecord &record = fields.record;
+    store.SaveTextOrDelete(name, PresetKeys::Command, record.Command);
+    store.SaveTextOrDelete(name, PresetKeys::Args, record.Args);
+    store.SaveTextOrDelete(name, PresetKeys::Folder, record.Folder);
+    store.SaveNumber(name, PresetKeys::Window, record.Window);
+    store.SaveFlag(name, PresetKeys::SaveFirst, record.SaveFirst);
+    store.SaveTextOrDelete(name, PresetKeys::Name, record.Name);
+    store.SaveTextOrDelete(name, PresetKeys::Tooltip, record.Tooltip);
+    store.SaveFlag(name, PresetKeys::CreateButton, record.CreateButton);
+    store.SaveFlag(name, PresetKeys::NewGroup, record.NewGroup);
+
+    if (!record.SecondCommand.isEmpty() && AllowsSecondAction(record.Command, context)) {
+        store.SaveText(name, PresetKeys::SecondCommand, record.SecondCommand);
+        store.SaveTextOrDelete(name, PresetKeys::SecondArgs, record.SecondArgs);
+        store.SaveTextOrDelete(name, PresetKeys::SecondFolder, record.SecondFolder);
+        store.SaveNumber(name, PresetKeys::SecondWindow, record.SecondWindow);
+    } else {
+        for (const SettingKey &key : {PresetKeys::SecondCommand, PresetKeys::SecondArgs,
+                                      PresetKeys::SecondFolder, PresetKeys::SecondWindow})
+            store.DeleteKey(name, key);
+    }
+
+    if (fields.imageNumber != 0) {
+        store.SaveNumber(name, PresetKeys::Image, fields.imageNumber);
+    } else if (!fields.bitmap.isEmpty()) {
+        if (loadPicture(fields.bitmap))
+            store.SaveText(name, PresetKeys::Image, fields.bitmap);
+    } else {
+        store.DeleteKey(name, PresetKeys::Image);
+    }
+    RewritePresetOrder(rows, context);
+    return true;
+}
+
+bool DeletePreset(const PresetKey &name, RunContext &context)
+{
+    EditorContext &editor = context.editor;
+    PresetStore store(editor.settings);
+    if (name.isEmpty() || !store.PresetExists(name, editor.desktop.Now().date()))
+        return false;
+    const BoxAnswer answer = editor.desktop.MessageBox({.text = u"Delete the '"_s + name + u"' preset?"_s,
+                                                        .icon = BoxIcon::Information,
+                                                        .buttons = BoxButtons::YesNo,
+                                                        .defaultAnswer = BoxAnswer::No});
+    if (answer == BoxAnswer::No)
+        return false;
+    store.Remove(name);
+    // Earlier versions kept a picture there. A name with a separator in it must not lead out of the folder.
+    if (!name.contains(u'/') && !name.contains(u'\\'))
+        QFile::remove(ProgramFolder() + u"/Images/"_s + name);
+    return true;
+}
+
+void MovePresetUp(QStringList &rows, int &row, RunContext &context)
+{
+    if (row <= 0 || row >= rows.size())
+        return;
+    rows.swapItemsAt(row, row - 1);
+    --row;
+    RewritePresetOrder(rows, context);
+}
+
+void MovePresetDown(QStringList &rows, int &row, RunContext &context)
+{
+    if (row < 0 || row >= rows.size() - 1)
+        return;
+    rows.swapItemsAt(row, row + 1);
+    ++row;
+    RewritePresetOrder(rows, context);
+}
+
+void RewritePresetOrder(const QStringList &rows, RunContext &context)
+{
+    PresetStore(context.editor.settings).RewritePresetOrder(rows);
+    context.editor.windows.RebuildPresets();
+}
+
+} // namespace zelvane

@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "run/presetstore.h"
+
+#include "platform/numbers.h"
+#include "shell/settings.h"
+
+#include <algorithm>
+#include <array>
+#include <QLocale>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane
+{
+
+namespace
+{
+
+QString Index()
+{
+    return QString::fromUtf16(Sections::Presets);
+}
+
+} // namespace
+
+QString PresetStore::RecordSection(const PresetKey &name)
+{
+    static const std::array own{
+        QString::fromUtf16(Sections::Options), QString::fromUtf16(Sections::RecentFiles),
+        QString::fromUtf16(Sections::RecentFindStrings), QString::fromUtf16(Sections::RecentCommandLines),
+        QString::fromUtf16(Sections::Presets)};
+    static const QString beside = u" (preset)"_s;
+    // "Options" goes to "Options (preset)", so a preset of that name must give way too, and so on.
+    QStringView stem = name;
+    while (stem.endsWith(beside, Qt::CaseInsensitive))
+        stem.chop(beside.size());
+    const bool taken = std::any_of(own.begin(), own.end(), [stem](const QString &section) {
+        return stem.compare(section, Qt::CaseInsensitive) == 0;
+    });
+    return taken ? name + beside : name;
+}
+
+QStringList PresetStore::ReadPresetList() const
+{
+    QStringList names;
+    for (const auto &[key, value] : m_settings.GetAllSettings(Index()))
+        names.append(key);
+    return names;
+}
+
+bool PresetStore::PresetExists(const PresetKey &name, const QDate &today) const
+{
+    const QString absent = QLocale::system().toString(today, QLocale::ShortFormat);
+    return name != absent && m_settings.GetSetting(Index(), name, absent) != absent;
+}
+
+void PresetStore::AddToIndex(const PresetKey &name)
+{
+    m_settings.SaveSetting(Index(), name, {});
+}
+
+void PresetStore::Remove(const PresetKey &name)
+{
+    m_settings.DeleteSetting(RecordSection(name));
+    m_settings.DeleteSetting(Index(), name);
+}
+
+void PresetStore::RewritePresetOrder(const QStringList &names)
+{
+    std::vector<std::pair<QString, QString>> entries;
+    for (const QString &name : names)
+        entries.emplace_back(name, QString());
+    m_settings.ReplaceSection(Index(), entries);
+}
+
+QString PresetStore::Text(const PresetKey &name, const SettingKey &key) const
+{
+    return Text(name, key, key.fallback);
+}
+
+QString PresetStore::Text(const PresetKey &name, const SettingKey &key, const QString &fallback) const
+{
+    return m_settings.GetSetting(RecordSection(name), key.name, fallback);
+}
+
+int PresetStore::WindowState(const PresetKey &name, const SettingKey &key) const
+{
+    return ToInteger<int>(ToNumber(Text(name, key)));
+}
+
+bool PresetStore::Flag(const PresetKey &name, const SettingKey &key) const
+{
+    return ToBoolean(Text(name, key));
+}
+
+PresetRecord PresetStore::ReadRecord(const PresetKey &name) const
+{
+    const auto state = [&](const SettingKey &key) {
+        const int value = WindowState(name, key);
+        return value >= 0 && value <= 3 ? value : 1; // a list has no other rows
+    };
+    return {.Command = Text(name, PresetKeys::Command),
+            .Args = Text(name, PresetKeys::Args),
+            .Folder = Text(name, PresetKeys::Folder),
+            .Window = state(PresetKeys::Window),
+            .SaveFirst = Flag(name, PresetKeys::SaveFirst),
+            .Name = Text(name, PresetKeys::Name),
+            .Tooltip = Text(name, PresetKeys::Tooltip),
+            .CreateButton = Flag(name, PresetKeys::CreateButton),
+            .NewGroup = Flag(name, PresetKeys::NewGroup),
+            .Image = Text(name, PresetKeys::Image),
+            .SecondCommand = Text(name, PresetKeys::SecondCommand),
+            .SecondArgs = Text(name, PresetKeys::SecondArgs),
+            .SecondFolder = Text(name, PresetKeys::SecondFolder),
+            .SecondWindow = state(PresetKeys::SecondWindow)};
+}
+
+void PresetStore::SaveText(const PresetKey &name, const SettingKey &key, const QString &value)
+{
+    m_settings.SaveSetting(RecordSection(name), key.name, value);
+}
+
+void PresetStore::SaveTextOrDelete(const PresetKey &name, const SettingKey &key, const QString &value)
+{
+    if (value.isEmpty())
+        DeleteKey(name, key);
+    else
+        SaveText(name, key, value);
+}
+
+void PresetStore::SaveNumber(const PresetKey &name, const SettingKey &key, int value)
+{
+    SaveText(name, key, QString::number(value));
+}
+
+void PresetStore::SaveFlag(const PresetKey &name, const SettingKey &key, bool value)
+{
+    SaveText(name, key, value ? u"1"_s : u"0"_s);
+}
+
+void PresetStore::DeleteKey(const PresetKey &name, const SettingKey &key)
+{
+    m_settings.DeleteSetting(RecordSection(name), key.name);
+}
+
+} // namespace zelvane

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "run/toolpaths.h"
+
+#include <QStringList>
+
+namespace zelvane
+{
+
+/// The fields of the Run Csound dialog.
+struct RunDialogFields {
+    QString orchestra = {};
+    QString score = {};
+    QString flags = {};
+    QStringList history = {}; ///< rows of the flags' list
+    bool csound2 = false;
+    bool saveFirst = false;
+    bool documentFolder = true; ///< start in the document's folder; else in the compiler's
+
+    bool operator==(const RunDialogFields &) const = default;
+};
+
+/// The fields as the dialog shows them first. The history is read from key "0" on, which nothing ever writes,
+/// so that it is not offered although it is kept up to date (kept: the store of earlier versions has it so).
+RunDialogFields LoadRunDialog(RunContext &context);
+
+/// Starts the compiler as the fields tell, and remembers them. File names with a blank get double quotes in
+/// the fields themselves. @return whether the dialog closes; it stays when a macro failed. @throws
+/// RunTimeError
+bool RunCsound(RunDialogFields &fields, RunContext &context);
+
+} // namespace zelvane

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "run/toolpaths.h"
+
+#include "shell/settings.h"
+
+namespace zelvane
+{
+
+ToolPaths ReadToolPaths(const SettingsStore &settings)
+{
+    return {.Csound = settings.Text(Keys::Csound),
+            .Csound2 = settings.Text(Keys::Csound2),
+            .Help = settings.Text(Keys::Help),
+            .Editor = settings.Text(Keys::Editor),
+            .Player = settings.Text(Keys::Player)};
+}
+
+} // namespace zelvane

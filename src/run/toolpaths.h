@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+
+namespace zelvane
+{
+
+class SettingsStore;
+struct EditorContext;
+
+/// The outside programs that the user has chosen, as they stood at start-up or when Preferences last closed.
+struct ToolPaths {
+    QString Csound;  ///< the main compiler
+    QString Csound2; ///< an alternative compiler
+    QString Help;
+    QString Editor; ///< the sound editor
+    QString Player; ///< the sound player
+};
+
+ToolPaths ReadToolPaths(const SettingsStore &settings);
+
+/// What running works on: the editor, and the tool paths in memory. The parts outlive every user of it.
+struct RunContext {
+    EditorContext &editor;
+    const ToolPaths &tools;
+};
+
+} // namespace zelvane
