@@ -24,9 +24,11 @@ struct StyleRun {
 using StyleRuns = std::vector<StyleRun>;
 
 /// How one class looks: a colour as 0xBBGGRR (or a system colour with the top bit set), and bold or not.
+/// `isDefault`: no colour is stored; where the default cannot be read on the background, its light twin is shown.
 struct StyleFormat {
     quint32 colour = 0x80000008;
     bool bold = false;
+    bool isDefault = false;
 
     bool operator==(const StyleFormat &) const = default;
 };

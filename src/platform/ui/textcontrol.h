@@ -1,0 +1,220 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/runtimeerror.h"
+#include "platform/textbuffer.h"
+#include "platform/ui/offsetmap.h"
+#include "platform/ui/scintilla.h"
+#include "platform/ui/undotrail.h"
+
+#include <array>
+#include <functional>
+
+namespace zelvane
+{
+
+class Desktop;
+
+/// The font of the whole text; `points` may have a fraction.
+struct TextFont {
+    QString family;
+    double points = 10;
+    bool bold = false;
+    bool italic = false;
+
+    bool operator==(const TextFont &) const = default;
+};
+
+/// What the text control asks the window while it handles a key. Settings are read at each use. Missing hooks
+/// do nothing: Tab then inserts a tab character.
+struct TextControlHooks {
+    std::function<bool()> tabInsertsSpaces; ///< `TabInsertSpaces`
+    std::function<int()> tabSpaces;         ///< `TabSpaces`; below 1 counts as 1
+    std::function<void(bool decrease)> indentSelection;
+    /// Runs a command of the menus: undo, redo, cut, copy and paste, and the font size on Ctrl and the wheel.
+    std::function<void(const QString &name, int index)> runCommand;
+    /// Shows a failure that a key met.
+    std::function<void(const RunTimeError &error)> reportError;
+};
+
+/// `TxtEdit`, the rich-text control of the document: plain UTF-8 text in Scintilla, with one style class for
+/// each character, undo steps with kinds, and a filter on keys, clipboard and drops. Every offset outside is
+/// UTF-16.
+class TextControl : public QsciScintillaBase, public TextBuffer
+{
+    Q_OBJECT
+
+public:
+    /// @param desktop gives the clipboard; it must outlive the control
+    explicit TextControl(Desktop &desktop, QWidget *parent = nullptr);
+
+    void SetHooks(TextControlHooks hooks) { m_hooks = std::move(hooks); }
+
+    QString Text() const override;
+    QString TextRange(qsizetype start, qsizetype end) const override;
+    qsizetype Length() const override { return m_map.Units(); }
+    void SetText(const QString &text) override;
+    void LoadText(QString text) override;
+    TextSpan Selection() const override;
+    /// Scrolls so that the caret, at `end`, can be seen.
+    void SetSelection(qsizetype start, qsizetype end) override;
+    QString SelectedText() const override;
+    void ReplaceSelection(const QString &text) override;
+    /// The selection stays on the same characters; what of it is replaced shrinks to `start`.
+    void ReplaceRange(qsizetype start, qsizetype end, const QString &text) override;
+    qsizetype LineCount() const override;
+    qsizetype LineOfOffset(qsizetype offset) const override;
+    qsizetype LineStart(qsizetype line) const override;
+    qsizetype LineEnd(qsizetype line) const override;
+    qsizetype FirstVisibleLine() const override;
+    void ScrollToLine(qsizetype line) override;
+    void ApplyStyles(qsizetype start, qsizetype end, const StyleRuns &runs) override;
+    bool CanUndo() const override;
+    bool CanRedo() const override;
+    void EmptyUndoBuffer() override;
+
+    /// The class of the character at an offset; Text at the end of the text.
+    StyleClass StyleAt(qsizetype offset) const;
+
+    /// The kind of the next undo or redo; None when there is none, and for the program's own replacements.
+    UndoKind NextUndo() const;
+    UndoKind NextRedo() const;
+    /// The kind as text: empty, " Typing", " Delete", " Drag Drop", " Cut" or " Paste".
+    QString UndoType() const;
+    QString RedoType() const;
+    /// One step back or forth: text, classes of characters and selection are as they were.
+    void Undo();
+    void Redo();
+    /// Text typed from now on is an undo step of its own.
+    void CloseUndoGroup();
+
+    /// Around a command: all its edits are one undo step, and undo gives back the selection that stood before
+    /// it. Calls may nest; the outermost pair counts.
+    void BeginCommand();
+    void EndCommand();
+
+    /// Plain text only. Cut and Copy do nothing without a selection. @throws RunTimeError when the clipboard
+    /// fails; the text is then as it was
+    void Cut();
+    void Copy();
+    void Paste();
+    /// Removes the selection.
+    void DeleteSelection();
+
+    /// The colours of text without a class format and of the background: 0xBBGGRR, or a system colour with
+    /// the top bit set.
+    void SetTextColours(quint32 text, quint32 background);
+    /// How the classes look. Class Text takes its format with the next ApplyStyles: until then a fresh text
+    /// shows the text colour and the font as they are, bold too.
+    void SetStyleFormats(const std::array<StyleFormat, StyleClassCount> &formats);
+
+    TextFont CurrentFont() const { return m_font; }
+    void ApplyFont(const TextFont &font);
+    /// Makes the text larger or smaller by so many screen pixels; never an edit. Heights stay at one pixel or
+    /// more.
+    void ChangeFontSize(int pixels);
+    void SetWordWrap(bool wrap);
+    bool WordWrap() const;
+    /// @param dialogUnits distance of the tab stops, a dialog unit being a quarter of an average character of
+    /// the desktop's font; rounded to whole columns. 0 gives the control's own stops, 8 columns
+    void SetTabWidth(int dialogUnits);
+    /// Whether selected text can be dragged, and text be dropped here.
+    void SetDragMode(bool drag);
+    bool DragMode() const { return m_dragMode; }
+    /// Whether the selection is painted.
+    void HideSelection(bool hidden);
+
+    /// The offset of the character under a point of the screen, -1 when there is none.
+    qsizetype OffsetAt(const QPoint &screen) const;
+    /// The bottom left corner of the caret on the screen.
+    QPoint CaretPoint() const;
+
+Q_SIGNALS:
+    /// The text was changed, by the user or by the program; styles are no text.
+    void textChanged();
+    /// Caret or selection stand elsewhere than before.
+    void selectionChanged();
+    /// Cut or Copy has put text on the clipboard.
+    void clipboardFilled();
+    void undoBufferEmptied();
+    /// The right button or the menu key; `ctrl` tells whether Ctrl was down.
+    void contextMenuRequested(const QPoint &screen, bool ctrl);
+
+protected:
+    bool event(QEvent *event) override;
+    bool viewportEvent(QEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void inputMethodEvent(QInputMethodEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dragMoveEvent(QDragMoveEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+    QByteArray fromMimeData(const QMimeData *source, bool &rectangular) const override;
+    QMimeData *toMimeData(const QByteArray &text, bool rectangular) const override;
+
+private:
+    long Send(unsigned message, qint64 wParam = 0, qint64 lParam = 0) const;
+    long SendBytes(unsigned message, qint64 wParam, const char *bytes) const;
+    /// The bytes [start, start + length) inside the control; good until the next message.
+    QByteArrayView Bytes(qsizetype start, qsizetype length) const;
+    QByteArray StyleBytes(qsizetype start, qsizetype length) const;
+    void ApplyStyleBytes(qsizetype start, const QByteArray &styles);
+
+    CaretSpan Caret() const;
+    void SetCaret(const CaretSpan &span);
+    /// Replaces bytes in one undo step of the kind; nothing happens when nothing would change.
+    void ReplaceBytes(qsizetype start, qsizetype end, const QByteArray &utf8, UndoKind kind);
+    void ReplaceSelectionAs(const QString &text, UndoKind kind);
+    void Modified(int position, int type, int length);
+    /// Tells what an event or a call has changed. Signals leave from here only.
+    void Settle();
+    /// Keeps the caret out of the middle of a character that Scintilla takes for stray bytes.
+    void SnapCaret();
+    void CloseCommandGroup();
+    void UndoOrRedo(unsigned message);
+
+    bool CommandKey(const QKeyEvent &event);
+    bool EditingKey(const QKeyEvent &event);
+    bool TabKey(const QKeyEvent &event);
+    void TypeText(const QString &text);
+    void RunCommand(const QString &name, int index = 0);
+    bool SelectionSpansLines() const;
+
+    void ApplyLook();
+    void ApplyTabWidth();
+
+    Desktop &m_desktop;
+    TextControlHooks m_hooks;
+    OffsetMap m_map;
+
+    UndoSteps m_steps;
+    StyleStack m_undoStyles; ///< classes of text that undo would bring back
+    StyleStack m_redoStyles; ///< classes of text that redo would bring back
+    UndoKind m_kind = UndoKind::None;
+    CaretSpan m_caretBeforeEdit;
+    bool m_stepOpen = false;    ///< the newest step still follows the selection
+    bool m_breakTyping = false; ///< the caret was moved: the next character typed begins a step
+    int m_commandDepth = 0;
+    bool m_commandGroup = false;
+    CaretSpan m_caretBeforeCommand;
+
+    bool m_textDirty = false;
+    CaretSpan m_toldCaret;
+
+    std::array<StyleFormat, StyleClassCount> m_formats;
+    bool m_formatsApplied = false;
+    quint32 m_textColour = 0x80000008;
+    quint32 m_backColour = 0x80000005;
+    TextFont m_font;
+    int m_tabUnits = 0;
+    bool m_dragMode = true;
+    int m_wheel = 0;
+};
+
+} // namespace zelvane
