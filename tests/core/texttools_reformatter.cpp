@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "texttools/reformatter.h"
+
+#include "core/oracle/reformatteroracle.h"
+#include "platform/runtimeerror.h"
+#include "support/printers.h"
+#include "support/randomtext.h"
+
+#include <gtest/gtest.h>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane
+{
+namespace
+{
+
+using A = FormattingAlgorithm;
+
+QString Formatted(A algorithm, const QString &text, int tabSpaces = 8)
+{
+    return Reformat(algorithm, text, tabSpaces).value();
+}
+
+class EachAlgorithm : public testing::TestWithParam<int>
+{
+};
+
+TEST_P(EachAlgorithm, GivesWhatItsLoopGives)
+{
+    test::RandomText texts({u" "_s, u" "_s, u"\t"_s, u"\n"_s, u"\n"_s, u"\r\n"_s, u"\r"_s, u"a"_s, u"bc"_s},
+                           20, 100 + GetParam());
+    for (int i = 0; i < 60000; ++i) {
+        const QString text = texts.Next();
+        const int tabSpaces = texts.Number(1, 9);
+        ASSERT_EQ(Formatted(A(GetParam()), text, tabSpaces),
+                  oracle::Reformatter::Run(GetParam(), text, tabSpaces))
+            << "from " << testing::PrintToString(text) << " with " << tabSpaces;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Reformatter, EachAlgorithm, testing::Range(0, 10));
+
+TEST(Reformatter, MultipleSpacesToOneTab)
+{
+    EXPECT_EQ(Formatted(A::MultipleSpacesToOneTab, u"a  b"_s), u"a\tb"_s);
+    EXPECT_EQ(Formatted(A::MultipleSpacesToOneTab, u"a b"_s), u"a b"_s);
+    EXPECT_EQ(Formatted(A::MultipleSpacesToOneTab, u"a  "_s), u"a\t "_s);
+    EXPECT_EQ(Formatted(A::MultipleSpacesToOneTab, u"a      "_s), u"a\t "_s);
+}
+
+TEST(Reformatter, BlanksLeftAtTheEnd)
+{
+    EXPECT_EQ(Formatted(A::OneOrMultipleSpacesToOneTab, u"a   "_s), u"a\t\t"_s);
+    EXPECT_EQ(Formatted(A::OneOrMultipleSpacesToOneTab, u"a "_s), u"a\t"_s);
+    EXPECT_EQ(Formatted(A::MultipleSpacesToOneSpace, u"a     "_s), u"a  "_s);
+    EXPECT_EQ(Formatted(A::MultipleSpacesToOneSpace, u"a   b"_s), u"a b"_s);
+}
+
+TEST(Reformatter, TabsCountOneColumnMore)
+{
+    EXPECT_EQ(Formatted(A::OneTabToMultipleSpaces, u"\t"_s, 4), u"  "_s);
+    EXPECT_EQ(Formatted(A::OneTabToMultipleSpaces, u"x\t"_s, 4), u"x "_s);
+    EXPECT_EQ(Formatted(A::OneTabToMultipleSpaces, u"xx\t"_s, 4), u"xx    "_s);
+    EXPECT_EQ(Formatted(A::OneTabToMultipleSpaces, u"xxx\t"_s, 4), u"xxx   "_s);
+    EXPECT_EQ(Formatted(A::OneTabToMultipleSpaces, u"abc\n\tx"_s, 4), u"abc\n  x"_s);
+}
+
+TEST(Reformatter, ATabWidthBelowOneIsRefused)
+{
+    for (int width : {0, -1}) {
+        EXPECT_THROW(Reformat(A::OneTabToMultipleSpaces, u"\t", width), RunTimeError);
+        EXPECT_EQ(Formatted(A::OneTabToOneSpace, u"\t"_s, width), u" "_s);
+    }
+}
+
+TEST(Reformatter, TrailingBlanksBehindAShortenedLineStay)
+{
+    EXPECT_EQ(Formatted(A::RemoveTrailing, u"a    \nb \nc\n"_s), u"a\nb \nc\n"_s);
+    EXPECT_EQ(Formatted(A::RemoveTrailing, u"a \nbc \n"_s), u"a\nbc\n"_s);
+    EXPECT_EQ(Formatted(A::RemoveTrailing, u"a \t"_s), u"a \t"_s);
+}
+
+TEST(Reformatter, TheFirstLineKeepsItsIndent)
+{
+    EXPECT_EQ(Formatted(A::RemoveLineIndent, u"  a\n  b\n\tc"_s), u"  a\nb\nc"_s);
+}
+
+TEST(Reformatter, BlankLines)
+{
+    EXPECT_EQ(Formatted(A::MultipleBlankLinesToOne, u"a\n\n\n\n\nb"_s), u"a\n\nb"_s);
+    EXPECT_EQ(Formatted(A::MultipleBlankLinesToOne, u"a\n \n \n \nb"_s), u"a\n \n \n \nb"_s);
+    EXPECT_EQ(Formatted(A::RemoveBlankLines, u"a\n\n\nb"_s), u"a\nb"_s);
+    EXPECT_EQ(Formatted(A::RemoveBlankLines, u"a\n \n\nb"_s), u"a\n \nb"_s);
+    EXPECT_EQ(Formatted(A::RemoveBlankLines, u"\n\nb"_s), u"\nb"_s);
+}
+
+TEST(Reformatter, AStoppedRunGivesNothing)
+{
+    const QString text(300000, u' ');
+    for (int algorithm = 0; algorithm < 10; ++algorithm) {
+        int asked = 0;
+        const QString lines = algorithm < 5 ? text : QString(u"\t\n"_s).repeated(150000);
+        EXPECT_FALSE(Reformat(A(algorithm), lines, 8, [&] { return ++asked < 1; }).has_value()) << algorithm;
+        EXPECT_EQ(asked, 1);
+        EXPECT_TRUE(Reformat(A(algorithm), lines, 8, [] { return true; }).has_value());
+    }
+}
+
+TEST(Reformatter, LongRunsAreLinear)
+{
+    // Each of these takes hours when a step costs what stands before or behind it.
+    const qsizetype n = 4'000'000;
+    for (int algorithm = 0; algorithm < 10; ++algorithm) {
+        EXPECT_LE(Formatted(A(algorithm), QString(n, u'\n'), 8).size(), n);
+        EXPECT_LE(Formatted(A(algorithm), QString(n, u' '), 8).size(), n);
+        EXPECT_GE(Formatted(A(algorithm), QString(n / 8, u'\t'), 8).size(), n / 8);
+        EXPECT_LE(Formatted(A(algorithm), QString(u" \n"_s).repeated(n / 2), 8).size(), n);
+    }
+}
+
+TEST(Reformatter, TextsOfTheList)
+{
+    EXPECT_EQ(FormattingAlgorithmTexts().size(), 10u);
+    EXPECT_EQ(FormattingAlgorithmTexts()[6].name, u"Remove trailing spaces and tabs"_s);
+    EXPECT_TRUE(FormattingAlgorithmTexts()[5].description.contains(u"mantain tabulation. This algorythm"_s));
+}
+
+} // namespace
+} // namespace zelvane
