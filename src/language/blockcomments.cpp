@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "language/blockcomments.h"
+
+namespace zelvane
+{
+
+std::vector<TextSpan> CollectBlockComments(QStringView text)
+{
+    std::vector<TextSpan> comments;
+    qsizetype from = 0;
+    for (;;) {
+        const qsizetype open = text.indexOf(u"/*", from);
+        if (open < 0)
+            return comments;
+        const qsizetype close = text.indexOf(u"*/", open);
+        if (close < 0)
+            return comments;
+        comments.push_back({open, close + 2});
+        from = close;
+    }
+}
+
+} // namespace zelvane

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "shell/editorcontext.h"
+
+#include <QStringView>
+
+namespace zelvane
+{
+
+/// The options of a search; their sum travels as one number.
+enum FindOption { FindAnywhere = 0, FindWholeWord = 2, FindMatchCase = 4 };
+
+/// The first hit of `needle` that lies in [start, end); offsets count from 0, an `end` of -1 is the text's
+/// length. A whole word has no letter, digit or underscore next to it, also beyond the range.
+/// @return the offset of the hit, -1 when there is none or the needle is empty
+qsizetype FindText(QStringView text, QStringView needle, qsizetype start, qsizetype end, int options);
+
+/// A text in which every hit in a range was replaced.
+struct ReplacedText {
+    QString text; ///< what stands in place of the range
+    qsizetype count = 0;
+};
+
+/// Replaces every hit in [start, end) in one pass. What was put in is not searched again, but it counts as
+/// the neighbour of a hit right behind it.
+ReplacedText ReplaceAllText(QStringView text, QStringView needle, QStringView replacement, qsizetype start,
+                            qsizetype end, int options);
+
+/// Searches from the end of the selection, with `wrap` also from the start of the text; selects the hit and
+/// tells it in the status line, or tells that there is none. @return whether there was a hit
+bool FindNextText(EditorContext &editor, const QString &needle, bool wrap, int options);
+
+/// Find Again: the newest recent string with the stored options, never wrapping.
+void FindAgain(EditorContext &editor);
+
+} // namespace zelvane
