@@ -397,7 +397,7 @@ void QtDesktop::SetClipboardText(const QString &text)
 {
     QClipboard *clipboard = QGuiApplication::clipboard();
     clipboard->setText(text);
-    if (!clipboard->ownsClipboard())
+    if (clipboard->text() != text)
         throw RunTimeError(ErrorNumber::DeviceError, u"Can't open Clipboard"_s, u"Clipboard"_s);
 }
 

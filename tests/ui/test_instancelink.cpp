@@ -1,0 +1,270 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/ui/instancelink.h"
+
+#include <csignal>
+#include <QDir>
+#include <QFileInfo>
+#include <QLocalSocket>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtTest>
+#include <sys/stat.h>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace zelvane;
+
+class TestInstanceLink : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<QTemporaryDir> m_runtime;
+
+    QFileInfoList Files() const
+    {
+        QFileInfoList all;
+        const auto realms = QDir(m_runtime->path()).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot);
+        for (const QFileInfo &realm : realms)
+            all += QDir(realm.filePath()).entryInfoList(QDir::Files | QDir::System | QDir::Hidden);
+        return all;
+    }
+    QFileInfo OnlySocket() const
+    {
+        QFileInfo socket;
+        for (const QFileInfo &file : Files())
+            if (!file.isFile())
+                socket = file;
+        return socket;
+    }
+
+private Q_SLOTS:
+    void init()
+    {
+        m_runtime = std::make_unique<QTemporaryDir>();
+        qputenv("XDG_RUNTIME_DIR", m_runtime->path().toLocal8Bit());
+        QFile::setPermissions(m_runtime->path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        qunsetenv("XDG_ACTIVATION_TOKEN");
+    }
+
+    void FindsNobodyWhereNobodyRuns()
+    {
+        InstanceLink link(u"store"_s);
+        QVERIFY(!link.FindRunning());
+        QVERIFY(!link.Notify({}));
+    }
+
+    void WakesTheRunningEditorWithItsToken()
+    {
+        InstanceLink editor(u"store"_s);
+        int woken = 0;
+        QByteArray token;
+        editor.SetHandler([&] {
+            ++woken;
+            token = qgetenv("XDG_ACTIVATION_TOKEN");
+        });
+        QVERIFY(editor.Listen());
+        {
+            InstanceLink second(u"store"_s);
+            QVERIFY(second.FindRunning());
+            QVERIFY(second.Notify("a token\nof two lines"));
+        }
+        QTRY_COMPARE(woken, 1);
+        QCOMPARE(token, QByteArray("a token of two lines"));
+        QTest::qWait(50);
+        QCOMPARE(woken, 1);
+    }
+
+    void EditorDoesNotFindItself()
+    {
+        InstanceLink editor(u"store"_s);
+        QVERIFY(editor.Listen());
+        QVERIFY(!editor.FindRunning());
+    }
+
+    void AnotherStoreIsAnotherRealm()
+    {
+        InstanceLink editor(u"one store"_s);
+        QVERIFY(editor.Listen());
+        InstanceLink second(u"another store"_s);
+        QVERIFY(!second.FindRunning());
+    }
+
+    void RealmNamesStoreAndDisplayWithoutItsScreen()
+    {
+        qputenv("DISPLAY", ":7.0");
+        const QString realm = InstanceLink::RealmOf(u"/home/a/settings"_s);
+        qputenv("DISPLAY", ":7");
+        QCOMPARE(InstanceLink::RealmOf(u"/home/a/settings"_s), realm);
+        QVERIFY(InstanceLink::RealmOf(u"/home/b/settings"_s) != realm);
+        qputenv("DISPLAY", "host.example.org:7");
+        QVERIFY(InstanceLink::RealmOf(u"/home/a/settings"_s).contains(u"host.example.org:7"_s));
+        qunsetenv("DISPLAY");
+    }
+
+    void WakeUpBeforeTheHandlerStandsIsKept()
+    {
+        InstanceLink editor(u"store"_s);
+        QVERIFY(editor.Listen());
+        for (int i = 0; i < 3; ++i) {
+            InstanceLink second(u"store"_s);
+            QVERIFY(second.FindRunning());
+            QVERIFY(second.Notify({}));
+        }
+        QTest::qWait(50);
+        int woken = 0;
+        editor.SetHandler([&] { ++woken; });
+        QCOMPARE(woken, 1);
+    }
+
+    void BusyEditorDoesNotHoldTheSenderUp()
+    {
+        InstanceLink editor(u"store"_s);
+        int woken = 0;
+        editor.SetHandler([&] { ++woken; });
+        QVERIFY(editor.Listen());
+        for (int i = 0; i < 3; ++i) { // no event is served in between
+            InstanceLink second(u"store"_s);
+            QVERIFY(second.FindRunning());
+            QVERIFY(second.Notify({}));
+        }
+        QCOMPARE(woken, 0);
+        QTRY_COMPARE(woken, 3);
+    }
+
+    void WakeUpDuringAWakeUpWaitsForItsEnd()
+    {
+        InstanceLink editor(u"store"_s);
+        int running = 0, woken = 0, nested = 0;
+        editor.SetHandler([&] {
+            nested = std::max(nested, ++running);
+            ++woken;
+            if (woken == 1) {
+                InstanceLink second(u"store"_s);
+                QVERIFY(second.FindRunning());
+                QVERIFY(second.Notify({}));
+                QTest::qWait(100); // a question to the user serves events
+            }
+            --running;
+        });
+        QVERIFY(editor.Listen());
+        InstanceLink second(u"store"_s);
+        QVERIFY(second.FindRunning());
+        QVERIFY(second.Notify({}));
+        QTRY_COMPARE(woken, 2);
+        QCOMPARE(nested, 1);
+    }
+
+    void OfSeveralTheLastActiveIsFound()
+    {
+        InstanceLink one(u"store"_s), two(u"store"_s);
+        QString woken;
+        one.SetHandler([&] { woken += u'1'; });
+        two.SetHandler([&] { woken += u'2'; });
+        const auto wake = [&] {
+            InstanceLink second(u"store"_s);
+            QVERIFY(second.FindRunning());
+            QVERIFY(second.Notify({}));
+            QTest::qWait(50);
+        };
+        QVERIFY(one.Listen());
+        QTest::qWait(20);
+        QVERIFY(two.Listen());
+        wake();
+        QTest::qWait(20);
+        one.MarkRecent();
+        wake();
+        QTest::qWait(20);
+        two.MarkRecent();
+        wake();
+        QCOMPARE(woken, u"212"_s);
+    }
+
+    void KilledEditorIsSkippedAndItsSocketRemoved()
+    {
+        InstanceLink alive(u"store"_s);
+        int woken = 0;
+        alive.SetHandler([&] { ++woken; });
+        QVERIFY(alive.Listen());
+        const QString folder = OnlySocket().absolutePath();
+        QTest::qWait(20);
+        // A socket that nobody listens at any more, more recent than the living one.
+        QProcess killed;
+        killed.start(
+            u"python3"_s,
+            {u"-c"_s,
+             u"import socket, sys, time\ns = socket.socket(socket.AF_UNIX)\ns.bind(sys.argv[1])\ns.listen()\n"
+             u"open(sys.argv[1] + '.recent', 'w').write('.')\nprint('up', flush=True)\ntime.sleep(60)\n"_s,
+             folder + u"/99999-killed"_s});
+        QVERIFY(killed.waitForReadyRead());
+        killed.kill();
+        QVERIFY(killed.waitForFinished());
+        QCOMPARE(Files().size(), 4);
+
+        InstanceLink second(u"store"_s);
+        QVERIFY(second.FindRunning());
+        QVERIFY(second.Notify({}));
+        QTRY_COMPARE(woken, 1);
+        QCOMPARE(Files().size(), 2);
+    }
+
+    void NothingIsLeftAfterTheEnd()
+    {
+        {
+            InstanceLink editor(u"store"_s);
+            QVERIFY(editor.Listen());
+            QCOMPARE(Files().size(), 2);
+        }
+        QCOMPARE(Files().size(), 0);
+    }
+
+    void OnlyTheUserCanReachTheSocket()
+    {
+        InstanceLink editor(u"store"_s);
+        QVERIFY(editor.Listen());
+        struct stat info {
+        };
+        QCOMPARE(::stat(QFile::encodeName(OnlySocket().filePath()).constData(), &info), 0);
+        QCOMPARE(int(info.st_mode & 077), 0);
+        QCOMPARE(::stat(QFile::encodeName(OnlySocket().absolutePath()).constData(), &info), 0);
+        QCOMPARE(int(info.st_mode & 077), 0);
+    }
+
+    void StrangeMessagesWakeNobody()
+    {
+        InstanceLink editor(u"store"_s);
+        int woken = 0;
+        editor.SetHandler([&] { ++woken; });
+        QVERIFY(editor.Listen());
+        const QString name = OnlySocket().filePath();
+        {
+            QLocalSocket silent;
+            silent.connectToServer(name);
+            QVERIFY(silent.waitForConnected());
+        }
+        QLocalSocket flood;
+        flood.connectToServer(name);
+        QVERIFY(flood.waitForConnected());
+        flood.write(QByteArray(100000, 'x'));
+        QTRY_COMPARE(flood.state(), QLocalSocket::UnconnectedState);
+        QCOMPARE(woken, 0);
+        InstanceLink second(u"store"_s);
+        QVERIFY(second.FindRunning());
+        QVERIFY(second.Notify({}));
+        QTRY_COMPARE(woken, 1);
+    }
+
+    void WhereNoSocketCanBeMadeTheEditorStandsAlone()
+    {
+        const QString deep =
+            m_runtime->filePath(QString(150, u'd')); // longer than the name of a socket may be
+        QVERIFY(QDir().mkdir(deep));
+        QFile::setPermissions(deep, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        qputenv("XDG_RUNTIME_DIR", deep.toLocal8Bit());
+        InstanceLink link(u"store"_s);
+        QVERIFY(!link.Listen());
+        QVERIFY(!link.FindRunning());
+        link.MarkRecent();
+    }
+};
+
+QTEST_GUILESS_MAIN(TestInstanceLink)
+#include "test_instancelink.moc"
