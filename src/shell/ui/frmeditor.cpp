@@ -1,0 +1,580 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/ui/frmeditor.h"
+
+#include "platform/executables.h"
+#include "platform/programfolder.h"
+#include "platform/ui/raisewindow.h"
+#include "platform/ui/textcontrol.h"
+#include "player/ui/playerpanel.h"
+#include "run/presetbar.h"
+#include "run/ui/presetbar.h"
+#include "shell/errorreport.h"
+#include "shell/statustexts.h"
+#include "shell/ui/bandbar.h"
+#include "shell/ui/commands.h"
+#include "shell/ui/documentcommands.h"
+#include "shell/ui/editcommands.h"
+#include "shell/ui/foldercommands.h"
+#include "shell/ui/frmnew.h"
+#include "shell/ui/helpcommands.h"
+#include "shell/ui/hottracking.h"
+#include "shell/ui/icons.h"
+#include "shell/ui/menutable.h"
+#include "shell/ui/sidepanel.h"
+#include "shell/ui/statusbar.h"
+#include "shell/ui/toolbutton.h"
+#include "shell/ui/viewcommands.h"
+#include "shell/ui/windowlayout.h"
+#include "shell/ui/workspace.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QDragEnterEvent>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QToolBar>
+#include <QToolButton>
+#include <QTreeWidget>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane
+{
+
+namespace
+{
+
+constexpr QSize DesignSize(960, 680);
+constexpr QSize IconSize(16, 16);
+constexpr quint32 SystemWindow = 0x80000005;
+constexpr quint32 SystemWindowText = 0x80000008;
+
+QTreeWidget *NewTree(const QString &name, const QString &accessibleName)
+{
+    auto *tree = new QTreeWidget;
+    tree->setObjectName(name);
+    tree->setAccessibleName(accessibleName);
+    tree->setHeaderHidden(true);
+    tree->setIconSize(IconSize);
+    tree->setContextMenuPolicy(Qt::CustomContextMenu);
+    return tree;
+}
+
+} // namespace
+
+frmEditor::frmEditor(SettingsStore &settings, Desktop &desktop, const CommandLine &commandLine)
+    : m_settings(settings),
+      m_desktop(desktop),
+      m_commandLine(commandLine),
+      TxtEdit(new TextControl(desktop)),
+      picStatus(new StatusBar),
+      m_documents(m_document, *TxtEdit, settings, desktop, *picStatus, *this),
+      m_context{m_document, *TxtEdit, settings, desktop, *picStatus, *this, m_documents},
+      m_workspace(new Workspace(TxtEdit, picStatus, this)),
+      m_commands(new Commands(desktop, this)),
+      m_menus(std::make_unique<Menus>(menuBar(), this, *m_commands)),
+      Toolbar1(new QToolBar),
+      tvwBrowse(NewTree(u"tvwBrowse"_s, u"Code Outline"_s)),
+      tvwRelated(NewTree(u"tvwRelated"_s, u"Related Files"_s)),
+      m_browseTracking(new HotTracking(tvwBrowse)),
+      m_relatedTracking(new HotTracking(tvwRelated)),
+      cmbOpcodes(new QComboBox),
+      m_presets(new PresetBar({m_context, m_tools}, *m_commands, *m_menus->Menu(u"mnuPresets"_s),
+                              *m_menus->Menu(u"mnuPresetPopup"_s))),
+      m_edit(new EditCommands(m_context, *TxtEdit, *m_commands, this)),
+      m_layout(std::make_unique<WindowLayout>(*this, *m_workspace, *m_commands, settings,
+                                              WindowLayout::Hooks{[this](bool flat) { SetFlatButtons(flat); },
+                                                                  [this](bool hot) {
+                                                                      m_browseTracking->SetEnabled(hot);
+                                                                      m_relatedTracking->SetEnabled(hot);
+                                                                  }})),
+      m_mailbox(m_context)
+{
+    setObjectName(u"frmEditor"_s);
+    setWindowIcon(Icons::Load(u"zelvane"_s));
+    setCentralWidget(m_workspace);
+    TxtEdit->setObjectName(u"TxtEdit"_s);
+    TxtEdit->setAccessibleName(u"Text"_s);
+
+    BuildToolbar();
+    BuildBands();
+    new DocumentCommands(
+        m_context, m_documents, *m_commands, [this] { close(); }, this);
+    new HelpCommands(m_context, *m_commands, ProgramFolder(), this);
+    new FolderCommands(
+        m_context, *m_commands,
+        [this] {
+            return ProgramFolders{ProgramFolder(), FindExecutable(m_tools.Csound),
+                                  FindExecutable(m_tools.Csound2)};
+        },
+        this);
+    new ViewCommands(*m_workspace, *this, *m_commands,
+                     {.loadOpcodes = [this] { LoadOpcodeCombo(); },
+                      .showToolbarLabels = [this](bool shown) { ShowToolLabels(*Toolbar1, shown); },
+                      .showPresetLabels = [this](bool shown) { m_presets->ShowLabels(shown); },
+                      .clearOutline = [this] { tvwBrowse->clear(); },
+                      .clearRelatedFiles = [this] { tvwRelated->clear(); }},
+                     this);
+    ConnectText();
+
+    m_commands->Guard([this] {
+        m_layout->RestoreGeometry(DesignSize);
+        setWindowTitle(ApplicationTitle());
+        m_layout->RestoreBands();
+    });
+    qApp->installEventFilter(this);
+}
+
+frmEditor::~frmEditor()
+{
+    qApp->removeEventFilter(this);
+    for (; m_busy > 0; --m_busy)
+        QApplication::restoreOverrideCursor();
+}
+
+void frmEditor::BuildToolbar()
+{
+    Toolbar1->setObjectName(u"Toolbar1"_s);
+    Toolbar1->setIconSize(IconSize);
+    const auto add = [this](const ToolButton &button) {
+        return AddToolButton(*Toolbar1, *m_commands, button);
+    };
+
+    add({u"new"_s, u"New"_s, u"New"_s, u"mnuNew"_s});
+    add({u"open"_s, u"Open"_s, u"Open"_s, u"mnuOpen"_s});
+    m_saveButton = add({.key = u"save"_s,
+                        .description = u"Save"_s,
+                        .tooltip = u"Save"_s,
+                        .command = u"mnuSave"_s,
+                        .followsRow = false});
+    Toolbar1->addSeparator();
+    add({u"cut"_s, u"Cut"_s, u"Cut"_s, u"mnuEditItem"_s, 0});
+    add({u"copy"_s, u"Copy"_s, u"Copy"_s, u"mnuEditItem"_s, 1});
+    add({u"paste"_s, u"Paste"_s, u"Paste"_s, u"mnuEditItem"_s, 2});
+    add({u"comment"_s,
+         u"Comment"_s,
+         u"Comment"_s,
+         u"mnuComment"_s,
+         0,
+         {{u"Comment"_s, u"mnuComment"_s}, {u"Uncomment"_s, u"mnuUncomment"_s}}});
+    add({u"find"_s,
+         u"Find"_s,
+         u"Find"_s,
+         u"mnuFind"_s,
+         0,
+         {{u"Find..."_s, u"mnuFind"_s}, {u"Replace..."_s, u"mnuReplace"_s}}});
+    add({u"undo"_s, u"Undo"_s, u"Undo"_s, u"mnuUndo"_s});
+    add({u"redo"_s, u"Redo"_s, u"Redo"_s, u"mnuRedo"_s});
+    Toolbar1->addSeparator();
+    add({u"back"_s, u"Back"_s, u"Back"_s, u"back"_s});
+    add({u"next"_s, u"Next"_s, u"Next"_s, u"next"_s});
+    Toolbar1->addSeparator();
+    add({u"fontsize"_s,
+         u"Font size"_s,
+         u"Increase font size"_s,
+         u"mnuFontSize"_s,
+         0,
+         {{u"Increase font size"_s, u"mnuFontSize"_s, 0}, {u"Decrease font size"_s, u"mnuFontSize"_s, 1}}});
+    Toolbar1->addSeparator();
+    add({u"orchestra"_s, u"Orchestra"_s, u"Orchestra"_s, u"mnuOrchestra"_s});
+    add({u"score"_s, u"Score"_s, u"Score"_s, u"mnuScore"_s});
+    add({u"browse"_s, u"Outline"_s, u"Code Outline"_s, u"mnuBrowse"_s});
+    add({u"related"_s, u"Related"_s, u"Related Files"_s, u"mnuRelated"_s});
+    Toolbar1->addSeparator();
+    add({u"runcsound"_s, u"Run"_s, u"Run Csound"_s, u"mnuRunCsound"_s});
+    add({u"code"_s,
+         u"Code"_s,
+         u"Code Repository"_s,
+         u"mnuCodeRes"_s,
+         0,
+         {{u"Code Repository..."_s, u"mnuCodeRes"_s}, {u"Add to Code Repository..."_s, u"mnuCodeResAdd"_s}}});
+    add({u"slider"_s,
+         u"Statement"_s,
+         u"i statement gui"_s,
+         u"mnuInstrGUI"_s,
+         0,
+         {{u"i statement gui..."_s, u"mnuInstrGUI"_s}, {u"Instrument Properties..."_s, u"mnuInstrEdit"_s}}});
+    Toolbar1->addSeparator();
+    add({u"cshelp"_s, u"Help"_s, u"Csound Help"_s, u"mnuCsHelp"_s});
+}
+
+void frmEditor::BuildBands()
+{
+    cmbOpcodes->setObjectName(u"cmbOpcodes"_s);
+    BandBar &bands = m_workspace->Bands();
+    bands.AddBand(u"toolbar"_s, u"Toolbar"_s, Toolbar1);
+    bands.AddBand(u"opcodes"_s, u"Opcodes"_s, cmbOpcodes);
+    bands.AddBand(u"player"_s, u"Player"_s, new PlayerPanel(*m_commands));
+    bands.AddBand(u"presets"_s, u"Presets"_s, m_presets);
+    connect(m_presets, &PresetBar::Rebuilt, this, [&bands] {
+        if (bands.IsBandVisible(ViewCommands::PresetsBand))
+            bands.SetBandWidth(ViewCommands::PresetsBand, bands.NaturalBandWidth(ViewCommands::PresetsBand));
+    });
+    bands.setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(&bands, &QWidget::customContextMenuRequested, this, [this, &bands](const QPoint &at) {
+        m_menus->Menu(u"mnuToolbar"_s)->popup(bands.mapToGlobal(at));
+    });
+
+    SidePanel &panel = m_workspace->Panel();
+    panel.AddBand(u"browse"_s, u"Code Outline"_s, tvwBrowse);
+    panel.AddBand(u"related"_s, u"Related Files"_s, tvwRelated);
+    connect(tvwBrowse, &QWidget::customContextMenuRequested, this, &frmEditor::BrowseMenu);
+}
+
+void frmEditor::SetFlatButtons(bool flat)
+{
+    for (QToolButton *face : Toolbar1->findChildren<QToolButton *>())
+        face->setAutoRaise(flat);
+    m_presets->SetFlat(flat);
+}
+
+void frmEditor::ConnectText()
+{
+    TextControlHooks hooks;
+    hooks.tabInsertsSpaces = [this] { return m_settings.Flag(Keys::TabInsertSpaces); };
+    hooks.tabSpaces = [this] { return m_settings.Integer(Keys::TabSpaces); };
+    hooks.indentSelection = [this](bool decrease) { m_commands->Run(u"mnuIndent"_s, decrease ? 1 : 0); };
+    hooks.runCommand = [this](const QString &name, int index) { m_commands->Run(name, index); };
+    hooks.reportError = [this](const RunTimeError &error) { ReportError(m_desktop, error); };
+    TxtEdit->SetHooks(std::move(hooks));
+
+    connect(TxtEdit, &TextControl::textChanged, this, [this] {
+        m_documents.TextChanged();
+        m_edit->EnableRows();
+    });
+    connect(TxtEdit, &TextControl::selectionChanged, this, [this] {
+        if (!m_document.Loading)
+            SelectionChanged();
+    });
+    connect(TxtEdit, &TextControl::clipboardFilled, this, [this] { m_edit->EnableRows(); });
+    connect(TxtEdit, &TextControl::undoBufferEmptied, this, [this] { m_edit->EnableRows(); });
+    connect(TxtEdit, &TextControl::contextMenuRequested, this, [this](const QPoint &at, bool ctrl) {
+        m_menus->Menu(ctrl ? u"mnuInsert"_s : u"mnuEdit"_s)->popup(at);
+    });
+}
+
+void frmEditor::Init(const std::function<void()> &closeSplash)
+{
+    m_initializing = true;
+    m_commands->Guard([this] {
+        SetUpText();
+        m_tools = ReadToolPaths(m_settings);
+        m_presets->PresetsButtons();
+        if (m_settings.Flag(Keys::PresetsLabels))
+            m_commands->Run(u"mnuLabels"_s, 1);
+        RaiseMainWindow();
+        RigaDiComando(m_commandLine, m_documents, m_settings);
+        m_documents.MRUAggiornaMenu();
+        setAcceptDrops(true);
+        if (m_workspace->Bands().IsBandVisible(ViewCommands::OpcodesBand))
+            LoadOpcodeCombo();
+    });
+    if (closeSplash)
+        closeSplash();
+    m_commands->Guard([this] { ShowFirstUseMessages(m_context); });
+    m_initializing = false;
+    if (m_closeAfterInit)
+        QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
+}
+
+void frmEditor::SetUpText()
+{
+    m_document.Loading = true;
+    m_document.Modified = true;
+    TxtEdit->setUpdatesEnabled(false);
+    ApplyTextColours();
+    TxtEdit->SetTabWidth(m_settings.Integer(Keys::TabSize));
+    if (m_settings.Flag(Keys::WordWrap))
+        m_commands->Run(u"mnuWordWrap"_s);
+    m_document.Modified = false;
+    TextFont font = TxtEdit->CurrentFont();
+    font.family = m_settings.Text(Keys::Font, font.family);
+    font.points = m_settings.Number(Keys::FontSize, font.points);
+    font.italic = m_settings.Flag(Keys::FontItalic, font.italic);
+    font.bold = m_settings.Flag(Keys::FontBold, font.bold);
+    TxtEdit->ApplyFont(font);
+    TxtEdit->SetDragMode(m_settings.Flag(Keys::DragAndDrop));
+    TxtEdit->setUpdatesEnabled(true);
+    m_document.Loading = false;
+}
+
+void frmEditor::LoadOpcodeCombo()
+{
+}
+
+void frmEditor::HandOver()
+{
+    m_mailbox.Wake();
+}
+
+// The document's view
+
+void frmEditor::ShowCaption(const QString &caption)
+{
+    // The toolkit takes "[*]" for its own mark of a modified document, and the doubled one for the text.
+    setWindowTitle(QString(caption).replace(u"[*]"_s, u"[*][*]"_s));
+}
+
+void frmEditor::SetBusy(bool busy)
+{
+    if (busy) {
+        ++m_busy;
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+    } else if (m_busy > 0) {
+        --m_busy;
+        QApplication::restoreOverrideCursor();
+    }
+}
+
+void frmEditor::HideText()
+{
+    TxtEdit->hide();
+    TxtEdit->setEnabled(false);
+}
+
+void frmEditor::ShowText()
+{
+    TxtEdit->setEnabled(true);
+    TxtEdit->show();
+    TxtEdit->repaint();
+}
+
+void frmEditor::FocusText()
+{
+    TxtEdit->setFocus();
+}
+
+void frmEditor::ApplyTextColours()
+{
+    if (m_settings.Flag(Keys::SystemColors))
+        TxtEdit->SetTextColours(SystemWindowText, SystemWindow);
+    else
+        TxtEdit->SetTextColours(m_settings.Colour(Keys::FontColor), m_settings.Colour(Keys::BackColor));
+}
+
+void frmEditor::EnableSaveButton(bool enabled)
+{
+    m_saveButton->setEnabled(enabled);
+}
+
+void frmEditor::EnableCommand(const QString &name, int index, bool enabled)
+{
+    m_commands->SetEnabled(name, index, enabled);
+}
+
+void frmEditor::ShowRecentFiles(const QStringList &files)
+{
+    QMenu *menu = m_menus->Menu(u"mnuFile"_s);
+    QAction *line = menu->findChild<QAction *>(u"mnulinea"_s, Qt::FindDirectChildrenOnly);
+    int row = 1;
+    for (; row <= int(files.size()); ++row) {
+        QAction *action = m_commands->Action(u"MRUfolder"_s, row);
+        if (!action) {
+            action = new QAction(menu);
+            action->setObjectName(RowName(u"MRUfolder"_s, row));
+            menu->insertAction(line, action);
+            m_commands->AddAction(u"MRUfolder"_s, row, action);
+        }
+        action->setText(RecentFileCaption(row, files[row - 1]));
+    }
+    for (; QAction *action = m_commands->Action(u"MRUfolder"_s, row); ++row) {
+        m_commands->RemoveAction(u"MRUfolder"_s, row);
+        action->deleteLater();
+    }
+    line->setVisible(!files.isEmpty());
+}
+
+FileKind frmEditor::ChooseNewKind()
+{
+    frmNew chooser(this);
+    chooser.exec();
+    return chooser.Kind();
+}
+
+void frmEditor::SelectionChanged()
+{
+    picStatus->ShowPosition(LineColumnText(*TxtEdit));
+    m_edit->EnableRows();
+    const QString selected = SelectionText(*TxtEdit);
+    if (selected != picStatus->Text())
+        picStatus->Show(selected);
+}
+
+void frmEditor::performSyntaxHighlight() {}
+
+// The program's windows
+
+bool frmEditor::MainWindowActive() const
+{
+    return isActiveWindow();
+}
+
+void frmEditor::MinimizeMainWindow()
+{
+    showMinimized();
+    FlushWindowSystem();
+}
+
+void frmEditor::RaiseMainWindow()
+{
+    RaiseWindow(*this);
+}
+
+void frmEditor::ShowPreferences()
+{
+    m_commands->Run(u"mnuPreferences"_s);
+}
+
+void frmEditor::EditPreset(const QString &)
+{
+    m_commands->Run(u"mnuPresetsBox"_s);
+}
+
+void frmEditor::RebuildPresets()
+{
+    m_presets->PresetsButtons();
+}
+
+// Events
+
+bool frmEditor::eventFilter(QObject *watched, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::KeyPress: {
+        const auto *widget = qobject_cast<QWidget *>(watched);
+        if (widget && widget->window() == this && KeyPressed(*static_cast<QKeyEvent *>(event)))
+            return true;
+        break;
+    }
+    case QEvent::FocusIn:
+        if (watched == TxtEdit)
+            SetTabStops(false);
+        break;
+    case QEvent::FocusOut:
+        if (watched == TxtEdit)
+            SetTabStops(true);
+        break;
+    default:
+        break;
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+bool frmEditor::KeyPressed(const QKeyEvent &event)
+{
+    const Qt::KeyboardModifiers held = event.modifiers();
+    const bool ctrl = held & Qt::ControlModifier;
+    const bool alt = held & Qt::AltModifier;
+    const bool keypad = held & Qt::KeypadModifier;
+    if (ctrl && !alt && keypad && (event.key() == Qt::Key_Plus || event.key() == Qt::Key_Minus)) {
+        m_commands->Run(u"mnuFontSize"_s, event.key() == Qt::Key_Plus ? 0 : 1);
+        return true;
+    }
+    if (keypad || event.key() < Qt::Key_0 || event.key() > Qt::Key_9)
+        return false;
+    const int row = PresetRowOfDigit(event.key() - Qt::Key_0, ctrl, alt);
+    if (row < 0)
+        return false;
+    // A key that is held down repeats; the preset runs once.
+    if (!event.isAutoRepeat())
+        m_presets->RunRow(row);
+    return true;
+}
+
+void frmEditor::SetTabStops(bool stop)
+{
+    if (stop) {
+        for (const auto &[control, policy] : m_tabStops) {
+            if (control)
+                control->setFocusPolicy(policy);
+        }
+        m_tabStops.clear();
+        return;
+    }
+    for (QWidget *control : findChildren<QWidget *>()) {
+        const Qt::FocusPolicy policy = control->focusPolicy();
+        if (!(policy & Qt::TabFocus) || control->window() != this)
+            continue;
+        m_tabStops.emplace_back(control, policy);
+        control->setFocusPolicy(Qt::FocusPolicy(policy & ~Qt::TabFocus));
+    }
+}
+
+void frmEditor::BrowseMenu(const QPoint &at)
+{
+    const QTreeWidgetItem *node = tvwBrowse->itemAt(at);
+    if (!node)
+        node = tvwBrowse->currentItem();
+    const QString kind = node ? node->data(0, Qt::UserRole).toString().first(3) : QString();
+    QString menu = u"mnuTreeView"_s;
+    if (kind == u"ins"_s)
+        menu = u"mnuBrowseEditable"_s;
+    else if (kind == u"inc"_s)
+        menu = u"mnuBrowseInclude"_s;
+    m_menus->Menu(menu)->popup(tvwBrowse->viewport()->mapToGlobal(at));
+}
+
+void frmEditor::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        Q_EMIT Activated();
+    QMainWindow::changeEvent(event);
+}
+
+void frmEditor::dragEnterEvent(QDragEnterEvent *event)
+{
+    const QList<QUrl> urls = event->mimeData()->urls();
+    if (!urls.isEmpty() && urls.first().isLocalFile())
+        event->acceptProposedAction();
+}
+
+void frmEditor::dropEvent(QDropEvent *event)
+{
+    QStringList files;
+    for (const QUrl &url : event->mimeData()->urls()) {
+        if (url.isLocalFile())
+            files.append(url.toLocalFile());
+    }
+    event->acceptProposedAction();
+    // The program that the files come from is not to wait for the user's answers.
+    QMetaObject::invokeMethod(
+        this, [this, files] { m_commands->Guard([&] { FilesDropped(files, m_context); }); },
+        Qt::QueuedConnection);
+}
+
+void frmEditor::closeEvent(QCloseEvent *event)
+{
+    if (m_unloaded)
+        return event->accept();
+    event->ignore();
+    if (m_initializing) {
+        m_closeAfterInit = true;
+        return;
+    }
+    bool goOn = false;
+    m_commands->Guard([&] { goOn = m_documents.QuerySave(); });
+    if (!goOn)
+        return;
+    m_unloaded = true;
+    m_commands->Guard([this] { Unload(); });
+    event->accept();
+    QCoreApplication::exit(0);
+}
+
+void frmEditor::Unload()
+{
+    m_layout->SaveGeometry();
+    const TextFont font = TxtEdit->CurrentFont();
+    m_settings.SaveText(Keys::Font, font.family);
+    m_settings.SaveFlag(Keys::FontItalic, font.italic);
+    m_settings.SaveFlag(Keys::FontBold, font.bold);
+    m_settings.SaveNumber(Keys::FontSize, font.points);
+    m_settings.SaveFlag(Keys::WordWrap, m_commands->IsChecked(u"mnuWordWrap"_s));
+    m_layout->SaveBands();
+    m_settings.SaveNumber(Keys::Used, m_settings.Number(Keys::Used) + 1);
+    m_layout->SavePanel();
+}
+
+} // namespace zelvane

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/ui/helpcommands.h"
+
+#include "shell/errorreport.h"
+#include "shell/helplinks.h"
+#include "shell/ui/commands.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane
+{
+
+HelpCommands::HelpCommands(EditorContext &editor, Commands &commands, const QString &programFolder,
+                           QObject *parent)
+    : QObject(parent)
+{
+    commands.Bind(u"mnuAppHelp"_s, [&editor, programFolder](int) {
+        const QString executable = QFileInfo(QCoreApplication::applicationFilePath()).completeBaseName();
+        OpenAppHelp(editor.desktop, programFolder, executable);
+    });
+    commands.Bind(u"mnuWebPage"_s,
+                  [&editor](int) { OpenWebAddress(editor.desktop, QString::fromUtf16(WebAddress)); });
+    commands.Bind(u"mnuLinks"_s, [&editor](int entry) { OpenCsoundLink(entry, editor.desktop); });
+    commands.Bind(u"mnuDate"_s,
+                  [&editor](int) { editor.text.ReplaceSelection(DateAndTime(editor.desktop.Now())); });
+}
+
+} // namespace zelvane

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "shell/editorcontext.h"
+
+#include <QObject>
+
+namespace zelvane
+{
+
+class Commands;
+
+/// Binds the commands of the Help menu that open pages, and the insertion of date and time.
+class HelpCommands : public QObject
+{
+    Q_OBJECT
+
+public:
+    HelpCommands(EditorContext &editor, Commands &commands, const QString &programFolder, QObject *parent);
+};
+
+} // namespace zelvane

@@ -1,0 +1,193 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/ui/windowlayout.h"
+
+#include "shell/ui/bandbar.h"
+#include "shell/ui/commands.h"
+#include "shell/ui/sidepanel.h"
+#include "shell/ui/workspace.h"
+
+#include <algorithm>
+#include <cmath>
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QMainWindow>
+#include <QScreen>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane
+{
+
+namespace
+{
+
+constexpr double TwipsPerInch = 1440;
+constexpr int Maximized = 2;  ///< of the key `Window`
+constexpr int GrabWidth = 64; ///< as much of a window's upper edge has to be on a screen
+constexpr int GrabHeight = 24;
+
+/// Sizes and places beyond this are nonsense, and would overflow pixel arithmetic.
+constexpr double MostTwips = 1e7;
+
+} // namespace
+
+double ToTwips(int pixels, int dotsPerInch)
+{
+    return double(float(pixels * TwipsPerInch / dotsPerInch));
+}
+
+int FromTwips(double twips, int dotsPerInch)
+{
+    return int(std::lround(std::clamp(twips, -MostTwips, MostTwips) * dotsPerInch / TwipsPerInch));
+}
+
+QRect OnScreen(const QRect &place, const std::vector<QRect> &screens)
+{
+    if (screens.empty())
+        return place;
+    const QRect handle(place.topLeft(), QSize(place.width(), GrabHeight));
+    const QRect *nearest = nullptr;
+    qint64 least = 0;
+    for (const QRect &screen : screens) {
+        const QRect seen = screen & handle;
+        if (seen.width() >= std::min(GrabWidth, place.width()) && seen.height() >= GrabHeight)
+            return place;
+        const QPoint away = screen.center() - place.center();
+        const qint64 distance = qint64(away.x()) * away.x() + qint64(away.y()) * away.y();
+        if (!nearest || distance < least) {
+            nearest = &screen;
+            least = distance;
+        }
+    }
+    QRect moved(place.topLeft(), place.size().boundedTo(nearest->size()));
+    moved.moveLeft(std::clamp(moved.left(), nearest->left(), nearest->right() + 1 - moved.width()));
+    moved.moveTop(std::clamp(moved.top(), nearest->top(), nearest->bottom() + 1 - moved.height()));
+    return moved;
+}
+
+WindowLayout::WindowLayout(QMainWindow &window, Workspace &workspace, Commands &commands,
+                           SettingsStore &settings, Hooks hooks)
+    : m_window(window),
+      m_workspace(workspace),
+      m_commands(commands),
+      m_settings(settings),
+      m_hooks(std::move(hooks))
+{
+}
+
+void WindowLayout::RestoreGeometry(const QSize &design)
+{
+    const int dpi = m_window.logicalDpiX();
+    const QRect screen = m_window.screen()->availableGeometry();
+    const QSize fitting = design.boundedTo(screen.size() - QSize(0, GrabHeight));
+    const auto twips = [dpi](int pixels) { return ToTwips(pixels, dpi); };
+
+    const double x =
+        m_settings.Number(Keys::X, twips(screen.left() + (screen.width() - fitting.width()) / 2));
+    const double y =
+        m_settings.Number(Keys::Y, twips(screen.top() + (screen.height() - fitting.height()) / 2));
+    const double width = m_settings.Number(Keys::Width, twips(fitting.width()) + 1);
+    const double height = m_settings.Number(Keys::Height, twips(fitting.height()) + 1);
+
+    std::vector<QRect> screens;
+    for (const QScreen *one : QGuiApplication::screens())
+        screens.push_back(one->availableGeometry());
+    const QSize least = m_window.minimumSizeHint();
+    const QSize size = QSize(FromTwips(width, dpi), FromTwips(height, dpi)).expandedTo(least);
+    const QRect place = OnScreen(QRect(QPoint(FromTwips(x, dpi), FromTwips(y, dpi)), size), screens);
+    m_window.move(place.topLeft());
+    m_window.resize(place.size());
+
+    if (m_settings.Integer(Keys::Window) == Maximized)
+        m_window.setWindowState(Qt::WindowMaximized);
+}
+
+void WindowLayout::RestoreBands()
+{
+    BandBar &bands = m_workspace.Bands();
+    SidePanel &panel = m_workspace.Panel();
+
+    m_hooks.flatButtons(m_settings.Flag(Keys::FlatButtons));
+    for (int band = 0; band < bands.BandCount(); ++band) {
+        const double width = m_settings.Number(Keys::BandWidth(band + 1), bands.BandWidth(band));
+        if (width != bands.BandWidth(band))
+            bands.SetBandWidth(band, int(std::clamp(width, 0.0, MostTwips)));
+    }
+    for (int band = 0; band < bands.BandCount(); ++band)
+        bands.SetStartsRow(band, m_settings.Flag(Keys::BandRow(band + 1)));
+    m_workspace.LayOut();
+    bands.repaint();
+    m_workspace.SetPanelWidth(
+        int(std::clamp(m_settings.Number(Keys::PanelWidth, m_workspace.PanelWidth()), 0.0, MostTwips)));
+    for (int band = 0; band < panel.BandCount(); ++band) {
+        const double height = m_settings.Number(Keys::PanelBandHeight(band + 1), -1);
+        panel.SetBandHeight(band, int(std::clamp(height, -1.0, MostTwips)));
+    }
+
+    m_hooks.hotTracking(m_settings.Flag(Keys::HotTracking));
+    if (m_settings.Flag(Keys::RelatedFiles))
+        m_commands.Run(u"mnuRelated"_s);
+    if (m_settings.Flag(Keys::CodeOutline))
+        m_commands.Run(u"mnuBrowse"_s);
+    // The player's button follows the row.
+    if (m_settings.Flag(Keys::LoopMode))
+        m_commands.SetChecked(u"mnuLoop"_s, 0, true);
+    bands.ShowCaptions(m_settings.Flag(Keys::BandLabels));
+    for (int band = 0; band < bands.BandCount(); ++band) {
+        if (!m_settings.Flag(Keys::Band(band + 1)))
+            m_commands.Run(u"mnuShowToolbar"_s, band);
+    }
+    if (!m_settings.Flag(Keys::StatusBar))
+        m_commands.Run(u"mnuShowStatusbar"_s);
+
+    QCoreApplication::processEvents();
+    if (m_settings.Flag(Keys::Labels))
+        m_commands.Run(u"mnuLabels"_s, 0);
+    if (m_settings.Flag(Keys::PanelLabels))
+        m_commands.Run(u"mnuLabels"_s, 2);
+}
+
+void WindowLayout::SaveGeometry()
+{
+    if (m_window.isMinimized())
+        return;
+    const bool maximized = m_window.isMaximized() || m_window.isFullScreen();
+    m_settings.SaveNumber(Keys::Window, maximized ? Maximized : 0);
+    if (maximized)
+        return;
+    const int dpi = m_window.logicalDpiX();
+    m_settings.SaveNumber(Keys::X, ToTwips(m_window.x(), dpi));
+    m_settings.SaveNumber(Keys::Y, ToTwips(m_window.y(), dpi));
+    m_settings.SaveNumber(Keys::Width, ToTwips(m_window.width(), dpi));
+    m_settings.SaveNumber(Keys::Height, ToTwips(m_window.height(), dpi));
+}
+
+void WindowLayout::SaveBands()
+{
+    const BandBar &bands = m_workspace.Bands();
+    m_settings.SaveFlag(Keys::Labels, m_commands.IsChecked(u"mnuLabels"_s, 0));
+    m_settings.SaveFlag(Keys::PresetsLabels, m_commands.IsChecked(u"mnuLabels"_s, 1));
+    m_settings.SaveFlag(Keys::PanelLabels, m_commands.IsChecked(u"mnuLabels"_s, 2));
+    m_settings.SaveFlag(Keys::CodeOutline, m_commands.IsChecked(u"mnuBrowse"_s));
+    m_settings.SaveFlag(Keys::RelatedFiles, m_commands.IsChecked(u"mnuRelated"_s));
+    m_settings.SaveFlag(Keys::LoopMode, m_commands.IsChecked(u"mnuLoop"_s));
+    for (int band = 0; band < bands.BandCount(); ++band)
+        m_settings.SaveFlag(Keys::Band(band + 1), m_commands.IsChecked(u"mnuShowToolbar"_s, band));
+    m_settings.SaveFlag(Keys::StatusBar, m_commands.IsChecked(u"mnuShowStatusbar"_s));
+    for (int band = 0; band < bands.BandCount(); ++band) {
+        m_settings.SaveNumber(Keys::BandWidth(band + 1), bands.BandWidth(band));
+        m_settings.SaveFlag(Keys::BandRow(band + 1), bands.StartsRow(band));
+    }
+}
+
+void WindowLayout::SavePanel()
+{
+    const SidePanel &panel = m_workspace.Panel();
+    m_settings.SaveNumber(Keys::PanelWidth, m_workspace.PanelWidth());
+    for (int band = 0; band < panel.BandCount(); ++band) {
+        m_settings.SaveNumber(Keys::PanelBandHeight(band + 1), panel.BandHeight(band));
+        m_settings.SaveFlag(Keys::PanelBandRow(band + 1), true);
+    }
+}
+
+} // namespace zelvane

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "shell/settings.h"
+
+#include <functional>
+#include <QRect>
+#include <vector>
+
+class QMainWindow;
+
+namespace zelvane
+{
+
+class Commands;
+class Workspace;
+
+/// One twip is 1/1440 inch: the unit of the stored window geometry.
+double ToTwips(int pixels, int dotsPerInch);
+int FromTwips(double twips, int dotsPerInch);
+
+/// A window place that can be reached: the place itself where enough of it is on a screen, else moved, and
+/// cut if need be, into the nearest one. @param screens the usable areas of the screens
+QRect OnScreen(const QRect &place, const std::vector<QRect> &screens);
+
+/// The layout of the main window in the settings store: read once when the window is made, written when it is
+/// closed, both in a fixed order. A hidden band's width is kept like any other's.
+class WindowLayout
+{
+public:
+    /// What the restoring does to controls that the workspace does not own.
+    struct Hooks {
+        std::function<void(bool)> flatButtons; ///< of `Toolbar1` and `tbPresets`
+        std::function<void(bool)> hotTracking; ///< of both trees
+    };
+
+    WindowLayout(QMainWindow &window, Workspace &workspace, Commands &commands, SettingsStore &settings,
+                 Hooks hooks);
+
+    /// Place, size and state of the window. @param design the size of a window that was never stored, pixels
+    void RestoreGeometry(const QSize &design);
+    /// All that stands in the window, up to the labels.
+    void RestoreBands();
+
+    void SaveGeometry();
+    /// The labels and switches, bands and status bar.
+    void SaveBands();
+    void SavePanel();
+
+private:
+    QMainWindow &m_window;
+    Workspace &m_workspace;
+    Commands &m_commands;
+    SettingsStore &m_settings;
+    Hooks m_hooks;
+};
+
+} // namespace zelvane
