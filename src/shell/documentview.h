@@ -16,7 +16,7 @@ public:
     virtual ~DocumentView() = default;
 
     virtual void ShowCaption(const QString &caption) = 0;
-    /// The wait pointer over the whole window.
+    /// The wait pointer over the whole window. Calls nest: it stays until each has been undone.
     virtual void SetBusy(bool busy) = 0;
     /// Hides and disables the text control, so that nothing is painted while a text is loaded.
     virtual void HideText() = 0;
