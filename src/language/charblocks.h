@@ -16,10 +16,11 @@
 namespace zelvane
 {
 
-/// Facts about 64 UTF-16 code units at once, one bit for each, the first in the lowest bit. The plain functions say what
-/// is meant and serve every machine; those of the vector unit give the same bits.
+/// Facts about 64 UTF-16 code units at once, one bit for each, the first in the lowest bit. The plain
+/// functions say what is meant and serve every machine; those of the vector unit give the same bits.
 struct CharBlock {
-    quint64 starters = 0;   ///< may begin a token: ; / # $ " and, if asked for, ASCII letters and all beyond ASCII
+    quint64 starters =
+        0; ///< may begin a token: ; / # $ " and, if asked for, ASCII letters and all beyond ASCII
     quint64 separators = 0; ///< code below 33
 };
 

@@ -10,9 +10,100 @@ using namespace Qt::Literals::StringLiterals;
 namespace zelvane
 {
 
+std::array<StyleFormat, StyleClassCount> SyntaxHighlightSettings(const SettingsStore &settings)
+{
+    const auto format = [&settings](const SettingKey &key, bool bold) {
+        const bool isDefault = settings.GetSetting(QString::fromUtf16(Sections::Options), key.name).isEmpty();
+        return StyleFormat{settings.Colour(key), bold, isDefault};
+    };
+    std::array<StyleFormat, StyleClassCount> formats;
+    // A fresh record is the automatic colour of the text control.
+    StyleFormat text{.isDefault = true};
+    if (!settings.Flag(Keys::SystemColors))
+        text = format(Keys::FontColor, false);
+    formats[size_t(StyleClass::Text)] = text;
+    formats[size_t(StyleClass::Comment)] = format(Keys::CommentsColor, false);
+    formats[size_t(StyleClass::Opcode)] = format(Keys::OpcodeColor, true);
+    formats[size_t(StyleClass::Keyword)] = format(Keys::KeywordColor, false);
+    formats[size_t(StyleClass::Macro)] = format(Keys::MacroColor, false);
+    formats[size_t(StyleClass::Literal)] = format(Keys::LiteralColor, false);
+    formats[size_t(StyleClass::Tag)] = format(Keys::TagColor, false);
+    return formats;
+}
+
 Highlighter::Highlighter(EditorContext &editor, DocumentView &view, const OpcodeList &opcodes)
     : m_editor(editor), m_view(view), m_opcodes(opcodes)
 {
+}
+
+void Highlighter::performSyntaxHighlight()
+{
+    try {
+        if (m_editor.settings.Flag(Keys::SyntaxHighlight)) {
+            m_editor.status.Show(u"Syntax highlight..."_s);
+            switch (m_editor.document.DocumentKind) {
+            case FileKind::Other:
+                m_editor.text.ApplyStyles(0, m_editor.text.Length(), {});
+                break;
+            case FileKind::Orchestra:
+                HighlightRange(0, 0, int(ScanMode::Orchestra));
+                break;
+            case FileKind::Score:
+                HighlightRange(0, 0, int(ScanMode::Score));
+                break;
+            case FileKind::Unified:
+                HighlightUnified();
+                break;
+            default:
+                break;
+            }
+        }
+    } catch (const RunTimeError &error) {
+        ReportError(m_editor.desktop, error);
+    }
+    m_editor.text.EmptyUndoBuffer();
+}
+
+bool Highlighter::HighlightRange(qint32 start, qint32 end, int mode)
+{
+    return Colour([&](const QString &text) {
+        if (end == 0)
+            end = qint32(text.size());
+        const ScanResult found = ScanRange(text, start, end, ScanMode(mode), m_opcodes);
+        m_editor.text.ApplyStyles(start, end, found.runs);
+        if (found.ranOffText)
+            throw RunTimeError(ErrorNumber::InvalidCall, u"Invalid procedure call or argument"_s);
+    });
+}
+
+bool Highlighter::HighlightUnified()
+{
+    return Colour([&](const QString &text) {
+        m_editor.text.ApplyStyles(0, text.size(), ScanUnified(text, m_opcodes));
+    });
+}
+
+template <typename Work> bool Highlighter::Colour(Work work)
+{
+    m_editor.document.Loading = true;
+    m_view.SetBusy(true);
+    bool done = false;
+    try {
+        work(m_editor.text.Text());
+        done = true;
+        m_view.SetBusy(false);
+    } catch (const RunTimeError &error) {
+        // Kept: a failed pass does not put the window back in order; whoever asked for it does.
+        m_view.SetBusy(false);
+        m_view.HideText();
+        ReportError(m_editor.desktop, error);
+    }
+    if (done) {
+        m_editor.text.EmptyUndoBuffer();
+        m_view.FocusText();
+        m_editor.document.Loading = false;
+    }
+    return done;
 }
 
 } // namespace zelvane

@@ -34,6 +34,9 @@ public:
     bool HighlightRange(qint32 start, qint32 end, int mode);
 
 private:
+    bool HighlightUnified();
+    template <typename Work> bool Colour(Work work);
+
     EditorContext &m_editor;
     DocumentView &m_view;
     const OpcodeList &m_opcodes;

@@ -15,7 +15,10 @@ namespace zelvane
 namespace
 {
 
-bool IsSeparator(QChar c) { return c == u' ' || c == u'\t' || c == u'\r' || c == u'\n'; }
+bool IsSeparator(QChar c)
+{
+    return c == u' ' || c == u'\t' || c == u'\r' || c == u'\n';
+}
 
 } // namespace
 
@@ -47,8 +50,8 @@ void OpcodeList::Add(const QString &text)
         m_opcodes += walk.Word().toString();
     }
 
-    // The first two blanks and the word behind the last blank stand outside: what is left are the words that have a
-    // blank on either side.
+    // The first two blanks and the word behind the last blank stand outside: what is left are the words that
+    // have a blank on either side.
     std::vector<QStringView> found;
     found.reserve(m_opcodes.size());
     QStringView rest = QStringView(m_words).sliced(1);
@@ -71,7 +74,10 @@ bool OpcodeList::Contains(QStringView word) const
     return m_set->Contains(word);
 }
 
-QString OpcodeFile(const QString &folder) { return QDir(folder).filePath(u"opcodes.txt"_s); }
+QString OpcodeFile(const QString &folder)
+{
+    return QDir(folder).filePath(u"opcodes.txt"_s);
+}
 
 void LoadOpcodes(OpcodeList &list, const QString &folder, Desktop &desktop)
 {

@@ -19,18 +19,17 @@ OpcodeSet::Key OpcodeSet::MakeKey(const char16_t *word, qsizetype length)
 
 void OpcodeSet::Assign(const std::vector<QStringView> &words)
 {
-    m_words.clear();
-    m_words.insert(words.begin(), words.end());
+    m_words = QSet<QStringView>(words.begin(), words.end());
     m_longest = 0;
     m_allKeyed = true;
 
-    // A quarter full at most. A word that would have to stand far from its slot is left to the common set, so no choice
-    // of words makes the table slow.
-    const std::size_t slots = std::bit_ceil(std::max<std::size_t>(m_words.size() * 4, 2));
+    // A quarter full at most. A word that would have to stand far from its slot is left to the common set, so
+    // no choice of words makes the table slow.
+    const std::size_t slots = std::bit_ceil(std::max<std::size_t>(std::size_t(m_words.size()) * 4, 2));
     constexpr quint64 farthest = 16;
     m_slots.assign(slots, {});
     m_shift = 64 - std::countr_zero(slots);
-    for (const QStringView word : m_words) {
+    for (const QStringView &word : std::as_const(m_words)) {
         m_longest = std::max(m_longest, word.size());
         const auto [least, most] = std::minmax_element(word.begin(), word.end());
         if (word.isEmpty() || word.size() > KeyLength || *least < QChar(33))

@@ -3,15 +3,15 @@
 
 #include "language/charblocks.h"
 
-#include <unordered_set>
-#include <vector>
+#include <QSet>
 #include <QStringView>
+#include <vector>
 
 namespace zelvane
 {
 
-/// A set of words for a scanner that asks millions of times: a word of up to 15 code units, each from 33 to 254, is one
-/// 16-byte key of a hash table; any other word stands in a common set.
+/// A set of words for a scanner that asks millions of times: a word of up to 15 code units, each from 33 to
+/// 254, is one 16-byte key of a hash table; any other word stands in a common set.
 class OpcodeSet
 {
 public:
@@ -20,8 +20,8 @@ public:
 
     bool Contains(QStringView word) const { return m_words.contains(word); }
 
-    /// The same for the word [word, word + length) of a longer text that ends at `textEnd`, for a word of at least one
-    /// code unit and none below 33.
+    /// The same for the word [word, word + length) of a longer text that ends at `textEnd`, for a word of at
+    /// least one code unit and none below 33.
     bool ContainsWord(const char16_t *word, qsizetype length, const char16_t *textEnd) const
     {
         if (length > KeyLength) [[unlikely]]
@@ -72,15 +72,17 @@ private:
         quint64 slot = Slot(key);
         const Key *entry = &m_slots[slot];
         bool found = (entry->low == key.low) & ((entry->high & ~MoreBehind) == key.high);
-        while (entry->high & MoreBehind) [[unlikely]] {
-            slot = (slot + 1) & (m_slots.size() - 1);
-            entry = &m_slots[slot];
-            found |= (entry->low == key.low) & ((entry->high & ~MoreBehind) == key.high);
-        }
+        while (entry->high & MoreBehind)
+            [[unlikely]]
+            {
+                slot = (slot + 1) & (m_slots.size() - 1);
+                entry = &m_slots[slot];
+                found |= (entry->low == key.low) & ((entry->high & ~MoreBehind) == key.high);
+            }
         return found;
     }
 
-    std::unordered_set<QStringView> m_words;
+    QSet<QStringView> m_words;
     std::vector<Key> m_slots = std::vector<Key>(2);
     int m_shift = 63;
     qsizetype m_longest = 0; ///< length of the longest word

@@ -36,7 +36,9 @@ public:
     /// The end of the last run, 0 before the first.
     qsizetype End() const
     {
-        const StyleRun *last = m_count > 0 ? &m_buffer[m_count - 1] : m_runs.empty() ? nullptr : &m_runs.back();
+        const StyleRun *last = m_count > 0      ? &m_buffer[m_count - 1]
+                               : m_runs.empty() ? nullptr
+                                                : &m_runs.back();
         return last ? qsizetype(last->start) + last->length : 0;
     }
 
@@ -62,8 +64,9 @@ bool IsDirective(QStringView text, qsizetype at, QStringView word)
            (text[behind] == u' ' || text[behind] == u'\t');
 }
 
-/// The orchestra scan, and without words the score scan. Only characters that may begin a token are looked at; a token
-/// may be missed or cut at the range's end, as a token begins only before the range's last character.
+/// The orchestra scan, and without words the score scan. Only characters that may begin a token are looked
+/// at; a token may be missed or cut at the range's end, as a token begins only before the range's last
+/// character.
 template <bool Words>
 void ScanCode(QStringView text, qsizetype start, qsizetype end, const OpcodeSet &opcodes, ScanResult &result)
 {
@@ -183,13 +186,14 @@ void ScanCode(QStringView text, qsizetype start, qsizetype end, const OpcodeSet 
     }
 }
 
-/// A tag with the hash of its name. An opening tag ends at `bracket`, its greater-than sign or the range's last
-/// character.
+/// A tag with the hash of its name. An opening tag ends at `bracket`, its greater-than sign or the range's
+/// last character.
 struct Tag {
     qint32 start = 0;
     qint32 nameStart = 0;
     qint32 bracket = 0;
-    qint32 partner = -1; ///< of an opening tag: the nearest closing tag behind it whose name has the same hash
+    qint32 partner =
+        -1; ///< of an opening tag: the nearest closing tag behind it whose name has the same hash
     quint64 hash = 0;
     bool coloured = false;
 
@@ -215,7 +219,8 @@ public:
         m_next = sign + (sign != m_end);
         return m_next == m_end ? -1 : sign - m_begin;
     }
-    /// The first greater-than sign from a place on; places must not fall. The text's length when there is none.
+    /// The first greater-than sign from a place on; places must not fall. The text's length when there is
+    /// none.
     qsizetype BracketFrom(qsizetype at)
     {
         if (m_bracket != m_end && (m_bracket < m_begin + at || *m_bracket != u'>'))
@@ -269,8 +274,8 @@ Tags FindOpeningTags(QStringView text, qsizetype start, qsizetype end, qint32 lo
     return tags;
 }
 
-/// Hashes the names that are not longer than `longest`. Reads from each bracket back, so that names which end at the
-/// same bracket share the work.
+/// Hashes the names that are not longer than `longest`. Reads from each bracket back, so that names which end
+/// at the same bracket share the work.
 void HashNames(QStringView text, Tags &tags, qint32 longest)
 {
     qint32 bracket = -1, at = 0;
@@ -303,8 +308,8 @@ void FindPartners(Tags &opening, const Tags &closing, qint32 longest)
     }
 }
 
-/// The closing tag of an opening one, null when it has none. Equal hashes of different names are next to impossible;
-/// then the tags behind are searched one by one.
+/// The closing tag of an opening one, null when it has none. Equal hashes of different names are next to
+/// impossible; then the tags behind are searched one by one.
 Tag *ClosingTag(QStringView text, const Tag &tag, Tags &closing)
 {
     if (tag.partner < 0)
@@ -382,8 +387,8 @@ Section FindSection(QStringView text, QStringView openingMark, QStringView closi
     return {opening + openingMark.size(), closing, true};
 }
 
-/// Puts the scan of a section over what was found before: the runs under it, and under a comment that runs on behind
-/// it, go.
+/// Puts the scan of a section over what was found before: the runs under it, and under a comment that runs on
+/// behind it, go.
 StyleRuns Overlay(const StyleRuns &below, const Section &section, const StyleRuns &above)
 {
     const auto runEnd = [](const StyleRun &run) { return run.start + run.length; };
@@ -407,7 +412,8 @@ StyleRuns Overlay(const StyleRuns &below, const Section &section, const StyleRun
 
 } // namespace
 
-ScanResult ScanRange(QStringView text, qsizetype start, qsizetype end, ScanMode mode, const OpcodeList &opcodes)
+ScanResult ScanRange(QStringView text, qsizetype start, qsizetype end, ScanMode mode,
+                     const OpcodeList &opcodes)
 {
     if (end == 0)
         end = text.size();

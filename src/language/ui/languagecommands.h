@@ -5,6 +5,7 @@
 #include "language/opcodelist.h"
 
 #include <QObject>
+#include <QString>
 
 namespace zelvane
 {
@@ -22,9 +23,8 @@ public:
     LanguageCommands(EditorContext &editor, DocumentView &view, Commands &commands, const QString &folder,
                      QObject *parent = nullptr);
 
-    /// Start-up: reads the opcode list; a failure is reported and start-up goes on.
+    /// Start-up: reads the opcode list. A failure is reported, and start-up goes on.
     void LoadOpcodes();
-    void performSyntaxHighlight() { m_highlighter.performSyntaxHighlight(); }
 
     const OpcodeList &Opcodes() const { return m_opcodes; }
     Highlighter &Colours() { return m_highlighter; }

@@ -4,13 +4,16 @@
 #include <functional>
 #include <QComboBox>
 
+class QKeyEvent;
+
 namespace zelvane
 {
 
 struct EditorContext;
 
 /// `cmbOpcodes`: the sorted list of opcode names, with a text field. Enter inserts what stands in the field
-/// into the document; a click drops the list. It stays empty until LoadOpcodeCombo fills it.
+/// into the document; a click drops the list, and what is typed then goes to the field. It stays empty until
+/// LoadOpcodeCombo fills it.
 class OpcodeCombo : public QComboBox
 {
     Q_OBJECT
@@ -24,16 +27,19 @@ public:
     /// failure too: the list then keeps what it has. Nothing happens while it is running already.
     void LoadOpcodeCombo();
 
-    /// Puts the field's text in place of the document's selection, selects it there and gives the focus to
-    /// the text.
-    void InsertOpcode();
-
     bool eventFilter(QObject *watched, QEvent *event) override;
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     void AddSorted(const QString &word);
-    bool PopupKey(class QKeyEvent *event);
-    void SelectNearest();
+    void InsertOpcode();
+    /// A key while the list is down: Enter inserts, arrows put the name they reach in the field, text goes to
+    /// the field.
+    bool PopupKey(QKeyEvent *event);
+    void MarkInPopup(int row);
+    void ScrollToPrefix(const QString &prefix);
 
     EditorContext &m_editor;
     QString m_folder;
