@@ -54,18 +54,23 @@ LoadedText LoadTextFile(const QString &name)
     }
 }
 
-/// A path from a file dialog, cut at the first NUL and trimmed of blanks. A blank that ends the name of a
-/// file on disk belongs to it.
-QString PickedPath(const QString &answer)
+/// What a file dialog answered, cut at the first NUL.
+QString UpToNul(const QString &answer)
 {
-    const QString path = answer.first(answer.indexOf(u'\0') < 0 ? answer.size() : answer.indexOf(u'\0'));
+    const qsizetype nul = answer.indexOf(u'\0');
+    return nul < 0 ? answer : answer.first(nul);
+}
+
+/// Without the blanks at both ends.
+QString Trimmed(const QString &path)
+{
     qsizetype start = 0;
     qsizetype end = path.size();
     while (start < end && path[start] == u' ')
         ++start;
     while (end > start && path[end - 1] == u' ')
         --end;
-    return QFileInfo::exists(path) ? path : path.sliced(start, end - start);
+    return path.sliced(start, end - start);
 }
 
 } // namespace
@@ -273,14 +278,14 @@ void DocumentLifecycle::FileMenuOpening()
 
 QString DocumentLifecycle::OpenBox()
 {
-    const QString orchestra = ExtensionPatterns(KindExtensions(m_settings, FileKind::Orchestra));
-    const QString score = ExtensionPatterns(KindExtensions(m_settings, FileKind::Score));
-    const QString unified = ExtensionPatterns(KindExtensions(m_settings, FileKind::Unified));
+    const QStringList orchestra = KindExtensions(m_settings, FileKind::Orchestra);
+    const QStringList score = KindExtensions(m_settings, FileKind::Score);
+    const QStringList unified = KindExtensions(m_settings, FileKind::Unified);
     FileDialogRequest request;
-    request.filters = {{u"All Csound types"_s, orchestra + u';' + score + u';' + unified},
-                       {u"Orchestra files"_s, orchestra},
-                       {u"Score files"_s, score},
-                       {u"Unified Format files"_s, unified},
+    request.filters = {{u"All Csound types"_s, ExtensionPatterns(orchestra + score + unified)},
+                       {u"Orchestra files"_s, ExtensionPatterns(orchestra)},
+                       {u"Score files"_s, ExtensionPatterns(score)},
+                       {u"Unified Format files"_s, ExtensionPatterns(unified)},
                        {u"Text files"_s, u"*.txt"_s},
                        {u"C/C++"_s, u"*.cpp;*.c;*.h"_s},
                        {u"All files"_s, u"*.*"_s}};
@@ -289,7 +294,9 @@ QString DocumentLifecycle::OpenBox()
     request.folder = m_document.CurrentFile.isEmpty() ? m_settings.Text(Keys::OpenFolder, QString())
                                                       : m_document.CurrentFile;
     const FileDialogAnswer answer = m_desktop.OpenFileDialog(request);
-    const QString path = PickedPath(answer.path);
+    const QString picked = UpToNul(answer.path);
+    // The blanks may belong to the name of a file.
+    const QString path = QFileInfo::exists(picked) ? picked : Trimmed(picked);
     if (path.isEmpty())
         return {};
     m_settings.SaveNumber(Keys::FilterIndex, answer.filterIndex);
@@ -310,7 +317,11 @@ QString DocumentLifecycle::SaveBox()
     request.fileName = BareFileName(current);
     request.defaultExtension = current.isEmpty() ? extensions.value(0) : BareExtension(current);
     request.folder = m_settings.Text(Keys::SaveFolder, current);
-    const QString path = PickedPath(m_desktop.SaveFileDialog(request).path);
+    const QString picked = UpToNul(m_desktop.SaveFileDialog(request).path);
+    // The dialog has asked about overwriting the name as it was picked: another file must not be meant by
+    // trimming.
+    const QString trimmed = Trimmed(picked);
+    const QString path = QFileInfo::exists(picked) || QFileInfo::exists(trimmed) ? picked : trimmed;
     if (!path.isEmpty())
         m_settings.SaveText(Keys::SaveFolder, SplitPath(PathPart::Folder, path));
     return path;

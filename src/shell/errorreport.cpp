@@ -43,9 +43,13 @@ void ReportError(Desktop &desktop, const RunTimeError &error, const QString &con
     if (desktop.MessageBox({.text = text, .icon = BoxIcon::Critical, .buttons = BoxButtons::OkCancel}) !=
         BoxAnswer::Ok)
         return;
-    SendMail(desktop, QString::fromUtf16(AuthorAddress),
-             ApplicationTitle() + u" v"_s + ProgramVersion() + u" bug report"_s,
-             error.Description() + u" ("_s + number + u"); Error source: "_s + error.Source());
+    try {
+        SendMail(desktop, QString::fromUtf16(AuthorAddress),
+                 ApplicationTitle() + u" v"_s + ProgramVersion() + u" bug report"_s,
+                 error.Description() + u" ("_s + number + u"); Error source: "_s + error.Source());
+    } catch (const RunTimeError &) {
+        // The clipboard could not be reached: the user has read the address, and a report needs no report.
+    }
 }
 
 void SendMail(Desktop &desktop, const QString &address, const QString &subject, const QString &body)

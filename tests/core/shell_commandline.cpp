@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/commandline.h"
+#include "support/printers.h"
+
+#include <gtest/gtest.h>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+using namespace zelvane;
+using namespace Qt::Literals::StringLiterals;
+
+namespace
+{
+
+struct Case {
+    QStringList arguments;
+    StartForm form;
+    QString text;
+    QString document;
+};
+
+void Check(const Case &one)
+{
+    const CommandLine command(one.arguments);
+    const std::string name = one.arguments.join(u'|').toStdString();
+    EXPECT_EQ(int(command.Form()), int(one.form)) << name;
+    EXPECT_EQ(command.Text(), one.text) << name;
+    EXPECT_EQ(command.Document(), one.document) << name;
+}
+
+TEST(CommandLine, HasFiveForms)
+{
+    const std::vector<Case> cases = {
+        {{}, StartForm::Nothing, u""_s, u""_s},
+        {{u""_s}, StartForm::Nothing, u""_s, u""_s},
+        {{u"/i"_s}, StartForm::NewInstance, u"/i"_s, u""_s},
+        {{u"x.orc"_s}, StartForm::Document, u"x.orc"_s, u"x.orc"_s},
+        {{u"/no/x.orc"_s}, StartForm::Document, u"/no/x.orc"_s, u"/no/x.orc"_s},
+        {{u"/p"_s, u"/no/x.orc"_s}, StartForm::QuickPreset, u"/p /no/x.orc"_s, u"/no/x.orc"_s},
+        {{u"/p /no/x y.orc"_s}, StartForm::QuickPreset, u"/p /no/x y.orc"_s, u"/no/x y.orc"_s},
+        {{u"/r"_s, u"/no/x.orc"_s}, StartForm::RunCsound, u"/r /no/x.orc"_s, u"/no/x.orc"_s},
+        {{u"/p "_s}, StartForm::QuickPreset, u"/p "_s, u""_s},
+        {{u"/r "_s}, StartForm::RunCsound, u"/r "_s, u""_s},
+    };
+    for (const Case &one : cases)
+        Check(one);
+}
+
+TEST(CommandLine, TestsTheSwitchesInTheirOrder)
+{
+    Check({{u"/r"_s, u"/p"_s, u"x"_s}, StartForm::QuickPreset, u"/r /p x"_s, u"/r x"_s});
+    Check({{u"/i"_s, u"/p"_s, u"x"_s}, StartForm::QuickPreset, u"/i /p x"_s, u"/i x"_s});
+    // A switch with a file name behind it is not the switch alone, and case counts.
+    Check({{u"/i"_s, u"x.orc"_s}, StartForm::Document, u"/i x.orc"_s, u"/i x.orc"_s});
+    Check({{u"/I"_s}, StartForm::Document, u"/I"_s, u"/I"_s});
+    Check({{u"/P"_s, u"x"_s}, StartForm::Document, u"/P x"_s, u"/P x"_s});
+    // Without the blank there is no switch.
+    Check({{u"/p"_s}, StartForm::Document, u"/p"_s, u"/p"_s});
+    Check({{u"/px"_s}, StartForm::Document, u"/px"_s, u"/px"_s});
+    // The switch counts anywhere.
+    Check({{u"x.orc"_s, u"/r"_s, u""_s}, StartForm::RunCsound, u"x.orc /r "_s, u"x.orc"_s});
+}
+
+TEST(CommandLine, APathWithBlanksNeedsNoQuotesAndMayHaveThem)
+{
+    Check({{u"/no/a b/x y.orc"_s}, StartForm::Document, u"/no/a b/x y.orc"_s, u"/no/a b/x y.orc"_s});
+    Check({{u"/no/a"_s, u"b/x y.orc"_s}, StartForm::Document, u"/no/a b/x y.orc"_s, u"/no/a b/x y.orc"_s});
+    Check({{u"\"/no/a b.orc\""_s}, StartForm::Document, u"\"/no/a b.orc\""_s, u"\"/no/a b.orc\""_s});
+    Check(
+        {{u"/p"_s, u"\"/no/a b.orc\""_s}, StartForm::QuickPreset, u"/p \"/no/a b.orc\""_s, u"/no/a b.orc"_s});
+}
+
+TEST(CommandLine, AFileIsMadeAbsoluteAndNotSearchedForSwitches)
+{
+    QTemporaryDir folder;
+    const QString before = QDir::currentPath();
+    ASSERT_TRUE(QDir::setCurrent(folder.path()));
+    const QString here = QDir::currentPath();
+    for (const QString &sub : {u"p "_s, u"r "_s})
+        ASSERT_TRUE(QDir().mkdir(sub));
+    for (const QString &name : {u"x.orc"_s, u"x y.orc"_s, u"p /z.orc"_s, u"r /z.orc"_s}) {
+        QFile file(name);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    }
+    Check({{u"x.orc"_s}, StartForm::Document, here + u"/x.orc"_s, here + u"/x.orc"_s});
+    Check({{u"x"_s, u"y.orc"_s}, StartForm::Document, here + u"/x y.orc"_s, here + u"/x y.orc"_s});
+    Check({{u"/r"_s, u"x.orc"_s}, StartForm::RunCsound, u"/r "_s + here + u"/x.orc"_s, here + u"/x.orc"_s});
+    for (const QString &file : {here + u"/p /z.orc"_s, here + u"/r /z.orc"_s}) {
+        Check({{file}, StartForm::Document, file, file});
+        Check({{u"/r"_s, file}, StartForm::RunCsound, u"/r "_s + file, file});
+        Check({{u"/p"_s, file}, StartForm::QuickPreset, u"/p "_s + file, file});
+    }
+    // A folder is no document, and a file that is not there is taken as it stands.
+    Check({{here + u"/p /none.orc"_s},
+           StartForm::QuickPreset,
+           here + u"/p /none.orc"_s,
+           here + u"/none.orc"_s});
+    Check({{u"none.orc"_s}, StartForm::Document, u"none.orc"_s, u"none.orc"_s});
+    ASSERT_TRUE(QDir::setCurrent(before));
+}
+
+} // namespace
