@@ -4,6 +4,11 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <utility>
+
+#ifdef Q_OS_UNIX
+#include <sys/stat.h>
+#endif
 
 using namespace zelvane;
 using namespace Qt::Literals::StringLiterals;
@@ -223,11 +228,83 @@ TEST_F(OpenFile, RefusesWhatIsNoFile)
 {
     documents.OpenFile(context.WriteFile(u"x.orc"_s, "old"));
     const QString before = document.CurrentFile;
-    const QString folder = context.folder.path();
-    desktop.ExpectMessage(UnableToOpen(folder, ReadFailure(folder)));
-    documents.OpenFile(folder);
+    QStringList names = {context.folder.path(), u"/dev/null/x.orc"_s};
+#ifdef Q_OS_UNIX
+    const QString pipe = context.folder.filePath(u"pipe.orc"_s);
+    ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    names.append(pipe);
+#endif
+    bool modified = false;
+    for (const QString &name : names) {
+        const QString description = ReadFailure(name);
+        EXPECT_NE(description, u""_s);
+        if (std::exchange(modified, true))
+            desktop.ExpectMessage(SaveChanges(before), BoxAnswer::No);
+        desktop.ExpectMessage(UnableToOpen(name, description));
+        documents.OpenFile(name);
+        EXPECT_EQ(text.text, u"old"_s);
+        EXPECT_EQ(document.CurrentFile, before);
+    }
+}
+
+#ifdef Q_OS_UNIX
+TEST_F(OpenFile, ADeviceIsRefusedOrReadWithoutAHang)
+{
+    documents.OpenFile(context.WriteFile(u"x.orc"_s, "old"));
+    const QString device = u"/dev/null"_s;
+    desktop.ExpectMessage(UnableToOpen(device, ReadFailure(device)));
+    documents.OpenFile(device);
     EXPECT_EQ(text.text, u"old"_s);
-    EXPECT_EQ(document.CurrentFile, before);
+}
+#endif
+
+TEST_F(OpenFile, AnUnreadableFileIsRefused)
+{
+    documents.OpenFile(context.WriteFile(u"x.orc"_s, "old"));
+    const QString locked = context.WriteFile(u"locked.orc"_s, "secret");
+    ASSERT_TRUE(QFile::setPermissions(locked, {}));
+    if (QFile(locked).open(QIODevice::ReadOnly))
+        GTEST_SKIP() << "the administrator may read every file";
+    desktop.ExpectMessage(UnableToOpen(locked, ReadFailure(locked)));
+    documents.OpenFile(locked);
+    EXPECT_EQ(text.text, u"old"_s);
+}
+
+TEST_F(OpenFile, AFileThatVanishesBehindTheDialogIsTold)
+{
+    documents.OpenFile(context.WriteFile(u"x.orc"_s, "old"));
+    const QString gone = context.folder.filePath(u"gone.orc"_s);
+    desktop.ExpectOpenDialog({.filters = {{u"All Csound types"_s, u"*.orc;*.sco;*.csd"_s},
+                                          {u"Orchestra files"_s, u"*.orc"_s},
+                                          {u"Score files"_s, u"*.sco"_s},
+                                          {u"Unified Format files"_s, u"*.csd"_s},
+                                          {u"Text files"_s, u"*.txt"_s},
+                                          {u"C/C++"_s, u"*.cpp;*.c;*.h"_s},
+                                          {u"All files"_s, u"*.*"_s}},
+                              .folder = document.CurrentFile},
+                             {.path = gone, .filterIndex = 1});
+    desktop.ExpectMessage(UnableToOpen(gone, ReadFailure(gone)));
+    documents.Open();
+    EXPECT_EQ(text.text, u"old"_s);
+}
+
+TEST_F(OpenFile, AVeryLongLineLoads)
+{
+    const QByteArray line(5'000'000, 'a');
+    documents.OpenFile(context.WriteFile(u"x.orc"_s, line));
+    EXPECT_EQ(text.text.size(), line.size());
+    EXPECT_EQ(text.LineCount(), 1);
+    EXPECT_EQ(document.CurrentPlatform, LineEndForm::Pc);
+}
+
+TEST_F(OpenFile, AVeryLargeFileOfNulBytesLoads)
+{
+    const QString path = context.WriteFile(u"x.orc"_s);
+    ASSERT_TRUE(QFile::resize(path, 200'000'000));
+    text.onlyLength = true;
+    documents.OpenFile(path);
+    EXPECT_EQ(text.loadedLength, 200'000'000);
+    EXPECT_FALSE(document.Loading);
 }
 
 TEST_F(OpenFile, AFailureBehindTheLoadIsReportedByTheCaller)

@@ -14,6 +14,15 @@ namespace zelvane::test
 struct WatchedBuffer : StringBuffer {
     std::function<void()> changed;
     std::function<void()> beforeLoad; ///< runs when a fresh text arrives
+    bool onlyLength = false;          ///< a fresh text is measured and dropped, for very large ones
+    qsizetype loadedLength = 0;
+
+    void LoadText(QString newText) override
+    {
+        loadedLength = newText.size();
+        if (!onlyLength)
+            StringBuffer::LoadText(std::move(newText));
+    }
     void SetText(const QString &newText) override
     {
         if (beforeLoad)
