@@ -21,6 +21,7 @@ PlayerPanel::PlayerPanel(Commands &commands, QWidget *parent)
 {
     setObjectName(u"PicPlayer"_s);
     tbPlayer->setObjectName(u"tbPlayer"_s);
+    tbPlayer->setIconSize(QSize(16, 16));
     SliderTime->setObjectName(u"SliderTime"_s);
     SliderTime->setAccessibleName(u"Position"_s);
     lblPos->setObjectName(u"lblPos"_s);

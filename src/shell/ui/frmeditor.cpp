@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ui/frmeditor.h"
 
+#include "language/ui/languagecommands.h"
+#include "language/ui/opcodecombo.h"
 #include "platform/executables.h"
 #include "platform/programfolder.h"
 #include "platform/ui/raisewindow.h"
@@ -29,7 +31,6 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QComboBox>
 #include <QDragEnterEvent>
 #include <QMenu>
 #include <QMenuBar>
@@ -48,6 +49,7 @@ namespace
 
 constexpr QSize DesignSize(960, 680);
 constexpr QSize IconSize(16, 16);
+constexpr int OpcodeComboCharacters = 48; ///< as wide as the combo grows
 constexpr quint32 SystemWindow = 0x80000005;
 constexpr quint32 SystemWindowText = 0x80000008;
 
@@ -57,6 +59,7 @@ QTreeWidget *NewTree(const QString &name, const QString &accessibleName)
     tree->setObjectName(name);
     tree->setAccessibleName(accessibleName);
     tree->setHeaderHidden(true);
+    tree->setFrameShape(QFrame::NoFrame);
     tree->setIconSize(IconSize);
     tree->setContextMenuPolicy(Qt::CustomContextMenu);
     return tree;
@@ -80,9 +83,10 @@ frmEditor::frmEditor(SettingsStore &settings, Desktop &desktop, const CommandLin
       tvwRelated(NewTree(u"tvwRelated"_s, u"Related Files"_s)),
       m_browseTracking(new HotTracking(tvwBrowse)),
       m_relatedTracking(new HotTracking(tvwRelated)),
-      cmbOpcodes(new QComboBox),
+      cmbOpcodes(new OpcodeCombo(m_context, ProgramFolder(), [this] { FocusText(); })),
       m_presets(new PresetBar({m_context, m_tools}, *m_commands, *m_menus->Menu(u"mnuPresets"_s),
                               *m_menus->Menu(u"mnuPresetPopup"_s))),
+      m_language(new LanguageCommands(m_context, *this, *m_commands, ProgramFolder(), this)),
       m_edit(new EditCommands(m_context, *TxtEdit, *m_commands, this)),
       m_layout(std::make_unique<WindowLayout>(*this, *m_workspace, *m_commands, settings,
                                               WindowLayout::Hooks{[this](bool flat) { SetFlatButtons(flat); },
@@ -203,6 +207,7 @@ void frmEditor::BuildToolbar()
 void frmEditor::BuildBands()
 {
     cmbOpcodes->setObjectName(u"cmbOpcodes"_s);
+    cmbOpcodes->setMaximumWidth(fontMetrics().averageCharWidth() * OpcodeComboCharacters);
     BandBar &bands = m_workspace->Bands();
     bands.AddBand(u"toolbar"_s, u"Toolbar"_s, Toolbar1);
     bands.AddBand(u"opcodes"_s, u"Opcodes"_s, cmbOpcodes);
@@ -265,6 +270,8 @@ void frmEditor::Init(const std::function<void()> &closeSplash)
         if (m_settings.Flag(Keys::PresetsLabels))
             m_commands->Run(u"mnuLabels"_s, 1);
         RaiseMainWindow();
+        m_language->LoadOpcodes();
+        TxtEdit->SetStyleFormats(SyntaxHighlightSettings(m_settings));
         RigaDiComando(m_commandLine, m_documents, m_settings);
         m_documents.MRUAggiornaMenu();
         setAcceptDrops(true);
@@ -302,6 +309,8 @@ void frmEditor::SetUpText()
 
 void frmEditor::LoadOpcodeCombo()
 {
+    if (cmbOpcodes->count() == 0)
+        cmbOpcodes->LoadOpcodeCombo();
 }
 
 void frmEditor::HandOver()
@@ -402,7 +411,10 @@ void frmEditor::SelectionChanged()
         picStatus->Show(selected);
 }
 
-void frmEditor::performSyntaxHighlight() {}
+void frmEditor::performSyntaxHighlight()
+{
+    m_language->performSyntaxHighlight();
+}
 
 // The program's windows
 

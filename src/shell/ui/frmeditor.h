@@ -16,7 +16,6 @@
 #include <vector>
 
 class QAction;
-class QComboBox;
 class QToolBar;
 class QTreeWidget;
 
@@ -128,8 +127,9 @@ private:
     QTreeWidget *tvwRelated;
     HotTracking *m_browseTracking;
     HotTracking *m_relatedTracking;
-    QComboBox *cmbOpcodes;
+    OpcodeCombo *cmbOpcodes;
     PresetBar *m_presets;
+    LanguageCommands *m_language;
     EditCommands *m_edit;
     std::unique_ptr<WindowLayout> m_layout;
     zelvane::HandOver m_mailbox;
