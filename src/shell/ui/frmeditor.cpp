@@ -413,7 +413,22 @@ void frmEditor::SelectionChanged()
 
 void frmEditor::performSyntaxHighlight()
 {
-    m_language->performSyntaxHighlight();
+    m_language->Colours().performSyntaxHighlight();
+}
+
+bool frmEditor::OutlineShown() const
+{
+    return m_commands->IsChecked(u"mnuBrowse"_s);
+}
+
+bool frmEditor::RelatedFilesShown() const
+{
+    return m_commands->IsChecked(u"mnuRelated"_s);
+}
+
+void frmEditor::ClearRelatedFiles()
+{
+    tvwRelated->clear();
 }
 
 // The program's windows

@@ -70,6 +70,9 @@ public:
     FileKind ChooseNewKind() override;
     void SelectionChanged() override;
     void performSyntaxHighlight() override;
+    bool OutlineShown() const override;
+    bool RelatedFilesShown() const override;
+    void ClearRelatedFiles() override;
 
     // ProgramWindows
     bool MainWindowActive() const override;
