@@ -8,13 +8,14 @@ namespace zelvane
 
 LineEndForm DetectPlatform(QStringView text)
 {
-    for (qsizetype i = 0; i + 1 < text.size(); ++i) {
-        if (text[i] == u'\n')
-            return LineEndForm::Unix;
-        if (text[i] == u'\r')
-            return text[i + 1] == u'\n' ? LineEndForm::Pc : LineEndForm::Mac;
-    }
-    return LineEndForm::Pc;
+    if (text.isEmpty())
+        return LineEndForm::Pc;
+    const QStringView walked = text.chopped(1);
+    const qsizetype feed = walked.indexOf(u'\n');
+    const qsizetype mark = (feed < 0 ? walked : walked.first(feed)).indexOf(u'\r');
+    if (mark >= 0)
+        return text[mark + 1] == u'\n' ? LineEndForm::Pc : LineEndForm::Mac;
+    return feed >= 0 ? LineEndForm::Unix : LineEndForm::Pc;
 }
 
 QString PlatformName(LineEndForm form)
