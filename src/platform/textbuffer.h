@@ -5,6 +5,7 @@
 
 #include <QString>
 #include <QStringView>
+#include <vector>
 
 namespace zelvane
 {
@@ -52,6 +53,10 @@ public:
     virtual void ReplaceSelection(const QString &text) = 0;
     /// Replaces [start, end) in one undo step; the selection is kept where it can be.
     virtual void ReplaceRange(qsizetype start, qsizetype end, const QString &text) = 0;
+    /// Replaces the stretches of `length` characters at all of `starts`, which are in order and do not
+    /// overlap, in one undo step. What stands between keeps its classes. The caret goes behind the last new
+    /// text; nothing happens without a start.
+    virtual void ReplaceEach(const std::vector<qint32> &starts, qsizetype length, const QString &text) = 0;
 
     /// At least 1: a text that ends in a line end has an empty last line.
     virtual qsizetype LineCount() const = 0;

@@ -39,47 +39,34 @@ qsizetype FindText(QStringView text, QStringView needle, qsizetype start, qsizet
     }
 }
 
-ReplacedText ReplaceAllText(QStringView text, QStringView needle, QStringView replacement, qsizetype start,
-                            qsizetype end, int options)
+std::vector<qint32> HitsToReplace(QStringView text, QStringView needle, QStringView replacement,
+                                  qsizetype start, qsizetype end, int options)
 {
     if (end < 0 || end > text.size())
         end = text.size();
-    ReplacedText result;
-    if (needle.isEmpty() || start < 0 || start > end) {
-        if (start >= 0 && start <= end)
-            result.text = text.sliced(start, end - start).toString();
-        return result;
-    }
+    std::vector<qint32> hits;
+    if (needle.isEmpty() || start < 0 || start > end)
+        return hits;
     const QStringMatcher matcher(needle, options & FindMatchCase ? Qt::CaseSensitive : Qt::CaseInsensitive);
     const QStringView searched = text.first(end);
-    result.text.reserve(end - start);
-    qsizetype copied = start;
+    QChar last = start > 0 ? text[start - 1] : QChar(); // of what stands before `kept` after the replacing
+    qsizetype kept = start;
     qsizetype from = start;
     for (;;) {
         const qsizetype hit = matcher.indexIn(searched, from);
         if (hit < 0)
-            break;
+            return hits;
         const qsizetype behind = hit + needle.size();
-        if (options & FindWholeWord) {
-            // The neighbour in front may be the last character that this pass has put in.
-            QChar before;
-            if (hit > copied || result.count == 0)
-                before = hit > 0 ? text[hit - 1] : QChar();
-            else if (!result.text.isEmpty())
-                before = result.text.back();
-            else
-                before = start > 0 ? text[start - 1] : QChar();
-            if (IsWordCharacter(before) || (behind < text.size() && IsWordCharacter(text[behind]))) {
-                from = hit + 1;
-                continue;
-            }
+        const QChar before = hit > kept ? text[hit - 1] : last;
+        if (options & FindWholeWord &&
+            (IsWordCharacter(before) || (behind < text.size() && IsWordCharacter(text[behind])))) {
+            from = hit + 1;
+            continue;
         }
-        result.text.append(text.sliced(copied, hit - copied)).append(replacement);
-        ++result.count;
-        copied = from = behind;
+        hits.push_back(qint32(hit));
+        last = replacement.isEmpty() ? before : replacement.back();
+        kept = from = behind;
     }
-    result.text.append(text.sliced(copied, end - copied));
-    return result;
 }
 
 bool FindNextText(EditorContext &editor, const QString &needle, bool wrap, int options)

@@ -4,6 +4,7 @@
 #include "shell/editorcontext.h"
 
 #include <QStringView>
+#include <vector>
 
 namespace zelvane
 {
@@ -16,16 +17,11 @@ enum FindOption { FindAnywhere = 0, FindWholeWord = 2, FindMatchCase = 4 };
 /// @return the offset of the hit, -1 when there is none or the needle is empty
 qsizetype FindText(QStringView text, QStringView needle, qsizetype start, qsizetype end, int options);
 
-/// A text in which every hit in a range was replaced.
-struct ReplacedText {
-    QString text; ///< what stands in place of the range
-    qsizetype count = 0;
-};
-
-/// Replaces every hit in [start, end) in one pass. What was put in is not searched again, but it counts as
-/// the neighbour of a hit right behind it.
-ReplacedText ReplaceAllText(QStringView text, QStringView needle, QStringView replacement, qsizetype start,
-                            qsizetype end, int options);
+/// Where the hits in [start, end) start that Replace All takes, in one pass: the search goes on behind each
+/// hit, and what is put in its place is not searched, but counts as the neighbour of a hit right behind it.
+/// Each hit is as long as the needle.
+std::vector<qint32> HitsToReplace(QStringView text, QStringView needle, QStringView replacement,
+                                  qsizetype start, qsizetype end, int options);
 
 /// Searches from the end of the selection, with `wrap` also from the start of the text; selects the hit and
 /// tells it in the status line, or tells that there is none. @return whether there was a hit

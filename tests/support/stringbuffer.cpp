@@ -11,11 +11,17 @@ namespace zelvane::test
 namespace
 {
 
-QString OneFeed(QString text) { return text.replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n'); }
+QString OneFeed(QString text)
+{
+    return text.replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n');
+}
 
 } // namespace
 
-QString StringBuffer::TextRange(qsizetype start, qsizetype end) const { return text.mid(start, end - start); }
+QString StringBuffer::TextRange(qsizetype start, qsizetype end) const
+{
+    return text.mid(start, end - start);
+}
 
 void StringBuffer::SetText(const QString &newText)
 {
@@ -34,7 +40,10 @@ void StringBuffer::SetSelection(qsizetype start, qsizetype end)
     selection = {std::min(start, end), std::max(start, end)};
 }
 
-QString StringBuffer::SelectedText() const { return TextRange(selection.start, selection.end); }
+QString StringBuffer::SelectedText() const
+{
+    return TextRange(selection.start, selection.end);
+}
 
 void StringBuffer::ReplaceSelection(const QString &newText)
 {
@@ -55,7 +64,24 @@ void StringBuffer::ReplaceRange(qsizetype start, qsizetype end, const QString &n
     ++undoSteps;
 }
 
-qsizetype StringBuffer::LineCount() const { return text.count(u'\n') + 1; }
+void StringBuffer::ReplaceEach(const std::vector<qint32> &starts, qsizetype length, const QString &newText)
+{
+    if (starts.empty())
+        return;
+    const int steps = undoSteps;
+    qsizetype shift = 0;
+    for (const qint32 start : starts) {
+        SetSelection(start + shift, start + shift + length);
+        ReplaceSelection(newText);
+        shift = selection.end - (start + length);
+    }
+    undoSteps = steps + 1;
+}
+
+qsizetype StringBuffer::LineCount() const
+{
+    return text.count(u'\n') + 1;
+}
 
 qsizetype StringBuffer::LineOfOffset(qsizetype offset) const
 {

@@ -25,6 +25,7 @@ public:
     QString SelectedText() const override;
     void ReplaceSelection(const QString &newText) override;
     void ReplaceRange(qsizetype start, qsizetype end, const QString &newText) override;
+    void ReplaceEach(const std::vector<qint32> &starts, qsizetype length, const QString &newText) override;
     qsizetype LineCount() const override;
     qsizetype LineOfOffset(qsizetype offset) const override;
     qsizetype LineStart(qsizetype line) const override;

@@ -365,6 +365,57 @@ void TextControl::ReplaceBytes(qsizetype start, qsizetype end, const QByteArray 
     Send(SCI_CHOOSECARETX);
 }
 
+void TextControl::ReplaceEach(const std::vector<qint32> &starts, qsizetype length, const QString &text)
+{
+    if (starts.empty())
+        return;
+    // One edit from the first stretch to the last: as many edits as stretches would need as many undo
+    // records.
+    const QByteArray put = ToUtf8(text);
+    const qsizetype first = m_map.ToByte(starts.front());
+    const qsizetype last = m_map.ToByte(starts.back() + length);
+    const QByteArrayView bytes = Bytes(first, last - first);
+    const QByteArray styles = StyleBytes(first, last - first);
+    const qsizetype most =
+        bytes.size() + qsizetype(starts.size()) * std::max<qsizetype>(put.size() - length, 0);
+    QByteArray newBytes;
+    QByteArray newStyles;
+    newBytes.reserve(most);
+    newStyles.reserve(most);
+
+    qsizetype at = 0;
+    qsizetype unit = starts.front();
+    const auto walkTo = [&](qsizetype target) {
+        if (m_map.IsAscii()) {
+            at += target - unit;
+        } else {
+            for (qsizetype ahead = unit; at < bytes.size(); ++at) {
+                const uchar byte = uchar(bytes[at]);
+                if ((byte & 0xC0) != 0x80) {
+                    if (ahead >= target)
+                        break;
+                    ahead += byte >= 0xF0 ? 2 : 1;
+                }
+            }
+        }
+        unit = target;
+    };
+    const char before = first > 0 ? char(Send(SCI_GETSTYLEAT, first - 1)) : char(StyleClass::Text);
+    for (const qint32 start : starts) {
+        const qsizetype from = at;
+        walkTo(start);
+        newBytes.append(bytes.sliced(from, at - from));
+        newStyles.append(QByteArrayView(styles).sliced(from, at - from));
+        newBytes.append(put);
+        newStyles.append(put.size(), newStyles.isEmpty() ? before : newStyles.back());
+        walkTo(start + length);
+    }
+    ReplaceBytes(first, last, newBytes, UndoKind::None);
+    ApplyStyleBytes(first, newStyles);
+    SetCaret({first + newBytes.size(), first + newBytes.size()});
+    Settle();
+}
+
 CaretSpan TextControl::Caret() const
 {
     return {Send(SCI_GETANCHOR), Send(SCI_GETCURRENTPOS)};

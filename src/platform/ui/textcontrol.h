@@ -62,6 +62,7 @@ public:
     void ReplaceSelection(const QString &text) override;
     /// The selection stays on the same characters; what of it is replaced shrinks to `start`.
     void ReplaceRange(qsizetype start, qsizetype end, const QString &text) override;
+    void ReplaceEach(const std::vector<qint32> &starts, qsizetype length, const QString &text) override;
     qsizetype LineCount() const override;
     qsizetype LineOfOffset(qsizetype offset) const override;
     qsizetype LineStart(qsizetype line) const override;

@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/findreplace.h"
+
+#include "shell/findtext.h"
+#include "shell/recentlist.h"
+
+#include <QScopeGuard>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane
+{
+
+namespace
+{
+
+void StoreFindString(SettingsStore &settings, const QString &text)
+{
+    AddRecentItem(settings, text, QString::fromUtf16(Sections::RecentFindStrings), RecentFindStringCount);
+}
+
+void StoreWordAndCase(SettingsStore &settings, const FindFields &fields)
+{
+    settings.SaveFlag(Keys::FindWholeWords, fields.wholeWords);
+    settings.SaveFlag(Keys::FindMatchCase, fields.matchCase);
+}
+
+} // namespace
+
+QStringList FindStringsOffered(const SettingsStore &settings)
+{
+    return RecentItems(settings, QString::fromUtf16(Sections::RecentFindStrings), RecentFindStringCount - 1);
+}
+
+int OptionsOf(const FindFields &fields)
+{
+    return (fields.wholeWords ? FindWholeWord : FindAnywhere) |
+           (fields.matchCase ? FindMatchCase : FindAnywhere);
+}
+
+FindFields OpeningFindFields(const EditorContext &editor)
+{
+    const SettingsStore &settings = editor.settings;
+    FindFields fields;
+    fields.replace = settings.Text(Keys::FindReplace);
+    fields.wholeWords = settings.Flag(Keys::FindWholeWords);
+    fields.matchCase = settings.Flag(Keys::FindMatchCase);
+    fields.wrap = settings.Flag(Keys::FindWrapSearches);
+    if (settings.Integer(Keys::FindScope, int(FindScope::EntireDocument)) == int(FindScope::SelectedText))
+        fields.scope = FindScope::SelectedText;
+
+    const QString selected = editor.text.SelectedText();
+    if (selected.contains(u'\n') || selected.contains(u'\r'))
+        fields.scope = FindScope::SelectedText;
+    else
+        fields.find = selected;
+    if (fields.find.isEmpty())
+        fields.find = FindStringsOffered(settings).value(0);
+    return fields;
+}
+
+void FindNext(EditorContext &editor, const FindFields &fields)
+{
+    if (fields.find.isEmpty())
+        return;
+    FindNextText(editor, fields.find, fields.wrap, OptionsOf(fields));
+    StoreFindString(editor.settings, fields.find);
+    StoreWordAndCase(editor.settings, fields);
+    editor.settings.SaveFlag(Keys::FindWrapSearches, fields.wrap);
+    editor.settings.SaveNumber(Keys::FindScope, int(fields.scope));
+}
+
+void ReplaceNext(EditorContext &editor, const FindFields &fields)
+{
+    if (fields.find.isEmpty())
+        return;
+    if (editor.text.SelectedText() == fields.find)
+        editor.text.ReplaceSelection(fields.replace);
+    FindNextText(editor, fields.find, false, OptionsOf(fields));
+    editor.settings.SaveText(Keys::FindReplace, fields.replace);
+    StoreFindString(editor.settings, fields.find);
+    StoreWordAndCase(editor.settings, fields);
+}
+
+void ReplaceAll(EditorContext &editor, const FindFields &fields, const std::function<void(bool)> &showText)
+{
+    if (fields.find.isEmpty())
+        return;
+    const TextSpan scope =
+        fields.scope == FindScope::SelectedText ? editor.text.Selection() : TextSpan{0, editor.text.Length()};
+    const auto show = [&](bool shown) {
+        if (showText)
+            showText(shown);
+    };
+    qsizetype count = 0;
+    {
+        show(false);
+        const auto shown = qScopeGuard([&] { show(true); });
+        const auto hits = HitsToReplace(editor.text.Text(), fields.find, fields.replace, scope.start,
+                                        scope.end, OptionsOf(fields));
+        editor.text.ReplaceEach(hits, fields.find.size(), fields.replace);
+        count = qsizetype(hits.size());
+    }
+    editor.settings.SaveText(Keys::FindReplace, fields.replace);
+    StoreFindString(editor.settings, fields.find);
+    StoreWordAndCase(editor.settings, fields);
+    editor.desktop.MessageBox({.text = u"Text has been replaced "_s + QString::number(count) + u" times."_s,
+                               .icon = BoxIcon::Information});
+}
+
+} // namespace zelvane

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "shell/editorcontext.h"
+
+#include <functional>
+#include <QStringList>
+
+namespace zelvane
+{
+
+/// The entries of `optScope`.
+enum class FindScope { SelectedText, EntireDocument };
+
+/// What the fields of the find dialog hold.
+struct FindFields {
+    QString find = {};
+    QString replace = {};
+    bool wholeWords = false;
+    bool matchCase = false;
+    bool wrap = false;
+    FindScope scope = FindScope::EntireDocument;
+};
+
+/// The fields as the dialog opens with them: those of the store, and what the selection says. A selection on
+/// one line is the text to find, one of several lines is the scope.
+FindFields OpeningFindFields(const EditorContext &editor);
+
+/// The strings in the list of `txtFind`, the newest first. Kept: one less than the store holds.
+QStringList FindStringsOffered(const SettingsStore &settings);
+
+/// The sum of the FindOption that the checks stand for.
+int OptionsOf(const FindFields &fields);
+
+/// `bFind`: the next hit. Nothing happens with an empty text to find.
+void FindNext(EditorContext &editor, const FindFields &fields);
+
+/// `bReplace`: replaces the selection when it is exactly the text to find, then goes to the next hit without
+/// wrapping. Nothing happens with an empty text to find.
+void ReplaceNext(EditorContext &editor, const FindFields &fields);
+
+/// `bReplaceAll`: replaces every hit of the scope in one pass and one edit, and tells how many there were.
+/// Nothing happens with an empty text to find.
+/// @param showText hides the text control before the edit and shows it after, also after a failure
+void ReplaceAll(EditorContext &editor, const FindFields &fields,
+                const std::function<void(bool shown)> &showText = {});
+
+} // namespace zelvane
