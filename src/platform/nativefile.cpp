@@ -242,27 +242,10 @@ bool CopyAttributes(int from, const struct stat &old, int to)
 }
 
 /// Writes over a file's own bytes, and puts the old ones back when a step fails. @return 0 or the error
-int OverwriteInPlace(int descriptor, const QByteArray &path, qint64 oldSize, const QByteArray &bytes)
+int OverwriteInPlace(int descriptor, const QByteArray &old, const QByteArray &bytes, bool &restored)
 {
-    const NativeFile reader(::open(path.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-    QByteArray old;
-    bool readable = false;
-    if (reader.IsOpen()) {
-        old.resize(oldSize);
-        qsizetype done = 0;
-        ssize_t count = 1;
-        while (done < oldSize && count > 0) {
-            count = Retry([&] {
-                return ::pread(reader.Descriptor(), old.data() + done, size_t(oldSize - done), done);
-            });
-            done += count > 0 ? count : 0;
-        }
-        readable = done == oldSize;
-    }
-    if (!readable)
-        return EACCES;
     // A full disk shows here, before anything is changed, on all file systems that can tell beforehand.
-    if (bytes.size() > oldSize) {
+    if (bytes.size() > old.size()) {
         const FileSizeSignalGuard guard;
         if (Retry([&] { return ::fallocate(descriptor, FALLOC_FL_KEEP_SIZE, 0, bytes.size()); }) != 0 &&
             (errno == ENOSPC || errno == EDQUOT || errno == EFBIG))
@@ -278,8 +261,7 @@ int OverwriteInPlace(int descriptor, const QByteArray &path, qint64 oldSize, con
         return Flush(descriptor);
     };
     const int error = write(bytes);
-    if (error != 0)
-        write(old);
+    restored = error == 0 || write(old) == 0;
     return error;
 }
 
@@ -437,8 +419,15 @@ void ReplaceFile(const QString &name, const QByteArray &bytes)
         }
     }
     // The file beside, where there is one, holds the new text until the last step has been done.
-    if (const int error = OverwriteInPlace(target.Descriptor(), path, old.st_size, bytes))
+    // A file that cannot be read cannot be put back either: it is refused here.
+    const QByteArray oldBytes = ReadWhole(OpenRegularFile(QFile::decodeName(path)), name);
+    bool restored = true;
+    if (const int error = OverwriteInPlace(target.Descriptor(), oldBytes, bytes, restored)) {
+        if (!restored)
+            throw RunTimeError(NumberOf(error),
+                               DescriptionOf(error) + u" (the old contents could not be put back)"_s, name);
         Fail(error, name);
+    }
 }
 
 FileLock::FileLock(const QString &name, std::chrono::milliseconds patience)
@@ -447,9 +436,15 @@ FileLock::FileLock(const QString &name, std::chrono::milliseconds patience)
     const auto end = std::chrono::steady_clock::now() + patience;
     auto pause = std::chrono::microseconds(20);
     for (;;) {
-        m_file = NativeFile(Retry([&] {
-            return ::open(path.constData(), O_RDWR | O_CREAT | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0600);
-        }));
+        const auto open = [&](int access) {
+            return NativeFile(Retry([&] {
+                return ::open(path.constData(), access | O_CREAT | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0644);
+            }));
+        };
+        m_file = open(O_RDWR);
+        // Made by another user, perhaps by root on this one's behalf: it can be locked all the same.
+        if (!m_file.IsOpen() && errno == EACCES)
+            m_file = open(O_RDONLY);
         if (!m_file.IsOpen())
             Fail(errno, name);
         while (::flock(m_file.Descriptor(), LOCK_EX | LOCK_NB) != 0) {

@@ -1,0 +1,546 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/runtimeerror.h"
+#include "platform/textfile.h"
+#include "support/childprocess.h"
+#include "support/printers.h"
+
+#include <cstring>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace zelvane;
+using namespace zelvane::test;
+
+namespace
+{
+
+constexpr TextEncoding Utf8 = {TextEncoding::Form::Utf8, false};
+constexpr TextEncoding Utf8WithMark = {TextEncoding::Form::Utf8, true};
+constexpr TextEncoding Western = {TextEncoding::Form::Windows1252, false};
+
+/// A folder below the temporary one, which other users may enter.
+class TextFile : public ::testing::Test
+{
+protected:
+    TextFile()
+    {
+        EXPECT_EQ(chmod(Native(m_temporary.path()), 0755), 0);
+        EXPECT_TRUE(QDir(m_temporary.path()).mkdir(u"work"_s));
+        folder = m_temporary.filePath(u"work"_s);
+    }
+    ~TextFile() override { chmod(Native(folder), 0755); }
+
+    struct NativePath {
+        QByteArray bytes;
+        operator const char *() const { return bytes.constData(); }
+    };
+    static NativePath Native(const QString &path) { return {QFile::encodeName(path)}; }
+
+    QString Path(const QString &name) const { return folder + u'/' + name; }
+
+    QString Put(const QString &name, const QByteArray &bytes)
+    {
+        QFile file(Path(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        EXPECT_EQ(file.write(bytes), bytes.size());
+        return Path(name);
+    }
+
+    /// Reads by other means than the code under test.
+    static QByteArray Content(const QString &path)
+    {
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
+        return file.readAll();
+    }
+
+    static struct stat Status(const QString &path)
+    {
+        struct stat info = {};
+        EXPECT_EQ(lstat(Native(path), &info), 0);
+        return info;
+    }
+
+    template <typename Call> static RunTimeError ErrorOf(Call call)
+    {
+        try {
+            call();
+        } catch (const RunTimeError &error) {
+            return error;
+        }
+        ADD_FAILURE() << "no error was raised";
+        return {ErrorNumber::InvalidCall, u"none"_s};
+    }
+
+    QString folder;
+
+private:
+    QTemporaryDir m_temporary;
+};
+
+QByteArray AllBytes()
+{
+    QByteArray bytes;
+    for (int i = 0; i < 256; ++i)
+        bytes += char(i);
+    return bytes;
+}
+
+QString System(int error)
+{
+    return QString::fromLocal8Bit(std::strerror(error));
+}
+
+} // namespace
+
+TEST(TextEncodings, AsciiAndEmptyTextsAreUtf8)
+{
+    for (const QByteArray &bytes : {""_ba, "instr 1\r\n"_ba, QByteArray("a\0b", 3)}) {
+        const DecodedText decoded = DecodeText(bytes);
+        EXPECT_EQ(decoded.encoding, Utf8);
+        EXPECT_EQ(decoded.text, QString::fromLatin1(bytes));
+        TextEncoding encoding = decoded.encoding;
+        EXPECT_EQ(EncodeText(decoded.text, encoding), bytes);
+    }
+}
+
+TEST(TextEncodings, ByteOrderMarkIsRememberedAndNoPartOfTheText)
+{
+    const QByteArray mark = "\xEF\xBB\xBF";
+    for (const auto &[bytes, text] :
+         {std::pair(mark, u""_s), std::pair(mark + "x", u"x"_s), std::pair(mark + mark + "x", u"\uFEFFx"_s),
+          std::pair(mark + "\u00E9", u"\u00E9"_s)}) {
+        const DecodedText decoded = DecodeText(bytes);
+        EXPECT_EQ(decoded.encoding, Utf8WithMark);
+        EXPECT_EQ(decoded.text, text);
+        TextEncoding encoding = decoded.encoding;
+        EXPECT_EQ(EncodeText(text, encoding), bytes);
+        EXPECT_EQ(encoding, Utf8WithMark);
+    }
+    // A mark that does not begin the file is a character; half a mark is no UTF-8.
+    EXPECT_EQ(DecodeText("x" + mark).text, u"x\uFEFF"_s);
+    EXPECT_EQ(DecodeText("\xEF\xBB").encoding, Western);
+}
+
+TEST(TextEncodings, ValidUtf8OfEveryLength)
+{
+    const QByteArray bytes = "a\xC3\xA9\xE2\x82\xAC\xF0\x9D\x84\x9E\xF4\x8F\xBF\xBF\xEF\xBF\xBF\xEE\x80\x80z";
+    const DecodedText decoded = DecodeText(bytes);
+    EXPECT_EQ(decoded.encoding, Utf8);
+    EXPECT_EQ(decoded.text.size(), 10);
+    TextEncoding encoding = decoded.encoding;
+    EXPECT_EQ(EncodeText(decoded.text, encoding), bytes);
+}
+
+TEST(TextEncodings, BrokenUtf8IsWestern)
+{
+    const QByteArray broken[] = {
+        "\x80",                 // a following byte alone
+        "\xC3",                 // cut short
+        "abc\xC3",              //
+        "\xC3(",                // no following byte
+        "\xC0\xAF",             // longer than needed
+        "\xE0\x80\xAF",         //
+        "\xF0\x80\x80\xAF",     //
+        "\xED\xA0\x80",         // a surrogate
+        "\xED\xBF\xBF",         //
+        "\xF4\x90\x80\x80",     // beyond the last character
+        "\xF8\x88\x80\x80\x80", //
+        "\xFE",                 //
+        "\xFF\xFE"
+        "a", // UTF-16
+    };
+    for (const QByteArray &bytes : broken) {
+        const DecodedText decoded = DecodeText(bytes);
+        EXPECT_EQ(decoded.encoding, Western) << bytes.toHex().constData();
+        EXPECT_EQ(decoded.text.size(), bytes.size());
+        TextEncoding encoding = decoded.encoding;
+        EXPECT_EQ(EncodeText(decoded.text, encoding), bytes);
+        EXPECT_EQ(encoding, Western);
+    }
+}
+
+TEST(TextEncodings, WesternHasAll256Bytes)
+{
+    const QByteArray bytes = AllBytes();
+    const DecodedText decoded = DecodeText(bytes);
+    ASSERT_EQ(decoded.encoding, Western);
+    ASSERT_EQ(decoded.text.size(), 256);
+    const QString upper = QString::fromUtf16(
+        u"\u20AC\u0081\u201A\u0192\u201E\u2026\u2020\u2021\u02C6\u2030\u0160\u2039\u0152\u008D\u017D\u008F"
+        u"\u0090\u2018\u2019\u201C\u201D\u2022\u2013\u2014\u02DC\u2122\u0161\u203A\u0153\u009D\u017E\u0178");
+    for (int i = 0; i < 256; ++i)
+        EXPECT_EQ(decoded.text[i], i >= 0x80 && i < 0xA0 ? upper[i - 0x80] : QChar(i)) << i;
+    TextEncoding encoding = Western;
+    EXPECT_EQ(EncodeText(decoded.text, encoding), bytes);
+}
+
+TEST(TextEncodings, TextThatTheEncodingCannotHoldBecomesUtf8)
+{
+    TextEncoding encoding = Western;
+    EXPECT_EQ(EncodeText(u"\u00E9\u0416"_s, encoding), "\xC3\xA9\xD0\x96"_ba);
+    EXPECT_EQ(encoding, Utf8);
+    encoding = Western;
+    EXPECT_EQ(EncodeText(u"\u00E9"_s + QString::fromUcs4(U"\U0001D11E"), encoding),
+              "\xC3\xA9\xF0\x9D\x84\x9E"_ba);
+    EXPECT_EQ(encoding, Utf8);
+    encoding = Western;
+    EXPECT_EQ(EncodeText(u"plain"_s, encoding), "plain"_ba);
+    EXPECT_EQ(encoding, Western);
+}
+
+TEST(TextEncodings, WesternBytesThatLookLikeUtf8AreNotWritten)
+{
+    // These two characters are the bytes C3 A9, which would be read back as one.
+    TextEncoding encoding = Western;
+    const QString text = u"\u00C3\u00A9"_s;
+    EXPECT_EQ(DecodeText(EncodeText(text, encoding)).text, text);
+    EXPECT_EQ(encoding, Utf8);
+}
+
+TEST(TextEncodings, LoneSurrogatesAreReplaced)
+{
+    TextEncoding encoding = Utf8;
+    const char16_t units[] = {u'a', 0xD800, u'b', 0xDC00, 0xDFFF, 0xD834};
+    const QByteArray bytes = EncodeText(QString::fromUtf16(units, 6), encoding);
+    EXPECT_TRUE(bytes.isValidUtf8());
+    EXPECT_TRUE(bytes.startsWith('a'));
+    EXPECT_TRUE(bytes.contains('b'));
+}
+
+TEST(TextEncodings, AnyBytesComeBackAndAnyTextComesBack)
+{
+    QRandomGenerator random(1);
+    const QByteArray alphabet =
+        "ab\r\n\xC3\xA9\xE2\x82\xAC\x80\xEF\xBB\xBF\xF0\x9F\x98\x80\xED\xA0"_ba + '\0';
+    for (int round = 0; round < 20000; ++round) {
+        QByteArray bytes;
+        for (int i = random.bounded(12); i > 0; --i)
+            bytes += round % 2 ? alphabet[random.bounded(int(alphabet.size()))] : char(random.bounded(256));
+        DecodedText decoded = DecodeText(bytes);
+        EXPECT_EQ(EncodeText(decoded.text, decoded.encoding), bytes);
+
+        QString text;
+        const char16_t units[] = {u'a', u'\n', 0, 0xE9, 0xC3, 0xA9, 0x20AC, 0x0416, 0xFEFF, 0x9D, 0xFFFF};
+        for (int i = random.bounded(8); i > 0; --i)
+            text += QChar(units[random.bounded(int(std::size(units)))]);
+        for (TextEncoding encoding : {Utf8, Utf8WithMark, Western}) {
+            const QByteArray written = EncodeText(text, encoding);
+            const DecodedText again = DecodeText(written);
+            EXPECT_EQ(again.text, text) << written.toHex().constData();
+        }
+    }
+}
+
+TEST_F(TextFile, ReadsAFileWhole)
+{
+    EXPECT_EQ(ReadFileBytes(Put(u"empty"_s, "")), ""_ba);
+    EXPECT_EQ(ReadFileBytes(Put(u"all \"quoted\" \u00E9\n[x]"_s, AllBytes())), AllBytes());
+    const QByteArray large(20'000'000, 'x');
+    EXPECT_EQ(ReadFileBytes(Put(u"large"_s, large)), large);
+}
+
+TEST_F(TextFile, ReadsFilesThatDoNotTellTheirSize)
+{
+    EXPECT_TRUE(ReadFileBytes(u"/proc/self/status"_s).contains("VmSize"));
+}
+
+TEST_F(TextFile, RefusesWhatIsNoFileAndNeverWaits)
+{
+    QElapsedTimer timer;
+    timer.start();
+    EXPECT_EQ(ErrorOf([&] { ReadFileBytes(folder); }).Description(), u"It is a folder, not a file"_s);
+    ASSERT_EQ(mkfifo(Native(Path(u"pipe"_s)), 0644), 0);
+    EXPECT_EQ(ErrorOf([&] { ReadFileBytes(Path(u"pipe"_s)); }).Description(),
+              u"It is a named pipe, not a file"_s);
+    EXPECT_EQ(ErrorOf([&] { WriteFileBytes(Path(u"pipe"_s), "x"); }).Description(),
+              u"It is a named pipe, not a file"_s);
+    EXPECT_EQ(ErrorOf([] { ReadFileBytes(u"/dev/null"_s); }).Description(), u"It is a device, not a file"_s);
+    EXPECT_EQ(ErrorOf([] { ReadFileBytes(u"/dev/zero"_s); }).Description(), u"It is a device, not a file"_s);
+
+    const int made = socket(AF_UNIX, SOCK_STREAM, 0);
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    const QByteArray path = QFile::encodeName(Path(u"socket"_s));
+    ASSERT_LT(size_t(path.size()), sizeof address.sun_path);
+    std::memcpy(address.sun_path, path.constData(), size_t(path.size()));
+    ASSERT_EQ(bind(made, reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
+    EXPECT_EQ(ErrorOf([&] { ReadFileBytes(Path(u"socket"_s)); }).Description(),
+              u"It is a socket, not a file"_s);
+    close(made);
+    EXPECT_LT(timer.elapsed(), 2000);
+}
+
+TEST_F(TextFile, ReadingTellsTheSystemsReason)
+{
+    const RunTimeError missing = ErrorOf([&] { ReadFileBytes(Path(u"missing"_s)); });
+    EXPECT_EQ(missing.Number(), ErrorNumber::FileNotFound);
+    EXPECT_EQ(missing.Description(), System(ENOENT));
+    EXPECT_EQ(missing.Source(), Path(u"missing"_s));
+    const QString file = Put(u"file"_s, "x");
+    EXPECT_EQ(ErrorOf([&] { ReadFileBytes(file + u"/below"_s); }).Number(), ErrorNumber::PathNotFound);
+    EXPECT_EQ(ErrorOf([&] { ReadFileBytes(Path(u"a"_s) + QChar(0) + u'b'); }).Number(),
+              ErrorNumber::PathFileAccess);
+    EXPECT_EQ(ErrorOf([&] { ReadFileBytes(Path(QString(300, u'n'))); }).Description(), System(ENAMETOOLONG));
+    ASSERT_EQ(symlink("loop", Native(Path(u"loop"_s))), 0);
+    EXPECT_EQ(ErrorOf([&] { ReadFileBytes(Path(u"loop"_s)); }).Description(), System(ELOOP));
+    EXPECT_EQ(ErrorOf([&] { WriteFileBytes(Path(u"loop"_s), "x"); }).Description(), System(ELOOP));
+}
+
+TEST_F(TextFile, AFileWithoutReadPermissionIsRefused)
+{
+    const QString file = Put(u"secret"_s, "x");
+    ASSERT_EQ(chmod(Native(file), 0), 0);
+    EXPECT_TRUE(AsOrdinaryUser(folder, [&] {
+        const RunTimeError error = ErrorOf([&] { ReadFileBytes(file); });
+        EXPECT_EQ(error.Number(), ErrorNumber::PermissionDenied);
+        EXPECT_EQ(error.Description(), System(EACCES));
+    }));
+}
+
+TEST_F(TextFile, AFileBeyondAllTextsIsRefused)
+{
+    const QString file = Put(u"sparse"_s, "");
+    ASSERT_EQ(truncate(Native(file), 1LL << 40), 0);
+    EXPECT_EQ(ErrorOf([&] { ReadFileBytes(file); }).Description(), u"The file is too large"_s);
+}
+
+TEST_F(TextFile, WritesANewFileAsTheUserWantsNewFiles)
+{
+    const mode_t old = umask(027);
+    WriteFileBytes(Path(u"new"_s), AllBytes());
+    umask(old);
+    EXPECT_EQ(Content(Path(u"new"_s)), AllBytes());
+    EXPECT_EQ(Status(Path(u"new"_s)).st_mode & 07777, 0640u);
+    EXPECT_EQ(NamesIn(folder), QStringList{u"new"_s});
+}
+
+TEST_F(TextFile, WritesUnderNamesOfAnyCharactersAndFullLength)
+{
+    for (const QString &name :
+         {u"a\nb"_s, u"\"q\" 'x' $HOME `ls` ;&|"_s, u"-rf"_s, u"\u00E9\u0416"_s, QString(255, u'n')}) {
+        WriteFileBytes(Path(name), "1");
+        WriteFileBytes(Path(name), "22");
+        EXPECT_EQ(Content(Path(name)), "22"_ba);
+    }
+    EXPECT_EQ(NamesIn(folder).size(), 5);
+}
+
+TEST_F(TextFile, ReplacingKeepsPermissionsAttributesAndOwner)
+{
+    const QString file = Put(u"file"_s, "old");
+    if (geteuid() == 0) {
+        ASSERT_EQ(chown(Native(file), 65534, 65534), 0);
+    }
+    ASSERT_EQ(chmod(Native(file), 02751), 0);
+    const bool attributes = setxattr(Native(file), "user.note", "kept", 4, 0) == 0;
+    const struct stat before = Status(file);
+    WriteFileBytes(file, "new");
+    const struct stat after = Status(file);
+    EXPECT_EQ(Content(file), "new"_ba);
+    EXPECT_EQ(after.st_mode, before.st_mode);
+    EXPECT_EQ(after.st_uid, before.st_uid);
+    EXPECT_EQ(after.st_gid, before.st_gid);
+    EXPECT_NE(after.st_ino, before.st_ino) << "the file was not replaced in one step";
+    if (attributes) {
+        char value[8] = {};
+        EXPECT_EQ(getxattr(Native(file), "user.note", value, sizeof value), 4);
+        EXPECT_STREQ(value, "kept");
+    }
+    EXPECT_EQ(NamesIn(folder), QStringList{u"file"_s});
+}
+
+TEST_F(TextFile, LinksAreFollowed)
+{
+    const QString file = Put(u"file"_s, "old");
+    ASSERT_TRUE(QDir(folder).mkdir(u"sub"_s));
+    ASSERT_EQ(symlink("../file", Native(Path(u"sub/relative"_s))), 0);
+    ASSERT_EQ(symlink("sub/relative", Native(Path(u"chain"_s))), 0);
+    ASSERT_EQ(symlink(Native(file), Native(Path(u"absolute"_s))), 0);
+    for (const QString &link : {u"sub/relative"_s, u"chain"_s, u"absolute"_s}) {
+        WriteFileBytes(Path(link), link.toUtf8());
+        EXPECT_TRUE(S_ISLNK(Status(Path(link)).st_mode));
+        EXPECT_EQ(Content(file), link.toUtf8());
+    }
+}
+
+TEST_F(TextFile, ADanglingLinkMakesItsTarget)
+{
+    ASSERT_EQ(symlink("target", Native(Path(u"link"_s))), 0);
+    WriteFileBytes(Path(u"link"_s), "x");
+    EXPECT_TRUE(S_ISLNK(Status(Path(u"link"_s)).st_mode));
+    EXPECT_TRUE(S_ISREG(Status(Path(u"target"_s)).st_mode));
+    EXPECT_EQ(Content(Path(u"target"_s)), "x"_ba);
+    ASSERT_EQ(symlink("no/folder/here", Native(Path(u"nowhere"_s))), 0);
+    EXPECT_EQ(ErrorOf([&] { WriteFileBytes(Path(u"nowhere"_s), "x"); }).Number(), ErrorNumber::PathNotFound);
+}
+
+TEST_F(TextFile, HardLinksStayOneFile)
+{
+    const QString file = Put(u"file"_s, "old and longer");
+    ASSERT_EQ(link(Native(file), Native(Path(u"other"_s))), 0);
+    WriteFileBytes(file, "new");
+    EXPECT_EQ(Content(Path(u"other"_s)), "new"_ba);
+    EXPECT_EQ(Status(file).st_ino, Status(Path(u"other"_s)).st_ino);
+    EXPECT_EQ(NamesIn(folder), (QStringList{u"file"_s, u"other"_s}));
+}
+
+TEST_F(TextFile, AFolderIsNotWrittenOver)
+{
+    const RunTimeError error = ErrorOf([&] { WriteFileBytes(folder, "x"); });
+    EXPECT_EQ(error.Description(), u"It is a folder, not a file"_s);
+    EXPECT_EQ(ErrorOf([&] { WriteFileBytes(Path(u"missing/"_s), "x"); }).Number(), ErrorNumber::PathNotFound);
+    EXPECT_EQ(ErrorOf([] { WriteFileBytes({}, "x"); }).Number(), ErrorNumber::PathFileAccess);
+    EXPECT_EQ(ErrorOf([&] { WriteFileBytes(Path(u"a"_s) + QChar(0), "x"); }).Number(),
+              ErrorNumber::PathFileAccess);
+    EXPECT_EQ(NamesIn(folder), QStringList());
+}
+
+TEST_F(TextFile, AVanishedFolderIsTold)
+{
+    const RunTimeError error = ErrorOf([&] { WriteFileBytes(Path(u"gone/file.orc"_s), "x"); });
+    EXPECT_EQ(error.Number(), ErrorNumber::PathNotFound);
+    EXPECT_EQ(error.Description(), System(ENOENT));
+}
+
+TEST_F(TextFile, AFullDiskIsTold)
+{
+    for (const QString &name : {u"/dev/full"_s, Path(u"link"_s)}) {
+        if (name != u"/dev/full") {
+            ASSERT_EQ(symlink("/dev/full", Native(name)), 0);
+        }
+        const RunTimeError error = ErrorOf([&] { WriteFileBytes(name, "x"); });
+        EXPECT_EQ(error.Number(), ErrorNumber::DiskFull);
+        EXPECT_EQ(error.Description(), System(ENOSPC));
+    }
+    EXPECT_EQ(NamesIn(folder), QStringList{u"link"_s});
+}
+
+TEST_F(TextFile, AFileSizeLimitLeavesTheOldFileWholeAndTheProcessAlive)
+{
+    const QByteArray old(30000, 'o');
+    const QString file = Put(u"file"_s, old);
+    EXPECT_TRUE(WithFileSizeLimit(65536, [&] {
+        const RunTimeError error = ErrorOf([&] { WriteFileBytes(file, QByteArray(1'000'000, 'n')); });
+        EXPECT_EQ(error.Number(), ErrorNumber::DiskFull);
+        EXPECT_EQ(error.Description(), System(EFBIG));
+        EXPECT_EQ(ErrorOf([&] { WriteFileBytes(Path(u"new"_s), QByteArray(65537, 'n')); }).Number(),
+                  ErrorNumber::DiskFull);
+        WriteFileBytes(Path(u"fits"_s), QByteArray(65536, 'f'));
+    }));
+    EXPECT_EQ(Content(file), old);
+    EXPECT_EQ(NamesIn(folder), (QStringList{u"file"_s, u"fits"_s}));
+}
+
+TEST_F(TextFile, AFileSizeLimitInPlacePutsTheOldBytesBack)
+{
+    const QByteArray old(30000, 'o');
+    const QString file = Put(u"file"_s, old);
+    // The folder takes no second file, so that the bytes are written in place.
+    ASSERT_EQ(chmod(Native(folder), 0555), 0);
+    EXPECT_TRUE(AsOrdinaryUser(folder, [&] {
+        ASSERT_TRUE(WithFileSizeLimit(65536, [&] {
+            EXPECT_EQ(ErrorOf([&] { WriteFileBytes(file, QByteArray(1'000'000, 'n')); }).Description(),
+                      System(EFBIG));
+        }));
+    }));
+    EXPECT_EQ(Content(file), old);
+}
+
+TEST_F(TextFile, AReadOnlyFileIsNotReplaced)
+{
+    const QString file = Put(u"file"_s, "old");
+    ASSERT_EQ(chmod(Native(file), 0444), 0);
+    EXPECT_TRUE(AsOrdinaryUser(folder, [&] {
+        const RunTimeError error = ErrorOf([&] { WriteFileBytes(file, "new"); });
+        EXPECT_EQ(error.Number(), ErrorNumber::PermissionDenied);
+        EXPECT_EQ(error.Description(), System(EACCES));
+    }));
+    EXPECT_EQ(Content(file), "old"_ba);
+    EXPECT_EQ(NamesIn(folder), QStringList{u"file"_s});
+}
+
+TEST_F(TextFile, AReadOnlyFolderTakesNoNewFileButKeepsItsFilesWritable)
+{
+    const QString file = Put(u"file"_s, "old");
+    ASSERT_EQ(chmod(Native(folder), 0555), 0);
+    const struct stat before = Status(file);
+    EXPECT_TRUE(AsOrdinaryUser(folder, [&] {
+        EXPECT_EQ(ErrorOf([&] { WriteFileBytes(Path(u"new"_s), "x"); }).Number(),
+                  ErrorNumber::PermissionDenied);
+        WriteFileBytes(file, "longer than before");
+        EXPECT_EQ(Content(file), "longer than before"_ba);
+        WriteFileBytes(file, "short");
+        EXPECT_EQ(Content(file), "short"_ba);
+        WriteFileBytes(file, "");
+        EXPECT_EQ(Content(file), ""_ba);
+        WriteFileBytes(file, AllBytes());
+    }));
+    EXPECT_EQ(Content(file), AllBytes());
+    EXPECT_EQ(Status(file).st_ino, before.st_ino);
+    EXPECT_EQ(NamesIn(folder), QStringList{u"file"_s});
+}
+
+TEST_F(TextFile, AnotherUsersFileInASharedFolderIsWrittenInPlace)
+{
+    if (geteuid() != 0)
+        GTEST_SKIP() << "needs two users";
+    const QString file = Put(u"file"_s, "old");
+    ASSERT_TRUE(AsOrdinaryUser(folder, [] {})); // gives the folder away
+    for (const mode_t mode : {0777, 01777}) {
+        ASSERT_EQ(chown(Native(file), 0, 0), 0);
+        ASSERT_EQ(chown(Native(folder), 0, 0), 0);
+        ASSERT_EQ(chmod(Native(file), 0666), 0);
+        ASSERT_EQ(chmod(Native(folder), mode), 0);
+        EXPECT_TRUE(ChildSucceeded(StartChild([&] {
+            ASSERT_EQ(setgid(65534), 0);
+            ASSERT_EQ(setuid(65534), 0);
+            WriteFileBytes(file, "new " + QByteArray::number(mode));
+        })));
+        EXPECT_EQ(Content(file), "new " + QByteArray::number(mode));
+        EXPECT_EQ(Status(file).st_uid, 0u);
+        EXPECT_EQ(Status(file).st_mode & 07777, 0666u);
+        EXPECT_EQ(NamesIn(folder), QStringList{u"file"_s});
+    }
+}
+
+TEST_F(TextFile, AKilledSaveLeavesOneOfTheTwoTexts)
+{
+    const QByteArray old(3'000'000, 'o'), made(3'000'000, 'n');
+    const QString file = Put(u"file"_s, old);
+    QRandomGenerator random(5);
+    for (int round = 0; round < 40; ++round) {
+        const pid_t child = StartChild([&] {
+            for (int i = 0;; ++i)
+                WriteFileBytes(file, i % 2 ? old : made);
+        });
+        usleep(random.bounded(200, 20000));
+        kill(child, SIGKILL);
+        EXPECT_FALSE(ChildSucceeded(child));
+        const QByteArray found = Content(file);
+        EXPECT_TRUE(found == old || found == made) << found.size();
+    }
+}
+
+TEST_F(TextFile, WholeTextHelpers)
+{
+    EXPECT_EQ(ReadTextFile({}), QString());
+    EXPECT_FALSE(WriteTextFile({}, u"x"_s));
+    EXPECT_TRUE(WriteTextFile(Path(u"text"_s), u"no line end \u00E9"_s));
+    EXPECT_EQ(Content(Path(u"text"_s)), "no line end \xC3\xA9"_ba);
+    EXPECT_EQ(ReadTextFile(Path(u"text"_s)), u"no line end \u00E9"_s);
+    EXPECT_EQ(ReadTextFile(Put(u"old"_s, "\xE9")), u"\u00E9"_s);
+    EXPECT_THROW(WriteTextFile(Path(u"gone/text"_s), u"x"_s), RunTimeError);
+    EXPECT_THROW(ReadTextFile(Path(u"gone/text"_s)), RunTimeError);
+}
