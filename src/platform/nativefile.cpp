@@ -480,8 +480,14 @@ NativeFile ReplaceLockedFile(const QString &name, const QByteArray &bytes)
         Fail(errno, name);
 
     constexpr int flags = O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
-    ::unlink(temporary.constData());
-    NativeFile file(Retry([&] { return ::open(temporary.constData(), flags, 0600); }));
+    const auto open = [&] {
+        return NativeFile(Retry([&] { return ::open(temporary.constData(), flags, 0600); }));
+    };
+    NativeFile file = open();
+    if (!file.IsOpen() && errno == EEXIST) {
+        ::unlink(temporary.constData());
+        file = open();
+    }
     if (!file.IsOpen())
         Fail(errno, name);
     int error = WriteAll(file.Descriptor(), bytes);

@@ -215,21 +215,19 @@ public:
 
     bool Matches(QByteArrayView written) const
     {
-        // Nearly all names are plain, and most differ in their length.
-        bool plain = true;
-        for (const char byte : written)
-            plain = plain && byte != '\\' && (byte & 0x80) == 0;
-        if (!plain)
-            return Fold(DecodeEscapes(written)) == m_folded;
-        if (written.size() != m_folded.size())
-            return false;
+        // Up to the first escape or foreign letter, bytes and folded characters go in step; most names differ
+        // there.
+        const char *bytes = written.data();
+        const char16_t *folded = reinterpret_cast<const char16_t *>(m_folded.utf16());
         for (qsizetype i = 0; i < written.size(); ++i) {
-            const char byte = written[i];
+            const char byte = bytes[i];
+            if (byte == '\\' || (byte & 0x80) != 0)
+                return Fold(DecodeEscapes(written)) == m_folded;
             const char lower = byte >= 'A' && byte <= 'Z' ? char(byte + ('a' - 'A')) : byte;
-            if (m_folded[i] != QLatin1Char(lower))
+            if (i == m_folded.size() || folded[i] != char16_t(lower))
                 return false;
         }
-        return true;
+        return written.size() == m_folded.size();
     }
 
 private:
@@ -454,6 +452,16 @@ void ProfileFile::Change(const std::function<QByteArray(const QByteArray &)> &ed
 void ProfileFile::SetValue(QStringView section, QStringView key, QStringView value)
 {
     Change([&](const QByteArray &bytes) { return WithValue(bytes, section, key, value); });
+}
+
+void ProfileFile::SetValues(QStringView section, const std::vector<std::pair<QString, QString>> &entries)
+{
+    Change([&](const QByteArray &bytes) {
+        QByteArray result = bytes;
+        for (const auto &[key, value] : entries)
+            result = WithValue(result, section, key, value);
+        return result;
+    });
 }
 
 void ProfileFile::RemoveKey(QStringView section, QStringView key)

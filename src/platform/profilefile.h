@@ -44,6 +44,8 @@ public:
     /// Writers throw RunTimeError when the file cannot be read or written; it is then as it was. What changes
     /// nothing writes nothing.
     void SetValue(QStringView section, QStringView key, QStringView value);
+    /// Several keys of a section in one step.
+    void SetValues(QStringView section, const std::vector<std::pair<QString, QString>> &entries);
     void RemoveKey(QStringView section, QStringView key);
     /// Comments and lines that are not understood stay behind.
     void RemoveSection(QStringView section);

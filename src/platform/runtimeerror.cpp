@@ -7,7 +7,9 @@ namespace zelvane
 {
 
 RunTimeError::RunTimeError(ErrorNumber number, const QString &description, const QString &source)
-    : m_number(number), m_description(description), m_source(source.isEmpty() ? ApplicationTitle() : source),
+    : m_number(number),
+      m_description(description),
+      m_source(source.isEmpty() ? ApplicationTitle() : source),
       m_what(description.toUtf8())
 {
 }

@@ -16,8 +16,11 @@ void AddItem(SettingsStore &settings, const QString &text, const QString &sectio
         if (!item.isEmpty() && item.compare(text, sensitivity) != 0)
             items.append(item);
     }
+    // In one step: half a list would have lost an entry.
+    std::vector<std::pair<QString, QString>> entries;
     for (int key = 1; key <= count && key <= items.size(); ++key)
-        settings.SaveSetting(section, QString::number(key), items[key - 1]);
+        entries.emplace_back(QString::number(key), items[key - 1]);
+    settings.SaveSettings(section, entries);
 }
 
 } // namespace

@@ -27,6 +27,12 @@ void SettingsStore::SaveSetting(const QString &section, const QString &key, cons
     m_file->SetValue(section, key, value);
 }
 
+void SettingsStore::SaveSettings(const QString &section,
+                                 const std::vector<std::pair<QString, QString>> &entries)
+{
+    m_file->SetValues(section, entries);
+}
+
 std::vector<std::pair<QString, QString>> SettingsStore::GetAllSettings(const QString &section) const
 {
     return m_file->Entries(section);

@@ -32,6 +32,9 @@ public:
     QString GetSetting(const QString &section, const QString &key, const QString &fallback = {}) const;
     /// Creates section and key as needed. @throws RunTimeError when the store cannot be written
     void SaveSetting(const QString &section, const QString &key, const QString &value);
+    /// Saves several keys of a section in one step: faster, and a process that is killed meanwhile has saved
+    /// all or none.
+    void SaveSettings(const QString &section, const std::vector<std::pair<QString, QString>> &entries);
     /// All keys of a section with their values, in order of creation.
     std::vector<std::pair<QString, QString>> GetAllSettings(const QString &section) const;
     /// Removes a key; nothing happens when it is absent. @throws RunTimeError when the store cannot be
