@@ -39,7 +39,7 @@ QString FromUtf8(QByteArrayView bytes)
     return QChar(QChar::ByteOrderMark) + FromUtf8(bytes.sliced(3));
 }
 
-/// Text to UTF-8, with every line end one LF. Half a pair becomes the replacement character.
+/// Text to UTF-8, with every line end one LF. Half a pair becomes a question mark.
 QByteArray ToUtf8(const QString &text)
 {
     QByteArray bytes = text.toUtf8();
@@ -567,7 +567,6 @@ void TextControl::Modified(int position, int type, int length)
         m_redoStyles.Clear();
         if (type & SC_STARTACTION) {
             m_steps.Push({m_kind, m_commandGroup ? m_caretBeforeCommand : m_caretBeforeEdit, {}});
-            m_stepOpen = true;
         }
         m_stepOpen = true;
     } else if (type & SC_LASTSTEPINUNDOREDO) {
@@ -675,6 +674,7 @@ void TextControl::EndCommand()
         return;
     CloseCommandGroup();
     Settle();
+    m_stepOpen = false;
 }
 
 void TextControl::CloseCommandGroup()

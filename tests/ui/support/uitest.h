@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QApplication>
+#include <QPointer>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+namespace zelvane::test
+{
+
+/// Closes a modal dialog that nobody has answered for some seconds, and fails the running test: without it a
+/// test that meets an unexpected dialog would hang.
+class ModalWatchdog : public QObject
+{
+public:
+    /// @param patience milliseconds that one dialog may stay open
+    explicit ModalWatchdog(int patience = 10000);
+
+private:
+    void Look();
+
+    int m_patience;
+    int m_waited = 0;
+    QPointer<QWidget> m_seen;
+    QTimer m_timer;
+};
+
+/// Settings, home, runtime and program folder of one test program, in a folder that goes with it; C locale.
+class OwnFolders
+{
+public:
+    OwnFolders();
+
+private:
+    QTemporaryDir m_home;
+};
+
+/// 1 when an expectation of the scripted desktop failed outside QtTest's own count, else `result`.
+int WithScriptedFailures(int result);
+
+/// The main function of a window test: folders of its own, an application, the watchdog, and the test object.
+template <typename Test> int RunUiTest(int argc, char **argv)
+{
+    const OwnFolders folders;
+    QApplication application(argc, argv);
+    ModalWatchdog watchdog;
+    Test test;
+    return WithScriptedFailures(QTest::qExec(&test, argc, argv));
+}
+
+} // namespace zelvane::test
