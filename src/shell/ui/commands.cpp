@@ -3,6 +3,9 @@
 
 #include "shell/errorreport.h"
 
+#include <QPointer>
+#include <QScopeGuard>
+
 namespace zelvane
 {
 
@@ -43,7 +46,20 @@ void Commands::Run(const QString &name, int index)
         return;
     // A copy: a command may bind anew what is running.
     const Handler handler = *found;
+    if (m_before)
+        m_before();
+    // The command may have closed the window.
+    const auto after = qScopeGuard([self = QPointer<Commands>(this)] {
+        if (self && self->m_after)
+            self->m_after();
+    });
     Guard([&] { handler(index); });
+}
+
+void Commands::Around(std::function<void()> before, std::function<void()> after)
+{
+    m_before = std::move(before);
+    m_after = std::move(after);
 }
 
 void Commands::Guard(const std::function<void()> &work)

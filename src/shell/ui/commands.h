@@ -35,6 +35,9 @@ public:
 
     /// Runs the handler; nothing happens when there is none. A RunTimeError ends in ReportError.
     void Run(const QString &name, int index = 0);
+    /// Work done before and after each command, so that the text takes all edits of one as one undo step. The
+    /// pairs nest where a command runs another.
+    void Around(std::function<void()> before, std::function<void()> after);
     /// Runs work that belongs to no row (a step of the start, a drop, a wake-up), with the same report of a
     /// failure.
     void Guard(const std::function<void()> &work);
@@ -65,6 +68,8 @@ private:
     void Refresh(const Key &key);
 
     Desktop &m_desktop;
+    std::function<void()> m_before;
+    std::function<void()> m_after;
     std::map<Key, Handler> m_handlers;
     std::map<QString, Handler> m_arrayHandlers;
     std::map<Key, QAction *> m_actions;

@@ -244,6 +244,7 @@ void frmEditor::ConnectText()
     hooks.runCommand = [this](const QString &name, int index) { m_commands->Run(name, index); };
     hooks.reportError = [this](const RunTimeError &error) { ReportError(m_desktop, error); };
     TxtEdit->SetHooks(std::move(hooks));
+    m_commands->Around([this] { TxtEdit->BeginCommand(); }, [this] { TxtEdit->EndCommand(); });
 
     connect(TxtEdit, &TextControl::textChanged, this, [this] {
         m_documents.TextChanged();
