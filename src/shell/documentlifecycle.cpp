@@ -13,6 +13,7 @@
 #include <new>
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <QScopeGuard>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -31,6 +32,9 @@ QString UnifiedSkeleton()
            "</CsoundSynthesizer>"_s;
 }
 
+/// In bytes: offsets in the text are 32-bit numbers in many places.
+constexpr qint64 LargestFile = std::numeric_limits<qint32>::max();
+
 /// The text of a file as the text control holds it, with what was found out about it.
 struct LoadedText {
     QString text = {};
@@ -42,9 +46,9 @@ LoadedText LoadTextFile(const QString &name)
 {
     // The raw bytes are gone when the text is converted: of a large file little is held twice.
     try {
-        DecodedText decoded = DecodeText(ReadFileBytes(name));
-        if (decoded.text.size() > std::numeric_limits<qint32>::max())
+        if (QFileInfo(name).size() > LargestFile)
             throw std::bad_alloc();
+        DecodedText decoded = DecodeText(ReadFileBytes(name));
         LoadedText loaded{.encoding = decoded.encoding, .form = DetectPlatform(decoded.text)};
         loaded.text = loaded.form == LineEndForm::Mac ? MacToUnix(std::move(decoded.text))
                                                       : ToLineFeeds(std::move(decoded.text));
@@ -82,6 +86,11 @@ void DocumentLifecycle::OpenFile(const QString &quotedName, OpenOrigin origin)
         return;
     bool loaded = false;
     try {
+        auto putBack = qScopeGuard([this] {
+            m_view.ShowText();
+            m_status.Show({});
+            m_view.SetBusy(false);
+        });
         m_view.SetBusy(true);
         m_status.Show(u"Loading..."_s);
         m_view.navBeforeOpen();
@@ -107,10 +116,9 @@ void DocumentLifecycle::OpenFile(const QString &quotedName, OpenOrigin origin)
             MRUsalva();
         m_view.navAfterOpen();
         m_view.SetBusy(false);
+        putBack.dismiss();
     } catch (const RunTimeError &error) {
         // Loading and Modified stay as the failure found them, so the next question about the text is asked.
-        m_view.ShowText();
-        m_view.SetBusy(false);
         if (loaded)
             throw;
         m_desktop.MessageBox({.text = u"Unable to open "_s + name + u".\n\n"_s + error.Description(),

@@ -2,6 +2,7 @@
 #include "platform/runtimeerror.h"
 #include "support/lifecyclefixture.h"
 
+#include <new>
 #include <QFile>
 #include <QFileInfo>
 #include <utility>
@@ -188,6 +189,7 @@ TEST_F(OpenFile, AFailedLoadLeavesTheOldDocument)
     EXPECT_TRUE(view.textShown);
     EXPECT_TRUE(view.enabled.empty());
     EXPECT_EQ(view.recentFiles, QStringList{path});
+    EXPECT_EQ(status.text, u""_s) << "nothing is loading any more";
     EXPECT_EQ(view.calls.last(), u"ready"_s);
 }
 
@@ -297,6 +299,16 @@ TEST_F(OpenFile, AVeryLongLineLoads)
     EXPECT_EQ(document.CurrentPlatform, LineEndForm::Pc);
 }
 
+TEST_F(OpenFile, AFileBeyondTheOffsetsIsRefused)
+{
+    const QString path = context.WriteFile(u"x.orc"_s);
+    if (!QFile::resize(path, (1LL << 31) + 1))
+        GTEST_SKIP() << "the disk holds no file of this size";
+    desktop.ExpectMessage(UnableToOpen(path, u"Out of memory"_s));
+    documents.OpenFile(path);
+    EXPECT_EQ(document.CurrentFile, u""_s);
+}
+
 TEST_F(OpenFile, AVeryLargeFileOfNulBytesLoads)
 {
     const QString path = context.WriteFile(u"x.orc"_s);
@@ -318,6 +330,15 @@ TEST_F(OpenFile, AFailureBehindTheLoadIsReportedByTheCaller)
     EXPECT_FALSE(view.busy);
     EXPECT_TRUE(document.Loading);
     EXPECT_TRUE(document.Modified);
+}
+
+TEST_F(OpenFile, NoFailureLeavesTheTextHidden)
+{
+    const QString path = context.WriteFile(u"x.orc"_s, "new");
+    text.beforeLoad = [] { throw std::bad_alloc(); };
+    EXPECT_THROW(documents.OpenFile(path), std::bad_alloc);
+    EXPECT_TRUE(view.textShown);
+    EXPECT_FALSE(view.busy);
 }
 
 TEST_F(OpenFile, TheOldTextStandsUntilTheNewOneIsDecoded)
