@@ -57,12 +57,12 @@ InstanceLink::~InstanceLink()
     }
 }
 
-QString InstanceLink::RealmOf(const QString &settingsFile)
+QString InstanceLink::RealmOf(const QString &settingsFolder)
 {
     QString display = qEnvironmentVariable("DISPLAY");
     if (const auto screen = display.lastIndexOf(u'.'); screen > display.lastIndexOf(u':'))
         display.truncate(screen);
-    return QStringList{QFileInfo(settingsFile).absoluteFilePath(), qEnvironmentVariable("WAYLAND_DISPLAY"),
+    return QStringList{QFileInfo(settingsFolder).absoluteFilePath(), qEnvironmentVariable("WAYLAND_DISPLAY"),
                        display}
         .join(u'\n');
 }

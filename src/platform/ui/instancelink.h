@@ -26,8 +26,8 @@ public:
     explicit InstanceLink(const QString &realm, QObject *parent = nullptr);
     ~InstanceLink() override;
 
-    /// The realm of this process: the file of its settings store, and its display.
-    static QString RealmOf(const QString &settingsFile);
+    /// The realm of this process: the folder of its settings store, and its display.
+    static QString RealmOf(const QString &settingsFolder);
 
     /// Finds a running editor and opens the way to it; of several, the one whose window was last active.
     /// Sockets that killed editors left are removed on the way.

@@ -55,15 +55,10 @@ void ActivateX11Window(xcb_connection_t *connection, xcb_window_t window)
 
 } // namespace
 
-QByteArray TakeActivationToken()
+QByteArray ActivationToken()
 {
-    QByteArray token;
-    for (const char *name : {X11Token, WaylandToken}) { // the second one is the newer
-        if (qEnvironmentVariableIsSet(name))
-            token = qgetenv(name);
-        qunsetenv(name);
-    }
-    return token;
+    const QByteArray token = qgetenv(WaylandToken);
+    return token.isEmpty() ? qgetenv(X11Token) : token;
 }
 
 void UseActivationToken(const QByteArray &token)
@@ -90,7 +85,8 @@ void RaiseWindow(QWidget &window)
     if (xcb_connection_t *connection = X11Connection())
         ActivateX11Window(connection, xcb_window_t(active.winId()));
 #endif
-    qunsetenv(WaylandToken); // it is good for one use
+    for (const char *used : {WaylandToken, X11Token}) // good for one use, and not for programs started later
+        qunsetenv(used);
 }
 
 void FlushWindowSystem()

@@ -8,10 +8,10 @@ class QWidget;
 namespace zelvane
 {
 
-/// The desktop's leave to bring a window to the front, as the launcher gave it to this process in its
-/// environment; empty when it gave none. Taken out of the environment, so that no program started later uses
-/// it up.
-QByteArray TakeActivationToken();
+/// The desktop's leave to bring a window to the front, as the launcher put it into the environment; empty
+/// when it gave none. To be asked before the application object is made, which takes it for a window of this
+/// process.
+QByteArray ActivationToken();
 
 /// Makes a token that another process gave the one that the next RaiseWindow uses.
 void UseActivationToken(const QByteArray &token);

@@ -1,0 +1,166 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/programfolder.h"
+#include "platform/runtimeerror.h"
+#include "platform/ui/instancelink.h"
+#include "platform/ui/qtdesktop.h"
+#include "platform/ui/raisewindow.h"
+#include "shell/commandline.h"
+#include "shell/errorreport.h"
+#include "shell/settings.h"
+#include "shell/startup.h"
+#include "shell/ui/formsplash.h"
+#include "shell/ui/frmeditor.h"
+
+#include <clocale>
+#include <functional>
+#include <memory>
+#include <new>
+#include <QApplication>
+#include <QIcon>
+#include <QScopeGuard>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace zelvane;
+
+namespace
+{
+
+/// The application object. No failure leaves its event loop: what an event handler throws is told to the
+/// user, and the program goes on.
+class Application : public QApplication
+{
+public:
+    Application(int &argc, char **argv) : QApplication(argc, argv)
+    {
+        std::setlocale(LC_NUMERIC, "C"); // numbers in files are the same in every country
+        setApplicationName(u"zelvane"_s);
+        setApplicationVersion(ProgramVersion());
+        setDesktopFileName(u"zelvane"_s);
+        setWindowIcon(QIcon(u":/zelvane/icons/zelvane.svg"_s));
+    }
+
+    QtDesktop &TheDesktop() { return m_desktop; }
+
+    bool notify(QObject *receiver, QEvent *event) override
+    {
+        bool handled = false;
+        Guard([&] { handled = QApplication::notify(receiver, event); });
+        return handled;
+    }
+
+    /// Runs a piece of work and reports what it throws. @return whether it came to its end
+    bool Guard(const std::function<void()> &work)
+    {
+        try {
+            work();
+            return true;
+        } catch (const RunTimeError &error) {
+            Report(error);
+        } catch (const std::bad_alloc &) {
+            Report(RunTimeError(ErrorNumber::OutOfMemory, u"Out of memory"_s));
+        } catch (const std::exception &error) {
+            Report(RunTimeError(ErrorNumber::InvalidCall, QString::fromLocal8Bit(error.what())));
+        }
+        return false;
+    }
+
+private:
+    void Report(const RunTimeError &error)
+    {
+        qWarning("%s", error.what());
+        if (m_reporting)
+            return; // the report is on the screen; a handler that fails again and again is told once
+        m_reporting = true;
+        const auto done = qScopeGuard([this] { m_reporting = false; });
+        try {
+            ReportError(m_desktop, error);
+        } catch (const RunTimeError &second) {
+            qWarning("%s", second.what()); // the report's own fall-back, the clipboard, has failed
+        }
+    }
+
+    QtDesktop m_desktop;
+    bool m_reporting = false;
+};
+
+/// The hand-over: a running editor gets the command line, and this process may end.
+bool HandedOver(const CommandLine &command, SettingsStore &settings, InstanceLink &link,
+                const QByteArray &token)
+{
+    if (!MayHandOver(command, settings) || !link.FindRunning())
+        return false;
+    PutHandOver(command, settings);
+    if (link.Notify(token))
+        return true;
+    // It has ended just now: this process opens the file itself, and takes its mail back.
+    settings.DeleteSetting(QString::fromUtf16(Sections::Options), Keys::Open.name);
+    return false;
+}
+
+int RunEditor(Application &application, const CommandLine &command, const QByteArray &token)
+{
+    SettingsStore settings;
+    InstanceLink link(InstanceLink::RealmOf(ConfigFolder()));
+    bool handedOver = false;
+    application.Guard([&] { handedOver = HandedOver(command, settings, link, token); });
+    if (handedOver)
+        return 0;
+
+    std::unique_ptr<FormSplash> splash;
+    application.Guard([&] {
+        if (!settings.Flag(Keys::Splash))
+            return;
+        splash = std::make_unique<FormSplash>();
+        splash->ShowNow();
+    });
+
+    std::unique_ptr<frmEditor> editor;
+    const bool loaded = application.Guard([&] {
+        editor = std::make_unique<frmEditor>(settings, application.TheDesktop(), command);
+        if (splash)
+            splash->SetOwner(*editor);
+        QObject::connect(editor.get(), &frmEditor::Activated, &link, &InstanceLink::MarkRecent);
+        // From here on others find this editor. What they hand over waits until it has a document of its own.
+        link.Listen();
+        editor->show();
+        editor->repaint();
+    });
+    if (!loaded)
+        return 1;
+
+    const auto ready = [&] {
+        splash.reset();
+        link.SetHandler([&] { editor->HandOver(); });
+    };
+    application.Guard([&] { editor->Init(ready); });
+    ready(); // also when Init has ended in a report
+    return QApplication::exec();
+}
+
+} // namespace
+
+/// Main: the command line alone decides which of three programs this process is.
+int main(int argc, char **argv)
+{
+    const QByteArray token = ActivationToken();
+    Application application(argc, argv);
+    const CommandLine command(QCoreApplication::arguments().mid(1));
+
+    const auto notHere = [&](const QString &what) {
+        application.TheDesktop().MessageBox(
+            {.text = what + u" is not part of this version of "_s + ApplicationTitle() + u"."_s,
+             .icon = BoxIcon::Information});
+        return 0;
+    };
+    switch (command.Form()) {
+    case StartForm::QuickPreset:
+        return notHere(u"The preset chooser"_s);
+    case StartForm::RunCsound:
+        return command.Document().isEmpty() ? 0 : notHere(u"The Run Csound dialog"_s);
+    case StartForm::NewInstance:
+    case StartForm::Document:
+    case StartForm::Nothing:
+        break;
+    }
+    return RunEditor(application, command, token);
+}
