@@ -1,0 +1,195 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""A second start hands its file over to the running editor, and ends."""
+
+import os
+import signal
+
+from support.stage import Failure, check, copy_example, equal, main
+
+STORE = """[Options]
+Used=2
+Splash=0
+Startup=2
+"""
+
+
+def open_editor(stage, *arguments, title=None):
+    editor = stage.start(*arguments)
+    return editor, editor.window(title or (lambda text: text.startswith("Zelvane")))
+
+
+def shows(stage, window, path):
+    stage.until(lambda: str(path) in window.title(), lambda: f"{path} in the window; it shows {window.title()!r}")
+
+
+def second_process_hands_over_and_ends(stage):
+    stage.write_store(STORE)
+    first = copy_example(stage, "pluck.csd")
+    second = copy_example(stage, "oscil.csd", "a second piece")
+    editor, window = open_editor(stage, first)
+    shows(stage, window, first)
+    stage.output("xdotool", "windowminimize", window.number)
+    stage.until(lambda: "HIDDEN" in window.state(), "the minimized window")
+
+    equal(stage.start(second).ended(), 0, "exit code of the second process")
+    shows(stage, window, second)
+    stage.until(window.is_active, "the window in front")
+    check("HIDDEN" not in window.state(), "the window is out of the task bar")
+    stage.until(lambda: stage.setting("Open") is None, "the empty mailbox")
+
+    # Without a file the window comes to the front, and shows what it showed.
+    stage.output("xdotool", "windowminimize", window.number)
+    stage.until(lambda: "HIDDEN" in window.state(), "the minimized window")
+    equal(stage.start().ended(), 0, "exit code of the third process")
+    stage.until(window.is_active, "the window in front")
+    shows(stage, window, second)
+    equal(len(stage.windows_of(editor.pid)), 1, "windows of the editor")
+    window.screenshot("handed-over")
+    editor.close(window)
+
+
+def window_of_another_program_does_not_hold_it_back(stage):
+    stage.write_store(STORE)
+    first = copy_example(stage, "pluck.csd")
+    second = copy_example(stage, "oscil.csd")
+    editor, window = open_editor(stage, first)
+    # An editor of another store stands for another program: the user works there.
+    other_config = stage.folder / "other"
+    (other_config / "zelvane").mkdir(parents=True)
+    (other_config / "zelvane" / "settings").write_text(STORE)
+    stage.environment["XDG_CONFIG_HOME"] = str(other_config)
+    other, cover = open_editor(stage)
+    stage.environment["XDG_CONFIG_HOME"] = str(stage.folder / "config")
+    cover.activate()
+    cover.type("working")
+    equal(stage.start(second).ended(), 0, "exit code")
+    shows(stage, window, second)
+    stage.until(window.is_active, "the window in front")
+    check(str(second) not in cover.title(), "the editor of another store has opened the file")
+
+
+def relative_path_means_the_second_process_folder(stage):
+    stage.write_store(STORE)
+    piece = copy_example(stage, "oscil.csd", "folder with blanks")
+    editor, window = open_editor(stage, "/i")
+    equal(window.title(), "Zelvane", "the bare caption of a new instance")
+    equal(stage.start("folder with blanks/oscil.csd").ended(), 0, "exit code")
+    shows(stage, window, piece)
+    os.rename(piece, piece.with_name("gone.csd"))
+    equal(stage.start(piece).ended(), 0, "the file is not checked by the second process")
+    box = editor.window(lambda title: title != window.title())
+    box.screenshot("handed-over-missing")
+    box.keys("Return")
+    editor.close(window)
+
+
+def three_at_once(stage):
+    stage.write_store(STORE)
+    first = copy_example(stage, "pluck.csd")
+    pieces = [copy_example(stage, name, "three") for name in ("oscil.csd", "vco2.csd", "reson.csd")]
+    editor, window = open_editor(stage, first)
+    for round_number in range(5):
+        senders = [stage.start(piece) for piece in pieces]
+        for sender in senders:
+            equal(sender.ended(), 0, f"exit code in round {round_number}")
+        stage.until(
+            lambda: any(str(piece) in window.title() for piece in pieces), lambda: f"one of them; {window.title()!r}"
+        )
+        stage.until(lambda: stage.setting("Open") is None, "the empty mailbox")
+        check(editor.runs(), "the editor has gone")
+        equal(len(stage.windows_of(editor.pid)), 1, "windows of the editor")
+    editor.close(window)
+
+
+def killed_editor_is_not_waited_for(stage):
+    stage.write_store(STORE)
+    piece = copy_example(stage, "pluck.csd")
+    editor, _ = open_editor(stage)
+    os.kill(editor.pid, signal.SIGKILL)
+    editor.ended()
+    second, window = open_editor(stage, piece)
+    shows(stage, window, piece)
+    second.close(window)
+    equal(list((stage.folder / "run").rglob("*.recent")), [], "what killed editors left")
+
+
+def busy_editor_serves_it_later(stage):
+    stage.write_store(STORE)
+    piece = copy_example(stage, "pluck.csd")
+    editor, window = open_editor(stage)
+    os.kill(editor.pid, signal.SIGSTOP)
+    try:
+        equal(stage.start(piece).ended(), 0, "the second process does not wait for a busy editor")
+    finally:
+        os.kill(editor.pid, signal.SIGCONT)
+    shows(stage, window, piece)
+    editor.close(window)
+
+
+def changed_text_is_not_lost(stage):
+    stage.write_store(STORE)
+    first = copy_example(stage, "pluck.csd")
+    second = copy_example(stage, "oscil.csd")
+    editor, window = open_editor(stage, first)
+    shows(stage, window, first)
+    window.type("; mine ")
+    equal(stage.start(second).ended(), 0, "exit code")
+    box = editor.window(lambda title: title == "Zelvane")
+    box.screenshot("handed-over-unsaved")
+    box.keys("Escape")  # Cancel: the text stays
+    stage.until(lambda: len(stage.windows_of(editor.pid)) == 1, "the end of the question")
+    shows(stage, window, first)
+    stage.until(lambda: stage.setting("Open") is None, "the empty mailbox")
+    check(editor.runs(), "the editor has gone")
+
+
+def new_instances_stand_beside_each_other(stage):
+    stage.write_store(STORE)
+    first = copy_example(stage, "pluck.csd")
+    second = copy_example(stage, "oscil.csd")
+    one, window_one = open_editor(stage, first)
+    two, window_two = open_editor(stage, "/i")
+    equal(window_two.title(), "Zelvane", "the bare caption")
+    # The file goes to the one that was active last.
+    window_one.activate()
+    equal(stage.start(second).ended(), 0, "exit code")
+    shows(stage, window_one, second)
+    window_two.activate()
+    equal(stage.start(first).ended(), 0, "exit code")
+    shows(stage, window_two, first)
+    shows(stage, window_one, second)
+    two.close(window_two)
+
+    stage.store.write_text(stage.store.read_text().replace("[Options]", "[Options]\nMultipleInstances=1"))
+    three, window_three = open_editor(stage, first)
+    shows(stage, window_three, first)
+    check(one.runs() and three.runs(), "both editors run")
+
+
+def chooser_switch_leaves_the_editor_alone(stage):
+    stage.write_store(STORE)
+    piece = copy_example(stage, "pluck.csd")
+    editor, window = open_editor(stage)
+    caption = window.title()
+    for switch in ("/p", "/r"):
+        other = stage.start(switch, piece)
+        box = other.window()
+        equal(stage.setting("Open"), None, "the mailbox")
+        box.keys("Return" if switch == "/p" else "Escape")
+        equal(other.ended(), 0, f"exit code of {switch}")
+    equal(stage.start("/r ").ended(), 0, "exit code of /r without a file")
+    equal(window.title(), caption, "the editor's caption")
+    editor.close(window)
+
+
+main(
+    second_process_hands_over_and_ends,
+    window_of_another_program_does_not_hold_it_back,
+    relative_path_means_the_second_process_folder,
+    three_at_once,
+    killed_editor_is_not_waited_for,
+    busy_editor_serves_it_later,
+    changed_text_is_not_lost,
+    new_instances_stand_beside_each_other,
+    chooser_switch_leaves_the_editor_alone,
+)
