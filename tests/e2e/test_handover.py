@@ -4,7 +4,7 @@
 import os
 import signal
 
-from support.stage import Failure, check, copy_example, equal, main
+from support.stage import check, copy_example, equal, main
 
 STORE = """[Options]
 Used=2
@@ -13,9 +13,13 @@ Startup=2
 """
 
 
-def open_editor(stage, *arguments, title=None):
+def open_editor(stage, *arguments):
+    """Starts an editor and waits until it has come to the front and its start is over."""
     editor = stage.start(*arguments)
-    return editor, editor.window(title or (lambda text: text.startswith("Zelvane")))
+    window = editor.window(lambda title: title.startswith("Zelvane"))
+    stage.until(window.is_active, "the new window in front")
+    editor.at_rest()
+    return editor, window
 
 
 def shows(stage, window, path):
@@ -80,7 +84,9 @@ def relative_path_means_the_second_process_folder(stage):
     box = editor.window(lambda title: title != window.title())
     box.screenshot("handed-over-missing")
     box.keys("Return")
-    editor.close(window)
+    stage.until(lambda: len(stage.windows_of(editor.pid)) == 1, "the end of the message")
+    check(editor.runs(), "the editor has gone")
+    shows(stage, window, piece)
 
 
 def three_at_once(stage):
@@ -154,6 +160,7 @@ def new_instances_stand_beside_each_other(stage):
     window_one.activate()
     equal(stage.start(second).ended(), 0, "exit code")
     shows(stage, window_one, second)
+    one.at_rest()  # it raises its window after the file is open
     window_two.activate()
     equal(stage.start(first).ended(), 0, "exit code")
     shows(stage, window_two, first)

@@ -138,6 +138,18 @@ class Process:
         self.stage.until(look, lambda: f"a window titled {title!r}; there are {self.titles()}", patience)
         return Window(self.stage, found[-1])
 
+    def at_rest(self):
+        """Waits until the program has nothing more to do: a new instance shows no other sign that its start is over."""
+        seen = []
+
+        def look():
+            with open(f"/proc/{self.pid}/stat", encoding="ascii") as file:
+                fields = file.read().rsplit(")", 1)[1].split()
+            seen.append((fields[11], fields[12]))
+            return len(seen) > 8 and len(set(seen[-8:])) == 1
+
+        self.stage.until(look, f"rest in process {self.pid}")
+
     def titles(self):
         return [Window(self.stage, number).title() for number in self.stage.windows_of(self.pid)]
 
@@ -275,15 +287,20 @@ class Stage:
 
     def screenshot(self, name, window="root"):
         path = self.screenshots / f"{name}.png"
-        subprocess.run(
+        path.unlink(missing_ok=True)
+        self.until(lambda: self._import(window, path), f"the picture {name}")
+        return path
+
+    def _import(self, window, path):
+        """False while the window is not on the screen."""
+        result = subprocess.run(
             ["import", "-window", str(window), str(path)],
             env=self.environment,
-            check=True,
+            check=False,
             timeout=PATIENCE,
             stderr=subprocess.DEVNULL,
         )
-        check(path.stat().st_size > 0, f"{path} is empty")
-        return path
+        return result.returncode == 0 and path.exists() and path.stat().st_size > 0
 
     # The program
 
