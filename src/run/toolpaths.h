@@ -11,11 +11,11 @@ struct EditorContext;
 
 /// The outside programs that the user has chosen, as they stood at start-up or when Preferences last closed.
 struct ToolPaths {
-    QString Csound;  ///< the main compiler
-    QString Csound2; ///< an alternative compiler
-    QString Help;
-    QString Editor; ///< the sound editor
-    QString Player; ///< the sound player
+    QString Csound = {};  ///< the main compiler
+    QString Csound2 = {}; ///< an alternative compiler
+    QString Help = {};
+    QString Editor = {}; ///< the sound editor
+    QString Player = {}; ///< the sound player
 };
 
 ToolPaths ReadToolPaths(const SettingsStore &settings);
