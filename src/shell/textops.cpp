@@ -4,6 +4,7 @@
 #include "platform/numbers.h"
 
 #include <algorithm>
+#include <QScopeGuard>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -209,14 +210,19 @@ void UncommentSelection(EditorContext &editor)
     ReplaceAndSelect(editor.text, UncommentText(editor.text.SelectedText()));
 }
 
-void RemoveComments(EditorContext &editor)
+bool RemoveComments(EditorContext &editor)
 {
     editor.status.Show(u"Removing comments..."_s);
+    editor.document.Loading = true;
+    const auto loaded = qScopeGuard([&editor] { editor.document.Loading = false; });
     SelectAllIfNothing(editor.text);
-    const qsizetype start = editor.text.Selection().start;
-    editor.text.ReplaceSelection(RemoveCommentsFromText(editor.text.SelectedText()));
-    editor.text.SetSelection(start, start);
+    const TextSpan selection = editor.text.Selection();
+    const QString rest = RemoveCommentsFromText(editor.text.SelectedText());
+    const bool removed = rest.size() != selection.Length();
+    editor.text.ReplaceSelection(rest);
+    editor.text.SetSelection(selection.start, selection.start);
     editor.status.Show({});
+    return removed;
 }
 
 void IndentSelection(EditorContext &editor, bool decrease)

@@ -51,7 +51,10 @@ QString ChangeCaseOfText(QStringView text, CaseChange change);
 
 void CommentSelection(EditorContext &editor);
 void UncommentSelection(EditorContext &editor);
-void RemoveComments(EditorContext &editor);
+/// In the selection, or in the whole text when nothing is selected. The text counts as being loaded
+/// meanwhile, so that its change and selection events do nothing: the caller makes up for them. @return
+/// whether anything was removed
+bool RemoveComments(EditorContext &editor);
 /// Moves the whole lines that the selection touches by one indent unit: a tab, or blanks as the settings say.
 void IndentSelection(EditorContext &editor, bool decrease);
 void ChangeCase(EditorContext &editor, CaseChange change);

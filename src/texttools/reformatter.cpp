@@ -258,4 +258,18 @@ std::optional<QString> Reformat(FormattingAlgorithm algorithm, QStringView text,
     return text.toString();
 }
 
+bool ReformatSelection(EditorContext &editor, FormattingAlgorithm algorithm, const GoOn &goOn)
+{
+    if (editor.text.Selection().IsEmpty())
+        editor.text.SetSelection(0, -1);
+    const qsizetype start = editor.text.Selection().start;
+    const std::optional<QString> result =
+        Reformat(algorithm, editor.text.SelectedText(), editor.settings.Integer(Keys::TabSpaces), goOn);
+    if (!result)
+        return false;
+    editor.text.ReplaceSelection(*result);
+    editor.text.SetSelection(start, start + result->size());
+    return true;
+}
+
 } // namespace zelvane

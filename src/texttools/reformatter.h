@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "shell/editorcontext.h"
+
 #include <functional>
 #include <optional>
 #include <QString>
@@ -44,5 +46,10 @@ using GoOn = std::function<bool()>;
 /// @throws RunTimeError 5 for a tab width below 1 where it is used
 std::optional<QString> Reformat(FormattingAlgorithm algorithm, QStringView text, int tabSpaces,
                                 const GoOn &goOn = {});
+
+/// Runs an algorithm over the selection, or over the whole text when nothing is selected, as one edit, and
+/// leaves the new text selected. @return false when `goOn` ended the run: the text is then as it was
+/// @throws RunTimeError 5 as Reformat does, with the text as it was
+bool ReformatSelection(EditorContext &editor, FormattingAlgorithm algorithm, const GoOn &goOn = {});
 
 } // namespace zelvane

@@ -1047,6 +1047,21 @@ qsizetype TextControl::OffsetAt(const QPoint &screen) const
     return position < 0 ? -1 : m_map.ToUnits(position);
 }
 
+QRect TextControl::SelectionOnScreen() const
+{
+    const long start = Send(SCI_GETSELECTIONSTART);
+    const long line = Send(SCI_LINEFROMPOSITION, start);
+    const long end = std::min(Send(SCI_GETSELECTIONEND), Send(SCI_GETLINEENDPOSITION, line));
+    const QPoint topLeft(int(Send(SCI_POINTXFROMPOSITION, 0, start)),
+                         int(Send(SCI_POINTYFROMPOSITION, 0, start)));
+    // With word wrap the end may stand on a later row, and left of the start.
+    const QPoint topRight(int(Send(SCI_POINTXFROMPOSITION, 0, end)),
+                          int(Send(SCI_POINTYFROMPOSITION, 0, end)));
+    const QRect rows = QRect(topLeft, QSize(1, 1)).united(QRect(topRight, QSize(1, 1)));
+    const QRect place(rows.topLeft(), rows.size() + QSize(0, int(Send(SCI_TEXTHEIGHT, line))));
+    return {viewport()->mapToGlobal(place.topLeft()), place.size()};
+}
+
 QPoint TextControl::CaretPoint() const
 {
     const long caret = Send(SCI_GETCURRENTPOS);

@@ -127,6 +127,8 @@ public:
 
     /// The offset of the character under a point of the screen, -1 when there is none.
     qsizetype OffsetAt(const QPoint &screen) const;
+    /// Where the selection, or its first line, stands on the screen; an empty one is as wide as the caret.
+    QRect SelectionOnScreen() const;
     /// The bottom left corner of the caret on the screen.
     QPoint CaretPoint() const;
 

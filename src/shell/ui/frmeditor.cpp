@@ -24,10 +24,12 @@
 #include "shell/ui/menutable.h"
 #include "shell/ui/sidepanel.h"
 #include "shell/ui/statusbar.h"
+#include "shell/ui/textcommands.h"
 #include "shell/ui/toolbutton.h"
 #include "shell/ui/viewcommands.h"
 #include "shell/ui/windowlayout.h"
 #include "shell/ui/workspace.h"
+#include "texttools/ui/texttoolscommands.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -106,6 +108,8 @@ frmEditor::frmEditor(SettingsStore &settings, Desktop &desktop, const CommandLin
     BuildBands();
     new DocumentCommands(
         m_context, m_documents, *m_commands, [this] { close(); }, this);
+    new TextCommands(m_context, *TxtEdit, m_documents, *this, *m_commands, this);
+    new TextToolsCommands(m_context, *TxtEdit, *m_commands, this);
     new HelpCommands(m_context, *m_commands, ProgramFolder(), this);
     new FolderCommands(
         m_context, *m_commands,

@@ -1,0 +1,284 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/ui/frmfind.h"
+
+#include "platform/ui/textcontrol.h"
+#include "shell/ui/commands.h"
+#include "shell/ui/windowlayout.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScreen>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane
+{
+
+namespace
+{
+
+constexpr int FieldWidth = 28; ///< of the text fields, in characters
+constexpr int Gap = 8;         ///< between the dialog and the hit it gives way to, pixels
+
+template <typename Widget> Widget *Named(Widget *widget, const QString &name)
+{
+    widget->setObjectName(name);
+    return widget;
+}
+
+} // namespace
+
+frmFind::frmFind(EditorContext &editor, TextControl &text, Commands &commands, QWidget *parent)
+    : QDialog(parent),
+      m_editor(editor),
+      m_text(text),
+      m_commands(commands),
+      lblFind(Named(new QLabel(u"Fi&nd what:"_s, this), u"lblFind"_s)),
+      txtFind(Named(new QComboBox(this), u"txtFind"_s)),
+      lblReplace(Named(new QLabel(u"Re&place with:"_s, this), u"lblReplace"_s)),
+      txtReplace(Named(new QLineEdit(this), u"txtReplace"_s)),
+      chkWholeWords(Named(new QCheckBox(u"Match &whole words"_s, this), u"chkWholeWords"_s)),
+      chkCase(Named(new QCheckBox(u"Match &case"_s, this), u"chkCase"_s)),
+      chkWrap(Named(new QCheckBox(u"&Wrap searches"_s, this), u"chkWrap"_s)),
+      fraScope(Named(new QGroupBox(u"Scope:"_s, this), u"fraScope"_s)),
+      optScope{Named(new QRadioButton(u"&Selected text"_s, fraScope), u"optScope_0"_s),
+               Named(new QRadioButton(u"Entire &document"_s, fraScope), u"optScope_1"_s)},
+      bFind(Named(new QPushButton(u"&Find next"_s, this), u"bFind"_s)),
+      bReplace(Named(new QPushButton(u"&Replace..."_s, this), u"bReplace"_s)),
+      bReplaceAll(Named(new QPushButton(u"Replace &All"_s, this), u"bReplaceAll"_s)),
+      bClose(Named(new QPushButton(u"Close"_s, this), u"bClose"_s))
+{
+    setObjectName(u"frmFind"_s);
+    setAttribute(Qt::WA_DeleteOnClose);
+    setModal(false);
+    BuildControls();
+    LayOut();
+    SetFindMode(false);
+    m_commands.Guard([this] { Load(); });
+}
+
+frmFind::~frmFind()
+{
+    SavePlace();
+}
+
+void frmFind::BuildControls()
+{
+    txtFind->setEditable(true);
+    txtFind->setInsertPolicy(QComboBox::NoInsert);
+    txtFind->setCompleter(nullptr);
+    txtFind->setMinimumContentsLength(FieldWidth);
+    txtFind->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    txtFind->setAccessibleName(u"Text to find"_s);
+    lblFind->setBuddy(txtFind);
+    txtReplace->setAccessibleName(u"Text to put in its place"_s);
+    lblReplace->setBuddy(txtReplace);
+    for (QPushButton *button : {bReplace, bReplaceAll, bClose})
+        button->setAutoDefault(false);
+    bFind->setDefault(true);
+
+    connect(optScope[0], &QRadioButton::toggled, this, &frmFind::EnableButtons);
+    connect(bFind, &QPushButton::clicked, this, &frmFind::Find);
+    connect(bReplace, &QPushButton::clicked, this, &frmFind::Replace);
+    connect(bReplaceAll, &QPushButton::clicked, this, &frmFind::ReplaceEverything);
+    connect(bClose, &QPushButton::clicked, this, &QDialog::reject);
+}
+
+void frmFind::LayOut()
+{
+    auto *scope = new QVBoxLayout(fraScope);
+    scope->addWidget(optScope[0]);
+    scope->addWidget(optScope[1]);
+
+    auto *checks = new QVBoxLayout;
+    checks->addWidget(chkWholeWords);
+    checks->addWidget(chkCase);
+    checks->addWidget(chkWrap);
+    checks->addStretch();
+
+    auto *options = new QHBoxLayout;
+    options->addLayout(checks);
+    options->addWidget(fraScope);
+    options->addStretch();
+
+    auto *buttons = new QVBoxLayout;
+    for (QPushButton *button : {bFind, bReplace, bReplaceAll, bClose})
+        buttons->addWidget(button);
+    buttons->addStretch();
+
+    auto *fields = new QGridLayout;
+    fields->addWidget(lblFind, 0, 0);
+    fields->addWidget(txtFind, 0, 1);
+    fields->addWidget(lblReplace, 1, 0);
+    fields->addWidget(txtReplace, 1, 1);
+    fields->addLayout(options, 2, 0, 1, 2);
+    fields->setColumnStretch(1, 1);
+    fields->setRowStretch(3, 1);
+
+    auto *all = new QHBoxLayout(this);
+    all->addLayout(fields, 1);
+    all->addLayout(buttons);
+}
+
+void frmFind::Load()
+{
+    ShowRecentStrings();
+    const FindFields fields = OpeningFindFields(m_editor);
+    txtFind->setEditText(fields.find);
+    txtFind->lineEdit()->selectAll();
+    txtReplace->setText(fields.replace);
+    chkWholeWords->setChecked(fields.wholeWords);
+    chkCase->setChecked(fields.matchCase);
+    chkWrap->setChecked(fields.wrap);
+    optScope[int(fields.scope)]->setChecked(true);
+    EnableButtons();
+
+    const SettingsStore &settings = m_editor.settings;
+    if (settings.Text(Keys::FindX).isEmpty() || settings.Text(Keys::FindY).isEmpty())
+        return;
+    std::vector<QRect> screens;
+    for (const QScreen *screen : QGuiApplication::screens())
+        screens.push_back(screen->availableGeometry());
+    const int dpi = logicalDpiX();
+    const QPoint place(FromTwips(settings.Number(Keys::FindX), dpi),
+                       FromTwips(settings.Number(Keys::FindY), dpi));
+    move(OnScreen(QRect(place, sizeHint()), screens).topLeft());
+}
+
+void frmFind::ShowRecentStrings()
+{
+    const QStringList strings = FindStringsOffered(m_editor.settings);
+    QStringList shown;
+    for (int i = 0; i < txtFind->count(); ++i)
+        shown.append(txtFind->itemText(i));
+    if (shown == strings)
+        return;
+    QLineEdit &edit = *txtFind->lineEdit();
+    const QString text = edit.text();
+    const int start = edit.selectionStart();
+    const int length = int(edit.selectedText().size());
+    txtFind->clear();
+    txtFind->addItems(strings);
+    txtFind->setCurrentIndex(int(strings.indexOf(text)));
+    txtFind->setEditText(text);
+    if (length > 0)
+        edit.setSelection(start, length);
+}
+
+FindFields frmFind::Fields() const
+{
+    const bool selectedText = m_replaceMode && optScope[0]->isChecked();
+    return {.find = txtFind->currentText(),
+            .replace = txtReplace->text(),
+            .wholeWords = chkWholeWords->isChecked(),
+            .matchCase = chkCase->isChecked(),
+            .wrap = chkWrap->isChecked(),
+            .scope = selectedText ? FindScope::SelectedText : FindScope::EntireDocument};
+}
+
+void frmFind::SetFindMode(bool replace)
+{
+    m_replaceMode = replace;
+    for (QWidget *control : std::initializer_list<QWidget *>{txtReplace, lblReplace, bReplaceAll, fraScope})
+        control->setVisible(replace);
+    setWindowTitle(replace ? u"Replace"_s : u"Find"_s);
+    bReplace->setText(replace ? u"&Replace"_s : u"&Replace..."_s);
+    EnableButtons();
+    layout()->activate();
+    resize(width(), sizeHint().height());
+}
+
+void frmFind::EnableButtons()
+{
+    // Where the scope cannot be seen it cannot be changed either: it holds in Replace mode only.
+    const bool byStep = !m_replaceMode || !optScope[0]->isChecked();
+    bFind->setEnabled(byStep);
+    bReplace->setEnabled(byStep);
+}
+
+void frmFind::Find()
+{
+    m_commands.Guard([this] {
+        FindNext(m_editor, Fields());
+        ShowRecentStrings();
+    });
+    UncoverSelection();
+}
+
+void frmFind::Replace()
+{
+    if (!m_replaceMode) {
+        SetFindMode(true);
+        return;
+    }
+    m_commands.Guard([this] {
+        ReplaceNext(m_editor, Fields());
+        ShowRecentStrings();
+    });
+    UncoverSelection();
+}
+
+void frmFind::ReplaceEverything()
+{
+    m_commands.Guard([this] {
+        // Hiding moves the focus of the main window on; it has to come back to the text.
+        const bool focused = m_text.window()->focusWidget() == &m_text;
+        ReplaceAll(m_editor, Fields(), [this, focused](bool shown) {
+            m_text.setVisible(shown);
+            if (shown && focused)
+                m_text.setFocus();
+        });
+        ShowRecentStrings();
+    });
+}
+
+void frmFind::UncoverSelection()
+{
+    const QRect hit = m_text.SelectionOnScreen();
+    const QRect frame = frameGeometry();
+    if (!frame.intersects(hit))
+        return;
+    const QRect room = screen()->availableGeometry();
+    const int below = hit.bottom() + 1 + Gap;
+    const int above = hit.top() - Gap - frame.height();
+    if (below + frame.height() <= room.bottom() + 1)
+        move(x(), below);
+    else if (above >= room.top())
+        move(x(), above);
+}
+
+void frmFind::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_F3 && event->modifiers() == Qt::NoModifier) {
+        if (bFind->isEnabled())
+            Find();
+        return;
+    }
+    QDialog::keyPressEvent(event);
+}
+
+void frmFind::done(int result)
+{
+    SavePlace();
+    QDialog::done(result);
+}
+
+void frmFind::SavePlace()
+{
+    if (std::exchange(m_placeSaved, true))
+        return;
+    m_commands.Guard([this] {
+        m_editor.settings.SaveNumber(Keys::FindX, ToTwips(x(), logicalDpiX()));
+        m_editor.settings.SaveNumber(Keys::FindY, ToTwips(y(), logicalDpiX()));
+    });
+}
+
+} // namespace zelvane

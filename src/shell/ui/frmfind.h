@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "shell/findreplace.h"
+
+#include <QDialog>
+
+class QCheckBox;
+class QComboBox;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QRadioButton;
+
+namespace zelvane
+{
+
+class Commands;
+class TextControl;
+
+/// The modeless dialog of Find and of Replace. It is made when it opens and goes when it is closed; the
+/// keyboard stays in it while it searches.
+class frmFind : public QDialog
+{
+    Q_OBJECT
+
+public:
+    /// @param commands reports failures
+    frmFind(EditorContext &editor, TextControl &text, Commands &commands, QWidget *parent);
+    ~frmFind() override;
+
+    /// Shows or hides what only Replace needs.
+    void SetFindMode(bool replace);
+
+    void done(int result) override;
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    void BuildControls();
+    void LayOut();
+    /// Place and fields, as the store and the selection have them.
+    void Load();
+    FindFields Fields() const;
+    /// Searching by steps works on the whole document only.
+    void EnableButtons();
+    void Find();
+    void Replace();
+    void ReplaceEverything();
+    void ShowRecentStrings();
+    /// Moves the dialog off the selection that it covers, where the screen has room.
+    void UncoverSelection();
+    void SavePlace();
+
+    EditorContext &m_editor;
+    TextControl &m_text;
+    Commands &m_commands;
+    bool m_replaceMode = false;
+    bool m_placeSaved = false;
+
+    QLabel *lblFind;
+    QComboBox *txtFind;
+    QLabel *lblReplace;
+    QLineEdit *txtReplace;
+    QCheckBox *chkWholeWords;
+    QCheckBox *chkCase;
+    QCheckBox *chkWrap;
+    QGroupBox *fraScope;
+    QRadioButton *optScope[2];
+    QPushButton *bFind;
+    QPushButton *bReplace;
+    QPushButton *bReplaceAll;
+    QPushButton *bClose;
+};
+
+} // namespace zelvane
