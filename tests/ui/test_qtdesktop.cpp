@@ -252,6 +252,8 @@ private Q_SLOTS:
             (QStringList{u"Orchestra Files (*.orc *.udo)"_s, u"Score Files (*.sco)"_s, u"All Files (*)"_s}));
         QCOMPARE(NameFilters({{u"All Files"_s, u"*"_s}, {u"Score Files"_s, u"*.sco"_s}}),
                  (QStringList{u"All Files (*)"_s, u"Score Files (*.sco)"_s}));
+        QCOMPARE(NameFilters({{u"Text files"_s, u"*.txt"_s}, {u"All files"_s, u"*.*"_s}}),
+                 (QStringList{u"Text files (*.txt)"_s, u"All files (*)"_s}));
     }
 
     void FiltersHoldAnyFileName()

@@ -293,10 +293,11 @@ QStringList NameFilters(const std::vector<FileFilter> &filters)
     QStringList rows;
     bool hasAll = false;
     for (const FileFilter &filter : filters) {
-        QString patterns = filter.patterns;
+        // "*.*" stands for every file, also one whose name has no point.
+        QString patterns = filter.patterns == u"*.*"_s ? u"*"_s : filter.patterns;
         patterns.replace(notHeld, u"?"_s).replace(u';', u' ');
         rows.append(filter.label + u" ("_s + patterns + u')');
-        hasAll = hasAll || filter.label == allFiles;
+        hasAll = hasAll || filter.label.compare(allFiles, Qt::CaseInsensitive) == 0;
     }
     if (!hasAll)
         rows.append(allFiles + u" (*)"_s);
