@@ -42,7 +42,7 @@ QString Word(std::mt19937 &random, const QString &letters, int least, int most)
 
 } // namespace
 
-TEST(FlagTable, ShippedFileIsOfTheToldForm)
+TEST(FlagTable, ShippedFileHasItsForm)
 {
     const QByteArray bytes = ShippedBytes();
     ASSERT_FALSE(bytes.isEmpty());

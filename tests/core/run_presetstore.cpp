@@ -133,7 +133,7 @@ TEST_F(Presets, AnyTextIsAName)
         store.AddToIndex(name);
         store.SaveText(name, PresetKeys::Command, name);
     }
-    TestContext other; // the same store as another process reads it
+    // As another process reads it.
     SettingsStore again(context.folder.filePath(u"settings"_s));
     const PresetStore reader(again);
     EXPECT_EQ(reader.ReadPresetList(), names);
