@@ -268,7 +268,7 @@ void frmEditor::ConnectText()
 void frmEditor::Init(const std::function<void()> &closeSplash)
 {
     m_initializing = true;
-    m_commands->Guard([this] {
+    m_commands->Guard([&] {
         SetUpText();
         m_tools = ReadToolPaths(m_settings);
         m_presets->PresetsButtons();
@@ -282,10 +282,10 @@ void frmEditor::Init(const std::function<void()> &closeSplash)
         setAcceptDrops(true);
         if (m_workspace->Bands().IsBandVisible(ViewCommands::OpcodesBand))
             LoadOpcodeCombo();
+        if (closeSplash)
+            closeSplash();
+        ShowFirstUseMessages(m_context);
     });
-    if (closeSplash)
-        closeSplash();
-    m_commands->Guard([this] { ShowFirstUseMessages(m_context); });
     m_initializing = false;
     if (m_closeAfterInit)
         QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
