@@ -4,6 +4,7 @@
 #include "language/ui/languagecommands.h"
 #include "language/ui/opcodecombo.h"
 #include "platform/executables.h"
+#include "platform/parameters.h"
 #include "platform/programfolder.h"
 #include "platform/ui/raisewindow.h"
 #include "platform/ui/textcontrol.h"
@@ -54,6 +55,14 @@ constexpr QSize IconSize(16, 16);
 constexpr int OpcodeComboCharacters = 48; ///< as wide as the combo grows
 constexpr quint32 SystemWindow = 0x80000005;
 constexpr quint32 SystemWindowText = 0x80000008;
+
+/// The full path of a tool as it was set: a bare name means the program in PATH.
+QString ProgramPath(const QString &tool)
+{
+    const QString plain = UnquoteFile(tool);
+    const QString found = plain.isEmpty() ? QString() : FindExecutable(plain);
+    return found.isEmpty() ? plain : found;
+}
 
 QTreeWidget *NewTree(const QString &name, const QString &accessibleName)
 {
@@ -114,8 +123,7 @@ frmEditor::frmEditor(SettingsStore &settings, Desktop &desktop, const CommandLin
     new FolderCommands(
         m_context, *m_commands,
         [this] {
-            return ProgramFolders{ProgramFolder(), FindExecutable(m_tools.Csound),
-                                  FindExecutable(m_tools.Csound2)};
+            return ProgramFolders{ProgramFolder(), ProgramPath(m_tools.Csound), ProgramPath(m_tools.Csound2)};
         },
         this);
     new ViewCommands(*m_workspace, *this, *m_commands,

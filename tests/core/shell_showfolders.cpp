@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/helplinks.h"
+#include "shell/showfolders.h"
+#include "support/testcontext.h"
+
+#include <gtest/gtest.h>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace zelvane;
+using namespace zelvane::test;
+
+namespace
+{
+
+const ProgramFolders Folders{u"/opt/zelvane"_s, u"/usr/bin/csound"_s, u"/home/me/csound 7/csound"_s};
+
+TEST(ShowFolders, EachEntryHasItsTarget)
+{
+    TestContext context;
+    context.desktop.environment = {
+        {u"SFDIR"_s, u"/sf"_s}, {u"SSDIR"_s, u"/ss"_s}, {u"SADIR"_s, u"/sa"_s}, {u"INCDIR"_s, u"/inc"_s}};
+    context.document.CurrentFile = u"/pieces/a.orc"_s;
+    const auto target = [&](int entry) { return FolderTarget(entry, context.editor, Folders); };
+    EXPECT_EQ(target(0), u"/sf"_s);
+    EXPECT_EQ(target(1), u"/ss"_s);
+    EXPECT_EQ(target(2), u"/sa"_s);
+    EXPECT_EQ(target(3), u"/inc"_s);
+    EXPECT_EQ(target(5), u"/usr/bin"_s);
+    EXPECT_EQ(target(6), u"/home/me/csound 7"_s);
+    EXPECT_EQ(target(8), u"/pieces"_s);
+    EXPECT_EQ(target(9), u"/opt/zelvane"_s);
+    EXPECT_EQ(target(11), u"/opt/zelvane"_s);
+    for (const int separator : {4, 7, 10, 12, -1})
+        EXPECT_EQ(target(separator), QString());
+    context.settings.SaveText(Keys::BakPath, u"/backup"_s);
+    EXPECT_EQ(target(9), u"/backup"_s);
+}
+
+TEST(ShowFolders, WhatIsNotSetHasNoTarget)
+{
+    TestContext context;
+    for (const int entry : {0, 1, 2, 3, 5, 6, 8})
+        EXPECT_EQ(FolderTarget(entry, context.editor, {u"/opt/zelvane"_s, {}, {}}), QString()) << entry;
+}
+
+TEST(ShowFolders, KeysChooseTheVerb)
+{
+    TestContext context;
+    context.desktop.ExpectShellRun({.verb = u"open"_s, .file = u"/sf"_s});
+    OpenFolder(u"/sf"_s, context.desktop);
+    context.desktop.keysDown = {KeyCode::Shift};
+    context.desktop.ExpectShellRun({.verb = u"explore"_s, .file = u"/sf"_s});
+    OpenFolder(u"/sf"_s, context.desktop);
+    context.desktop.keysDown = {KeyCode::Ctrl, KeyCode::Shift};
+    context.desktop.ExpectShellRun({.verb = u"find"_s, .file = u"/sf"_s});
+    OpenFolder(u"/sf"_s, context.desktop);
+}
+
+TEST(ShowFolders, FailureIsTold)
+{
+    TestContext context;
+    context.desktop.ExpectShellRun({.verb = u"open"_s, .file = u"/gone"_s}, ShellFailure);
+    context.desktop.ExpectMessage({.text = u"Cannot open folder."_s, .icon = BoxIcon::Warning});
+    OpenFolder(u"/gone"_s, context.desktop);
+}
+
+TEST(ShowFolders, AnEmptyTargetDoesNothing)
+{
+    TestContext context;
+    OpenFolder({}, context.desktop);
+}
+
+TEST(HelpLinks, HelpIsNamedAfterTheExecutable)
+{
+    TestContext context;
+    const QString folder = context.folder.path();
+    context.desktop.ExpectShellRun({.verb = u"open"_s, .file = folder + u"/zelvane.html"_s});
+    OpenAppHelp(context.desktop, folder, u"zelvane"_s);
+    const QString compiled = context.WriteFile(u"zelvane.chm"_s);
+    context.desktop.ExpectShellRun({.verb = u"open"_s, .file = compiled});
+    OpenAppHelp(context.desktop, folder, u"zelvane"_s);
+}
+
+TEST(HelpLinks, HelpThatDoesNotOpenIsTold)
+{
+    TestContext context;
+    const QString folder = context.folder.path();
+    context.desktop.ExpectShellRun({.verb = u"open"_s, .file = folder + u"/zelvane.html"_s}, 2);
+    context.desktop.ExpectMessage({.text = u"Cannot start Zelvane Help."_s, .icon = BoxIcon::Warning});
+    OpenAppHelp(context.desktop, folder, u"zelvane"_s);
+}
+
+TEST(HelpLinks, EachLinkOpensItsAddress)
+{
+    TestContext context;
+    for (int entry = 0; entry < 4; ++entry) {
+        const QString address = QString::fromUtf16(CsoundLinks[size_t(entry)]);
+        EXPECT_TRUE(address.startsWith(u"https://"_s));
+        context.desktop.ExpectShellRun({.verb = u"open"_s, .file = address});
+        OpenCsoundLink(entry, context.desktop);
+    }
+    OpenCsoundLink(4, context.desktop);
+    OpenCsoundLink(-1, context.desktop);
+}
+
+TEST(HelpLinks, DateAndTimeAreShort)
+{
+    const QDateTime now(QDate(2001, 3, 7), QTime(14, 5, 59));
+    EXPECT_EQ(DateAndTime(now, QLocale(QLocale::German, QLocale::Germany)), u"07.03.01 14:05"_s);
+    EXPECT_EQ(DateAndTime(now, QLocale::c()), u"7 Mar 2001 14:05:59"_s);
+}
+
+} // namespace
