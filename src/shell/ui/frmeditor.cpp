@@ -38,6 +38,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QThread>
 #include <QToolBar>
 #include <QToolButton>
 #include <QTreeWidget>
@@ -600,7 +601,9 @@ void frmEditor::closeEvent(QCloseEvent *event)
     m_unloaded = true;
     m_commands->Guard([this] { Unload(); });
     event->accept();
-    QCoreApplication::exit(0);
+    // Nothing else is waited for. Where no event loop runs there is no process to end.
+    if (QThread::currentThread()->loopLevel() > 0)
+        QCoreApplication::exit(0);
 }
 
 void frmEditor::Unload()

@@ -38,9 +38,9 @@ int SidePanel::AddBand(const QString &key, const QString &caption, QWidget *cont
 int SidePanel::BandHeight(int band) const
 {
     const Band &one = m_bands[size_t(band)];
-    if (one.visible && !one.place.isEmpty())
-        return one.place.height();
-    return one.height < 0 ? std::max(height() / std::max(BandCount(), 1), 0) : one.height;
+    if (one.height >= 0)
+        return one.height;
+    return one.place.isEmpty() ? height() / BandCount() : one.place.height();
 }
 
 void SidePanel::SetBandHeight(int band, int height)

@@ -22,7 +22,8 @@ public:
     int AddBand(const QString &key, const QString &caption, QWidget *control);
     int BandCount() const { return int(m_bands.size()); }
 
-    /// The height of a band; of a hidden one, that which it will have.
+    /// The height that the user or the program gave the band, the one it has before that. The last band is
+    /// drawn as high as the panel lets it.
     int BandHeight(int band) const;
     void SetBandHeight(int band, int height);
     bool IsBandVisible(int band) const { return m_bands[size_t(band)].visible; }
@@ -30,6 +31,8 @@ public:
     bool IsAnyBandVisible() const;
     bool AreCaptionsShown() const { return m_captions; }
     void ShowCaptions(bool shown);
+    /// The band's whole place, empty for a hidden band.
+    QRect PlaceOf(int band) const { return m_bands[size_t(band)].place; }
     /// The band's header, empty for a hidden band.
     QRect HeaderOf(int band) const;
 
