@@ -34,6 +34,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDialog>
 #include <QDragEnterEvent>
 #include <QMenu>
 #include <QMenuBar>
@@ -118,6 +119,8 @@ frmEditor::frmEditor(SettingsStore &settings, Desktop &desktop, const CommandLin
     BuildBands();
     new DocumentCommands(
         m_context, m_documents, *m_commands, [this] { close(); }, this);
+    new TextCommands(m_context, *TxtEdit, m_documents, *this, *m_commands, this);
+    new TextToolsCommands(m_context, *TxtEdit, *m_commands, this);
     new TextCommands(m_context, *TxtEdit, m_documents, *this, *m_commands, this);
     new TextToolsCommands(m_context, *TxtEdit, *m_commands, this);
     new HelpCommands(m_context, *m_commands, ProgramFolder(), this);
@@ -618,6 +621,11 @@ void frmEditor::Unload()
     m_layout->SaveBands();
     m_settings.SaveNumber(Keys::Used, m_settings.Number(Keys::Used) + 1);
     m_layout->SavePanel();
+    // The find dialog is the one window that may still be open; it writes its place.
+    for (QDialog *dialog : findChildren<QDialog *>()) {
+        if (dialog->isVisible())
+            dialog->close();
+    }
 }
 
 } // namespace zelvane
