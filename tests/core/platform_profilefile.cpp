@@ -337,6 +337,21 @@ TEST_F(Profile, SeesAtOnceWhatAnotherWrote)
     }
 }
 
+TEST_F(Profile, SeesAFileThatTookTheNumberOfTheOneBefore)
+{
+    // File systems give a freed number to the next new file; in one tick of the clock all else is equal too.
+    ProfileFile file(path);
+    const QByteArray native = QFile::encodeName(path);
+    for (int i = 1000; i < 4000; ++i) {
+        unlink(native.constData());
+        const int descriptor = open(native.constData(), O_WRONLY | O_CREAT | O_EXCL, 0600);
+        const QByteArray text = "[Options]\na=" + QByteArray::number(i);
+        ASSERT_EQ(write(descriptor, text.constData(), size_t(text.size())), text.size());
+        close(descriptor);
+        ASSERT_EQ(file.Value(u"Options", u"a"), QString::number(i));
+    }
+}
+
 TEST_F(Profile, SeesWhatWasWrittenInPlaceInTheSameTick)
 {
     ProfileFile file(path);
