@@ -164,54 +164,79 @@ void FlushFolder(const QByteArray &folder)
         ::fsync(file.Descriptor());
 }
 
-/// A new file beside a target, removed again unless it was kept.
+/// A new file in a target's folder. Where the system can, it has no name while it is being written, so that a
+/// killed process leaves nothing behind; its name is removed again unless it was renamed.
 class TemporaryFile
 {
 public:
-    explicit TemporaryFile(const QByteArray &folder)
+    explicit TemporaryFile(const QByteArray &folder) : m_folder(folder)
     {
-        static constexpr char letters[] = "abcdefghijklmnopqrstuvwxyz0123456789";
-        int descriptor = -1;
-        for (int attempt = 0; attempt < 100 && descriptor < 0; ++attempt) {
-            // A short name of its own: the target's may already be as long as names can be.
-            m_path = folder + "/.zelvane-";
-            for (int i = 0; i < 8; ++i)
-                m_path += letters[QRandomGenerator::global()->bounded(int(sizeof letters) - 1)];
-            descriptor = Retry([&] {
-                return ::open(m_path.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);
+        constexpr int flags = O_WRONLY | O_CLOEXEC;
+        if (::access("/proc/self/fd", X_OK) == 0)
+            m_file = NativeFile(Retry([&] { return ::open(folder.constData(), O_TMPFILE | flags, 0666); }));
+        if (!m_file.IsOpen())
+            m_error = FindName([&](const char *path) {
+                m_file = NativeFile(
+                    Retry([&] { return ::open(path, O_CREAT | O_EXCL | O_NOFOLLOW | flags, 0666); }));
+                return m_file.IsOpen();
             });
-            if (descriptor < 0 && errno != EEXIST) {
-                m_error = errno;
-                return;
-            }
-        }
-        if (descriptor < 0)
-            m_error = EEXIST;
-        m_file = NativeFile(descriptor);
     }
     ~TemporaryFile()
     {
-        if (m_file.IsOpen() && !m_renamed)
+        if (!m_path.isEmpty())
             ::unlink(m_path.constData());
     }
     Q_DISABLE_COPY_MOVE(TemporaryFile)
 
     int Error() const { return m_error; }
     int Descriptor() const { return m_file.Descriptor(); }
+
+    /// From here on a killed process leaves the file behind. @return 0 or the error
+    int GiveName()
+    {
+        if (!m_path.isEmpty())
+            return 0;
+        const QByteArray self = "/proc/self/fd/" + QByteArray::number(m_file.Descriptor());
+        return FindName([&](const char *path) {
+            return ::linkat(AT_FDCWD, self.constData(), AT_FDCWD, path, AT_SYMLINK_FOLLOW) == 0;
+        });
+    }
+
     /// @return 0 or the error
     int RenameTo(const QByteArray &target)
     {
+        if (const int error = GiveName())
+            return error;
         if (::rename(m_path.constData(), target.constData()) != 0)
             return errno;
-        m_renamed = true;
+        m_path.clear();
         return 0;
     }
 
 private:
-    QByteArray m_path;
+    /// Tries names until `take` has one. They are short: the target's name may already be as long as names
+    /// can be.
+    template <typename Take> int FindName(Take take)
+    {
+        static constexpr char letters[] = "abcdefghijklmnopqrstuvwxyz0123456789";
+        for (int attempt = 0; attempt < 100; ++attempt) {
+            QByteArray path = m_folder + "/.zelvane-";
+            for (int i = 0; i < 8; ++i)
+                path += letters[QRandomGenerator::global()->bounded(int(sizeof letters) - 1)];
+            if (take(path.constData())) {
+                m_path = path;
+                return 0;
+            }
+            if (errno != EEXIST)
+                return errno;
+        }
+        return EEXIST;
+    }
+
+    QByteArray m_folder;
+    QByteArray m_path; // empty while the file has no name
     NativeFile m_file;
     int m_error = 0;
-    bool m_renamed = false;
 };
 
 /// Makes a new file equal an old one in all but its bytes. @return false when it cannot be
@@ -419,6 +444,8 @@ void ReplaceFile(const QString &name, const QByteArray &bytes)
         }
     }
     // The file beside, where there is one, holds the new text until the last step has been done.
+    if (beside)
+        temporary.GiveName();
     // A file that cannot be read cannot be put back either: it is refused here.
     const QByteArray oldBytes = ReadWhole(OpenRegularFile(QFile::decodeName(path)), name);
     bool restored = true;

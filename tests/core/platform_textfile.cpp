@@ -531,6 +531,8 @@ TEST_F(TextFile, AKilledSaveLeavesOneOfTheTwoTexts)
         const QByteArray found = Content(file);
         EXPECT_TRUE(found == old || found == made) << found.size();
     }
+    // A file beside has a name only from the end of its writing to its renaming.
+    EXPECT_LT(NamesIn(folder).size(), 10) << NamesIn(folder).join(u' ').toStdString();
 }
 
 TEST_F(TextFile, WholeTextHelpers)
