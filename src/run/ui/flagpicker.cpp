@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "run/ui/flagpicker.h"
+
+#include "platform/desktop.h"
+#include "run/flagtable.h"
+#include "run/ui/frmflags.h"
+#include "shell/editorcontext.h"
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QEvent>
+#include <QLineEdit>
+#include <QMenu>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane
+{
+
+QLineEdit *FieldOf(QWidget *control)
+{
+    if (auto *combo = qobject_cast<QComboBox *>(control))
+        return combo->lineEdit();
+    return qobject_cast<QLineEdit *>(control);
+}
+
+FlagPicker::FlagPicker(EditorContext &editor, QAbstractButton *button, QWidget *target)
+    : QObject(button), m_editor(editor), m_button(button), m_target(target)
+{
+    // A combo box has the focus for its line edit, and takes the focus' events before it.
+    m_target->installEventFilter(this);
+    connect(m_button, &QAbstractButton::clicked, this, &FlagPicker::Pick);
+}
+
+bool FlagPicker::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_target && event->type() == QEvent::FocusOut) {
+        if (const QLineEdit *field = FieldOf(m_target)) {
+            m_text = field->text();
+            m_start = field->selectionStart();
+            m_length = int(field->selectedText().size());
+        }
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void FlagPicker::RestoreSelection()
+{
+    QLineEdit *field = FieldOf(m_target);
+    if (field && !m_target->hasFocus() && !field->hasSelectedText() && m_start >= 0 &&
+        m_text == field->text())
+        field->setSelection(m_start, m_length);
+}
+
+void FlagPicker::Pick()
+{
+    RestoreSelection();
+    if (m_editor.desktop.IsKeyDown(KeyCode::Ctrl)) {
+        PopUp();
+        return;
+    }
+    frmFlags(m_editor, m_target, m_button->window()).exec();
+}
+
+void FlagPicker::PopUp()
+{
+    if (!m_menu) {
+        m_menu = new QMenu(m_button);
+        m_menu->setObjectName(u"mnuFlags"_s);
+        for (const FlagRow &row : ShippedFlagTable()) {
+            const QString description = QString(row.description).replace(u'&', u"&&"_s);
+            QAction *action = m_menu->addAction(row.flag + u'\t' + description);
+            connect(action, &QAction::triggered, this, [this, flag = row.flag] { Put(flag); });
+        }
+    }
+    m_menu->popup(m_button->mapToGlobal(QPoint(0, m_button->height())));
+}
+
+void FlagPicker::Put(const QString &flag)
+{
+    QLineEdit *field = FieldOf(m_target);
+    if (!field)
+        return;
+    field->insert(flag);
+    m_target->setFocus(Qt::OtherFocusReason);
+    field->setCursorPosition(int(flag.size()));
+}
+
+} // namespace zelvane
