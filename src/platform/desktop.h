@@ -5,10 +5,10 @@
 
 #include <functional>
 #include <optional>
-#include <vector>
 #include <QDateTime>
 #include <QString>
 #include <QStringList>
+#include <vector>
 
 namespace zelvane
 {
@@ -55,9 +55,10 @@ struct FileDialogAnswer {
     int filterIndex = 0;
 };
 
-/// A request to the desktop's shell: open `file` as a document or start it as a program. With an empty verb, as presets
-/// have it, the shell tells the user of a failure itself; with a named verb it is silent and the caller tells.
-/// `file` may stand in double quotes (UnquoteFile); `parameters` are one text, to be cut by SplitParameters.
+/// A request to the desktop's shell: open `file` as a document or start it as a program. With an empty verb,
+/// as presets have it, the shell tells the user of a failure itself; with a named verb it is silent and the
+/// caller tells. `file` may stand in double quotes (UnquoteFile); `parameters` are one text, to be cut by
+/// SplitParameters.
 struct ShellRequest {
     QString verb = {}; ///< empty for the default verb; "open", "explore", "find", "properties"
     QString file = {};
@@ -68,7 +69,8 @@ struct ShellRequest {
     bool operator==(const ShellRequest &) const = default;
 };
 
-/// A process to wait for, as the command line `"command" parameters`; `command` may stand in double quotes already.
+/// A process to wait for, as the command line `"command" parameters`; `command` may stand in double quotes
+/// already.
 struct ProcessRequest {
     QString command = {};
     QString parameters = {};
@@ -83,8 +85,8 @@ enum class KeyCode { Shift = 0x10, Ctrl = 0x11, Alt = 0x12 };
 /// A shell result up to this number is a failure.
 inline constexpr int ShellFailure = 32;
 
-/// The services of the desktop that may stand in the middle of an algorithm: questions, pickers, keys, clipboard,
-/// the shell, the clock. Tests give their own.
+/// The services of the desktop that may stand in the middle of an algorithm: questions, pickers, keys,
+/// clipboard, the shell, the clock. Tests give their own.
 class Desktop
 {
 public:
@@ -92,7 +94,8 @@ public:
 
     virtual BoxAnswer MessageBox(const MessageBoxRequest &request) = 0;
     /// @return no value after Cancel
-    virtual std::optional<QString> InputBox(const QString &title, const QString &prompt, const QString &initial) = 0;
+    virtual std::optional<QString> InputBox(const QString &title, const QString &prompt,
+                                            const QString &initial) = 0;
     virtual FileDialogAnswer OpenFileDialog(const FileDialogRequest &request) = 0;
     virtual FileDialogAnswer SaveFileDialog(const FileDialogRequest &request) = 0;
     /// @return the chosen folder, empty after Cancel
@@ -103,7 +106,8 @@ public:
 
     virtual bool ClipboardHasText() const = 0;
     virtual QString ClipboardText() const = 0;
-    /// Puts plain text on the clipboard in place of all that it held. @throws RunTimeError when it cannot be reached
+    /// Puts plain text on the clipboard in place of all that it held. @throws RunTimeError when it cannot be
+    /// reached
     virtual void SetClipboardText(const QString &text) = 0;
 
     /// @return a number above ShellFailure when the shell took the request

@@ -10,7 +10,10 @@ namespace zelvane
 inline constexpr char16_t AppTitle[] = u"Zelvane";
 
 /// The application title as a string object.
-inline QString ApplicationTitle() { return QString::fromUtf16(AppTitle); }
+inline QString ApplicationTitle()
+{
+    return QString::fromUtf16(AppTitle);
+}
 
 /// The three version numbers, joined by dots.
 QString ProgramVersion();

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <vector>
 #include <QtGlobal>
+#include <vector>
 
 namespace zelvane
 {
@@ -24,7 +24,8 @@ struct StyleRun {
 using StyleRuns = std::vector<StyleRun>;
 
 /// How one class looks: a colour as 0xBBGGRR (or a system colour with the top bit set), and bold or not.
-/// `isDefault`: no colour is stored; where the default cannot be read on the background, its light twin is shown.
+/// `isDefault`: no colour is stored; where the default cannot be read on the background, its light twin is
+/// shown.
 struct StyleFormat {
     quint32 colour = 0x80000008;
     bool bold = false;

@@ -32,7 +32,10 @@ void ExpectSame(const FileDialogRequest &came, const FileDialogRequest &expected
 
 } // namespace
 
-ScriptedDesktop::~ScriptedDesktop() { CheckAllCame(); }
+ScriptedDesktop::~ScriptedDesktop()
+{
+    CheckAllCame();
+}
 
 void ScriptedDesktop::CheckAllCame()
 {
@@ -187,7 +190,10 @@ QString ScriptedDesktop::TypeName(const QString &path) const
     return found == typeNames.end() ? QString() : found->second;
 }
 
-QString ScriptedDesktop::DisplayName(const QString &path) const { return QFileInfo(path).fileName(); }
+QString ScriptedDesktop::DisplayName(const QString &path) const
+{
+    return QFileInfo(path).fileName();
+}
 
 QString ScriptedDesktop::ExecutableKind(const QString &path) const
 {

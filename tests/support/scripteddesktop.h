@@ -12,8 +12,9 @@
 namespace zelvane::test
 {
 
-/// The desktop of the tests: it is given the questions that must come, in their order, with their answers; it fails
-/// the test on a question that differs in any word, on one that was not expected, and on a leftover answer.
+/// The desktop of the tests: it is given the questions that must come, in their order, with their answers; it
+/// fails the test on a question that differs in any word, on one that was not expected, and on a leftover
+/// answer.
 class ScriptedDesktop : public Desktop
 {
 public:
@@ -39,7 +40,8 @@ public:
     std::map<QString, QString> executableKinds;
 
     BoxAnswer MessageBox(const MessageBoxRequest &request) override;
-    std::optional<QString> InputBox(const QString &title, const QString &prompt, const QString &initial) override;
+    std::optional<QString> InputBox(const QString &title, const QString &prompt,
+                                    const QString &initial) override;
     FileDialogAnswer OpenFileDialog(const FileDialogRequest &request) override;
     FileDialogAnswer SaveFileDialog(const FileDialogRequest &request) override;
     QString BrowseFolder(const QString &title, const QString &initial) override;
