@@ -2,6 +2,7 @@
 #include "run/rundialog.h"
 
 #include "platform/parameters.h"
+#include "run/filekinds.h"
 #include "run/kindsearch.h"
 #include "run/macroexpansion.h"
 #include "shell/editorcontext.h"
@@ -65,6 +66,17 @@ RunDialogFields LoadRunDialog(RunContext &context)
     fields.saveFirst = editor.settings.Flag(Keys::ManualSaveFirst);
     fields.documentFolder = editor.settings.Flag(Keys::ManualInitialFolder);
     return fields;
+}
+
+FileDialogRequest BrowseRequest(FileKind kind, const QString &field, const QString &title,
+                                const EditorContext &editor)
+{
+    const QString file = UnquoteFile(field.trimmed());
+    return {.title = title,
+            .filters = {{KindLabel(kind, editor.document, editor.desktop) + u" Files"_s,
+                         KindPatterns(kind, {}, editor.document, editor.settings)}},
+            .folder = file.isEmpty() ? editor.document.CurrentFile : file,
+            .fileName = BareFileName(file)};
 }
 
 bool RunCsound(RunDialogFields &fields, RunContext &context)

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/desktop.h"
 #include "run/toolpaths.h"
+#include "shell/document.h"
 
 #include <QStringList>
 
@@ -24,6 +26,11 @@ struct RunDialogFields {
 /// The fields as the dialog shows them first. The history is read from key "0" on, which nothing ever writes,
 /// so that it is not offered although it is kept up to date (kept: the store of earlier versions has it so).
 RunDialogFields LoadRunDialog(RunContext &context);
+
+/// The picker behind the Browse button of the orchestra or the score. It begins at the file in the field, and
+/// without one in the folder of the document.
+FileDialogRequest BrowseRequest(FileKind kind, const QString &field, const QString &title,
+                                const EditorContext &editor);
 
 /// Starts the compiler as the fields tell, and remembers them. File names with a blank get double quotes in
 /// the fields themselves. @return whether the dialog closes; it stays when a macro failed. @throws

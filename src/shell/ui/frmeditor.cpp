@@ -11,6 +11,7 @@
 #include "player/ui/playerpanel.h"
 #include "run/presetbar.h"
 #include "run/ui/presetbar.h"
+#include "run/ui/runcommands.h"
 #include "shell/errorreport.h"
 #include "shell/statustexts.h"
 #include "shell/ui/bandbar.h"
@@ -121,8 +122,7 @@ frmEditor::frmEditor(SettingsStore &settings, Desktop &desktop, const CommandLin
         m_context, m_documents, *m_commands, [this] { close(); }, this);
     new TextCommands(m_context, *TxtEdit, m_documents, *this, *m_commands, this);
     new TextToolsCommands(m_context, *TxtEdit, *m_commands, this);
-    new TextCommands(m_context, *TxtEdit, m_documents, *this, *m_commands, this);
-    new TextToolsCommands(m_context, *TxtEdit, *m_commands, this);
+    new RunCommands({m_context, m_tools}, *m_commands, this);
     new HelpCommands(m_context, *m_commands, ProgramFolder(), this);
     new FolderCommands(
         m_context, *m_commands,

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "run/rundialog.h"
+
+#include <QDialog>
+
+class QCheckBox;
+class QComboBox;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QRadioButton;
+
+namespace zelvane
+{
+
+/// The Run Csound dialog: starts Csound once, beside the presets. It closes when it has started it.
+class frmManual : public QDialog
+{
+    Q_OBJECT
+
+public:
+    /// Reads the document, the history and the settings; a setting that cannot be read is reported.
+    explicit frmManual(const RunContext &context, QWidget *parent = nullptr);
+
+    /// For a process without an editor: there is no text that could be saved first.
+    void DropSaveFirst();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void BuildControls();
+    void LayOut();
+    void Load();
+    RunDialogFields Fields() const;
+    void Browse(FileKind kind, QLineEdit &field);
+    void Run();
+
+    RunContext m_context;
+    QLineEdit *m_clicked = nullptr; ///< the field that a mouse button that is still down has given the focus
+
+    QLabel *lblORC;
+    QLineEdit *txtORC;
+    QPushButton *bORC;
+    QLabel *lblSCO;
+    QLineEdit *txtSCO;
+    QPushButton *bSCO;
+    QLabel *lblArgs;
+    QComboBox *cmbArgs;
+    QPushButton *bFlags;
+    QCheckBox *chkCsound2;
+    QCheckBox *chkSaveFirst;
+    QGroupBox *fraFolder;
+    QRadioButton *chkFolderComp;
+    QRadioButton *chkFolderDoc;
+    QPushButton *bOK;
+    QPushButton *bCancel;
+};
+
+} // namespace zelvane
