@@ -124,6 +124,7 @@ private Q_SLOTS:
     void PopupOutsideTheButtons();
     void BandFitsTheButtons();
     void FlatButtonsReachNewButtons();
+    void OldButtonsGo();
     void OddNamesWork();
 };
 
@@ -430,6 +431,32 @@ void PresetBarTest::FlatButtonsReachNewButtons()
     editor.Add(u"b"_s);
     window.RebuildPresets();
     QVERIFY(!flat(u"b"_s));
+}
+
+void PresetBarTest::OldButtonsGo()
+{
+    PresetWindow editor;
+    editor.Add(u"Render"_s, {{u"Command"_s, u"/bin/render"_s}});
+    editor.Add(u"Play"_s, {{u"Command"_s, u"/bin/play"_s}, {u"NewGroup"_s, u"1"_s}});
+    frmEditor &window = editor.Open();
+    const qsizetype count = editor.Bar().findChildren<QAction *>().size();
+    for (int i = 0; i < 3; ++i) {
+        editor.Bar().PresetsButtons();
+        QCOMPARE(editor.Bar().findChildren<QAction *>().size(), count);
+        QCOMPARE(editor.Bar().findChild<QAction *>(u"tbPresets_Play"_s), &editor.Button(u"Play"_s));
+    }
+    // A button may have the bar built anew while it runs: the preset editor does.
+    bool rebuilt = false;
+    window.CommandTable().Bind(u"mnuPresetsBox"_s, [&](int) {
+        editor.Bar().PresetsButtons();
+        rebuilt = true;
+    });
+    editor.desktop.keysDown = {KeyCode::Alt};
+    const QPointer<QAction> old = &editor.Button(u"Render"_s);
+    QTest::mouseClick(editor.Bar().widgetForAction(old), Qt::LeftButton, Qt::AltModifier);
+    QVERIFY(rebuilt);
+    QTRY_VERIFY(old.isNull());
+    QCOMPARE(editor.Bar().findChildren<QAction *>().size(), count);
 }
 
 void PresetBarTest::OddNamesWork()

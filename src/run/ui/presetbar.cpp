@@ -118,7 +118,7 @@ PresetBar::PresetBar(const RunContext &context, Commands &commands, QMenu &prese
 void PresetBar::PresetsButtons()
 {
     const QStringList presets = PresetStore(m_context.editor.settings).ReadPresetList();
-    clear();
+    RemoveButtons();
     if (!presets.isEmpty()) {
         setUpdatesEnabled(false);
         for (const QString &key : presets)
@@ -127,6 +127,18 @@ void PresetBar::PresetsButtons()
         BuildMenuRows(presets);
     }
     Q_EMIT Rebuilt();
+}
+
+void PresetBar::RemoveButtons()
+{
+    // They belong to the bar, which only lets go of them when it is cleared. One of them may be what runs
+    // now.
+    const QList<QAction *> buttons = actions();
+    clear();
+    for (QAction *button : buttons) {
+        button->setParent(nullptr);
+        button->deleteLater();
+    }
 }
 
 void PresetBar::AddPresetButton(const QString &key)

@@ -44,6 +44,7 @@ protected:
     void contextMenuEvent(QContextMenuEvent *event) override;
 
 private:
+    void RemoveButtons();
     void BuildMenuRows(const QStringList &presets);
     /// The key of the button at a point of the bar, empty outside all buttons.
     QString ButtonAt(const QPoint &point) const;
