@@ -1,9 +1,8 @@
 <CsoundSynthesizer>
+<CsInstruments>
 ; Bells over water: a slow peal of FM bells in a large room.
 ; Render it with the preset   $CSOUND$ -d -W -o $WAVE$ $DOCUMENT$
-<CsOptions>
-</CsOptions>
-<CsInstruments>
+
 sr     = 44100
 ksmps  = 32
 nchnls = 2

@@ -1,4 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
+# shellcheck shell=bash
 # Functions that ./run and ./test share: install what is missing, configure and build. Source it from the project's root.
 
 # apt_get ARGUMENT...: apt-get as root, with sudo where this user is not root.
@@ -47,7 +48,7 @@ install_missing() {
   # shellcheck disable=SC2086
   missing=$(missing_packages $uses)
   [ -n "$missing" ] || return 0
-  echo "Installing: $(echo $missing)"
+  echo "Installing: ${missing//$'\n'/ }"
   apt_get update -qq || true # packages may still be found in the lists that are there
   # shellcheck disable=SC2086
   apt_get install -y --no-install-recommends $missing

@@ -2,8 +2,8 @@
 """A composer opens a piece of Csound's documentation and renders it with presets."""
 
 import stat
+import subprocess
 import sys
-from pathlib import Path
 
 from support.stage import Sound, check, copy_example, equal, main, rendered
 
@@ -75,6 +75,17 @@ def prepare(stage):
     return record
 
 
+def pixels_of(picture, colour):
+    result = subprocess.run(
+        ["convert", str(picture), "-fill", "black", "+opaque", colour, "-fill", "white", "-opaque", colour]
+        + ["-format", "%[fx:int(mean*w*h+0.5)]", "info:"],
+        capture_output=True,
+        text=True,
+        check=True,
+    )
+    return int(result.stdout)
+
+
 def check_sound(path):
     sound = Sound(path)
     check(sound.seconds > 1, f"{path} has {sound.seconds} seconds")
@@ -89,7 +100,10 @@ def one_step_preset_renders(stage):
     editor = stage.start(piece)
     window = editor.window(lambda title: str(piece) in title)
     check("Unified Format" in window.title(), window.title())
-    stage.screenshot("opened")
+    editor.at_rest()
+    picture = window.screenshot("opened")
+    for colour, what in (("#0000ff", "opcodes"), ("#008000", "comments"), ("#800000", "tags")):
+        check(pixels_of(picture, colour) > 100, f"{what} in their colour")
     window.keys("ctrl+1")
     stage.until(lambda: rendered(wave), lambda: f"{wave}; the program said: {editor.output()}")
     check_sound(wave)

@@ -241,9 +241,13 @@ class Stage:
             number = pipe.readline().strip()
         check(number, "the display server has not started")
         self.environment["DISPLAY"] = ":" + number
+        # The window manager's own keys, and Super+M to maximize.
+        keys = '<keybind key="W-m"><action name="ToggleMaximize"/></keybind></keyboard>'
+        config = self.folder / "openbox.xml"
+        config.write_text(Path("/etc/xdg/openbox/rc.xml").read_text().replace("</keyboard>", keys))
         self.servants.append(
             subprocess.Popen(
-                ["openbox", "--sm-disable"],
+                ["openbox", "--sm-disable", "--config-file", str(config)],
                 env=self.environment,
                 stdin=subprocess.DEVNULL,
                 stdout=subprocess.DEVNULL,

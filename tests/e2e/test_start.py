@@ -1,0 +1,137 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""How the program starts: first use, the start-up rule, the forms of the command line, and what it cannot open."""
+
+import os
+
+from support.stage import check, copy_example, equal, main
+
+STORE = """[Options]
+Used=2
+Splash=0
+{more}
+"""
+
+
+def settled(stage, *arguments):
+    editor = stage.start(*arguments)
+    window = editor.window(lambda title: title.startswith("Zelvane"))
+    stage.until(window.is_active, "the window in front")
+    editor.at_rest()
+    return editor, window
+
+
+def first_use_welcomes_over_the_open_document(stage):
+    piece = copy_example(stage, "pluck.csd")
+    editor = stage.start(piece)
+    box = editor.window("Welcome!")
+    window = editor.window(lambda title: str(piece) in title)
+    stage.screenshot("first-use")
+    # The mailbox is served while the message stands.
+    other = copy_example(stage, "oscil.csd")
+    equal(stage.start(other).ended(), 0, "exit code of the second process")
+    stage.until(lambda: str(other) in window.title(), lambda: f"{other}; {window.title()}")
+    box.keys("Return")
+    stage.until(lambda: "Welcome!" not in editor.titles(), "the end of the welcome")
+    editor.close(window)
+    equal(stage.setting("Used"), "2", "the count of uses")
+
+
+def splash_stands_until_the_document_does(stage):
+    stage.write_store("[Options]\nUsed=2\n")
+    piece = stage.home / "large.orc"
+    piece.write_text("instr 1\n a1 oscili 1000, 440 ; a tone\n out a1\nendin\n" * 400_000)
+    editor = stage.start(piece)
+    splash = editor.window("Zelvane")
+    equal(splash.geometry()[2:], (480, 300), "the size of the picture")
+    window = editor.window(lambda title: str(piece) in title)
+    stage.until(lambda: len(stage.windows_of(editor.pid)) == 1, "the end of the splash")
+    editor.close(window)
+
+
+def start_up_rule_without_a_file(stage):
+    piece = copy_example(stage, "pluck.csd")
+    recent = f'[Recent File List]\n1={piece}\n'
+    stage.write_store(STORE.format(more="Startup=2") + recent)
+    editor, window = settled(stage)
+    check("Untitled" in window.title(), window.title())
+    editor.close(window)
+
+    stage.write_store(STORE.format(more="Startup=0") + recent)
+    editor, window = settled(stage)
+    check(str(piece) in window.title(), window.title())
+    editor.close(window)
+
+    stage.write_store(STORE.format(more="Startup=1") + recent)
+    editor = stage.start()
+    window = editor.window(lambda title: "Untitled" in title)
+    stage.until(lambda: len(stage.windows_of(editor.pid)) == 2, "the dialog to open a file")
+    dialog = editor.window(lambda title: "Untitled" not in title)
+    dialog.keys("Escape")
+    editor.close(window)
+
+    stage.write_store(STORE.format(more="Startup=0") + recent)
+    editor, window = settled(stage, "/i")
+    equal(window.title(), "Zelvane", "the bare caption of a new instance")
+    editor.close(window)
+
+
+def paths_with_blanks_need_no_quotes(stage):
+    stage.write_store(STORE.format(more="Startup=2"))
+    piece = copy_example(stage, "pluck.csd", "a [*] piece; 'quoted' & more")
+    for arguments in ([piece], [f'"{piece}"'], str(piece.relative_to(stage.home)).split(" ")):
+        editor, window = settled(stage, *arguments)
+        check(str(piece) in window.title(), f"{arguments}: {window.title()}")
+        editor.close(window)
+
+
+def what_cannot_be_opened_says_so(stage):
+    stage.write_store(STORE.format(more="Startup=2"))
+    os.mkfifo(stage.home / "fifo.orc")
+    (stage.home / "folder.csd").mkdir()
+    for name in ("fifo.orc", "folder.csd", "missing.csd"):
+        path = stage.home / name
+        editor = stage.start(path)
+        window = editor.window(lambda title: title.startswith("Zelvane"))
+        stage.until(lambda: len(stage.windows_of(editor.pid)) == 2, f"the message about {name}")
+        box = editor.window(lambda title: title == "Zelvane" or "Zelvane" not in title)
+        box.screenshot("cannot-open-" + name)
+        box.keys("Return")
+        stage.until(lambda: len(stage.windows_of(editor.pid)) == 1, "the end of the message")
+        check(editor.runs(), "the editor has gone")
+        # What could not be loaded counts as changed: it asks at the close.
+        window.keys("alt+F4")
+        stage.until(
+            lambda: not editor.runs() or len(stage.windows_of(editor.pid)) == 2, "the question at the close"
+        )
+        if editor.runs():
+            editor.window(lambda title: title == "Zelvane").keys("alt+n")
+        equal(editor.ended(), 0, f"exit code after {name}")
+
+
+def broken_settings_do_not_keep_the_window_away(stage):
+    piece = copy_example(stage, "pluck.csd")
+    stage.write_store("[Options]\nUsed=2\nSplash=perhaps\nthis line is no setting\nWidth=wide\nStartup=2\n")
+    editor = stage.start(piece)
+    window = None
+    for _ in range(10):  # each value that cannot be read is told once
+        stage.until(lambda: editor.titles(), "a window")
+        editor.at_rest()
+        titles = editor.titles()
+        if any(str(piece) in title for title in titles) and len(titles) == 1:
+            window = editor.window(lambda title: str(piece) in title)
+            break
+        stage.screenshot("broken-settings")
+        stage.output("xdotool", "key", "Escape")
+    check(window, f"the document; there are {editor.titles()}")
+    editor.close(window)
+    check("this line is no setting" in stage.store.read_text(), "the line that is no setting")
+
+
+main(
+    first_use_welcomes_over_the_open_document,
+    splash_stands_until_the_document_does,
+    start_up_rule_without_a_file,
+    paths_with_blanks_need_no_quotes,
+    what_cannot_be_opened_says_so,
+    broken_settings_do_not_keep_the_window_away,
+)
