@@ -81,7 +81,7 @@ def relative_path_means_the_second_process_folder(stage):
     shows(stage, window, piece)
     os.rename(piece, piece.with_name("gone.csd"))
     equal(stage.start(piece).ended(), 0, "the file is not checked by the second process")
-    box = editor.window(lambda title: title != window.title())
+    box = editor.dialog(window)
     box.screenshot("handed-over-missing")
     box.keys("Return")
     stage.until(lambda: len(stage.windows_of(editor.pid)) == 1, "the end of the message")
@@ -140,7 +140,7 @@ def changed_text_is_not_lost(stage):
     shows(stage, window, first)
     window.type("; mine ")
     equal(stage.start(second).ended(), 0, "exit code")
-    box = editor.window(lambda title: title == "Zelvane")
+    box = editor.dialog(window)
     box.screenshot("handed-over-unsaved")
     box.keys("Escape")  # Cancel: the text stays
     stage.until(lambda: len(stage.windows_of(editor.pid)) == 1, "the end of the question")

@@ -64,9 +64,8 @@ def start_up_rule_without_a_file(stage):
     stage.write_store(STORE.format(more="Startup=1") + recent)
     editor = stage.start()
     window = editor.window(lambda title: "Untitled" in title)
-    stage.until(lambda: len(stage.windows_of(editor.pid)) == 2, "the dialog to open a file")
-    dialog = editor.window(lambda title: "Untitled" not in title)
-    dialog.keys("Escape")
+    editor.dialog(window).keys("Escape")
+    stage.until(lambda: len(stage.windows_of(editor.pid)) == 1, "the end of the dialog")
     editor.close(window)
 
     stage.write_store(STORE.format(more="Startup=0") + recent)
@@ -92,8 +91,7 @@ def what_cannot_be_opened_says_so(stage):
         path = stage.home / name
         editor = stage.start(path)
         window = editor.window(lambda title: title.startswith("Zelvane"))
-        stage.until(lambda: len(stage.windows_of(editor.pid)) == 2, f"the message about {name}")
-        box = editor.window(lambda title: title == "Zelvane" or "Zelvane" not in title)
+        box = editor.dialog(window)
         box.screenshot("cannot-open-" + name)
         box.keys("Return")
         stage.until(lambda: len(stage.windows_of(editor.pid)) == 1, "the end of the message")
@@ -104,7 +102,7 @@ def what_cannot_be_opened_says_so(stage):
             lambda: not editor.runs() or len(stage.windows_of(editor.pid)) == 2, "the question at the close"
         )
         if editor.runs():
-            editor.window(lambda title: title == "Zelvane").keys("alt+n")
+            editor.dialog(window).keys("alt+n")
         equal(editor.ended(), 0, f"exit code after {name}")
 
 

@@ -122,21 +122,26 @@ class Process:
     def output(self):
         return self.log.read_text(errors="replace")
 
-    def window(self, title=None, patience=PATIENCE):
-        """The process's window whose title passes; any visible one with the application's title without `title`."""
+    def window(self, title=None, patience=PATIENCE, beside=None):
+        """The process's window whose title passes; any visible one with the application's title without `title`.
+        `beside` is a window that is not meant."""
         accept = title if callable(title) else (lambda text: text == title) if title else (lambda text: TITLE in text)
         found = []
 
         def look():
             check(self.runs(), f"the program has ended with {self.process.poll()}: {self.output()}")
             for number in self.stage.windows_of(self.pid):
-                if accept(Window(self.stage, number).title()):
+                if (not beside or number != beside.number) and accept(Window(self.stage, number).title()):
                     found.append(number)
                     return True
             return False
 
         self.stage.until(look, lambda: f"a window titled {title!r}; there are {self.titles()}", patience)
         return Window(self.stage, found[-1])
+
+    def dialog(self, window):
+        """The window that stands over this one."""
+        return self.window(lambda title: True, beside=window)
 
     def at_rest(self):
         """Waits until the program has nothing more to do: a new instance shows no other sign that its start is over."""
