@@ -67,6 +67,8 @@ class Window:
         return self.stage.active_window() == self.number
 
     def activate(self):
+        if self.is_active():
+            return  # a window manager that is told so again lets go of the focus for a moment, and a key is lost
         self._run("xdotool", "windowactivate", self.number)
         self.stage.until(self.is_active, f"window {self.title()!r} is active")
 
