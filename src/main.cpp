@@ -4,6 +4,8 @@
 #include "platform/ui/instancelink.h"
 #include "platform/ui/qtdesktop.h"
 #include "platform/ui/raisewindow.h"
+#include "run/ui/dialogprogram.h"
+#include "run/ui/frmquickpreset.h"
 #include "shell/commandline.h"
 #include "shell/errorreport.h"
 #include "shell/settings.h"
@@ -137,6 +139,19 @@ int RunEditor(Application &application, const CommandLine &command, const QByteA
     return QApplication::exec();
 }
 
+/// The preset chooser: the process lives as long as that dialog.
+int RunChooser(Application &application, const QString &document)
+{
+    if (document.isEmpty())
+        return 0;
+    SettingsStore settings;
+    DialogProgram program(document, settings, application.TheDesktop());
+    frmQuickPreset chooser(program.Context());
+    QObject::connect(&chooser, &QDialog::finished, &application, [] { QCoreApplication::exit(0); });
+    chooser.show();
+    return QApplication::exec();
+}
+
 } // namespace
 
 /// Main: the command line alone decides which of three programs this process is.
@@ -154,7 +169,7 @@ int main(int argc, char **argv)
     };
     switch (command.Form()) {
     case StartForm::QuickPreset:
-        return notHere(u"The preset chooser"_s);
+        return RunChooser(application, command.Document());
     case StartForm::RunCsound:
         return command.Document().isEmpty() ? 0 : notHere(u"The Run Csound dialog"_s);
     case StartForm::NewInstance:

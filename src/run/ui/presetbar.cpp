@@ -1,16 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "run/ui/presetbar.h"
 
-#include "platform/ui/fileicon.h"
 #include "run/presetbar.h"
 #include "run/presetrun.h"
 #include "run/presetstore.h"
+#include "run/ui/presetimages.h"
 #include "shell/editorcontext.h"
 #include "shell/ui/commands.h"
-#include "shell/ui/icons.h"
 
 #include <QContextMenuEvent>
-#include <QImageReader>
 #include <QMenu>
 #include <QTextDocument>
 #include <QToolButton>
@@ -23,9 +21,6 @@ namespace zelvane
 namespace
 {
 
-constexpr int ImageSide = 16;
-constexpr QRgb MaskColour = qRgb(192, 192, 192); ///< light grey: seen through
-
 QString Escaped(QString text)
 {
     return text.replace(u'&', u"&&"_s);
@@ -37,63 +32,6 @@ QString PlainToolTip(const QString &text)
     return Qt::mightBeRichText(text) ? u"<qt>"_s + text.toHtmlEscaped() + u"</qt>"_s : text;
 }
 
-/// An icon file as it is, any other picture without its light grey; null when the file cannot be read as a
-/// picture.
-QIcon FileImage(const QString &path)
-{
-    QImageReader reader(path);
-    reader.setDecideFormatFromContent(true);
-    QImage image;
-    if (reader.canRead() && (reader.format() == "ico" || reader.format() == "cur")) {
-        // One file holds several sizes: the smallest that needs no magnifying is the sharpest.
-        for (int i = 0; i < std::max(1, reader.imageCount()); ++i) {
-            if (!reader.jumpToImage(i) && i > 0)
-                break;
-            const QImage frame = reader.read();
-            const bool better = image.isNull() ||
-                                (image.width() < ImageSide && frame.width() > image.width()) ||
-                                (frame.width() >= ImageSide && frame.width() < image.width());
-            if (!frame.isNull() && better)
-                image = frame;
-        }
-    } else {
-        image = reader.read().convertToFormat(QImage::Format_ARGB32);
-        for (int y = 0; y < image.height(); ++y) {
-            auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
-            for (int x = 0; x < image.width(); ++x) {
-                if ((line[x] | 0xFF000000U) == MaskColour)
-                    line[x] = 0;
-            }
-        }
-    }
-    if (image.isNull())
-        return {};
-    QIcon icon;
-    for (const int scale : {1, 2}) {
-        const int side = ImageSide * scale;
-        QPixmap pixmap = QPixmap::fromImage(image.scaled(
-            side, side, Qt::IgnoreAspectRatio,
-            image.width() % side == 0 && image.width() == image.height() ? Qt::FastTransformation
-                                                                         : Qt::SmoothTransformation));
-        pixmap.setDevicePixelRatio(scale);
-        icon.addPixmap(pixmap);
-    }
-    return icon;
-}
-
-/// A built-in image, a picture file, else the desktop's icon of the command, else the default image.
-QIcon ButtonIcon(const PresetButton &button)
-{
-    QIcon icon;
-    if (button.image.form == PresetImage::Form::BuiltIn)
-        icon = Icons::LoadImage(button.image.number);
-    else if (button.image.form == PresetImage::Form::File)
-        icon = FileImage(button.image.file);
-    if (icon.isNull() && button.image.form != PresetImage::Form::BuiltIn)
-        icon = SmallFileIcon(button.command);
-    return icon.isNull() ? Icons::Load(u"preset"_s) : icon;
-}
-
 } // namespace
 
 PresetBar::PresetBar(const RunContext &context, Commands &commands, QMenu &presets, QMenu &popup,
@@ -101,7 +39,7 @@ PresetBar::PresetBar(const RunContext &context, Commands &commands, QMenu &prese
     : QToolBar(parent), m_context(context), m_commands(commands), m_presets(presets), m_popup(popup)
 {
     setObjectName(u"tbPresets"_s);
-    setIconSize(QSize(ImageSide, ImageSide));
+    setIconSize(QSize(PresetImageSide, PresetImageSide));
     m_commands.Bind(u"mnuPreset"_s, [this](int row) {
         RunPreset(RowKey(row), m_context.editor.desktop.IsKeyDown(KeyCode::Ctrl), false, m_context);
     });

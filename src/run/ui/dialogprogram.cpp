@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "run/ui/dialogprogram.h"
+
+#include "shell/documentkind.h"
+
+namespace zelvane
+{
+
+namespace
+{
+
+/// The text of a program without a text: always empty.
+class NoText : public TextBuffer
+{
+public:
+    QString Text() const override { return {}; }
+    QString TextRange(qsizetype, qsizetype) const override { return {}; }
+    qsizetype Length() const override { return 0; }
+    void SetText(const QString &) override {}
+    TextSpan Selection() const override { return {}; }
+    void SetSelection(qsizetype, qsizetype) override {}
+    QString SelectedText() const override { return {}; }
+    void ReplaceSelection(const QString &) override {}
+    void ReplaceRange(qsizetype, qsizetype, const QString &) override {}
+    void ReplaceEach(const std::vector<qint32> &, qsizetype, const QString &) override {}
+    qsizetype LineCount() const override { return 1; }
+    qsizetype LineOfOffset(qsizetype) const override { return 0; }
+    qsizetype LineStart(qsizetype) const override { return 0; }
+    qsizetype LineEnd(qsizetype) const override { return 0; }
+    qsizetype FirstVisibleLine() const override { return 0; }
+    void ScrollToLine(qsizetype) override {}
+    void ApplyStyles(qsizetype, qsizetype, const StyleRuns &) override {}
+    bool CanUndo() const override { return false; }
+    bool CanRedo() const override { return false; }
+    void EmptyUndoBuffer() override {}
+};
+
+class NoStatus : public StatusLine
+{
+public:
+    QString Text() const override { return {}; }
+    void Show(const QString &) override {}
+};
+
+class NoOperations : public DocumentOperations
+{
+public:
+    void OpenFile(const QString &, OpenOrigin) override {}
+    void SaveFile(const QString &) override {}
+    void NewFile(FileKind, const QString &) override {}
+    void InsertFile(const QString &) override {}
+    bool QuerySave() override { return true; }
+};
+
+} // namespace
+
+struct DialogProgram::Void {
+    NoText text;
+    NoStatus status;
+    NoOperations operations;
+};
+
+DialogProgram::DialogProgram(const QString &document, SettingsStore &settings, Desktop &desktop)
+    : m_tools(ReadToolPaths(settings)),
+      m_void(std::make_unique<Void>()),
+      m_editor{m_document, m_void->text, settings, desktop, m_void->status, *this, m_void->operations},
+      m_context{m_editor, m_tools}
+{
+    m_document.CurrentFile = document;
+    ClassifyDocument(m_document, settings);
+}
+
+DialogProgram::~DialogProgram() = default;
+
+void DialogProgram::EditPreset(const QString &) {}
+
+} // namespace zelvane

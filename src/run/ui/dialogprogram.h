@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/textbuffer.h"
+#include "run/toolpaths.h"
+#include "shell/editorcontext.h"
+
+#include <memory>
+
+namespace zelvane
+{
+
+/// What the preset chooser and the Run Csound dialog work on when each is a program of its own: a document by
+/// its path, the settings and the tool paths. There is no main window, no text and no status line; the main
+/// window is never active, and what is asked of it does nothing.
+class DialogProgram : public ProgramWindows
+{
+public:
+    /// Classifies the document and reads the tool paths.
+    DialogProgram(const QString &document, SettingsStore &settings, Desktop &desktop);
+    ~DialogProgram() override;
+
+    /// Lives as long as this object.
+    RunContext &Context() { return m_context; }
+
+    bool MainWindowActive() const override { return false; }
+    void MinimizeMainWindow() override {}
+    void RaiseMainWindow() override {}
+    void ShowPreferences() override {}
+    void EditPreset(const QString &name) override;
+    /// The editors that run see the change when they next start.
+    void RebuildPresets() override {}
+
+private:
+    struct Void;
+
+    DocumentRecord m_document;
+    ToolPaths m_tools;
+    std::unique_ptr<Void> m_void;
+    EditorContext m_editor;
+    RunContext m_context;
+};
+
+} // namespace zelvane

@@ -1,0 +1,184 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "run/ui/frmquickpreset.h"
+
+#include "platform/runtimeerror.h"
+#include "run/presetbar.h"
+#include "run/presetrun.h"
+#include "run/quickpreset.h"
+#include "run/ui/presetimages.h"
+#include "shell/editorcontext.h"
+#include "shell/errorreport.h"
+#include "shell/ui/icons.h"
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QListWidget>
+#include <QPushButton>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane
+{
+
+namespace
+{
+
+constexpr int ListWidth = 44;   ///< in characters
+constexpr int ListRows = 12;    ///< shown without scrolling
+constexpr int TooltipLines = 2; ///< room for the description
+constexpr int LongestName = 60; ///< of a file name before it is cut in the middle, in characters
+
+} // namespace
+
+frmQuickPreset::frmQuickPreset(const RunContext &context, QWidget *parent)
+    : QDialog(parent),
+      m_context(context),
+      lblFileName(new QLabel(this)),
+      lstPreset(new QListWidget(this)),
+      lblTooltip(new QLabel(this)),
+      imgBitmap(new IconView(this)),
+      cmdOK(new QPushButton(u"OK"_s, this)),
+      cmdEdit(new QPushButton(u"&Edit..."_s, this)),
+      cmdCancel(new QPushButton(u"Cancel"_s, this))
+{
+    setObjectName(u"frmQuickPreset"_s);
+    setWindowTitle(QuickPresetCaption());
+    BuildControls();
+    LayOut();
+    Guard([this] { FillList(); });
+    lstPreset->setFocus();
+}
+
+void frmQuickPreset::BuildControls()
+{
+    const std::initializer_list<std::pair<QWidget *, QString>> names = {
+        {lblFileName, u"lblFileName"_s}, {lstPreset, u"lstPreset"_s}, {lblTooltip, u"lblTooltip"_s},
+        {imgBitmap, u"imgBitmap"_s},     {cmdOK, u"cmdOK"_s},         {cmdEdit, u"cmdEdit"_s},
+        {cmdCancel, u"cmdCancel"_s}};
+    for (const auto &[widget, name] : names)
+        widget->setObjectName(name);
+
+    lblFileName->setTextFormat(Qt::PlainText);
+    const QString line = QuickPresetFileLine(m_context.editor);
+    lblFileName->setText(
+        fontMetrics().elidedText(line, Qt::ElideMiddle, fontMetrics().averageCharWidth() * LongestName));
+    lblFileName->setAccessibleName(line);
+    lblFileName->setToolTip(m_context.editor.document.CurrentFile);
+    lstPreset->setAccessibleName(u"Presets"_s);
+    lstPreset->setUniformItemSizes(true);
+    lblTooltip->setTextFormat(Qt::PlainText);
+    lblTooltip->setWordWrap(true);
+    lblTooltip->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    imgBitmap->setFrameShape(QFrame::NoFrame);
+    imgBitmap->setAccessibleName(u"Image of the preset"_s);
+    cmdOK->setDefault(true);
+    cmdOK->setToolTip(u"Run the preset. With Ctrl: confirm macros; with Alt: edit the preset"_s);
+    cmdEdit->setToolTip(u"Open the document in the editor"_s);
+    for (QPushButton *button : {cmdEdit, cmdCancel})
+        button->setAutoDefault(false);
+
+    connect(lstPreset, &QListWidget::currentRowChanged, this, [this] { ShowSelected(); });
+    connect(lstPreset, &QListWidget::itemDoubleClicked, this, &frmQuickPreset::RunSelected);
+    connect(cmdOK, &QPushButton::clicked, this, &frmQuickPreset::RunSelected);
+    connect(cmdEdit, &QPushButton::clicked, this, &frmQuickPreset::Edit);
+    connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
+}
+
+void frmQuickPreset::LayOut()
+{
+    const QFontMetrics metrics = fontMetrics();
+    lstPreset->setMinimumSize(metrics.averageCharWidth() * ListWidth, metrics.lineSpacing() * ListRows);
+    lblTooltip->setMinimumHeight(metrics.lineSpacing() * TooltipLines);
+
+    auto *preview = new QHBoxLayout;
+    preview->addWidget(imgBitmap, 0, Qt::AlignTop);
+    preview->addWidget(lblTooltip, 1);
+
+    auto *fields = new QVBoxLayout;
+    fields->addWidget(lblFileName);
+    fields->addWidget(lstPreset, 1);
+    fields->addLayout(preview);
+
+    auto *buttons = new QVBoxLayout;
+    for (QPushButton *button : {cmdOK, cmdCancel, cmdEdit})
+        buttons->addWidget(button);
+    buttons->addStretch();
+
+    auto *all = new QHBoxLayout(this);
+    all->addLayout(fields, 1);
+    all->addLayout(buttons);
+    setTabOrder(lstPreset, cmdOK);
+    setTabOrder(cmdOK, cmdCancel);
+    setTabOrder(cmdCancel, cmdEdit);
+}
+
+void frmQuickPreset::FillList()
+{
+    lstPreset->addItems(PresetStore(m_context.editor.settings).ReadPresetList());
+    lstPreset->setCurrentRow(lstPreset->count() > 0 ? 0 : -1);
+    ShowSelected();
+}
+
+void frmQuickPreset::ShowSelected()
+{
+    const QListWidgetItem *item = lstPreset->currentItem();
+    cmdOK->setEnabled(item != nullptr);
+    const QuickPresetPreview preview =
+        item ? PreviewOf(item->text(), m_context.editor) : QuickPresetPreview();
+    lblTooltip->setText(preview.tooltip);
+    imgBitmap->SetIcon(preview.imageNumber == 0 ? QIcon() : Icons::LoadImage(preview.imageNumber));
+}
+
+void frmQuickPreset::RunRow(int row, bool confirm, bool edit)
+{
+    const QListWidgetItem *item = lstPreset->item(row);
+    if (!item)
+        return;
+    Guard([&] { RunPreset(item->text(), confirm, edit, m_context); });
+    accept();
+}
+
+void frmQuickPreset::RunSelected()
+{
+    const Desktop &desktop = m_context.editor.desktop;
+    RunRow(lstPreset->currentRow(), desktop.IsKeyDown(KeyCode::Ctrl), desktop.IsKeyDown(KeyCode::Alt));
+}
+
+void frmQuickPreset::Edit()
+{
+    Guard([this] { EditFromChooser(m_context.editor); });
+    accept();
+}
+
+void frmQuickPreset::keyPressEvent(QKeyEvent *event)
+{
+    const bool ctrl = event->modifiers() & Qt::ControlModifier;
+    const bool alt = event->modifiers() & Qt::AltModifier;
+    const bool keypad = event->modifiers() & Qt::KeypadModifier;
+    const int key = event->key();
+    if (!keypad && key >= Qt::Key_0 && key <= Qt::Key_9) {
+        if (const int row = PresetRowOfDigit(key - Qt::Key_0, ctrl, alt); row >= 0) {
+            if (!event->isAutoRepeat())
+                RunRow(row, false, false);
+            return;
+        }
+    }
+    // The toolkit gives the default button the plain key only.
+    if ((ctrl || alt) && (key == Qt::Key_Return || key == Qt::Key_Enter)) {
+        RunRow(lstPreset->currentRow(), ctrl, alt);
+        return;
+    }
+    QDialog::keyPressEvent(event);
+}
+
+void frmQuickPreset::Guard(const std::function<void()> &work)
+{
+    try {
+        work();
+    } catch (const RunTimeError &error) {
+        ReportError(m_context.editor.desktop, error);
+    }
+}
+
+} // namespace zelvane
