@@ -2,9 +2,11 @@
 #include "shell/textops.h"
 
 #include "platform/numbers.h"
+#include "platform/textwriter.h"
 
 #include <algorithm>
 #include <QScopeGuard>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -14,71 +16,72 @@ namespace zelvane
 namespace
 {
 
-/// Calls `line(start, end)` for each line of the text, end behind its LF. A last LF opens no further line.
-template <typename Line> void ForEachLine(QStringView text, Line line)
-{
-    qsizetype start = 0;
-    do {
-        const qsizetype feed = text.indexOf(u'\n', start);
-        const qsizetype end = feed < 0 ? text.size() : feed + 1;
-        line(start, end);
-        start = end;
-    } while (start < text.size());
-}
-
+/// A last LF opens no further line.
 QString PutBeforeLines(QStringView text, QStringView mark)
 {
-    QString result;
-    result.reserve(text.size() + mark.size() * (1 + text.count(u'\n')));
-    ForEachLine(text, [&](qsizetype start, qsizetype end) {
-        result.append(mark).append(text.sliced(start, end - start));
-    });
-    return result;
+    TextWriter result(text.size() + mark.size() * (1 + text.count(u'\n')));
+    result.Put(mark);
+    const QChar *const last = text.end() - 1;
+    for (const QChar *c = text.begin(); c != text.end(); ++c) {
+        result.Put(*c);
+        if (*c == u'\n' && c != last)
+            result.Put(mark);
+    }
+    return result.Take();
 }
 
 QString WithoutLineComments(QStringView text)
 {
-    QString result;
-    result.reserve(text.size());
-    ForEachLine(text, [&](qsizetype start, qsizetype end) {
-        const QStringView line = text.sliced(start, end - start);
-        const qsizetype mark = line.indexOf(u';');
-        if (mark == 0)
-            return;
-        if (mark < 0) {
-            result.append(line);
-            return;
+    TextWriter result(text.size());
+    bool atLineStart = true;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (text[i] != u';') {
+            result.Put(text[i]);
+            atLineStart = text[i] == u'\n';
+            continue;
         }
-        result.append(line.first(mark));
-        if (line.endsWith(u'\n'))
-            result.append(u'\n');
-    });
-    return result;
+        const qsizetype feed = text.indexOf(u'\n', i);
+        if (feed < 0)
+            break;
+        // A line that begins with the mark goes with its line end.
+        i = atLineStart ? feed : feed - 1;
+    }
+    return result.Take();
 }
 
 QString WithoutBlockComments(QStringView text)
 {
-    QString result;
-    result.reserve(text.size());
-    qsizetype i = 0;
-    while (i < text.size()) {
-        const qsizetype star = text.indexOf(u'*', i);
-        if (star < 0)
-            break;
-        result.append(text.sliced(i, star - i));
-        i = star;
-        if (result.endsWith(u'/')) {
-            const qsizetype close = text.indexOf(u"*/", star + 1);
-            if (close < 0)
+    TextWriter result(text.size());
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (text[i] == u'*' && result.EndsWith(u'/')) {
+            const qsizetype close = text.indexOf(u"*/", i + 1);
+            if (close < 0) {
+                result.Put(text.sliced(i));
                 break;
-            result.chop(1);
-            i = close + 2;
+            }
+            result.Drop();
+            i = close + 1;
         } else {
-            result.append(u'*');
-            i = star + 1;
+            result.Put(text[i]);
         }
     }
-    return result.append(text.sliced(i));
+    return result.Take();
+}
+
+// Nearly every character of a text is ASCII, and the toolkit's tables are slow for those.
+
+QChar Upper(QChar c)
+{
+    if (c.unicode() < 0x80)
+        return c >= u'a' && c <= u'z' ? QChar(char16_t(c.unicode() - 0x20)) : c;
+    return c.toUpper();
+}
+
+QChar Lower(QChar c)
+{
+    if (c.unicode() < 0x80)
+        return c >= u'A' && c <= u'Z' ? QChar(char16_t(c.unicode() + 0x20)) : c;
+    return c.toLower();
 }
 
 /// Replaces the selection and leaves the new text selected.
@@ -153,10 +156,35 @@ QString CommentText(QStringView text, bool blockForm)
     return PutBeforeLines(text, u";");
 }
 
-QString UncommentText(const QString &text)
+QString UncommentText(QStringView text)
 {
-    QString result = text;
-    return result.remove(u';').remove(u"/*"_s).remove(u"*/"_s);
+    // Three removals one behind the other: what one joins, the next one sees, but not the same one again.
+    TextWriter result(text.size());
+    bool slash = false; // held back from the second removal
+    bool star = false;  // the last character, open to the third
+    const auto putUnlessClosing = [&](QChar c) {
+        if (star && c == u'/') {
+            result.Drop();
+            star = false;
+            return;
+        }
+        result.Put(c);
+        star = c == u'*';
+    };
+    for (const QChar c : text) {
+        if (c == u';')
+            continue;
+        const bool opened = std::exchange(slash, c == u'/');
+        if (opened && c == u'*')
+            continue;
+        if (opened)
+            putUnlessClosing(u'/');
+        if (c != u'/')
+            putUnlessClosing(c);
+    }
+    if (slash)
+        putUnlessClosing(u'/');
+    return result.Take();
 }
 
 QString RemoveCommentsFromText(QStringView text)
@@ -171,26 +199,39 @@ QString IndentText(QStringView text, QStringView unit)
 
 QString UnindentText(QStringView text, QStringView unit)
 {
-    QString result;
-    result.reserve(text.size());
-    ForEachLine(text, [&](qsizetype start, qsizetype end) {
-        const QStringView line = text.sliced(start, end - start);
-        result.append(line.startsWith(unit) ? line.sliced(unit.size()) : line);
-    });
-    return result;
+    TextWriter result(text.size());
+    bool atLineStart = true;
+    for (qsizetype i = 0; i < text.size();) {
+        if (atLineStart && text.sliced(i).startsWith(unit)) {
+            i += unit.size();
+            atLineStart = false;
+            continue;
+        }
+        atLineStart = text[i] == u'\n';
+        result.Put(text[i++]);
+    }
+    return result.Take();
 }
 
 QString ChangeCaseOfText(QStringView text, CaseChange change)
 {
-    QString result = text.toString();
-    bool raise = change != CaseChange::Lower;
-    for (QChar &c : result) {
-        if (change == CaseChange::Capitalize && c.isSpace())
-            raise = true;
-        const bool isLetter = c.isLetter();
-        c = raise ? c.toUpper() : c.toLower();
-        if (change == CaseChange::Capitalize && isLetter)
-            raise = false;
+    QString result(text.size(), Qt::Uninitialized);
+    QChar *to = result.data();
+    switch (change) {
+    case CaseChange::Upper:
+        std::transform(text.begin(), text.end(), to, Upper);
+        break;
+    case CaseChange::Lower:
+        std::transform(text.begin(), text.end(), to, Lower);
+        break;
+    case CaseChange::Capitalize:
+        bool raise = true;
+        for (const QChar c : text) {
+            raise = raise || c.isSpace();
+            *to++ = raise ? Upper(c) : Lower(c);
+            raise = raise && !c.isLetter();
+        }
+        break;
     }
     return result;
 }

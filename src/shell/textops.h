@@ -34,7 +34,7 @@ bool IsCommented(QStringView text, qsizetype pos, std::span<const TextSpan> bloc
 /// character opens no further line.
 QString CommentText(QStringView text, bool blockForm);
 /// Takes out every ";", then every opening mark, then every closing mark, wherever they stand.
-QString UncommentText(const QString &text);
+QString UncommentText(QStringView text);
 /// Takes out line comments (with the line, when nothing stands before them), then block comments. The ends
 /// that a removal brings together are looked at again, so they can form a new opening mark.
 QString RemoveCommentsFromText(QStringView text);

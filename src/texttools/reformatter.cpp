@@ -2,9 +2,11 @@
 #include "texttools/reformatter.h"
 
 #include "platform/runtimeerror.h"
+#include "platform/textwriter.h"
 
 #include <algorithm>
 #include <array>
+#include <limits>
 #include <vector>
 
 using namespace Qt::Literals::StringLiterals;
@@ -43,8 +45,9 @@ public:
         return !m_goOn();
     }
 
-private:
     static constexpr qsizetype Stretch = 1 << 16;
+
+private:
     const GoOn &m_goOn;
     qsizetype m_next = 0;
 };
@@ -59,12 +62,12 @@ template <typename Kind> qsizetype WalkEnd(QStringView text, qsizetype from, Kin
 
 std::optional<QString> ReplaceEach(QStringView text, QChar what, QChar with, Pace &pace)
 {
-    QString result = text.toString();
-    for (qsizetype i = 0; i < result.size(); ++i) {
+    QString result(text.size(), Qt::Uninitialized);
+    for (qsizetype i = 0; i < text.size(); i += Pace::Stretch) {
         if (pace.Stopped(i))
             return std::nullopt;
-        if (result[i] == what)
-            result[i] = with;
+        const QStringView piece = text.sliced(i, std::min(text.size() - i, Pace::Stretch));
+        std::replace_copy(piece.begin(), piece.end(), result.data() + i, what, with);
     }
     return result;
 }
@@ -73,21 +76,19 @@ std::optional<QString> ReplaceEach(QStringView text, QChar what, QChar with, Pac
 /// standing. With `single`, lone blanks become one `with` too, and so does the blank left at the end.
 std::optional<QString> ReplaceRuns(QStringView text, QChar with, bool single, Pace &pace)
 {
-    QString result;
-    result.reserve(text.size());
-    qsizetype i = 0;
-    while (i < text.size()) {
+    TextWriter result(text.size());
+    for (qsizetype i = 0; i < text.size();) {
         if (pace.Stopped(i))
             return std::nullopt;
-        const qsizetype blank = text.indexOf(u' ', i);
-        if (blank < 0)
-            break;
-        result.append(text.sliced(i, blank - i));
-        const bool several = blank + 1 < text.size() && IsBlank(text[blank + 1]);
-        i = several ? WalkEnd(text, blank, IsBlank) : blank + 1;
-        result.append(several || single ? with : QChar(u' '));
+        if (!IsBlank(text[i])) {
+            result.Put(text[i++]);
+            continue;
+        }
+        const bool several = i + 1 < text.size() && IsBlank(text[i + 1]);
+        i = several ? WalkEnd(text, i, IsBlank) : i + 1;
+        result.Put(several || single ? with : QChar(u' '));
     }
-    return result.append(text.sliced(i));
+    return result.Take();
 }
 
 std::optional<QString> ExpandTabs(QStringView text, int tabSpaces, Pace &pace)
@@ -95,24 +96,34 @@ std::optional<QString> ExpandTabs(QStringView text, int tabSpaces, Pace &pace)
     if (tabSpaces < 1)
         throw RunTimeError(ErrorNumber::InvalidCall, u"The 'Tab spaces' setting has to be at least 1."_s,
                            u"Reformatter"_s);
-    QString result;
-    result.reserve(text.size());
-    qsizetype lineStart = 0; // in the result
+    // Kept: the column counts from 2, so a tab in the first column is one blank short.
+    const auto blanksAt = [tabSpaces](qsizetype column) { return tabSpaces - (column + 2) % tabSpaces; };
+
+    qsizetype size = 0;
+    qsizetype column = 0;
+    for (const QChar c : text) {
+        const qsizetype width = c == u'\t' ? blanksAt(column) : 1;
+        size += width;
+        column = IsLineEnd(c) ? 0 : column + width;
+    }
+    if (size > std::numeric_limits<qint32>::max())
+        throw RunTimeError(ErrorNumber::OutOfMemory, u"Out of memory"_s, u"Reformatter"_s);
+
+    TextWriter result(size);
+    column = 0;
     for (qsizetype i = 0; i < text.size(); ++i) {
         if (pace.Stopped(i))
             return std::nullopt;
-        const QChar c = text[i];
-        if (c == u'\t') {
-            // Kept: the column counts from 2, so a tab in the first column is one blank short.
-            const qsizetype column = result.size() - lineStart + 2;
-            result.append(QString(tabSpaces - column % tabSpaces, u' '));
+        if (text[i] == u'\t') {
+            const qsizetype width = blanksAt(column);
+            result.Put(width, u' ');
+            column += width;
             continue;
         }
-        result.append(c);
-        if (IsLineEnd(c))
-            lineStart = result.size();
+        result.Put(text[i]);
+        column = IsLineEnd(text[i]) ? 0 : column + 1;
     }
-    return result;
+    return result.Take();
 }
 
 /// Each line feed takes away the nearest blanks before it that have nothing but line ends behind them, and
@@ -124,8 +135,24 @@ std::optional<QString> RemoveTrailing(QStringView text, Pace &pace)
         qsizetype start, length;
         bool removed = false;
     };
-    std::vector<Blanks> blanks;  // those that stand before line ends, in order
-    std::vector<size_t> nearest; // which of them no other character separates from the present place
+    // Between two other characters: the blanks that stand before line ends, and which of them still stand.
+    std::vector<Blanks> blanks;
+    std::vector<size_t> standing;
+    TextWriter result(text.size());
+    qsizetype copied = 0;
+    const auto copyTo = [&](qsizetype end) {
+        for (const Blanks &run : blanks) {
+            if (run.removed) {
+                result.Put(text.sliced(copied, run.start - copied));
+                copied = run.start + run.length;
+            }
+        }
+        result.Put(text.sliced(copied, end - copied));
+        copied = end;
+        blanks.clear();
+        standing.clear();
+    };
+
     qsizetype searchFrom = 0;
     qsizetype blankStart = 0; // of the blanks right before i
     for (qsizetype i = 0; i < text.size(); ++i) {
@@ -135,71 +162,59 @@ std::optional<QString> RemoveTrailing(QStringView text, Pace &pace)
         if (IsBlankOrTab(c))
             continue;
         if (!IsLineEnd(c)) {
-            nearest.clear();
+            if (!blanks.empty())
+                copyTo(i);
         } else {
             if (i > blankStart) {
-                nearest.push_back(blanks.size());
+                standing.push_back(blanks.size());
                 blanks.push_back({blankStart, i - blankStart});
             }
-            if (c == u'\n' && i >= searchFrom && !nearest.empty()) {
-                Blanks &last = blanks[nearest.back()];
+            if (c == u'\n' && i >= searchFrom && !standing.empty()) {
+                Blanks &last = blanks[standing.back()];
                 last.removed = true;
-                nearest.pop_back();
+                standing.pop_back();
                 searchFrom = i + 1 + last.length;
             }
         }
         blankStart = i + 1;
     }
-
-    QString result;
-    result.reserve(text.size());
-    qsizetype copied = 0;
-    for (const Blanks &run : blanks) {
-        if (run.removed) {
-            result.append(text.sliced(copied, run.start - copied));
-            copied = run.start + run.length;
-        }
-    }
-    return result.append(text.sliced(copied));
+    copyTo(text.size());
+    return result.Take();
 }
 
 /// Behind each line feed, removes what stands there of a kind.
 template <typename Kind> std::optional<QString> RemoveBehindFeeds(QStringView text, Kind isOfKind, Pace &pace)
 {
-    QString result;
-    result.reserve(text.size());
-    qsizetype i = 0;
-    while (i < text.size()) {
+    TextWriter result(text.size());
+    for (qsizetype i = 0; i < text.size();) {
         if (pace.Stopped(i))
             return std::nullopt;
-        const qsizetype feed = text.indexOf(u'\n', i);
-        if (feed < 0)
-            break;
-        result.append(text.sliced(i, feed + 1 - i));
-        i = WalkEnd(text, feed + 1, isOfKind);
+        const QChar c = text[i++];
+        result.Put(c);
+        if (c == u'\n')
+            i = WalkEnd(text, i, isOfKind);
     }
-    return result.append(text.sliced(i));
+    return result.Take();
 }
 
 std::optional<QString> JoinBlankLines(QStringView text, Pace &pace)
 {
     const qsizetype last = text.size() - 1;
-    QString result;
-    result.reserve(text.size());
-    qsizetype i = 0;
-    while (i < text.size()) {
+    TextWriter result(text.size());
+    for (qsizetype i = 0; i < text.size();) {
         if (pace.Stopped(i))
             return std::nullopt;
-        const qsizetype feed = text.indexOf(u'\n', i);
-        if (feed < 0)
-            break;
-        const qsizetype p = WalkEnd(text, feed + 1, [](QChar c) { return c == u'\r'; });
+        const QChar c = text[i++];
+        result.Put(c);
+        if (c != u'\n')
+            continue;
+        const qsizetype p = WalkEnd(text, i, [](QChar e) { return e == u'\r'; });
         const qsizetype behind = std::min(p + 1, text.size());
-        result.append(text.sliced(i, behind - i));
+        result.Put(text.sliced(i, behind - i));
         const bool blank = p >= last || text[p] == u'\n';
         i = blank ? WalkEnd(text, behind, IsLineEnd) : behind;
     }
-    return result.append(text.sliced(std::min(i, text.size())));
+    return result.Take();
 }
 
 } // namespace

@@ -376,12 +376,12 @@ void TextControl::ReplaceEach(const std::vector<qint32> &starts, qsizetype lengt
     const qsizetype last = m_map.ToByte(starts.back() + length);
     const QByteArrayView bytes = Bytes(first, last - first);
     const QByteArray styles = StyleBytes(first, last - first);
-    const qsizetype most =
-        bytes.size() + qsizetype(starts.size()) * std::max<qsizetype>(put.size() - length, 0);
-    QByteArray newBytes;
-    QByteArray newStyles;
-    newBytes.reserve(most);
-    newStyles.reserve(most);
+    // Each stretch has at least one byte for each of its characters.
+    const qsizetype most = bytes.size() + qsizetype(starts.size()) * (put.size() - length);
+    QByteArray newBytes(most, Qt::Uninitialized);
+    QByteArray newStyles(most, Qt::Uninitialized);
+    char *toByte = newBytes.data();
+    char *toStyle = newStyles.data();
 
     qsizetype at = 0;
     qsizetype unit = starts.front();
@@ -400,16 +400,20 @@ void TextControl::ReplaceEach(const std::vector<qint32> &starts, qsizetype lengt
         }
         unit = target;
     };
-    const char before = first > 0 ? char(Send(SCI_GETSTYLEAT, first - 1)) : char(StyleClass::Text);
+    char style = first > 0 ? char(Send(SCI_GETSTYLEAT, first - 1)) : char(StyleClass::Text);
     for (const qint32 start : starts) {
         const qsizetype from = at;
         walkTo(start);
-        newBytes.append(bytes.sliced(from, at - from));
-        newStyles.append(QByteArrayView(styles).sliced(from, at - from));
-        newBytes.append(put);
-        newStyles.append(put.size(), newStyles.isEmpty() ? before : newStyles.back());
+        toByte = std::copy(bytes.data() + from, bytes.data() + at, toByte);
+        toStyle = std::copy(styles.constData() + from, styles.constData() + at, toStyle);
+        if (toStyle != newStyles.constData())
+            style = toStyle[-1];
+        toByte = std::copy(put.begin(), put.end(), toByte);
+        toStyle = std::fill_n(toStyle, put.size(), style);
         walkTo(start + length);
     }
+    newBytes.truncate(toByte - newBytes.constData());
+    newStyles.truncate(toStyle - newStyles.constData());
     ReplaceBytes(first, last, newBytes, UndoKind::None);
     ApplyStyleBytes(first, newStyles);
     SetCaret({first + newBytes.size(), first + newBytes.size()});
