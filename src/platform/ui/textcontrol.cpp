@@ -374,10 +374,10 @@ void TextControl::ReplaceEach(const std::vector<qint32> &starts, qsizetype lengt
     const QByteArray put = ToUtf8(text);
     const qsizetype first = m_map.ToByte(starts.front());
     const qsizetype last = m_map.ToByte(starts.back() + length);
-    const QByteArrayView bytes = Bytes(first, last - first);
+    char style = first > 0 ? char(Send(SCI_GETSTYLEAT, first - 1)) : char(StyleClass::Text);
     const QByteArray styles = StyleBytes(first, last - first);
-    // Each stretch has at least one byte for each of its characters.
-    const qsizetype most = bytes.size() + qsizetype(starts.size()) * (put.size() - length);
+    const QByteArrayView bytes = Bytes(first, last - first);
+    const qsizetype most = bytes.size() + qsizetype(starts.size()) * put.size();
     QByteArray newBytes(most, Qt::Uninitialized);
     QByteArray newStyles(most, Qt::Uninitialized);
     char *toByte = newBytes.data();
@@ -388,19 +388,18 @@ void TextControl::ReplaceEach(const std::vector<qint32> &starts, qsizetype lengt
     const auto walkTo = [&](qsizetype target) {
         if (m_map.IsAscii()) {
             at += target - unit;
-        } else {
-            for (qsizetype ahead = unit; at < bytes.size(); ++at) {
-                const uchar byte = uchar(bytes[at]);
-                if ((byte & 0xC0) != 0x80) {
-                    if (ahead >= target)
-                        break;
-                    ahead += byte >= 0xF0 ? 2 : 1;
-                }
-            }
+            unit = target;
+            return;
         }
-        unit = target;
+        for (; at < bytes.size(); ++at) {
+            const uchar byte = uchar(bytes[at]);
+            if ((byte & 0xC0) == 0x80)
+                continue;
+            if (unit >= target)
+                return;
+            unit += byte >= 0xF0 ? 2 : 1;
+        }
     };
-    char style = first > 0 ? char(Send(SCI_GETSTYLEAT, first - 1)) : char(StyleClass::Text);
     for (const qint32 start : starts) {
         const qsizetype from = at;
         walkTo(start);

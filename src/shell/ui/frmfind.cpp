@@ -26,6 +26,7 @@ namespace
 {
 
 constexpr int FieldWidth = 28; ///< of the text fields, in characters
+constexpr QSize Frame(16, 48); ///< about what the window manager puts around the dialog, pixels
 constexpr int Gap = 8;         ///< between the dialog and the hit it gives way to, pixels
 
 template <typename Widget> Widget *Named(Widget *widget, const QString &name)
@@ -36,7 +37,7 @@ template <typename Widget> Widget *Named(Widget *widget, const QString &name)
 
 } // namespace
 
-frmFind::frmFind(EditorContext &editor, TextControl &text, Commands &commands, QWidget *parent)
+frmFind::frmFind(EditorContext &editor, TextControl &text, Commands &commands, bool replace, QWidget *parent)
     : QDialog(parent),
       m_editor(editor),
       m_text(text),
@@ -61,7 +62,8 @@ frmFind::frmFind(EditorContext &editor, TextControl &text, Commands &commands, Q
     setModal(false);
     BuildControls();
     LayOut();
-    SetFindMode(false);
+    SetFindMode(replace);
+    txtFind->setFocus();
     m_commands.Guard([this] { Load(); });
 }
 
@@ -150,7 +152,7 @@ void frmFind::Load()
     const int dpi = logicalDpiX();
     const QPoint place(FromTwips(settings.Number(Keys::FindX), dpi),
                        FromTwips(settings.Number(Keys::FindY), dpi));
-    move(OnScreen(QRect(place, sizeHint()), screens).topLeft());
+    move(OnScreen(QRect(place, sizeHint() + Frame), screens).topLeft());
 }
 
 void frmFind::ShowRecentStrings()

@@ -26,8 +26,8 @@ class frmFind : public QDialog
     Q_OBJECT
 
 public:
-    /// @param commands reports failures
-    frmFind(EditorContext &editor, TextControl &text, Commands &commands, QWidget *parent);
+    /// @param commands reports failures @param replace the mode it opens in
+    frmFind(EditorContext &editor, TextControl &text, Commands &commands, bool replace, QWidget *parent);
     ~frmFind() override;
 
     /// Shows or hides what only Replace needs.

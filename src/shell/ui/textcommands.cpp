@@ -56,9 +56,10 @@ void TextCommands::RemoveCommentsQuietly()
 
 void TextCommands::ShowFind(bool replace)
 {
-    if (!m_find)
-        m_find = new frmFind(m_editor, m_text, m_commands, m_window);
-    m_find->SetFindMode(replace);
+    if (m_find)
+        m_find->SetFindMode(replace);
+    else
+        m_find = new frmFind(m_editor, m_text, m_commands, replace, m_window);
     m_find->show();
     m_find->raise();
     m_find->activateWindow();
