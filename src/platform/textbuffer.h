@@ -67,7 +67,8 @@ public:
     virtual qsizetype FirstVisibleLine() const = 0;
     virtual void ScrollToLine(qsizetype line) = 0;
 
-    /// Gives [start, end) the class Text, then each run its class; not an edit, and no undo step.
+    /// Gives [start, end) the class Text, then each run its class, outside of the range too; not an edit, and
+    /// no undo step.
     virtual void ApplyStyles(qsizetype start, qsizetype end, const StyleRuns &runs) = 0;
 
     virtual bool CanUndo() const = 0;

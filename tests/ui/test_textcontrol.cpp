@@ -295,7 +295,7 @@ void TestTextControl::CutsOffsetsToTheText()
     editor.text.ReplaceRange(5, 2, u"x"_s);
     QCOMPARE(editor.text.Text(), u"ab\ncdx"_s);
     editor.text.ApplyStyles(2, 99, {Run(0, 3, StyleClass::Comment), Run(4, 99, StyleClass::Tag)});
-    QCOMPARE(editor.Styles(), u"001066"_s);
+    QCOMPARE(editor.Styles(), u"111066"_s);
 }
 
 void TestTextControl::FollowsAStringInRandomEdits_data()
@@ -461,11 +461,13 @@ void TestTextControl::AppliesRunsOverAllOffsets()
     editor.text.ApplyStyles(0, editor.text.Length(),
                             {Run(1, 4, StyleClass::Comment), Run(6, 5, StyleClass::Opcode)});
     QCOMPARE(editor.Styles(), u"011110222220"_s);
-    // The later run holds; what is outside of the range stays.
-    editor.text.ApplyStyles(2, 8, {Run(0, 20, StyleClass::Macro), Run(4, 2, StyleClass::Tag)});
-    QCOMPARE(editor.Styles(), u"014466442220"_s);
-    editor.text.ApplyStyles(3, 3, {Run(0, 20, StyleClass::Comment)});
-    QCOMPARE(editor.Styles(), u"014466442220"_s);
+    // The later run holds, and a run may reach out of the range.
+    editor.text.ApplyStyles(2, 8, {Run(2, 7, StyleClass::Macro), Run(4, 2, StyleClass::Tag)});
+    QCOMPARE(editor.Styles(), u"014466444220"_s);
+    editor.text.ApplyStyles(3, 3, {Run(0, 2, StyleClass::Comment), Run(11, 20, StyleClass::Tag)});
+    QCOMPARE(editor.Styles(), u"114466444226"_s);
+    editor.text.ApplyStyles(4, 6, {Run(-3, 2, StyleClass::Tag), Run(8, -2, StyleClass::Tag)});
+    QCOMPARE(editor.Styles(), u"114400444226"_s);
 
     // More bytes than one block, the styles changing in every character.
     const QString many = (u"a\u00E9\u20AC"_s + Clef + u"bcdefghijklm"_s).repeated(20000);

@@ -479,17 +479,39 @@ void TextControl::ApplyStyles(qsizetype start, qsizetype end, const StyleRuns &r
         m_formatsApplied = true;
         ApplyLook();
     }
-    if (start == end)
-        return;
-
     QByteArray units(end - start, char(StyleClass::Text));
+    StyleRuns outside;
     for (const StyleRun &run : runs) {
+        const qsizetype runEnd = qsizetype(run.start) + run.length;
         const qsizetype first = std::max<qsizetype>(run.start, start);
-        const qsizetype last = std::min<qsizetype>(qsizetype(run.start) + run.length, end);
+        const qsizetype last = std::min(runEnd, end);
         if (first < last)
             std::memset(units.data() + (first - start), int(run.style), size_t(last - first));
+        if (run.start < start || runEnd > end)
+            outside.push_back(run);
     }
+    ApplyStylesInside(start, end, units);
+    for (const StyleRun &run : outside) {
+        const qsizetype runEnd = qsizetype(run.start) + run.length;
+        SetStyle(run.start, std::min(runEnd, start), run.style);
+        SetStyle(std::max<qsizetype>(run.start, end), runEnd, run.style);
+    }
+}
 
+void TextControl::SetStyle(qsizetype start, qsizetype end, StyleClass style)
+{
+    const qsizetype firstByte = m_map.ToByte(start);
+    const qsizetype lastByte = m_map.ToByte(end);
+    if (start >= end || firstByte >= lastByte)
+        return;
+    Send(SCI_STARTSTYLING, firstByte);
+    Send(SCI_SETSTYLING, lastByte - firstByte, int(style));
+}
+
+void TextControl::ApplyStylesInside(qsizetype start, qsizetype end, const QByteArray &units)
+{
+    if (start == end)
+        return;
     const qsizetype firstByte = m_map.ToByte(start);
     const qsizetype lastByte = m_map.ToByte(end);
     if (lastByte - firstByte == units.size()) {

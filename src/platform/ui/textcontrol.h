@@ -167,6 +167,9 @@ private:
     /// The bytes [start, start + length) inside the control; good until the next message.
     QByteArrayView Bytes(qsizetype start, qsizetype length) const;
     QByteArray StyleBytes(qsizetype start, qsizetype length) const;
+    /// One style for each UTF-16 unit of [start, end).
+    void ApplyStylesInside(qsizetype start, qsizetype end, const QByteArray &units);
+    void SetStyle(qsizetype start, qsizetype end, StyleClass style);
     void ApplyStyleBytes(qsizetype start, const QByteArray &styles);
 
     CaretSpan Caret() const;
