@@ -148,6 +148,7 @@ void PrintGoals()
     std::printf("\nMedians of %d runs on 10 MB: SCI_ADDTEXT %.1f ms, ApplyStyles %.1f ms (accents %.1f ms), "
                 "LoadText %.1f ms, built-in lexer %.1f ms\n",
                 runs, add, apply, applyAccents, load, peer);
+    std::printf("%zu and %zu runs\n", Scanned(size).runs.size(), Scanned(size, true).runs.size());
     Goal("ApplyStyles / SCI_ADDTEXT", apply / add, 0.5);
     Goal("ApplyStyles / SCI_ADDTEXT, text with accents", applyAccents / addAccents, 0.5);
 }
@@ -181,6 +182,7 @@ BENCHMARK_CAPTURE(RandomOffsets, accents, true)->Arg(10'000'000)->Unit(benchmark
 
 int main(int argc, char **argv)
 {
+    UseFreshMemory();
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
     benchmark::Initialize(&argc, argv);

@@ -2,6 +2,8 @@
 #include "platform/ui/offsetmap.h"
 
 #include <algorithm>
+#include <bit>
+#include <QtEndian>
 
 namespace zelvane
 {
@@ -10,11 +12,22 @@ namespace
 {
 
 constexpr qsizetype BlockSize = 4096;
+constexpr qsizetype WalkSize = 65536;
+constexpr qsizetype EightBytes = 8;
 
 bool IsTrail(char byte)
 {
     return (uchar(byte) & 0xC0) == 0x80;
 }
+/// How many of the next eight bytes, from the first on, are characters of one byte.
+qsizetype AsciiAhead(QByteArrayView bytes)
+{
+    if (bytes.size() < EightBytes)
+        return !bytes.isEmpty() && uchar(bytes[0]) < 0x80 ? 1 : 0;
+    const quint64 high = qFromLittleEndian<quint64>(bytes.data()) & 0x8080808080808080U;
+    return high == 0 ? EightBytes : std::countr_zero(high) / 8;
+}
+
 qsizetype UnitsOfLead(char byte)
 {
     return uchar(byte) >= 0xF0 ? 2 : 1;
@@ -115,6 +128,43 @@ qsizetype OffsetMap::ToByte(qsizetype unit) const
         units += width;
     }
     return start + bytes.size();
+}
+
+void OffsetWalk::Look()
+{
+    m_ahead = m_map.m_read(m_byte, std::min(WalkSize, m_map.m_bytes - m_byte));
+}
+
+qsizetype OffsetWalk::ToByte(qsizetype unit)
+{
+    unit = std::clamp<qsizetype>(unit, 0, m_map.m_units);
+    if (m_map.IsAscii())
+        return unit;
+    if (unit < m_unit) {
+        m_byte = m_map.ToByte(unit);
+        m_unit = m_map.ToUnits(m_byte);
+        m_ahead = {};
+    }
+    while (m_unit < unit) {
+        if (m_ahead.size() < EightBytes)
+            Look();
+        if (m_ahead.isEmpty())
+            break;
+        qsizetype bytes = std::min(AsciiAhead(m_ahead), unit - m_unit);
+        qsizetype units = bytes;
+        if (bytes == 0) {
+            units = UnitsOfLead(m_ahead[0]);
+            if (m_unit + units > unit)
+                break;
+            do
+                ++bytes;
+            while (bytes < m_ahead.size() && IsTrail(m_ahead[bytes]));
+        }
+        m_ahead = m_ahead.sliced(bytes);
+        m_byte += bytes;
+        m_unit += units;
+    }
+    return m_byte;
 }
 
 } // namespace zelvane

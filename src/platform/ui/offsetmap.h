@@ -40,6 +40,8 @@ public:
     qsizetype ToByte(qsizetype unit) const;
 
 private:
+    friend class OffsetWalk;
+
     void ForgetFrom(qsizetype byte);
     /// Fills the next known block start. @return false when all are known
     bool LearnBlock() const;
@@ -48,6 +50,25 @@ private:
     qsizetype m_bytes = 0;
     qsizetype m_units = 0;
     mutable std::vector<qsizetype> m_blocks = {0}; ///< units before byte 4096 * index
+};
+
+/// Turns rising UTF-16 offsets into byte offsets in one walk over the text, which must not change meanwhile.
+class OffsetWalk
+{
+public:
+    explicit OffsetWalk(const OffsetMap &map) : m_map(map) {}
+
+    /// As OffsetMap::ToByte. An offset before the last one is found by a look-up of its own.
+    qsizetype ToByte(qsizetype unit);
+
+private:
+    /// Makes the bytes at the walk's place readable.
+    void Look();
+
+    const OffsetMap &m_map;
+    QByteArrayView m_ahead; ///< the bytes from m_byte on, as far as looked up
+    qsizetype m_byte = 0;
+    qsizetype m_unit = 0;
 };
 
 } // namespace zelvane

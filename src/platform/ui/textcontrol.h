@@ -162,14 +162,22 @@ protected:
     QMimeData *toMimeData(const QByteArray &text, bool rectangular) const override;
 
 private:
+    /// A style run in bytes of the control's text.
+    struct ByteRun {
+        qsizetype start = 0;
+        qsizetype end = 0;
+        StyleClass style = StyleClass::Text;
+    };
+
     long Send(unsigned message, qint64 wParam = 0, qint64 lParam = 0) const;
     long SendBytes(unsigned message, qint64 wParam, const char *bytes) const;
     /// The bytes [start, start + length) inside the control; good until the next message.
     QByteArrayView Bytes(qsizetype start, qsizetype length) const;
     QByteArray StyleBytes(qsizetype start, qsizetype length) const;
-    /// One style for each UTF-16 unit of [start, end).
-    void ApplyStylesInside(qsizetype start, qsizetype end, const QByteArray &units);
-    void SetStyle(qsizetype start, qsizetype end, StyleClass style);
+    /// Runs in the order given; where they follow each other closely inside the range, as a block of bytes.
+    void PaintRuns(const ByteRun &range, const StyleRuns &runs);
+    void PaintChain(std::vector<ByteRun> &chain);
+    void PaintRun(const ByteRun &run);
     void ApplyStyleBytes(qsizetype start, const QByteArray &styles);
 
     CaretSpan Caret() const;
@@ -215,6 +223,7 @@ private:
 
     std::array<StyleFormat, StyleClassCount> m_formats;
     bool m_formatsApplied = false;
+    bool m_plain = true; ///< no character has another class than Text
     quint32 m_textColour = 0x80000008;
     quint32 m_backColour = 0x80000005;
     TextFont m_font;

@@ -1,0 +1,438 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The text control's filter on keys, input methods, mouse, drag and drop.
+
+#include "platform/ui/textcontrol.h"
+#include "platform/ui/utf8text.h"
+
+#include <algorithm>
+#include <QContextMenuEvent>
+#include <QDropEvent>
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QMimeData>
+#include <QScopedValueRollback>
+#include <QUrl>
+#include <QWheelEvent>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane
+{
+
+namespace
+{
+
+constexpr auto NoKeys = Qt::NoModifier;
+constexpr auto Shift = Qt::ShiftModifier;
+constexpr auto Ctrl = Qt::ControlModifier;
+constexpr auto CtrlShift = Qt::ControlModifier | Qt::ShiftModifier;
+
+struct KeyRow {
+    int key;
+    Qt::KeyboardModifiers modifiers;
+    unsigned message;
+};
+
+using Sci = QsciScintillaBase;
+
+/// The keys that move the caret or scroll.
+const KeyRow MovingKeys[] = {
+    {Qt::Key_Left, NoKeys, Sci::SCI_CHARLEFT},      {Qt::Key_Left, Shift, Sci::SCI_CHARLEFTEXTEND},
+    {Qt::Key_Left, Ctrl, Sci::SCI_WORDLEFT},        {Qt::Key_Left, CtrlShift, Sci::SCI_WORDLEFTEXTEND},
+    {Qt::Key_Right, NoKeys, Sci::SCI_CHARRIGHT},    {Qt::Key_Right, Shift, Sci::SCI_CHARRIGHTEXTEND},
+    {Qt::Key_Right, Ctrl, Sci::SCI_WORDRIGHT},      {Qt::Key_Right, CtrlShift, Sci::SCI_WORDRIGHTEXTEND},
+    {Qt::Key_Up, NoKeys, Sci::SCI_LINEUP},          {Qt::Key_Up, Shift, Sci::SCI_LINEUPEXTEND},
+    {Qt::Key_Up, Ctrl, Sci::SCI_LINESCROLLUP},      {Qt::Key_Down, NoKeys, Sci::SCI_LINEDOWN},
+    {Qt::Key_Down, Shift, Sci::SCI_LINEDOWNEXTEND}, {Qt::Key_Down, Ctrl, Sci::SCI_LINESCROLLDOWN},
+    {Qt::Key_PageUp, NoKeys, Sci::SCI_PAGEUP},      {Qt::Key_PageUp, Shift, Sci::SCI_PAGEUPEXTEND},
+    {Qt::Key_PageDown, NoKeys, Sci::SCI_PAGEDOWN},  {Qt::Key_PageDown, Shift, Sci::SCI_PAGEDOWNEXTEND},
+    {Qt::Key_Home, NoKeys, Sci::SCI_HOMEWRAP},      {Qt::Key_Home, Shift, Sci::SCI_HOMEWRAPEXTEND},
+    {Qt::Key_Home, Ctrl, Sci::SCI_DOCUMENTSTART},   {Qt::Key_Home, CtrlShift, Sci::SCI_DOCUMENTSTARTEXTEND},
+    {Qt::Key_End, NoKeys, Sci::SCI_LINEENDWRAP},    {Qt::Key_End, Shift, Sci::SCI_LINEENDWRAPEXTEND},
+    {Qt::Key_End, Ctrl, Sci::SCI_DOCUMENTEND},      {Qt::Key_End, CtrlShift, Sci::SCI_DOCUMENTENDEXTEND},
+    {Qt::Key_A, Ctrl, Sci::SCI_SELECTALL},
+};
+
+/// The keys that delete; with a selection all of them delete the selection.
+const KeyRow DeletingKeys[] = {
+    {Qt::Key_Backspace, NoKeys, Sci::SCI_DELETEBACK}, {Qt::Key_Backspace, Shift, Sci::SCI_DELETEBACK},
+    {Qt::Key_Backspace, Ctrl, Sci::SCI_DELWORDLEFT},  {Qt::Key_Delete, NoKeys, Sci::SCI_CLEAR},
+    {Qt::Key_Delete, Ctrl, Sci::SCI_DELWORDRIGHT},
+};
+
+struct CommandRow {
+    int key;
+    Qt::KeyboardModifiers modifiers;
+    const char16_t *name;
+    int index;
+};
+
+/// The keys that run a command of the Edit menu.
+const CommandRow CommandKeys[] = {
+    {Qt::Key_Z, Ctrl, u"mnuUndo", 0},          {Qt::Key_Y, Ctrl, u"mnuRedo", 0},
+    {Qt::Key_X, Ctrl, u"mnuEditItem", 0},      {Qt::Key_C, Ctrl, u"mnuEditItem", 1},
+    {Qt::Key_V, Ctrl, u"mnuEditItem", 2},      {Qt::Key_Delete, Shift, u"mnuEditItem", 0},
+    {Qt::Key_Insert, Ctrl, u"mnuEditItem", 1}, {Qt::Key_Insert, Shift, u"mnuEditItem", 2},
+};
+
+/// Modifiers as far as they choose a command: the numeric keypad is no modifier.
+Qt::KeyboardModifiers ModifiersOf(const QKeyEvent &event)
+{
+    return event.modifiers() & ~(Qt::KeypadModifier | Qt::GroupSwitchModifier);
+}
+
+template <typename Row, size_t count> const Row *FindRow(const Row (&rows)[count], const QKeyEvent &event)
+{
+    const Qt::KeyboardModifiers modifiers = ModifiersOf(event);
+    const auto found = std::find_if(std::begin(rows), std::end(rows), [&](const Row &row) {
+        return row.key == event.key() && row.modifiers == modifiers;
+    });
+    return found == std::end(rows) ? nullptr : found;
+}
+
+/// Whether the text of a key event is text to insert. Alt belongs to the menus and to the keys of the window,
+/// but composes characters on a Mac; Ctrl with Alt is AltGr on some desktops.
+bool IsTyped(const QKeyEvent &event)
+{
+    const QString text = event.text();
+    if (text.isEmpty())
+        return false;
+    const Qt::KeyboardModifiers held =
+        event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
+#ifdef Q_OS_MACOS
+    const bool allowed = !(held & (Qt::ControlModifier | Qt::MetaModifier));
+#else
+    const bool allowed = !held || held == (Qt::ControlModifier | Qt::AltModifier);
+#endif
+    const QChar first = text.front();
+    return allowed && (first.isPrint() || first.isSurrogate() || first.category() == QChar::Other_Format ||
+                       first.category() == QChar::Other_PrivateUse);
+}
+
+/// Scintilla takes Ctrl or Alt and the mouse for rectangular selections, which the rules of the commands do
+/// not know.
+QMouseEvent WithoutRectangles(const QMouseEvent &event)
+{
+    return QMouseEvent(event.type(), event.position(), event.globalPosition(), event.button(),
+                       event.buttons(), event.modifiers() & Qt::ShiftModifier, event.pointingDevice());
+}
+
+bool HoldsFiles(const QMimeData &data)
+{
+    const QList<QUrl> urls = data.urls();
+    return std::any_of(urls.begin(), urls.end(), [](const QUrl &url) { return url.isLocalFile(); });
+}
+
+} // namespace
+
+bool TextControl::event(QEvent *event)
+{
+    const bool input = event->type() == QEvent::KeyPress || event->type() == QEvent::InputMethod;
+    if (input)
+        m_stepOpen = false;
+    const bool handled = QsciScintillaBase::event(event);
+    if (input)
+        Settle();
+    return handled;
+}
+
+bool TextControl::viewportEvent(QEvent *event)
+{
+    const bool handled = QsciScintillaBase::viewportEvent(event);
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseMove:
+    case QEvent::Drop:
+        Settle();
+        break;
+    default:
+        break;
+    }
+    return handled;
+}
+
+void TextControl::keyPressEvent(QKeyEvent *event)
+{
+    try {
+        if (CommandKey(*event) || TabKey(*event) || EditingKey(*event)) {
+            event->accept();
+            return;
+        }
+    } catch (const RunTimeError &error) {
+        event->accept();
+        if (m_hooks.reportError)
+            m_hooks.reportError(error);
+        return;
+    }
+    if (!IsTyped(*event)) {
+        // Not for the scroll area either: it would take arrow keys whatever is held with them.
+        event->ignore();
+        return;
+    }
+    TypeText(event->text());
+    event->accept();
+}
+
+bool TextControl::CommandKey(const QKeyEvent &event)
+{
+    const CommandRow *row = FindRow(CommandKeys, event);
+    if (row)
+        RunCommand(QString::fromUtf16(row->name), row->index);
+    return row;
+}
+
+void TextControl::RunCommand(const QString &name, int index)
+{
+    if (m_hooks.runCommand)
+        m_hooks.runCommand(name, index);
+}
+
+bool TextControl::EditingKey(const QKeyEvent &event)
+{
+    if (const KeyRow *row = FindRow(MovingKeys, event)) {
+        m_breakTyping = true;
+        Send(row->message);
+        return true;
+    }
+    if (const KeyRow *row = FindRow(DeletingKeys, event)) {
+        const bool back = row->key == Qt::Key_Backspace;
+        const long caret = Send(SCI_GETCURRENTPOS);
+        const bool selected = !Send(SCI_GETSELECTIONEMPTY);
+        if (!selected && caret == (back ? 0 : m_map.Bytes()))
+            return true;
+        if (back || m_breakTyping)
+            CloseUndoGroup();
+        const QScopedValueRollback kind(m_kind, UndoKind::Delete);
+        if (!selected && !m_map.IsAscii() && ModifiersOf(event) != Qt::ControlModifier) {
+            // A character that Scintilla takes for stray bytes goes whole, too.
+            const qsizetype unit = m_map.ToUnits(caret);
+            const qsizetype other = m_map.ToByte(back ? unit - 1 : unit + 1);
+            if (other != Send(back ? SCI_POSITIONBEFORE : SCI_POSITIONAFTER, caret) && other != caret)
+                SetCaret({caret, other});
+        }
+        Send(selected ? unsigned(SCI_CLEAR) : row->message);
+        return true;
+    }
+    const bool enter = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+    if (enter && (ModifiersOf(event) == NoKeys || ModifiersOf(event) == Shift)) {
+        CloseUndoGroup();
+        const QScopedValueRollback kind(m_kind, UndoKind::Typing);
+        Send(SCI_NEWLINE);
+        return true;
+    }
+    return false;
+}
+
+bool TextControl::SelectionSpansLines() const
+{
+    const QString selected = SelectedText();
+    const qsizetype feed = selected.indexOf(u'\n');
+    return feed >= 0 && feed != selected.size() - 1;
+}
+
+bool TextControl::TabKey(const QKeyEvent &event)
+{
+    const bool back = event.key() == Qt::Key_Backtab;
+    if (!back && event.key() != Qt::Key_Tab)
+        return false;
+    const Qt::KeyboardModifiers modifiers = ModifiersOf(event);
+    if (modifiers != NoKeys && modifiers != Shift)
+        return false;
+    CloseUndoGroup();
+    if (SelectionSpansLines()) {
+        BeginCommand();
+        const auto end = qScopeGuard([this] { EndCommand(); });
+        if (m_hooks.indentSelection)
+            m_hooks.indentSelection(back || modifiers == Shift);
+        return true;
+    }
+    QString text = u"\t"_s;
+    if (m_hooks.tabInsertsSpaces && m_hooks.tabInsertsSpaces()) {
+        const int unit = std::max(m_hooks.tabSpaces ? m_hooks.tabSpaces() : 8, 1);
+        const qsizetype caret = Selection().start;
+        const qsizetype column = caret - LineStart(LineOfOffset(caret));
+        text = QString(unit - column % unit, u' ');
+    }
+    ReplaceSelectionAs(text, UndoKind::Typing);
+    return true;
+}
+
+void TextControl::TypeText(const QString &text)
+{
+    QInputMethodEvent commit;
+    commit.setCommitString(text);
+    inputMethodEvent(&commit);
+}
+
+void TextControl::inputMethodEvent(QInputMethodEvent *event)
+{
+    const QScopedValueRollback kind(m_kind, UndoKind::Typing);
+    const QString commit = event->commitString();
+    if (m_breakTyping ? !commit.isEmpty() : commit.startsWith(u' '))
+        CloseUndoGroup();
+    QsciScintillaBase::inputMethodEvent(event);
+}
+
+// Mouse, drag and drop
+
+void TextControl::mousePressEvent(QMouseEvent *event)
+{
+    m_stepOpen = false;
+    m_breakTyping = true;
+    QMouseEvent plain = WithoutRectangles(*event);
+    if (event->button() == Qt::LeftButton && !m_dragMode && !(event->modifiers() & Qt::ShiftModifier)) {
+        // Without a selection under the mouse Scintilla begins a new one instead of a drag.
+        const QPoint point = event->position().toPoint();
+        const long position = Send(SCI_POSITIONFROMPOINT, point.x(), point.y());
+        if (position >= Send(SCI_GETSELECTIONSTART) && position <= Send(SCI_GETSELECTIONEND))
+            Send(SCI_SETEMPTYSELECTION, position);
+    }
+    const QScopedValueRollback kind(m_kind, UndoKind::Paste);
+    QsciScintillaBase::mousePressEvent(&plain);
+}
+
+void TextControl::mouseMoveEvent(QMouseEvent *event)
+{
+    const QScopedValueRollback kind(m_kind, UndoKind::DragDrop);
+    QMouseEvent plain = WithoutRectangles(*event);
+    QsciScintillaBase::mouseMoveEvent(&plain);
+}
+
+void TextControl::mouseReleaseEvent(QMouseEvent *event)
+{
+    QMouseEvent plain = WithoutRectangles(*event);
+    QsciScintillaBase::mouseReleaseEvent(&plain);
+}
+
+void TextControl::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    m_breakTyping = true;
+    QMouseEvent plain = WithoutRectangles(*event);
+    QsciScintillaBase::mouseDoubleClickEvent(&plain);
+}
+
+void TextControl::contextMenuEvent(QContextMenuEvent *event)
+{
+    const bool keyboard = event->reason() == QContextMenuEvent::Keyboard;
+    event->accept();
+    Q_EMIT contextMenuRequested(keyboard ? CaretPoint() : event->globalPos(),
+                                event->modifiers() & Qt::ControlModifier);
+}
+
+void TextControl::wheelEvent(QWheelEvent *event)
+{
+    if (!(event->modifiers() & Qt::ControlModifier)) {
+        QsciScintillaBase::wheelEvent(event);
+        return;
+    }
+    event->accept();
+    m_wheel += event->angleDelta().y();
+    const int notch = QWheelEvent::DefaultDeltasPerStep;
+    for (; m_wheel >= notch; m_wheel -= notch)
+        RunCommand(u"mnuFontSize"_s, 0);
+    for (; m_wheel <= -notch; m_wheel += notch)
+        RunCommand(u"mnuFontSize"_s, 1);
+}
+
+void TextControl::dragEnterEvent(QDragEnterEvent *event)
+{
+    dragMoveEvent(event);
+}
+
+void TextControl::dragMoveEvent(QDragMoveEvent *event)
+{
+    // Files go to the window. A link of another kind is text here; Scintilla would announce it as a file.
+    if (!event->mimeData()->hasUrls()) {
+        QsciScintillaBase::dragMoveEvent(event);
+        return;
+    }
+    if (HoldsFiles(*event->mimeData()) || !event->mimeData()->hasText()) {
+        event->ignore();
+        return;
+    }
+    QMimeData text;
+    text.setText(event->mimeData()->text());
+    QDragMoveEvent plain(event->position().toPoint(), event->possibleActions(), &text, event->buttons(),
+                         event->modifiers());
+    QsciScintillaBase::dragMoveEvent(&plain);
+    event->setDropAction(Qt::CopyAction);
+    event->setAccepted(plain.isAccepted());
+}
+
+void TextControl::dropEvent(QDropEvent *event)
+{
+    const QScopedValueRollback kind(m_kind, UndoKind::DragDrop);
+    m_stepOpen = false;
+    m_breakTyping = true;
+    if (!event->mimeData()->hasUrls()) {
+        QsciScintillaBase::dropEvent(event);
+        return;
+    }
+    if (HoldsFiles(*event->mimeData()) || !event->mimeData()->hasText()) {
+        event->ignore();
+        return;
+    }
+    QMimeData text;
+    text.setText(event->mimeData()->text());
+    QDropEvent plain(event->position(), event->possibleActions(), &text, event->buttons(),
+                     event->modifiers());
+    plain.setDropAction(Qt::CopyAction);
+    QsciScintillaBase::dropEvent(&plain);
+    event->setDropAction(Qt::CopyAction);
+    event->setAccepted(plain.isAccepted());
+}
+
+QByteArray TextControl::fromMimeData(const QMimeData *source, bool &rectangular) const
+{
+    rectangular = false;
+    return ToUtf8(source->text());
+}
+
+QMimeData *TextControl::toMimeData(const QByteArray &text, bool) const
+{
+    auto *plain = new QMimeData;
+    plain->setText(FromUtf8(text));
+    return plain;
+}
+
+void TextControl::SetDragMode(bool drag)
+{
+    m_dragMode = drag;
+    setAcceptDrops(drag);
+}
+
+qsizetype TextControl::OffsetAt(const QPoint &screen) const
+{
+    const QPoint point = viewport()->mapFromGlobal(screen);
+    const long position = Send(SCI_CHARPOSITIONFROMPOINTCLOSE, point.x(), point.y());
+    return position < 0 ? -1 : m_map.ToUnits(position);
+}
+
+QRect TextControl::SelectionOnScreen() const
+{
+    const long start = Send(SCI_GETSELECTIONSTART);
+    const long line = Send(SCI_LINEFROMPOSITION, start);
+    const long end = std::min(Send(SCI_GETSELECTIONEND), Send(SCI_GETLINEENDPOSITION, line));
+    const QPoint topLeft(int(Send(SCI_POINTXFROMPOSITION, 0, start)),
+                         int(Send(SCI_POINTYFROMPOSITION, 0, start)));
+    // With word wrap the end may stand on a later row, and left of the start.
+    const QPoint topRight(int(Send(SCI_POINTXFROMPOSITION, 0, end)),
+                          int(Send(SCI_POINTYFROMPOSITION, 0, end)));
+    const QRect rows = QRect(topLeft, QSize(1, 1)).united(QRect(topRight, QSize(1, 1)));
+    const QRect place(rows.topLeft(), rows.size() + QSize(0, int(Send(SCI_TEXTHEIGHT, line))));
+    return {viewport()->mapToGlobal(place.topLeft()), place.size()};
+}
+
+QPoint TextControl::CaretPoint() const
+{
+    const long caret = Send(SCI_GETCURRENTPOS);
+    const long line = Send(SCI_LINEFROMPOSITION, caret);
+    return viewport()->mapToGlobal(
+        QPoint(int(Send(SCI_POINTXFROMPOSITION, 0, caret)),
+               int(Send(SCI_POINTYFROMPOSITION, 0, caret) + Send(SCI_TEXTHEIGHT, line))));
+}
+
+} // namespace zelvane

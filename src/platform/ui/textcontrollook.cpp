@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The text control's colours, font, word wrap and tab stops.
+
+#include "platform/ui/systemcolours.h"
+#include "platform/ui/textcontrol.h"
+
+#include <algorithm>
+#include <cmath>
+#include <QApplication>
+#include <QEvent>
+#include <QFontMetricsF>
+
+namespace zelvane
+{
+
+namespace
+{
+
+int ScintillaColour(const QColor &colour)
+{
+    return colour.red() | (colour.green() << 8) | (colour.blue() << 16);
+}
+
+} // namespace
+
+void TextControl::changeEvent(QEvent *event)
+{
+    QsciScintillaBase::changeEvent(event);
+    switch (event->type()) {
+    case QEvent::PaletteChange:
+    case QEvent::StyleChange:
+        ApplyLook();
+        break;
+    default:
+        break;
+    }
+}
+
+void TextControl::SetTextColours(quint32 text, quint32 background)
+{
+    m_textColour = text;
+    m_backColour = background;
+    ApplyLook();
+}
+
+void TextControl::SetStyleFormats(const std::array<StyleFormat, StyleClassCount> &formats)
+{
+    m_formats = formats;
+    ApplyLook();
+}
+
+void TextControl::ApplyFont(const TextFont &font)
+{
+    m_font = font;
+    m_formatsApplied = m_formatsApplied && !font.bold;
+    ApplyLook();
+}
+
+void TextControl::ChangeFontSize(int pixels)
+{
+    const double pixel = 1440.0 / logicalDpiY();
+    const double twips = std::clamp(m_font.points * 20 + pixels * pixel, pixel, 20.0 * 1638);
+    m_font.points = std::round(twips) / 20;
+    ApplyLook();
+}
+
+void TextControl::ApplyLook()
+{
+    const QColor text = ResolveColour(m_textColour, palette());
+    const QColor back = ResolveColour(m_backColour, palette());
+    const QByteArray family = m_font.family.toUtf8();
+    SendBytes(SCI_STYLESETFONT, STYLE_DEFAULT, family.constData());
+    Send(SCI_STYLESETSIZEFRACTIONAL, STYLE_DEFAULT,
+         std::lround(m_font.points * int(SC_FONT_SIZE_MULTIPLIER)));
+    Send(SCI_STYLESETBOLD, STYLE_DEFAULT, m_font.bold);
+    Send(SCI_STYLESETITALIC, STYLE_DEFAULT, m_font.italic);
+    Send(SCI_STYLESETFORE, STYLE_DEFAULT, ScintillaColour(text));
+    Send(SCI_STYLESETBACK, STYLE_DEFAULT, ScintillaColour(back));
+    Send(SCI_STYLECLEARALL);
+    for (int style = 0; style < StyleClassCount; ++style) {
+        if (style == int(StyleClass::Text) && !m_formatsApplied)
+            continue;
+        const StyleFormat &format = m_formats[size_t(style)];
+        const QColor colour = ResolveColour(format.colour, palette());
+        Send(SCI_STYLESETFORE, style,
+             ScintillaColour(format.isDefault ? ReadableTwin(colour, back) : colour));
+        Send(SCI_STYLESETBOLD, style, format.bold || (m_font.bold && !m_formatsApplied));
+    }
+    Send(SCI_SETCARETFORE, ScintillaColour(ReadableTwin(text, back)));
+    Send(SCI_SETSELBACK, 1, ScintillaColour(palette().color(QPalette::Active, QPalette::Highlight)));
+    Send(SCI_SETSELFORE, 1, ScintillaColour(palette().color(QPalette::Active, QPalette::HighlightedText)));
+    ApplyTabWidth();
+}
+
+void TextControl::SetWordWrap(bool wrap)
+{
+    Send(SCI_SETWRAPMODE, wrap ? SC_WRAP_WORD : SC_WRAP_NONE);
+    if (wrap)
+        Send(SCI_SETXOFFSET, 0);
+}
+
+bool TextControl::WordWrap() const
+{
+    return Send(SCI_GETWRAPMODE) != SC_WRAP_NONE;
+}
+
+void TextControl::SetTabWidth(int dialogUnits)
+{
+    m_tabUnits = dialogUnits;
+    ApplyTabWidth();
+}
+
+void TextControl::ApplyTabWidth()
+{
+    int columns = 8;
+    if (m_tabUnits > 0) {
+        const double pixels = m_tabUnits * QFontMetricsF(QApplication::font()).averageCharWidth() / 4;
+        const double blank = double(std::max<long>(SendBytes(SCI_TEXTWIDTH, STYLE_DEFAULT, " "), 1));
+        columns = int(std::clamp(std::round(pixels / blank), 1.0, 1000.0));
+    }
+    Send(SCI_SETTABWIDTH, columns);
+}
+
+void TextControl::HideSelection(bool hidden)
+{
+    Send(SCI_HIDESELECTION, hidden);
+}
+
+} // namespace zelvane
