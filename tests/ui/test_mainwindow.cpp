@@ -104,6 +104,8 @@ private Q_SLOTS:
     void EmptyStoreAsksNothingAndWelcomes();
     void BadSettingIsReported();
     void DateAndTimeAreInserted();
+    void LineSeparatorsShowTheirCharacter();
+    void ControlKeysWithoutACommandTypeNothing();
     void FoldersAreEnabledWhenKnown();
     void HelpCommandsOpenTheirPages();
     void CaptionKeepsOddNames();
@@ -922,10 +924,11 @@ void MainWindowTest::DroppedFilesOpenTheFirst()
     QMimeData data;
     data.setUrls({QUrl::fromLocalFile(first), QUrl::fromLocalFile(second)});
     QDragEnterEvent enter(QPoint(20, 300), Qt::CopyAction, &data, Qt::LeftButton, {});
-    QCoreApplication::sendEvent(editor.window.get(), &enter);
+    // Over the text, too: it leaves files to the window.
+    QCoreApplication::sendEvent(editor.Text().viewport(), &enter);
     QVERIFY(enter.isAccepted());
     QDropEvent drop(QPointF(20, 300), Qt::CopyAction, &data, Qt::LeftButton, {});
-    QCoreApplication::sendEvent(editor.window.get(), &drop);
+    QCoreApplication::sendEvent(editor.Text().viewport(), &drop);
     QVERIFY(Eventually([&] { return editor.window->Context().document.CurrentFile == first; }));
     QCOMPARE(editor.Text().Text(), u"a\n"_s);
 
@@ -1014,6 +1017,30 @@ void MainWindowTest::DateAndTimeAreInserted()
     const QLocale locale = QLocale::system();
     QCOMPARE(editor.Text().Text(), locale.toString(QDate(2001, 3, 7), QLocale::ShortFormat) + u' ' +
                                        locale.toString(QTime(12, 30, 15), QLocale::ShortFormat));
+}
+
+void MainWindowTest::LineSeparatorsShowTheirCharacter()
+{
+    EditorWindow editor;
+    editor.settings.SaveText(Keys::LineStyle2, u"&="_s);
+    Commands &commands = editor.Open().CommandTable();
+    commands.MenuOpening(u"mnuInsert"_s);
+    QCOMPARE(editor.Row(u"mnuLineSeparation_0"_s).text(), QString(16, u'-'));
+    QCOMPARE(editor.Row(u"mnuLineSeparation_1"_s).text(), QString(32, u'&'));
+}
+
+void MainWindowTest::ControlKeysWithoutACommandTypeNothing()
+{
+    EditorWindow editor;
+    editor.Open({editor.WriteFile(u"a.txt"_s, "one two\nthree\n")});
+    editor.Text().SetSelection(4, 4);
+    for (const Qt::Key key : {Qt::Key_D, Qt::Key_E, Qt::Key_I, Qt::Key_J, Qt::Key_K, Qt::Key_P, Qt::Key_R,
+                              Qt::Key_T, Qt::Key_W, Qt::Key_Slash, Qt::Key_BracketLeft, Qt::Key_Backslash}) {
+        QTest::keyClick(&editor.Text(), key, Qt::ControlModifier);
+        QTest::keyClick(&editor.Text(), key, Qt::ControlModifier | Qt::ShiftModifier);
+        QCOMPARE(editor.Text().Text(), u"one two\nthree\n"_s);
+    }
+    QVERIFY(!editor.window->Context().document.Modified);
 }
 
 void MainWindowTest::FoldersAreEnabledWhenKnown()

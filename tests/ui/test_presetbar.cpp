@@ -187,7 +187,8 @@ void PresetBarTest::TooltipsAreShownAsTheyStand()
     editor.Open();
     QCOMPARE(editor.Button(u"plain"_s).toolTip(), u"plain"_s);
     QCOMPARE(editor.Button(u"own"_s).toolTip(), u"Renders to a file"_s);
-    QCOMPARE(editor.Button(u"marked"_s).toolTip(), u"<qt>-o &lt;b&gt;x&lt;/b&gt; &amp; more</qt>"_s);
+    QCOMPARE(editor.Button(u"marked"_s).toolTip(),
+             u"<p style='white-space:pre'>-o &lt;b&gt;x&lt;/b&gt; &amp; more</p>"_s);
 }
 
 void PresetBarTest::ClickRunsWithTheKeysHeld()

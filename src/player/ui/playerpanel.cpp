@@ -22,6 +22,8 @@ PlayerPanel::PlayerPanel(Commands &commands, QWidget *parent)
     setObjectName(u"PicPlayer"_s);
     tbPlayer->setObjectName(u"tbPlayer"_s);
     tbPlayer->setIconSize(QSize(16, 16));
+    tbPlayer->setSizePolicy(QSizePolicy::Fixed,
+                            QSizePolicy::Preferred); // the slider gives way, not the buttons
     SliderTime->setObjectName(u"SliderTime"_s);
     SliderTime->setAccessibleName(u"Position"_s);
     lblPos->setObjectName(u"lblPos"_s);

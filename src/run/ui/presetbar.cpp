@@ -29,7 +29,8 @@ QString Escaped(QString text)
 /// A text of the user's, shown as it stands even where it looks like marked-up text.
 QString PlainToolTip(const QString &text)
 {
-    return Qt::mightBeRichText(text) ? u"<qt>"_s + text.toHtmlEscaped() + u"</qt>"_s : text;
+    return Qt::mightBeRichText(text) ? u"<p style='white-space:pre'>"_s + text.toHtmlEscaped() + u"</p>"_s
+                                     : text;
 }
 
 } // namespace

@@ -23,6 +23,7 @@
 #include "shell/ui/helpcommands.h"
 #include "shell/ui/hottracking.h"
 #include "shell/ui/icons.h"
+#include "shell/ui/insertcommands.h"
 #include "shell/ui/menutable.h"
 #include "shell/ui/sidepanel.h"
 #include "shell/ui/statusbar.h"
@@ -123,6 +124,7 @@ frmEditor::frmEditor(SettingsStore &settings, Desktop &desktop, const CommandLin
     new TextCommands(m_context, *TxtEdit, m_documents, *this, *m_commands, this);
     new TextToolsCommands(m_context, *TxtEdit, *m_commands, this);
     new RunCommands({m_context, m_tools}, *m_commands, this);
+    new InsertCommands(m_context, *m_commands, this);
     new HelpCommands(m_context, *m_commands, ProgramFolder(), this);
     new FolderCommands(
         m_context, *m_commands,
@@ -229,6 +231,8 @@ void frmEditor::BuildBands()
     bands.AddBand(u"opcodes"_s, u"Opcodes"_s, cmbOpcodes);
     bands.AddBand(u"player"_s, u"Player"_s, new PlayerPanel(*m_commands));
     bands.AddBand(u"presets"_s, u"Presets"_s, m_presets);
+    ShowExtensionInTextColour(*Toolbar1);
+    ShowExtensionInTextColour(*m_presets);
     connect(m_presets, &PresetBar::Rebuilt, this, [&bands] {
         if (bands.IsBandVisible(ViewCommands::PresetsBand))
             bands.SetBandWidth(ViewCommands::PresetsBand, bands.NaturalBandWidth(ViewCommands::PresetsBand));

@@ -63,7 +63,7 @@ frmNew::frmNew(QWidget *parent)
     }
     lvwNew->setCurrentRow(0);
     const int frame = 2 * lvwNew->frameWidth();
-    lvwNew->setMinimumSize(cell.width() * 4 + frame + 4, cell.height() + frame + 4);
+    lvwNew->setFixedSize(cell.width() * 4 + frame + 4, cell.height() + frame + 4);
     lvwNew->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     lvwNew->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
 

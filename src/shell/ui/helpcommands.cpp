@@ -24,8 +24,6 @@ HelpCommands::HelpCommands(EditorContext &editor, Commands &commands, const QStr
     commands.Bind(u"mnuWebPage"_s,
                   [&editor](int) { OpenWebAddress(editor.desktop, QString::fromUtf16(WebAddress)); });
     commands.Bind(u"mnuLinks"_s, [&editor](int entry) { OpenCsoundLink(entry, editor.desktop); });
-    commands.Bind(u"mnuDate"_s,
-                  [&editor](int) { editor.text.ReplaceSelection(DateAndTime(editor.desktop.Now())); });
 }
 
 } // namespace zelvane

@@ -10,7 +10,7 @@ namespace zelvane
 
 class Commands;
 
-/// Binds the commands of the Help menu that open pages, and the insertion of date and time.
+/// Binds the commands of the Help menu that open pages.
 class HelpCommands : public QObject
 {
     Q_OBJECT

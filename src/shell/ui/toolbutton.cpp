@@ -4,7 +4,12 @@
 #include "shell/ui/commands.h"
 #include "shell/ui/icons.h"
 
+#include <algorithm>
+#include <QGuiApplication>
+#include <QIconEngine>
 #include <QMenu>
+#include <QPainter>
+#include <QPalette>
 #include <QToolBar>
 #include <QToolButton>
 
@@ -41,7 +46,44 @@ void RunOnPress(QAction *action, Commands &commands, const QString &command, int
                      });
 }
 
+/// Two arrow heads, in the colour that the window's text has when they are drawn.
+class ExtensionEngine : public QIconEngine
+{
+public:
+    void paint(QPainter *painter, const QRect &rect, QIcon::Mode, QIcon::State) override
+    {
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        const double unit = std::min(rect.width(), rect.height()) / 16.0;
+        painter->setPen(QPen(QGuiApplication::palette().color(QPalette::WindowText), 1.4 * unit,
+                             Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        const QPointF middle = QRectF(rect).center();
+        for (const double left : {-4.5, 0.5}) {
+            const QPointF head[] = {middle + QPointF(left, -3.5) * unit,
+                                    middle + QPointF(left + 3.5, 0) * unit,
+                                    middle + QPointF(left, 3.5) * unit};
+            painter->drawPolyline(head, 3);
+        }
+        painter->restore();
+    }
+    QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
+    {
+        QPixmap pixmap(size);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        paint(&painter, QRect(QPoint(0, 0), size), mode, state);
+        return pixmap;
+    }
+    QIconEngine *clone() const override { return new ExtensionEngine(*this); }
+};
+
 } // namespace
+
+void ShowExtensionInTextColour(QToolBar &toolbar)
+{
+    if (auto *extension = toolbar.findChild<QToolButton *>(u"qt_toolbar_ext_button"_s))
+        extension->setIcon(QIcon(new ExtensionEngine));
+}
 
 QAction *AddToolButton(QToolBar &toolbar, Commands &commands, const ToolButton &button)
 {

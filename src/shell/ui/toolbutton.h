@@ -32,6 +32,10 @@ struct ToolButton {
 /// Adds a button at the toolbar's end. A command without a menu row takes the button as its action.
 QAction *AddToolButton(QToolBar &toolbar, Commands &commands, const ToolButton &button);
 
+/// Draws the button behind which a too narrow toolbar hides its rest in the colour of the window's text: the
+/// style's own picture is black on every desktop.
+void ShowExtensionInTextColour(QToolBar &toolbar);
+
 /// Icons with or without their descriptions under them.
 void ShowToolLabels(QToolBar &toolbar, bool shown);
 
