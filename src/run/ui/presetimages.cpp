@@ -93,9 +93,12 @@ QIcon FileImage(const QString &path)
 {
     QImageReader reader(path);
     reader.setDecideFormatFromContent(true);
-    if (!reader.canRead() || std::max(reader.size().width(), reader.size().height()) > LargestSource)
+    if (!reader.canRead())
         return {};
+    // Asked first: once the size was read, an icon file does not tell its format any more.
     const bool iconFile = reader.format() == "ico" || reader.format() == "cur";
+    if (std::max(reader.size().width(), reader.size().height()) > LargestSource)
+        return {};
     const QImage image = iconFile ? IconFileFrame(reader) : WithoutMaskColour(reader.read());
     if (image.isNull())
         return {};
