@@ -14,6 +14,7 @@
 #include "shell/ui/frmeditor.h"
 
 #include <clocale>
+#include <csignal>
 #include <functional>
 #include <memory>
 #include <new>
@@ -39,9 +40,20 @@ public:
         setApplicationVersion(ProgramVersion());
         setDesktopFileName(u"zelvane"_s);
         setWindowIcon(QIcon(u":/zelvane/icons/zelvane.svg"_s));
+        // The end of the terminal that the program was started in is no end of the text. Empty handlers and
+        // not "ignore", which the programs that presets start would inherit.
+#ifdef SIGHUP
+        std::signal(SIGHUP, [](int) {});
+#endif
+#ifdef SIGPIPE
+        std::signal(SIGPIPE, [](int) {});
+#endif
     }
 
-    QtDesktop &TheDesktop() { return m_desktop; }
+    QtDesktop &TheDesktop()
+    {
+        return m_desktop;
+    }
 
     bool notify(QObject *receiver, QEvent *event) override
     {
@@ -152,30 +164,35 @@ int RunChooser(Application &application, const QString &document)
     return QApplication::exec();
 }
 
-} // namespace
-
-/// Main: the command line alone decides which of three programs this process is.
-int main(int argc, char **argv)
+/// The command line alone decides which of three programs this process is.
+int Main(Application &application, const QByteArray &token)
 {
-    const QByteArray token = ActivationToken();
-    Application application(argc, argv);
     const CommandLine command(QCoreApplication::arguments().mid(1));
-
-    const auto notHere = [&](const QString &what) {
-        application.TheDesktop().MessageBox(
-            {.text = what + u" is not part of this version of "_s + ApplicationTitle() + u"."_s,
-             .icon = BoxIcon::Information});
-        return 0;
-    };
     switch (command.Form()) {
     case StartForm::QuickPreset:
         return RunChooser(application, command.Document());
     case StartForm::RunCsound:
-        return command.Document().isEmpty() ? 0 : notHere(u"The Run Csound dialog"_s);
+        if (!command.Document().isEmpty())
+            application.TheDesktop().MessageBox(
+                {.text =
+                     u"The Run Csound dialog is not part of this version of "_s + ApplicationTitle() + u"."_s,
+                 .icon = BoxIcon::Information});
+        return 0;
     case StartForm::NewInstance:
     case StartForm::Document:
     case StartForm::Nothing:
         break;
     }
     return RunEditor(application, command, token);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QByteArray token = ActivationToken();
+    Application application(argc, argv);
+    int code = 1;
+    application.Guard([&] { code = Main(application, token); });
+    return code;
 }

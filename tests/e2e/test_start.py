@@ -2,6 +2,7 @@
 """How the program starts: first use, the start-up rule, the forms of the command line, and what it cannot open."""
 
 import os
+import signal
 
 from support.stage import check, copy_example, equal, main
 
@@ -106,6 +107,16 @@ def what_cannot_be_opened_says_so(stage):
         equal(editor.ended(), 0, f"exit code after {name}")
 
 
+def editor_outlives_its_terminal(stage):
+    stage.write_store(STORE.format(more="Startup=2"))
+    piece = copy_example(stage, "pluck.csd")
+    editor, window = settled(stage, piece)
+    os.kill(editor.pid, signal.SIGHUP)
+    window.type("; mine ")
+    stage.until(lambda: "*" in window.title(), lambda: f"the mark of a changed text; {window.title()}")
+    check(editor.runs(), "the editor has gone")
+
+
 def broken_settings_do_not_keep_the_window_away(stage):
     piece = copy_example(stage, "pluck.csd")
     stage.write_store("[Options]\nUsed=2\nSplash=perhaps\nthis line is no setting\nWidth=wide\nStartup=2\n")
@@ -131,5 +142,6 @@ main(
     start_up_rule_without_a_file,
     paths_with_blanks_need_no_quotes,
     what_cannot_be_opened_says_so,
+    editor_outlives_its_terminal,
     broken_settings_do_not_keep_the_window_away,
 )

@@ -94,6 +94,7 @@ private Q_SLOTS:
     {
         QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
         m_path = qgetenv("PATH");
+        qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:"); // no file manager of the user's
         QVERIFY(m_folder.isValid());
     }
 
@@ -504,6 +505,14 @@ private Q_SLOTS:
         QVERIFY(m_desktop.ShellRun({.file = file, .folder = m_folder.path()}) > ShellFailure);
         QTRY_VERIFY(!Said().isEmpty());
         QCOMPARE(Said(), QDir::currentPath().toUtf8() + "\n<" + handed + ">\nend\n");
+    }
+
+    void ExploredFolderGoesToItsHandlerWithoutAFileManager()
+    {
+        Speaker(u"bin/xdg-open"_s);
+        QVERIFY(m_desktop.ShellRun({.verb = u"explore"_s, .file = m_folder.path()}) > ShellFailure);
+        QTRY_VERIFY(Said().contains("<" + m_folder.path().toUtf8() + ">"));
+        QVERIFY(m_desktop.ShellRun({.verb = u"properties"_s, .file = m_folder.path()}) <= ShellFailure);
     }
 
     void HandlerThatFailsIsAFailure()
