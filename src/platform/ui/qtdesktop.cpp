@@ -143,7 +143,8 @@ QString StartFolder(const QString &folder)
 
 FileDialogAnswer RunFileDialog(QFileDialog &dialog, const FileDialogRequest &request)
 {
-    dialog.setWindowTitle(PlainCaption(request.title));
+    if (!request.title.isEmpty()) // the toolkit's own title tells opening from saving
+        dialog.setWindowTitle(PlainCaption(request.title));
     const QStringList filters = NameFilters(request.filters);
     dialog.setNameFilters(filters);
     dialog.selectNameFilter(filters.value(request.filterIndex, filters.first()));

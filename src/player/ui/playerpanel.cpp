@@ -6,6 +6,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QSlider>
+#include <QTimer>
 #include <QToolBar>
 
 using namespace Qt::Literals::StringLiterals;
@@ -17,7 +18,8 @@ PlayerPanel::PlayerPanel(Commands &commands, QWidget *parent)
     : QWidget(parent),
       tbPlayer(new QToolBar(this)),
       SliderTime(new QSlider(Qt::Horizontal, this)),
-      lblPos(new QLabel(this))
+      lblPos(new QLabel(this)),
+      Timer1(new QTimer(this))
 {
     setObjectName(u"PicPlayer"_s);
     tbPlayer->setObjectName(u"tbPlayer"_s);
@@ -34,6 +36,8 @@ PlayerPanel::PlayerPanel(Commands &commands, QWidget *parent)
     AddToolButton(*tbPlayer, commands, {u"stop"_s, u"Stop"_s, u"Stop"_s, u"mnuStop"_s});
     AddToolButton(*tbPlayer, commands, {u"loop"_s, u"Loop"_s, u"Loop mode"_s, u"mnuLoop"_s});
 
+    Timer1->setObjectName(u"Timer1"_s);
+    Timer1->setInterval(50);
     SliderTime->setEnabled(false);
     SliderTime->setMinimumWidth(80);
     lblPos->setEnabled(false);

@@ -6,6 +6,7 @@
 class QAction;
 class QLabel;
 class QSlider;
+class QTimer;
 class QToolBar;
 
 namespace zelvane
@@ -25,6 +26,7 @@ public:
     QToolBar *tbPlayer;
     QSlider *SliderTime;
     QLabel *lblPos;
+    QTimer *Timer1; ///< runs only while a sound plays: the position is shown anew at each tick
 };
 
 } // namespace zelvane
