@@ -49,6 +49,8 @@ OwnFolders::OwnFolders()
         qputenv(name, m_home.path().toUtf8());
     for (const char *name : {"SFDIR", "SSDIR", "SADIR", "INCDIR"})
         qunsetenv(name);
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
     std::setlocale(LC_NUMERIC, "C");
 }
 
