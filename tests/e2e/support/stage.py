@@ -248,6 +248,9 @@ class Stage:
             number = pipe.readline().strip()
         check(number, "the display server has not started")
         self.environment["DISPLAY"] = ":" + number
+        # The first key that a new display gets changes its keyboard, and a window manager that takes its keys anew on
+        # that loses the next one: so it comes before the window manager.
+        self.output("xdotool", "key", "Shift_L")
         # The window manager's own keys, and Super+M to maximize.
         keys = '<keybind key="W-m"><action name="ToggleMaximize"/></keybind></keyboard>'
         config = self.folder / "openbox.xml"
