@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "run/preseteditor.h"
 
+#include "platform/fileinfo.h"
 #include "platform/numbers.h"
 #include "platform/programfolder.h"
 #include "run/macroexpansion.h"
@@ -14,6 +15,11 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace zelvane
 {
+
+QStringList WindowStateTexts()
+{
+    return {u"Hidden"_s, u"Normal"_s, u"Minimized"_s, u"Maximized"_s};
+}
 
 PresetFields FieldsOf(const PresetRecord &record)
 {
@@ -36,7 +42,7 @@ PresetTools EnabledPresetTools(const QString &name, int row, int rowCount)
 
 bool AllowsSecondAction(const QString &command, const RunContext &context)
 {
-    return !context.editor.desktop.ExecutableKind(ExpandStaticMacros(command, context)).isEmpty();
+    return IsExecutableFile(ExpandStaticMacros(command, context), context.editor.desktop);
 }
 
 bool SavePreset(const PresetKey &name, const PresetFields &fields, QStringList &rows, RunContext &context,

@@ -9,6 +9,9 @@
 namespace zelvane
 {
 
+/// The window states in words, in the order of their numbers: the rows of the editor's window lists.
+QStringList WindowStateTexts();
+
 /// The fields of the preset editor: the record, whose `Image` is split into a built-in number (0 for none)
 /// and the text of the bitmap field.
 struct PresetFields {

@@ -52,6 +52,17 @@ void ReportError(Desktop &desktop, const RunTimeError &error, const QString &con
     }
 }
 
+bool Guarded(Desktop &desktop, const std::function<void()> &work)
+{
+    try {
+        work();
+        return true;
+    } catch (const RunTimeError &error) {
+        ReportError(desktop, error);
+    }
+    return false;
+}
+
 void SendMail(Desktop &desktop, const QString &address, const QString &subject, const QString &body)
 {
     OpenAddress(

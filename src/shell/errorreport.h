@@ -4,12 +4,18 @@
 #include "platform/desktop.h"
 #include "platform/runtimeerror.h"
 
+#include <functional>
+
 namespace zelvane
 {
 
 /// The general error report: tells an unexpected failure and offers to report it by mail.
 /// @param context an extra line, usually empty
 void ReportError(Desktop &desktop, const RunTimeError &error, const QString &context = {});
+
+/// Runs a piece of work and reports what it throws; for the event entry points of dialogs.
+/// @return whether the work came to its end
+bool Guarded(Desktop &desktop, const std::function<void()> &work);
 
 /// Asks the shell to open a "mailto:" address; when it cannot, the address goes to the clipboard and the user
 /// is told.

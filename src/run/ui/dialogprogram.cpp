@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "run/ui/dialogprogram.h"
 
+#include "run/ui/frmpresets.h"
 #include "shell/documentkind.h"
 
 namespace zelvane
@@ -72,6 +73,9 @@ DialogProgram::DialogProgram(const QString &document, SettingsStore &settings, D
 
 DialogProgram::~DialogProgram() = default;
 
-void DialogProgram::EditPreset(const QString &) {}
+void DialogProgram::EditPreset(const QString &name)
+{
+    ShowPresetEditor(m_context, name);
+}
 
 } // namespace zelvane

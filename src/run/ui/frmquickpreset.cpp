@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "run/ui/frmquickpreset.h"
 
-#include "platform/runtimeerror.h"
 #include "run/presetbar.h"
 #include "run/presetrun.h"
 #include "run/quickpreset.h"
@@ -9,6 +8,7 @@
 #include "shell/editorcontext.h"
 #include "shell/errorreport.h"
 #include "shell/ui/icons.h"
+#include "shell/ui/plaintooltip.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -64,7 +64,7 @@ void frmQuickPreset::BuildControls()
     lblFileName->setText(
         fontMetrics().elidedText(line, Qt::ElideMiddle, fontMetrics().averageCharWidth() * LongestName));
     lblFileName->setAccessibleName(line);
-    lblFileName->setToolTip(m_context.editor.document.CurrentFile);
+    lblFileName->setToolTip(PlainToolTip(m_context.editor.document.CurrentFile));
     lstPreset->setAccessibleName(u"Presets"_s);
     lstPreset->setUniformItemSizes(true);
     lblTooltip->setTextFormat(Qt::PlainText);
@@ -174,11 +174,7 @@ void frmQuickPreset::keyPressEvent(QKeyEvent *event)
 
 void frmQuickPreset::Guard(const std::function<void()> &work)
 {
-    try {
-        work();
-    } catch (const RunTimeError &error) {
-        ReportError(m_context.editor.desktop, error);
-    }
+    Guarded(m_context.editor.desktop, work);
 }
 
 } // namespace zelvane

@@ -7,10 +7,10 @@
 #include "run/ui/presetimages.h"
 #include "shell/editorcontext.h"
 #include "shell/ui/commands.h"
+#include "shell/ui/plaintooltip.h"
 
 #include <QContextMenuEvent>
 #include <QMenu>
-#include <QTextDocument>
 #include <QToolButton>
 
 using namespace Qt::Literals::StringLiterals;
@@ -24,13 +24,6 @@ namespace
 QString Escaped(QString text)
 {
     return text.replace(u'&', u"&&"_s);
-}
-
-/// A text of the user's, shown as it stands even where it looks like marked-up text.
-QString PlainToolTip(const QString &text)
-{
-    return Qt::mightBeRichText(text) ? u"<p style='white-space:pre'>"_s + text.toHtmlEscaped() + u"</p>"_s
-                                     : text;
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "shell/ui/icons.h"
 
 #include <algorithm>
+#include <qdrawutil.h>
 #include <QFile>
 #include <QHash>
 #include <QImageReader>
@@ -20,6 +21,7 @@ namespace
 
 constexpr QRgb MaskColour = qRgb(192, 192, 192); ///< light grey: seen through
 constexpr int ViewMargin = 3;
+constexpr int BorderWidth = 2;
 constexpr int LargestSource = 16384; ///< a picture with more pixels on a side is not for a button
 constexpr int Scales[] = {1, 2, 3, 4};
 
@@ -135,6 +137,14 @@ void IconView::SetIcon(const QIcon &icon)
     update();
 }
 
+void IconView::SetHighlighted(bool highlighted)
+{
+    setFrameStyle(QFrame::Box | QFrame::Plain);
+    setLineWidth(BorderWidth);
+    m_highlighted = highlighted;
+    update();
+}
+
 QSize IconView::sizeHint() const
 {
     const int side = m_side + 2 * (frameWidth() + ViewMargin);
@@ -143,8 +153,11 @@ QSize IconView::sizeHint() const
 
 void IconView::paintEvent(QPaintEvent *event)
 {
-    QFrame::paintEvent(event);
     QPainter painter(this);
+    if (frameShape() != QFrame::Box)
+        QFrame::paintEvent(event);
+    else if (m_highlighted)
+        qDrawPlainRect(&painter, rect(), palette().color(QPalette::Highlight), BorderWidth);
     QRect area(0, 0, m_side, m_side);
     area.moveCenter(rect().center());
     m_icon.paint(&painter, area, Qt::AlignCenter, isEnabled() ? QIcon::Normal : QIcon::Disabled);

@@ -41,6 +41,9 @@ public:
     void SetIcon(const QIcon &icon);
     const QIcon &Icon() const { return m_icon; }
 
+    /// Draws a border in the colour of a selection, or leaves its room empty. Once used, the frame is gone.
+    void SetHighlighted(bool highlighted);
+
     QSize sizeHint() const override;
 
 protected:
@@ -49,6 +52,7 @@ protected:
 private:
     QIcon m_icon;
     int m_side;
+    bool m_highlighted = false;
 };
 
 } // namespace zelvane

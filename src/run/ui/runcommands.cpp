@@ -2,6 +2,7 @@
 #include "run/ui/runcommands.h"
 
 #include "run/ui/frmmanual.h"
+#include "run/ui/frmpresets.h"
 #include "shell/ui/commands.h"
 
 #include <QWidget>
@@ -14,6 +15,7 @@ namespace zelvane
 RunCommands::RunCommands(const RunContext &context, Commands &commands, QWidget *window) : QObject(window)
 {
     commands.Bind(u"mnuRunCsound"_s, [context, window](int) { frmManual(context, window).exec(); });
+    commands.Bind(u"mnuPresetsBox"_s, [context](int) { ShowPresetEditor(context); });
 }
 
 } // namespace zelvane

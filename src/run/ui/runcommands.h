@@ -10,7 +10,8 @@ namespace zelvane
 
 class Commands;
 
-/// Binds `mnuRunCsound`, the menu row and the toolbar button of the Run Csound dialog.
+/// Binds `mnuRunCsound`, the menu row and the toolbar button of the Run Csound dialog, and `mnuPresetsBox`,
+/// the preset editor.
 class RunCommands : public QObject
 {
     Q_OBJECT

@@ -10,6 +10,7 @@
 #include "platform/ui/textcontrol.h"
 #include "player/ui/playerpanel.h"
 #include "run/presetbar.h"
+#include "run/ui/frmpresets.h"
 #include "run/ui/presetbar.h"
 #include "run/ui/runcommands.h"
 #include "shell/errorreport.h"
@@ -475,9 +476,9 @@ void frmEditor::ShowPreferences()
     m_commands->Run(u"mnuPreferences"_s);
 }
 
-void frmEditor::EditPreset(const QString &)
+void frmEditor::EditPreset(const QString &name)
 {
-    m_commands->Run(u"mnuPresetsBox"_s);
+    ShowPresetEditor({m_context, m_tools}, name);
 }
 
 void frmEditor::RebuildPresets()

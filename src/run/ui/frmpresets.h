@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "run/preseteditor.h"
+
+#include <functional>
+#include <QDialog>
+
+class QCheckBox;
+class QComboBox;
+class QLineEdit;
+class QMenu;
+class QPushButton;
+class QTabWidget;
+class QToolBar;
+
+namespace zelvane
+{
+
+class IconView;
+
+/// The preset editor, "Add/Remove Presets". Saving, deleting and moving act on the store at once; what stands
+/// in the fields is lost when another preset is chosen or the dialog is closed without saving.
+class frmPresets : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit frmPresets(const RunContext &context, QWidget *parent = nullptr);
+
+    /// Chooses the row whose text equals the name; nothing happens when there is none.
+    void SelectPreset(const QString &name);
+    /// Takes a built-in image for the preset, instead of a picture file.
+    void setImgnumber(int number);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void BuildToolbar();
+    void BuildFields();
+    void LayOut();
+    QWidget *FirstPage();
+    QWidget *SecondPage();
+    QWidget *ButtonPage();
+    void Connect();
+
+    /// Fills the lists from the store and chooses the first preset. Runs again after each deletion, when the
+    /// window list of the second action gets its rows once more (kept; the first four are the valid ones).
+    void LoadLists();
+    QStringList Rows() const;
+    /// The row whose text stands in `cmbPreset`, -1 for none.
+    int SelectedRow() const;
+    void ChooseRow(int row);
+    /// Puts rows into `cmbPreset` and leaves the fields as they are.
+    void ShowRows(const QStringList &rows, int row);
+    void EnableTools();
+
+    PresetFields Fields() const;
+    void ShowFields(const PresetFields &fields);
+    /// The tooltip of the command, and whether a second action can follow it.
+    void ShowCommandFacts();
+    void CommandChanged();
+    void BitmapChanged();
+    /// Shows a picture file in the preview. @return false, with an empty preview, when it cannot be loaded
+    bool LoadPicture(const QString &file);
+
+    void RunTool(const QString &key);
+    void NewPreset();
+    void Save();
+    void Delete();
+    void Move(bool up);
+    void PopUpMacros();
+    void InsertMacro(const QString &macro);
+    void StepPage(int step);
+    /// @return whether the key is one of the dialog's own; it has been done then, unless only asked for
+    bool TakeKey(const QKeyEvent &event, bool onlyAsk);
+
+    void BrowseCommand(QLineEdit &field);
+    void BrowseInitialFolder(QLineEdit &field, const QString &title);
+    void BrowseBitmap();
+    void PickImage();
+    /// Reports what the work throws.
+    void Guard(const std::function<void()> &work);
+
+    RunContext m_context;
+    int m_imageNumber = 0;
+
+    QToolBar *tlbPreset;
+    QMenu *mnuMacros = nullptr; ///< filled at the first use
+    QComboBox *cmbPreset;
+    QTabWidget *TbsPreset;
+
+    QLineEdit *txtCommand;
+    QPushButton *bCommand;
+    QLineEdit *txtArgs;
+    QPushButton *bPickFlag;
+    QLineEdit *txtFolder;
+    QPushButton *bFolder;
+    QComboBox *cmbWindow;
+    QCheckBox *chkSaveFirst;
+
+    QWidget *m_secondAction = nullptr; ///< the frame that is enabled only behind a program
+    QLineEdit *txt2ndCommand;
+    QPushButton *b2ndCommand;
+    QLineEdit *txt2ndArgs;
+    QPushButton *b2ndPickFlag;
+    QLineEdit *txt2ndFolder;
+    QPushButton *b2ndFolder;
+    QComboBox *cmb2ndWindow;
+
+    QCheckBox *chkCreateButton;
+    QCheckBox *chkNewGroup;
+    QLineEdit *txtName;
+    QLineEdit *txtTooltip;
+    QLineEdit *TxtBitmap;
+    QPushButton *bBitmap;
+    QPushButton *bImages;
+    IconView *imgBitmap;
+
+    QPushButton *bCancel;
+};
+
+/// Shows the preset editor, modal over the active window, with the preset of this name chosen if it is there.
+void ShowPresetEditor(const RunContext &context, const QString &name = {});
+
+} // namespace zelvane
