@@ -5,6 +5,7 @@
 #include "run/flagtable.h"
 #include "run/ui/frmflags.h"
 #include "shell/editorcontext.h"
+#include "shell/ui/columnmenu.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -72,6 +73,7 @@ void FlagPicker::PopUp()
             QAction *action = m_menu->addAction(row.flag + u'\t' + description);
             connect(action, &QAction::triggered, this, [this, flag = row.flag] { Put(flag); });
         }
+        SetColumns(*m_menu);
     }
     m_menu->popup(m_button->mapToGlobal(QPoint(0, m_button->height())));
 }

@@ -11,9 +11,11 @@
 #include "run/ui/presetimages.h"
 #include "shell/editorcontext.h"
 #include "shell/errorreport.h"
+#include "shell/ui/columnmenu.h"
 #include "shell/ui/icons.h"
 #include "shell/ui/plaintooltip.h"
 
+#include <algorithm>
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
@@ -24,7 +26,6 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
-#include <QRegularExpression>
 #include <QSignalBlocker>
 #include <QTabWidget>
 #include <QToolBar>
@@ -95,6 +96,14 @@ void AddRow(QGridLayout &grid, QLabel *label, QWidget *field, QPushButton *butto
         grid.addWidget(button, row, 2);
 }
 
+/// The row of a saved name. The store knows no case, so the row may differ in that.
+int RowOf(const QString &name, const QStringList &rows)
+{
+    const auto same = [&name](const QString &row) { return row.compare(name, Qt::CaseInsensitive) == 0; };
+    const auto found = std::find_if(rows.begin(), rows.end(), same);
+    return found == rows.end() ? -1 : int(found - rows.begin());
+}
+
 } // namespace
 
 frmPresets::frmPresets(const RunContext &context, QWidget *parent)
@@ -126,7 +135,7 @@ frmPresets::frmPresets(const RunContext &context, QWidget *parent)
       bBitmap(Named(new QPushButton(u"Browse..."_s), u"bBitmap"_s)),
       bImages(Named(new QPushButton(u"Pick a built-in image..."_s), u"bImages"_s)),
       imgBitmap(Named(new IconView, u"imgBitmap"_s)),
-      bCancel(Named(new QPushButton(u"&Close"_s, this), u"bCancel"_s))
+      bCancel(Named(new QPushButton(this), u"bCancel"_s))
 {
     setObjectName(u"frmPresets"_s);
     setWindowTitle(ApplicationTitle() + u" - Add/Remove Presets"_s);
@@ -270,6 +279,7 @@ void frmPresets::LayOut()
     TbsPreset->addTab(SecondPage(), u"S&econd action"_s);
     TbsPreset->addTab(ButtonPage(), u"B&utton"_s);
 
+    bCancel->setText(u"&Close"_s); // only now: Alt+C goes to the command first, and on to this key from there
     auto *close = new QHBoxLayout;
     close->addStretch();
     close->addWidget(bCancel);
@@ -500,9 +510,7 @@ void frmPresets::Save()
     QStringList rows = Rows();
     if (SavePreset(name, Fields(), rows, m_context,
                    [this](const QString &file) { return LoadPicture(file); }))
-        ShowRows(rows, int(rows.indexOf(QRegularExpression(
-                           QRegularExpression::anchoredPattern(QRegularExpression::escape(name)),
-                           QRegularExpression::CaseInsensitiveOption))));
+        ShowRows(rows, RowOf(name, rows));
 }
 
 void frmPresets::Delete()
@@ -530,6 +538,7 @@ void frmPresets::PopUpMacros()
             QAction *action = mnuMacros->addAction(row.macro + u'\t' + row.description);
             connect(action, &QAction::triggered, this, [this, macro = row.macro] { InsertMacro(macro); });
         }
+        SetColumns(*mnuMacros);
     }
     const auto *face = tlbPreset->findChild<QToolButton *>(u"tlbPreset_preset"_s);
     mnuMacros->popup(face->mapToGlobal(QPoint(0, face->height())));
