@@ -330,7 +330,7 @@ QString ConfirmMacroValue(const QString &name, const QString &value, RunContext 
     if (value.isEmpty())
         return value;
     EditorContext &editor = context.editor;
-    const QString title = ApplicationTitle() + u" - Confirm macro expansion"_s;
+    const QString title = name + u" - Confirm macro expansion"_s;
     const FileFilter allFiles{u"All Files"_s, u"*"_s};
     if (!OutputExtension(name).isEmpty()) {
         return editor.desktop

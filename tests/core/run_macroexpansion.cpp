@@ -302,7 +302,7 @@ TEST_F(Macros, ConfirmAFileToWrite)
 {
     Open(u"x.csd"_s);
     const QString folder = context.folder.path();
-    FileDialogRequest dialog{.title = u"Zelvane - Confirm macro expansion"_s,
+    FileDialogRequest dialog{.title = u"WAVE - Confirm macro expansion"_s,
                              .filters = {{u"All Files"_s, u"*"_s}},
                              .folder = folder,
                              .fileName = folder + u"/x.wav"_s};
@@ -320,16 +320,16 @@ TEST_F(Macros, ConfirmAFileToRead)
 {
     const QString document = Open(u"x.orc"_s);
     const QString score = context.WriteFile(u"x.sco"_s);
-    const auto dialog = [](const QString &value, const QString &name, const QString &label,
-                           const QString &patterns) {
-        return FileDialogRequest{.title = u"Zelvane - Confirm macro expansion"_s,
+    const auto dialog = [](const QString &macro, const QString &value, const QString &name,
+                           const QString &label, const QString &patterns) {
+        return FileDialogRequest{.title = macro + u" - Confirm macro expansion"_s,
                                  .filters = {{label, patterns}, {u"All Files"_s, u"*"_s}},
                                  .folder = value,
                                  .fileName = name};
     };
-    context.desktop.ExpectOpenDialog(dialog(document, u"x.orc"_s, u"Orchestra Files"_s, u"*.orc"_s),
-                                     {u"/a.orc"_s});
-    context.desktop.ExpectOpenDialog(dialog(score, u"x.sco"_s, u"Score Files"_s, u"*.sco"_s), {});
+    context.desktop.ExpectOpenDialog(
+        dialog(u"ORCHESTRA"_s, document, u"x.orc"_s, u"Orchestra Files"_s, u"*.orc"_s), {u"/a.orc"_s});
+    context.desktop.ExpectOpenDialog(dialog(u"SCORE"_s, score, u"x.sco"_s, u"Score Files"_s, u"*.sco"_s), {});
     EXPECT_EQ(Expand(u"$CSOUND$ $ORCHESTRA$ $SCORE$ $DOCUMENT$"_s, true), u"failed"_s);
     EXPECT_EQ(context.status.text, u"SCORE macro returned empty string."_s);
 }

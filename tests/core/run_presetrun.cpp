@@ -151,16 +151,16 @@ TEST_F(Run, FieldsAreExpandedInOrder)
     Set(PresetKeys::Command, u"$WAVE$"_s);
     Set(PresetKeys::Args, u"$AIFF$ $LOG$"_s);
     Set(PresetKeys::Folder, u"$WAVE$"_s);
-    const auto dialog = [this](const QString &name) {
-        return FileDialogRequest{.title = u"Zelvane - Confirm macro expansion"_s,
+    const auto dialog = [this](const QString &macro, const QString &name) {
+        return FileDialogRequest{.title = macro + u" - Confirm macro expansion"_s,
                                  .filters = {{u"All Files"_s, u"*"_s}},
                                  .folder = context.folder.path(),
                                  .fileName = context.folder.filePath(name)};
     };
-    context.desktop.ExpectSaveDialog(dialog(u"x.wav"_s), {u"/1"_s});
-    context.desktop.ExpectSaveDialog(dialog(u"x.aif"_s), {u"/2"_s});
-    context.desktop.ExpectSaveDialog(dialog(u"x.log"_s), {u"/3"_s});
-    context.desktop.ExpectSaveDialog(dialog(u"x.wav"_s), {u"/4"_s});
+    context.desktop.ExpectSaveDialog(dialog(u"WAVE"_s, u"x.wav"_s), {u"/1"_s});
+    context.desktop.ExpectSaveDialog(dialog(u"AIFF"_s, u"x.aif"_s), {u"/2"_s});
+    context.desktop.ExpectSaveDialog(dialog(u"LOG"_s, u"x.log"_s), {u"/3"_s});
+    context.desktop.ExpectSaveDialog(dialog(u"WAVE"_s, u"x.wav"_s), {u"/4"_s});
     context.desktop.ExpectShellRun(
         {.file = u"/1"_s, .parameters = u"/2 /3"_s, .folder = u"/4"_s, .showState = 1});
     Go(true);
@@ -297,7 +297,7 @@ TEST_F(Run, SecondActionConfirmsItsFiles)
     Set(PresetKeys::SecondArgs, u"$LOG$"_s);
     Set(PresetKeys::SecondFolder, u"/f"_s);
     context.desktop.ExpectProcess({.command = u"/bin/x"_s, .folder = u"/bin"_s});
-    context.desktop.ExpectSaveDialog({.title = u"Zelvane - Confirm macro expansion"_s,
+    context.desktop.ExpectSaveDialog({.title = u"LOG - Confirm macro expansion"_s,
                                       .filters = {{u"All Files"_s, u"*"_s}},
                                       .folder = context.folder.path(),
                                       .fileName = context.folder.filePath(u"x.log"_s)},

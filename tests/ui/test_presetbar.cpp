@@ -69,7 +69,7 @@ public:
     /// The output of the preset Render is to be confirmed, and goes to another file.
     void ExpectConfirmation()
     {
-        desktop.ExpectSaveDialog({.title = u"Zelvane - Confirm macro expansion"_s,
+        desktop.ExpectSaveDialog({.title = u"WAVE - Confirm macro expansion"_s,
                                   .filters = {{u"All Files"_s, u"*"_s}},
                                   .folder = folder.path(),
                                   .fileName = folder.filePath(u"a.wav"_s)},
