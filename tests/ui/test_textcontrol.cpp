@@ -355,6 +355,22 @@ void TestTextControl::FollowsAStringInRandomEdits()
         } else if (action == 4) {
             editor.text.SetSelection(start, end);
             editor.text.ReplaceSelection(inserted);
+        } else if (action == 5) {
+            // Every stretch of the text that equals one character of it, a pair counting as one.
+            const bool pair = start < model.text.size() && model.text[start].isHighSurrogate();
+            const QString wanted = model.TextRange(start, start + (pair ? 2 : 1));
+            std::vector<qint32> starts;
+            for (qsizetype at = 0; !wanted.isEmpty() && (at = model.text.indexOf(wanted, at)) >= 0;
+                 at += wanted.size())
+                starts.push_back(qint32(at));
+            editor.text.ReplaceEach(starts, wanted.size(), inserted);
+            model.ReplaceEach(starts, wanted.size(), inserted);
+            if (!starts.empty()) {
+                states.resize(current + 1);
+                states.push_back(now());
+                ++current;
+                QCOMPARE(Described(editor.text.Selection()), Described(model.Selection()));
+            }
         } else {
             editor.text.ReplaceRange(start, end, inserted);
         }
@@ -365,7 +381,7 @@ void TestTextControl::FollowsAStringInRandomEdits()
                 model.styles.append(char(style.unicode() - u'0'));
             continue;
         }
-        if (action > 2) {
+        if (action == 3 || action == 4) {
             if (start != end || !inserted.isEmpty()) {
                 model.ReplaceRange(start, end, inserted);
                 states.resize(current + 1);

@@ -68,6 +68,8 @@ TextControl::TextControl(Desktop &desktop, QWidget *parent)
     Send(SCI_SETSCROLLWIDTHTRACKING, 1);
     Send(SCI_SETSCROLLWIDTH, 1);
     Send(SCI_SETLAYOUTCACHE, SC_CACHE_PAGE);
+    // Measured words are kept: a very long coloured line is laid out again at each key.
+    Send(SCI_SETPOSITIONCACHE, 32768);
     Send(SCI_SETCARETLINEVISIBLE, 0);
 
     m_font.family = QFontDatabase::systemFont(QFontDatabase::FixedFont).family();
