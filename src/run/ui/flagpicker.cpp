@@ -8,7 +8,6 @@
 #include "shell/ui/columnmenu.h"
 
 #include <QAbstractButton>
-#include <QComboBox>
 #include <QEvent>
 #include <QLineEdit>
 #include <QMenu>
@@ -17,13 +16,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace zelvane
 {
-
-QLineEdit *FieldOf(QWidget *control)
-{
-    if (auto *combo = qobject_cast<QComboBox *>(control))
-        return combo->lineEdit();
-    return qobject_cast<QLineEdit *>(control);
-}
 
 FlagPicker::FlagPicker(EditorContext &editor, QAbstractButton *button, QWidget *target)
     : QObject(button), m_editor(editor), m_button(button), m_target(target)
@@ -36,26 +28,19 @@ FlagPicker::FlagPicker(EditorContext &editor, QAbstractButton *button, QWidget *
 bool FlagPicker::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == m_target && event->type() == QEvent::FocusOut) {
-        if (const QLineEdit *field = FieldOf(m_target)) {
-            m_text = field->text();
-            m_start = field->selectionStart();
-            m_length = int(field->selectedText().size());
-        }
+        if (const QLineEdit *field = FieldOf(m_target))
+            m_selection.Hold(*field);
     }
     return QObject::eventFilter(watched, event);
 }
 
-void FlagPicker::RestoreSelection()
-{
-    QLineEdit *field = FieldOf(m_target);
-    if (field && !m_target->hasFocus() && !field->hasSelectedText() && m_start >= 0 &&
-        m_text == field->text())
-        field->setSelection(m_start, m_length);
-}
-
 void FlagPicker::Pick()
 {
-    RestoreSelection();
+    QLineEdit *field = FieldOf(m_target);
+    if (field && m_target->hasFocus())
+        m_selection.Hold(*field);
+    else if (field)
+        m_selection.Restore(*field);
     if (m_editor.desktop.IsKeyDown(KeyCode::Ctrl)) {
         PopUp();
         return;
@@ -83,6 +68,7 @@ void FlagPicker::Put(const QString &flag)
     QLineEdit *field = FieldOf(m_target);
     if (!field)
         return;
+    m_selection.Restore(*field);
     field->insert(flag);
     m_target->setFocus(Qt::OtherFocusReason);
     field->setCursorPosition(int(flag.size()));

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "run/ui/fieldselection.h"
+
 #include <QObject>
 #include <QPointer>
 
 class QAbstractButton;
-class QLineEdit;
 class QMenu;
 class QWidget;
 
@@ -13,9 +14,6 @@ namespace zelvane
 {
 
 struct EditorContext;
-
-/// The line edit of a text box or of an editable combo box; null for any other control.
-QLineEdit *FieldOf(QWidget *control);
 
 /// A button that picks flags of Csound for a field, which is a text box or an editable combo box. A click
 /// opens frmFlags; with Ctrl held it pops up a menu of the flags. What is picked replaces the selection that
@@ -35,16 +33,12 @@ private:
     /// Puts a flag in place of the selection. The caret goes to the offset that is the flag's length,
     /// wherever the flag stands (kept).
     void Put(const QString &flag);
-    /// Selects again what a change of focus has unselected.
-    void RestoreSelection();
 
     EditorContext &m_editor;
     QAbstractButton *m_button;
     QPointer<QWidget> m_target;
-    QMenu *m_menu = nullptr; ///< made at the first use
-    QString m_text;          ///< of the field, when it lost the focus
-    int m_start = -1;        ///< of its selection
-    int m_length = 0;
+    QMenu *m_menu = nullptr;    ///< made at the first use
+    FieldSelection m_selection; ///< of the field, as it was when the focus left it
 };
 
 } // namespace zelvane

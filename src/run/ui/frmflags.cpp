@@ -2,10 +2,8 @@
 #include "run/ui/frmflags.h"
 
 #include "platform/programinfo.h"
-#include "run/ui/flagpicker.h"
 #include "shell/editorcontext.h"
 
-#include <QComboBox>
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -32,6 +30,7 @@ enum Column { FlagColumn, ValueColumn, DescriptionColumn };
 constexpr int RowsShown = 18;       ///< as high as the list is at first
 constexpr int ValueCharacters = 14; ///< room for a value that is typed
 constexpr int ColumnGap = 12;       ///< behind the text of a column, pixels
+constexpr int RowGap = 4;           ///< between the texts of two rows, pixels
 
 } // namespace
 
@@ -48,6 +47,8 @@ frmFlags::frmFlags(EditorContext &editor, QWidget *target, QWidget *parent)
 {
     setObjectName(u"frmFlags"_s);
     setWindowTitle(ApplicationTitle() + u" - Csound Flags"_s);
+    if (const QLineEdit *field = FieldOf(m_target))
+        m_selection.Hold(*field);
     BuildControls();
     LayOut();
     LoadRows();
@@ -108,6 +109,7 @@ void frmFlags::LoadRows()
         item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable |
                        Qt::ItemNeverHasChildren);
         item->setCheckState(FlagColumn, Qt::Unchecked);
+        item->setSizeHint(DescriptionColumn, QSize(0, fontMetrics().height() + RowGap));
     }
     m_changing = false;
     lvwFlags->setCurrentItem(lvwFlags->topLevelItem(0));
@@ -164,6 +166,7 @@ void frmFlags::Confirm()
     if (!AcceptFlagLine(line, m_editor.desktop))
         return;
     if (QLineEdit *field = FieldOf(m_target)) {
+        m_selection.Restore(*field);
         const int start = field->hasSelectedText() ? field->selectionStart() : field->cursorPosition();
         field->insert(line);
         if (field == m_target)

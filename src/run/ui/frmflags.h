@@ -2,6 +2,7 @@
 #pragma once
 
 #include "run/flagline.h"
+#include "run/ui/fieldselection.h"
 
 #include <QDialog>
 #include <QPointer>
@@ -42,6 +43,7 @@ private:
 
     EditorContext &m_editor;
     QPointer<QWidget> m_target;
+    FieldSelection m_selection;
     std::vector<FlagChoice> m_choices; ///< one for each row of the list
     bool m_changing = false;           ///< the dialog itself changes a row
 

@@ -32,6 +32,15 @@ template <typename Widget> Widget *Named(Widget *widget, const QString &name)
     return widget;
 }
 
+/// Editable from the start: the Tab key goes through the controls in the order of their making, and the
+/// combo box makes its line edit then.
+QComboBox *NewEditableCombo(QWidget *parent, const QString &name)
+{
+    auto *combo = Named(new QComboBox(parent), name);
+    combo->setEditable(true);
+    return combo;
+}
+
 } // namespace
 
 frmManual::frmManual(const RunContext &context, QWidget *parent)
@@ -44,8 +53,8 @@ frmManual::frmManual(const RunContext &context, QWidget *parent)
       txtSCO(Named(new QLineEdit(this), u"txtSCO"_s)),
       bSCO(Named(new QPushButton(u"Browse..."_s, this), u"bSCO"_s)),
       lblArgs(Named(new QLabel(u"&Flags:"_s, this), u"lblArgs"_s)),
-      cmbArgs(Named(new QComboBox(this), u"cmbArgs"_s)),
-      bFlags(Named(new QPushButton(u"&Pick flags..."_s, this), u"bFlags"_s)),
+      cmbArgs(NewEditableCombo(this, u"cmbArgs"_s)),
+      bFlags(Named(new QPushButton(u"&Pick..."_s, this), u"bFlags"_s)),
       chkCsound2(Named(new QCheckBox(u"&Use Csound #2"_s, this), u"chkCsound2"_s)),
       chkSaveFirst(Named(new QCheckBox(u"&Save document first"_s, this), u"chkSaveFirst"_s)),
       fraFolder(Named(new QGroupBox(u"Initial folder"_s, this), u"fraFolder"_s)),
@@ -76,7 +85,6 @@ void frmManual::BuildControls()
     bSCO->setAccessibleName(u"Browse for the score"_s);
     cmbArgs->setAccessibleName(u"Flags"_s);
     cmbArgs->setToolTip(u"Parameters passed to Csound. Macros allowed."_s);
-    cmbArgs->setEditable(true);
     cmbArgs->setInsertPolicy(QComboBox::NoInsert);
     cmbArgs->setCompleter(nullptr);
     cmbArgs->setMinimumContentsLength(FieldWidth);
@@ -129,14 +137,6 @@ void frmManual::LayOut()
     all->setRowStretch(row++, 1);
     all->addWidget(buttons, row, 0, 1, 3);
     all->setColumnStretch(1, 1);
-
-    QWidget *before = txtORC;
-    for (QWidget *next :
-         std::initializer_list<QWidget *>{bORC, txtSCO, bSCO, cmbArgs, bFlags, chkCsound2, chkSaveFirst,
-                                          chkFolderComp, chkFolderDoc, bOK, bCancel}) {
-        setTabOrder(before, next);
-        before = next;
-    }
 }
 
 void frmManual::Load()
@@ -155,6 +155,9 @@ void frmManual::Load()
     chkCsound2->setChecked(fields.csound2);
     chkSaveFirst->setChecked(fields.saveFirst);
     (fields.documentFolder ? chkFolderDoc : chkFolderComp)->setChecked(true);
+    // The pair is one stop of the Tab key, at the option that holds; the toolkit sees to it from the first
+    // focus on.
+    (fields.documentFolder ? chkFolderComp : chkFolderDoc)->setFocusPolicy(Qt::ClickFocus);
     // What is left to say when the files are known are the flags.
     if (fields.orchestra.isEmpty())
         txtORC->setFocus();

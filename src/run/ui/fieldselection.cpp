@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "run/ui/fieldselection.h"
+
+#include <QComboBox>
+#include <QLineEdit>
+
+namespace zelvane
+{
+
+QLineEdit *FieldOf(QWidget *control)
+{
+    if (auto *combo = qobject_cast<QComboBox *>(control))
+        return combo->lineEdit();
+    return qobject_cast<QLineEdit *>(control);
+}
+
+void FieldSelection::Hold(const QLineEdit &field)
+{
+    m_text = field.text();
+    m_start = field.selectionStart();
+    m_length = int(field.selectedText().size());
+}
+
+void FieldSelection::Restore(QLineEdit &field) const
+{
+    if (m_start >= 0 && !field.hasSelectedText() && field.text() == m_text)
+        field.setSelection(m_start, m_length);
+}
+
+} // namespace zelvane
