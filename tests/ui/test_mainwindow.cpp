@@ -12,6 +12,7 @@
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QScreen>
 #include <QSlider>
 #include <QTimer>
 #include <QToolBar>
@@ -88,6 +89,7 @@ private Q_SLOTS:
     void MinimizedWindowKeepsTheStoredPlace();
     void OffScreenPlacesComeBack_data();
     void OffScreenPlacesComeBack();
+    void StoredPlaceOffTheScreenComesBack();
     void TwipsAreOf1440ToTheInch();
     void CloseAsksFirst();
     void CloseDuringStartWaits();
@@ -708,6 +710,20 @@ void MainWindowTest::OffScreenPlacesComeBack()
     if (stored.left() == 900)
         screens.emplace_back(800, 0, 1000, 800);
     QCOMPARE(OnScreen(stored, screens), shown);
+}
+
+void MainWindowTest::StoredPlaceOffTheScreenComesBack()
+{
+    EditorWindow editor;
+    editor.settings.SaveNumber(Keys::X, -90000);
+    editor.settings.SaveNumber(Keys::Y, 1e30);
+    editor.settings.SaveNumber(Keys::Width, 6000);
+    editor.settings.SaveNumber(Keys::Height, 0);
+    editor.Open();
+    const QRect screen = editor.window->screen()->availableGeometry();
+    QVERIFY2(screen.contains(editor.window->geometry()),
+             qPrintable(QDebug::toString(editor.window->geometry())));
+    QCOMPARE(editor.window->width(), FromTwips(6000, editor.window->logicalDpiX()));
 }
 
 void MainWindowTest::TwipsAreOf1440ToTheInch()

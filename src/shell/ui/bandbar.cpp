@@ -6,7 +6,6 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyle>
-#include <QStyleOption>
 
 namespace zelvane
 {
@@ -216,6 +215,8 @@ void BandBar::paintEvent(QPaintEvent *)
     QPainter painter(this);
     QColor line = palette().color(QPalette::WindowText);
     line.setAlphaF(0.14F);
+    QColor dots = line;
+    dots.setAlphaF(0.4F);
     for (int i = 0; i < BandCount(); ++i) {
         const Band &band = m_bands[size_t(i)];
         if (band.place.isEmpty())
@@ -224,12 +225,11 @@ void BandBar::paintEvent(QPaintEvent *)
         if (band.place.left() > 0)
             painter.fillRect(QRect(band.place.left(), band.place.top() + 3, 1, band.place.height() - 6),
                              line);
-        QStyleOption option;
-        option.initFrom(this);
-        option.state |= QStyle::State_Horizontal;
-        option.rect = QRect(band.place.left() + 1, band.place.top() + BandMargin, GripWidth() - 2,
-                            band.place.height() - 2 * BandMargin);
-        style()->drawPrimitive(QStyle::PE_IndicatorToolBarHandle, &option, &painter, this);
+        // Drawn here, since the styles' own grips can hardly be seen in one palette or the other.
+        const int middle = band.place.center().y();
+        for (int dot = -2; dot <= 2; ++dot)
+            painter.fillRect(QRect(band.place.left() + GripWidth() / 2 - 1, middle + dot * 4 - 1, 2, 2),
+                             dots);
         if (m_captions && !band.caption.isEmpty()) {
             const QRect text = GripOf(i).adjusted(GripWidth(), 0, 0, 0);
             painter.setPen(palette().color(QPalette::WindowText));

@@ -25,6 +25,7 @@ constexpr double TwipsPerInch = 1440;
 constexpr int Maximized = 2;  ///< of the key `Window`
 constexpr int GrabWidth = 64; ///< as much of a window's upper edge has to be on a screen
 constexpr int GrabHeight = 24;
+constexpr QSize LeastSize(240, 160); ///< a smaller stored window would not show what it is
 
 /// Sizes and places beyond this are nonsense, and would overflow pixel arithmetic.
 constexpr double MostTwips = 1e7;
@@ -92,7 +93,7 @@ void WindowLayout::RestoreGeometry(const QSize &design)
     std::vector<QRect> screens;
     for (const QScreen *one : QGuiApplication::screens())
         screens.push_back(one->availableGeometry());
-    const QSize least = m_window.minimumSizeHint();
+    const QSize least = m_window.minimumSizeHint().expandedTo(LeastSize);
     const QSize size = QSize(FromTwips(width, dpi), FromTwips(height, dpi)).expandedTo(least);
     const QRect place = OnScreen(QRect(QPoint(FromTwips(x, dpi), FromTwips(y, dpi)), size), screens);
     m_window.move(place.topLeft());

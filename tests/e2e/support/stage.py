@@ -22,6 +22,7 @@ import wave
 from pathlib import Path
 
 TITLE = "Zelvane"
+DISPLAY_SIZE = "1280x900x24"
 PATIENCE = 30.0
 
 
@@ -172,7 +173,7 @@ class Process:
 
 
 class Stage:
-    def __init__(self, program, screenshots, size="1280x900x24"):
+    def __init__(self, program, screenshots, size=DISPLAY_SIZE):
         self.program = str(Path(program).resolve())
         self.screenshots = Path(screenshots)
         self.screenshots.mkdir(parents=True, exist_ok=True)
@@ -403,7 +404,8 @@ def ran_to_end(pattern):
 
 
 def main(*scenarios):
-    """Runs each scenario on a stage of its own: test_x.py PROGRAM SCREENSHOTS [NAME]."""
+    """Runs each scenario on a stage of its own: test_x.py PROGRAM SCREENSHOTS [NAME].
+    A scenario's attribute `size` is that of its display."""
     if len(sys.argv) < 3:
         sys.exit(f"usage: {sys.argv[0]} PROGRAM SCREENSHOTS [SCENARIO]")
     failed = 0
@@ -412,7 +414,7 @@ def main(*scenarios):
             continue
         print(f"{scenario.__name__} ...", flush=True)
         try:
-            with Stage(sys.argv[1], sys.argv[2]) as stage:
+            with Stage(sys.argv[1], sys.argv[2], getattr(scenario, "size", DISPLAY_SIZE)) as stage:
                 scenario(stage)
             print(f"{scenario.__name__} passed", flush=True)
         except Failure as failure:

@@ -1,0 +1,133 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The window in a light and in a dark desktop, at 100% and at 200%; the pictures are for looking at."""
+
+import subprocess
+
+from support.stage import check, copy_example, equal, main
+
+STORE = """[Options]
+Used=2
+Splash=0
+Csound=/usr/bin/csound
+BandRow3=0
+BandWidth2=330
+PanelLabels=-1
+X=600
+Y=600
+Width=14400
+Height=10200
+
+[Presets]
+Render=
+Listen=
+Edit sound=
+Manual=
+
+[Render]
+Command=$CSOUND$
+Args=-d -W -o $WAVE$ $DOCUMENT$
+Image=101
+[Listen]
+Command=$PLAYER$
+Image=104
+[Edit sound]
+Command=$EDITOR$
+Image=109
+NewGroup=1
+[Manual]
+Command=$HELP$
+Image=137
+"""
+
+# The colours of a dark desktop, as its settings program writes them.
+DARK_DESKTOP = """[Colors:Window]
+BackgroundNormal=42,46,50
+ForegroundNormal=252,252,252
+[Colors:View]
+BackgroundNormal=27,30,32
+BackgroundAlternate=35,38,41
+ForegroundNormal=252,252,252
+[Colors:Button]
+BackgroundNormal=49,54,59
+ForegroundNormal=252,252,252
+[Colors:Selection]
+BackgroundNormal=61,174,233
+ForegroundNormal=252,252,252
+[Colors:Tooltip]
+BackgroundNormal=49,54,59
+ForegroundNormal=252,252,252
+"""
+
+
+def lightness(picture, area):
+    """Mean of a part of a picture, 0 black to 1 white; `area` as WIDTHxHEIGHT+X+Y."""
+    result = subprocess.run(
+        ["convert", str(picture), "-crop", area, "+repage", "-colorspace", "gray", "-format", "%[fx:mean]", "info:"],
+        capture_output=True,
+        text=True,
+        check=True,
+    )
+    return float(result.stdout)
+
+
+def different_colours(picture, area):
+    result = subprocess.run(
+        ["convert", str(picture), "-crop", area, "+repage", "-format", "%k", "info:"],
+        capture_output=True,
+        text=True,
+        check=True,
+    )
+    return int(result.stdout)
+
+
+def looks(stage, name, scale, dark):
+    stage.write_store(STORE)
+    stage.environment["QT_SCALE_FACTOR"] = str(scale)
+    if dark:
+        (stage.folder / "config" / "kdeglobals").write_text(DARK_DESKTOP)
+        stage.environment |= {"XDG_CURRENT_DESKTOP": "KDE", "KDE_SESSION_VERSION": "5", "KDE_FULL_SESSION": "true"}
+    piece = copy_example(stage, "oscil.csd")
+    editor = stage.start(piece)
+    window = editor.window(lambda title: str(piece) in title)
+    size = (960 * scale, 680 * scale)
+    stage.until(lambda: window.geometry()[2:] == size, lambda: f"the size {size}; it is {window.geometry()}")
+    window.activate()
+    editor.at_rest()
+    picture = window.screenshot(name)
+
+    # The lower right of the text is empty, the left of the menu bar holds words.
+    empty = f"{200 * scale}x{60 * scale}+{700 * scale}+{500 * scale}"
+    menu = f"{300 * scale}x{20 * scale}+{10 * scale}+{2 * scale}"
+    tools = f"{400 * scale}x{28 * scale}+{10 * scale}+{24 * scale}"
+    if dark:
+        check(lightness(picture, empty) < 0.2, "the text's background is dark")
+        check(lightness(picture, menu) < 0.35, "the menu bar is dark")
+    else:
+        check(lightness(picture, empty) > 0.95, "the text's background is light")
+        check(lightness(picture, menu) > 0.8, "the menu bar is light")
+    check(different_colours(picture, menu) > 8, "words in the menu bar")
+    check(different_colours(picture, tools) > 60, "pictures on the toolbar")
+    editor.close(window)
+    # The stored place does not know of the scale.
+    equal((stage.setting("Width"), stage.setting("Height")), ("14400", "10200"), "the stored size")
+
+
+def light_at_100(stage):
+    looks(stage, "light-100", 1, False)
+
+
+def dark_at_100(stage):
+    looks(stage, "dark-100", 1, True)
+
+
+def light_at_200(stage):
+    looks(stage, "light-200", 2, False)
+
+
+def dark_at_200(stage):
+    looks(stage, "dark-200", 2, True)
+
+
+light_at_200.size = dark_at_200.size = "2200x1600x24"
+
+main(light_at_100, dark_at_100, light_at_200, dark_at_200)
