@@ -5,6 +5,7 @@
 #include "platform/ui/qtdesktop.h"
 #include "platform/ui/raisewindow.h"
 #include "run/ui/dialogprogram.h"
+#include "run/ui/frmmanual.h"
 #include "run/ui/frmquickpreset.h"
 #include "shell/commandline.h"
 #include "shell/errorreport.h"
@@ -164,6 +165,19 @@ int RunChooser(Application &application, const QString &document)
     return QApplication::exec();
 }
 
+/// The Run Csound dialog as a program of its own, which ends with it. There is no text to save first.
+int RunDialogMode(Application &application, const QString &document)
+{
+    if (document.isEmpty())
+        return 0;
+    SettingsStore settings;
+    DialogProgram program(document, settings, application.TheDesktop());
+    frmManual dialog(program.Context());
+    dialog.DropSaveFirst();
+    dialog.exec();
+    return 0;
+}
+
 /// The command line alone decides which of three programs this process is.
 int Main(Application &application, const QByteArray &token)
 {
@@ -172,12 +186,7 @@ int Main(Application &application, const QByteArray &token)
     case StartForm::QuickPreset:
         return RunChooser(application, command.Document());
     case StartForm::RunCsound:
-        if (!command.Document().isEmpty())
-            application.TheDesktop().MessageBox(
-                {.text =
-                     u"The Run Csound dialog is not part of this version of "_s + ApplicationTitle() + u"."_s,
-                 .icon = BoxIcon::Information});
-        return 0;
+        return RunDialogMode(application, command.Document());
     case StartForm::NewInstance:
     case StartForm::Document:
     case StartForm::Nothing:
