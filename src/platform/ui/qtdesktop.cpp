@@ -5,6 +5,7 @@
 #include "platform/parameters.h"
 #include "platform/runtimeerror.h"
 #include "platform/ui/filemanager.h"
+#include "platform/ui/programfilter.h"
 #include "platform/ui/raisewindow.h"
 
 #include <QApplication>
@@ -141,6 +142,17 @@ QString StartFolder(const QString &folder)
     return info.absoluteDir().exists() ? info.absolutePath() : QString();
 }
 
+/// Whether a pattern asks for programs by a suffix that they do not have here.
+bool IsProgramPattern(const QString &patterns)
+{
+#ifdef Q_OS_WIN
+    Q_UNUSED(patterns);
+    return false;
+#else
+    return patterns.compare(u"*.exe"_s, Qt::CaseInsensitive) == 0;
+#endif
+}
+
 FileDialogAnswer RunFileDialog(QFileDialog &dialog, const FileDialogRequest &request)
 {
     if (!request.title.isEmpty()) // the toolkit's own title tells opening from saving
@@ -148,6 +160,12 @@ FileDialogAnswer RunFileDialog(QFileDialog &dialog, const FileDialogRequest &req
     const QStringList filters = NameFilters(request.filters);
     dialog.setNameFilters(filters);
     dialog.selectNameFilter(filters.value(request.filterIndex, filters.first()));
+    for (std::size_t i = 0; i < request.filters.size(); ++i) {
+        if (IsProgramPattern(request.filters[i].patterns)) {
+            new ProgramFilter(dialog, filters[qsizetype(i)]);
+            break;
+        }
+    }
     if (const QString folder = StartFolder(request.folder); !folder.isEmpty())
         dialog.setDirectory(folder);
     if (!request.fileName.isEmpty())
@@ -295,7 +313,8 @@ QStringList NameFilters(const std::vector<FileFilter> &filters)
     bool hasAll = false;
     for (const FileFilter &filter : filters) {
         // "*.*" stands for every file, also one whose name has no point.
-        QString patterns = filter.patterns == u"*.*"_s ? u"*"_s : filter.patterns;
+        QString patterns =
+            filter.patterns == u"*.*"_s || IsProgramPattern(filter.patterns) ? u"*"_s : filter.patterns;
         patterns.replace(notHeld, u"?"_s).replace(u';', u' ');
         rows.append(filter.label + u" ("_s + patterns + u')');
         hasAll = hasAll || filter.label.compare(allFiles, Qt::CaseInsensitive) == 0;
