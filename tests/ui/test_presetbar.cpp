@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "run/ui/frmpresets.h"
 #include "run/ui/presetbar.h"
 #include "shell/ui/bandbar.h"
 #include "shell/ui/icons.h"
 #include "support/editorwindow.h"
+#include "support/modaldriver.h"
 #include "support/uitest.h"
 
+#include <QComboBox>
 #include <QContextMenuEvent>
 #include <QImage>
 #include <QLabel>
@@ -98,6 +101,15 @@ public:
     }
     QPoint CentreOf(const QString &name) { return Bar().widgetForAction(&Button(name))->geometry().center(); }
 };
+
+/// Expects the preset editor, with this preset chosen, and closes it.
+void ExpectPresetEditor(ModalDriver &modal, const QString &name)
+{
+    modal.Expect<frmPresets>([name](frmPresets &dialog) {
+        QCOMPARE(dialog.findChild<QComboBox *>(u"cmbPreset"_s)->currentText(), name);
+        dialog.reject();
+    });
+}
 
 } // namespace
 
@@ -209,8 +221,10 @@ void PresetBarTest::ClickRunsWithTheKeysHeld()
     editor.ExpectConfirmation();
     QTest::mouseClick(face, Qt::LeftButton);
     editor.desktop.CheckAllCame();
-    // With Alt the editor of presets is asked for, and nothing runs.
+    // With Alt the editor of presets comes up, and nothing runs.
     editor.desktop.keysDown = {KeyCode::Alt};
+    ModalDriver modal;
+    ExpectPresetEditor(modal, u"Render"_s);
     QTest::mouseClick(face, Qt::LeftButton);
 }
 
@@ -381,6 +395,8 @@ void PresetBarTest::PopupOverAButton()
     editor.ExpectConfirmation();
     editor.PopupAt(editor.CentreOf(u"Render & co"_s), [](QMenu &popup) { popup.actions()[1]->trigger(); });
     editor.desktop.CheckAllCame();
+    ModalDriver modal;
+    ExpectPresetEditor(modal, u"Render & co"_s);
     editor.PopupAt(editor.CentreOf(u"Render & co"_s), [](QMenu &popup) { popup.actions()[3]->trigger(); });
     // Without a button behind it the menu's rows run nothing.
     editor.Row(u"mnuPresetPopupItem_0"_s).trigger();
@@ -439,7 +455,7 @@ void PresetBarTest::OldButtonsGo()
     PresetWindow editor;
     editor.Add(u"Render"_s, {{u"Command"_s, u"/bin/render"_s}});
     editor.Add(u"Play"_s, {{u"Command"_s, u"/bin/play"_s}, {u"NewGroup"_s, u"1"_s}});
-    frmEditor &window = editor.Open();
+    editor.Open();
     const qsizetype count = editor.Bar().findChildren<QAction *>().size();
     for (int i = 0; i < 3; ++i) {
         editor.Bar().PresetsButtons();
@@ -447,16 +463,16 @@ void PresetBarTest::OldButtonsGo()
         QCOMPARE(editor.Bar().findChild<QAction *>(u"tbPresets_Play"_s), &editor.Button(u"Play"_s));
     }
     // A button may have the bar built anew while it runs: the preset editor does.
-    bool rebuilt = false;
-    window.CommandTable().Bind(u"mnuPresetsBox"_s, [&](int) {
-        editor.Bar().PresetsButtons();
-        rebuilt = true;
+    ModalDriver modal;
+    modal.Expect<frmPresets>([](frmPresets &dialog) {
+        QTest::keyClick(&dialog, Qt::Key_I, Qt::ControlModifier);
+        dialog.reject();
     });
     editor.desktop.keysDown = {KeyCode::Alt};
     const QPointer<QAction> old = &editor.Button(u"Render"_s);
     QTest::mouseClick(editor.Bar().widgetForAction(old), Qt::LeftButton, Qt::AltModifier);
-    QVERIFY(rebuilt);
     QTRY_VERIFY(old.isNull());
+    QCOMPARE(editor.Labels(), u"| Play Render"_s);
     QCOMPARE(editor.Bar().findChildren<QAction *>().size(), count);
 }
 
