@@ -28,8 +28,8 @@ struct MessageBoxRequest {
     bool operator==(const MessageBoxRequest &) const = default;
 };
 
-/// One row of a file dialog's filter list; patterns are joined by ";" ("*.orc;*.sco"). "*.exe" means programs:
-/// where they have no suffix, all files that may be run.
+/// One row of a file dialog's filter list; patterns are joined by ";" ("*.orc;*.sco"). "*.exe" means
+/// programs: where they have no suffix, all files that may be run.
 struct FileFilter {
     QString label;
     QString patterns;
