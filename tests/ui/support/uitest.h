@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <functional>
 #include <QApplication>
 #include <QPointer>
 #include <QTemporaryDir>
@@ -16,12 +17,14 @@ class ModalWatchdog : public QObject
 {
 public:
     /// @param patience milliseconds that one dialog may stay open
-    explicit ModalWatchdog(int patience = 10000);
+    /// @param stuck told what was closed; fails the running test if absent
+    explicit ModalWatchdog(int patience = 10000, std::function<void(const QByteArray &what)> stuck = {});
 
 private:
     void Look();
 
     int m_patience;
+    std::function<void(const QByteArray &)> m_stuck;
     int m_waited = 0;
     QPointer<QWidget> m_seen;
     QTimer m_timer;
