@@ -80,7 +80,7 @@ class Window:
 
     def type(self, text):
         self.activate()
-        self._run("xdotool", "type", "--clearmodifiers", text)
+        self._run("xdotool", "type", "--clearmodifiers", "--", text)
 
     def click(self, x, y):
         self.activate()
