@@ -57,8 +57,8 @@ void PresetBar::PresetsButtons()
             AddPresetButton(key);
         setUpdatesEnabled(true);
         BuildMenuRows(presets);
+        Q_EMIT Rebuilt();
     }
-    Q_EMIT Rebuilt();
 }
 
 void PresetBar::RemoveButtons()

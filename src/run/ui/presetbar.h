@@ -37,7 +37,7 @@ public:
     void RunRow(int row);
 
 Q_SIGNALS:
-    /// The buttons are new: the band may want another width.
+    /// There are new buttons: the band may want another width.
     void Rebuilt();
 
 protected:
