@@ -97,6 +97,7 @@ class FlagsTest : public QObject
 private Q_SLOTS:
     void ListHasTheRows();
     void ControlsAreNamed();
+    void TextsAreShownWhole();
     void CheckedFlagsMakeTheLine();
     void ValueIsAskedFor();
     void NoValueUnchecksTheRow();
@@ -163,6 +164,22 @@ void FlagsTest::ControlsAreNamed()
                                                           &flags.cmdCancel, &flags.lvwFlags}) {
         QCOMPARE(dialog.focusWidget(), next);
         QTest::keyClick(&dialog, Qt::Key_Tab);
+    }
+}
+
+void FlagsTest::TextsAreShownWhole()
+{
+    frmFlags dialog(context.editor, nullptr, nullptr);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    Flags flags(dialog);
+    QVERIFY(flags.lvwFlags.header()->length() <= flags.lvwFlags.viewport()->width());
+    for (int i = 0; i < flags.lvwFlags.topLevelItemCount(); ++i) {
+        const QTreeWidgetItem *item = flags.lvwFlags.topLevelItem(i);
+        for (int column = 0; column < 3; ++column)
+            QVERIFY2(flags.lvwFlags.fontMetrics().horizontalAdvance(item->text(column)) <
+                         flags.lvwFlags.columnWidth(column),
+                     qPrintable(item->text(column)));
     }
 }
 

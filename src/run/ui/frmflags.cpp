@@ -109,7 +109,7 @@ void frmFlags::LoadRows()
         item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable |
                        Qt::ItemNeverHasChildren);
         item->setCheckState(FlagColumn, Qt::Unchecked);
-        item->setSizeHint(DescriptionColumn, QSize(0, fontMetrics().height() + RowGap));
+        item->setSizeHint(ValueColumn, QSize(0, fontMetrics().height() + RowGap));
     }
     m_changing = false;
     lvwFlags->setCurrentItem(lvwFlags->topLevelItem(0));
