@@ -17,28 +17,27 @@ namespace zelvane
 {
 
 /// Facts about 64 UTF-16 code units at once, one bit for each, the first in the lowest bit. The plain
-/// functions say what is meant and serve every machine; those of the vector unit give the same bits.
+/// function says what is meant and serves every machine; that of the vector unit gives the same bits.
 struct CharBlock {
-    quint64 starters =
-        0; ///< may begin a token: ; / # $ " and, if asked for, ASCII letters and all beyond ASCII
-    quint64 separators = 0; ///< code below 33
+    quint64 letters = 0;    ///< by IsAnsiLetter; only if asked for
+    quint64 specials = 0;   ///< ; / # $ "
+    quint64 separators = 0; ///< code below 33; only if asked for
+    bool isAscii = false;   ///< nothing in the block is beyond ASCII; only if asked for
+
+    bool operator==(const CharBlock &) const = default;
 };
 
 inline constexpr qsizetype CharBlockSize = 64;
 
-template <bool Letters> constexpr bool IsStarter(char16_t c)
+template <bool Words> inline CharBlock ClassifyPlain(const char16_t *text)
 {
-    if (c == u';' || c == u'/' || (c >= u'"' && c <= u'$'))
-        return true;
-    return Letters && (c >= 128 || (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'));
-}
-
-template <bool Letters> inline CharBlock ClassifyPlain(const char16_t *text)
-{
-    CharBlock block;
+    CharBlock block{.isAscii = Words};
     for (int i = 0; i < CharBlockSize; ++i) {
-        block.starters |= quint64(IsStarter<Letters>(text[i])) << i;
-        block.separators |= quint64(text[i] < 33) << i;
+        const char16_t c = text[i];
+        block.isAscii &= c < 128;
+        block.specials |= quint64(c == u';' || c == u'/' || (c >= u'"' && c <= u'$')) << i;
+        block.letters |= quint64(Words && IsAnsiLetter(c)) << i;
+        block.separators |= quint64(Words && c < 33) << i;
     }
     return block;
 }
@@ -50,6 +49,12 @@ inline const char16_t *FindPlain(const char16_t *from, const char16_t *end, char
 }
 
 #ifdef ZELVANE_SSE2
+
+inline __m128i LoadAsciiBytes(const char16_t *text)
+{
+    const auto *at = reinterpret_cast<const __m128i *>(text);
+    return _mm_packus_epi16(_mm_loadu_si128(at), _mm_loadu_si128(at + 1));
+}
 
 /// Sixteen code units as bytes; all above 255 become 255.
 inline __m128i LoadBytes(const char16_t *text)
@@ -69,33 +74,48 @@ inline __m128i InRange(__m128i bytes, char first, char span)
     return _mm_cmpeq_epi8(_mm_subs_epu8(offset, _mm_set1_epi8(span)), _mm_setzero_si128());
 }
 
-template <bool Letters> inline CharBlock ClassifyVector(const char16_t *text)
+template <bool Words> inline CharBlock ClassifyVector(const char16_t *text)
 {
     CharBlock block;
+    quint64 beyondAscii = 0;
     for (int i = 0; i < CharBlockSize; i += 16) {
+        const auto put = [i](quint64 &bits, __m128i bytes) {
+            bits |= quint64(quint32(_mm_movemask_epi8(bytes))) << i;
+        };
         const __m128i bytes = LoadBytes(text + i);
-        __m128i starters = _mm_or_si128(InRange(bytes, '"', '$' - '"'),
-                                        _mm_or_si128(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(';')),
-                                                     _mm_cmpeq_epi8(bytes, _mm_set1_epi8('/'))));
-        if constexpr (Letters) {
+        const __m128i marks = _mm_or_si128(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(';')),
+                                           _mm_cmpeq_epi8(bytes, _mm_set1_epi8('/')));
+        put(block.specials, _mm_or_si128(marks, InRange(bytes, '"', '$' - '"')));
+        if constexpr (Words) {
             const __m128i lower = _mm_or_si128(bytes, _mm_set1_epi8(0x20));
-            starters = _mm_or_si128(starters, InRange(lower, 'a', 'z' - 'a'));
-            starters = _mm_or_si128(starters, bytes); // the top bit, which is what movemask takes
+            put(block.letters, InRange(lower, 'a', 'z' - 'a'));
+            put(block.separators, InRange(bytes, 0, 32));
+            put(beyondAscii, bytes); // the mask is made of the top bits
         }
-        block.starters |= quint64(quint32(_mm_movemask_epi8(starters))) << i;
-        block.separators |= quint64(quint32(_mm_movemask_epi8(InRange(bytes, 0, 32)))) << i;
+    }
+    block.isAscii = Words && beyondAscii == 0;
+    if (beyondAscii) [[unlikely]] {
+        block.letters &= ~beyondAscii;
+        for (quint64 rest = beyondAscii; rest; rest &= rest - 1) {
+            const int i = std::countr_zero(rest);
+            block.letters |= quint64(IsAnsiLetter(text[i])) << i;
+        }
     }
     return block;
 }
 
 inline const char16_t *FindVector(const char16_t *from, const char16_t *end, char16_t c)
 {
+    // A whole block at a time: what is looked for is mostly near, and one branch is then enough.
     const __m128i wanted = _mm_set1_epi16(short(c));
-    for (; end - from >= 16; from += 16) {
-        const auto *at = reinterpret_cast<const __m128i *>(from);
-        const __m128i low = _mm_cmpeq_epi16(_mm_loadu_si128(at), wanted);
-        const __m128i high = _mm_cmpeq_epi16(_mm_loadu_si128(at + 1), wanted);
-        const auto hits = quint32(_mm_movemask_epi8(_mm_packs_epi16(low, high)));
+    for (; end - from >= CharBlockSize; from += CharBlockSize) {
+        quint64 hits = 0;
+        for (int i = 0; i < CharBlockSize; i += 16) {
+            const auto *at = reinterpret_cast<const __m128i *>(from + i);
+            const __m128i low = _mm_cmpeq_epi16(_mm_loadu_si128(at), wanted);
+            const __m128i high = _mm_cmpeq_epi16(_mm_loadu_si128(at + 1), wanted);
+            hits |= quint64(quint32(_mm_movemask_epi8(_mm_packs_epi16(low, high)))) << i;
+        }
         if (hits)
             return from + std::countr_zero(hits);
     }
@@ -105,7 +125,7 @@ inline const char16_t *FindVector(const char16_t *from, const char16_t *end, cha
 #endif
 
 /// Classifies the 64 code units at `text`; those from `end` on count as separators.
-template <bool Letters> inline CharBlock Classify(const char16_t *text, const char16_t *end)
+template <bool Words> inline CharBlock Classify(const char16_t *text, const char16_t *end)
 {
     char16_t padded[CharBlockSize];
     if (end - text < CharBlockSize) {
@@ -114,9 +134,9 @@ template <bool Letters> inline CharBlock Classify(const char16_t *text, const ch
         text = padded;
     }
 #ifdef ZELVANE_SSE2
-    return ClassifyVector<Letters>(text);
+    return ClassifyVector<Words>(text);
 #else
-    return ClassifyPlain<Letters>(text);
+    return ClassifyPlain<Words>(text);
 #endif
 }
 

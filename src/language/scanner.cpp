@@ -12,179 +12,221 @@ namespace zelvane
 namespace
 {
 
-/// Collects runs; a candidate costs the same whether it is kept or not.
+/// Collects runs in a buffer of its own, so that one may be put and dropped again without a branch.
 class RunCollector
 {
 public:
-    explicit RunCollector(StyleRuns &runs, qsizetype characters) : m_runs(runs)
-    {
-        m_runs.reserve(std::size_t(characters) / 24);
-    }
+    explicit RunCollector(StyleRuns &runs) : m_runs(runs) {}
     ~RunCollector() { Flush(); }
     RunCollector(const RunCollector &) = delete;
     RunCollector &operator=(const RunCollector &) = delete;
 
-    void PutIf(bool kept, qsizetype start, qsizetype length, StyleClass style)
+    /// Makes room for the runs of one block.
+    void Reserve()
     {
-        m_buffer[m_count] = {qint32(start), qint32(length), style};
-        m_count += kept;
-        if (m_count == Size) [[unlikely]]
+        if (m_next > m_buffer + Size - CharBlockSize) [[unlikely]]
             Flush();
     }
-    void Put(qsizetype start, qsizetype length, StyleClass style) { PutIf(true, start, length, style); }
-
-    /// The end of the last run, 0 before the first.
-    qsizetype End() const
+    /// Where the next runs go; what lies before the pointer given to Keep is kept.
+    StyleRun *Next() { return m_next; }
+    void Keep(StyleRun *next) { m_next = next; }
+    void Put(qsizetype start, qsizetype end, StyleClass style)
     {
-        const StyleRun *last = m_count > 0      ? &m_buffer[m_count - 1]
-                               : m_runs.empty() ? nullptr
-                                                : &m_runs.back();
-        return last ? qsizetype(last->start) + last->length : 0;
+        *m_next++ = {qint32(start), qint32(end - start), style};
     }
 
 private:
-    static constexpr std::size_t Size = 512;
+    static constexpr std::size_t Size = 1024;
 
     void Flush()
     {
-        m_runs.insert(m_runs.end(), m_buffer, m_buffer + m_count);
-        m_count = 0;
+        m_runs.insert(m_runs.end(), m_buffer, m_next);
+        m_next = m_buffer;
     }
 
     StyleRuns &m_runs;
-    std::size_t m_count = 0;
     StyleRun m_buffer[Size];
+    StyleRun *m_next = m_buffer;
 };
 
-/// Whether `word` and then a blank or a tab stand at `at`.
-bool IsDirective(QStringView text, qsizetype at, QStringView word)
+/// The orchestra scan, and without words the score scan. A token begins only before the range's last
+/// character; only a string and a word end with the range.
+template <bool Words> class CodeScanner
 {
-    const qsizetype behind = at + word.size();
-    return behind < text.size() && text.sliced(at, word.size()) == word &&
-           (text[behind] == u' ' || text[behind] == u'\t');
-}
+public:
+    CodeScanner(QStringView text, qsizetype end, const OpcodeSet &opcodes, ScanResult &result)
+        : m_text(text),
+          m_chars(text.utf16()),
+          m_textEnd(m_chars + text.size()),
+          m_end(end),
+          m_stop(end - 1),
+          m_opcodes(opcodes),
+          m_result(result),
+          m_runs(result.runs)
+    {
+    }
 
-/// The orchestra scan, and without words the score scan. Only characters that may begin a token are looked
-/// at; a token may be missed or cut at the range's end, as a token begins only before the range's last
-/// character.
-template <bool Words>
-void ScanCode(QStringView text, qsizetype start, qsizetype end, const OpcodeSet &opcodes, ScanResult &result)
-{
-    RunCollector runs(result.runs, end - start);
-    const char16_t *const chars = text.utf16();
-    const char16_t *const textEnd = chars + text.size();
-    const qsizetype stop = end - 1; // no token begins here or behind
-
-    qsizetype base = start; // the block's first character
-    quint64 starters = 0;   // what may begin a token from here on, bits of the block
-    quint64 separators = 0;
-
-    const auto load = [&](qsizetype at) {
-        base = at;
-        starters = separators = 0;
-        if (base >= stop)
-            return;
-        const CharBlock block = Classify<Words>(chars + base, textEnd);
-        starters = block.starters;
-        separators = block.separators;
-        if (stop - base < CharBlockSize)
-            starters &= (quint64(1) << (stop - base)) - 1;
-    };
-    const auto goOnAt = [&](qsizetype at) {
-        if (at - base >= CharBlockSize)
-            load(at);
-        else
-            starters &= ~quint64(0) << (at - base);
-    };
-
-    for (load(start); base < stop;) {
-        if (starters == 0) {
-            load(base + CharBlockSize);
-            continue;
-        }
-        const int bit = std::countr_zero(starters);
-        const qsizetype at = base + bit;
-        const char16_t c = chars[at];
-
-        if (Words && IsAnsiLetter(c)) {
-            qsizetype wordEnd;
-            if (const quint64 behind = separators >> bit) [[likely]] {
-                wordEnd = at + std::countr_zero(behind);
-            } else {
-                do {
-                    load(base + CharBlockSize);
-                } while (separators == 0 && base < stop);
-                wordEnd = separators ? base + std::countr_zero(separators) : stop;
+    void Scan(qsizetype start)
+    {
+        m_result.runs.reserve(std::size_t(m_end - start) / 24);
+        for (qsizetype base = start; base < m_stop;) {
+            m_runs.Reserve();
+            CharBlock block = Classify<Words>(m_chars + base, m_textEnd);
+            if (m_stop - base < CharBlockSize) {
+                const quint64 behind = ~quint64(0) << (m_stop - base);
+                block.letters &= ~behind;
+                block.specials &= ~behind;
+                block.separators |= behind; // a word ends there at the latest
             }
-            wordEnd = std::min(wordEnd, stop);
-            runs.PutIf(opcodes.ContainsWord(chars + at, wordEnd - at, textEnd), at, wordEnd - at,
-                       StyleClass::Opcode);
-            goOnAt(wordEnd);
-            continue;
-        }
-
-        switch (c) {
-        case u';': {
-            const char16_t *feed = Find(chars + at, textEnd, u'\n');
-            if (feed == textEnd)
-                return;
-            runs.Put(at, feed + 1 - chars - at, StyleClass::Comment);
-            goOnAt(feed + 1 - chars);
-            break;
-        }
-        case u'/': {
-            if (chars[at + 1] != u'*') {
-                goOnAt(at + 1);
-                break;
-            }
-            // The closing mark is looked for from the opening slash on: "/*/" is a whole comment.
-            const char16_t *slash = chars + at + 2;
-            while ((slash = Find(slash, textEnd, u'/')) != textEnd && slash[-1] != u'*')
-                ++slash;
-            if (slash == textEnd)
-                return;
-            // Going on at the closing slash: with a star behind it, it opens the next comment.
-            const qsizetype commentEnd = slash + 1 - chars;
-            const qsizetype from = std::max(at, runs.End());
-            runs.Put(from, commentEnd - from, StyleClass::Comment);
-            goOnAt(commentEnd - 1);
-            break;
-        }
-        case u'#':
-            if (IsDirective(text, at + 1, u"define")) {
-                runs.Put(at, 7, StyleClass::Macro);
-                goOnAt(at + 8);
-            } else if (IsDirective(text, at + 1, u"include")) {
-                runs.Put(at, 8, StyleClass::Macro);
-                goOnAt(at + 9);
-            } else {
-                goOnAt(at + 1);
-            }
-            break;
-        case u'$': {
-            qsizetype nameEnd = at + 1;
-            while (nameEnd < text.size() && IsAnsiLetterOrDigit(chars[nameEnd]))
-                ++nameEnd;
-            if (nameEnd == text.size()) {
-                result.ranOffText = true;
-                return;
-            }
-            runs.Put(at, nameEnd - at, StyleClass::Macro);
-            goOnAt(nameEnd + 1); // the character that ended the name is not looked at
-            break;
-        }
-        case u'"': {
-            const qsizetype quote = Find(chars + at + 1, chars + end, u'"') - chars;
-            const qsizetype last = std::min(quote, end - 1);
-            runs.Put(at, last + 1 - at, StyleClass::Literal);
-            goOnAt(last + 1);
-            break;
-        }
-        default: // beyond ASCII, and no letter
-            goOnAt(at + 1);
+            if constexpr (Words)
+                base = ScanBlock(block, base);
+            else
+                base = GoOn(block.specials, base, base + CharBlockSize);
         }
     }
-}
+
+private:
+    /// Where the scan goes on behind the first special character, which may begin a token; at `next` without
+    /// one.
+    qsizetype GoOn(quint64 specials, qsizetype base, qsizetype next)
+    {
+        return specials ? ScanSpecial(base + std::countr_zero(specials)) : next;
+    }
+
+    /// Puts the words of the block up to the first special character that is not in one, and the token that
+    /// begins there. @return where the scan goes on: behind that token, else at a word that the block has
+    /// cut, else behind it
+    qsizetype ScanBlock(const CharBlock &block, qsizetype base)
+    {
+        // In a stretch without separators a word begins at the first letter and ends with the stretch. Adding
+        // the letters to the stretches carries from that letter through to the separator behind.
+        const quint64 stretches = ~block.separators;
+        const quint64 sum = stretches + block.letters;
+        const quint64 carried = sum ^ stretches ^ block.letters;
+        const quint64 specials = block.specials & ~carried;
+        const quint64 before = (specials & (0 - specials)) - 1; // all bits when there is none
+        quint64 starts = block.letters & ~sum & before;
+        const quint64 ends = block.separators & sum & before;
+
+        const bool textGoesOn = m_textEnd - (m_chars + base) >= CharBlockSize + OpcodeSet::KeySize;
+        if (block.isAscii && textGoesOn && m_opcodes.AllKeyed()) [[likely]]
+            starts = PutWords(starts, ends, base, [this](qsizetype start, qsizetype end) {
+                if (end - start > OpcodeSet::KeyLength) [[unlikely]]
+                    return IsOpcode(start, end);
+                return m_opcodes.ContainsKey(OpcodeSet::LoadKey(m_chars + start, end - start));
+            });
+        else
+            starts = PutWords(starts, ends, base,
+                              [this](qsizetype start, qsizetype end) { return IsOpcode(start, end); });
+
+        const qsizetype cutWord = base + std::countr_zero(starts);
+        if (cutWord == base) [[unlikely]]
+            return ScanLongWord(base);
+        return GoOn(specials, base, cutWord);
+    }
+
+    /// Puts those of the words that are kept. A bit of `starts` is a word's first character, one of `ends`
+    /// the one behind it. @return what is left of `starts`: a word without an end
+    template <typename IsKept> quint64 PutWords(quint64 starts, quint64 ends, qsizetype base, IsKept isKept)
+    {
+        StyleRun *run = m_runs.Next();
+        for (; ends; starts &= starts - 1, ends &= ends - 1) {
+            const int start = std::countr_zero(starts);
+            const int end = std::countr_zero(ends);
+            *run = {qint32(base + start), end - start, StyleClass::Opcode};
+            run += isKept(base + start, base + end);
+        }
+        m_runs.Keep(run);
+        return starts;
+    }
+
+    /// A word of at least a block.
+    qsizetype ScanLongWord(qsizetype start)
+    {
+        qsizetype end = start + CharBlockSize;
+        while (end < m_stop && m_chars[end] >= 33)
+            ++end;
+        if (IsOpcode(start, end))
+            m_runs.Put(start, end, StyleClass::Opcode);
+        return end;
+    }
+
+    bool IsOpcode(qsizetype start, qsizetype end) const
+    {
+        return end - start <= m_opcodes.Longest() &&
+               m_opcodes.Contains(QStringView(m_chars + start, end - start));
+    }
+
+    /// Puts the token that begins with the special character at `at`, if one does. @return where the scan
+    /// goes on
+    qsizetype ScanSpecial(qsizetype at)
+    {
+        switch (m_chars[at]) {
+        case u';': {
+            const char16_t *feed = Find(m_chars + at, m_textEnd, u'\n');
+            if (feed == m_textEnd)
+                return m_end;
+            const qsizetype end = feed + 1 - m_chars;
+            m_runs.Put(at, end, StyleClass::Comment);
+            return end;
+        }
+        case u'/':
+            return m_chars[at + 1] == u'*' ? ScanBlockComment(at) : at + 1;
+        case u'#':
+            for (const QStringView word : {QStringView(u"define"), QStringView(u"include")}) {
+                const qsizetype end = at + 1 + word.size();
+                if (end < m_text.size() && m_text.sliced(at + 1, word.size()) == word &&
+                    (m_text[end] == u' ' || m_text[end] == u'\t')) {
+                    m_runs.Put(at, end, StyleClass::Macro);
+                    return end + 1;
+                }
+            }
+            return at + 1;
+        case u'$': {
+            qsizetype end = at + 1;
+            while (end < m_text.size() && IsAnsiLetterOrDigit(m_chars[end]))
+                ++end;
+            if (end == m_text.size()) {
+                m_result.ranOffText = true;
+                return m_end;
+            }
+            m_runs.Put(at, end, StyleClass::Macro);
+            return end + 1; // the character that ended the name is not looked at
+        }
+        default: { // a double quote
+            const qsizetype quote = Find(m_chars + at + 1, m_chars + m_end, u'"') - m_chars;
+            const qsizetype end = std::min(quote + 1, m_end);
+            m_runs.Put(at, end, StyleClass::Literal);
+            return end;
+        }
+        }
+    }
+
+    qsizetype ScanBlockComment(qsizetype at)
+    {
+        // The closing mark is looked for from the opening slash on: "/*/" is a whole comment.
+        const char16_t *slash = m_chars + at + 2;
+        while ((slash = Find(slash, m_textEnd, u'/')) != m_textEnd && slash[-1] != u'*')
+            ++slash;
+        if (slash == m_textEnd)
+            return m_end;
+        // The scan goes on at the closing slash: with a star behind it, it opens the next comment.
+        const qsizetype end = slash + 1 - m_chars;
+        m_runs.Put(std::max(at, m_commentEnd), end, StyleClass::Comment);
+        m_commentEnd = end;
+        return end - 1;
+    }
+
+    QStringView m_text;
+    const char16_t *m_chars;
+    const char16_t *m_textEnd;
+    qsizetype m_end;
+    qsizetype m_stop; ///< no token begins here or behind
+    qsizetype m_commentEnd = 0;
+    const OpcodeSet &m_opcodes;
+    ScanResult &m_result;
+    RunCollector m_runs;
+};
 
 /// A tag with the hash of its name. An opening tag ends at `bracket`, its greater-than sign or the range's
 /// last character.
@@ -426,10 +468,10 @@ ScanResult ScanRange(QStringView text, qsizetype start, qsizetype end, ScanMode 
     case ScanMode::None:
         break;
     case ScanMode::Orchestra:
-        ScanCode<true>(text, start, end, opcodes.Set(), result);
+        CodeScanner<true>(text, end, opcodes.Set(), result).Scan(start);
         break;
     case ScanMode::Score:
-        ScanCode<false>(text, start, end, opcodes.Set(), result);
+        CodeScanner<false>(text, end, opcodes.Set(), result).Scan(start);
         break;
     case ScanMode::Tags:
         result.runs = ScanTags(text, start, end);
