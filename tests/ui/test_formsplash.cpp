@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/programinfo.h"
 #include "shell/ui/formsplash.h"
+#include "support/uitest.h"
 
 #include <QLabel>
 #include <QtTest>
@@ -58,5 +59,8 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestFormSplash)
+int main(int argc, char **argv)
+{
+    return zelvane::test::RunUiTest<TestFormSplash>(argc, argv);
+}
 #include "test_formsplash.moc"

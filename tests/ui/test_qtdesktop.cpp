@@ -2,6 +2,7 @@
 #include "platform/parameters.h"
 #include "platform/ui/qtdesktop.h"
 #include "support/modaldriver.h"
+#include "support/uitest.h"
 
 #include <cerrno>
 #include <QClipboard>
@@ -639,5 +640,8 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestQtDesktop)
+int main(int argc, char **argv)
+{
+    return zelvane::test::RunUiTest<TestQtDesktop>(argc, argv);
+}
 #include "test_qtdesktop.moc"
