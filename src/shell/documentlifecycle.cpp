@@ -3,6 +3,7 @@
 
 #include "platform/runtimeerror.h"
 #include "shell/documentkind.h"
+#include "shell/errorreport.h"
 #include "shell/lineends.h"
 #include "shell/recentlist.h"
 #include "shell/splitpath.h"
@@ -307,8 +308,11 @@ QString DocumentLifecycle::OpenBox()
     const QString path = QFileInfo::exists(picked) ? picked : Trimmed(picked);
     if (path.isEmpty())
         return {};
-    m_settings.SaveNumber(Keys::FilterIndex, answer.filterIndex);
-    m_settings.SaveText(Keys::OpenFolder, SplitPath(PathPart::Folder, path));
+    // A store that cannot be written is told, and keeps nobody from his files; so below.
+    Guarded(m_desktop, [&] {
+        m_settings.SaveNumber(Keys::FilterIndex, answer.filterIndex);
+        m_settings.SaveText(Keys::OpenFolder, SplitPath(PathPart::Folder, path));
+    });
     return path;
 }
 
@@ -331,13 +335,13 @@ QString DocumentLifecycle::SaveBox()
     const QString trimmed = Trimmed(picked);
     const QString path = QFileInfo::exists(picked) || QFileInfo::exists(trimmed) ? picked : trimmed;
     if (!path.isEmpty())
-        m_settings.SaveText(Keys::SaveFolder, SplitPath(PathPart::Folder, path));
+        Guarded(m_desktop, [&] { m_settings.SaveText(Keys::SaveFolder, SplitPath(PathPart::Folder, path)); });
     return path;
 }
 
 void DocumentLifecycle::MRUsalva()
 {
-    AddRecentFile(m_settings, m_document.CurrentFile);
+    Guarded(m_desktop, [&] { AddRecentFile(m_settings, m_document.CurrentFile); });
     MRUAggiornaMenu();
 }
 

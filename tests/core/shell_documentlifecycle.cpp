@@ -4,6 +4,7 @@
 #include "support/lifecyclefixture.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFile>
 
 using namespace zelvane;
@@ -44,6 +45,15 @@ MessageBoxRequest UnableToSave(const QString &name)
 
 /// The Save dialog of an unnamed text document.
 const FileDialogRequest SaveUntitled{.filters = {{u"All files"_s, u"*.*"_s}}};
+
+/// The Open dialog of a store without settings.
+const FileDialogRequest OpenRequest{.filters = {{u"All Csound types"_s, u"*.orc;*.sco;*.csd"_s},
+                                                {u"Orchestra files"_s, u"*.orc"_s},
+                                                {u"Score files"_s, u"*.sco"_s},
+                                                {u"Unified Format files"_s, u"*.csd"_s},
+                                                {u"Text files"_s, u"*.txt"_s},
+                                                {u"C/C++"_s, u"*.cpp;*.c;*.h"_s},
+                                                {u"All files"_s, u"*.*"_s}}};
 
 TEST_F(Lifecycle, ANewDocumentIsUntitledAndClean)
 {
@@ -287,6 +297,43 @@ TEST_F(Lifecycle, PickedPathsAreCutAtNulAndTrimmed)
     const QString blank = context.WriteFile(u"y.orc "_s, "x");
     desktop.ExpectSaveDialog(SaveUntitled, {.path = blank});
     EXPECT_EQ(documents.SaveBox(), blank);
+}
+
+TEST_F(Lifecycle, AStoreThatCannotBeWrittenKeepsNobodyFromHisFiles)
+{
+    // The lock of the store's file cannot be had.
+    ASSERT_TRUE(QDir(context.folder.path()).mkdir(u"settings.lock"_s));
+    QString description;
+    try {
+        settings.SaveSetting(u"Options"_s, u"SaveFolder"_s, u"x"_s);
+        FAIL() << "the store can be written";
+    } catch (const RunTimeError &error) {
+        description = error.Description() + u" ("_s + QString::number(int(error.Number())) +
+                      u")\nError source: "_s + error.Source();
+    }
+    const MessageBoxRequest report{.text = u"An error has occurred:\n\n"_s + description +
+                                           u"\n\nDo you want to report this bug via email?"_s,
+                                   .icon = BoxIcon::Critical,
+                                   .buttons = BoxButtons::OkCancel};
+    const QString path = context.folder.filePath(u"x.orc"_s);
+    Type(u"typed"_s);
+    desktop.ExpectSaveDialog(SaveUntitled, {.path = path});
+    desktop.ExpectMessage(report, BoxAnswer::Cancel); // the folder
+    desktop.ExpectMessage(report, BoxAnswer::Cancel); // the recent file
+    documents.Save();
+    EXPECT_EQ(FileBytes(path), "typed");
+    EXPECT_FALSE(document.Modified);
+
+    const QString other = context.WriteFile(u"y.sco"_s, "other");
+    FileDialogRequest request = OpenRequest;
+    request.folder = path;
+    desktop.ExpectOpenDialog(request, {.path = other});
+    desktop.ExpectMessage(report, BoxAnswer::Cancel);
+    desktop.ExpectMessage(report, BoxAnswer::Cancel);
+    documents.Open();
+    EXPECT_EQ(document.CurrentFile, other);
+    EXPECT_FALSE(document.Loading);
+    EXPECT_FALSE(document.Modified);
 }
 
 TEST_F(Lifecycle, TrimmingNeverNamesAnotherFile)

@@ -63,6 +63,14 @@ TEST(ReportError, AnUnreachableClipboardEndsTheReportOnly)
     EXPECT_NO_THROW(ReportError(desktop, Mismatch));
 }
 
+TEST(ReportError, GuardedWorkIsReportedAndEnds)
+{
+    test::ScriptedDesktop desktop;
+    EXPECT_TRUE(Guarded(desktop, [] {}));
+    desktop.ExpectMessage(Report(u""_s), BoxAnswer::Cancel);
+    EXPECT_FALSE(Guarded(desktop, [] { throw Mismatch; }));
+}
+
 TEST(SendMail, EscapesOnlyWhatWouldBreakTheAddressApart)
 {
     test::ScriptedDesktop desktop;
