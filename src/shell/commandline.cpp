@@ -48,15 +48,18 @@ CommandLine::CommandLine(const QStringList &arguments)
         searched += isFile ? QString(part.size(), u'?') : part;
     }
 
-    const auto cut = [this](qsizetype start) {
+    // What decides is the switch with its blank; what is cut is its first two characters, wherever they stand
+    // first, and the one behind them.
+    const auto cut = [&](QStringView letters) {
+        const qsizetype start = searched.indexOf(letters);
         return Unquoted((m_text.first(start) + m_text.sliced(start + 3)).trimmed());
     };
-    if (const qsizetype preset = searched.indexOf(u"/p "_s); preset >= 0) {
+    if (searched.contains(u"/p "_s)) {
         m_form = StartForm::QuickPreset;
-        m_document = cut(preset);
-    } else if (const qsizetype run = searched.indexOf(u"/r "_s); run >= 0) {
+        m_document = cut(u"/p");
+    } else if (searched.contains(u"/r "_s)) {
         m_form = StartForm::RunCsound;
-        m_document = cut(run);
+        m_document = cut(u"/r");
     } else if (m_text == u"/i"_s) {
         m_form = StartForm::NewInstance;
     } else if (!m_text.isEmpty()) {

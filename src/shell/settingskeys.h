@@ -169,7 +169,7 @@ inline SettingKey Band(int n)
 {
     return {QStringLiteral("Band") + QString::number(n), QStringLiteral("1"), SettingKind::Flag};
 }
-/// Width of band n in twips; the default is the present width.
+/// Width of band n in pixels; the default is the present width.
 inline SettingKey BandWidth(int n)
 {
     return {QStringLiteral("BandWidth") + QString::number(n), {}, SettingKind::Number};
@@ -179,7 +179,7 @@ inline SettingKey BandRow(int n)
 {
     return {QStringLiteral("BandRow") + QString::number(n), QStringLiteral("1"), SettingKind::Flag};
 }
-/// Height of side panel band n in twips; the default is the present height.
+/// Height of side panel band n in pixels; the default is the present height.
 inline SettingKey PanelBandHeight(int n)
 {
     return {QStringLiteral("PanelBandHeight") + QString::number(n), {}, SettingKind::Number};

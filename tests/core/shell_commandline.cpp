@@ -58,6 +58,10 @@ TEST(CommandLine, TestsTheSwitchesInTheirOrder)
     // Without the blank there is no switch.
     Check({{u"/p"_s}, StartForm::Document, u"/p"_s, u"/p"_s});
     Check({{u"/px"_s}, StartForm::Document, u"/px"_s, u"/px"_s});
+    // The first "/r" is cut, with the character behind it, also where it is not the switch.
+    Check({{u"a/rb.orc"_s, u"/r"_s, u"c"_s}, StartForm::RunCsound, u"a/rb.orc /r c"_s, u"a.orc /r c"_s});
+    Check(
+        {{u"/no/p/x.orc"_s, u"/p"_s, u""_s}, StartForm::QuickPreset, u"/no/p/x.orc /p "_s, u"/nox.orc /p"_s});
     // The switch counts anywhere.
     Check({{u"x.orc"_s, u"/r"_s, u""_s}, StartForm::RunCsound, u"x.orc /r "_s, u"x.orc"_s});
 }
