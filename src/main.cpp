@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/programfolder.h"
 #include "platform/runtimeerror.h"
+#include "platform/ui/endrequest.h"
 #include "platform/ui/instancelink.h"
 #include "platform/ui/qtdesktop.h"
 #include "platform/ui/raisewindow.h"
@@ -22,6 +23,7 @@
 #include <QApplication>
 #include <QIcon>
 #include <QScopeGuard>
+#include <QSessionManager>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace zelvane;
@@ -104,11 +106,12 @@ bool HandedOver(const CommandLine &command, SettingsStore &settings, InstanceLin
 {
     if (!MayHandOver(command, settings) || !link.FindRunning())
         return false;
-    PutHandOver(command, settings);
-    if (link.Notify(token))
+    const bool hasMail = PutHandOver(command, settings);
+    if (link.Notify(hasMail ? InstanceLink::Call::HandOver : InstanceLink::Call::Raise, token))
         return true;
     // It has ended just now: this process opens the file itself, and takes its mail back.
-    settings.DeleteSetting(QString::fromUtf16(Sections::Options), Keys::Open.name);
+    if (hasMail)
+        settings.DeleteSetting(QString::fromUtf16(Sections::Options), Keys::Open.name);
     return false;
 }
 
@@ -143,9 +146,27 @@ int RunEditor(Application &application, const CommandLine &command, const QByteA
     if (!loaded)
         return 1;
 
+    // The end of the session, and the system's signals, ask about unsaved work as the close of the window
+    // does.
+    EndRequest endRequest;
+    QObject::connect(&endRequest, &EndRequest::Received, editor.get(), &QWidget::close);
+    QObject::connect(&application, &QGuiApplication::commitDataRequest, editor.get(),
+                     [&](QSessionManager &session) {
+                         if (!session.allowsInteraction())
+                             return;
+                         if (!editor->MayEnd())
+                             session.cancel();
+                         session.release();
+                     });
+
     const auto ready = [&] {
         splash.reset();
-        link.SetHandler([&] { editor->HandOver(); });
+        link.SetHandler([&](InstanceLink::Call call) {
+            if (call == InstanceLink::Call::HandOver)
+                editor->HandOver();
+            else
+                editor->RaiseMainWindow();
+        });
     };
     application.Guard([&] { editor->Init(ready); });
     ready(); // also when Init has ended in a report

@@ -48,22 +48,19 @@ void HandOver::Wake()
     const auto done = qScopeGuard([this] { m_opening = false; });
     do {
         m_wokenAgain = false;
-        try {
-            OpenMail();
-        } catch (const RunTimeError &error) {
-            ReportError(m_editor.desktop, error);
-        }
+        const QString name = m_editor.settings.Text(Keys::Open);
+        Guarded(m_editor.desktop, [&] { m_editor.operations.OpenFile(name); });
+        // Whatever the opening met, the mail has been read.
+        Guarded(m_editor.desktop, [&] { RemoveMail(name); });
+        m_editor.windows.RaiseMainWindow();
     } while (m_wokenAgain);
 }
 
-void HandOver::OpenMail()
+void HandOver::RemoveMail(const QString &name)
 {
-    const QString name = m_editor.settings.Text(Keys::Open);
-    m_editor.operations.OpenFile(name);
     // Mail that came while the file opened stays for its own wake-up.
     if (m_editor.settings.Text(Keys::Open) == name)
         m_editor.settings.DeleteSetting(QString::fromUtf16(Sections::Options), Keys::Open.name);
-    m_editor.windows.RaiseMainWindow();
 }
 
 void RigaDiComando(const CommandLine &command, DocumentLifecycle &documents, const SettingsStore &settings)

@@ -31,7 +31,7 @@ public:
     void Wake();
 
 private:
-    void OpenMail();
+    void RemoveMail(const QString &name);
 
     EditorContext &m_editor;
     bool m_opening = false;

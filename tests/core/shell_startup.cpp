@@ -170,6 +170,21 @@ TEST_F(Startup, AFailureOfAHandOverIsReportedAndTheNextOneIsServed)
     EXPECT_EQ(document.CurrentFile, second);
 }
 
+TEST_F(Startup, MailThatFailedToOpenIsNotOpenedAgain)
+{
+    HandOver handOver(editor);
+    settings.SaveSetting(u"Options"_s, u"Open"_s, recent);
+    view.duringHighlight = [] { throw RunTimeError(ErrorNumber::TypeMismatch, u"Type mismatch"_s); };
+    desktop.ExpectMessage({.text = u"An error has occurred:\n\nType mismatch (13)\nError source: Zelvane\n\n"
+                                   "Do you want to report this bug via email?"_s,
+                           .icon = BoxIcon::Critical,
+                           .buttons = BoxButtons::OkCancel},
+                          BoxAnswer::Cancel);
+    handOver.Wake();
+    EXPECT_EQ(settings.GetSetting(u"Options"_s, u"Open"_s, u"absent"_s), u"absent"_s);
+    EXPECT_EQ(context.windows.calls, QStringList{u"raise"_s});
+}
+
 TEST_F(Startup, OnlyTheFirstDroppedFileOpens)
 {
     const QString second = context.WriteFile(u"second.orc"_s, "second");

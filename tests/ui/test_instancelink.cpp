@@ -12,6 +12,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 using namespace zelvane;
+using Call = InstanceLink::Call;
 
 class TestInstanceLink : public QObject
 {
@@ -49,7 +50,7 @@ private Q_SLOTS:
     {
         InstanceLink link(u"store"_s);
         QVERIFY(!link.FindRunning());
-        QVERIFY(!link.Notify({}));
+        QVERIFY(!link.Notify(Call::HandOver, {}));
     }
 
     void WakesTheRunningEditorWithItsToken()
@@ -57,7 +58,7 @@ private Q_SLOTS:
         InstanceLink editor(u"store"_s);
         int woken = 0;
         QByteArray token;
-        editor.SetHandler([&] {
+        editor.SetHandler([&](Call) {
             ++woken;
             token = qgetenv("XDG_ACTIVATION_TOKEN");
         });
@@ -65,12 +66,36 @@ private Q_SLOTS:
         {
             InstanceLink second(u"store"_s);
             QVERIFY(second.FindRunning());
-            QVERIFY(second.Notify("a token\nof two lines"));
+            QVERIFY(second.Notify(Call::HandOver, "a token\nof two lines"));
         }
         QTRY_COMPARE(woken, 1);
         QCOMPARE(token, QByteArray("a token of two lines"));
         QTest::qWait(50);
         QCOMPARE(woken, 1);
+    }
+
+    void RaisingIsNoHandOver()
+    {
+        InstanceLink editor(u"store"_s);
+        QVERIFY(editor.Listen());
+        const auto send = [](Call call) {
+            InstanceLink second(u"store"_s);
+            QVERIFY(second.FindRunning());
+            QVERIFY(second.Notify(call, "token"));
+        };
+        QList<Call> calls;
+        send(Call::Raise);
+        QTest::qWait(50);
+        editor.SetHandler([&](Call call) { calls.append(call); });
+        QCOMPARE(calls, QList<Call>{Call::Raise});
+        QCOMPARE(qgetenv("XDG_ACTIVATION_TOKEN"), QByteArray("token"));
+        // Of those that wait together one hand-over makes the whole a hand-over.
+        editor.SetHandler({});
+        send(Call::HandOver);
+        send(Call::Raise);
+        QTest::qWait(50);
+        editor.SetHandler([&](Call call) { calls.append(call); });
+        QCOMPARE(calls, (QList<Call>{Call::Raise, Call::HandOver}));
     }
 
     void EditorDoesNotFindItself()
@@ -107,11 +132,11 @@ private Q_SLOTS:
         for (int i = 0; i < 3; ++i) {
             InstanceLink second(u"store"_s);
             QVERIFY(second.FindRunning());
-            QVERIFY(second.Notify({}));
+            QVERIFY(second.Notify(Call::HandOver, {}));
         }
         QTest::qWait(50);
         int woken = 0;
-        editor.SetHandler([&] { ++woken; });
+        editor.SetHandler([&](Call) { ++woken; });
         QCOMPARE(woken, 1);
     }
 
@@ -119,12 +144,12 @@ private Q_SLOTS:
     {
         InstanceLink editor(u"store"_s);
         int woken = 0;
-        editor.SetHandler([&] { ++woken; });
+        editor.SetHandler([&](Call) { ++woken; });
         QVERIFY(editor.Listen());
         for (int i = 0; i < 3; ++i) { // no event is served in between
             InstanceLink second(u"store"_s);
             QVERIFY(second.FindRunning());
-            QVERIFY(second.Notify({}));
+            QVERIFY(second.Notify(Call::HandOver, {}));
         }
         QCOMPARE(woken, 0);
         QTRY_COMPARE(woken, 3);
@@ -134,13 +159,13 @@ private Q_SLOTS:
     {
         InstanceLink editor(u"store"_s);
         int running = 0, woken = 0, nested = 0;
-        editor.SetHandler([&] {
+        editor.SetHandler([&](Call) {
             nested = std::max(nested, ++running);
             ++woken;
             if (woken == 1) {
                 InstanceLink second(u"store"_s);
                 QVERIFY(second.FindRunning());
-                QVERIFY(second.Notify({}));
+                QVERIFY(second.Notify(Call::HandOver, {}));
                 QTest::qWait(100); // a question to the user serves events
             }
             --running;
@@ -148,7 +173,7 @@ private Q_SLOTS:
         QVERIFY(editor.Listen());
         InstanceLink second(u"store"_s);
         QVERIFY(second.FindRunning());
-        QVERIFY(second.Notify({}));
+        QVERIFY(second.Notify(Call::HandOver, {}));
         QTRY_COMPARE(woken, 2);
         QCOMPARE(nested, 1);
     }
@@ -157,12 +182,12 @@ private Q_SLOTS:
     {
         InstanceLink one(u"store"_s), two(u"store"_s);
         QString woken;
-        one.SetHandler([&] { woken += u'1'; });
-        two.SetHandler([&] { woken += u'2'; });
+        one.SetHandler([&](Call) { woken += u'1'; });
+        two.SetHandler([&](Call) { woken += u'2'; });
         const auto wake = [&] {
             InstanceLink second(u"store"_s);
             QVERIFY(second.FindRunning());
-            QVERIFY(second.Notify({}));
+            QVERIFY(second.Notify(Call::HandOver, {}));
             QTest::qWait(50);
         };
         QVERIFY(one.Listen());
@@ -182,7 +207,7 @@ private Q_SLOTS:
     {
         InstanceLink alive(u"store"_s);
         int woken = 0;
-        alive.SetHandler([&] { ++woken; });
+        alive.SetHandler([&](Call) { ++woken; });
         QVERIFY(alive.Listen());
         const QString folder = OnlySocket().absolutePath();
         QTest::qWait(20);
@@ -201,7 +226,7 @@ private Q_SLOTS:
 
         InstanceLink second(u"store"_s);
         QVERIFY(second.FindRunning());
-        QVERIFY(second.Notify({}));
+        QVERIFY(second.Notify(Call::HandOver, {}));
         QTRY_COMPARE(woken, 1);
         QCOMPARE(Files().size(), 2);
     }
@@ -232,7 +257,7 @@ private Q_SLOTS:
     {
         InstanceLink editor(u"store"_s);
         int woken = 0;
-        editor.SetHandler([&] { ++woken; });
+        editor.SetHandler([&](Call) { ++woken; });
         QVERIFY(editor.Listen());
         const QString name = OnlySocket().filePath();
         {
@@ -240,6 +265,11 @@ private Q_SLOTS:
             silent.connectToServer(name);
             QVERIFY(silent.waitForConnected());
         }
+        QLocalSocket other;
+        other.connectToServer(name);
+        QVERIFY(other.waitForConnected());
+        other.write("opening\nGET / HTTP/1.1\n");
+        QTRY_COMPARE(other.state(), QLocalSocket::UnconnectedState);
         QLocalSocket flood;
         flood.connectToServer(name);
         QVERIFY(flood.waitForConnected());
@@ -248,7 +278,7 @@ private Q_SLOTS:
         QCOMPARE(woken, 0);
         InstanceLink second(u"store"_s);
         QVERIFY(second.FindRunning());
-        QVERIFY(second.Notify({}));
+        QVERIFY(second.Notify(Call::HandOver, {}));
         QTRY_COMPARE(woken, 1);
     }
 

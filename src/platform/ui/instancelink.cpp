@@ -14,6 +14,7 @@
 #include <QLocalSocket>
 #include <QScopeGuard>
 #include <QStandardPaths>
+#include <utility>
 #include <vector>
 
 using namespace Qt::Literals::StringLiterals;
@@ -27,6 +28,10 @@ namespace
 constexpr int PatienceMs = 2000;
 constexpr qint64 LongestMessage = 4096;
 const QString MarkSuffix = u".recent"_s;
+
+/// The first word of the message; the activation token is the rest of its line.
+constexpr char HandOverWord[] = "open";
+constexpr char RaiseWord[] = "raise";
 
 /// The runtime folder of the realm, made if it is not there; empty where the desktop has no such place.
 QString FolderOf(const QString &realm)
@@ -109,11 +114,13 @@ bool InstanceLink::FindRunning()
     return false;
 }
 
-bool InstanceLink::Notify(const QByteArray &activationToken)
+bool InstanceLink::Notify(Call call, const QByteArray &activationToken)
 {
     if (!m_running || m_running->state() != QLocalSocket::ConnectedState)
         return false;
-    m_running->write(activationToken.left(LongestMessage - 1).replace('\n', ' ') + '\n');
+    const QByteArray message =
+        QByteArray(call == Call::HandOver ? HandOverWord : RaiseWord) + ' ' + activationToken;
+    m_running->write(message.left(LongestMessage - 1).replace('\n', ' ') + '\n');
     while (m_running->bytesToWrite() > 0)
         if (!m_running->waitForBytesWritten(PatienceMs))
             return false;
@@ -148,7 +155,7 @@ void InstanceLink::MarkRecent()
         mark.write("."); // a byte, so that the time of the file is now
 }
 
-void InstanceLink::SetHandler(std::function<void()> handler)
+void InstanceLink::SetHandler(std::function<void(Call)> handler)
 {
     m_handler = std::move(handler);
     Deliver();
@@ -170,10 +177,18 @@ void InstanceLink::TakeMessage(QLocalSocket &socket)
             socket.abort(); // no message of ours
         return;
     }
-    const QByteArray token = socket.readLine(LongestMessage + 1).trimmed();
+    QByteArray message = socket.readLine(LongestMessage + 1);
+    message.chop(1);
     socket.disconnectFromServer();
-    UseActivationToken(token);
-    m_pending = true;
+    const qsizetype blank = message.indexOf(' ');
+    const QByteArray word = message.left(std::max<qsizetype>(0, blank));
+    if (word != HandOverWord && word != RaiseWord)
+        return; // no message of ours
+    UseActivationToken(message.mid(blank + 1));
+    if (word == HandOverWord)
+        m_pending = Call::HandOver;
+    else if (!m_pending)
+        m_pending = Call::Raise;
     Deliver();
 }
 
@@ -183,10 +198,8 @@ void InstanceLink::Deliver()
         return;
     m_delivering = true;
     const auto ended = qScopeGuard([this] { m_delivering = false; });
-    while (m_pending) {
-        m_pending = false;
-        m_handler();
-    }
+    while (m_pending)
+        m_handler(*std::exchange(m_pending, std::nullopt));
 }
 
 } // namespace zelvane

@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <QObject>
 #include <QString>
 #include <QStringList>
@@ -14,14 +15,21 @@ namespace zelvane
 {
 
 /// How the editors of one user find and wake each other. Each running editor listens at a local socket of its
-/// own in the user's runtime folder, readable by that user only. The one message is a wake-up: it carries the
-/// desktop's leave to come to the front, and nothing else; what to open stands in the settings store. So
-/// editors belong together when they share a store and a display, which is what `realm` names.
+/// own in the user's runtime folder, readable by that user only. The one message says that there is mail, or
+/// that the window is only wanted in front, and carries the desktop's leave to come there; what to open
+/// stands in the settings store. So editors belong together when they share a store and a display, which is
+/// what `realm` names.
 class InstanceLink : public QObject
 {
     Q_OBJECT
 
 public:
+    /// What the message wants of the running editor.
+    enum class Call {
+        Raise,   ///< to come to the front as it is
+        HandOver ///< to open what stands in the store
+    };
+
     /// @param realm any text that is the same in all processes that may hand over to each other
     explicit InstanceLink(const QString &realm, QObject *parent = nullptr);
     ~InstanceLink() override;
@@ -33,16 +41,16 @@ public:
     /// Sockets that killed editors left are removed on the way.
     /// @return false when no editor runs
     bool FindRunning();
-    /// Sends the wake-up to the editor that FindRunning found. It does not wait for an answer: the editor may
+    /// Sends the message to the editor that FindRunning found. It does not wait for an answer: the editor may
     /// be busy for as long as a render takes, and reads the message then.
-    bool Notify(const QByteArray &activationToken);
+    bool Notify(Call call, const QByteArray &activationToken);
 
     /// Makes this process one that others find. Where there is no runtime folder nobody finds it, and nothing
     /// else is wrong. @return whether others can find it
     bool Listen();
-    /// What a wake-up does; those that came before are delivered at once, as one. A wake-up that comes while
-    /// another one is being served waits for its end.
-    void SetHandler(std::function<void()> handler);
+    /// What a message does; those that came before are delivered at once, as one, which is a hand-over if one
+    /// of them was. A message that comes while another one is being served waits for its end.
+    void SetHandler(std::function<void(Call)> handler);
     /// This editor's window is the active one: of several, it is the one to be found.
     void MarkRecent();
 
@@ -57,8 +65,8 @@ private:
     QString m_ownSocket;
     std::unique_ptr<QLocalServer> m_server;
     std::unique_ptr<QLocalSocket> m_running;
-    std::function<void()> m_handler;
-    bool m_pending = false;
+    std::function<void(Call)> m_handler;
+    std::optional<Call> m_pending;
     bool m_delivering = false;
 };
 

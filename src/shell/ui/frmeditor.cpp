@@ -42,10 +42,12 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QScopeGuard>
 #include <QThread>
 #include <QToolBar>
 #include <QToolButton>
 #include <QTreeWidget>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -285,6 +287,11 @@ void frmEditor::ConnectText()
 void frmEditor::Init(const std::function<void()> &closeSplash)
 {
     m_initializing = true;
+    const auto ended = qScopeGuard([this] {
+        m_initializing = false;
+        if (m_closeAfterInit)
+            QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
+    });
     m_commands->Guard([&] {
         SetUpText();
         m_tools = ReadToolPaths(m_settings);
@@ -303,9 +310,6 @@ void frmEditor::Init(const std::function<void()> &closeSplash)
             closeSplash();
         ShowFirstUseMessages(m_context);
     });
-    m_initializing = false;
-    if (m_closeAfterInit)
-        QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
 }
 
 void frmEditor::SetUpText()
@@ -313,6 +317,11 @@ void frmEditor::SetUpText()
     m_document.Loading = true;
     m_document.Modified = true;
     TxtEdit->setUpdatesEnabled(false);
+    // Also where a setting cannot be read: the text must not stay out of sight, nor edits unseen.
+    const auto ready = qScopeGuard([this] {
+        TxtEdit->setUpdatesEnabled(true);
+        m_document.Modified = m_document.Loading = false;
+    });
     ApplyTextColours();
     TxtEdit->SetTabWidth(m_settings.Integer(Keys::TabSize));
     if (m_settings.Flag(Keys::WordWrap))
@@ -325,8 +334,6 @@ void frmEditor::SetUpText()
     font.bold = m_settings.Flag(Keys::FontBold, font.bold);
     TxtEdit->ApplyFont(font);
     TxtEdit->SetDragMode(m_settings.Flag(Keys::DragAndDrop));
-    TxtEdit->setUpdatesEnabled(true);
-    m_document.Loading = false;
 }
 
 void frmEditor::LoadOpcodeCombo()
@@ -337,7 +344,13 @@ void frmEditor::LoadOpcodeCombo()
 
 void frmEditor::HandOver()
 {
-    m_mailbox.Wake();
+    // A dialog that waits for an answer works on the text that stands: the mail is opened when it has closed.
+    // The messages of the first use stand over nothing of the kind.
+    m_mailWaits = QApplication::activeModalWidget() && !m_initializing;
+    if (m_mailWaits)
+        RaiseMainWindow();
+    else
+        m_mailbox.Wake();
 }
 
 // The document's view
@@ -565,6 +578,14 @@ void frmEditor::BrowseMenu(const QPoint &at)
     m_menus->Menu(menu)->popup(tvwBrowse->viewport()->mapToGlobal(at));
 }
 
+bool frmEditor::event(QEvent *event)
+{
+    // Not at once: the command that showed the dialog has not come to its end.
+    if (event->type() == QEvent::WindowUnblocked && std::exchange(m_mailWaits, false))
+        QMetaObject::invokeMethod(this, &frmEditor::HandOver, Qt::QueuedConnection);
+    return QMainWindow::event(event);
+}
+
 void frmEditor::changeEvent(QEvent *event)
 {
     if (event->type() == QEvent::ActivationChange && isActiveWindow())
@@ -602,9 +623,7 @@ void frmEditor::closeEvent(QCloseEvent *event)
         m_closeAfterInit = true;
         return;
     }
-    bool goOn = false;
-    m_commands->Guard([&] { goOn = m_documents.QuerySave(); });
-    if (!goOn)
+    if (!MayEnd())
         return;
     m_unloaded = true;
     m_commands->Guard([this] { Unload(); });
@@ -612,6 +631,20 @@ void frmEditor::closeEvent(QCloseEvent *event)
     // Nothing else is waited for. Where no event loop runs there is no process to end.
     if (QThread::currentThread()->loopLevel() > 0)
         QCoreApplication::exit(0);
+}
+
+bool frmEditor::MayEnd()
+{
+    // The end is asked for once more while the question stands: by the session, by a signal.
+    if (m_asking) {
+        RaiseMainWindow();
+        return false;
+    }
+    m_asking = true;
+    const auto answered = qScopeGuard([this] { m_asking = false; });
+    bool goOn = false;
+    m_commands->Guard([&] { goOn = m_documents.QuerySave(); });
+    return goOn;
 }
 
 void frmEditor::Unload()

@@ -49,8 +49,12 @@ public:
     /// @param closeSplash takes the splash away, near the end
     void Init(const std::function<void()> &closeSplash = {});
 
-    /// A second process has put something into the mailbox, or wants this window in front.
+    /// A second process has put something into the mailbox. While a dialog is open it stays there, and the
+    /// window only comes to the front.
     void HandOver();
+
+    /// Asks about unsaved work, as the close of the window does. @return whether the program may end
+    bool MayEnd();
 
     EditorContext &Context() { return m_context; }
     DocumentLifecycle &Documents() { return m_documents; }
@@ -89,6 +93,7 @@ Q_SIGNALS:
     void Activated();
 
 protected:
+    bool event(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void changeEvent(QEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
@@ -142,6 +147,8 @@ private:
     int m_busy = 0;
     bool m_initializing = false;
     bool m_closeAfterInit = false;
+    bool m_mailWaits = false;
+    bool m_asking = false;
     bool m_unloaded = false;
 };
 

@@ -1,0 +1,70 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""How the program ends when it is not the user who closes the window."""
+
+import os
+import signal
+
+from support.stage import check, copy_example, equal, main
+
+STORE = """[Options]
+Used=2
+Splash=0
+Startup=2
+"""
+
+
+def settled(stage, *arguments):
+    editor = stage.start(*arguments)
+    window = editor.window(lambda title: title.startswith("Zelvane"))
+    stage.until(window.is_active, "the window in front")
+    editor.at_rest()
+    return editor, window
+
+
+def signal_closes_as_the_user_does(stage):
+    for number in (signal.SIGTERM, signal.SIGINT):
+        stage.write_store(STORE)
+        piece = copy_example(stage, "pluck.csd")
+        editor, _ = settled(stage, piece)
+        os.kill(editor.pid, number)
+        equal(editor.ended(), 0, f"exit code after {number}")
+        equal(stage.setting("Used"), "3", "a clean close is counted")
+        check(stage.setting("PanelWidth"), "the layout is kept")
+
+
+def signal_asks_about_a_changed_text(stage):
+    stage.write_store(STORE)
+    piece = copy_example(stage, "pluck.csd")
+    before = piece.read_text()
+    editor, window = settled(stage, piece)
+    window.type(";mine")
+    stage.until(lambda: "*" in window.title(), "the mark of a changed text")
+    os.kill(editor.pid, signal.SIGTERM)
+    box = editor.window(lambda title: title == "Zelvane")
+    box.screenshot("asked-by-a-signal")
+    os.kill(editor.pid, signal.SIGTERM)
+    editor.at_rest()
+    equal(len(stage.windows_of(editor.pid)), 2, "one question")
+    box.keys("Escape")
+    stage.until(lambda: len(stage.windows_of(editor.pid)) == 1, "the end of the question")
+    check(editor.runs() and "*" in window.title(), "the text stands")
+
+    os.kill(editor.pid, signal.SIGTERM)
+    box = editor.window(lambda title: title == "Zelvane")
+    box.keys("Return")  # Yes
+    equal(editor.ended(), 0, "exit code")
+    equal(piece.read_text(), ";mine" + before, "the saved text")
+    equal(stage.setting("Used"), "3", "a clean close is counted")
+
+
+def killed_process_does_not_count(stage):
+    stage.write_store(STORE)
+    piece = copy_example(stage, "pluck.csd")
+    editor, _ = settled(stage, piece)
+    os.kill(editor.pid, signal.SIGKILL)
+    editor.ended()
+    equal(stage.setting("Used"), "2", "the count of uses")
+    equal(stage.setting("Window"), None, "the layout")
+
+
+main(signal_closes_as_the_user_does, signal_asks_about_a_changed_text, killed_process_does_not_count)
