@@ -276,6 +276,11 @@ TEST_F(PresetEditor, MovesActAtOnce)
     EXPECT_EQ(rows, (QStringList{u"b"_s, u"a"_s, u"c"_s}));
 }
 
+TEST_F(PresetEditor, WindowStatesStandInTheOrderOfTheirNumbers)
+{
+    EXPECT_EQ(WindowStateTexts(), (QStringList{u"Hidden"_s, u"Normal"_s, u"Minimized"_s, u"Maximized"_s}));
+}
+
 TEST_F(PresetEditor, EnabledTools)
 {
     EXPECT_EQ(EnabledPresetTools({}, -1, 0), PresetTools());

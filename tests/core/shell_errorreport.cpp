@@ -40,6 +40,16 @@ TEST(ReportError, CancelSendsNothing)
     ReportError(desktop, Mismatch);
 }
 
+TEST(ReportError, GuardedWorkReportsWhatItThrows)
+{
+    test::ScriptedDesktop desktop;
+    bool done = false;
+    EXPECT_TRUE(Guarded(desktop, [&done] { done = true; }));
+    EXPECT_TRUE(done);
+    desktop.ExpectMessage(Report(u""_s), BoxAnswer::Cancel);
+    EXPECT_FALSE(Guarded(desktop, [] { throw Mismatch; }));
+}
+
 TEST(ReportError, OkOpensAMailWithVersionAndDescription)
 {
     test::ScriptedDesktop desktop;

@@ -12,6 +12,7 @@
 #include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListView>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
@@ -256,6 +257,38 @@ private Q_SLOTS:
                  (QStringList{u"All Files (*)"_s, u"Score Files (*.sco)"_s}));
         QCOMPARE(NameFilters({{u"Text files"_s, u"*.txt"_s}, {u"All files"_s, u"*.*"_s}}),
                  (QStringList{u"Text files (*.txt)"_s, u"All files (*)"_s}));
+    }
+
+    void ProgramsAreFilesThatMayBeRun()
+    {
+        Write(u"tools/play"_s, "#!/bin/sh\n", true);
+        Write(u"tools/readme"_s, "text\n");
+        Write(u"tools/sub/file"_s, "text\n");
+        QCOMPARE(NameFilters({{u"Executables"_s, u"*.exe"_s}}).first(), u"Executables (*)"_s);
+
+        const auto shown = [](const QFileDialog &dialog) {
+            const auto *list = dialog.findChild<QListView *>(u"listView"_s);
+            QStringList names;
+            for (int row = 0; row < list->model()->rowCount(list->rootIndex()); ++row)
+                names.append(list->model()->index(row, 0, list->rootIndex()).data().toString());
+            return names;
+        };
+        ModalDriver modal;
+        modal.Expect<QFileDialog>([&](QFileDialog &dialog) {
+            // Folders first, as ever.
+            QTRY_COMPARE(shown(dialog), (QStringList{u"sub"_s, u"play"_s}));
+            auto *types = dialog.findChild<QComboBox *>(u"fileTypeCombo"_s);
+            QTest::keyClick(types, Qt::Key_Down);
+            QTRY_COMPARE(shown(dialog), (QStringList{u"sub"_s, u"play"_s, u"readme"_s}));
+            QTest::keyClick(types, Qt::Key_Up);
+            QTRY_COMPARE(shown(dialog), (QStringList{u"sub"_s, u"play"_s}));
+            dialog.findChild<QLineEdit *>()->setText(u"play"_s);
+            QTest::keyClick(dialog.findChild<QLineEdit *>(), Qt::Key_Return);
+        });
+        const FileDialogAnswer answer = m_desktop.OpenFileDialog({.title = u"Select a command"_s,
+                                                                  .filters = {{u"Executables"_s, u"*.exe"_s}},
+                                                                  .folder = Path(u"tools"_s)});
+        QCOMPARE(answer.path, Path(u"tools/play"_s));
     }
 
     void FiltersHoldAnyFileName()

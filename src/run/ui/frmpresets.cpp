@@ -143,6 +143,7 @@ frmPresets::frmPresets(const RunContext &context, QWidget *parent)
     BuildFields();
     LayOut();
     Connect();
+    ShowFields({});
     Guard([this] { LoadLists(); });
     cmbPreset->setFocus();
 }
@@ -335,9 +336,7 @@ void frmPresets::LoadLists()
     }
     const QStringList presets = PresetStore(m_context.editor.settings).ReadPresetList();
     ShowRows(presets, presets.isEmpty() ? -1 : 0);
-    if (presets.isEmpty())
-        ShowCommandFacts();
-    else
+    if (!presets.isEmpty())
         ChooseRow(0);
 }
 
