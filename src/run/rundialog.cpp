@@ -73,7 +73,7 @@ FileDialogRequest BrowseRequest(FileKind kind, const QString &field, const QStri
 {
     const QString file = UnquoteFile(field.trimmed());
     return {.title = title,
-            .filters = {{KindLabel(kind, editor.document, editor.desktop) + u" Files"_s,
+            .filters = {{kind == FileKind::Score ? u"Score Files"_s : u"Orchestra Files"_s,
                          KindPatterns(kind, {}, editor.document, editor.settings)}},
             .folder = file.isEmpty() ? editor.document.CurrentFile : file,
             .fileName = BareFileName(file)};

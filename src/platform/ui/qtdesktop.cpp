@@ -16,6 +16,7 @@
 #include <QFileInfo>
 #include <QInputDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QMimeDatabase>
@@ -41,6 +42,7 @@ namespace
 enum ShellResult { FileNotFound = 2, PathNotFound = 3, AccessDenied = 5, NoAssociation = 31, Started = 42 };
 
 constexpr int HandlerPatienceMs = 1500;
+constexpr int InputCharacters = 40; ///< room in an input box: file names and titles are typed there
 
 /// The window that a dialog stands over. A minimized one would hide its dialog with it.
 QWidget *DialogOwner()
@@ -349,6 +351,8 @@ std::optional<QString> QtDesktop::InputBox(const QString &title, const QString &
     box.setTextValue(initial);
     for (QLabel *label : box.findChildren<QLabel *>())
         label->setTextFormat(Qt::PlainText);
+    for (QLineEdit *field : box.findChildren<QLineEdit *>())
+        field->setMinimumWidth(box.fontMetrics().averageCharWidth() * InputCharacters);
     if (box.exec() != QDialog::Accepted)
         return {};
     return box.textValue();
