@@ -112,6 +112,35 @@ def program_without_a_compiler_asks(stage):
     equal(program.ended(), 0, "exit code")
 
 
+def program_whose_compiler_is_missing_says_so(stage):
+    prepare(stage, "Csound=/no/such/csound\n")
+    piece = copy_example(stage, "pluck.csd")
+    program = stage.start("/r", piece)
+    program.window(DIALOG).keys("Return")
+    program.window("/no/such/csound").keys("Return")
+    equal(program.ended(), 0, "exit code")
+
+
+def running_editor_is_left_alone(stage):
+    prepare(stage)
+    piece = copy_example(stage, "pluck.csd")
+    editor = stage.start(piece)
+    window = editor.window(lambda title: str(piece) in title)
+    title = window.title()
+    other = stage.home / "other.csd"
+    other.write_bytes(piece.read_bytes())
+    program = stage.start("/r", other)
+    dialog = program.window(DIALOG)
+    dialog.type("-d -W -o $WAVE$")
+    dialog.keys("Return")
+    equal(program.ended(), 0, "exit code")
+    wave = other.with_suffix(".wav")
+    stage.until(lambda: rendered(wave), lambda: f"{wave}; the program said: {program.output()}")
+    equal(window.title(), title, "the editor's document")
+    equal(stage.setting("Open"), None, "the mailbox")
+    editor.close(window)
+
+
 def flags_by_keys_render_in_the_editor(stage):
     prepare(stage)
     piece = copy_example(stage, "pluck.csd", "a piece")
@@ -172,6 +201,8 @@ main(
     program_of_its_own_ends,
     program_of_its_own_has_no_main_window_to_ask,
     program_without_a_compiler_asks,
+    program_whose_compiler_is_missing_says_so,
+    running_editor_is_left_alone,
     flags_by_keys_render_in_the_editor,
     document_is_saved_first,
 )
