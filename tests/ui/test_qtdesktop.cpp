@@ -349,6 +349,63 @@ private Q_SLOTS:
             QDir::toNativeSeparators(Path(u"new.orc"_s)));
     }
 
+    void AFileThatTheDefaultExtensionNamesIsAskedAbout()
+    {
+        const QString file = Write(u"piece.orc"_s, "x");
+        const FileDialogRequest request{
+            .title = u"Save"_s, .folder = m_folder.path(), .defaultExtension = u"orc"_s};
+        const auto name = [](const QString &typed) {
+            return [typed](QFileDialog &dialog) {
+                dialog.findChild<QLineEdit *>()->setText(typed);
+                QTest::keyClick(dialog.findChild<QLineEdit *>(), Qt::Key_Return);
+            };
+        };
+        const auto answer = [](QMessageBox::StandardButton button) {
+            return [button](QMessageBox &box) {
+                QCOMPARE(box.text(), u"piece.orc already exists.\nDo you want to replace it?"_s);
+                QCOMPARE(box.windowTitle(), u"Save"_s);
+                QCOMPARE(box.defaultButton(), box.button(QMessageBox::No));
+                box.button(button)->click();
+            };
+        };
+        {
+            ModalDriver modal;
+            modal.Expect<QFileDialog>(name(u"piece"_s));
+            modal.Expect<QMessageBox>(answer(QMessageBox::No));
+            modal.Expect<QFileDialog>([](QFileDialog &dialog) {
+                QCOMPARE(dialog.findChild<QLineEdit *>()->text(), u"piece"_s);
+                dialog.reject();
+            });
+            QCOMPARE(m_desktop.SaveFileDialog(request).path, QString());
+        }
+        {
+            ModalDriver modal;
+            modal.Expect<QFileDialog>(name(u"piece"_s));
+            modal.Expect<QMessageBox>(answer(QMessageBox::Yes));
+            QCOMPARE(m_desktop.SaveFileDialog(request).path, QDir::toNativeSeparators(file));
+        }
+        {
+            ModalDriver modal;
+            modal.Expect<QFileDialog>(name(u"piece"_s));
+            FileDialogRequest silent = request;
+            silent.overwritePrompt = false;
+            QCOMPARE(m_desktop.SaveFileDialog(silent).path, QDir::toNativeSeparators(file));
+        }
+        {
+            ModalDriver modal;
+            modal.Expect<QFileDialog>(name(u"other.inc"_s));
+            QCOMPARE(m_desktop.SaveFileDialog(request).path, QDir::toNativeSeparators(Path(u"other.inc"_s)));
+        }
+        {
+            // A file without an extension that was picked, and asked about, is meant.
+            const QString bare = Write(u"README"_s, "x");
+            ModalDriver modal;
+            modal.Expect<QFileDialog>(name(u"README"_s));
+            modal.Expect<QMessageBox>([](QMessageBox &box) { box.button(QMessageBox::Yes)->click(); });
+            QCOMPARE(m_desktop.SaveFileDialog(request).path, QDir::toNativeSeparators(bare));
+        }
+    }
+
     void SaveDialogAsksBeforeOverwriting()
     {
         const QString file = Write(u"there.orc"_s, "x");

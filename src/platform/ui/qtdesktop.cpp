@@ -369,13 +369,32 @@ FileDialogAnswer QtDesktop::OpenFileDialog(const FileDialogRequest &request)
 
 FileDialogAnswer QtDesktop::SaveFileDialog(const FileDialogRequest &request)
 {
-    QFileDialog dialog(DialogOwner());
-    dialog.setObjectName(u"SaveFileDialog"_s);
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setFileMode(QFileDialog::AnyFile);
-    dialog.setOption(QFileDialog::DontConfirmOverwrite, !request.overwritePrompt);
-    dialog.setDefaultSuffix(request.defaultExtension);
-    return RunFileDialog(dialog, request);
+    // The extension is added here. The pickers of some desktops leave it to the toolkit, which does not ask
+    // whether the file that has then been named may be overwritten.
+    for (FileDialogRequest round = request;;) {
+        QFileDialog dialog(DialogOwner());
+        dialog.setObjectName(u"SaveFileDialog"_s);
+        dialog.setAcceptMode(QFileDialog::AcceptSave);
+        dialog.setFileMode(QFileDialog::AnyFile);
+        dialog.setOption(QFileDialog::DontConfirmOverwrite, !request.overwritePrompt);
+        FileDialogAnswer answer = RunFileDialog(dialog, round);
+        const QFileInfo picked(answer.path);
+        if (answer.path.isEmpty() || request.defaultExtension.isEmpty() || picked.exists() ||
+            picked.fileName().contains(u'.'))
+            return answer;
+        answer.path += u'.' + request.defaultExtension;
+        if (!request.overwritePrompt || !QFileInfo::exists(answer.path) ||
+            MessageBox({.text = QFileInfo(answer.path).fileName() +
+                                u" already exists.\nDo you want to replace it?"_s,
+                        .icon = BoxIcon::Warning,
+                        .buttons = BoxButtons::YesNo,
+                        .title = dialog.windowTitle(),
+                        .defaultAnswer = BoxAnswer::No}) == BoxAnswer::Yes)
+            return answer;
+        round.folder = picked.absolutePath();
+        round.fileName = picked.fileName();
+        round.filterIndex = answer.filterIndex;
+    }
 }
 
 QString QtDesktop::BrowseFolder(const QString &title, const QString &initial)
