@@ -154,9 +154,10 @@ int RunEditor(Application &application, const CommandLine &command, const QByteA
                      [&](QSessionManager &session) {
                          if (!session.allowsInteraction())
                              return;
-                         if (!editor->MayEnd())
+                         if (editor->MayEnd())
+                             session.release();
+                         else
                              session.cancel();
-                         session.release();
                      });
 
     const auto ready = [&] {
