@@ -829,6 +829,11 @@ void TestFrmPresets::PreviewShowsTheImage()
     QVERIFY(editor.Preview().Icon().isNull());
     command.setText(document);
     QVERIFY(!editor.Preview().Icon().isNull());
+    editor.Pages().setCurrentIndex(2);
+    const QImage empty = (editor.Preview().SetIcon({}), editor.Preview().grab().toImage());
+    command.clear();
+    command.setText(document);
+    QVERIFY(editor.Preview().grab().toImage() != empty);
     editor.Choose(0);
     command.setText(document);
     QCOMPARE(Picture(editor.Preview().Icon()), Picture(Icons::LoadImage(104)));

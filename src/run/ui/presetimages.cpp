@@ -153,10 +153,10 @@ QSize IconView::sizeHint() const
 
 void IconView::paintEvent(QPaintEvent *event)
 {
-    QPainter painter(this);
     if (frameShape() != QFrame::Box)
         QFrame::paintEvent(event);
-    else if (m_highlighted)
+    QPainter painter(this);
+    if (m_highlighted)
         qDrawPlainRect(&painter, rect(), palette().color(QPalette::Highlight), BorderWidth);
     QRect area(0, 0, m_side, m_side);
     area.moveCenter(rect().center());
