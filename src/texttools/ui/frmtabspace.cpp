@@ -5,6 +5,7 @@
 #include "shell/errorreport.h"
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
@@ -62,6 +63,7 @@ void frmTabSpace::BuildControls()
     bOK->setDefault(true);
     bCancel->setObjectName(u"bCancel"_s);
 
+    lstMode->installEventFilter(this);
     connect(lstMode, &QListWidget::itemSelectionChanged, this, &frmTabSpace::ShowDescription);
     connect(lstMode, &QListWidget::itemDoubleClicked, this, &frmTabSpace::Confirm);
     connect(bOK, &QPushButton::clicked, this, &frmTabSpace::Confirm);
@@ -80,6 +82,20 @@ void frmTabSpace::LayOut()
     all->addWidget(lstMode, 1);
     all->addWidget(lblDesc);
     all->addLayout(buttons);
+}
+
+bool frmTabSpace::eventFilter(QObject *watched, QEvent *event)
+{
+    // The toolkit takes the first row as the place of the keyboard before it is chosen, and moves on from
+    // there.
+    if (watched == lstMode && event->type() == QEvent::KeyPress && lstMode->selectedItems().isEmpty()) {
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        if (key == Qt::Key_Down || key == Qt::Key_Home) {
+            lstMode->setCurrentRow(0);
+            return true;
+        }
+    }
+    return QDialog::eventFilter(watched, event);
 }
 
 void frmTabSpace::ShowDescription()

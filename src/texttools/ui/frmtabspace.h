@@ -25,6 +25,7 @@ public:
     frmTabSpace(EditorContext &editor, TextControl &text, QWidget *parent);
 
     void done(int result) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void BuildControls();
