@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/textops.h"
 
-#include "platform/numbers.h"
 #include "platform/textwriter.h"
 
 #include <algorithm>
@@ -82,6 +81,23 @@ QChar Lower(QChar c)
     if (c.unicode() < 0x80)
         return c >= u'A' && c <= u'Z' ? QChar(char16_t(c.unicode() + 0x20)) : c;
     return c.toLower();
+}
+
+/// The whole number that the digits at a text's beginning are, with a sign before them; 0 without digits.
+/// What follows the digits does not count, and there may be any number of them.
+double LeadingNumber(QStringView text)
+{
+    text = text.trimmed();
+    const bool negative = text.startsWith(u'-');
+    if (negative || text.startsWith(u'+'))
+        text = text.sliced(1);
+    double number = 0;
+    for (const QChar c : text) {
+        if (c < u'0' || c > u'9')
+            break;
+        number = number * 10 + (c.unicode() - u'0');
+    }
+    return negative ? -number : number;
 }
 
 /// Replaces the selection and leaves the new text selected.
@@ -298,7 +314,7 @@ void GoToLine(EditorContext &editor)
         return;
     const bool relative = answer.startsWith(u'+') || answer.startsWith(u'-');
     const double from = relative ? double(editor.text.LineOfOffset(editor.text.Selection().start)) : -1.0;
-    const double target = from + RoundHalfEven(Val(answer));
+    const double target = from + LeadingNumber(answer);
     if (!(target > -1) || !(target < double(count))) {
         editor.desktop.MessageBox({.text = u"Invalid line number."_s, .icon = BoxIcon::Warning});
         return;

@@ -132,6 +132,16 @@ TEST_F(TextCommands, IsCommentedIsStrict)
     EXPECT_FALSE(IsCommented(QString(), 0, {}));
 }
 
+TEST_F(TextCommands, IsCommentedWalksOverTheLineOnly)
+{
+    EXPECT_FALSE(IsCommented(u"a;b", 0, {})) << "the mark stands behind the place";
+    EXPECT_TRUE(IsCommented(u"a;b", 1, {}));
+    EXPECT_TRUE(IsCommented(u"a;b", 3, {})) << "the end of the text";
+    EXPECT_FALSE(IsCommented(u";a\rb", 3, {}));
+    const QString open = u"a /* b"_s;
+    EXPECT_FALSE(IsCommented(open, 5, CollectBlockComments(open))) << "nothing closes it";
+}
+
 TEST_F(TextCommands, CommentWithNothingSelectedStaysAtTheCaret)
 {
     Set(u"abc"_s, 1, 1);
@@ -196,6 +206,13 @@ TEST_F(TextCommands, IndentTakesWholeLines)
     ExpectText(u"ab\ncd\nef"_s, {0, 5});
 }
 
+TEST_F(TextCommands, IndentTakesTheLineBehindASelectedLineEnd)
+{
+    Set(u"ab\ncd\n"_s, 0, 3);
+    IndentSelection(editor, false);
+    ExpectText(u"\tab\n\tcd\n"_s, {0, 7});
+}
+
 TEST_F(TextCommands, IndentByBlanks)
 {
     settings.SaveFlag(Keys::TabInsertSpaces, true);
@@ -254,12 +271,19 @@ TEST_F(GoTo, Lines)
     Goes(u"-2"_s, 0);
     Goes(u"+"_s, 2);
     Goes(u"3rd"_s, 2);
+    Goes(u" 4 "_s, 3);
+    Goes(u"2e1"_s, 1);
+    Goes(u"2.9"_s, 1);
+    Goes(u"+1e9"_s, 3);
+    Goes(u"+-1"_s, 2);
     IsInvalid(u"0"_s);
     IsInvalid(u"6"_s);
     IsInvalid(u"+3"_s);
     IsInvalid(u"-3"_s);
     IsInvalid(u"abc"_s);
-    IsInvalid(u"1e300"_s);
+    IsInvalid(u"e1"_s);
+    IsInvalid(QString(400, u'9'));
+    IsInvalid(u'-' + QString(400, u'9'));
 }
 
 TEST_F(GoTo, CancelAndNothing)
