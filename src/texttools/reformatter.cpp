@@ -278,8 +278,11 @@ bool ReformatSelection(EditorContext &editor, FormattingAlgorithm algorithm, con
     if (editor.text.Selection().IsEmpty())
         editor.text.SetSelection(0, -1);
     const qsizetype start = editor.text.Selection().start;
-    const std::optional<QString> result =
-        Reformat(algorithm, editor.text.SelectedText(), editor.settings.Integer(Keys::TabSpaces), goOn);
+    // A setting that cannot be read stands in the way of the one algorithm that uses it only.
+    const int tabSpaces = algorithm == FormattingAlgorithm::OneTabToMultipleSpaces
+                              ? editor.settings.Integer(Keys::TabSpaces)
+                              : 0;
+    const std::optional<QString> result = Reformat(algorithm, editor.text.SelectedText(), tabSpaces, goOn);
     if (!result)
         return false;
     editor.text.ReplaceSelection(*result);

@@ -5,6 +5,7 @@
 #include "platform/runtimeerror.h"
 #include "support/printers.h"
 #include "support/randomtext.h"
+#include "support/testcontext.h"
 
 #include <gtest/gtest.h>
 
@@ -121,9 +122,80 @@ TEST(Reformatter, LongRunsAreLinear)
 
 TEST(Reformatter, TextsOfTheList)
 {
-    EXPECT_EQ(FormattingAlgorithmTexts().size(), 10u);
-    EXPECT_EQ(FormattingAlgorithmTexts()[6].name, u"Remove trailing spaces and tabs"_s);
-    EXPECT_TRUE(FormattingAlgorithmTexts()[5].description.contains(u"mantain tabulation. This algorythm"_s));
+    const QString names[] = {u"One space to one tab"_s,
+                             u"Multiple spaces to one tab"_s,
+                             u"One or multiple spaces to one tab"_s,
+                             u"Multiple spaces to one space"_s,
+                             u"One tab to one space"_s,
+                             u"One tab to multiple spaces"_s,
+                             u"Remove trailing spaces and tabs"_s,
+                             u"Remove line indent"_s,
+                             u"Multiple blank lines to one blank line"_s,
+                             u"Remove blank lines"_s};
+    const QString descriptions[] = {
+        u"Replace spaces with tab characters."_s,
+        u"Replace consecutive multiple spaces with a single tab character."_s,
+        u"Replace single spaces or consecutive multiple spaces with a single tab character."_s,
+        u"Replace consecutive multiple spaces with a single space."_s,
+        u"Replace tab characters with spaces."_s,
+        u"Replace tab characters with a variable number of spaces in order to mantain tabulation. This algorythm uses the 'Tab spaces' setting to determine the number of spaces to be inserted."_s,
+        u"Remove spaces and tab characters at the end of each line."_s,
+        u"Remove spaces and tab characters at the beginning of each line."_s,
+        u"Replace consecutive multiple blank lines with a single blank line. Note that lines containing only spaces or tabs are not considered blank."_s,
+        u"Remove all blank lines. Note that lines containing only spaces or tabs are not considered blank."_s};
+    ASSERT_EQ(FormattingAlgorithmTexts().size(), 10u);
+    for (size_t row = 0; row < 10; ++row) {
+        EXPECT_EQ(FormattingAlgorithmTexts()[row].name, names[row]);
+        EXPECT_EQ(FormattingAlgorithmTexts()[row].description, descriptions[row]);
+    }
+}
+
+struct Reformatting : testing::Test, test::TestContext {
+};
+
+TEST_F(Reformatting, NothingSelectedIsTheWholeText)
+{
+    text.SetText(u"a  b\nc  d"_s);
+    text.SetSelection(3, 3);
+    text.EmptyUndoBuffer();
+    EXPECT_TRUE(ReformatSelection(editor, A::MultipleSpacesToOneTab));
+    EXPECT_EQ(text.text, u"a\tb\nc\td"_s);
+    EXPECT_EQ(text.selection, (TextSpan{0, 7}));
+    EXPECT_EQ(text.undoSteps, 1);
+}
+
+TEST_F(Reformatting, ColumnsCountFromTheStartOfTheSelection)
+{
+    settings.SaveNumber(Keys::TabSpaces, 4);
+    text.SetText(u"xyz\ta"_s);
+    text.SetSelection(3, 5);
+    EXPECT_TRUE(ReformatSelection(editor, A::OneTabToMultipleSpaces));
+    EXPECT_EQ(text.text, u"xyz  a"_s);
+    EXPECT_EQ(text.selection, (TextSpan{3, 6}));
+}
+
+TEST_F(Reformatting, AStoppedRunLeavesTheText)
+{
+    text.SetText(u"a  b"_s);
+    text.EmptyUndoBuffer();
+    EXPECT_FALSE(ReformatSelection(editor, A::MultipleSpacesToOneTab, [] { return false; }));
+    EXPECT_EQ(text.text, u"a  b"_s);
+    EXPECT_EQ(text.undoSteps, 0);
+}
+
+TEST_F(Reformatting, OnlyOneAlgorithmAsksForTheTabWidth)
+{
+    settings.SaveText(Keys::TabSpaces, u"many"_s);
+    for (int algorithm = 0; algorithm < 10; ++algorithm) {
+        text.SetText(u"a\tb"_s);
+        text.SetSelection(0, 0);
+        if (A(algorithm) == A::OneTabToMultipleSpaces) {
+            EXPECT_THROW(ReformatSelection(editor, A(algorithm)), RunTimeError);
+            EXPECT_EQ(text.text, u"a\tb"_s);
+        } else {
+            EXPECT_TRUE(ReformatSelection(editor, A(algorithm))) << algorithm;
+        }
+    }
 }
 
 } // namespace
