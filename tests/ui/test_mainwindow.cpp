@@ -76,6 +76,7 @@ private Q_SLOTS:
     void SaveButtonAndCaptionFollowTheText();
     void KindsEnableTheirCommands();
     void SelectionShowsInStatusAndButtons();
+    void FileLineGoesWithTheFirstMove();
     void EditMenuOpensWithTheTextsState();
     void BandsHideAndTheTextGoesUp();
     void OpcodeListLoadsAtTheFirstShowing();
@@ -398,6 +399,24 @@ void MainWindowTest::SelectionShowsInStatusAndButtons()
     editor.Row(u"mnuSelectAll"_s).trigger();
     editor.Row(u"mnuDelete"_s).trigger();
     QCOMPARE(editor.Text().Text(), QString());
+}
+
+void MainWindowTest::FileLineGoesWithTheFirstMove()
+{
+    EditorWindow editor;
+    editor.settings.SaveFlag(Keys::Band(2), false); // loading its list would take the status line
+    editor.Open({editor.WriteFile(u"a.txt"_s, "one\r\ntwo\r\n")});
+    const StatusLine &status = editor.window->Context().status;
+    QVERIFY2(status.Text().startsWith(u"a.txt: last saved "), qPrintable(status.Text()));
+    QVERIFY2(status.Text().endsWith(u" - 3 lines - 16 bytes - PC"), qPrintable(status.Text()));
+    editor.Text().SetSelection(1, 1);
+    QCOMPARE(status.Text(), QString());
+    QTest::keyClick(&editor.Text(), 'x');
+    editor.Row(u"mnuSave"_s).trigger();
+    QVERIFY2(status.Text().startsWith(u"a.txt: last saved "), qPrintable(status.Text()));
+    QVERIFY2(status.Text().endsWith(u" - 3 lines - 18 bytes - PC"), qPrintable(status.Text()));
+    QTest::keyClick(&editor.Text(), Qt::Key_Left);
+    QCOMPARE(status.Text(), QString());
 }
 
 void MainWindowTest::EditMenuOpensWithTheTextsState()

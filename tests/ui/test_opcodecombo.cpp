@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "support/editorwindow.h"
+#include "support/uitest.h"
+
+#include <QAbstractItemView>
+#include <QComboBox>
+#include <QLineEdit>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace zelvane;
+using namespace zelvane::test;
+
+namespace
+{
+
+const QString Prompt = u"Opcodes (press Enter to insert)"_s;
+
+/// A main window whose band of opcodes is hidden, so that a test says when the list loads.
+struct Opcodes : EditorWindow {
+    explicit Opcodes(const QByteArray &words = "oscil outs linen Oscil\n")
+    {
+        WriteFile(u"opcodes.txt"_s, words);
+        settings.SaveFlag(Keys::Band(2), false);
+        Open();
+        window->activateWindow();
+    }
+
+    QComboBox &Combo() { return Find<QComboBox>(u"cmbOpcodes"_s); }
+    void ToggleBand() { Row(u"mnuShowToolbar_1"_s).trigger(); }
+    StatusLine &Status() { return window->Context().status; }
+    QStringList Items()
+    {
+        QStringList items;
+        for (int row = 0; row < Combo().count(); ++row)
+            items.append(Combo().itemText(row));
+        return items;
+    }
+    void Load(const QString &text, const TextSpan &selection)
+    {
+        Text().LoadText(text);
+        Text().SetSelection(selection.start, selection.end);
+    }
+};
+
+} // namespace
+
+class OpcodeComboTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void TheListIsSortedAndTheFieldKeepsItsText();
+    void EnterInsertsWhatStandsInTheField();
+    void EnterReplacesTheSelection();
+    void AnEmptyFileIsLoadedAgain();
+    void AFailureIsToldInTheStatusLine();
+    void TheStatusLineIsClearedOnlyOfTheOwnText();
+    void AClickDropsTheList();
+};
+
+void OpcodeComboTest::TheListIsSortedAndTheFieldKeepsItsText()
+{
+    Opcodes on;
+    QCOMPARE(on.Combo().currentText(), Prompt);
+    QVERIFY(on.Items().isEmpty());
+    on.ToggleBand();
+    QCOMPARE(on.Items(), QStringList({u"linen"_s, u"Oscil"_s, u"oscil"_s, u"outs"_s}));
+    QCOMPARE(on.Combo().currentText(), Prompt);
+    QCOMPARE(on.Status().Text(), QString());
+}
+
+void OpcodeComboTest::EnterInsertsWhatStandsInTheField()
+{
+    Opcodes on;
+    on.ToggleBand();
+    on.Load(u"ab"_s, {1, 1});
+    on.Combo().setFocus();
+    QTest::keyClick(&on.Combo(), Qt::Key_Return);
+    QCOMPARE(on.Text().Text(), u'a' + Prompt + u'b');
+    QCOMPARE(on.Text().Selection(), (TextSpan{1, 1 + Prompt.size()}));
+    QCOMPARE(on.window->focusWidget(), &on.Text());
+    on.Row(u"mnuUndo"_s).trigger();
+    QCOMPARE(on.Text().Text(), u"ab"_s);
+    QVERIFY(!on.Text().CanUndo());
+}
+
+void OpcodeComboTest::EnterReplacesTheSelection()
+{
+    Opcodes on;
+    on.ToggleBand();
+    on.Load(u"a1 buzz 1"_s, {3, 7});
+    on.Combo().setCurrentIndex(
+        on.Combo().findText(u"oscil"_s, Qt::MatchFixedString | Qt::MatchCaseSensitive));
+    QTest::keyClick(&on.Combo(), Qt::Key_Enter);
+    QCOMPARE(on.Text().Text(), u"a1 oscil 1"_s);
+    QCOMPARE(on.Text().Selection(), (TextSpan{3, 8}));
+    QCOMPARE(on.Text().StyleAt(4), StyleClass::Text); // coloured with the next full pass
+    on.Combo().lineEdit()->selectAll();
+    QTest::keyClicks(on.Combo().lineEdit(), u"not in the list"_s);
+    QTest::keyClick(on.Combo().lineEdit(), Qt::Key_Return);
+    QCOMPARE(on.Text().Text(), u"a1 not in the list 1"_s);
+    QCOMPARE(on.Combo().count(), 4);
+}
+
+void OpcodeComboTest::AnEmptyFileIsLoadedAgain()
+{
+    Opcodes on("");
+    on.ToggleBand();
+    QCOMPARE(on.Combo().count(), 0);
+    on.WriteFile(u"opcodes.txt"_s, "linen\n");
+    on.ToggleBand();
+    on.ToggleBand();
+    QCOMPARE(on.Items(), QStringList(u"linen"_s));
+}
+
+void OpcodeComboTest::AFailureIsToldInTheStatusLine()
+{
+    Opcodes on;
+    QVERIFY(QFile::remove(on.folder.filePath(u"opcodes.txt"_s)));
+    on.ToggleBand();
+    QCOMPARE(on.Status().Text(), u"Error loading opcodes list."_s);
+    QCOMPARE(on.Combo().count(), 0);
+    QCOMPARE(on.Combo().currentText(), Prompt);
+    on.WriteFile(u"opcodes.txt"_s, "linen oscil\n");
+    on.ToggleBand();
+    on.ToggleBand();
+    QCOMPARE(on.Combo().count(), 2);
+    QCOMPARE(on.Status().Text(), QString());
+}
+
+void OpcodeComboTest::TheStatusLineIsClearedOnlyOfTheOwnText()
+{
+    Opcodes on(QByteArray("oscil linen\n").repeated(300));
+    QString seen;
+    QTimer::singleShot(0, on.window.get(), [&] {
+        seen = on.Status().Text();
+        on.Status().Show(u"something else"_s);
+    });
+    on.ToggleBand();
+    QCOMPARE(seen, u"loading opcodes list..."_s);
+    QCOMPARE(on.Status().Text(), u"something else"_s);
+    QCOMPARE(on.Combo().count(), 600);
+}
+
+void OpcodeComboTest::AClickDropsTheList()
+{
+    Opcodes on;
+    on.ToggleBand();
+    QVERIFY(!on.Combo().view()->isVisible());
+    QTest::mouseClick(on.Combo().lineEdit(), Qt::LeftButton);
+    QVERIFY(QTest::qWaitFor([&] { return on.Combo().view()->isVisible(); }));
+    on.Combo().hidePopup();
+}
+
+int main(int argc, char **argv)
+{
+    return RunUiTest<OpcodeComboTest>(argc, argv);
+}
+
+#include "test_opcodecombo.moc"
