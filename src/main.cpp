@@ -11,6 +11,7 @@
 #include "shell/commandline.h"
 #include "shell/errorreport.h"
 #include "shell/settings.h"
+#include "shell/splitpath.h"
 #include "shell/startup.h"
 #include "shell/ui/formsplash.h"
 #include "shell/ui/frmeditor.h"
@@ -115,6 +116,18 @@ bool HandedOver(const CommandLine &command, SettingsStore &settings, InstanceLin
     return false;
 }
 
+/// Starts another editor on what still stands in the mailbox.
+void StartWithMail(SettingsStore &settings, Desktop &desktop)
+{
+    const QString mail = settings.Text(Keys::Open);
+    if (mail.isEmpty())
+        return;
+    settings.DeleteSetting(QString::fromUtf16(Sections::Options), Keys::Open.name);
+    desktop.ShellRun({.verb = u"open"_s,
+                      .file = QCoreApplication::applicationFilePath(),
+                      .parameters = SplitPath(PathPart::Quoted, Unquoted(mail))});
+}
+
 int RunEditor(Application &application, const CommandLine &command, const QByteArray &token)
 {
     SettingsStore settings;
@@ -169,9 +182,15 @@ int RunEditor(Application &application, const CommandLine &command, const QByteA
                 editor->RaiseMainWindow();
         });
     };
+    bool mailLeft = false;
+    QObject::connect(editor.get(), &frmEditor::Ending, editor.get(), [&] { mailLeft = link.Close(); });
     application.Guard([&] { editor->Init(ready); });
     ready(); // also when Init has ended in a report
-    return QApplication::exec();
+    const int code = QApplication::exec();
+    // What was handed over while the last question stood is for another editor.
+    if (mailLeft || editor->HasMail())
+        application.Guard([&] { StartWithMail(settings, application.TheDesktop()); });
+    return code;
 }
 
 /// The preset chooser: the process lives as long as that dialog.

@@ -4,7 +4,7 @@
 import os
 import signal
 
-from support.stage import check, copy_example, equal, main
+from support.stage import Window, check, copy_example, equal, main
 
 STORE = """[Options]
 Used=2
@@ -149,6 +149,50 @@ def changed_text_is_not_lost(stage):
     check(editor.runs(), "the editor has gone")
 
 
+def what_comes_while_the_last_question_stands_opens_in_another_editor(stage):
+    stage.write_store(STORE)
+    first = copy_example(stage, "pluck.csd")
+    second = copy_example(stage, "oscil.csd", "a second piece")
+    editor, window = open_editor(stage, first)
+    window.type("; mine ")
+    stage.until(lambda: "*" in window.title(), "the mark of a changed text")
+    window.keys("alt+F4")
+    box = editor.dialog(window)
+    equal(stage.start(second).ended(), 0, "exit code of the second process")
+    editor.at_rest()
+    equal(len(stage.windows_of(editor.pid)), 2, "windows: the editor and its question")
+    check(str(first) in window.title(), "the text that is asked about stands")
+    box.keys("alt+n")
+    equal(editor.ended(), 0, "exit code")
+    found = []
+
+    def another():
+        found[:] = stage.output("xdotool", "search", "--onlyvisible", "--name", str(second)).split()
+        return found
+
+    stage.until(another, "another editor with the second piece")
+    stage.until(lambda: stage.setting("Open") is None, "the empty mailbox")
+    check("; mine" not in first.read_text(), "the text that was given up")
+    Window(stage, int(found[0])).keys("alt+F4")
+    stage.until(lambda: not another(), "the end of the other editor")
+
+
+def mail_waits_for_the_end_of_a_dialog(stage):
+    stage.write_store(STORE)
+    first = copy_example(stage, "pluck.csd")
+    second = copy_example(stage, "oscil.csd")
+    editor, window = open_editor(stage, first)
+    window.keys("ctrl+o")
+    box = editor.dialog(window)
+    equal(stage.start(second).ended(), 0, "exit code")
+    editor.at_rest()
+    check(str(first) in window.title(), "the document stays while a dialog is open")
+    box.keys("Escape")
+    shows(stage, window, second)
+    stage.until(lambda: stage.setting("Open") is None, "the empty mailbox")
+    editor.close(window)
+
+
 def new_instances_stand_beside_each_other(stage):
     stage.write_store(STORE)
     first = copy_example(stage, "pluck.csd")
@@ -197,6 +241,8 @@ main(
     killed_editor_is_not_waited_for,
     busy_editor_serves_it_later,
     changed_text_is_not_lost,
+    what_comes_while_the_last_question_stands_opens_in_another_editor,
+    mail_waits_for_the_end_of_a_dialog,
     new_instances_stand_beside_each_other,
     chooser_switch_leaves_the_editor_alone,
 )

@@ -231,6 +231,35 @@ private Q_SLOTS:
         QCOMPARE(Files().size(), 2);
     }
 
+    void ClosingFindsWhatWasNotDelivered()
+    {
+        const auto send = [](Call call) {
+            InstanceLink second(u"store"_s);
+            QVERIFY(second.FindRunning());
+            QVERIFY(second.Notify(call, {}));
+        };
+        InstanceLink editor(u"store"_s);
+        int woken = 0;
+        editor.SetHandler([&](Call) { ++woken; });
+        QVERIFY(editor.Listen());
+        QVERIFY(!editor.Close());
+        QVERIFY(!InstanceLink(u"store"_s).FindRunning());
+
+        QVERIFY(editor.Listen());
+        send(Call::Raise);
+        QVERIFY(!editor.Close());
+
+        QVERIFY(editor.Listen());
+        send(Call::Raise);
+        send(Call::HandOver);
+        send(Call::Raise);
+        QVERIFY(editor.Close()); // no event was served
+        QVERIFY(!editor.Close());
+        QTest::qWait(20);
+        QCOMPARE(woken, 0);
+        QCOMPARE(Files().size(), 0);
+    }
+
     void NothingIsLeftAfterTheEnd()
     {
         {

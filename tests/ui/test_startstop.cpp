@@ -2,6 +2,8 @@
 #include "platform/runtimeerror.h"
 #include "platform/ui/endrequest.h"
 #include "shell/ui/bandbar.h"
+#include "shell/ui/sidepanel.h"
+#include "shell/ui/workspace.h"
 #include "support/editorwindow.h"
 #include "support/uitest.h"
 
@@ -10,7 +12,10 @@
 #include <QDialog>
 #include <QDir>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QToolBar>
+#include <QToolButton>
+#include <QTreeWidget>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace zelvane;
@@ -81,6 +86,9 @@ private Q_SLOTS:
     void SettingsThatCannotBeReadLeaveAWindowToWorkIn_data();
     void SettingsThatCannotBeReadLeaveAWindowToWorkIn();
     void AFileThatCannotBeOpenedLeavesABareEditor();
+    void LayoutIsReadInOrder_data();
+    void LayoutIsReadInOrder();
+    void AFileDroppedOnTheTextIsTheWindows();
     void MailWaitsForTheEndOfADialog();
     void MailIsServedWhileTheFirstUseMessageStands();
     void TheEndIsAskedForOnce();
@@ -198,6 +206,81 @@ void StartStopTest::AFileThatCannotBeOpenedLeavesABareEditor()
     QVERIFY(!editor.window->close());
 }
 
+void StartStopTest::LayoutIsReadInOrder_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("applied");
+    // Each row breaks one key: what was read before it stands, and nothing that is read behind it.
+    const char *const keys[] = {"FlatButtons",      "BandWidth1",  "BandRow2",     "PanelWidth",
+                                "PanelBandHeight1", "HotTracking", "RelatedFiles", "CodeOutline",
+                                "LoopMode",         "BandLabels",  "Band1",        "StatusBar",
+                                "Labels",           "PanelLabels"};
+    QString applied(qsizetype(std::size(keys)), u'-');
+    for (size_t i = 0; i < std::size(keys); ++i) {
+        QTest::newRow(keys[i]) << QString::fromLatin1(keys[i]) << applied;
+        applied[qsizetype(i)] = u'T';
+    }
+}
+
+void StartStopTest::LayoutIsReadInOrder()
+{
+    QFETCH(QString, key);
+    QFETCH(QString, applied);
+    EditorWindow editor;
+    const std::pair<QString, QString> layout[] = {
+        {u"FlatButtons"_s, u"0"_s},       {u"BandWidth1"_s, u"333"_s}, {u"BandRow2"_s, u"0"_s},
+        {u"PanelWidth"_s, u"234"_s},      {u"HotTracking"_s, u"-1"_s}, {u"LoopMode"_s, u"-1"_s},
+        {u"BandLabels"_s, u"-1"_s},       {u"Band1"_s, u"0"_s},        {u"StatusBar"_s, u"0"_s},
+        {u"PanelBandHeight1"_s, u"77"_s}, {u"Labels"_s, u"-1"_s},      {u"PanelLabels"_s, u"-1"_s}};
+    for (const auto &[name, value] : layout)
+        editor.settings.SaveSetting(u"Options"_s, name, value);
+    editor.settings.SaveSetting(u"Options"_s, key, u"perhaps"_s);
+    editor.desktop.ExpectMessage(Report(Mismatch), BoxAnswer::Cancel);
+    editor.window = std::make_unique<frmEditor>(editor.settings, editor.desktop, CommandLine({}));
+    editor.desktop.CheckAllCame();
+    const auto &bar = editor.Find<BandBar>(u"CoolBar1"_s);
+    const auto &panel = editor.Find<SidePanel>(u"cc3Panel"_s);
+    const bool found[] = {
+        !editor.Find<QToolBar>(u"Toolbar1"_s).findChild<QToolButton *>()->autoRaise(),
+        bar.BandWidth(0) == 333,
+        !bar.StartsRow(1),
+        static_cast<Workspace *>(editor.window->centralWidget())->PanelWidth() == 234,
+        panel.BandHeight(0) == 77,
+        editor.Find<QTreeWidget>(u"tvwBrowse"_s).hasMouseTracking(),
+        editor.Row(u"mnuRelated"_s).isChecked(),
+        editor.Row(u"mnuBrowse"_s).isChecked(),
+        editor.Row(u"mnuLoop"_s).isChecked(),
+        bar.AreCaptionsShown(),
+        !editor.Row(u"mnuShowToolbar_0"_s).isChecked(),
+        !editor.Row(u"mnuShowStatusbar"_s).isChecked(),
+        editor.Row(u"mnuLabels_0"_s).isChecked(),
+        editor.Row(u"mnuLabels_2"_s).isChecked(),
+    };
+    QString state;
+    for (const bool one : found)
+        state += one ? u'T' : u'-';
+    QCOMPARE(state, applied);
+    editor.window.reset();
+}
+
+void StartStopTest::AFileDroppedOnTheTextIsTheWindows()
+{
+    EditorWindow editor;
+    const QString file = editor.WriteFile(u"a.orc"_s, "dropped\n");
+    editor.Open();
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(file)});
+    data.setText(file);
+    QWidget *viewport = editor.Text().viewport();
+    QDragEnterEvent enter(QPoint(20, 20), Qt::CopyAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(viewport, &enter);
+    QVERIFY(enter.isAccepted());
+    QDropEvent drop(QPointF(20, 20), Qt::CopyAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(viewport, &drop);
+    QVERIFY(Eventually([&] { return editor.window->Context().document.CurrentFile == file; }));
+    QCOMPARE(editor.Text().Text(), u"dropped\n"_s);
+}
+
 void StartStopTest::MailWaitsForTheEndOfADialog()
 {
     EditorWindow editor;
@@ -214,7 +297,9 @@ void StartStopTest::MailWaitsForTheEndOfADialog()
     });
     QCOMPARE(dialog.exec(), int(QDialog::Accepted));
     QCOMPARE(editor.window->Context().document.CurrentFile, first); // the command has not ended yet
+    QVERIFY(editor.window->HasMail());
     QVERIFY(Eventually([&] { return editor.window->Context().document.CurrentFile == second; }));
+    QVERIFY(!editor.window->HasMail());
     QCOMPARE(editor.settings.GetSetting(u"Options"_s, u"Open"_s, u"gone"_s), u"gone"_s);
     // Without waiting mail the end of a dialog opens nothing.
     editor.settings.SaveText(Keys::Open, first);

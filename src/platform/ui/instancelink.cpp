@@ -56,10 +56,7 @@ InstanceLink::InstanceLink(const QString &realm, QObject *parent) : QObject(pare
 
 InstanceLink::~InstanceLink()
 {
-    if (m_server) {
-        m_server->close();
-        Remove(m_ownSocket);
-    }
+    Close();
 }
 
 QString InstanceLink::RealmOf(const QString &settingsFolder)
@@ -144,6 +141,24 @@ bool InstanceLink::Listen()
     }
     MarkRecent();
     return true;
+}
+
+bool InstanceLink::Close()
+{
+    m_handler = {};
+    if (m_server) {
+        // Those that had found this editor have ended, in the belief that it reads what they sent.
+        m_server->disconnect(this);
+        while (m_server->waitForNewConnection(0))
+            TakeConnections();
+        for (QLocalSocket *socket : m_server->findChildren<QLocalSocket *>())
+            if (socket->bytesAvailable() > 0 || socket->waitForReadyRead(0))
+                TakeMessage(*socket);
+        m_server->close();
+        Remove(m_ownSocket);
+        m_server.reset();
+    }
+    return std::exchange(m_pending, std::nullopt) == Call::HandOver;
 }
 
 void InstanceLink::MarkRecent()

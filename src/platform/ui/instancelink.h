@@ -51,6 +51,9 @@ public:
     /// What a message does; those that came before are delivered at once, as one, which is a hand-over if one
     /// of them was. A message that comes while another one is being served waits for its end.
     void SetHandler(std::function<void(Call)> handler);
+    /// From here on nobody finds this editor, and nothing is delivered any more. @return whether a hand-over
+    /// had come that was not delivered
+    bool Close();
     /// This editor's window is the active one: of several, it is the one to be found.
     void MarkRecent();
 

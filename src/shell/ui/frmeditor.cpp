@@ -47,7 +47,6 @@
 #include <QToolBar>
 #include <QToolButton>
 #include <QTreeWidget>
-#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -344,6 +343,8 @@ void frmEditor::LoadOpcodeCombo()
 
 void frmEditor::HandOver()
 {
+    if (m_unloaded)
+        return;
     // A dialog that waits for an answer works on the text that stands: the mail is opened when it has closed.
     // The messages of the first use stand over nothing of the kind.
     m_mailWaits = QApplication::activeModalWidget() && !m_initializing;
@@ -581,7 +582,7 @@ void frmEditor::BrowseMenu(const QPoint &at)
 bool frmEditor::event(QEvent *event)
 {
     // Not at once: the command that showed the dialog has not come to its end.
-    if (event->type() == QEvent::WindowUnblocked && std::exchange(m_mailWaits, false))
+    if (event->type() == QEvent::WindowUnblocked && m_mailWaits)
         QMetaObject::invokeMethod(this, &frmEditor::HandOver, Qt::QueuedConnection);
     return QMainWindow::event(event);
 }
@@ -626,6 +627,7 @@ void frmEditor::closeEvent(QCloseEvent *event)
     if (!MayEnd())
         return;
     m_unloaded = true;
+    Q_EMIT Ending();
     m_commands->Guard([this] { Unload(); });
     event->accept();
     // Nothing else is waited for. Where no event loop runs there is no process to end.

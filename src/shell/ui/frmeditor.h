@@ -53,6 +53,9 @@ public:
     /// window only comes to the front.
     void HandOver();
 
+    /// Whether something handed over still waits for the end of a dialog.
+    bool HasMail() const { return m_mailWaits; }
+
     /// Asks about unsaved work, as the close of the window does. @return whether the program may end
     bool MayEnd();
 
@@ -91,6 +94,8 @@ public:
 Q_SIGNALS:
     /// The window has become the active one.
     void Activated();
+    /// The window closes; its layout is not written yet.
+    void Ending();
 
 protected:
     bool event(QEvent *event) override;
