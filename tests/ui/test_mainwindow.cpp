@@ -8,6 +8,7 @@
 #include "support/uitest.h"
 
 #include <QComboBox>
+#include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
@@ -82,9 +83,11 @@ private Q_SLOTS:
     void OpcodeListLoadsAtTheFirstShowing();
     void SidePanelHidesWithItsBands();
     void SplitterSetsThePanelsWidth();
+    void BandCaptionsAreTheKeys();
     void BandGripsShareOutARow();
     void BandsJoinAndPartRows();
     void PanelHeaderSharesOutTheHeight();
+    void BandAloneLeavesTheOtherItsShare();
     void LayoutComesBack();
     void LayoutIsWrittenInOrder();
     void MinimizedWindowKeepsTheStoredPlace();
@@ -96,10 +99,14 @@ private Q_SLOTS:
     void CloseDuringStartWaits();
     void FontSizeKeysAreNoEdit();
     void WordWrapIsKept();
+    void WrappedTextFollowsTheWindow();
     void PresetKeysRunRows();
+    void EditorIsTheActiveWindowButForDialogs();
+    void MinimizingPresetKnowsTheSelection();
     void NoControlIsATabStopBesideTheText();
     void ContextMenusOfTheText();
     void TreesHaveTheirMenus();
+    void ContextMenuKey();
     void RecentFilesStandInTheMenu();
     void DroppedFilesOpenTheFirst();
     void HandOverOpensAndClearsTheMailbox();
@@ -552,6 +559,26 @@ void Drag(QWidget &widget, const QPoint &from, const QPoint &to)
 
 } // namespace
 
+void MainWindowTest::BandCaptionsAreTheKeys()
+{
+    EditorWindow editor;
+    editor.Open();
+    auto *bar = &editor.Find<BandBar>(u"CoolBar1"_s);
+    const auto captions = [&bar] {
+        QStringList all;
+        for (int band = 0; band < bar->BandCount(); ++band)
+            all.append(bar->BandCaption(band));
+        return all.join(u',');
+    };
+    QCOMPARE(captions(), u",,,"_s);
+    const int grip = bar->GripOf(1).width();
+    editor.settings.SaveFlag(Keys::BandLabels, true);
+    editor.Open();
+    bar = &editor.Find<BandBar>(u"CoolBar1"_s);
+    QCOMPARE(captions(), u"toolbar,opcodes,player,presets"_s);
+    QVERIFY(bar->GripOf(1).width() > grip);
+}
+
 void MainWindowTest::BandGripsShareOutARow()
 {
     EditorWindow editor;
@@ -607,6 +634,26 @@ void MainWindowTest::PanelHeaderSharesOutTheHeight()
     editor.Row(u"mnuLabels_2"_s).trigger();
     QVERIFY(panel.AreCaptionsShown());
     QCOMPARE(panel.PlaceOf(0).height(), before + 30);
+}
+
+void MainWindowTest::BandAloneLeavesTheOtherItsShare()
+{
+    EditorWindow editor;
+    editor.Open();
+    editor.Row(u"mnuRelated"_s).trigger();
+    QCOMPARE(editor.Find<SidePanel>(u"cc3Panel"_s).PlaceOf(0).height(),
+             editor.Find<SidePanel>(u"cc3Panel"_s).height());
+    QVERIFY(editor.window->close());
+    editor.Open();
+    auto &panel = editor.Find<SidePanel>(u"cc3Panel"_s);
+    QVERIFY(!panel.IsBandVisible(1));
+    editor.Row(u"mnuRelated"_s).trigger();
+    QVERIFY(panel.PlaceOf(1).height() >= panel.height() / 2);
+    // Without captions nothing stands above the first band.
+    QCOMPARE(editor.Find<QTreeWidget>(u"tvwBrowse"_s).y(), 0);
+    editor.Row(u"mnuLabels_2"_s).trigger();
+    QCOMPARE(editor.Find<QTreeWidget>(u"tvwBrowse"_s).y(), panel.HeaderOf(0).height());
+    QVERIFY(panel.HeaderOf(0).height() > 0);
 }
 
 void MainWindowTest::LayoutComesBack()
@@ -820,6 +867,23 @@ void MainWindowTest::WordWrapIsKept()
     QVERIFY(!editor.window->Context().document.Modified);
 }
 
+void MainWindowTest::WrappedTextFollowsTheWindow()
+{
+    EditorWindow editor;
+    editor.settings.SaveFlag(Keys::WordWrap, true);
+    const QString file = editor.WriteFile(u"long.txt"_s, QByteArray("word ").repeated(200) + '\n');
+    editor.Open();
+    editor.window->resize(800, 600);
+    editor.window->Documents().OpenFile(file);
+    const auto rows = [&] { return editor.Text().SendScintilla(QsciScintillaBase::SCI_WRAPCOUNT, 0L); };
+    QVERIFY(Eventually([&] { return rows() > 1; }));
+    const long wide = rows();
+    editor.window->resize(500, 600);
+    QVERIFY(Eventually([&] { return rows() > wide; }));
+    editor.window->resize(800, 600);
+    QVERIFY(Eventually([&] { return rows() == wide; }));
+}
+
 void MainWindowTest::PresetKeysRunRows()
 {
     EditorWindow editor;
@@ -856,6 +920,52 @@ void MainWindowTest::PresetKeysRunRows()
     QCOMPARE(empty.Text().Text(), QString());
 }
 
+void MainWindowTest::EditorIsTheActiveWindowButForDialogs()
+{
+    EditorWindow editor;
+    frmEditor &window = editor.Open();
+    window.activateWindow();
+    QVERIFY(Eventually([&] { return QApplication::activeWindow() == &window; }));
+    QVERIFY(window.MainWindowActive());
+    {
+        QDialog dialog(&window);
+        dialog.open();
+        dialog.activateWindow();
+        QVERIFY(Eventually([&] { return QApplication::activeWindow() == &dialog; }));
+        QVERIFY(!window.MainWindowActive());
+        // Another program comes to the front.
+        QApplication::setActiveWindow(nullptr);
+        QVERIFY(!window.MainWindowActive());
+        // A dialog that has gone is nobody's active window.
+        dialog.close();
+        QVERIFY(window.MainWindowActive());
+    }
+    window.MinimizeMainWindow();
+    QApplication::setActiveWindow(nullptr);
+    QVERIFY(!window.isActiveWindow());
+    QVERIFY(window.MainWindowActive());
+}
+
+void MainWindowTest::MinimizingPresetKnowsTheSelection()
+{
+    EditorWindow editor;
+    editor.settings.SaveFlag(Keys::MinimizeOnPresets, true);
+    editor.settings.SaveSetting(u"Presets"_s, u"Say"_s, {});
+    editor.settings.SaveSetting(u"Say"_s, u"Command"_s, u"/bin/say"_s);
+    editor.settings.SaveSetting(u"Say"_s, u"Args"_s, u"$SEL$"_s);
+    frmEditor &window = editor.Open();
+    editor.Text().SetText(u"some words"_s);
+    editor.Text().SetSelection(5, 10);
+    // A desktop takes the keyboard from a window that it minimizes.
+    QApplication::setActiveWindow(nullptr);
+    QVERIFY(!window.isActiveWindow());
+    editor.desktop.ExpectShellRun({.file = u"/bin/say"_s, .parameters = u"words"_s, .folder = u"/bin"_s});
+    editor.Row(u"mnuPreset_0"_s).trigger();
+    editor.desktop.CheckAllCame();
+    QVERIFY(window.isMinimized());
+    QCOMPARE(window.Context().status.Text(), u"Say: /bin/say words"_s);
+}
+
 void MainWindowTest::NoControlIsATabStopBesideTheText()
 {
     EditorWindow editor;
@@ -880,9 +990,10 @@ namespace
 {
 
 /// Sends a context menu request, and gives the name of the menu that comes up.
-QString MenuOf(QWidget &widget, const QPoint &at, Qt::KeyboardModifiers held = {})
+QString MenuOf(QWidget &widget, const QPoint &at, Qt::KeyboardModifiers held = {},
+               QContextMenuEvent::Reason reason = QContextMenuEvent::Mouse)
 {
-    QContextMenuEvent event(QContextMenuEvent::Mouse, at, widget.mapToGlobal(at), held);
+    QContextMenuEvent event(reason, at, widget.mapToGlobal(at), held);
     QString name;
     // Some menus are modal: they are looked at, and closed, while they wait.
     QTimer::singleShot(0, &widget, [&name] {
@@ -912,10 +1023,10 @@ void MainWindowTest::TreesHaveTheirMenus()
     editor.Open();
     auto &tree = editor.Find<QTreeWidget>(u"tvwBrowse"_s);
     QCOMPARE(MenuOf(*tree.viewport(), QPoint(5, 50)), u"mnuTreeView"_s);
-    const std::pair<QString, QString> nodes[] = {{u"ins1"_s, u"mnuBrowseEditable"_s},
-                                                 {u"inc2"_s, u"mnuBrowseInclude"_s},
-                                                 {u"rootins"_s, u"mnuTreeView"_s},
-                                                 {u"mac1"_s, u"mnuTreeView"_s}};
+    const std::pair<QString, QString> nodes[] = {
+        {u"ins1"_s, u"mnuBrowseEditable"_s}, {u"inc2"_s, u"mnuBrowseInclude"_s},
+        {u"rootins"_s, u"mnuTreeView"_s},    {u"mac1"_s, u"mnuTreeView"_s},
+        {u"in"_s, u"mnuTreeView"_s},         {QString(), u"mnuTreeView"_s}};
     for (const auto &[key, menu] : nodes) {
         tree.clear();
         auto *item = new QTreeWidgetItem(&tree, {key});
@@ -925,6 +1036,27 @@ void MainWindowTest::TreesHaveTheirMenus()
         // Beside all nodes the current one counts.
         QCOMPARE(MenuOf(*tree.viewport(), QPoint(5, tree.viewport()->height() - 2)), menu);
     }
+}
+
+void MainWindowTest::ContextMenuKey()
+{
+    EditorWindow editor;
+    editor.Open();
+    auto &tree = editor.Find<QTreeWidget>(u"tvwBrowse"_s);
+    for (const QString &key : {u"mac1"_s, u"ins1"_s, u"inc1"_s})
+        (new QTreeWidgetItem(&tree, {key}))->setData(0, Qt::UserRole, key);
+    // The key asks at the place that the control gives for its current item.
+    const auto menu = [](QWidget &control) {
+        const QPoint at = control.inputMethodQuery(Qt::ImCursorRectangle).toRect().center();
+        return MenuOf(control, at, {}, QContextMenuEvent::Keyboard);
+    };
+    tree.setCurrentItem(tree.topLevelItem(1));
+    QCOMPARE(menu(tree), u"mnuBrowseEditable"_s);
+    tree.setCurrentItem(tree.topLevelItem(2));
+    QCOMPARE(menu(tree), u"mnuBrowseInclude"_s);
+    tree.setCurrentItem(tree.topLevelItem(0));
+    QCOMPARE(menu(tree), u"mnuTreeView"_s);
+    QCOMPARE(menu(editor.Text()), u"mnuEdit"_s);
 }
 
 void MainWindowTest::RecentFilesStandInTheMenu()

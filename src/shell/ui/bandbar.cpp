@@ -27,13 +27,12 @@ BandBar::BandBar(QWidget *parent) : QWidget(parent)
     setMouseTracking(true);
 }
 
-int BandBar::AddBand(const QString &key, const QString &caption, QWidget *control)
+int BandBar::AddBand(const QString &key, QWidget *control)
 {
     control->setParent(this);
     control->show();
     Band band;
     band.key = key;
-    band.caption = caption;
     band.control = control;
     m_bands.push_back(band);
     Changed();
@@ -82,6 +81,11 @@ void BandBar::ShowCaptions(bool shown)
     Changed();
 }
 
+QString BandBar::BandCaption(int band) const
+{
+    return m_captions ? m_bands[size_t(band)].key : QString();
+}
+
 QRect BandBar::GripOf(int band) const
 {
     const QRect place = PlaceOf(band);
@@ -97,9 +101,9 @@ int BandBar::GripWidth() const
 
 int BandBar::HeaderWidth(const Band &band) const
 {
-    if (!m_captions || band.caption.isEmpty())
+    if (!m_captions)
         return GripWidth();
-    return GripWidth() + fontMetrics().horizontalAdvance(band.caption) + 2 * CaptionGap;
+    return GripWidth() + fontMetrics().horizontalAdvance(band.key) + 2 * CaptionGap;
 }
 
 int BandBar::MinimumBandWidth(const Band &band) const
@@ -230,10 +234,10 @@ void BandBar::paintEvent(QPaintEvent *)
         for (int dot = -2; dot <= 2; ++dot)
             painter.fillRect(QRect(band.place.left() + GripWidth() / 2 - 1, middle + dot * 4 - 1, 2, 2),
                              dots);
-        if (m_captions && !band.caption.isEmpty()) {
+        if (const QString caption = BandCaption(i); !caption.isEmpty()) {
             const QRect text = GripOf(i).adjusted(GripWidth(), 0, 0, 0);
             painter.setPen(palette().color(QPalette::WindowText));
-            painter.drawText(text, Qt::AlignCenter, band.caption);
+            painter.drawText(text, Qt::AlignCenter, caption);
         }
     }
 }

@@ -19,8 +19,8 @@ class BandBar : public QWidget
 public:
     explicit BandBar(QWidget *parent = nullptr);
 
-    /// @param key the band's name for the program, @param caption its text for the user
-    int AddBand(const QString &key, const QString &caption, QWidget *control);
+    /// @param key the band's name, which is also its caption
+    int AddBand(const QString &key, QWidget *control);
     int BandCount() const { return int(m_bands.size()); }
     const QString &BandKey(int band) const { return m_bands[size_t(band)].key; }
 
@@ -37,6 +37,8 @@ public:
     bool IsAnyBandVisible() const;
     bool AreCaptionsShown() const { return m_captions; }
     void ShowCaptions(bool shown);
+    /// What stands beside the band's grip: its key, or nothing while captions are not shown.
+    QString BandCaption(int band) const;
 
     /// Where the band's grip is, empty for a hidden band.
     QRect GripOf(int band) const;
@@ -64,7 +66,6 @@ protected:
 private:
     struct Band {
         QString key;
-        QString caption;
         QWidget *control = nullptr;
         int width = -1; ///< below 0: the control's own
         bool startsRow = true;

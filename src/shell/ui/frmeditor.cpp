@@ -229,10 +229,10 @@ void frmEditor::BuildBands()
     cmbOpcodes->setObjectName(u"cmbOpcodes"_s);
     cmbOpcodes->setMaximumWidth(fontMetrics().averageCharWidth() * OpcodeComboCharacters);
     BandBar &bands = m_workspace->Bands();
-    bands.AddBand(u"toolbar"_s, u"Toolbar"_s, Toolbar1);
-    bands.AddBand(u"opcodes"_s, u"Opcodes"_s, cmbOpcodes);
-    bands.AddBand(u"player"_s, u"Player"_s, new PlayerPanel(*m_commands));
-    bands.AddBand(u"presets"_s, u"Presets"_s, m_presets);
+    bands.AddBand(u"toolbar"_s, Toolbar1);
+    bands.AddBand(u"opcodes"_s, cmbOpcodes);
+    bands.AddBand(u"player"_s, new PlayerPanel(*m_commands));
+    bands.AddBand(u"presets"_s, m_presets);
     ShowExtensionInTextColour(*Toolbar1);
     ShowExtensionInTextColour(*m_presets);
     connect(m_presets, &PresetBar::Rebuilt, this, [&bands] {
@@ -471,7 +471,12 @@ void frmEditor::ClearRelatedFiles()
 
 bool frmEditor::MainWindowActive() const
 {
-    return isActiveWindow();
+    // Among the program's own windows: it stays so when it is minimized, as presets do, and right after a
+    // dialog has closed, when the desktop has not given it the keyboard yet.
+    const QWidget *active = QApplication::activeWindow();
+    if (!active)
+        active = QApplication::activeModalWidget();
+    return !active || active == this || !active->isVisible();
 }
 
 void frmEditor::MinimizeMainWindow()
@@ -570,7 +575,7 @@ void frmEditor::BrowseMenu(const QPoint &at)
     const QTreeWidgetItem *node = tvwBrowse->itemAt(at);
     if (!node)
         node = tvwBrowse->currentItem();
-    const QString kind = node ? node->data(0, Qt::UserRole).toString().first(3) : QString();
+    const QString kind = node ? node->data(0, Qt::UserRole).toString().left(3) : QString();
     QString menu = u"mnuTreeView"_s;
     if (kind == u"ins"_s)
         menu = u"mnuBrowseEditable"_s;

@@ -40,7 +40,9 @@ int SidePanel::BandHeight(int band) const
     const Band &one = m_bands[size_t(band)];
     if (one.height >= 0)
         return one.height;
-    return one.place.isEmpty() ? height() / BandCount() : one.place.height();
+    // A band that has the panel to itself leaves the others their share when they come back.
+    const bool alone = one.place.height() == height();
+    return one.place.isEmpty() || alone ? height() / BandCount() : one.place.height();
 }
 
 void SidePanel::SetBandHeight(int band, int height)
@@ -70,7 +72,8 @@ void SidePanel::ShowCaptions(bool shown)
 QRect SidePanel::HeaderOf(int band) const
 {
     const QRect place = m_bands[size_t(band)].place;
-    return place.isEmpty() ? QRect() : QRect(place.topLeft(), QSize(place.width(), HeaderHeight()));
+    return place.isEmpty() ? QRect()
+                           : QRect(place.topLeft(), QSize(place.width(), HeaderHeight(place.top())));
 }
 
 QSize SidePanel::sizeHint() const
@@ -78,9 +81,11 @@ QSize SidePanel::sizeHint() const
     return {fontMetrics().averageCharWidth() * 32, 300};
 }
 
-int SidePanel::HeaderHeight() const
+int SidePanel::HeaderHeight(int top) const
 {
-    return m_captions ? fontMetrics().height() + 6 : 7;
+    if (m_captions)
+        return fontMetrics().height() + 6;
+    return top > 0 ? 7 : 0; // a grip for the mouse, which the first band does not need
 }
 
 void SidePanel::Arrange()
@@ -91,13 +96,14 @@ void SidePanel::Arrange()
         if (m_bands[size_t(i)].visible)
             shown.push_back(i);
     }
-    const int header = HeaderHeight();
     int top = 0;
     for (size_t k = 0; k < shown.size(); ++k) {
         Band &band = m_bands[size_t(shown[k])];
         const int behind = int(shown.size() - k) - 1;
+        const int header = HeaderHeight(top);
         const int least = header + LeastControlHeight;
-        const int most = std::max(least, height() - top - behind * least);
+        const int leastBehind = behind * (HeaderHeight(top + least) + LeastControlHeight);
+        const int most = std::max(least, height() - top - leastBehind);
         const int share = (height() - top) / (behind + 1);
         const int extent =
             behind == 0 ? most : std::clamp(band.height < 0 ? share : band.height, least, most);

@@ -33,7 +33,8 @@ public:
     void ShowCaptions(bool shown);
     /// The band's whole place, empty for a hidden band.
     QRect PlaceOf(int band) const { return m_bands[size_t(band)].place; }
-    /// The band's header, empty for a hidden band.
+    /// The band's header: its caption, or a grip. Empty for a hidden band, and for the first one without
+    /// captions.
     QRect HeaderOf(int band) const;
 
     QSize sizeHint() const override;
@@ -55,7 +56,8 @@ private:
         QRect place;
     };
 
-    int HeaderHeight() const;
+    /// Of a band that begins at `top`.
+    int HeaderHeight(int top) const;
     void Arrange();
     /// The band whose header is at the point and can be dragged, -1 for none.
     int DraggableAt(const QPoint &point) const;
