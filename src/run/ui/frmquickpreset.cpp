@@ -10,6 +10,7 @@
 #include "shell/ui/icons.h"
 #include "shell/ui/plaintooltip.h"
 
+#include <algorithm>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -89,7 +90,10 @@ void frmQuickPreset::LayOut()
 {
     const QFontMetrics metrics = fontMetrics();
     lstPreset->setMinimumSize(metrics.averageCharWidth() * ListWidth, metrics.lineSpacing() * ListRows);
-    lblTooltip->setMinimumHeight(metrics.lineSpacing() * TooltipLines);
+    // Its first line stands beside the middle of the image.
+    const int above = std::max(0, (imgBitmap->sizeHint().height() - metrics.height()) / 2);
+    lblTooltip->setContentsMargins(0, above, 0, 0);
+    lblTooltip->setMinimumHeight(metrics.lineSpacing() * TooltipLines + above);
 
     auto *preview = new QHBoxLayout;
     preview->addWidget(imgBitmap, 0, Qt::AlignTop);
