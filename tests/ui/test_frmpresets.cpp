@@ -18,6 +18,7 @@
 #include <QPushButton>
 #include <QTabWidget>
 #include <QToolButton>
+#include <sys/stat.h>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace zelvane;
@@ -195,6 +196,8 @@ private Q_SLOTS:
     void PreviewShowsTheImage();
     void PictureFileThatCannotBeLoadedIsNotSaved();
     void PicturesLoseTheirLightGrey();
+    void WhatIsNoPictureFileIsNotWaitedFor();
+    void UnwritableStoreIsReportedAndTheFieldsStay();
     void CommandsArePicked();
     void FoldersArePicked();
     void BitmapsArePicked();
@@ -889,6 +892,43 @@ void TestFrmPresets::PicturesLoseTheirLightGrey()
     QCOMPARE(large.size(), QSize(32, 32));
     QCOMPARE(large.pixel(8, 8), qRgb(10, 20, 200));
     QCOMPARE(qAlpha(large.pixel(7, 7)), 0);
+}
+
+void TestFrmPresets::WhatIsNoPictureFileIsNotWaitedFor()
+{
+    Editor editor;
+    editor.Open();
+    const QString pipe = editor.context.folder.filePath(u"pipe"_s);
+    QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    for (const QString &path : {pipe, editor.context.folder.path(), u"/dev/zero"_s}) {
+        editor.Field(u"TxtBitmap"_s).setText(path);
+        QVERIFY(editor.Preview().Icon().isNull());
+    }
+}
+
+void TestFrmPresets::UnwritableStoreIsReportedAndTheFieldsStay()
+{
+    Editor editor;
+    editor.Open();
+    editor.TypeName(u"mine"_s);
+    editor.Field(u"txtCommand"_s).setText(u"/bin/mine"_s);
+    // A file stands where the store's folder was.
+    const QString folder = editor.context.folder.path();
+    QVERIFY(QDir(folder).removeRecursively());
+    QFile file(folder);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    editor.context.desktop.ExpectMessage(
+        {.text = u"An error has occurred:\n\nNot a directory (76)\nError source: "_s + folder +
+                 u"/settings\n\nDo you want to report this bug via email?"_s,
+         .icon = BoxIcon::Critical,
+         .buttons = BoxButtons::OkCancel},
+        BoxAnswer::Cancel);
+    editor.Key(Qt::Key_S);
+    QCOMPARE(editor.Name(), u"mine"_s);
+    QCOMPARE(editor.Field(u"txtCommand"_s).text(), u"/bin/mine"_s);
+    QCOMPARE(editor.Rows(), QStringList());
+    QVERIFY(editor.dialog->isVisible());
+    QVERIFY(file.remove());
 }
 
 void TestFrmPresets::CommandsArePicked()

@@ -138,6 +138,7 @@ private Q_SLOTS:
     void FlatButtonsReachNewButtons();
     void OldButtonsGo();
     void OddNamesWork();
+    void BrokenPresetIsReportedAndTheOthersStay();
 };
 
 void PresetBarTest::EmptyStoreHasAnEmptyBar()
@@ -490,6 +491,37 @@ void PresetBarTest::OddNamesWork()
     editor.Button(odd).trigger();
     editor.ExpectRun(u"/bin/qa"_s);
     editor.Row(u"mnuPreset_1"_s).trigger();
+}
+
+void PresetBarTest::BrokenPresetIsReportedAndTheOthersStay()
+{
+    PresetWindow editor;
+    editor.Add(u"one"_s);
+    editor.Add(u"broken"_s, {{u"NewGroup"_s, u"perhaps"_s}});
+    editor.Add(u"two"_s);
+    const MessageBoxRequest report{
+        .text = u"An error has occurred:\n\nType mismatch (13)\nError source: Zelvane\n\nDo you want to "
+                "report this bug via email?"_s,
+        .icon = BoxIcon::Critical,
+        .buttons = BoxButtons::OkCancel};
+    editor.desktop.ExpectMessage(report, BoxAnswer::Cancel);
+    editor.Open();
+    QCOMPARE(editor.Labels(), u"one two"_s);
+    QVERIFY(editor.Bar().updatesEnabled());
+    QCOMPARE(editor.MenuRows()[1], u"&broken\tCtrl+2"_s);
+    // The preset editor mends it, and goes on whatever the bar reports.
+    editor.settings.SaveSetting(u"two"_s, u"NewGroup"_s, u"perhaps"_s);
+    editor.desktop.ExpectMessage(report, BoxAnswer::Cancel);
+    editor.desktop.ExpectMessage(report, BoxAnswer::Cancel);
+    ModalDriver modal;
+    modal.Expect<frmPresets>([](frmPresets &dialog) {
+        QTest::keyClick(&dialog, Qt::Key_I, Qt::ControlModifier);
+        QCOMPARE(dialog.findChild<QComboBox *>(u"cmbPreset"_s)->currentIndex(), 1);
+        dialog.reject();
+    });
+    editor.Row(u"mnuPresetsBox"_s).trigger();
+    QCOMPARE(editor.Labels(), u"one"_s);
+    QCOMPARE(editor.MenuRows()[0], u"&broken\tCtrl+1"_s);
 }
 
 int main(int argc, char **argv)

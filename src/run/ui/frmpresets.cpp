@@ -465,7 +465,7 @@ void frmPresets::BitmapChanged()
 
 bool frmPresets::LoadPicture(const QString &file)
 {
-    const QIcon picture = file.isEmpty() ? QIcon() : FileImage(file);
+    const QIcon picture = FileImage(file);
     imgBitmap->SetIcon(picture);
     return !picture.isNull();
 }

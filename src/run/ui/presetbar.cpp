@@ -53,8 +53,9 @@ void PresetBar::PresetsButtons()
     RemoveButtons();
     if (!presets.isEmpty()) {
         setUpdatesEnabled(false);
+        // A preset that cannot be read is reported, and takes no other one's button away.
         for (const QString &key : presets)
-            AddPresetButton(key);
+            m_commands.Guard([&] { AddPresetButton(key); });
         setUpdatesEnabled(true);
         BuildMenuRows(presets);
         Q_EMIT Rebuilt();

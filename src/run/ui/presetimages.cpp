@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <qdrawutil.h>
 #include <QFile>
+#include <QFileInfo>
 #include <QHash>
 #include <QImageReader>
 #include <QPainter>
@@ -93,6 +94,8 @@ QString PresetImageName(int number)
 
 QIcon FileImage(const QString &path)
 {
+    if (!QFileInfo(path).isFile()) // a pipe would be waited for
+        return {};
     QImageReader reader(path);
     reader.setDecideFormatFromContent(true);
     if (!reader.canRead())
