@@ -477,6 +477,30 @@ private Q_SLOTS:
         QVERIFY(!m_desktop.ClipboardHasText());
     }
 
+    void AskingForTextDoesNotFetchIt()
+    {
+        struct CountedText : QMimeData {
+            int *fetched;
+            QStringList formats() const override { return {u"text/plain"_s}; }
+            bool hasFormat(const QString &format) const override { return formats().contains(format); }
+            QVariant retrieveData(const QString &, QMetaType) const override
+            {
+                ++*fetched;
+                return u"long text of another program"_s;
+            }
+        };
+        int fetched = 0;
+        auto *text = new CountedText;
+        text->fetched = &fetched;
+        QGuiApplication::clipboard()->setMimeData(text);
+        for (int move = 0; move < 10; ++move)
+            QVERIFY(m_desktop.ClipboardHasText());
+        QCOMPARE(fetched, 0);
+        QCOMPARE(m_desktop.ClipboardText(), u"long text of another program"_s);
+        QVERIFY(fetched > 0);
+        QGuiApplication::clipboard()->clear();
+    }
+
     // The shell
 
     void ProgramRunsInItsFolderWithItsParameters()

@@ -1108,6 +1108,12 @@ void TestTextControl::RichClipboardGivesPlainText()
     QApplication::clipboard()->clear();
     text.Paste();
     QCOMPARE(text.Text(), u"[bold text]"_s);
+    auto *nothing = new QMimeData;
+    nothing->setText(u""_s);
+    QApplication::clipboard()->setMimeData(nothing);
+    text.Paste();
+    QCOMPARE(text.Text(), u"[bold text]"_s);
+    QCOMPARE(text.SelectedText(), u"bold"_s);
 }
 
 void TestTextControl::AFailedClipboardKeepsTheText()

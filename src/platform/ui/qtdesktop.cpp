@@ -428,8 +428,10 @@ bool QtDesktop::IsKeyDown(KeyCode key) const
 
 bool QtDesktop::ClipboardHasText() const
 {
+    // The kind alone: this is asked at each move of the caret, and to fetch the text from the program that
+    // holds it may take long.
     const QMimeData *data = QGuiApplication::clipboard()->mimeData();
-    return data && data->hasText() && !data->text().isEmpty();
+    return data && data->hasText();
 }
 
 QString QtDesktop::ClipboardText() const
@@ -440,7 +442,10 @@ QString QtDesktop::ClipboardText() const
 void QtDesktop::SetClipboardText(const QString &text)
 {
     QClipboard *clipboard = QGuiApplication::clipboard();
-    clipboard->setText(text);
+    if (text.isEmpty())
+        clipboard->clear();
+    else
+        clipboard->setText(text);
     if (clipboard->text() != text)
         throw RunTimeError(ErrorNumber::DeviceError, u"Can't open Clipboard"_s, u"Clipboard"_s);
 }

@@ -484,8 +484,10 @@ void TextControl::Cut()
 
 void TextControl::Paste()
 {
-    if (m_desktop.ClipboardHasText())
-        ReplaceSelectionAs(m_desktop.ClipboardText(), UndoKind::Paste);
+    // A clipboard without text must not take the selection away.
+    const QString text = m_desktop.ClipboardText();
+    if (!text.isEmpty())
+        ReplaceSelectionAs(text, UndoKind::Paste);
 }
 
 void TextControl::DeleteSelection()
