@@ -108,6 +108,7 @@ private Q_SLOTS:
     void TreesHaveTheirMenus();
     void ContextMenuKey();
     void RecentFilesStandInTheMenu();
+    void FileMenuOpensWithTheDocumentsState();
     void DroppedFilesOpenTheFirst();
     void HandOverOpensAndClearsTheMailbox();
     void NewInstanceStartsBare();
@@ -1082,6 +1083,45 @@ void MainWindowTest::RecentFilesStandInTheMenu()
     editor.settings.SaveSetting(u"Recent File List"_s, u"4"_s, files[0]);
     editor.Row(u"MRUfolder_4"_s).trigger();
     QCOMPARE(editor.window->Context().document.CurrentFile, files[0]);
+}
+
+void MainWindowTest::FileMenuOpensWithTheDocumentsState()
+{
+    EditorWindow editor;
+    editor.Open();
+    Commands &commands = editor.window->CommandTable();
+    commands.Bind(u"mnuFSO"_s, [](int) {});
+    commands.Bind(u"mnuBackupNow"_s, [](int) {});
+    const auto state = [&] {
+        Q_EMIT editor.Find<QMenu>(u"mnuFile"_s).aboutToShow();
+        QString text;
+        for (const char16_t *row :
+             {u"mnuPlatformItem_0", u"mnuPlatformItem_1", u"mnuPlatformItem_2", u"mnuFSO_0", u"mnuFSO_1",
+              u"mnuFSO_2", u"mnuFSO_3", u"mnuFSO_5", u"mnuBackupNow"})
+            text += editor.Row(QString::fromUtf16(row)).isEnabled() ? u'T' : u'-';
+        return text;
+    };
+    QCOMPARE(state(), u"-TT------"_s);
+    const QString file = editor.WriteFile(u"a.orc"_s, "a\rb\rc");
+    editor.window->Documents().OpenFile(file);
+    QCOMPARE(state(), u"TT-TTTTTT"_s);
+
+    // The export leaves the document, its name and its mark alone.
+    QTest::keyClick(&editor.Text(), Qt::Key_X);
+    const QString caption = editor.window->windowTitle();
+    const QString target = editor.folder.filePath(u"b.orc"_s);
+    editor.desktop.ExpectSaveDialog({.title = u"Export to UNIX format"_s,
+                                     .folder = editor.folder.path(),
+                                     .fileName = file,
+                                     .defaultExtension = u"orc"_s},
+                                    {target, 0});
+    editor.Row(u"mnuPlatformItem_1"_s).trigger();
+    QCOMPARE(ReadTextFile(target), u"xa\nb\nc"_s);
+    QCOMPARE(editor.window->windowTitle(), caption);
+    QVERIFY(editor.window->Context().document.Modified);
+    // A new document keeps the form of the last one that was loaded.
+    editor.window->Documents().NewFile(FileKind::Other, {});
+    QCOMPARE(state(), u"TT-------"_s);
 }
 
 void MainWindowTest::DroppedFilesOpenTheFirst()
