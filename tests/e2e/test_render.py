@@ -155,6 +155,22 @@ def preset_that_saves_first_renders_what_was_typed(stage):
     editor.close(window)
 
 
+def preset_that_minimizes_knows_the_selection(stage):
+    record = prepare(stage)
+    text = stage.store.read_text().replace("[Options]\n", "[Options]\nMinimizeOnPresets=-1\n")
+    stage.store.write_text(text + "\n[Presets]\nSay=\n[Say]\nCommand=$EDITOR$\nArgs=$SEL$\n")
+    piece = stage.home / "words.txt"
+    piece.write_text("chosen\nnot chosen\n")
+    editor = stage.start(piece)
+    window = editor.window(lambda title: str(piece) in title)
+    window.keys("ctrl+Home", "shift+End", "ctrl+3")
+    stage.until(record.exists, lambda: f"the preset's program; the editor said: {editor.output()}")
+    equal(record.read_text().split("\n")[:-2], ["chosen"], "what the program was given")
+    stage.until(lambda: "HIDDEN" in window.state(), "the minimized window")
+    window.activate()
+    editor.close(window)
+
+
 def preset_without_a_program_says_so(stage):
     prepare(stage)
     stage.store.write_text(stage.store.read_text().replace("/usr/bin/csound", "/no/such/csound"))
@@ -177,5 +193,6 @@ main(
     one_step_preset_renders,
     second_action_runs_after_the_first_has_ended,
     preset_that_saves_first_renders_what_was_typed,
+    preset_that_minimizes_knows_the_selection,
     preset_without_a_program_says_so,
 )
