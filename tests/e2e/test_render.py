@@ -171,6 +171,22 @@ def preset_that_minimizes_knows_the_selection(stage):
     editor.close(window)
 
 
+def cancelled_search_shows_in_the_status_line(stage):
+    prepare(stage)
+    stage.store.write_text(stage.store.read_text() + "\n[Presets]\nSay=\n[Say]\nCommand=$EDITOR$\nArgs=$ORCHESTRA$\n")
+    piece = stage.home / "words.txt"
+    piece.write_text("words\n")
+    editor = stage.start(piece)
+    window = editor.window(lambda title: str(piece) in title)
+    window.keys("ctrl+3")
+    editor.dialog(window).keys("Escape")
+    stage.until(window.is_active, "the editor in front again")
+    editor.at_rest()
+    equal(len(editor.titles()), 1, f"the editor's windows: {editor.titles()}")
+    window.screenshot("cancelled-search")
+    editor.close(window)
+
+
 def preset_without_a_program_says_so(stage):
     prepare(stage)
     stage.store.write_text(stage.store.read_text().replace("/usr/bin/csound", "/no/such/csound"))
@@ -194,5 +210,6 @@ main(
     second_action_runs_after_the_first_has_ended,
     preset_that_saves_first_renders_what_was_typed,
     preset_that_minimizes_knows_the_selection,
+    cancelled_search_shows_in_the_status_line,
     preset_without_a_program_says_so,
 )
