@@ -465,15 +465,16 @@ void FrmFindTest::DialogGivesWayToTheHit()
 {
     Searching on(QString(u"one two three four five six seven\n"_s).repeated(12) + u"needle\n"_s);
     frmFind &dialog = on.Show(u"mnuFind"_s);
-    on.Text().SetSelection(0, 0);
-    on.Text().SetSelection(on.Text().Length() - 7, on.Text().Length() - 1);
-    const QRect hit = on.Text().SelectionOnScreen();
-    on.Text().SetSelection(0, 0);
+    const auto place = [&] {
+        return on.Text().RangeOnScreen(on.Text().Length() - 7, on.Text().Length() - 1);
+    };
+    const QRect hit = place();
     dialog.move(hit.center() - QPoint(30, 20));
     QVERIFY(dialog.frameGeometry().intersects(hit));
     on.Find().setEditText(u"needle"_s);
     on.Click(u"bFind"_s);
-    QCOMPARE(on.Text().SelectionOnScreen(), hit);
+    QCOMPARE(place(), hit);
+    QCOMPARE(on.Text().SelectedText(), u"needle"_s);
     QVERIFY(!dialog.frameGeometry().intersects(hit));
     QVERIFY(dialog.screen()->availableGeometry().contains(dialog.frameGeometry()));
 }

@@ -2,6 +2,7 @@
 #include "platform/ui/textcontrol.h"
 
 #include "platform/desktop.h"
+#include "platform/ui/textaccessible.h"
 #include "platform/ui/utf8text.h"
 
 #include <algorithm>
@@ -46,6 +47,7 @@ TextControl::TextControl(Desktop &desktop, QWidget *parent)
       m_desktop(desktop),
       m_map([this](qsizetype start, qsizetype length) { return Bytes(start, length); })
 {
+    TextAccessible::Install();
     setObjectName(u"TxtEdit"_s);
     setAccessibleName(u"Text"_s);
     setFrameShape(QFrame::NoFrame);
@@ -322,6 +324,8 @@ void TextControl::Modified(int position, int type, int length)
     if (type & SC_MOD_BEFOREDELETE) {
         if (user)
             m_caretBeforeEdit = Caret();
+        if (QAccessible::isActive())
+            TextAccessible::TellRemoved(*this, m_map.ToUnits(position), FromUtf8(Bytes(position, length)));
         m_map.Deleting(position, length);
         StyleStack &styles = type & SC_PERFORMED_UNDO ? m_redoStyles : m_undoStyles;
         styles.Push(StyleBytes(position, length));
@@ -329,6 +333,8 @@ void TextControl::Modified(int position, int type, int length)
     }
     if (type & SC_MOD_INSERTTEXT) {
         m_map.Inserted(position, length);
+        if (QAccessible::isActive())
+            TextAccessible::TellInserted(*this, m_map.ToUnits(position), FromUtf8(Bytes(position, length)));
         QByteArray styles;
         if (user) {
             const long before = position > 0 ? Send(SCI_GETSTYLEAT, position - 1) : long(StyleClass::Text);
@@ -507,8 +513,10 @@ void TextControl::Settle()
     const bool selection = std::exchange(m_toldCaret, caret) != caret;
     if (text)
         Q_EMIT textChanged();
-    if (selection)
+    if (selection) {
+        TextAccessible::TellSelection(*this);
         Q_EMIT selectionChanged();
+    }
 }
 
 void TextControl::SnapCaret()

@@ -127,8 +127,10 @@ public:
 
     /// The offset of the character under a point of the screen, -1 when there is none.
     qsizetype OffsetAt(const QPoint &screen) const;
-    /// Where the selection, or its first line, stands on the screen; an empty one is as wide as the caret.
-    QRect SelectionOnScreen() const;
+    /// The offset of the caret: one of the two ends of the selection.
+    qsizetype CaretOffset() const;
+    /// Where a range, or its first line, stands on the screen; an empty one is as wide as the caret.
+    QRect RangeOnScreen(qsizetype start, qsizetype end) const;
     /// The bottom left corner of the caret on the screen.
     QPoint CaretPoint() const;
 

@@ -411,11 +411,16 @@ qsizetype TextControl::OffsetAt(const QPoint &screen) const
     return position < 0 ? -1 : m_map.ToUnits(position);
 }
 
-QRect TextControl::SelectionOnScreen() const
+qsizetype TextControl::CaretOffset() const
 {
-    const long start = Send(SCI_GETSELECTIONSTART);
+    return m_map.ToUnits(Send(SCI_GETCURRENTPOS));
+}
+
+QRect TextControl::RangeOnScreen(qsizetype rangeStart, qsizetype rangeEnd) const
+{
+    const long start = m_map.ToByte(rangeStart);
     const long line = Send(SCI_LINEFROMPOSITION, start);
-    const long end = std::min(Send(SCI_GETSELECTIONEND), Send(SCI_GETLINEENDPOSITION, line));
+    const long end = std::min<long>(m_map.ToByte(rangeEnd), Send(SCI_GETLINEENDPOSITION, line));
     const QPoint topLeft(int(Send(SCI_POINTXFROMPOSITION, 0, start)),
                          int(Send(SCI_POINTYFROMPOSITION, 0, start)));
     // With word wrap the end may stand on a later row, and left of the start.

@@ -244,7 +244,8 @@ void frmFind::ReplaceEverything()
 
 void frmFind::UncoverSelection()
 {
-    const QRect hit = m_text.SelectionOnScreen();
+    const TextSpan selection = m_text.Selection();
+    const QRect hit = m_text.RangeOnScreen(selection.start, selection.end);
     const QRect frame = frameGeometry();
     if (!frame.intersects(hit))
         return;
