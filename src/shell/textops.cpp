@@ -100,10 +100,12 @@ double LeadingNumber(QStringView text)
     return negative ? -number : number;
 }
 
-/// Replaces the selection and leaves the new text selected.
-void ReplaceAndSelect(TextBuffer &text, const QString &replacement)
+/// Replaces the selection by what `change` makes of it, and leaves the new text selected. The old text is let
+/// go before the new one goes in: with a large text that is a fifth of the memory.
+template <typename Change> void ReplaceAndSelect(TextBuffer &text, Change change)
 {
     const qsizetype start = text.Selection().start;
+    const QString replacement = change(text.SelectedText());
     text.ReplaceSelection(replacement);
     text.SetSelection(start, start + replacement.size());
 }
@@ -258,13 +260,13 @@ void CommentSelection(EditorContext &editor)
         editor.text.ReplaceSelection(u";"_s);
         return;
     }
-    ReplaceAndSelect(editor.text,
-                     CommentText(editor.text.SelectedText(), editor.settings.Flag(Keys::CppComments)));
+    const bool blockForm = editor.settings.Flag(Keys::CppComments);
+    ReplaceAndSelect(editor.text, [=](const QString &text) { return CommentText(text, blockForm); });
 }
 
 void UncommentSelection(EditorContext &editor)
 {
-    ReplaceAndSelect(editor.text, UncommentText(editor.text.SelectedText()));
+    ReplaceAndSelect(editor.text, UncommentText);
 }
 
 bool RemoveComments(EditorContext &editor)
@@ -290,14 +292,15 @@ void IndentSelection(EditorContext &editor, bool decrease)
     const QString unit = editor.settings.Flag(Keys::TabInsertSpaces)
                              ? QString(std::max(0, editor.settings.Integer(Keys::TabSpaces)), u' ')
                              : u"\t"_s;
-    const QString lines = text.SelectedText();
-    ReplaceAndSelect(text, decrease ? UnindentText(lines, unit) : IndentText(lines, unit));
+    ReplaceAndSelect(text, [&](const QString &lines) {
+        return decrease ? UnindentText(lines, unit) : IndentText(lines, unit);
+    });
 }
 
 void ChangeCase(EditorContext &editor, CaseChange change)
 {
     SelectAllIfNothing(editor.text);
-    ReplaceAndSelect(editor.text, ChangeCaseOfText(editor.text.SelectedText(), change));
+    ReplaceAndSelect(editor.text, [=](const QString &text) { return ChangeCaseOfText(text, change); });
 }
 
 void GoToLine(EditorContext &editor)

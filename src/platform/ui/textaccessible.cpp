@@ -29,15 +29,12 @@ void TextAccessible::Install()
     QAccessible::installFactory(MakeInterface);
 }
 
-void TextAccessible::TellInserted(TextControl &control, qsizetype offset, const QString &text)
+void TextAccessible::TellReplaced(TextControl &control, qsizetype offset, const QString &gone,
+                                  const QString &come)
 {
-    QAccessibleTextInsertEvent event(&control, int(offset), text);
-    QAccessible::updateAccessibility(&event);
-}
-
-void TextAccessible::TellRemoved(TextControl &control, qsizetype offset, const QString &text)
-{
-    QAccessibleTextRemoveEvent event(&control, int(offset), text);
+    if (!QAccessible::isActive())
+        return;
+    QAccessibleTextUpdateEvent event(&control, int(offset), gone, come);
     QAccessible::updateAccessibility(&event);
 }
 

@@ -23,9 +23,10 @@ public:
     /// below it has registered its own.
     static void Install();
 
-    // To be told by the control; nothing happens when no screen reader listens.
-    static void TellInserted(TextControl &control, qsizetype offset, const QString &text);
-    static void TellRemoved(TextControl &control, qsizetype offset, const QString &text);
+    // Told by the control; nothing happens when no screen reader listens. The widget below tells of edits
+    // that Scintilla makes by itself.
+    static void TellReplaced(TextControl &control, qsizetype offset, const QString &gone,
+                             const QString &come);
     static void TellSelection(TextControl &control);
 
     void *interface_cast(QAccessible::InterfaceType type) override;

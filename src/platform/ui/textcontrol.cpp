@@ -195,15 +195,30 @@ void TextControl::ReplaceBytes(qsizetype start, qsizetype end, const QByteArray 
 {
     if (start == end && utf8.isEmpty())
         return;
-    if (m_commandDepth > 0 && !m_commandGroup) {
+    const bool newStep = !m_commandGroup;
+    if (m_commandDepth > 0 && newStep) {
         m_commandGroup = true;
         Send(SCI_BEGINUNDOACTION);
     }
-    const QScopedValueRollback kindOfStep(m_kind, kind);
+    const QString gone = QAccessible::isActive() ? FromUtf8(Bytes(start, end - start)) : QString();
+    m_caretBeforeEdit = Caret();
+    if (start < end)
+        TextGoes(start, end - start, m_undoStyles);
+    // Told of it, the widget would make two copies of what goes and two of what comes.
+    const long mask = Send(SCI_GETMODEVENTMASK);
+    Send(SCI_SETMODEVENTMASK, 0);
     Send(SCI_BEGINUNDOACTION);
     Send(SCI_SETTARGETRANGE, start, end);
     SendBytes(SCI_REPLACETARGET, utf8.size(), utf8.constData());
     Send(SCI_ENDUNDOACTION);
+    Send(SCI_SETMODEVENTMASK, mask);
+    if (!utf8.isEmpty()) {
+        m_map.Inserted(start, utf8.size());
+        TakeClassBefore(start, utf8.size());
+    }
+    if (QAccessible::isActive())
+        TextAccessible::TellReplaced(*this, m_map.ToUnits(start), gone, FromUtf8(utf8));
+    EditedByUser(newStep, kind);
     Send(SCI_CHOOSECARETX);
 }
 
@@ -313,48 +328,53 @@ void TextControl::ScrollToLine(qsizetype line)
 
 // Undo
 
+void TextControl::TextGoes(qsizetype position, qsizetype length, StyleStack &styles)
+{
+    m_map.Deleting(position, length);
+    KeepStyles(position, length, styles);
+}
+
+void TextControl::TakeClassBefore(qsizetype position, qsizetype length)
+{
+    const auto before =
+        StyleClass(position > 0 ? Send(SCI_GETSTYLEAT, position - 1) : long(StyleClass::Text));
+    if (before != StyleClass::Text)
+        PaintRun({position, position + length, before});
+}
+
+void TextControl::EditedByUser(bool newStep, UndoKind kind)
+{
+    m_textDirty = true;
+    m_redoStyles.Clear();
+    if (newStep)
+        m_steps.Push({kind, m_commandGroup ? m_caretBeforeCommand : m_caretBeforeEdit, {}});
+    m_stepOpen = true;
+}
+
 void TextControl::Modified(int position, int type, int length)
 {
     const bool user = type & SC_PERFORMED_USER;
-    if (type & SC_MOD_BEFOREINSERT) {
+    const bool undo = type & SC_PERFORMED_UNDO;
+    if (type & (SC_MOD_BEFOREINSERT | SC_MOD_BEFOREDELETE)) {
         if (user)
             m_caretBeforeEdit = Caret();
-        return;
-    }
-    if (type & SC_MOD_BEFOREDELETE) {
-        if (user)
-            m_caretBeforeEdit = Caret();
-        if (QAccessible::isActive())
-            TextAccessible::TellRemoved(*this, m_map.ToUnits(position), FromUtf8(Bytes(position, length)));
-        m_map.Deleting(position, length);
-        StyleStack &styles = type & SC_PERFORMED_UNDO ? m_redoStyles : m_undoStyles;
-        styles.Push(StyleBytes(position, length));
+        if (type & SC_MOD_BEFOREDELETE)
+            TextGoes(position, length, undo ? m_redoStyles : m_undoStyles);
         return;
     }
     if (type & SC_MOD_INSERTTEXT) {
         m_map.Inserted(position, length);
-        if (QAccessible::isActive())
-            TextAccessible::TellInserted(*this, m_map.ToUnits(position), FromUtf8(Bytes(position, length)));
-        QByteArray styles;
-        if (user) {
-            const long before = position > 0 ? Send(SCI_GETSTYLEAT, position - 1) : long(StyleClass::Text);
-            if (before != long(StyleClass::Text))
-                styles = QByteArray(length, char(before));
-        } else {
-            styles = (type & SC_PERFORMED_UNDO ? m_undoStyles : m_redoStyles).Pop(length);
-        }
-        if (!styles.isEmpty())
+        if (user)
+            TakeClassBefore(position, length);
+        else if (const QByteArray styles = (undo ? m_undoStyles : m_redoStyles).Pop(length);
+                 !styles.isEmpty())
             ApplyStyleBytes(position, styles);
     }
     m_textDirty = true;
     if (user) {
-        m_redoStyles.Clear();
-        if (type & SC_STARTACTION) {
-            m_steps.Push({m_kind, m_commandGroup ? m_caretBeforeCommand : m_caretBeforeEdit, {}});
-        }
-        m_stepOpen = true;
+        EditedByUser(type & SC_STARTACTION, m_kind);
     } else if (type & SC_LASTSTEPINUNDOREDO) {
-        if (type & SC_PERFORMED_UNDO)
+        if (undo)
             m_steps.Undone();
         else
             m_steps.Redone();

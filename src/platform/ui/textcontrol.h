@@ -175,7 +175,11 @@ private:
     long SendBytes(unsigned message, qint64 wParam, const char *bytes) const;
     /// The bytes [start, start + length) inside the control; good until the next message.
     QByteArrayView Bytes(qsizetype start, qsizetype length) const;
+    /// Calls `cells(first, count)` for the style bytes of each piece of a stretch; they stand at every second
+    /// place.
+    template <typename Cells> void ReadStyles(qsizetype start, qsizetype length, Cells cells) const;
     QByteArray StyleBytes(qsizetype start, qsizetype length) const;
+    void KeepStyles(qsizetype start, qsizetype length, StyleStack &stack) const;
     /// Runs in the order given; where they follow each other closely inside the range, as a block of bytes.
     void PaintRuns(const ByteRun &range, const StyleRuns &runs);
     void PaintChain(std::vector<ByteRun> &chain);
@@ -188,6 +192,11 @@ private:
     void ReplaceBytes(qsizetype start, qsizetype end, const QByteArray &utf8, UndoKind kind);
     void ReplaceSelectionAs(const QString &text, UndoKind kind);
     void Modified(int position, int type, int length);
+    /// Text that is about to go: its offsets are forgotten, its styles kept.
+    void TextGoes(qsizetype position, qsizetype length, StyleStack &styles);
+    /// New text takes the class of the character before it.
+    void TakeClassBefore(qsizetype position, qsizetype length);
+    void EditedByUser(bool newStep, UndoKind kind);
     /// Tells what an event or a call has changed. Signals leave from here only.
     void Settle();
     /// Keeps the caret out of the middle of a character that Scintilla takes for stray bytes.

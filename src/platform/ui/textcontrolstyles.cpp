@@ -23,18 +23,45 @@ constexpr size_t ManyRuns = 256;
 
 } // namespace
 
-QByteArray TextControl::StyleBytes(qsizetype start, qsizetype length) const
+template <typename Cells> void TextControl::ReadStyles(qsizetype start, qsizetype length, Cells cells) const
 {
-    QByteArray styles(length, Qt::Uninitialized);
-    QByteArray cells(2 * std::min(length, StyleChunk) + 2, Qt::Uninitialized);
+    QByteArray chunk(2 * std::min(length, StyleChunk) + 2, Qt::Uninitialized);
     for (qsizetype done = 0; done < length;) {
         const qsizetype step = std::min(length - done, StyleChunk);
-        SendScintilla(SCI_GETSTYLEDTEXT, long(start + done), long(start + done + step), cells.data());
-        for (qsizetype i = 0; i < step; ++i)
-            styles[done + i] = cells[2 * i + 1];
+        SendScintilla(SCI_GETSTYLEDTEXT, long(start + done), long(start + done + step), chunk.data());
+        cells(chunk.constData() + 1, step);
         done += step;
     }
+}
+
+QByteArray TextControl::StyleBytes(qsizetype start, qsizetype length) const
+{
+    if (m_plain)
+        return QByteArray(length, char(StyleClass::Text));
+    QByteArray styles(length, Qt::Uninitialized);
+    char *to = styles.data();
+    ReadStyles(start, length, [&to](const char *cells, qsizetype count) {
+        for (qsizetype i = 0; i < count; ++i)
+            *to++ = cells[2 * i];
+    });
     return styles;
+}
+
+void TextControl::KeepStyles(qsizetype start, qsizetype length, StyleStack &stack) const
+{
+    stack.Begin();
+    if (m_plain) {
+        stack.Add(length, char(StyleClass::Text));
+        return;
+    }
+    ReadStyles(start, length, [&stack](const char *cells, qsizetype count) {
+        for (qsizetype i = 0; i < count;) {
+            const qsizetype first = i;
+            while (++i < count && cells[2 * i] == cells[2 * first]) {
+            }
+            stack.Add(i - first, cells[2 * first]);
+        }
+    });
 }
 
 void TextControl::ApplyStyleBytes(qsizetype start, const QByteArray &styles)

@@ -45,16 +45,17 @@ const UndoStep *UndoSteps::NextRedo() const
     return m_done < m_steps.size() ? &m_steps[m_done] : nullptr;
 }
 
-void StyleStack::Push(const QByteArray &styles)
+void StyleStack::Begin()
 {
     m_stretches.push_back(m_runs.size());
-    for (qsizetype start = 0; start < styles.size();) {
-        qsizetype end = start + 1;
-        while (end < styles.size() && styles[end] == styles[start])
-            ++end;
-        m_runs.push_back({end - start, styles[start]});
-        start = end;
-    }
+}
+
+void StyleStack::Add(qsizetype count, char style)
+{
+    if (m_runs.size() > m_stretches.back() && m_runs.back().style == style)
+        m_runs.back().length += count;
+    else
+        m_runs.push_back({count, style});
 }
 
 QByteArray StyleStack::Pop(qsizetype length)

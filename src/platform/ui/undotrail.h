@@ -52,7 +52,10 @@ private:
 class StyleStack
 {
 public:
-    void Push(const QByteArray &styles);
+    /// Puts a new stretch on top, empty yet.
+    void Begin();
+    /// Lengthens the top stretch by so many bytes of one style.
+    void Add(qsizetype count, char style);
     /// Takes the top stretch; empty when its length is another one.
     QByteArray Pop(qsizetype length);
     void Clear();
