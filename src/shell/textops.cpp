@@ -20,10 +20,9 @@ QString PutBeforeLines(QStringView text, QStringView mark)
 {
     TextWriter result(text.size() + mark.size() * (1 + text.count(u'\n')));
     result.Put(mark);
-    const QChar *const last = text.end() - 1;
-    for (const QChar *c = text.begin(); c != text.end(); ++c) {
-        result.Put(*c);
-        if (*c == u'\n' && c != last)
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        result.Put(text[i]);
+        if (text[i] == u'\n' && i + 1 < text.size())
             result.Put(mark);
     }
     return result.Take();
