@@ -619,11 +619,11 @@ bool frmPresets::eventFilter(QObject *watched, QEvent *event)
 
 void frmPresets::BrowseCommand(QLineEdit &field)
 {
-    const QString command = UnquoteFile(ExpandStaticMacros(field.text(), m_context));
-    const FileDialogAnswer answer =
-        m_context.editor.desktop.OpenFileDialog({.title = u"Select a command"_s,
-                                                 .filters = {{u"Executables"_s, u"*.exe"_s}},
-                                                 .folder = FindExecutable(command)});
+    QString program = FindExecutable(UnquoteFile(ExpandStaticMacros(field.text(), m_context)));
+    if (program.isEmpty())
+        program = FindExecutable(m_context.tools.Csound); // others are likely to be beside it
+    const FileDialogAnswer answer = m_context.editor.desktop.OpenFileDialog(
+        {.title = u"Select a command"_s, .filters = {{u"Executables"_s, u"*.exe"_s}}, .folder = program});
     if (!answer.path.isEmpty())
         field.setText(answer.path);
 }
