@@ -155,7 +155,7 @@ def terminal_shows_the_messages(stage):
 
     stage.until(terminals, "the terminal's window")
     terminal = Window(stage, int(terminals()[0]))
-    equal(stage.output("xdotool", "getwindowpid", terminal.number).strip() != str(editor.pid), True, "its own process")
+    check(stage.output("xdotool", "getwindowpid", terminal.number).strip() != str(editor.pid), "a process of its own")
 
     # Csound has ended, and its messages stand there: many lines of ink.
     def ink():

@@ -341,7 +341,7 @@ void TestFrmPresets::OpensEmptyWithoutPresets()
     QCOMPARE(editor.List(u"cmb2ndWindow"_s).currentIndex(), 1);
     QVERIFY(!editor.Field(u"txt2ndCommand"_s).isEnabled());
     QVERIFY(editor.Preview().Icon().isNull());
-    // What is told about the command stands at its label, also when the field tells about its file.
+    // The hint about the command stands at its label, also when the field speaks of its file.
     QCOMPARE(editor.Field(u"txtCommand"_s).toolTip(), QString());
     for (const QLabel *label : editor.dialog->findChildren<QLabel *>()) {
         if (label->buddy() == &editor.Field(u"txtCommand"_s))
