@@ -4,7 +4,7 @@
 namespace zelvane
 {
 
-std::vector<TextSpan> CollectBlockComments(QStringView text)
+std::vector<TextSpan> ParseCommentRanges(QStringView text)
 {
     std::vector<TextSpan> comments;
     qsizetype from = 0;

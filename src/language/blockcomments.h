@@ -13,6 +13,6 @@ namespace zelvane
 /// 0. A closing mark is looked for from the opening mark itself, so "/*/" is a whole comment, and the search
 /// goes on from the closing mark, so the slash of one comment's end can begin the next. An opening mark
 /// without a partner ends the list.
-std::vector<TextSpan> CollectBlockComments(QStringView text);
+std::vector<TextSpan> ParseCommentRanges(QStringView text);
 
 } // namespace zelvane

@@ -58,7 +58,7 @@ TEST(TextOps, IsCommentedGivesWhatItsWalkGives)
     auto texts = CommentTexts();
     for (int i = 0; i < Rounds; ++i) {
         const QString text = texts.Next();
-        const auto comments = CollectBlockComments(text);
+        const auto comments = ParseCommentRanges(text);
         for (qsizetype pos = 0; pos <= text.size(); ++pos)
             ASSERT_EQ(IsCommented(text, pos, comments), oracle::InComment(text, pos))
                 << testing::PrintToString(text) << " at " << pos;
@@ -122,7 +122,7 @@ TEST_F(TextCommands, SelectLineGoesToTheNextLine)
 TEST_F(TextCommands, IsCommentedIsStrict)
 {
     const QString line = u"a /*b*/ c"_s;
-    const auto comments = CollectBlockComments(line);
+    const auto comments = ParseCommentRanges(line);
     EXPECT_FALSE(IsCommented(line, 2, comments));
     EXPECT_TRUE(IsCommented(line, 3, comments));
     EXPECT_TRUE(IsCommented(line, 6, comments));
@@ -139,7 +139,7 @@ TEST_F(TextCommands, IsCommentedWalksOverTheLineOnly)
     EXPECT_TRUE(IsCommented(u"a;b", 3, {})) << "the end of the text";
     EXPECT_FALSE(IsCommented(u";a\rb", 3, {}));
     const QString open = u"a /* b"_s;
-    EXPECT_FALSE(IsCommented(open, 5, CollectBlockComments(open))) << "nothing closes it";
+    EXPECT_FALSE(IsCommented(open, 5, ParseCommentRanges(open))) << "nothing closes it";
 }
 
 TEST_F(TextCommands, CommentWithNothingSelectedStaysAtTheCaret)
