@@ -62,8 +62,8 @@ bool OpcodeSet::Place(const std::vector<Key> &keys)
     for (const std::size_t bucket : order) {
         constexpr quint64 tries = 10000;
         std::size_t placed = 0;
-        for (quint64 salt = 0; salt < tries && placed < members[bucket].size(); ++salt) {
-            m_salts[bucket] = salt;
+        for (quint64 i = 0; i < tries && placed < members[bucket].size(); ++i) {
+            const quint64 salt = m_salts[bucket] = 0xC2B2AE3D27D4EB4Fu * (2 * i + 1);
             for (placed = 0; placed < members[bucket].size(); ++placed) {
                 Key &slot = m_slots[Slot(Hash(members[bucket][placed]), salt)];
                 if (slot != Key())

@@ -87,7 +87,7 @@ private:
     }
     quint64 Slot(quint64 hash, quint64 salt) const
     {
-        return ((hash ^ hash >> 32) + salt) * 0xC2B2AE3D27D4EB4Fu >> 40 & m_slotMask;
+        return (hash ^ hash >> 32) * salt >> 40 & m_slotMask;
     }
     bool Place(const std::vector<Key> &keys);
 

@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 /// The opcode walk, the opcode lookup and the three scans as plain loops over a string that counts from 1,
 /// one select and one apply for each token. Slow and obvious; nothing but tests uses them.
