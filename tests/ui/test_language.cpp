@@ -173,9 +173,11 @@ private Q_SLOTS:
         QCOMPARE(on.combo.currentText(), u"ou"_s);
         QCOMPARE(on.combo.view()->currentIndex().data().toString(), u"Outs"_s);
         QTest::keyClick(on.combo.view(), Qt::Key_Backspace);
+        QCOMPARE(on.combo.currentText(), u"o"_s);
         QTest::keyClick(on.combo.view(), Qt::Key_Return);
-        QCOMPARE(on.text.SelectedText(), u""_s);
         QCOMPARE(on.text.text, u"oone two\n"_s);
+        QCOMPARE(on.text.SelectedText(), u"o"_s);
+        QCOMPARE(on.focused, 1);
     }
 
     void TheWindowColoursAnewOnRequest()

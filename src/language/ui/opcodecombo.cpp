@@ -125,12 +125,26 @@ void OpcodeCombo::keyPressEvent(QKeyEvent *event)
         QComboBox::keyPressEvent(event);
 }
 
+void OpcodeCombo::showPopup()
+{
+    QComboBox::showPopup();
+    if (currentIndex() < 0)
+        view()->setCurrentIndex({}); // nothing is chosen yet: the first arrow key goes to the first name
+}
+
 bool OpcodeCombo::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == lineEdit() && event->type() == QEvent::MouseButtonRelease) {
         // A drag selects text in the field, a click drops the list. The field is let finish first.
         if (static_cast<QMouseEvent *>(event)->button() == Qt::LeftButton && !lineEdit()->hasSelectedText())
             QMetaObject::invokeMethod(this, &OpcodeCombo::showPopup, Qt::QueuedConnection);
+    } else if (watched == view() && event->type() == QEvent::ShortcutOverride) {
+        // The list's own filter would take the marked name for Enter here already.
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+            event->accept();
+            return true;
+        }
     } else if (watched == view() && event->type() == QEvent::KeyPress) {
         if (PopupKey(static_cast<QKeyEvent *>(event)))
             return true;

@@ -27,6 +27,7 @@ public:
     /// failure too: the list then keeps what it has. Nothing happens while it is running already.
     void LoadOpcodeCombo();
 
+    void showPopup() override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 protected:
