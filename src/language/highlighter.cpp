@@ -5,6 +5,8 @@
 #include "shell/editorcontext.h"
 #include "shell/errorreport.h"
 
+#include <new>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace zelvane
@@ -87,23 +89,25 @@ template <typename Work> bool Highlighter::Colour(Work work)
 {
     m_editor.document.Loading = true;
     m_view.SetBusy(true);
-    bool done = false;
-    try {
-        work(m_editor.text.Text());
-        done = true;
-        m_view.SetBusy(false);
-    } catch (const RunTimeError &error) {
-        // Kept: a failed pass does not put the window back in order; whoever asked for it does.
+    // Kept: a failed pass does not put the window back in order; whoever asked for it does.
+    const auto fail = [this](const RunTimeError &error) {
         m_view.SetBusy(false);
         m_view.HideText();
         ReportError(m_editor.desktop, error);
+        return false;
+    };
+    try {
+        work(m_editor.text.Text());
+    } catch (const RunTimeError &error) {
+        return fail(error);
+    } catch (const std::bad_alloc &) {
+        return fail(RunTimeError(ErrorNumber::OutOfMemory, u"Out of memory"_s));
     }
-    if (done) {
-        m_editor.text.EmptyUndoBuffer();
-        m_view.FocusText();
-        m_editor.document.Loading = false;
-    }
-    return done;
+    m_view.SetBusy(false);
+    m_editor.text.EmptyUndoBuffer();
+    m_view.FocusText();
+    m_editor.document.Loading = false;
+    return true;
 }
 
 } // namespace zelvane

@@ -23,7 +23,7 @@ public:
     Highlighter(EditorContext &editor, DocumentView &view, const OpcodeList &opcodes);
 
     /// Colours the whole document by its kind, if the setting `SyntaxHighlight` is on, and empties the undo
-    /// buffer in any case. @throws RunTimeError when the setting cannot be read
+    /// buffer in any case. A setting that cannot be read is reported.
     void performSyntaxHighlight();
 
     /// Gives [start, end) the class Text and colours what the scan of `mode` finds; empties the undo buffer
