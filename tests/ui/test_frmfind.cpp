@@ -30,6 +30,7 @@ struct Searching : EditorWindow {
         Open();
         static_cast<void>(QTest::qWaitForWindowActive(window.get()));
         Text().LoadText(text);
+        window->Context().document.Modified = false;
     }
 
     frmFind *Dialog() { return window->findChild<frmFind *>(); }
@@ -448,7 +449,8 @@ void FrmFindTest::ClosingSavesThePlace()
     QCOMPARE(FromTwips(on.settings.Number(Keys::FindY), dpi), 140);
     QCOMPARE(on.Show(u"mnuReplace"_s).pos(), QPoint(120, 140));
     on.Dialog()->move(60, 70);
-    on.window.reset(); // the window goes, and the dialog with it
+    on.window->close();
+    QVERIFY(!on.Dialog() || !on.Dialog()->isVisible());
     QCOMPARE(FromTwips(on.settings.Number(Keys::FindX), dpi), 60);
 }
 

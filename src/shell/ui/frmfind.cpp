@@ -67,11 +67,6 @@ frmFind::frmFind(EditorContext &editor, TextControl &text, Commands &commands, b
     m_commands.Guard([this] { Load(); });
 }
 
-frmFind::~frmFind()
-{
-    SavePlace();
-}
-
 void frmFind::BuildControls()
 {
     txtFind->setEditable(true);
@@ -276,8 +271,6 @@ void frmFind::done(int result)
 
 void frmFind::SavePlace()
 {
-    if (std::exchange(m_placeSaved, true))
-        return;
     m_commands.Guard([this] {
         m_editor.settings.SaveNumber(Keys::FindX, ToTwips(x(), logicalDpiX()));
         m_editor.settings.SaveNumber(Keys::FindY, ToTwips(y(), logicalDpiX()));

@@ -28,7 +28,6 @@ class frmFind : public QDialog
 public:
     /// @param commands reports failures @param replace the mode it opens in
     frmFind(EditorContext &editor, TextControl &text, Commands &commands, bool replace, QWidget *parent);
-    ~frmFind() override;
 
     /// Shows or hides what only Replace needs.
     void SetFindMode(bool replace);
@@ -58,7 +57,6 @@ private:
     TextControl &m_text;
     Commands &m_commands;
     bool m_replaceMode = false;
-    bool m_placeSaved = false;
 
     QLabel *lblFind;
     QComboBox *txtFind;

@@ -8,7 +8,9 @@
 #include "shell/ui/commands.h"
 #include "shell/ui/frmfind.h"
 
+#include <QEvent>
 #include <QScopeGuard>
+#include <QWidget>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -34,6 +36,16 @@ TextCommands::TextCommands(EditorContext &editor, TextControl &text, DocumentLif
     commands.Bind(u"mnuFind"_s, [this](int) { ShowFind(false); });
     commands.Bind(u"mnuReplace"_s, [this](int) { ShowFind(true); });
     commands.Bind(u"mnuFindAgain"_s, [this](int) { FindAgain(m_editor); });
+    window->installEventFilter(this);
+}
+
+bool TextCommands::eventFilter(QObject *watched, QEvent *event)
+{
+    // The window has been closed, and is not only minimized: the dialog closes in its own way, saving its
+    // place.
+    if (watched == m_window && event->type() == QEvent::Hide && !event->spontaneous() && m_find)
+        m_find->close();
+    return QObject::eventFilter(watched, event);
 }
 
 void TextCommands::Bind(const QString &name, std::function<void(int index)> work)

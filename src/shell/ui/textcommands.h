@@ -27,6 +27,8 @@ public:
     TextCommands(EditorContext &editor, TextControl &text, DocumentLifecycle &documents, DocumentView &view,
                  Commands &commands, QWidget *window);
 
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     void Bind(const QString &name, std::function<void(int index)> work);
     void RemoveCommentsQuietly();
