@@ -32,6 +32,11 @@ bool Before(const QString &left, const QString &right)
     return order != 0 ? order < 0 : left < right;
 }
 
+QString InitialText()
+{
+    return u"Opcodes (press Enter to insert)"_s;
+}
+
 } // namespace
 
 OpcodeCombo::OpcodeCombo(EditorContext &editor, const QString &folder, std::function<void()> focusText,
@@ -46,7 +51,7 @@ OpcodeCombo::OpcodeCombo(EditorContext &editor, const QString &folder, std::func
     setMaxVisibleItems(24);
     setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     setMinimumContentsLength(16);
-    setEditText(u"Opcodes (press Enter to insert)"_s);
+    setEditText(InitialText());
     lineEdit()->setCursorPosition(0);
     lineEdit()->installEventFilter(this);
     view()->installEventFilter(this);
@@ -130,6 +135,8 @@ void OpcodeCombo::showPopup()
     QComboBox::showPopup();
     if (currentIndex() < 0)
         view()->setCurrentIndex({}); // nothing is chosen yet: the first arrow key goes to the first name
+    if (currentText() == InitialText())
+        lineEdit()->selectAll(); // what is typed takes its place
 }
 
 bool OpcodeCombo::eventFilter(QObject *watched, QEvent *event)
