@@ -189,6 +189,16 @@ TEST_F(TextCommands, RemoveCommentsOfTheWholeText)
     EXPECT_EQ(status.shown, (QStringList{u"Removing comments..."_s, QString()}));
 }
 
+TEST_F(TextCommands, RemoveCommentsIsQuietAndSaysWhetherItRemoved)
+{
+    text.SetText(u"a ; b"_s);
+    document.Loading = false;
+    EXPECT_TRUE(RemoveComments(editor));
+    EXPECT_FALSE(document.Loading);
+    EXPECT_FALSE(RemoveComments(editor));
+    EXPECT_FALSE(document.Loading);
+}
+
 TEST_F(TextCommands, RemoveCommentsOfASelection)
 {
     Set(u";a\n;b\n;c"_s, 3, 6);

@@ -75,6 +75,11 @@ TEST(Reformatter, ATabWidthBelowOneIsRefused)
     }
 }
 
+TEST(Reformatter, ATextTooLargeForTheEditorIsRefused)
+{
+    EXPECT_THROW(Reformat(A::OneTabToMultipleSpaces, u"\t\t\t", 1'000'000'000), RunTimeError);
+}
+
 TEST(Reformatter, TrailingBlanksBehindAShortenedLineStay)
 {
     EXPECT_EQ(Formatted(A::RemoveTrailing, u"a    \nb \nc\n"_s), u"a\nb \nc\n"_s);
