@@ -71,12 +71,17 @@ TEST(FlagTable, ShippedTable)
               (FlagRow{u"-+O"_s, {}, u"suppress all console text output for better realtime performance"_s}));
     EXPECT_EQ(rows[55], (FlagRow{u"-+S"_s, u"num"_s,
                                  u"enable DirectSound secondary buffer audio out (num is optional)"_s}));
-    const QStringList types{u""_s, u"fnam"_s, u"dnam"_s, u"N"_s, u"num"_s, u"unam"_s, u"0"_s};
-    for (const FlagRow &row : rows) {
-        EXPECT_TRUE(types.contains(row.type)) << row.type.toStdString();
-        EXPECT_TRUE(row.flag.startsWith(u'-'));
+    // All flags and the types of their values, in the order of the list.
+    const QString expected = u"-U unam|-C|-I|-n|-i fnam|-o fnam|-b N|-B N|-A|-W|-J|-h|-c|-a|-8|-u|-s|-l|-f|"
+                             "-r N|-k N|-K|-v|-m N|-d|-g|-G|-x fnam|-t N|-t 0|-L dnam|-M dnam|-F fnam|-R|"
+                             "-H#|-N|-T|-D|-z|-Z|-- fnam|-+j num|-+J num|-+K num|-+q num|-+p num|-+O|-+e|"
+                             "-+y|-+Q num|-+Y|-+*|-+/ fnam|-+X num|-+C num|-+S num"_s;
+    QStringList flags;
+    for (const FlagRow &row : rows)
+        flags.append(row.type.isEmpty() ? row.flag : row.flag + u' ' + row.type);
+    EXPECT_EQ(flags.join(u'|'), expected);
+    for (const FlagRow &row : rows)
         EXPECT_FALSE(row.description.isEmpty());
-    }
 }
 
 TEST(FlagTable, ShippedTableIsTheFile)

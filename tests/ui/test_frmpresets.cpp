@@ -9,6 +9,7 @@
 #include "support/testcontext.h"
 #include "support/uitest.h"
 
+#include <algorithm>
 #include <memory>
 #include <QCheckBox>
 #include <QComboBox>
@@ -341,12 +342,16 @@ void TestFrmPresets::OpensEmptyWithoutPresets()
     QCOMPARE(editor.List(u"cmb2ndWindow"_s).currentIndex(), 1);
     QVERIFY(!editor.Field(u"txt2ndCommand"_s).isEnabled());
     QVERIFY(editor.Preview().Icon().isNull());
-    // The hint about the command stands at its label, also when the field speaks of its file.
-    QCOMPARE(editor.Field(u"txtCommand"_s).toolTip(), QString());
-    for (const QLabel *label : editor.dialog->findChildren<QLabel *>()) {
-        if (label->buddy() == &editor.Field(u"txtCommand"_s))
-            QCOMPARE(label->toolTip(), u"Executable or document. Macros allowed."_s);
-    }
+    // The hint about the command: at the field until it names a file, and always at its label.
+    const QString hint = u"Executable or document. Macros allowed."_s;
+    QCOMPARE(editor.Field(u"txtCommand"_s).toolTip(), hint);
+    const auto labels = editor.dialog->findChildren<QLabel *>();
+    QCOMPARE(std::count_if(labels.begin(), labels.end(),
+                           [&](const QLabel *label) {
+                               return label->buddy() == &editor.Field(u"txtCommand"_s) &&
+                                      label->toolTip() == hint;
+                           }),
+             1);
     // None of the tools does anything.
     for (const Qt::Key key : {Qt::Key_S, Qt::Key_D, Qt::Key_U, Qt::Key_I})
         editor.Key(key);
@@ -566,6 +571,13 @@ void TestFrmPresets::NewClearsEverything()
     editor.TypeName(u"next"_s);
     editor.Key(Qt::Key_S);
     QCOMPARE(editor.Stored(u"next"_s, u"Image"_s), u"(absent)"_s);
+    // No preset is chosen any more: the first one can be reached by the arrow key.
+    editor.Key(Qt::Key_N);
+    QCOMPARE(editor.List(u"cmbPreset"_s).currentIndex(), -1);
+    editor.List(u"cmbPreset"_s).setFocus();
+    editor.Key(Qt::Key_Down, {});
+    QCOMPARE(editor.Name(), u"full"_s);
+    QCOMPARE(editor.Field(u"txtArgs"_s).text(), u"-W -o $WAVE$"_s);
 }
 
 void TestFrmPresets::DeleteAsksAndGoesToTheFirst()

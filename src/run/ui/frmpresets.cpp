@@ -144,6 +144,7 @@ frmPresets::frmPresets(const RunContext &context, QWidget *parent)
     LayOut();
     Connect();
     ShowFields({});
+    m_secondAction->setEnabled(false);
     Guard([this] { LoadLists(); });
     cmbPreset->setFocus();
 }
@@ -433,7 +434,10 @@ void frmPresets::ShowFields(const PresetFields &fields)
     for (QLineEdit *field : {txtCommand, txtArgs, txtFolder, txt2ndCommand, txt2ndArgs, txt2ndFolder, txtName,
                              txtTooltip, TxtBitmap})
         field->setCursorPosition(0);
-    ShowCommandFacts();
+    // The same command as before is no change, but its file may be another one by now. Without a command the
+    // hint stays that the field has had from the start.
+    if (!record.Command.isEmpty())
+        ShowCommandFacts();
     // Last: on the way here the changed fields have shown their own idea of the image.
     m_imageNumber = fields.imageNumber;
     if (m_imageNumber != 0)
@@ -499,6 +503,7 @@ void frmPresets::RunTool(const QString &key)
 
 void frmPresets::NewPreset()
 {
+    cmbPreset->setCurrentIndex(-1); // the arrow keys begin at the first preset again
     cmbPreset->clearEditText();
     ShowFields({});
 }
