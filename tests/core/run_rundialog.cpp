@@ -189,4 +189,26 @@ TEST_F(RunDialog, HistoryHoldsTwelve)
     EXPECT_EQ(context.settings.GetSetting(u"Recent Command Lines"_s, u"12"_s), u"-2"_s);
 }
 
+TEST_F(RunDialog, HistoryTakesAnEmptyLineInFrontOnly)
+{
+    const auto history = [this] {
+        QStringList lines;
+        for (int i = 1; i <= 4; ++i)
+            lines.append(
+                context.settings.GetSetting(u"Recent Command Lines"_s, QString::number(i), u"(absent)"_s));
+        return lines;
+    };
+    const auto runWith = [this](const QString &flags) {
+        RunDialogFields fields{.flags = flags};
+        context.desktop.ExpectShellRun(
+            {.file = u"/opt/one/csound"_s, .parameters = flags + u"  "_s, .showState = 1});
+        EXPECT_TRUE(RunCsound(fields, run));
+    };
+    runWith(u"-d"_s);
+    runWith({});
+    EXPECT_EQ(history(), (QStringList{{}, u"-d"_s, u"(absent)"_s, u"(absent)"_s}));
+    runWith(u"-D"_s); // another flag than "-d"
+    EXPECT_EQ(history(), (QStringList{u"-D"_s, u"-d"_s, u"(absent)"_s, u"(absent)"_s}));
+}
+
 } // namespace zelvane::test

@@ -412,6 +412,16 @@ void PresetBarTest::PopupOutsideTheButtons()
     QVERIFY(menu);
     QCOMPARE(menu->objectName(), u"mnuPresets"_s);
 
+    // The line before a group is no button either.
+    PresetWindow grouped;
+    grouped.Add(u"Render"_s, {{u"NewGroup"_s, u"1"_s}});
+    grouped.Open();
+    QAction *line = grouped.Bar().actions().constFirst();
+    QVERIFY(line->isSeparator());
+    menu = grouped.PopupAt(grouped.Bar().actionGeometry(line).center());
+    QVERIFY(menu);
+    QCOMPARE(menu->objectName(), u"mnuPresets"_s);
+
     PresetWindow empty;
     empty.Open();
     menu = empty.PopupAt(QPoint(5, 5));
