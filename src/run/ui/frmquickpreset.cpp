@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "run/ui/frmquickpreset.h"
 
+#include "platform/ui/digitkey.h"
 #include "run/presetbar.h"
 #include "run/presetrun.h"
 #include "run/quickpreset.h"
@@ -159,10 +160,9 @@ void frmQuickPreset::keyPressEvent(QKeyEvent *event)
 {
     const bool ctrl = event->modifiers() & Qt::ControlModifier;
     const bool alt = event->modifiers() & Qt::AltModifier;
-    const bool keypad = event->modifiers() & Qt::KeypadModifier;
     const int key = event->key();
-    if (!keypad && key >= Qt::Key_0 && key <= Qt::Key_9) {
-        if (const int row = PresetRowOfDigit(key - Qt::Key_0, ctrl, alt); row >= 0) {
+    if (const int digit = DigitKey(*event); digit >= 0) {
+        if (const int row = PresetRowOfDigit(digit, ctrl, alt); row >= 0) {
             if (!event->isAutoRepeat())
                 RunRow(row, false, false);
             return;

@@ -6,6 +6,7 @@
 #include "platform/executables.h"
 #include "platform/parameters.h"
 #include "platform/programfolder.h"
+#include "platform/ui/digitkey.h"
 #include "platform/ui/raisewindow.h"
 #include "platform/ui/textcontrol.h"
 #include "player/ui/playerpanel.h"
@@ -540,9 +541,8 @@ bool frmEditor::KeyPressed(const QKeyEvent &event)
         m_commands->Run(u"mnuFontSize"_s, event.key() == Qt::Key_Plus ? 0 : 1);
         return true;
     }
-    if (keypad || event.key() < Qt::Key_0 || event.key() > Qt::Key_9)
-        return false;
-    const int row = PresetRowOfDigit(event.key() - Qt::Key_0, ctrl, alt);
+    const int digit = DigitKey(event);
+    const int row = digit < 0 ? -1 : PresetRowOfDigit(digit, ctrl, alt);
     if (row < 0)
         return false;
     // A key that is held down repeats; the preset runs once.
