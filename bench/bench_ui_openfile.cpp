@@ -9,8 +9,8 @@
 #include "platform/ui/qtdesktop.h"
 #include "platform/ui/textcontrol.h"
 #include "shell/lineends.h"
-#include "shell/ui/frmeditor.h"
 #include "uibench.h"
+#include "window/ui/frmeditor.h"
 
 #include <benchmark/benchmark.h>
 #include <cstring>

@@ -14,7 +14,7 @@
 #include "shell/splitpath.h"
 #include "shell/startup.h"
 #include "shell/ui/formsplash.h"
-#include "shell/ui/frmeditor.h"
+#include "window/ui/frmeditor.h"
 
 #include <clocale>
 #include <csignal>

@@ -4,8 +4,8 @@
 #include "platform/textfile.h"
 #include "platform/ui/textcontrol.h"
 #include "shell/lineends.h"
-#include "shell/ui/frmeditor.h"
 #include "support/scripteddesktop.h"
+#include "window/ui/frmeditor.h"
 
 #include <QDirIterator>
 #include <QTemporaryDir>

@@ -3,9 +3,9 @@
 #include "shell/ui/menutable.h"
 #include "shell/ui/sidepanel.h"
 #include "shell/ui/splitter.h"
-#include "shell/ui/windowlayout.h"
 #include "support/editorwindow.h"
 #include "support/uitest.h"
+#include "window/ui/windowlayout.h"
 
 #include <QComboBox>
 #include <QDialog>

@@ -3,9 +3,9 @@
 #include "platform/ui/endrequest.h"
 #include "shell/ui/bandbar.h"
 #include "shell/ui/sidepanel.h"
-#include "shell/ui/workspace.h"
 #include "support/editorwindow.h"
 #include "support/uitest.h"
+#include "window/ui/workspace.h"
 
 #include <csignal>
 #include <QComboBox>

@@ -3,7 +3,7 @@
 
 #include "platform/ui/textcontrol.h"
 #include "shell/ui/commands.h"
-#include "shell/ui/windowlayout.h"
+#include "window/ui/windowlayout.h"
 
 #include <QCheckBox>
 #include <QComboBox>

@@ -4,8 +4,8 @@
 #include "platform/ui/textcontrol.h"
 #include "shell/settings.h"
 #include "shell/ui/commands.h"
-#include "shell/ui/frmeditor.h"
 #include "support/scripteddesktop.h"
+#include "window/ui/frmeditor.h"
 
 #include <memory>
 #include <QMenu>

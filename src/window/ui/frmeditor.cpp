@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "shell/ui/frmeditor.h"
+#include "window/ui/frmeditor.h"
 
 #include "language/ui/languagecommands.h"
 #include "language/ui/opcodecombo.h"
@@ -31,10 +31,10 @@
 #include "shell/ui/statusbar.h"
 #include "shell/ui/textcommands.h"
 #include "shell/ui/toolbutton.h"
-#include "shell/ui/viewcommands.h"
-#include "shell/ui/windowlayout.h"
-#include "shell/ui/workspace.h"
 #include "texttools/ui/texttoolscommands.h"
+#include "window/ui/viewcommands.h"
+#include "window/ui/windowlayout.h"
+#include "window/ui/workspace.h"
 
 #include <QApplication>
 #include <QCloseEvent>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "shell/ui/workspace.h"
+#include "window/ui/workspace.h"
 
 #include "shell/ui/bandbar.h"
 #include "shell/ui/sidepanel.h"

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "shell/ui/viewcommands.h"
+#include "window/ui/viewcommands.h"
 
 #include "shell/ui/bandbar.h"
 #include "shell/ui/commands.h"
 #include "shell/ui/sidepanel.h"
-#include "shell/ui/workspace.h"
+#include "window/ui/workspace.h"
 
 using namespace Qt::Literals::StringLiterals;
 

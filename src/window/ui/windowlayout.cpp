@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "shell/ui/windowlayout.h"
+#include "window/ui/windowlayout.h"
 
 #include "shell/ui/bandbar.h"
 #include "shell/ui/commands.h"
 #include "shell/ui/sidepanel.h"
-#include "shell/ui/workspace.h"
+#include "window/ui/workspace.h"
 
 #include <algorithm>
 #include <cmath>
