@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ui/frmfind.h"
 
+#include "shell/ui/screenplace.h"
 #include "support/editorwindow.h"
 #include "support/uitest.h"
-#include "window/ui/windowlayout.h"
 
 #include <QCheckBox>
 #include <QComboBox>

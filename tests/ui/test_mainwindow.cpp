@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ui/bandbar.h"
 #include "shell/ui/menutable.h"
+#include "shell/ui/screenplace.h"
 #include "shell/ui/sidepanel.h"
 #include "shell/ui/splitter.h"
 #include "support/editorwindow.h"
 #include "support/uitest.h"
-#include "window/ui/windowlayout.h"
 
 #include <QComboBox>
 #include <QDialog>

@@ -3,7 +3,7 @@
 
 #include "platform/ui/textcontrol.h"
 #include "shell/ui/commands.h"
-#include "window/ui/windowlayout.h"
+#include "shell/ui/screenplace.h"
 
 #include <QCheckBox>
 #include <QComboBox>

@@ -3,15 +3,17 @@
 
 #include "shell/ui/bandbar.h"
 #include "shell/ui/commands.h"
+#include "shell/ui/screenplace.h"
 #include "shell/ui/sidepanel.h"
 #include "window/ui/workspace.h"
 
 #include <algorithm>
-#include <cmath>
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QMainWindow>
+#include <QRect>
 #include <QScreen>
+#include <vector>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -21,50 +23,10 @@ namespace zelvane
 namespace
 {
 
-constexpr double TwipsPerInch = 1440;
-constexpr int Maximized = 2;  ///< of the key `Window`
-constexpr int GrabWidth = 64; ///< as much of a window's upper edge has to be on a screen
-constexpr int GrabHeight = 24;
+constexpr int Maximized = 2;         ///< of the key `Window`
 constexpr QSize LeastSize(240, 160); ///< a smaller stored window would not show what it is
 
-/// Sizes and places beyond this are nonsense, and would overflow pixel arithmetic.
-constexpr double MostTwips = 1e7;
-
 } // namespace
-
-double ToTwips(int pixels, int dotsPerInch)
-{
-    return double(float(pixels * TwipsPerInch / dotsPerInch));
-}
-
-int FromTwips(double twips, int dotsPerInch)
-{
-    return int(std::lround(std::clamp(twips, -MostTwips, MostTwips) * dotsPerInch / TwipsPerInch));
-}
-
-QRect OnScreen(const QRect &place, const std::vector<QRect> &screens)
-{
-    if (screens.empty())
-        return place;
-    const QRect handle(place.topLeft(), QSize(place.width(), GrabHeight));
-    const QRect *nearest = nullptr;
-    qint64 least = 0;
-    for (const QRect &screen : screens) {
-        const QRect seen = screen & handle;
-        if (seen.width() >= std::min(GrabWidth, place.width()) && seen.height() >= GrabHeight)
-            return place;
-        const QPoint away = screen.center() - place.center();
-        const qint64 distance = qint64(away.x()) * away.x() + qint64(away.y()) * away.y();
-        if (!nearest || distance < least) {
-            nearest = &screen;
-            least = distance;
-        }
-    }
-    QRect moved(place.topLeft(), place.size().boundedTo(nearest->size()));
-    moved.moveLeft(std::clamp(moved.left(), nearest->left(), nearest->right() + 1 - moved.width()));
-    moved.moveTop(std::clamp(moved.top(), nearest->top(), nearest->bottom() + 1 - moved.height()));
-    return moved;
-}
 
 WindowLayout::WindowLayout(QMainWindow &window, Workspace &workspace, Commands &commands,
                            SettingsStore &settings, Hooks hooks)

@@ -4,8 +4,7 @@
 #include "shell/settings.h"
 
 #include <functional>
-#include <QRect>
-#include <vector>
+#include <QSize>
 
 class QMainWindow;
 
@@ -14,14 +13,6 @@ namespace zelvane
 
 class Commands;
 class Workspace;
-
-/// One twip is 1/1440 inch: the unit of the stored window geometry.
-double ToTwips(int pixels, int dotsPerInch);
-int FromTwips(double twips, int dotsPerInch);
-
-/// A window place that can be reached: the place itself where enough of it is on a screen, else moved, and
-/// cut if need be, into the nearest one. @param screens the usable areas of the screens
-QRect OnScreen(const QRect &place, const std::vector<QRect> &screens);
 
 /// The layout of the main window in the settings store: read once when the window is made, written when it is
 /// closed, both in a fixed order. A hidden band's width is kept like any other's.

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/ui/screenplace.h"
+
+#include <algorithm>
+#include <cmath>
+#include <QPoint>
+#include <QSize>
+#include <QtGlobal>
+
+namespace zelvane
+{
+
+namespace
+{
+
+constexpr double TwipsPerInch = 1440;
+constexpr int GrabWidth = 64; ///< as much of a window's upper edge has to be on a screen, pixels
+
+} // namespace
+
+double ToTwips(int pixels, int dotsPerInch)
+{
+    return double(float(pixels * TwipsPerInch / dotsPerInch));
+}
+
+int FromTwips(double twips, int dotsPerInch)
+{
+    return int(std::lround(std::clamp(twips, -MostTwips, MostTwips) * dotsPerInch / TwipsPerInch));
+}
+
+QRect OnScreen(const QRect &place, const std::vector<QRect> &screens)
+{
+    if (screens.empty())
+        return place;
+    const QRect handle(place.topLeft(), QSize(place.width(), GrabHeight));
+    const QRect *nearest = nullptr;
+    qint64 least = 0;
+    for (const QRect &screen : screens) {
+        const QRect seen = screen & handle;
+        if (seen.width() >= std::min(GrabWidth, place.width()) && seen.height() >= GrabHeight)
+            return place;
+        const QPoint away = screen.center() - place.center();
+        const qint64 distance = qint64(away.x()) * away.x() + qint64(away.y()) * away.y();
+        if (!nearest || distance < least) {
+            nearest = &screen;
+            least = distance;
+        }
+    }
+    QRect moved(place.topLeft(), place.size().boundedTo(nearest->size()));
+    moved.moveLeft(std::clamp(moved.left(), nearest->left(), nearest->right() + 1 - moved.width()));
+    moved.moveTop(std::clamp(moved.top(), nearest->top(), nearest->bottom() + 1 - moved.height()));
+    return moved;
+}
+
+} // namespace zelvane
