@@ -9,10 +9,9 @@ import shutil
 import sys
 from pathlib import Path
 
-ROOT = Path(__file__).resolve().parent.parent
-sys.path.insert(0, str(ROOT / "tests" / "e2e"))
+from display import Failure, Sound, Stage, check, rendered
 
-from support.stage import Failure, Sound, Stage, check, rendered  # noqa: E402
+ROOT = Path(__file__).resolve().parent.parent
 
 SETTINGS = """[Options]
 Used=2
