@@ -125,7 +125,7 @@ void StartWithMail(SettingsStore &settings, Desktop &desktop)
     settings.DeleteSetting(QString::fromUtf16(Sections::Options), Keys::Open.name);
     desktop.ShellRun({.verb = u"open"_s,
                       .file = QCoreApplication::applicationFilePath(),
-                      .parameters = SplitPath(PathPart::Quoted, Unquoted(mail))});
+                      .parameters = SplitPath(PathPart::Quoted, DropOuterQuotes(mail))});
 }
 
 int RunEditor(Application &application, const CommandLine &command, const QByteArray &token)

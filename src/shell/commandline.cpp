@@ -52,7 +52,7 @@ CommandLine::CommandLine(const QStringList &arguments)
     // first, and the one behind them.
     const auto cut = [&](QStringView letters) {
         const qsizetype start = searched.indexOf(letters);
-        return Unquoted((m_text.first(start) + m_text.sliced(start + 3)).trimmed());
+        return DropOuterQuotes((m_text.first(start) + m_text.sliced(start + 3)).trimmed());
     };
     if (searched.contains(u"/p "_s)) {
         m_form = StartForm::QuickPreset;

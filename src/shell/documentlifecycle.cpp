@@ -82,7 +82,7 @@ QString Trimmed(const QString &path)
 
 void DocumentLifecycle::OpenFile(const QString &quotedName, OpenOrigin origin)
 {
-    const QString name = Unquoted(quotedName);
+    const QString name = DropOuterQuotes(quotedName);
     if (name.isEmpty() || !MayReplaceBy(name))
         return;
     bool loaded = false;
@@ -230,7 +230,7 @@ void DocumentLifecycle::NewFile(FileKind kind, const QString &name)
 
 void DocumentLifecycle::InsertFile(const QString &quotedName)
 {
-    const QString name = Unquoted(quotedName);
+    const QString name = DropOuterQuotes(quotedName);
     if (name.isEmpty())
         return;
     const QString inserted = ReadTextFile(name);

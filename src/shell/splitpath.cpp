@@ -73,7 +73,7 @@ QString BareExtension(const QString &path)
     return point >= 0 ? name.sliced(point + 1) : QString();
 }
 
-QString Unquoted(const QString &name)
+QString DropOuterQuotes(const QString &name)
 {
     QStringView inner = name;
     if (inner.startsWith(u'"'))

@@ -27,7 +27,8 @@ QString BareFileName(const QString &path);
 /// The text after the last "." of the bare file name, empty when there is none; the disk is not looked at.
 QString BareExtension(const QString &path);
 
-/// Removes one leading and one trailing double quote, each if present.
-QString Unquoted(const QString &name);
+/// Removes one leading and one trailing double quote, each if present: what a person may have typed around a
+/// name, where UnquoteFile undoes QuoteFile.
+QString DropOuterQuotes(const QString &name);
 
 } // namespace zelvane
