@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "language/highlighter.h"
 #include "shell/settingskeys.h"
-#include "support/errorbox.h"
+#include "support/boxes.h"
 #include "support/recordingview.h"
 #include "support/testcontext.h"
 

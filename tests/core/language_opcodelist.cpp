@@ -3,7 +3,7 @@
 #include "language/opcodeset.h"
 #include "oracle/scanoracle.h"
 #include "platform/textfile.h"
-#include "support/errorbox.h"
+#include "support/boxes.h"
 #include "support/randomtext.h"
 #include "support/testcontext.h"
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/runtimeerror.h"
 #include "shell/exporttext.h"
+#include "support/boxes.h"
 #include "support/lifecyclefixture.h"
 
 #include <QCoreApplication>
@@ -14,17 +15,12 @@ namespace
 {
 
 using Lifecycle = test::LifecycleFixture;
+using test::OpenRequest;
+using test::SaveChanges;
 
 const QString Skeleton =
     u"<CsoundSynthesizer>\n<CsOptions>\n\n</CsOptions>\n<CsInstruments>\n\n</CsInstruments>\n"
     "<CsScore>\n\n</CsScore>\n</CsoundSynthesizer>"_s;
-
-MessageBoxRequest SaveChanges(const QString &name)
-{
-    return {.text = u"Save changes to "_s + name + u"?"_s,
-            .icon = BoxIcon::Warning,
-            .buttons = BoxButtons::YesNoCancel};
-}
 
 /// The description that writing this file fails with.
 QString WriteFailure(const QString &name)
@@ -45,15 +41,6 @@ MessageBoxRequest UnableToSave(const QString &name)
 
 /// The Save dialog of an unnamed text document.
 const FileDialogRequest SaveUntitled{.filters = {{u"All files"_s, u"*.*"_s}}};
-
-/// The Open dialog of a store without settings.
-const FileDialogRequest OpenRequest{.filters = {{u"All Csound types"_s, u"*.orc;*.sco;*.csd"_s},
-                                                {u"Orchestra files"_s, u"*.orc"_s},
-                                                {u"Score files"_s, u"*.sco"_s},
-                                                {u"Unified Format files"_s, u"*.csd"_s},
-                                                {u"Text files"_s, u"*.txt"_s},
-                                                {u"C/C++"_s, u"*.cpp;*.c;*.h"_s},
-                                                {u"All files"_s, u"*.*"_s}}};
 
 TEST_F(Lifecycle, ANewDocumentIsUntitledAndClean)
 {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/runtimeerror.h"
+#include "support/boxes.h"
 #include "support/lifecyclefixture.h"
 
 #include <new>
@@ -20,17 +21,11 @@ namespace
 {
 
 using OpenFile = test::LifecycleFixture;
+using test::SaveChanges;
 
 MessageBoxRequest UnableToOpen(const QString &name, const QString &description)
 {
     return {.text = u"Unable to open "_s + name + u".\n\n"_s + description, .icon = BoxIcon::Warning};
-}
-
-MessageBoxRequest SaveChanges(const QString &name)
-{
-    return {.text = u"Save changes to "_s + name + u"?"_s,
-            .icon = BoxIcon::Warning,
-            .buttons = BoxButtons::YesNoCancel};
 }
 
 MessageBoxRequest LoadLastSaved(const QString &name)

@@ -73,12 +73,12 @@ TEST(SplitPath, BareNameAndExtensionDoNotLookAtTheDisk)
     EXPECT_EQ(BareExtension({}), u""_s);
 }
 
-TEST(SplitPath, UnquotedRemovesOneQuoteAtEachEnd)
+TEST(SplitPath, DropOuterQuotesRemovesOneAtEachEnd)
 {
-    EXPECT_EQ(Unquoted(u"\"/a b\""_s), u"/a b"_s);
-    EXPECT_EQ(Unquoted(u"\"/a b"_s), u"/a b"_s);
-    EXPECT_EQ(Unquoted(u"/a b\""_s), u"/a b"_s);
-    EXPECT_EQ(Unquoted(u"\"\"x\"\""_s), u"\"x\""_s);
-    EXPECT_EQ(Unquoted(u"\""_s), u""_s);
-    EXPECT_EQ(Unquoted({}), u""_s);
+    EXPECT_EQ(DropOuterQuotes(u"\"/a b\""_s), u"/a b"_s);
+    EXPECT_EQ(DropOuterQuotes(u"\"/a b"_s), u"/a b"_s);
+    EXPECT_EQ(DropOuterQuotes(u"/a b\""_s), u"/a b"_s);
+    EXPECT_EQ(DropOuterQuotes(u"\"\"x\"\""_s), u"\"x\""_s);
+    EXPECT_EQ(DropOuterQuotes(u"\""_s), u""_s);
+    EXPECT_EQ(DropOuterQuotes({}), u""_s);
 }

@@ -30,11 +30,6 @@ namespace
 
 using Fields = std::vector<std::pair<QString, QString>>;
 
-QImage Picture(const QIcon &icon)
-{
-    return icon.pixmap(QSize(16, 16)).toImage().convertToFormat(QImage::Format_ARGB32);
-}
-
 /// The preset editor over a store of its own and a scripted desktop. The program /opt/csound is the tool path
 /// of Csound.
 class Editor

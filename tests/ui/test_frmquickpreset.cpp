@@ -21,11 +21,6 @@ using namespace zelvane::test;
 namespace
 {
 
-QImage Picture(const QIcon &icon)
-{
-    return icon.pixmap(QSize(16, 16)).toImage().convertToFormat(QImage::Format_ARGB32);
-}
-
 /// The chooser as a program of its own, on a document in a folder of its own.
 class Chooser
 {

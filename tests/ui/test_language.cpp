@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "language/ui/opcodecombo.h"
+#include "support/boxes.h"
 #include "support/editorwindow.h"
-#include "support/errorbox.h"
 #include "support/testcontext.h"
 #include "support/uitest.h"
 

@@ -22,11 +22,6 @@ using namespace zelvane::test;
 namespace
 {
 
-QImage Picture(const QIcon &icon)
-{
-    return icon.pixmap(QSize(16, 16)).toImage().convertToFormat(QImage::Format_ARGB32);
-}
-
 /// An editor with presets named by the caller.
 class PresetWindow : public EditorWindow
 {

@@ -3,6 +3,7 @@
 #include "platform/ui/endrequest.h"
 #include "shell/ui/bandbar.h"
 #include "shell/ui/sidepanel.h"
+#include "support/boxes.h"
 #include "support/editorwindow.h"
 #include "support/uitest.h"
 #include "window/ui/workspace.h"
@@ -45,14 +46,6 @@ public:
     }
 };
 
-const FileDialogRequest OpenRequest{.filters = {{u"All Csound types"_s, u"*.orc;*.sco;*.csd"_s},
-                                                {u"Orchestra files"_s, u"*.orc"_s},
-                                                {u"Score files"_s, u"*.sco"_s},
-                                                {u"Unified Format files"_s, u"*.csd"_s},
-                                                {u"Text files"_s, u"*.txt"_s},
-                                                {u"C/C++"_s, u"*.cpp;*.c;*.h"_s},
-                                                {u"All files"_s, u"*.*"_s}}};
-
 MessageBoxRequest Report(const QString &error)
 {
     return {.text =
@@ -61,19 +54,7 @@ MessageBoxRequest Report(const QString &error)
             .buttons = BoxButtons::OkCancel};
 }
 
-MessageBoxRequest SaveChanges(const QString &name)
-{
-    return {.text = u"Save changes to "_s + name + u'?',
-            .icon = BoxIcon::Warning,
-            .buttons = BoxButtons::YesNoCancel};
-}
-
 const QString Mismatch = u"Type mismatch (13)\nError source: Zelvane"_s;
-
-bool Eventually(const std::function<bool()> &condition)
-{
-    return QTest::qWaitFor(condition, 5000);
-}
 
 } // namespace
 

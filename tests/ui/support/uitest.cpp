@@ -57,6 +57,16 @@ OwnFolders::OwnFolders()
     std::setlocale(LC_NUMERIC, "C");
 }
 
+bool Eventually(const std::function<bool()> &condition)
+{
+    return QTest::qWaitFor(condition, 5000);
+}
+
+QImage Picture(const QIcon &icon)
+{
+    return icon.pixmap(QSize(16, 16)).toImage().convertToFormat(QImage::Format_ARGB32);
+}
+
 int WithScriptedFailures(int result)
 {
     if (!::testing::UnitTest::GetInstance()->ad_hoc_test_result().Failed())

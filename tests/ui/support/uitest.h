@@ -3,6 +3,8 @@
 
 #include <functional>
 #include <QApplication>
+#include <QIcon>
+#include <QImage>
 #include <QPointer>
 #include <QTemporaryDir>
 #include <QTest>
@@ -39,6 +41,12 @@ public:
 private:
     QTemporaryDir m_home;
 };
+
+/// Waits, with events handled, until the condition holds. @return false when it has not in five seconds
+bool Eventually(const std::function<bool()> &condition);
+
+/// What a button of 16 pixels shows.
+QImage Picture(const QIcon &icon);
 
 /// 1 when an expectation of the scripted desktop failed outside QtTest's own count, else `result`.
 int WithScriptedFailures(int result);

@@ -1,0 +1,152 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The toolbar.
+
+#include "shell/ui/bandbar.h"
+#include "support/editorwindow.h"
+#include "support/uitest.h"
+
+#include <QLabel>
+#include <QSlider>
+#include <QToolBar>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace zelvane;
+using namespace zelvane::test;
+
+namespace
+{
+
+constexpr const char16_t *Keys21[] = {
+    u"new",   u"open",   u"save",    u"cut",       u"copy", u"paste",    u"comment",
+    u"find",  u"undo",   u"redo",    u"back",      u"next", u"fontsize", u"orchestra",
+    u"score", u"browse", u"related", u"runcsound", u"code", u"slider",   u"cshelp",
+};
+
+QAction *Button(EditorWindow &editor, const QString &key)
+{
+    return &editor.Find<QAction>(u"Toolbar1_"_s + key);
+}
+
+} // namespace
+
+class ToolbarTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void ToolbarHasItsButtons();
+    void FiveButtonsDropDownTwoCommands();
+    void ToolbarLabels();
+    void ButtonsFollowTheirRows();
+    void SaveButtonAndCaptionFollowTheText();
+};
+
+void ToolbarTest::ToolbarHasItsButtons()
+{
+    EditorWindow editor;
+    editor.Open();
+    QStringList keys;
+    for (const QAction *action : editor.Find<QToolBar>(u"Toolbar1"_s).actions()) {
+        if (action->isSeparator())
+            continue;
+        keys.append(action->property("key").toString());
+        QVERIFY2(!action->icon().isNull(), qPrintable(action->objectName()));
+        QVERIFY2(!action->toolTip().isEmpty(), qPrintable(action->objectName()));
+    }
+    QStringList expected;
+    for (const char16_t *key : Keys21)
+        expected.append(QString::fromUtf16(key));
+    QCOMPARE(keys, expected);
+    for (const QString &key : {u"play"_s, u"pause"_s, u"stop"_s, u"loop"_s})
+        QVERIFY(!editor.Find<QAction>(u"tbPlayer_"_s + key).icon().isNull());
+    QVERIFY(!editor.Find<QSlider>(u"SliderTime"_s).isEnabled());
+    QCOMPARE(editor.Find<QLabel>(u"lblPos"_s).toolTip(), u"Elapsed Time"_s);
+}
+
+void ToolbarTest::FiveButtonsDropDownTwoCommands()
+{
+    EditorWindow editor;
+    editor.Open();
+    QStringList found;
+    for (const QAction *action : editor.Find<QToolBar>(u"Toolbar1"_s).actions()) {
+        if (!action->menu())
+            continue;
+        QStringList captions;
+        for (const QAction *entry : action->menu()->actions())
+            captions.append(entry->text());
+        found.append(action->property("key").toString() + u": "_s + captions.join(u'/'));
+    }
+    QCOMPARE(found, QStringList({u"comment: Comment/Uncomment"_s, u"find: Find.../Replace..."_s,
+                                 u"fontsize: Increase font size/Decrease font size"_s,
+                                 u"code: Code Repository.../Add to Code Repository..."_s,
+                                 u"slider: i statement gui.../Instrument Properties..."_s}));
+    const double before = editor.Text().CurrentFont().points;
+    editor.Find<QAction>(u"Toolbar1_fontsize_menu_1"_s).trigger();
+    QVERIFY(editor.Text().CurrentFont().points < before);
+    Button(editor, u"fontsize"_s)->trigger();
+    QCOMPARE(editor.Text().CurrentFont().points, before);
+}
+
+void ToolbarTest::ToolbarLabels()
+{
+    EditorWindow editor;
+    editor.Open();
+    auto &toolbar = editor.Find<QToolBar>(u"Toolbar1"_s);
+    const int before = editor.Find<BandBar>(u"CoolBar1"_s).height();
+    QCOMPARE(toolbar.toolButtonStyle(), Qt::ToolButtonIconOnly);
+    editor.Row(u"mnuLabels_0"_s).trigger();
+    QVERIFY(editor.Row(u"mnuLabels_0"_s).isChecked());
+    QCOMPARE(toolbar.toolButtonStyle(), Qt::ToolButtonTextUnderIcon);
+    QVERIFY(Eventually([&] { return editor.Find<BandBar>(u"CoolBar1"_s).height() > before; }));
+    editor.Row(u"mnuLabels_0"_s).trigger();
+    QVERIFY(!editor.Row(u"mnuLabels_0"_s).isChecked());
+    QVERIFY(Eventually([&] { return editor.Find<BandBar>(u"CoolBar1"_s).height() == before; }));
+}
+
+void ToolbarTest::ButtonsFollowTheirRows()
+{
+    EditorWindow editor;
+    Commands &commands = editor.Open().CommandTable();
+    QVERIFY(!Button(editor, u"orchestra"_s)->isEnabled());
+    int runs = 0;
+    commands.Bind(u"mnuOrchestra"_s, [&](int) { ++runs; });
+    QVERIFY(!Button(editor, u"orchestra"_s)->isEnabled());
+    commands.SetEnabled(u"mnuOrchestra"_s, 0, true);
+    QVERIFY(Button(editor, u"orchestra"_s)->isEnabled());
+    Button(editor, u"orchestra"_s)->trigger();
+    QCOMPARE(runs, 1);
+    QVERIFY(Button(editor, u"browse"_s)->isChecked());
+    Button(editor, u"browse"_s)->trigger();
+    QVERIFY(!Button(editor, u"browse"_s)->isChecked());
+    QVERIFY(!editor.Row(u"mnuBrowse"_s).isChecked());
+    editor.Row(u"mnuBrowse"_s).trigger();
+    QVERIFY(Button(editor, u"browse"_s)->isChecked());
+}
+
+void ToolbarTest::SaveButtonAndCaptionFollowTheText()
+{
+    EditorWindow editor;
+    frmEditor &window = editor.Open();
+    QCOMPARE(window.windowTitle(), u"Zelvane - Untitled ()"_s);
+    QVERIFY(!Button(editor, u"save"_s)->isEnabled());
+    QVERIFY(editor.Row(u"mnuSave"_s).isEnabled());
+    QTest::keyClick(&editor.Text(), Qt::Key_A);
+    QCOMPARE(window.windowTitle(), u"Zelvane - Untitled* ()"_s);
+    QVERIFY(Button(editor, u"save"_s)->isEnabled());
+    QVERIFY(window.Context().document.Modified);
+    const QString file = editor.folder.filePath(u"a.orc"_s);
+    FileDialogRequest request;
+    request.filters = {{u"All files"_s, u"*.*"_s}};
+    editor.desktop.ExpectSaveDialog(request, {file, 0});
+    Button(editor, u"save"_s)->trigger();
+    QCOMPARE(window.windowTitle(), u"Zelvane - %1 (Orchestra)"_s.arg(file));
+    QVERIFY(!Button(editor, u"save"_s)->isEnabled());
+    QCOMPARE(ReadTextFile(file), u"a"_s);
+}
+
+int main(int argc, char **argv)
+{
+    return RunUiTest<ToolbarTest>(argc, argv);
+}
+
+#include "test_toolbar.moc"
