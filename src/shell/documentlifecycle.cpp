@@ -94,15 +94,15 @@ void DocumentLifecycle::OpenFile(const QString &quotedName, OpenOrigin origin)
         });
         m_view.SetBusy(true);
         m_status.Show(u"Loading..."_s);
-        m_view.navBeforeOpen();
+        m_steps.history->navBeforeOpen();
         m_document.Modified = m_document.Loading = true;
         m_view.HideText();
         m_text.SetSelection(0, 0);
         Load(name);
         loaded = true;
-        m_view.performSyntaxHighlight();
+        m_steps.colour->performSyntaxHighlight();
         m_view.ShowText();
-        m_view.ApplySingleSelection();
+        m_steps.outline->ApplySingleSelection();
         BuildOutline();
         BuildRelatedFiles(origin);
         m_document.Loading = false;
@@ -111,11 +111,11 @@ void DocumentLifecycle::OpenFile(const QString &quotedName, OpenOrigin origin)
         StatusFileInfo();
         m_document.Modified = false;
         m_view.EnableSaveButton(false);
-        m_view.SearchSoundFile();
+        m_steps.sound->SearchSoundFile();
         TypeEnable();
         if (origin == OpenOrigin::Command)
             MRUsalva();
-        m_view.navAfterOpen();
+        m_steps.history->navAfterOpen();
         m_view.SetBusy(false);
         putBack.dismiss();
     } catch (const RunTimeError &error) {
@@ -150,18 +150,18 @@ void DocumentLifecycle::Load(const QString &name)
 
 void DocumentLifecycle::BuildOutline()
 {
-    if (!m_view.OutlineShown())
+    if (!m_steps.outline->OutlineShown())
         return;
     m_status.Show(u"Code outline..."_s);
-    m_view.BuildOutline();
+    m_steps.outline->BuildOutline();
 }
 
 void DocumentLifecycle::BuildRelatedFiles(OpenOrigin origin)
 {
-    if (!m_view.RelatedFilesShown() || origin == OpenOrigin::RelatedFiles)
+    if (!m_steps.relatedFiles->RelatedFilesShown() || origin == OpenOrigin::RelatedFiles)
         return;
     m_status.Show(u"Related files..."_s);
-    m_view.BuildRelatedFiles();
+    m_steps.relatedFiles->BuildRelatedFiles();
 }
 
 void DocumentLifecycle::SaveFile(const QString &name)
@@ -223,9 +223,9 @@ void DocumentLifecycle::NewFile(FileKind kind, const QString &name)
     m_status.Show({});
     m_document.Modified = false;
     TypeEnable();
-    if (m_view.OutlineShown())
-        m_view.BuildOutline();
-    m_view.ClearRelatedFiles();
+    if (m_steps.outline->OutlineShown())
+        m_steps.outline->BuildOutline();
+    m_steps.relatedFiles->ClearRelatedFiles();
 }
 
 void DocumentLifecycle::InsertFile(const QString &quotedName)
@@ -238,8 +238,8 @@ void DocumentLifecycle::InsertFile(const QString &quotedName)
     m_text.ReplaceSelection(inserted);
     m_text.SetSelection(start, m_text.Selection().end);
     m_status.Show(m_status.Text());
-    if (m_view.OutlineShown())
-        m_view.BuildOutline();
+    if (m_steps.outline->OutlineShown())
+        m_steps.outline->BuildOutline();
 }
 
 void DocumentLifecycle::New()

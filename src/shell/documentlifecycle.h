@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "shell/documentsteps.h"
 #include "shell/documentview.h"
 #include "shell/editorcontext.h"
 
@@ -13,13 +14,14 @@ class DocumentLifecycle : public DocumentOperations
 {
 public:
     DocumentLifecycle(DocumentRecord &document, TextBuffer &text, SettingsStore &settings, Desktop &desktop,
-                      StatusLine &status, DocumentView &view)
+                      StatusLine &status, DocumentView &view, DocumentSteps &steps)
         : m_document(document),
           m_text(text),
           m_settings(settings),
           m_desktop(desktop),
           m_status(status),
-          m_view(view)
+          m_view(view),
+          m_steps(steps)
     {
     }
 
@@ -84,6 +86,7 @@ private:
     Desktop &m_desktop;
     StatusLine &m_status;
     DocumentView &m_view;
+    DocumentSteps &m_steps;
 };
 
 /// The caption of a row of the recent-file menu: "&", the number, a blank, the path, whose own "&" are

@@ -8,8 +8,7 @@
 namespace zelvane
 {
 
-/// What the steps of opening, saving and making documents do to the window and to the other subsystems. The
-/// steps of subsystems that are not there have no effect.
+/// What opening, saving and making documents does to the window.
 class DocumentView
 {
 public:
@@ -33,17 +32,6 @@ public:
     virtual FileKind ChooseNewKind() = 0;
     /// Runs the selection-change handler once, so that line and column are right.
     virtual void SelectionChanged() = 0;
-
-    virtual void navBeforeOpen() {}
-    virtual void performSyntaxHighlight() {}
-    virtual void ApplySingleSelection() {}
-    virtual bool OutlineShown() const { return false; }
-    virtual void BuildOutline() {}
-    virtual bool RelatedFilesShown() const { return false; }
-    virtual void BuildRelatedFiles() {}
-    virtual void ClearRelatedFiles() {}
-    virtual void SearchSoundFile() {}
-    virtual void navAfterOpen() {}
 };
 
 } // namespace zelvane

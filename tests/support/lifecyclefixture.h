@@ -61,7 +61,7 @@ struct LifecycleFixture : ::testing::Test {
     DocumentRecord &document = context.document;
     ScriptedDesktop &desktop = context.desktop;
     SettingsStore &settings = context.settings;
-    DocumentLifecycle documents{document, text, settings, desktop, status, view};
+    DocumentLifecycle documents{document, text, settings, desktop, status, view, view.steps};
     EditorContext editor{document, text, settings, desktop, status, context.windows, documents};
 
     LifecycleFixture()

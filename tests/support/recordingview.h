@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "shell/documentsteps.h"
 #include "shell/documentview.h"
 
 #include <functional>
@@ -9,8 +10,9 @@
 namespace zelvane::test
 {
 
-/// The window of the core tests: it writes down what is done to it, in order.
-struct RecordingView : DocumentView {
+/// The window and the rooms of the core tests: they write down what is done to them, in order.
+struct RecordingView : DocumentView, ColourStep, OutlineStep, RelatedFilesStep, HistoryStep, SoundStep {
+    DocumentSteps steps; ///< every place is taken by this object
     QStringList calls;
     QString caption;
     bool busy = false;
@@ -22,6 +24,15 @@ struct RecordingView : DocumentView {
     bool outlineShown = false;
     bool relatedFilesShown = false;
     std::function<void()> duringHighlight;
+
+    RecordingView()
+    {
+        steps.colour.Take(*this);
+        steps.outline.Take(*this);
+        steps.relatedFiles.Take(*this);
+        steps.history.Take(*this);
+        steps.sound.Take(*this);
+    }
 
     void ShowCaption(const QString &newCaption) override
     {

@@ -91,7 +91,7 @@ frmEditor::frmEditor(SettingsStore &settings, Desktop &desktop, const CommandLin
       m_commandLine(commandLine),
       TxtEdit(new TextControl(desktop)),
       picStatus(new StatusBar),
-      m_documents(m_document, *TxtEdit, settings, desktop, *picStatus, *this),
+      m_documents(m_document, *TxtEdit, settings, desktop, *picStatus, *this, m_steps),
       m_context{m_document, *TxtEdit, settings, desktop, *picStatus, *this, m_documents},
       m_workspace(new Workspace(TxtEdit, picStatus, this)),
       m_commands(new Commands(desktop, this)),
@@ -120,6 +120,9 @@ frmEditor::frmEditor(SettingsStore &settings, Desktop &desktop, const CommandLin
     TxtEdit->setObjectName(u"TxtEdit"_s);
     TxtEdit->setAccessibleName(u"Text"_s);
 
+    m_steps.colour.Take(*this);
+    m_steps.outline.Take(*this);
+    m_steps.relatedFiles.Take(*this);
     BuildToolbar();
     BuildBands();
     new DocumentCommands(
@@ -135,7 +138,7 @@ frmEditor::frmEditor(SettingsStore &settings, Desktop &desktop, const CommandLin
             return ProgramFolders{ProgramFolder(), ProgramPath(m_tools.Csound), ProgramPath(m_tools.Csound2)};
         },
         this);
-    new ViewCommands(*m_workspace, *this, *m_commands,
+    new ViewCommands(*m_workspace, m_steps, *m_commands,
                      {.loadOpcodes = [this] { LoadOpcodeCombo(); },
                       .showToolbarLabels = [this](bool shown) { ShowToolLabels(*Toolbar1, shown); },
                       .showPresetLabels = [this](bool shown) { m_presets->ShowLabels(shown); },

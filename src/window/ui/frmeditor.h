@@ -3,6 +3,7 @@
 
 #include "shell/commandline.h"
 #include "shell/documentlifecycle.h"
+#include "shell/documentsteps.h"
 #include "shell/documentview.h"
 #include "shell/editorcontext.h"
 #include "shell/startup.h"
@@ -36,7 +37,12 @@ class Workspace;
 
 /// The one main window. It owns the document record, the text control, the context and one object for each
 /// subsystem, lays them out and keeps the layout. It holds no parsing and no algorithm.
-class frmEditor : public QMainWindow, public DocumentView, public ProgramWindows
+class frmEditor : public QMainWindow,
+                  public DocumentView,
+                  public ProgramWindows,
+                  public ColourStep,
+                  public OutlineStep,
+                  public RelatedFilesStep
 {
     Q_OBJECT
 
@@ -76,6 +82,8 @@ public:
     void ShowRecentFiles(const QStringList &files) override;
     FileKind ChooseNewKind() override;
     void SelectionChanged() override;
+
+    // DocumentSteps
     void performSyntaxHighlight() override;
     bool OutlineShown() const override;
     bool RelatedFilesShown() const override;
@@ -126,6 +134,7 @@ private:
     ToolPaths m_tools;
 
     DocumentRecord m_document;
+    DocumentSteps m_steps;
     TextControl *TxtEdit;
     StatusBar *picStatus;
     DocumentLifecycle m_documents;

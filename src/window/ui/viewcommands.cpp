@@ -11,9 +11,9 @@ using namespace Qt::Literals::StringLiterals;
 namespace zelvane
 {
 
-ViewCommands::ViewCommands(Workspace &workspace, DocumentView &view, Commands &commands, Hooks hooks,
+ViewCommands::ViewCommands(Workspace &workspace, DocumentSteps &steps, Commands &commands, Hooks hooks,
                            QObject *parent)
-    : QObject(parent), m_workspace(workspace), m_view(view), m_commands(commands), m_hooks(std::move(hooks))
+    : QObject(parent), m_workspace(workspace), m_steps(steps), m_commands(commands), m_hooks(std::move(hooks))
 {
     m_commands.Bind(u"mnuShowToolbar"_s, [this](int entry) { ShowToolbar(entry); });
     m_commands.Bind(u"mnuShowStatusbar"_s, [this](int) {
@@ -63,7 +63,7 @@ void ViewCommands::ToggleBrowse()
     m_workspace.ShowBars();
     if (shown) {
         m_workspace.Panel().repaint();
-        m_view.BuildOutline();
+        m_steps.outline->BuildOutline();
     }
 }
 
@@ -77,7 +77,7 @@ void ViewCommands::ToggleRelated()
     m_workspace.ShowBars();
     if (shown) {
         m_workspace.Panel().repaint();
-        m_view.BuildRelatedFiles();
+        m_steps.relatedFiles->BuildRelatedFiles();
     }
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "shell/documentview.h"
+#include "shell/documentsteps.h"
 
 #include <functional>
 #include <QObject>
@@ -32,7 +32,8 @@ public:
         std::function<void()> clearRelatedFiles;     ///< empties `tvwRelated`
     };
 
-    ViewCommands(Workspace &workspace, DocumentView &view, Commands &commands, Hooks hooks, QObject *parent);
+    ViewCommands(Workspace &workspace, DocumentSteps &steps, Commands &commands, Hooks hooks,
+                 QObject *parent);
 
 private:
     void ShowToolbar(int entry);
@@ -41,7 +42,7 @@ private:
     void ToggleRelated();
 
     Workspace &m_workspace;
-    DocumentView &m_view;
+    DocumentSteps &m_steps;
     Commands &m_commands;
     Hooks m_hooks;
 };
