@@ -136,6 +136,8 @@ int RunEditor(Application &application, const CommandLine &command, const QByteA
     application.Guard([&] { handedOver = HandedOver(command, settings, link, token); });
     if (handedOver)
         return 0;
+    // From here on others find this editor. What they hand over waits until it has a document of its own.
+    application.Guard([&] { link.Listen(); });
 
     std::unique_ptr<FormSplash> splash;
     application.Guard([&] {
@@ -151,8 +153,6 @@ int RunEditor(Application &application, const CommandLine &command, const QByteA
         if (splash)
             splash->SetOwner(*editor);
         QObject::connect(editor.get(), &frmEditor::Activated, &link, &InstanceLink::MarkRecent);
-        // From here on others find this editor. What they hand over waits until it has a document of its own.
-        link.Listen();
         editor->show();
         editor->repaint();
     });

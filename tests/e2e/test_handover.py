@@ -107,6 +107,22 @@ def three_at_once(stage):
     editor.close(window)
 
 
+def many_starts_at_once_end_with_one_editor(stage):
+    stage.write_store(STORE)
+    piece = copy_example(stage, "pluck.csd")
+    count = int(os.environ.get("ZELVANE_STARTS", "16"))
+    starts = [stage.start(piece) for _ in range(count)]
+    stage.until(lambda: sum(start.runs() for start in starts) == 1, "one editor", 120)
+    editor = next(start for start in starts if start.runs())
+    window = editor.window(lambda title: str(piece) in title)
+    for start in starts:
+        if start is not editor:
+            equal(start.ended(), 0, "exit code of one that handed over")
+    stage.until(lambda: stage.setting("Open") is None, "the empty mailbox")
+    equal(len(stage.windows_of(editor.pid)), 1, "windows of the editor")
+    editor.close(window)
+
+
 def killed_editor_is_not_waited_for(stage):
     stage.write_store(STORE)
     piece = copy_example(stage, "pluck.csd")
@@ -238,6 +254,7 @@ main(
     window_of_another_program_does_not_hold_it_back,
     relative_path_means_the_second_process_folder,
     three_at_once,
+    many_starts_at_once_end_with_one_editor,
     killed_editor_is_not_waited_for,
     busy_editor_serves_it_later,
     changed_text_is_not_lost,

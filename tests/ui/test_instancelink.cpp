@@ -1,14 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/ui/instancelink.h"
 
+#include <algorithm>
 #include <csignal>
+#include <memory>
 #include <QDir>
 #include <QFileInfo>
 #include <QLocalSocket>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QThread>
 #include <QtTest>
 #include <sys/stat.h>
+#include <vector>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace zelvane;
@@ -26,6 +30,7 @@ class TestInstanceLink : public QObject
         const auto realms = QDir(m_runtime->path()).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot);
         for (const QFileInfo &realm : realms)
             all += QDir(realm.filePath()).entryInfoList(QDir::Files | QDir::System | QDir::Hidden);
+        all.removeIf([](const QFileInfo &file) { return file.fileName() == u"start.lock"_s; });
         return all;
     }
     QFileInfo OnlySocket() const
@@ -311,17 +316,109 @@ private Q_SLOTS:
         QTRY_COMPARE(woken, 1);
     }
 
-    void WhereNoSocketCanBeMadeTheEditorStandsAlone()
+    void SilentCallersAreHungUpOn()
+    {
+        InstanceLink editor(u"store"_s);
+        int woken = 0;
+        editor.SetHandler([&](Call) { ++woken; });
+        QVERIFY(editor.Listen());
+        const QString name = OnlySocket().filePath();
+        std::vector<std::unique_ptr<QLocalSocket>> silent;
+        for (int i = 0; i < 200; ++i) {
+            silent.push_back(std::make_unique<QLocalSocket>());
+            silent.back()->connectToServer(name);
+            QVERIFY(silent.back()->waitForConnected());
+            QCoreApplication::processEvents();
+        }
+        const auto open = [&] {
+            return std::count_if(silent.begin(), silent.end(), [](const auto &socket) {
+                return socket->state() == QLocalSocket::ConnectedState;
+            });
+        };
+        QTRY_VERIFY(open() <= 32);
+        InstanceLink second(u"store"_s);
+        QVERIFY(second.FindRunning());
+        QVERIFY(second.Notify(Call::HandOver, {}));
+        QTRY_COMPARE(woken, 1);
+        // Those that are left go when they have been silent for some seconds.
+        QTRY_COMPARE_WITH_TIMEOUT(open(), 0, 15000);
+    }
+
+    void MessageOfOneAmongTooManyIsRead()
+    {
+        InstanceLink editor(u"store"_s);
+        int woken = 0;
+        editor.SetHandler([&](Call) { ++woken; });
+        QVERIFY(editor.Listen());
+        InstanceLink second(u"store"_s);
+        QVERIFY(second.FindRunning());
+        QVERIFY(second.Notify(Call::HandOver, {}));
+        std::vector<std::unique_ptr<QLocalSocket>> silent;
+        for (int i = 0; i < 40; ++i) { // no event is served in between
+            silent.push_back(std::make_unique<QLocalSocket>());
+            silent.back()->connectToServer(OnlySocket().filePath());
+            QVERIFY(silent.back()->waitForConnected());
+        }
+        QTRY_COMPARE(woken, 1);
+    }
+
+    void OneOfTwoThatStartAtTheSameTimeWaits()
+    {
+        InstanceLink first(u"store"_s);
+        QVERIFY(!first.FindRunning());
+        bool found = false;
+        const std::unique_ptr<QThread> other(QThread::create([&] {
+            InstanceLink second(u"store"_s);
+            found = second.FindRunning();
+        }));
+        other->start();
+        QVERIFY(!other->wait(300));
+        QVERIFY(first.Listen());
+        QVERIFY(other->wait(5000));
+        QVERIFY(found);
+    }
+
+    void OneThatEndsInsteadOfListeningLetsTheNextStart()
+    {
+        auto first = std::make_unique<InstanceLink>(u"store"_s);
+        QVERIFY(!first->FindRunning());
+        first.reset();
+        QElapsedTimer clock;
+        clock.start();
+        InstanceLink second(u"store"_s);
+        QVERIFY(!second.FindRunning());
+        QVERIFY(clock.elapsed() < 5000);
+    }
+
+    void LongRuntimeFolderHandsOverToo()
     {
         const QString deep =
             m_runtime->filePath(QString(150, u'd')); // longer than the name of a socket may be
         QVERIFY(QDir().mkdir(deep));
         QFile::setPermissions(deep, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         qputenv("XDG_RUNTIME_DIR", deep.toLocal8Bit());
+        InstanceLink editor(u"store"_s);
+        int woken = 0;
+        editor.SetHandler([&](Call) { ++woken; });
+        QVERIFY(editor.Listen());
+        InstanceLink second(u"store"_s);
+        QVERIFY(second.FindRunning());
+        QVERIFY(second.Notify(Call::HandOver, {}));
+        QTRY_COMPARE(woken, 1);
+    }
+
+    void WhereNoSocketCanBeMadeTheEditorStandsAlone()
+    {
+        const QString deep = m_runtime->filePath(QString(150, u'd'));
+        QVERIFY(QDir().mkdir(deep));
+        QFile::setPermissions(deep, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        qputenv("XDG_RUNTIME_DIR", deep.toLocal8Bit());
+        qputenv("TMPDIR", deep.toLocal8Bit());
         InstanceLink link(u"store"_s);
         QVERIFY(!link.Listen());
         QVERIFY(!link.FindRunning());
         link.MarkRecent();
+        qunsetenv("TMPDIR");
     }
 };
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/ui/instancelink.h"
 
+#include "platform/nativefile.h"
+#include "platform/runtimeerror.h"
 #include "platform/ui/raisewindow.h"
 
 #include <algorithm>
@@ -14,8 +16,13 @@
 #include <QLocalSocket>
 #include <QScopeGuard>
 #include <QStandardPaths>
+#include <QTimer>
 #include <utility>
 #include <vector>
+
+#ifdef Q_OS_UNIX
+#include <unistd.h>
+#endif
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -26,26 +33,50 @@ namespace
 {
 
 constexpr int PatienceMs = 2000;
+/// A sender writes its one line at once. Whoever is silent for so long, or one of so many, is none.
+constexpr int IdleMs = 5000;
+constexpr qsizetype MostCallers = 32;
+/// What the system takes as the name of a socket, less the socket's own name and the folder that it is made
+/// in.
+constexpr qsizetype LongestFolder = 107 - 40;
 constexpr qint64 LongestMessage = 4096;
 const QString MarkSuffix = u".recent"_s;
+const QString LockSuffix = u".lock"_s;
+const QString StartFile = u"/start"_s;
 
 /// The first word of the message; the activation token is the rest of its line.
 constexpr char HandOverWord[] = "open";
 constexpr char RaiseWord[] = "raise";
 
-/// The runtime folder of the realm, made if it is not there; empty where the desktop has no such place.
+/// Makes the folder if it is not there. @return whether it is a folder of this user that nobody else can
+/// enter
+bool MakeOwnFolder(const QString &folder)
+{
+    if (!QDir().mkpath(folder))
+        return false;
+    const QFileInfo info(folder);
+#ifdef Q_OS_UNIX
+    if (info.ownerId() != ::geteuid())
+        return false;
+#endif
+    return !info.isSymLink() &&
+           QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+/// The folder of the realm's sockets, made if it is not there; empty where the desktop has no such place.
 QString FolderOf(const QString &realm)
 {
     const QString runtime = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
     if (runtime.isEmpty())
         return {};
-    const QByteArray hash =
-        QCryptographicHash::hash(realm.toUtf8(), QCryptographicHash::Sha1).toHex().left(10);
-    const QString folder = runtime + u"/zelvane-"_s + QString::fromLatin1(hash);
-    if (!QDir().mkpath(folder))
-        return {};
-    QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    return folder;
+    const auto hash = [](const QString &text) {
+        return QString::fromLatin1(
+            QCryptographicHash::hash(text.toUtf8(), QCryptographicHash::Sha1).toHex().left(10));
+    };
+    QString folder = runtime + u"/zelvane-"_s + hash(realm);
+    if (QFile::encodeName(folder).size() > LongestFolder)
+        folder = QDir::tempPath() + u"/zelvane-"_s + hash(runtime + u'\n' + realm);
+    return MakeOwnFolder(folder) ? folder : QString();
 }
 
 } // namespace
@@ -79,7 +110,8 @@ QStringList InstanceLink::RunningEditors() const
         folder.entryInfoList(QDir::System | QDir::Files | QDir::Hidden | QDir::NoDotAndDotDot);
     std::vector<std::pair<QDateTime, QString>> found;
     for (const QFileInfo &info : sockets) {
-        if (info.fileName().endsWith(MarkSuffix) || info.filePath() == m_ownSocket)
+        if (info.fileName().endsWith(MarkSuffix) || info.fileName().endsWith(LockSuffix) ||
+            info.filePath() == m_ownSocket)
             continue;
         const QFileInfo mark(info.filePath() + MarkSuffix);
         found.emplace_back((mark.exists() ? mark : info).lastModified(), info.filePath());
@@ -96,7 +128,7 @@ void InstanceLink::Remove(const QString &editor) const
     QFile::remove(editor + MarkSuffix);
 }
 
-bool InstanceLink::FindRunning()
+bool InstanceLink::Connect()
 {
     for (const QString &editor : RunningEditors()) {
         auto socket = std::make_unique<QLocalSocket>();
@@ -109,6 +141,23 @@ bool InstanceLink::FindRunning()
             Remove(editor); // nobody listens any more: that editor was killed
     }
     return false;
+}
+
+bool InstanceLink::FindRunning()
+{
+    if (Connect())
+        return true;
+    if (m_folder.isEmpty() || m_server)
+        return false;
+    try {
+        m_starting = std::make_unique<FileLock>(m_folder + StartFile);
+    } catch (const RunTimeError &) {
+        // No leave to lock, or the one that starts takes too long: two editors are better than none.
+    }
+    if (!Connect())
+        return false;
+    m_starting.reset();
+    return true;
 }
 
 bool InstanceLink::Notify(Call call, const QByteArray &activationToken)
@@ -134,6 +183,7 @@ bool InstanceLink::Listen()
     m_ownSocket = m_folder + u'/' + QString::number(QCoreApplication::applicationPid()) + u'-' +
                   QString::number(QDateTime::currentMSecsSinceEpoch(), 36);
     connect(m_server.get(), &QLocalServer::newConnection, this, &InstanceLink::TakeConnections);
+    const auto found = qScopeGuard([this] { m_starting.reset(); });
     if (!m_server->listen(m_ownSocket)) {
         m_server.reset();
         m_ownSocket.clear();
@@ -181,7 +231,22 @@ void InstanceLink::TakeConnections()
     while (QLocalSocket *socket = m_server->nextPendingConnection()) {
         connect(socket, &QLocalSocket::readyRead, this, [this, socket] { TakeMessage(*socket); });
         connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
+        QTimer::singleShot(IdleMs, socket, &QLocalSocket::abort);
+        m_callers.append(socket);
         TakeMessage(*socket);
+        DropOldest();
+    }
+}
+
+void InstanceLink::DropOldest()
+{
+    m_callers.removeIf(
+        [](const auto &caller) { return !caller || caller->state() != QLocalSocket::ConnectedState; });
+    while (m_callers.size() > MostCallers) {
+        QLocalSocket &oldest = *m_callers.takeFirst();
+        if (oldest.waitForReadyRead(0)) // it may have spoken while nobody looked
+            TakeMessage(oldest);
+        oldest.abort();
     }
 }
 

@@ -4,7 +4,9 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <QList>
 #include <QObject>
+#include <QPointer>
 #include <QString>
 #include <QStringList>
 
@@ -14,9 +16,12 @@ class QLocalSocket;
 namespace zelvane
 {
 
+class FileLock;
+
 /// How the editors of one user find and wake each other. Each running editor listens at a local socket of its
-/// own in the user's runtime folder, readable by that user only. The one message says that there is mail, or
-/// that the window is only wanted in front, and carries the desktop's leave to come there; what to open
+/// own in the user's runtime folder, readable by that user only; where that folder's name is too long for a
+/// socket, in a folder of this user alone among the temporary files. The one message says that there is mail,
+/// or that the window is only wanted in front, and carries the desktop's leave to come there; what to open
 /// stands in the settings store. So editors belong together when they share a store and a display, which is
 /// what `realm` names.
 class InstanceLink : public QObject
@@ -38,8 +43,9 @@ public:
     static QString RealmOf(const QString &settingsFolder);
 
     /// Finds a running editor and opens the way to it; of several, the one whose window was last active.
-    /// Sockets that killed editors left are removed on the way.
-    /// @return false when no editor runs
+    /// Sockets that killed editors left are removed on the way. Of several processes that find nobody at the
+    /// same time one becomes the editor; the others wait here until it listens, ten seconds at most.
+    /// @return false when no editor runs: then nobody else becomes one before this process listens or ends
     bool FindRunning();
     /// Sends the message to the editor that FindRunning found. It does not wait for an answer: the editor may
     /// be busy for as long as a render takes, and reads the message then.
@@ -59,8 +65,11 @@ public:
 
 private:
     QStringList RunningEditors() const;
+    bool Connect();
     void Remove(const QString &editor) const;
     void TakeConnections();
+    /// Hangs up on the oldest of too many that have sent nothing whole.
+    void DropOldest();
     void TakeMessage(QLocalSocket &socket);
     void Deliver();
 
@@ -68,6 +77,8 @@ private:
     QString m_ownSocket;
     std::unique_ptr<QLocalServer> m_server;
     std::unique_ptr<QLocalSocket> m_running;
+    std::unique_ptr<FileLock> m_starting;    ///< held by the process that is about to become the editor
+    QList<QPointer<QLocalSocket>> m_callers; ///< connections without a message yet, the oldest first
     std::function<void(Call)> m_handler;
     std::optional<Call> m_pending;
     bool m_delivering = false;
