@@ -3,6 +3,7 @@
 
 #include "platform/ui/textcontrol.h"
 #include "shell/ui/commands.h"
+#include "shell/ui/form.h"
 #include "shell/ui/screenplace.h"
 
 #include <QCheckBox>
@@ -10,12 +11,14 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QGuiApplication>
+#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
+#include <QVBoxLayout>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -29,12 +32,6 @@ constexpr int FieldWidth = 28; ///< of the text fields, in characters
 constexpr QSize Frame(16, 48); ///< about what the window manager puts around the dialog, pixels
 constexpr int Gap = 8;         ///< between the dialog and the hit it gives way to, pixels
 
-template <typename Widget> Widget *Named(Widget *widget, const QString &name)
-{
-    widget->setObjectName(name);
-    return widget;
-}
-
 } // namespace
 
 frmFind::frmFind(EditorContext &editor, TextControl &text, Commands &commands, bool replace, QWidget *parent)
@@ -42,10 +39,8 @@ frmFind::frmFind(EditorContext &editor, TextControl &text, Commands &commands, b
       m_editor(editor),
       m_text(text),
       m_commands(commands),
-      lblFind(Named(new QLabel(u"Fi&nd what:"_s, this), u"lblFind"_s)),
-      txtFind(Named(new QComboBox(this), u"txtFind"_s)),
-      lblReplace(Named(new QLabel(u"Re&place with:"_s, this), u"lblReplace"_s)),
-      txtReplace(Named(new QLineEdit(this), u"txtReplace"_s)),
+      txtFind(NewTypingList(this, u"txtFind"_s)),
+      txtReplace(Named(new QLineEdit(this), u"txtReplace"_s, u"Text to put in its place"_s)),
       chkWholeWords(Named(new QCheckBox(u"Match &whole words"_s, this), u"chkWholeWords"_s)),
       chkCase(Named(new QCheckBox(u"Match &case"_s, this), u"chkCase"_s)),
       chkWrap(Named(new QCheckBox(u"&Wrap searches"_s, this), u"chkWrap"_s)),
@@ -60,69 +55,42 @@ frmFind::frmFind(EditorContext &editor, TextControl &text, Commands &commands, b
     setObjectName(u"frmFind"_s);
     setAttribute(Qt::WA_DeleteOnClose);
     setModal(false);
-    BuildControls();
     LayOut();
+    Connect();
     SetFindMode(replace);
     txtFind->setFocus();
     m_commands.Guard([this] { Load(); });
 }
 
-void frmFind::BuildControls()
+void frmFind::LayOut()
 {
-    txtFind->setEditable(true);
-    txtFind->setInsertPolicy(QComboBox::NoInsert);
-    txtFind->setCompleter(nullptr);
-    txtFind->setMinimumContentsLength(FieldWidth);
-    txtFind->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     txtFind->setAccessibleName(u"Text to find"_s);
-    lblFind->setBuddy(txtFind);
-    txtReplace->setAccessibleName(u"Text to put in its place"_s);
-    lblReplace->setBuddy(txtReplace);
-    for (QPushButton *button : {bReplace, bReplaceAll, bClose})
-        button->setAutoDefault(false);
-    bFind->setDefault(true);
+    txtFind->setMinimumContentsLength(FieldWidth);
+    Fill(*fraScope, {optScope[0], optScope[1]});
+    auto *options = new QHBoxLayout;
+    options->addLayout(Column({chkWholeWords, chkCase, chkWrap}));
+    options->addWidget(fraScope);
+    options->addStretch();
 
+    FormGrid fields;
+    fields.Add({.caption = u"Fi&nd what:"_s, .field = txtFind, .labelName = u"lblFind"_s});
+    lblReplace =
+        fields.Add({.caption = u"Re&place with:"_s, .field = txtReplace, .labelName = u"lblReplace"_s});
+    fields.AddAcross(options);
+    fields.AddStretch();
+
+    auto *all = new QHBoxLayout(this);
+    all->addLayout(fields.Layout(), 1);
+    all->addLayout(Column({bFind, bReplace, bReplaceAll, bClose}));
+    SetEnterAndEscape(*this, bFind, bClose);
+}
+
+void frmFind::Connect()
+{
     connect(optScope[0], &QRadioButton::toggled, this, &frmFind::EnableButtons);
     connect(bFind, &QPushButton::clicked, this, &frmFind::Find);
     connect(bReplace, &QPushButton::clicked, this, &frmFind::Replace);
     connect(bReplaceAll, &QPushButton::clicked, this, &frmFind::ReplaceEverything);
-    connect(bClose, &QPushButton::clicked, this, &QDialog::reject);
-}
-
-void frmFind::LayOut()
-{
-    auto *scope = new QVBoxLayout(fraScope);
-    scope->addWidget(optScope[0]);
-    scope->addWidget(optScope[1]);
-
-    auto *checks = new QVBoxLayout;
-    checks->addWidget(chkWholeWords);
-    checks->addWidget(chkCase);
-    checks->addWidget(chkWrap);
-    checks->addStretch();
-
-    auto *options = new QHBoxLayout;
-    options->addLayout(checks);
-    options->addWidget(fraScope);
-    options->addStretch();
-
-    auto *buttons = new QVBoxLayout;
-    for (QPushButton *button : {bFind, bReplace, bReplaceAll, bClose})
-        buttons->addWidget(button);
-    buttons->addStretch();
-
-    auto *fields = new QGridLayout;
-    fields->addWidget(lblFind, 0, 0);
-    fields->addWidget(txtFind, 0, 1);
-    fields->addWidget(lblReplace, 1, 0);
-    fields->addWidget(txtReplace, 1, 1);
-    fields->addLayout(options, 2, 0, 1, 2);
-    fields->setColumnStretch(1, 1);
-    fields->setRowStretch(3, 1);
-
-    auto *all = new QHBoxLayout(this);
-    all->addLayout(fields, 1);
-    all->addLayout(buttons);
 }
 
 void frmFind::Load()

@@ -38,8 +38,8 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
-    void BuildControls();
     void LayOut();
+    void Connect();
     /// Place and fields, as the store and the selection have them.
     void Load();
     FindFields Fields() const;
@@ -58,9 +58,8 @@ private:
     Commands &m_commands;
     bool m_replaceMode = false;
 
-    QLabel *lblFind;
     QComboBox *txtFind;
-    QLabel *lblReplace;
+    QLabel *lblReplace = nullptr;
     QLineEdit *txtReplace;
     QCheckBox *chkWholeWords;
     QCheckBox *chkCase;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ui/frmnew.h"
 
+#include "shell/ui/form.h"
 #include "shell/ui/icons.h"
 
 #include <QDialogButtonBox>
@@ -33,17 +34,12 @@ constexpr Item Items[] = {
 
 frmNew::frmNew(QWidget *parent)
     : QDialog(parent),
-      lvwNew(new QListWidget(this)),
-      cmdOK(new QPushButton(u"OK"_s, this)),
-      cmdCancel(new QPushButton(u"Cancel"_s, this))
+      lvwNew(Named(new QListWidget(this), u"lvwNew"_s, u"Kind of the new document"_s)),
+      cmdOK(Named(new QPushButton(u"OK"_s, this), u"cmdOK"_s)),
+      cmdCancel(Named(new QPushButton(u"Cancel"_s, this), u"cmdCancel"_s))
 {
     setObjectName(u"frmNew"_s);
     setWindowTitle(u"New Document"_s);
-    lvwNew->setObjectName(u"lvwNew"_s);
-    lvwNew->setAccessibleName(u"Kind of the new document"_s);
-    cmdOK->setObjectName(u"cmdOK"_s);
-    cmdOK->setDefault(true);
-    cmdCancel->setObjectName(u"cmdCancel"_s);
 
     lvwNew->setViewMode(QListView::IconMode);
     lvwNew->setMovement(QListView::Static);
@@ -67,16 +63,11 @@ frmNew::frmNew(QWidget *parent)
     lvwNew->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     lvwNew->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
 
-    auto *buttons = new QDialogButtonBox(this);
-    buttons->addButton(cmdOK, QDialogButtonBox::AcceptRole);
-    buttons->addButton(cmdCancel, QDialogButtonBox::RejectRole);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(lvwNew);
-    layout->addWidget(buttons);
+    layout->addWidget(ButtonBox(*this, cmdOK, cmdCancel, [this] { Confirm(); }));
     layout->setSizeConstraint(QLayout::SetFixedSize);
 
-    connect(buttons, &QDialogButtonBox::accepted, this, &frmNew::Confirm);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(lvwNew, &QListWidget::itemDoubleClicked, this, &frmNew::Confirm);
     lvwNew->setFocus();
 }

@@ -1,0 +1,243 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/ui/form.h"
+
+#include "platform/desktop.h"
+#include "platform/programinfo.h"
+
+#include <QBoxLayout>
+#include <QComboBox>
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QEvent>
+#include <QFocusEvent>
+#include <QFontMetrics>
+#include <QGridLayout>
+#include <QLabel>
+#include <QLayout>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QWidget>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane
+{
+
+namespace
+{
+
+/// A caption as it is said.
+QString Spoken(const QString &caption)
+{
+    return QString(caption).remove(u'&').remove(u':');
+}
+
+class FocusSelector : public QObject
+{
+public:
+    explicit FocusSelector(QLineEdit *field) : QObject(field), m_field(field)
+    {
+        field->installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        switch (event->type()) {
+        case QEvent::FocusIn: {
+            const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
+            if (reason == Qt::MouseFocusReason)
+                m_clicked = true;
+            else if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason)
+                m_field->selectAll();
+            break;
+        }
+        case QEvent::FocusOut:
+            m_clicked = false;
+            break;
+        case QEvent::MouseButtonRelease:
+            if (m_clicked && !m_field->hasSelectedText())
+                QMetaObject::invokeMethod(m_field, &QLineEdit::selectAll, Qt::QueuedConnection);
+            m_clicked = false;
+            break;
+        default:
+            break;
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    QLineEdit *m_field;
+    bool m_clicked = false; ///< a mouse button that is still down has given it the focus
+};
+
+} // namespace
+
+QString ProgramCaption(const QString &dialog)
+{
+    return ApplicationTitle() + u" - "_s + dialog;
+}
+
+void SetHint(QWidget &control, const QString &hint)
+{
+    control.setToolTip(hint);
+    control.setAccessibleDescription(hint);
+}
+
+QLabel *LabelFor(QWidget *field, const QString &caption, const QString &hint)
+{
+    auto *label = new QLabel(caption);
+    label->setBuddy(field);
+    if (!hint.isEmpty()) {
+        label->setToolTip(hint);
+        SetHint(*field, hint);
+    }
+    if (field->accessibleName().isEmpty())
+        field->setAccessibleName(Spoken(caption));
+    return label;
+}
+
+int CharacterWidth(const QWidget &widget, int characters)
+{
+    return widget.fontMetrics().averageCharWidth() * characters;
+}
+
+QComboBox *NewTypingList(QWidget *parent, const QString &name)
+{
+    // Editable from the start: the Tab key goes through the controls in the order of their making, and the
+    // list makes its line edit then.
+    auto *list = Named(new QComboBox(parent), name);
+    list->setEditable(true);
+    list->setInsertPolicy(QComboBox::NoInsert);
+    list->setCompleter(nullptr);
+    list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    return list;
+}
+
+void SelectOnFocus(QLineEdit *field)
+{
+    new FocusSelector(field);
+}
+
+void PickFile(Desktop &desktop, const FileDialogRequest &request, QLineEdit &field)
+{
+    const FileDialogAnswer answer = desktop.OpenFileDialog(request);
+    if (!answer.path.isEmpty())
+        field.setText(answer.path);
+}
+
+void PickFolder(Desktop &desktop, const QString &title, const QString &start, QLineEdit &field)
+{
+    const QString folder = desktop.BrowseFolder(title, start);
+    if (!folder.isEmpty())
+        field.setText(folder);
+}
+
+FormGrid::FormGrid(QWidget *page) : m_grid(new QGridLayout(page))
+{
+    m_grid->setColumnStretch(1, 1);
+}
+
+QLabel *FormGrid::Add(const FormRow &row)
+{
+    QLabel *label = Named(LabelFor(row.field, row.caption, row.hint), row.labelName);
+    m_grid->addWidget(label, m_row, 0);
+    if (row.spinner) {
+        auto *both = new QHBoxLayout;
+        both->setSpacing(0);
+        both->addWidget(row.field, 1);
+        both->addWidget(row.spinner);
+        m_grid->addLayout(both, m_row, 1);
+    } else {
+        m_grid->addWidget(row.field, m_row, 1);
+    }
+    if (row.button) {
+        if (row.button->accessibleName().isEmpty())
+            row.button->setAccessibleName(row.field->accessibleName() + u": "_s + Spoken(row.button->text()));
+        m_grid->addWidget(row.button, m_row, 2);
+    }
+    ++m_row;
+    return label;
+}
+
+void FormGrid::AddUnder(QWidget *widget)
+{
+    m_grid->addWidget(widget, m_row++, 1, 1, -1);
+}
+
+void FormGrid::AddUnder(QLayout *layout)
+{
+    m_grid->addLayout(layout, m_row++, 1, 1, -1);
+}
+
+void FormGrid::AddAcross(QWidget *widget)
+{
+    m_grid->addWidget(widget, m_row++, 0, 1, -1);
+}
+
+void FormGrid::AddAcross(QLayout *layout)
+{
+    m_grid->addLayout(layout, m_row++, 0, 1, -1);
+}
+
+void FormGrid::AddStretch()
+{
+    m_grid->setRowStretch(m_row++, 1);
+}
+
+QVBoxLayout *Column(std::initializer_list<QWidget *> controls)
+{
+    auto *column = new QVBoxLayout;
+    for (QWidget *control : controls)
+        column->addWidget(control);
+    column->addStretch();
+    return column;
+}
+
+QHBoxLayout *Line(std::initializer_list<QWidget *> controls)
+{
+    auto *line = new QHBoxLayout;
+    for (QWidget *control : controls)
+        line->addWidget(control);
+    line->addStretch();
+    return line;
+}
+
+void Fill(QWidget &frame, std::initializer_list<QWidget *> controls)
+{
+    auto *column = new QVBoxLayout(&frame);
+    for (QWidget *control : controls)
+        column->addWidget(control);
+}
+
+void SetTabOrder(std::initializer_list<QWidget *> controls)
+{
+    QWidget *before = nullptr;
+    for (QWidget *control : controls) {
+        if (before)
+            QWidget::setTabOrder(before, control);
+        before = control;
+    }
+}
+
+void SetEnterAndEscape(QDialog &dialog, QPushButton *enter, QPushButton *escape)
+{
+    for (QPushButton *button : dialog.findChildren<QPushButton *>())
+        button->setAutoDefault(enter && (button == enter || button == escape));
+    if (enter)
+        enter->setDefault(true);
+    QObject::connect(escape, &QPushButton::clicked, &dialog, &QDialog::reject);
+}
+
+QDialogButtonBox *ButtonBox(QDialog &dialog, QPushButton *ok, QPushButton *cancel,
+                            const std::function<void()> &confirm)
+{
+    auto *box = new QDialogButtonBox(&dialog);
+    box->addButton(ok, QDialogButtonBox::AcceptRole);
+    box->addButton(cancel, QDialogButtonBox::RejectRole);
+    QObject::connect(ok, &QPushButton::clicked, &dialog, confirm);
+    SetEnterAndEscape(dialog, ok, cancel);
+    return box;
+}
+
+} // namespace zelvane
