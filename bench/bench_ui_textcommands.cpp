@@ -41,8 +41,6 @@ struct NoWindows : ProgramWindows {
     void MinimizeMainWindow() override {}
     void RaiseMainWindow() override {}
     void ShowPreferences() override {}
-    void EditPreset(const QString &) override {}
-    void RebuildPresets() override {}
 };
 
 struct NoOperations : DocumentOperations {

@@ -5,6 +5,7 @@
 #include "platform/runtimeerror.h"
 #include "run/filekinds.h"
 #include "run/kindsearch.h"
+#include "run/toolpaths.h"
 #include "shell/editorcontext.h"
 #include "shell/splitpath.h"
 

@@ -138,7 +138,7 @@ void MovePresetDown(QStringList &rows, int &row, RunContext &context)
 void RewritePresetOrder(const QStringList &rows, RunContext &context)
 {
     PresetStore(context.editor.settings).RewritePresetOrder(rows);
-    context.editor.windows.RebuildPresets();
+    context.presets.RebuildPresets();
 }
 
 } // namespace zelvane

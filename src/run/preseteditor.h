@@ -2,7 +2,7 @@
 #pragma once
 
 #include "run/presetstore.h"
-#include "run/toolpaths.h"
+#include "run/runcontext.h"
 
 #include <functional>
 

@@ -38,7 +38,7 @@ void RunPreset(const QString &name, bool confirm, bool edit, RunContext &context
             editor.operations.SaveFile(document.CurrentFile);
     }
     if (edit) {
-        editor.windows.EditPreset(name);
+        context.presets.EditPreset(name);
         return;
     }
 

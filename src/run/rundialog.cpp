@@ -5,6 +5,7 @@
 #include "run/filekinds.h"
 #include "run/kindsearch.h"
 #include "run/macroexpansion.h"
+#include "run/toolpaths.h"
 #include "shell/editorcontext.h"
 #include "shell/recentlist.h"
 #include "shell/splitpath.h"

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/desktop.h"
-#include "run/toolpaths.h"
+#include "run/runcontext.h"
 #include "shell/document.h"
 
 #include <QStringList>

@@ -7,7 +7,6 @@ namespace zelvane
 {
 
 class SettingsStore;
-struct EditorContext;
 
 /// The outside programs that the user has chosen, as they stood at start-up or when Preferences last closed.
 struct ToolPaths {
@@ -19,11 +18,5 @@ struct ToolPaths {
 };
 
 ToolPaths ReadToolPaths(const SettingsStore &settings);
-
-/// What running works on: the editor, and the tool paths in memory. The parts outlive every user of it.
-struct RunContext {
-    EditorContext &editor;
-    const ToolPaths &tools;
-};
 
 } // namespace zelvane

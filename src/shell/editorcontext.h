@@ -47,10 +47,6 @@ public:
     virtual void MinimizeMainWindow() = 0;
     virtual void RaiseMainWindow() = 0;
     virtual void ShowPreferences() = 0;
-    /// Shows the preset editor with the preset selected if it is there; modal.
-    virtual void EditPreset(const QString &name) = 0;
-    /// Builds the Presets bar and menu again after a change of the store.
-    virtual void RebuildPresets() = 0;
 };
 
 /// All that a subsystem sees of the program. The parts outlive every user of the context.

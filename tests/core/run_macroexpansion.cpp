@@ -4,6 +4,7 @@
 #include "oracle/presetmacros.h"
 #include "platform/parameters.h"
 #include "platform/runtimeerror.h"
+#include "run/toolpaths.h"
 #include "shell/documentkind.h"
 #include "support/testcontext.h"
 
@@ -52,7 +53,7 @@ protected:
                     .Help = u"/help.html"_s,
                     .Editor = u"audacity"_s,
                     .Player = u"aplay"_s};
-    RunContext run{context.editor, tools};
+    RunContext run{context.editor, tools, context.windows};
 };
 
 } // namespace

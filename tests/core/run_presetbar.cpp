@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "run/presetbar.h"
 
+#include "run/toolpaths.h"
 #include "shell/settings.h"
 #include "support/testcontext.h"
 
@@ -60,7 +61,7 @@ TEST(PresetBar, ButtonOfARecord)
 {
     TestContext context;
     const ToolPaths tools{.Csound = u"/opt/csound"_s};
-    const RunContext run{context.editor, tools};
+    const RunContext run{context.editor, tools, context.windows};
     PresetStore store(context.settings);
     EXPECT_EQ(
         ButtonOf(u"a long preset"_s, run),

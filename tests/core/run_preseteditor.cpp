@@ -2,6 +2,7 @@
 #include "run/preseteditor.h"
 
 #include "platform/programfolder.h"
+#include "run/toolpaths.h"
 #include "shell/settings.h"
 #include "support/testcontext.h"
 
@@ -46,7 +47,7 @@ protected:
 
     TestContext context;
     ToolPaths tools{.Csound = u"/opt/csound"_s};
-    RunContext run{context.editor, tools};
+    RunContext run{context.editor, tools, context.windows};
     PresetStore store{context.settings};
     QStringList rows;
     QStringList loaded; ///< picture files that were to be shown

@@ -3,6 +3,7 @@
 
 #include "platform/runtimeerror.h"
 #include "run/presetstore.h"
+#include "run/toolpaths.h"
 #include "shell/documentkind.h"
 #include "support/testcontext.h"
 
@@ -36,7 +37,7 @@ protected:
 
     TestContext context;
     ToolPaths tools{.Csound = u"/opt/cs/csound"_s};
-    RunContext run{context.editor, tools};
+    RunContext run{context.editor, tools, context.windows};
 };
 
 } // namespace

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "run/rundialog.h"
 
+#include "run/toolpaths.h"
 #include "shell/documentkind.h"
 #include "shell/recentlist.h"
 #include "support/testcontext.h"
@@ -27,7 +28,7 @@ protected:
 
     TestContext context;
     ToolPaths tools{.Csound = u"/opt/one/csound"_s, .Csound2 = u"/opt/two/csound"_s};
-    RunContext run{context.editor, tools};
+    RunContext run{context.editor, tools, context.windows};
 };
 
 } // namespace

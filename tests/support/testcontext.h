@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "run/runcontext.h"
 #include "shell/editorcontext.h"
 #include "support/printers.h"
 #include "support/scripteddesktop.h"
@@ -22,7 +23,7 @@ struct TestStatus : StatusLine {
     }
 };
 
-struct TestWindows : ProgramWindows {
+struct TestWindows : ProgramWindows, PresetWindows {
     bool mainWindowActive = true;
     QStringList calls; ///< "minimize", "raise", "preferences", "edit NAME", "rebuild"
     bool MainWindowActive() const override { return mainWindowActive; }

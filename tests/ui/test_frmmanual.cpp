@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "run/toolpaths.h"
 #include "run/ui/frmflags.h"
 #include "run/ui/frmmanual.h"
 #include "shell/documentkind.h"
@@ -63,7 +64,7 @@ public:
     }
     Manual Open()
     {
-        dialog = std::make_unique<frmManual>(RunContext{context.editor, tools});
+        dialog = std::make_unique<frmManual>(RunContext{context.editor, tools, context.windows});
         dialog->show();
         if (!QTest::qWaitForWindowActive(dialog.get()))
             QTest::qFail("the dialog is not active", __FILE__, __LINE__);
@@ -597,7 +598,7 @@ void ManualTest::SaveFirstCanBeDropped()
     Run run;
     const QString document = run.Document(u"song.csd"_s);
     run.context.settings.SaveFlag(Keys::ManualSaveFirst, true);
-    frmManual dialog({run.context.editor, run.tools});
+    frmManual dialog({run.context.editor, run.tools, run.context.windows});
     dialog.DropSaveFirst();
     dialog.show();
     Manual manual(dialog);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "run/macroexpansion.h"
+#include "run/toolpaths.h"
 #include "run/ui/frmflags.h"
 #include "run/ui/frmimages.h"
 #include "run/ui/frmpresets.h"
@@ -142,7 +143,7 @@ public:
 
     TestContext context;
     ToolPaths tools{.Csound = u"/opt/csound"_s};
-    RunContext run{context.editor, tools};
+    RunContext run{context.editor, tools, context.windows};
     std::unique_ptr<frmPresets> dialog;
 };
 

@@ -65,7 +65,7 @@ DialogProgram::DialogProgram(const QString &document, SettingsStore &settings, D
     : m_tools(ReadToolPaths(settings)),
       m_void(std::make_unique<Void>()),
       m_editor{m_document, m_void->text, settings, desktop, m_void->status, *this, m_void->operations},
-      m_context{m_editor, m_tools}
+      m_context{m_editor, m_tools, *this}
 {
     m_document.CurrentFile = document;
     ClassifyDocument(m_document, settings);

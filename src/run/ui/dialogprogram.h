@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/textbuffer.h"
+#include "run/runcontext.h"
 #include "run/toolpaths.h"
 #include "shell/editorcontext.h"
 
@@ -13,7 +14,7 @@ namespace zelvane
 /// What the preset chooser and the Run Csound dialog work on when each is a program of its own: a document by
 /// its path, the settings and the tool paths. There is no main window, no text and no status line; the main
 /// window is never active, and what is asked of it does nothing.
-class DialogProgram : public ProgramWindows
+class DialogProgram : public ProgramWindows, public PresetWindows
 {
 public:
     /// Classifies the document and reads the tool paths.
@@ -27,6 +28,7 @@ public:
     void MinimizeMainWindow() override {}
     void RaiseMainWindow() override {}
     void ShowPreferences() override {}
+
     void EditPreset(const QString &name) override;
     /// The editors that run see the change when they next start.
     void RebuildPresets() override {}

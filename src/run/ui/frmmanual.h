@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "run/runcontext.h"
 #include "run/rundialog.h"
 
 #include <QDialog>

@@ -6,6 +6,7 @@
 #include "platform/parameters.h"
 #include "platform/ui/fileicon.h"
 #include "run/macroexpansion.h"
+#include "run/toolpaths.h"
 #include "run/ui/flagpicker.h"
 #include "run/ui/frmimages.h"
 #include "run/ui/presetimages.h"

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "run/preseteditor.h"
+#include "run/runcontext.h"
 
 #include <functional>
 #include <QDialog>

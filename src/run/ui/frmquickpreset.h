@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "run/toolpaths.h"
+#include "run/runcontext.h"
 
 #include <functional>
 #include <QDialog>

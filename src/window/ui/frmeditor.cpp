@@ -102,7 +102,7 @@ frmEditor::frmEditor(SettingsStore &settings, Desktop &desktop, const CommandLin
       m_browseTracking(new HotTracking(tvwBrowse)),
       m_relatedTracking(new HotTracking(tvwRelated)),
       cmbOpcodes(new OpcodeCombo(m_context, ProgramFolder(), [this] { FocusText(); })),
-      m_presets(new PresetBar({m_context, m_tools}, *m_commands, *m_menus->Menu(u"mnuPresets"_s),
+      m_presets(new PresetBar({m_context, m_tools, *this}, *m_commands, *m_menus->Menu(u"mnuPresets"_s),
                               *m_menus->Menu(u"mnuPresetPopup"_s))),
       m_language(new LanguageCommands(m_context, *this, *m_commands, ProgramFolder(), this)),
       m_edit(new EditCommands(m_context, *TxtEdit, *m_commands, this)),
@@ -129,7 +129,7 @@ frmEditor::frmEditor(SettingsStore &settings, Desktop &desktop, const CommandLin
         m_context, m_documents, *m_commands, [this] { close(); }, this);
     new TextCommands(m_context, *TxtEdit, m_documents, *this, *m_commands, this);
     new TextToolsCommands(m_context, *TxtEdit, *m_commands, this);
-    new RunCommands({m_context, m_tools}, *m_commands, this);
+    new RunCommands({m_context, m_tools, *this}, *m_commands, this);
     new InsertCommands(m_context, *m_commands, this);
     new HelpCommands(m_context, *m_commands, ProgramFolder(), this);
     new FolderCommands(
@@ -501,7 +501,7 @@ void frmEditor::ShowPreferences()
 
 void frmEditor::EditPreset(const QString &name)
 {
-    ShowPresetEditor({m_context, m_tools}, name);
+    ShowPresetEditor({m_context, m_tools, *this}, name);
 }
 
 void frmEditor::RebuildPresets()

@@ -8,6 +8,7 @@
 #include "shell/editorcontext.h"
 #include "shell/startup.h"
 
+#include "run/runcontext.h"
 #include "run/toolpaths.h"
 
 #include <functional>
@@ -40,6 +41,7 @@ class Workspace;
 class frmEditor : public QMainWindow,
                   public DocumentView,
                   public ProgramWindows,
+                  public PresetWindows,
                   public ColourStep,
                   public OutlineStep,
                   public RelatedFilesStep
@@ -94,6 +96,8 @@ public:
     void MinimizeMainWindow() override;
     void RaiseMainWindow() override;
     void ShowPreferences() override;
+
+    // PresetWindows
     void EditPreset(const QString &name) override;
     void RebuildPresets() override;
 
