@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "language/opcodelist.h"
 #include "language/opcodeset.h"
+#include "language/scanner.h"
 #include "oracle/scanoracle.h"
 #include "platform/textfile.h"
 #include "support/boxes.h"
@@ -169,6 +170,11 @@ TEST(ShippedOpcodes, AreManyAndNoneIsLost)
          {u"oscil", u"instr", u"endin", u"sr", u"kr", u"ksmps", u"nchnls", u"0dbfs", u"if"})
         EXPECT_TRUE(list.Contains(word));
     EXPECT_TRUE(list.Set().AllKeyed());
+
+    // A digit starts no word: what is coloured of 0dbfs is dbfs.
+    const std::vector<StyleRun> runs = ScanRange(u"0dbfs = 1\n"_s, 0, 10, ScanMode::Orchestra, list).runs;
+    ASSERT_EQ(runs.size(), 1u);
+    EXPECT_EQ(runs[0], (StyleRun{1, 4, StyleClass::Opcode}));
 }
 
 } // namespace zelvane::test
