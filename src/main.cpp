@@ -9,6 +9,7 @@
 #include "run/ui/frmmanual.h"
 #include "run/ui/frmquickpreset.h"
 #include "shell/commandline.h"
+#include "shell/consoleanswer.h"
 #include "shell/errorreport.h"
 #include "shell/settings.h"
 #include "shell/splitpath.h"
@@ -18,6 +19,7 @@
 
 #include <clocale>
 #include <csignal>
+#include <cstdio>
 #include <functional>
 #include <memory>
 #include <new>
@@ -240,6 +242,15 @@ int Main(Application &application, const QByteArray &token)
 
 int main(int argc, char **argv)
 {
+    // Before there is an application: this needs no display, and disturbs no running editor.
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    if (const auto answer = AnswerOnConsole(arguments)) {
+        std::fputs(answer->text.toLocal8Bit().constData(), answer->failure ? stderr : stdout);
+        return answer->failure ? 2 : 0;
+    }
+
     const QByteArray token = ActivationToken();
     Application application(argc, argv);
     int code = 1;

@@ -136,6 +136,29 @@ def broken_settings_do_not_keep_the_window_away(stage):
     check("this line is no setting" in stage.store.read_text(), "the line that is no setting")
 
 
+def help_and_version_need_no_display(stage):
+    piece = copy_example(stage, "pluck.csd")
+    stage.write_store(STORE.format(more="Startup=2"))
+    editor, window = settled(stage, piece)
+    title = window.title()
+    display = stage.environment.pop("DISPLAY")
+    for option, code, start in (
+        ("--help", 0, "Usage: zelvane [FILE]"),
+        ("-h", 0, "Usage: zelvane [FILE]"),
+        ("--version", 0, "Zelvane "),
+        ("-v", 0, "Zelvane "),
+        ("--colour", 2, "zelvane: unknown option --colour"),
+    ):
+        process = stage.start(option)
+        equal(process.ended(), code, f"exit code of {option}")
+        check(process.output().startswith(start), f"{option} printed {process.output()!r}")
+    stage.environment["DISPLAY"] = display
+    editor.at_rest()
+    equal(window.title(), title, "the running editor's document")
+    equal(stage.setting("Open"), None, "the mailbox")
+    editor.close(window)
+
+
 main(
     first_use_welcomes_over_the_open_document,
     splash_stands_until_the_document_does,
@@ -144,4 +167,5 @@ main(
     what_cannot_be_opened_says_so,
     editor_outlives_its_terminal,
     broken_settings_do_not_keep_the_window_away,
+    help_and_version_need_no_display,
 )
