@@ -24,6 +24,7 @@ Render=
 [Render]
 Command=$CSOUND$
 Args=-d -W -o $WAVE$ $ORCHESTRA$ $SCORE$
+Folder=$DIR$
 Tooltip=Render this piece to a sound file
 SaveFirst=1
 Image=101
