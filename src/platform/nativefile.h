@@ -62,13 +62,6 @@ std::optional<FileStamp> StampOf(const QString &name);
 /// The name behind all symbolic links at the end of a path; the last one may not exist.
 QString FollowLinks(const QString &name);
 
-/// Replaces or creates a document, so that a failure at any step leaves the old one whole and a power cut
-/// leaves one of the two. Links are followed; permission bits, attributes and, where possible, the owner are
-/// kept. A file without write permission is refused. Where the folder takes no second file, or where a second
-/// file could not be what the first was (hard links, owner), the bytes are written in place, and the old ones
-/// put back on failure.
-void ReplaceFile(const QString &name, const QByteArray &bytes);
-
 /// The right to write a file, held against all other processes that ask for it. It lies on the file beside
 /// it, `name` plus
 /// ".lock", which stays. The system takes it back when the process ends, however it ends.

@@ -2,8 +2,10 @@
 #include "platform/textfile.h"
 
 #include "platform/nativefile.h"
+#include "platform/replacefile.h"
 #include "platform/runtimeerror.h"
 
+#include <algorithm>
 #include <array>
 
 using namespace Qt::Literals::StringLiterals;

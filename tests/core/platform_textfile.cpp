@@ -4,6 +4,7 @@
 #include "support/childprocess.h"
 #include "support/printers.h"
 
+#include <csignal>
 #include <cstring>
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -359,6 +360,98 @@ TEST_F(TextFile, ReplacingKeepsPermissionsAttributesAndOwner)
         EXPECT_STREQ(value, "kept");
     }
     EXPECT_EQ(NamesIn(folder), QStringList{u"file"_s});
+}
+
+TEST_F(TextFile, NobodyElseReadsATextOfItsOwnersAtAnyMoment)
+{
+    const QByteArray bytes(2'000'000, 'x');
+    const QString file = Put(u"secret"_s, bytes);
+    ASSERT_EQ(chmod(Native(file), 0600), 0);
+    const mode_t old = umask(0);
+    const pid_t child = StartChild([&] {
+        for (;;)
+            WriteFileBytes(file, bytes);
+    });
+    umask(old);
+    // All files of the other process, those without a name too.
+    const QByteArray open = "/proc/" + QByteArray::number(child) + "/fd/";
+    int seen = 0;
+    QElapsedTimer timer;
+    timer.start();
+    while (seen < 2000 && timer.elapsed() < 10000) {
+        for (int number = 3; number < 10; ++number) {
+            struct stat info = {};
+            const QByteArray path = open + QByteArray::number(number);
+            char target[4096];
+            const ssize_t length = readlink(path.constData(), target, sizeof target);
+            if (length < 0 || !QByteArray(target, length).startsWith(QFile::encodeName(folder)) ||
+                stat(path.constData(), &info) != 0 || !S_ISREG(info.st_mode))
+                continue;
+            ++seen;
+            EXPECT_EQ(info.st_mode & 07777, 0600u) << QByteArray(target, length).constData();
+        }
+    }
+    kill(child, SIGKILL);
+    EXPECT_FALSE(ChildSucceeded(child));
+    EXPECT_GT(seen, 100);
+}
+
+TEST_F(TextFile, TheRightsThatAFolderGivesToNewFilesAreNotAnOldFiles)
+{
+    const QString file = Put(u"secret"_s, "old");
+    ASSERT_EQ(chmod(Native(file), 0640), 0);
+    // Version, then tag, rights and id of the owner, user 65534, the group, the mask and all others.
+    const auto entry = [](char tag, char rights, quint32 id = 0xFFFFFFFF) {
+        QByteArray bytes = "...."_ba;
+        bytes[0] = tag;
+        bytes[1] = 0;
+        bytes[2] = rights;
+        bytes[3] = 0;
+        for (int shift = 0; shift < 32; shift += 8)
+            bytes += char(id >> shift);
+        return bytes;
+    };
+    const QByteArray rules = QByteArray("\2\0\0\0", 4) + entry(1, 7) + entry(2, 7, 65534) + entry(4, 7) +
+                             entry(16, 7) + entry(32, 0);
+    if (setxattr(Native(folder), "system.posix_acl_default", rules.constData(), size_t(rules.size()), 0) != 0)
+        GTEST_SKIP() << "the file system has no access lists";
+    WriteFileBytes(Path(u"new"_s), "x");
+    EXPECT_GT(getxattr(Native(Path(u"new"_s)), "system.posix_acl_access", nullptr, 0), 0);
+    WriteFileBytes(file, "new");
+    EXPECT_EQ(Content(file), "new"_ba);
+    EXPECT_EQ(getxattr(Native(file), "system.posix_acl_access", nullptr, 0), -1);
+    EXPECT_EQ(Status(file).st_mode & 07777, 0640u);
+}
+
+TEST_F(TextFile, ANameIsOpenedAsItWasGiven)
+{
+    // A link of the system's own kind, which does not lead to where it says when its file has lost its name.
+    const QString file = Put(u"file"_s, "old");
+    const int open = ::open(Native(file), O_RDWR);
+    ASSERT_GE(open, 0);
+    ASSERT_EQ(unlink(Native(file)), 0);
+    const QString other = Put(u"file (deleted)"_s, "another's");
+    WriteFileBytes(u"/proc/self/fd/"_s + QString::number(open), "new");
+    EXPECT_EQ(Content(other), "another's"_ba);
+    char found[8] = {};
+    EXPECT_EQ(pread(open, found, sizeof found, 0), 3);
+    EXPECT_STREQ(found, "new");
+    close(open);
+    EXPECT_EQ(NamesIn(folder), QStringList{u"file (deleted)"_s});
+}
+
+TEST_F(TextFile, TheSystemsProtectionOfLinksInSharedFoldersHolds)
+{
+    if (geteuid() != 0 || Content(u"/proc/sys/fs/protected_symlinks"_s).trimmed() != "1")
+        GTEST_SKIP() << "needs two users, and a system that protects links";
+    const QString file = Put(u"file"_s, "old");
+    ASSERT_TRUE(QDir(folder).mkdir(u"shared"_s));
+    ASSERT_EQ(chmod(Native(Path(u"shared"_s)), 01777), 0);
+    ASSERT_EQ(symlink(Native(file), Native(Path(u"shared/link"_s))), 0);
+    ASSERT_EQ(lchown(Native(Path(u"shared/link"_s)), 65534, 65534), 0);
+    EXPECT_EQ(ErrorOf([&] { WriteFileBytes(Path(u"shared/link"_s), "x"); }).Description(), System(EACCES));
+    EXPECT_EQ(ErrorOf([&] { ReadFileBytes(Path(u"shared/link"_s)); }).Description(), System(EACCES));
+    EXPECT_EQ(Content(file), "old"_ba);
 }
 
 TEST_F(TextFile, LinksAreFollowed)

@@ -1,0 +1,194 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/replacefile.h"
+
+#include "platform/nativecalls.h"
+#include "platform/nativefile.h"
+#include "platform/runtimeerror.h"
+#include "platform/temporaryfile.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <QFile>
+#include <set>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane
+{
+
+using namespace native;
+
+namespace
+{
+
+constexpr mode_t OwnerOnly = 0600;
+/// What the umask, or the folder's own rules, leave of this is what the user wants new files to have.
+constexpr mode_t AsTheUserWants = 0666;
+
+/// The names of a file's extended attributes. @return false when they cannot be had
+bool AttributeNames(int descriptor, std::set<QByteArray> &names)
+{
+    QByteArray list(64 * 1024, Qt::Uninitialized);
+    const ssize_t length = ::flistxattr(descriptor, list.data(), size_t(list.size()));
+    if (length < 0)
+        return errno == ENOTSUP;
+    for (const char *name = list.constData(); name < list.constData() + length; name += std::strlen(name) + 1)
+        names.insert(name);
+    return true;
+}
+
+/// The system labels a new file by its own rules; whoever may not set the label may not mend it either.
+bool IsLabel(const QByteArray &attribute)
+{
+    return attribute.startsWith("security.") || attribute.startsWith("trusted.");
+}
+
+/// Makes a new file equal an old one in all but its bytes, its rights last. @return false when it cannot be
+bool CopyAttributes(int from, const struct stat &old, int to)
+{
+    struct stat made = {};
+    std::set<QByteArray> names, inherited;
+    if (::fstat(to, &made) != 0 || !AttributeNames(from, names) || !AttributeNames(to, inherited))
+        return false;
+    // What the folder gives to its new files, such as rights of other users, the old file may not have.
+    for (const QByteArray &name : inherited) {
+        if (!names.contains(name) && ::fremovexattr(to, name.constData()) != 0 && !IsLabel(name))
+            return false;
+    }
+    if ((made.st_uid != old.st_uid || made.st_gid != old.st_gid) && ::fchown(to, old.st_uid, old.st_gid) != 0)
+        return false;
+    if (::fchmod(to, old.st_mode & 07777) != 0)
+        return false;
+    for (const QByteArray &name : names) {
+        QByteArray value(64 * 1024, Qt::Uninitialized);
+        const ssize_t size = ::fgetxattr(from, name.constData(), value.data(), size_t(value.size()));
+        if ((size < 0 || ::fsetxattr(to, name.constData(), value.constData(), size_t(size), 0) != 0) &&
+            !IsLabel(name))
+            return false;
+    }
+    return true;
+}
+
+/// Writes over a file's own bytes, and puts the old ones back when a step fails. @return 0 or the error
+int OverwriteInPlace(int descriptor, const QByteArray &old, const QByteArray &bytes, bool &restored)
+{
+    // A full disk shows here, before anything is changed, on all file systems that can tell beforehand.
+    if (bytes.size() > old.size()) {
+        const FileSizeSignalGuard guard;
+        if (Retry([&] { return ::fallocate(descriptor, FALLOC_FL_KEEP_SIZE, 0, bytes.size()); }) != 0 &&
+            (errno == ENOSPC || errno == EDQUOT || errno == EFBIG))
+            return errno;
+    }
+    const auto write = [&](const QByteArray &content) {
+        if (::lseek(descriptor, 0, SEEK_SET) != 0)
+            return errno;
+        if (const int error = WriteAll(descriptor, content))
+            return error;
+        if (Retry([&] { return ::ftruncate(descriptor, content.size()); }) != 0)
+            return errno;
+        return Flush(descriptor);
+    };
+    const int error = write(bytes);
+    restored = error == 0 || write(old) == 0;
+    return error;
+}
+
+/// The file that stands under the name now, opened to be written, with what it is. Not open when there is
+/// none.
+NativeFile OpenTarget(const QString &name, struct stat &old)
+{
+    // By the name as it was given, not by where its links lead to: the system's own rules for links, such as
+    // those of a folder where anyone may put one, hold for it.
+    const QByteArray path = PathOf(name);
+    if (::stat(path.constData(), &old) != 0) {
+        if (errno != ENOENT)
+            Fail(errno, name);
+        return {};
+    }
+    if (!S_ISCHR(old.st_mode))
+        RefuseSpecial(old.st_mode, name);
+    // Opening asks every rule of the system for the right to write, and changes nothing.
+    NativeFile target(
+        Retry([&] { return ::open(path.constData(), O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));
+    if (!target.IsOpen() || ::fstat(target.Descriptor(), &old) != 0)
+        Fail(errno, name);
+    return target;
+}
+
+/// Writes the bytes beside the target and puts the file in its place.
+/// @param path the target behind all links @param target the file that stands there, if one does
+/// @return false where the target can only be written in place
+bool ReplaceBeside(const QString &name, const QByteArray &path, const NativeFile &target,
+                   const struct stat &old, const QByteArray &bytes)
+{
+    const bool exists = target.IsOpen();
+    TemporaryFile temporary(FolderOf(path), exists ? OwnerOnly : AsTheUserWants);
+    if (const int error = temporary.Error()) {
+        if (error == ENOENT)
+            throw RunTimeError(ErrorNumber::PathNotFound, DescriptionOf(error), name);
+        if (!exists || (error != EACCES && error != EPERM && error != EROFS))
+            Fail(error, name);
+        return false;
+    }
+    if (const int error = WriteAll(temporary.Descriptor(), bytes))
+        Fail(error, name);
+    if (const int error = Flush(temporary.Descriptor()))
+        Fail(error, name);
+    if (exists && !CopyAttributes(target.Descriptor(), old, temporary.Descriptor()))
+        return false;
+    if (const int error = exists ? temporary.RenameTo(path) : temporary.Become(path)) {
+        // A sticky folder, or a file mounted by itself: it can be written, but not replaced.
+        if (exists && (error == EACCES || error == EPERM || error == EBUSY))
+            return false;
+        Fail(error, name);
+    }
+    FlushFolder(FolderOf(path));
+    return true;
+}
+
+void WriteInPlace(const QString &name, const NativeFile &target, const QByteArray &bytes)
+{
+    // A file that cannot be read cannot be put back either: it is refused here.
+    const NativeFile readable = OpenRegularFile(name);
+    if (const FileStamp stamp = StampOf(readable), opened = StampOf(target);
+        stamp.device != opened.device || stamp.file != opened.file)
+        throw RunTimeError(ErrorNumber::PathFileAccess, u"The file was replaced by another meanwhile"_s,
+                           name);
+    const QByteArray old = ReadWhole(readable, name);
+    bool restored = true;
+    if (const int error = OverwriteInPlace(target.Descriptor(), old, bytes, restored)) {
+        if (!restored)
+            throw RunTimeError(NumberOf(error),
+                               DescriptionOf(error) + u" (the old contents could not be put back)"_s, name);
+        Fail(error, name);
+    }
+}
+
+} // namespace
+
+void ReplaceFile(const QString &name, const QByteArray &bytes)
+{
+    struct stat old = {};
+    const NativeFile target = OpenTarget(name, old);
+    if (target.IsOpen() && S_ISCHR(old.st_mode)) {
+        if (const int error = WriteAll(target.Descriptor(), bytes))
+            Fail(error, name);
+        return;
+    }
+    if (target.IsOpen())
+        RefuseSpecial(old.st_mode, name);
+
+    const QByteArray path = PathOf(FollowLinks(name));
+    struct stat found = {};
+    const bool replaceable =
+        !target.IsOpen() || (old.st_nlink == 1 && ::lstat(path.constData(), &found) == 0 &&
+                             found.st_dev == old.st_dev && found.st_ino == old.st_ino);
+    if (!replaceable || !ReplaceBeside(name, path, target, old, bytes))
+        WriteInPlace(name, target, bytes);
+}
+
+} // namespace zelvane
