@@ -8,6 +8,8 @@
 #include "platform/textfile.h"
 #include "platform/ui/qtdesktop.h"
 #include "platform/ui/textcontrol.h"
+#include "shell/documentkeys.h"
+#include "shell/layoutkeys.h"
 #include "shell/lineends.h"
 #include "uibench.h"
 #include "window/ui/frmeditor.h"

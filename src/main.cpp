@@ -10,7 +10,9 @@
 #include "run/ui/frmquickpreset.h"
 #include "shell/commandline.h"
 #include "shell/consoleanswer.h"
+#include "shell/documentkeys.h"
 #include "shell/errorreport.h"
+#include "shell/layoutkeys.h"
 #include "shell/settings.h"
 #include "shell/splitpath.h"
 #include "shell/startup.h"
@@ -114,7 +116,7 @@ bool HandedOver(const CommandLine &command, SettingsStore &settings, InstanceLin
         return true;
     // It has ended just now: this process opens the file itself, and takes its mail back.
     if (hasMail)
-        settings.DeleteSetting(QString::fromUtf16(Sections::Options), Keys::Open.name);
+        settings.DeleteSetting(Keys::Open);
     return false;
 }
 
@@ -124,7 +126,7 @@ void StartWithMail(SettingsStore &settings, Desktop &desktop)
     const QString mail = settings.Text(Keys::Open);
     if (mail.isEmpty())
         return;
-    settings.DeleteSetting(QString::fromUtf16(Sections::Options), Keys::Open.name);
+    settings.DeleteSetting(Keys::Open);
     desktop.ShellRun({.verb = u"open"_s,
                       .file = QCoreApplication::applicationFilePath(),
                       .parameters = SplitPath(PathPart::Quoted, DropOuterQuotes(mail))});

@@ -3,6 +3,7 @@
 
 #include "language/normalizespaces.h"
 #include "shell/editorcontext.h"
+#include "shell/toolkeys.h"
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "language/highlighter.h"
 
+#include "language/languagekeys.h"
 #include "shell/documentview.h"
 #include "shell/editorcontext.h"
+#include "shell/editorkeys.h"
 #include "shell/errorreport.h"
 
 #include <new>
@@ -14,8 +16,8 @@ namespace zelvane
 
 std::array<StyleFormat, StyleClassCount> SyntaxHighlightSettings(const SettingsStore &settings)
 {
-    const auto format = [&settings](const SettingKey &key, bool bold) {
-        const bool isDefault = settings.GetSetting(QString::fromUtf16(Sections::Options), key.name).isEmpty();
+    const auto format = [&settings](const ColourKey &key, bool bold) {
+        const bool isDefault = settings.StoredText(key).isEmpty();
         return StyleFormat{settings.Colour(key), bold, isDefault};
     };
     std::array<StyleFormat, StyleClassCount> formats;

@@ -2,6 +2,7 @@
 #include "run/filekinds.h"
 
 #include "platform/desktop.h"
+#include "run/runkeys.h"
 #include "shell/documentkind.h"
 #include "shell/settings.h"
 #include "shell/splitpath.h"

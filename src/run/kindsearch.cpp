@@ -2,6 +2,7 @@
 #include "run/kindsearch.h"
 
 #include "run/filekinds.h"
+#include "run/runkeys.h"
 #include "shell/documentkind.h"
 #include "shell/editorcontext.h"
 #include "shell/splitpath.h"

@@ -3,6 +3,7 @@
 
 #include "platform/numbers.h"
 #include "run/macroexpansion.h"
+#include "run/presetkeys.h"
 #include "shell/editorcontext.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -33,7 +34,7 @@ QString PresetLabel(const QString &name)
 std::optional<PresetButton> ButtonOf(const PresetKey &key, const RunContext &context)
 {
     const PresetStore store(context.editor.settings);
-    if (store.Text(key, PresetKeys::CreateButton) == u"0")
+    if (store.StoredText(key, PresetKeys::CreateButton) == u"0")
         return std::nullopt;
     return PresetButton{.key = key,
                         .newGroup = store.Flag(key, PresetKeys::NewGroup),

@@ -6,6 +6,7 @@
 #include "platform/programfolder.h"
 #include "run/macroexpansion.h"
 #include "run/presetbar.h"
+#include "run/presetkeys.h"
 #include "shell/editorcontext.h"
 
 #include <QDir>
@@ -81,13 +82,14 @@ bool SavePreset(const PresetKey &name, const PresetFields &fields, QStringList &
         store.SaveTextOrDelete(name, PresetKeys::SecondFolder, record.SecondFolder);
         store.SaveNumber(name, PresetKeys::SecondWindow, record.SecondWindow);
     } else {
-        for (const SettingKey &key : {PresetKeys::SecondCommand, PresetKeys::SecondArgs,
-                                      PresetKeys::SecondFolder, PresetKeys::SecondWindow})
+        const std::initializer_list<SettingKey> second{PresetKeys::SecondCommand, PresetKeys::SecondArgs,
+                                                       PresetKeys::SecondFolder, PresetKeys::SecondWindow};
+        for (const SettingKey &key : second)
             store.DeleteKey(name, key);
     }
 
     if (fields.imageNumber != 0) {
-        store.SaveNumber(name, PresetKeys::Image, fields.imageNumber);
+        store.SaveText(name, PresetKeys::Image, QString::number(fields.imageNumber));
     } else if (!fields.bitmap.isEmpty()) {
         if (loadPicture(fields.bitmap))
             store.SaveText(name, PresetKeys::Image, fields.bitmap);

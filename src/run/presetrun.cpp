@@ -3,7 +3,9 @@
 
 #include "platform/parameters.h"
 #include "run/macroexpansion.h"
+#include "run/presetkeys.h"
 #include "run/presetstore.h"
+#include "run/runkeys.h"
 #include "shell/editorcontext.h"
 #include "shell/splitpath.h"
 
@@ -33,7 +35,7 @@ void RunPreset(const QString &name, bool confirm, bool edit, RunContext &context
         if (editor.settings.Flag(Keys::MinimizeOnPresets))
             editor.windows.MinimizeMainWindow();
         const DocumentRecord &document = editor.document;
-        if (store.Text(name, PresetKeys::SaveFirst) == u"1" && !document.CurrentFile.isEmpty() &&
+        if (store.StoredText(name, PresetKeys::SaveFirst) == u"1" && !document.CurrentFile.isEmpty() &&
             document.Modified)
             editor.operations.SaveFile(document.CurrentFile);
     }

@@ -2,6 +2,7 @@
 #include "run/presetstore.h"
 
 #include "platform/numbers.h"
+#include "run/presetkeys.h"
 #include "shell/settings.h"
 
 #include <algorithm>
@@ -13,28 +14,17 @@ using namespace Qt::Literals::StringLiterals;
 namespace zelvane
 {
 
-namespace
-{
-
-QString Index()
-{
-    return QString::fromUtf16(Sections::Presets);
-}
-
-} // namespace
-
 QString PresetStore::RecordSection(const PresetKey &name)
 {
-    static const std::array own{
-        QString::fromUtf16(Sections::Options), QString::fromUtf16(Sections::RecentFiles),
-        QString::fromUtf16(Sections::RecentFindStrings), QString::fromUtf16(Sections::RecentCommandLines),
-        QString::fromUtf16(Sections::Presets)};
+    static constexpr std::array<QStringView, 5> own{Sections::Options, Sections::RecentFiles,
+                                                    Sections::RecentFindStrings, Sections::RecentCommandLines,
+                                                    Sections::Presets};
     static const QString beside = u" (preset)"_s;
     // "Options" goes to "Options (preset)", so a preset of that name must give way too, and so on.
     QStringView stem = name;
     while (stem.endsWith(beside, Qt::CaseInsensitive))
         stem.chop(beside.size());
-    const bool taken = std::any_of(own.begin(), own.end(), [stem](const QString &section) {
+    const bool taken = std::any_of(own.begin(), own.end(), [stem](QStringView section) {
         return stem.compare(section, Qt::CaseInsensitive) == 0;
     });
     return taken ? name + beside : name;
@@ -43,7 +33,7 @@ QString PresetStore::RecordSection(const PresetKey &name)
 QStringList PresetStore::ReadPresetList() const
 {
     QStringList names;
-    for (const auto &[key, value] : m_settings.GetAllSettings(Index()))
+    for (const auto &[key, value] : m_settings.GetAllSettings(Sections::Presets))
         names.append(key);
     return names;
 }
@@ -51,18 +41,18 @@ QStringList PresetStore::ReadPresetList() const
 bool PresetStore::PresetExists(const PresetKey &name, const QDate &today) const
 {
     const QString absent = QLocale::system().toString(today, QLocale::ShortFormat);
-    return name != absent && m_settings.GetSetting(Index(), name, absent) != absent;
+    return name != absent && m_settings.GetSetting(Sections::Presets, name, absent) != absent;
 }
 
 void PresetStore::AddToIndex(const PresetKey &name)
 {
-    m_settings.SaveSetting(Index(), name, {});
+    m_settings.SaveSetting(Sections::Presets, name, {});
 }
 
 void PresetStore::Remove(const PresetKey &name)
 {
     m_settings.DeleteSetting(RecordSection(name));
-    m_settings.DeleteSetting(Index(), name);
+    m_settings.DeleteSetting(Sections::Presets, name);
 }
 
 void PresetStore::RewritePresetOrder(const QStringList &names)
@@ -70,32 +60,39 @@ void PresetStore::RewritePresetOrder(const QStringList &names)
     std::vector<std::pair<QString, QString>> entries;
     for (const QString &name : names)
         entries.emplace_back(name, QString());
-    m_settings.ReplaceSection(Index(), entries);
+    m_settings.ReplaceSection(Sections::Presets, entries);
 }
 
-QString PresetStore::Text(const PresetKey &name, const SettingKey &key) const
+QString PresetStore::Text(const PresetKey &name, const TextKey &key) const
 {
-    return Text(name, key, key.fallback);
+    return Text(name, key, QStringView(key.fallback).toString());
 }
 
-QString PresetStore::Text(const PresetKey &name, const SettingKey &key, const QString &fallback) const
+QString PresetStore::Text(const PresetKey &name, const TextKey &key, const QString &fallback) const
 {
-    return m_settings.GetSetting(RecordSection(name), key.name, fallback);
+    return m_settings.GetSetting(RecordSection(name), key.Name(), fallback);
 }
 
-int PresetStore::WindowState(const PresetKey &name, const SettingKey &key) const
+QString PresetStore::StoredText(const PresetKey &name, const SettingKey &key) const
 {
-    return ToInteger<int>(ToNumber(Text(name, key)));
+    return m_settings.GetSetting(RecordSection(name), key.Name());
 }
 
-bool PresetStore::Flag(const PresetKey &name, const SettingKey &key) const
+int PresetStore::WindowState(const PresetKey &name, const NumberKey &key) const
 {
-    return ToBoolean(Text(name, key));
+    const QString number = QString::number(int(key.fallback));
+    return ToInteger<int>(ToNumber(m_settings.GetSetting(RecordSection(name), key.Name(), number)));
+}
+
+bool PresetStore::Flag(const PresetKey &name, const FlagKey &key) const
+{
+    const QString flag = key.fallback ? u"1"_s : u"0"_s;
+    return ToBoolean(m_settings.GetSetting(RecordSection(name), key.Name(), flag));
 }
 
 PresetRecord PresetStore::ReadRecord(const PresetKey &name) const
 {
-    const auto state = [&](const SettingKey &key) {
+    const auto state = [&](const NumberKey &key) {
         const int value = WindowState(name, key);
         return value >= 0 && value <= 3 ? value : 1; // a list has no other rows
     };
@@ -115,12 +112,12 @@ PresetRecord PresetStore::ReadRecord(const PresetKey &name) const
             .SecondWindow = state(PresetKeys::SecondWindow)};
 }
 
-void PresetStore::SaveText(const PresetKey &name, const SettingKey &key, const QString &value)
+void PresetStore::SaveText(const PresetKey &name, const TextKey &key, const QString &value)
 {
-    m_settings.SaveSetting(RecordSection(name), key.name, value);
+    SaveStoredText(name, key, value);
 }
 
-void PresetStore::SaveTextOrDelete(const PresetKey &name, const SettingKey &key, const QString &value)
+void PresetStore::SaveTextOrDelete(const PresetKey &name, const TextKey &key, const QString &value)
 {
     if (value.isEmpty())
         DeleteKey(name, key);
@@ -128,19 +125,24 @@ void PresetStore::SaveTextOrDelete(const PresetKey &name, const SettingKey &key,
         SaveText(name, key, value);
 }
 
-void PresetStore::SaveNumber(const PresetKey &name, const SettingKey &key, int value)
+void PresetStore::SaveNumber(const PresetKey &name, const NumberKey &key, int value)
 {
-    SaveText(name, key, QString::number(value));
+    SaveStoredText(name, key, QString::number(value));
 }
 
-void PresetStore::SaveFlag(const PresetKey &name, const SettingKey &key, bool value)
+void PresetStore::SaveFlag(const PresetKey &name, const FlagKey &key, bool value)
 {
-    SaveText(name, key, value ? u"1"_s : u"0"_s);
+    SaveStoredText(name, key, value ? u"1"_s : u"0"_s);
+}
+
+void PresetStore::SaveStoredText(const PresetKey &name, const SettingKey &key, const QString &text)
+{
+    m_settings.SaveSetting(RecordSection(name), key.Name(), text);
 }
 
 void PresetStore::DeleteKey(const PresetKey &name, const SettingKey &key)
 {
-    m_settings.DeleteSetting(RecordSection(name), key.name);
+    m_settings.DeleteSetting(RecordSection(name), key.Name());
 }
 
 } // namespace zelvane

@@ -4,6 +4,7 @@
 #include "platform/parameters.h"
 #include "run/filekinds.h"
 #include "run/presetbar.h"
+#include "run/presetkeys.h"
 #include "shell/editorcontext.h"
 #include "shell/splitpath.h"
 

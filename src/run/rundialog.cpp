@@ -5,6 +5,7 @@
 #include "run/filekinds.h"
 #include "run/kindsearch.h"
 #include "run/macroexpansion.h"
+#include "run/runkeys.h"
 #include "run/toolpaths.h"
 #include "shell/editorcontext.h"
 #include "shell/recentlist.h"
@@ -56,8 +57,7 @@ RunDialogFields LoadRunDialog(RunContext &context)
         }
     }
     for (int i = 0; i < RecentCommandLineCount; ++i) {
-        const QString line =
-            editor.settings.GetSetting(QString::fromUtf16(Sections::RecentCommandLines), QString::number(i));
+        const QString line = editor.settings.GetSetting(Sections::RecentCommandLines, QString::number(i));
         if (line.isEmpty())
             break;
         fields.history.append(line);
@@ -110,8 +110,7 @@ bool RunCsound(RunDialogFields &fields, RunContext &context)
     editor.settings.SaveFlag(Keys::ManualCsound2, fields.csound2);
     editor.settings.SaveFlag(Keys::ManualSaveFirst, fields.saveFirst);
     editor.settings.SaveFlag(Keys::ManualInitialFolder, fields.documentFolder);
-    AddRecentItem(editor.settings, fields.flags, QString::fromUtf16(Sections::RecentCommandLines),
-                  RecentCommandLineCount);
+    AddRecentItem(editor.settings, fields.flags, Sections::RecentCommandLines, RecentCommandLineCount);
     return true;
 }
 

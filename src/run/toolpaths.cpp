@@ -2,6 +2,7 @@
 #include "run/toolpaths.h"
 
 #include "shell/settings.h"
+#include "shell/toolkeys.h"
 
 namespace zelvane
 {

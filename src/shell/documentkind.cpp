@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/documentkind.h"
 
+#include "shell/documentkeys.h"
 #include "shell/settings.h"
 #include "shell/splitpath.h"
 

@@ -2,6 +2,7 @@
 #include "shell/documentlifecycle.h"
 
 #include "platform/runtimeerror.h"
+#include "shell/documentkeys.h"
 #include "shell/documentkind.h"
 #include "shell/errorreport.h"
 #include "shell/lineends.h"
@@ -277,7 +278,7 @@ void DocumentLifecycle::NewInstance()
 
 void DocumentLifecycle::OpenRecent(int number)
 {
-    OpenFile(m_settings.GetSetting(QString::fromUtf16(Sections::RecentFiles), QString::number(number)));
+    OpenFile(m_settings.GetSetting(Sections::RecentFiles, QString::number(number)));
 }
 
 void DocumentLifecycle::FileMenuOpening()
@@ -347,8 +348,7 @@ void DocumentLifecycle::MRUsalva()
 
 void DocumentLifecycle::MRUAggiornaMenu()
 {
-    m_view.ShowRecentFiles(
-        RecentItems(m_settings, QString::fromUtf16(Sections::RecentFiles), RecentFileCount));
+    m_view.ShowRecentFiles(RecentItems(m_settings, Sections::RecentFiles, RecentFileCount));
 }
 
 void DocumentLifecycle::StatusFileInfo()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/findreplace.h"
 
+#include "shell/findkeys.h"
 #include "shell/findtext.h"
 #include "shell/recentlist.h"
 
@@ -16,7 +17,7 @@ namespace
 
 void StoreFindString(SettingsStore &settings, const QString &text)
 {
-    AddRecentItem(settings, text, QString::fromUtf16(Sections::RecentFindStrings), RecentFindStringCount);
+    AddRecentItem(settings, text, Sections::RecentFindStrings, RecentFindStringCount);
 }
 
 void StoreWordAndCase(SettingsStore &settings, const FindFields &fields)
@@ -29,7 +30,7 @@ void StoreWordAndCase(SettingsStore &settings, const FindFields &fields)
 
 QStringList FindStringsOffered(const SettingsStore &settings)
 {
-    return RecentItems(settings, QString::fromUtf16(Sections::RecentFindStrings), RecentFindStringCount - 1);
+    return RecentItems(settings, Sections::RecentFindStrings, RecentFindStringCount - 1);
 }
 
 int OptionsOf(const FindFields &fields)

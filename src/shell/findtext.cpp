@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/findtext.h"
 
+#include "shell/findkeys.h"
+
 #include <QStringMatcher>
 
 using namespace Qt::Literals::StringLiterals;
@@ -102,8 +104,7 @@ void FindAgain(EditorContext &editor)
         options |= FindWholeWord;
     if (editor.settings.Flag(Keys::FindMatchCase))
         options |= FindMatchCase;
-    const QString needle =
-        editor.settings.GetSetting(QString::fromUtf16(Sections::RecentFindStrings), u"1"_s);
+    const QString needle = editor.settings.GetSetting(Sections::RecentFindStrings, u"1"_s);
     if (!needle.isEmpty())
         FindNextText(editor, needle, false, options);
 }

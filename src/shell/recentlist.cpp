@@ -7,7 +7,7 @@ namespace zelvane
 namespace
 {
 
-void AddItem(SettingsStore &settings, const QString &text, const QString &section, int count,
+void AddItem(SettingsStore &settings, const QString &text, QStringView section, int count,
              Qt::CaseSensitivity sensitivity)
 {
     QStringList items = {text};
@@ -25,17 +25,17 @@ void AddItem(SettingsStore &settings, const QString &text, const QString &sectio
 
 } // namespace
 
-void AddRecentItem(SettingsStore &settings, const QString &text, const QString &section, int count)
+void AddRecentItem(SettingsStore &settings, const QString &text, QStringView section, int count)
 {
     AddItem(settings, text, section, count, Qt::CaseSensitive);
 }
 
 void AddRecentFile(SettingsStore &settings, const QString &path)
 {
-    AddItem(settings, path, QString::fromUtf16(Sections::RecentFiles), RecentFileCount, Qt::CaseInsensitive);
+    AddItem(settings, path, Sections::RecentFiles, RecentFileCount, Qt::CaseInsensitive);
 }
 
-QStringList RecentItems(const SettingsStore &settings, const QString &section, int count)
+QStringList RecentItems(const SettingsStore &settings, QStringView section, int count)
 {
     QStringList items;
     for (int key = 1; key <= count; ++key) {

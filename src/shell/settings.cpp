@@ -17,118 +17,130 @@ SettingsStore::SettingsStore(const QString &file) : m_file(std::make_unique<Prof
 
 SettingsStore::~SettingsStore() = default;
 
-QString SettingsStore::GetSetting(const QString &section, const QString &key, const QString &fallback) const
+QString SettingsStore::GetSetting(QStringView section, QStringView key, const QString &fallback) const
 {
     return m_file->Value(section, key).value_or(fallback);
 }
 
-void SettingsStore::SaveSetting(const QString &section, const QString &key, const QString &value)
+void SettingsStore::SaveSetting(QStringView section, QStringView key, QStringView value)
 {
     m_file->SetValue(section, key, value);
 }
 
-void SettingsStore::SaveSettings(const QString &section,
-                                 const std::vector<std::pair<QString, QString>> &entries)
+void SettingsStore::SaveSettings(QStringView section, const std::vector<std::pair<QString, QString>> &entries)
 {
     m_file->SetValues(section, entries);
 }
 
-std::vector<std::pair<QString, QString>> SettingsStore::GetAllSettings(const QString &section) const
+std::vector<std::pair<QString, QString>> SettingsStore::GetAllSettings(QStringView section) const
 {
     return m_file->Entries(section);
 }
 
-void SettingsStore::DeleteSetting(const QString &section, const QString &key)
+void SettingsStore::DeleteSetting(QStringView section, QStringView key)
 {
     m_file->RemoveKey(section, key);
 }
 
-void SettingsStore::DeleteSetting(const QString &section)
+void SettingsStore::DeleteSetting(QStringView section)
 {
     m_file->RemoveSection(section);
 }
 
-void SettingsStore::ReplaceSection(const QString &section,
+void SettingsStore::ReplaceSection(QStringView section,
                                    const std::vector<std::pair<QString, QString>> &entries)
 {
     m_file->ReplaceSection(section, entries);
 }
 
-namespace
+QString SettingsStore::Text(const TextKey &key) const
 {
-
-bool FlagFrom(const SettingKey &key, const QString &value)
-{
-    return key.kind == SettingKind::NumericFlag ? ToNumber(value) != 0 : ToBoolean(value);
+    return Text(key, QStringView(key.fallback).toString());
 }
 
-} // namespace
-
-QString SettingsStore::Text(const SettingKey &key) const
+bool SettingsStore::Flag(const FlagKey &key) const
 {
-    return Text(key, key.fallback);
+    return Flag(key, key.fallback);
 }
 
-bool SettingsStore::Flag(const SettingKey &key) const
+double SettingsStore::Number(const NumberKey &key) const
 {
-    return FlagFrom(key, Text(key));
+    return Number(key, key.fallback);
 }
 
-double SettingsStore::Number(const SettingKey &key) const
-{
-    return ToNumber(Text(key));
-}
-
-int SettingsStore::Integer(const SettingKey &key) const
+int SettingsStore::Integer(const NumberKey &key) const
 {
     return ToInteger<int>(Number(key));
 }
 
-quint32 SettingsStore::Colour(const SettingKey &key) const
+quint32 SettingsStore::Colour(const ColourKey &key) const
 {
-    return ToColour(Text(key));
+    const std::optional<QString> value = Stored(key);
+    return value ? ToColour(*value) : key.fallback;
 }
 
-QString SettingsStore::Text(const SettingKey &key, const QString &fallback) const
+QString SettingsStore::Text(const BareTextKey &key, const QString &fallback) const
 {
-    return m_file->Value(Sections::Options, key.name).value_or(fallback);
+    return Stored(key).value_or(fallback);
 }
 
-bool SettingsStore::Flag(const SettingKey &key, bool fallback) const
+bool SettingsStore::Flag(const BareFlagKey &key, bool fallback) const
 {
-    const std::optional<QString> value = m_file->Value(Sections::Options, key.name);
-    return value ? FlagFrom(key, *value) : fallback;
+    const std::optional<QString> value = Stored(key);
+    if (!value)
+        return fallback;
+    return key.kind == SettingKind::NumericFlag ? ToNumber(*value) != 0 : ToBoolean(*value);
 }
 
-double SettingsStore::Number(const SettingKey &key, double fallback) const
+double SettingsStore::Number(const BareNumberKey &key, double fallback) const
 {
-    const std::optional<QString> value = m_file->Value(Sections::Options, key.name);
+    const std::optional<QString> value = Stored(key);
     return value ? ToNumber(*value) : fallback;
 }
 
-int SettingsStore::Integer(const SettingKey &key, int fallback) const
+int SettingsStore::Integer(const BareNumberKey &key, int fallback) const
 {
     return ToInteger<int>(Number(key, double(fallback)));
 }
 
-void SettingsStore::SaveText(const SettingKey &key, const QString &value)
+QString SettingsStore::StoredText(const SettingKey &key) const
 {
-    m_file->SetValue(Sections::Options, key.name, value);
+    return Stored(key).value_or(QString());
 }
 
-void SettingsStore::SaveFlag(const SettingKey &key, bool value)
+std::optional<QString> SettingsStore::Stored(const SettingKey &key) const
 {
-    SaveText(key, value ? u"-1"_s : u"0"_s);
+    return m_file->Value(Sections::Options, key.Name());
 }
 
-void SettingsStore::SaveNumber(const SettingKey &key, double value)
+void SettingsStore::SaveText(const BareTextKey &key, const QString &value)
 {
-    SaveText(key, NumberText(value));
+    SaveStoredText(key, value);
 }
 
-void SettingsStore::SaveColour(const SettingKey &key, quint32 value)
+void SettingsStore::SaveFlag(const BareFlagKey &key, bool value)
 {
-    SaveText(key, QString::number(qint32(value)));
+    SaveStoredText(key, value ? u"-1"_s : u"0"_s);
+}
+
+void SettingsStore::SaveNumber(const BareNumberKey &key, double value)
+{
+    SaveStoredText(key, NumberText(value));
+}
+
+void SettingsStore::SaveColour(const ColourKey &key, quint32 value)
+{
+    SaveStoredText(key, QString::number(qint32(value)));
+}
+
+void SettingsStore::SaveStoredText(const SettingKey &key, const QString &text)
+{
+    m_file->SetValue(Sections::Options, key.Name(), text);
+}
+
+void SettingsStore::DeleteSetting(const SettingKey &key)
+{
+    m_file->RemoveKey(Sections::Options, key.Name());
 }
 
 bool ToBoolean(const QString &value)

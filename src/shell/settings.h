@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "shell/settingskeys.h"
+#include "shell/settingkey.h"
 
 #include <memory>
+#include <optional>
 #include <QString>
+#include <QStringView>
 #include <utility>
 #include <vector>
 
@@ -12,6 +14,16 @@ namespace zelvane
 {
 
 class ProfileFile;
+
+/// The store's own sections; each preset has one more.
+namespace Sections
+{
+inline constexpr char16_t Options[] = u"Options"; ///< all single-valued settings
+inline constexpr char16_t RecentFiles[] = u"Recent File List";
+inline constexpr char16_t RecentFindStrings[] = u"Recent Find Strings";
+inline constexpr char16_t RecentCommandLines[] = u"Recent Command Lines";
+inline constexpr char16_t Presets[] = u"Presets";
+} // namespace Sections
 
 /// The per-user store of strings, addressed by section and key; keys and sections are compared without regard
 /// to case and enumerated in the order of their creation. Every write is atomic and takes the lock of the
@@ -29,46 +41,52 @@ public:
     SettingsStore &operator=(const SettingsStore &) = delete;
 
     /// The stored string, or `fallback` when the key is absent. Never fails, never creates the key.
-    QString GetSetting(const QString &section, const QString &key, const QString &fallback = {}) const;
+    QString GetSetting(QStringView section, QStringView key, const QString &fallback = {}) const;
     /// Creates section and key as needed. @throws RunTimeError when the store cannot be written
-    void SaveSetting(const QString &section, const QString &key, const QString &value);
+    void SaveSetting(QStringView section, QStringView key, QStringView value);
     /// Saves several keys of a section in one step: faster, and a process that is killed meanwhile has saved
     /// all or none.
-    void SaveSettings(const QString &section, const std::vector<std::pair<QString, QString>> &entries);
+    void SaveSettings(QStringView section, const std::vector<std::pair<QString, QString>> &entries);
     /// All keys of a section with their values, in order of creation.
-    std::vector<std::pair<QString, QString>> GetAllSettings(const QString &section) const;
+    std::vector<std::pair<QString, QString>> GetAllSettings(QStringView section) const;
     /// Removes a key; nothing happens when it is absent. @throws RunTimeError when the store cannot be
     /// written
-    void DeleteSetting(const QString &section, const QString &key);
+    void DeleteSetting(QStringView section, QStringView key);
     /// Removes a whole section; nothing happens when it is absent. @throws RunTimeError when the store cannot
     /// be written
-    void DeleteSetting(const QString &section);
+    void DeleteSetting(QStringView section);
     /// Deletes a section and saves all these keys anew in one step: a process that is killed meanwhile loses
     /// none.
-    void ReplaceSection(const QString &section, const std::vector<std::pair<QString, QString>> &entries);
+    void ReplaceSection(QStringView section, const std::vector<std::pair<QString, QString>> &entries);
 
     /// Readers of section "Options" by declared key, each with the key's own default. They throw RunTimeError
     /// 13 "Type mismatch" when the stored value cannot be read as the kind, and 6 "Overflow" when it is
     /// beyond the type.
-    QString Text(const SettingKey &key) const;
-    bool Flag(const SettingKey &key) const;
-    double Number(const SettingKey &key) const;
-    int Integer(const SettingKey &key) const;
-    /// A colour as 0xBBGGRR, or a system colour with the top bit set.
-    quint32 Colour(const SettingKey &key) const;
+    QString Text(const TextKey &key) const;
+    bool Flag(const FlagKey &key) const;
+    double Number(const NumberKey &key) const;
+    int Integer(const NumberKey &key) const;
+    quint32 Colour(const ColourKey &key) const;
     /// The same with a default that only the reader knows (a control's present value).
-    QString Text(const SettingKey &key, const QString &fallback) const;
-    bool Flag(const SettingKey &key, bool fallback) const;
-    double Number(const SettingKey &key, double fallback) const;
-    int Integer(const SettingKey &key, int fallback) const;
+    QString Text(const BareTextKey &key, const QString &fallback) const;
+    bool Flag(const BareFlagKey &key, bool fallback) const;
+    double Number(const BareNumberKey &key, double fallback) const;
+    int Integer(const BareNumberKey &key, int fallback) const;
+    /// What the store holds for a key of any kind; empty when it is absent.
+    QString StoredText(const SettingKey &key) const;
 
     /// Writers of section "Options". A flag is written as "-1" or "0", a number as its shortest decimal text.
-    void SaveText(const SettingKey &key, const QString &value);
-    void SaveFlag(const SettingKey &key, bool value);
-    void SaveNumber(const SettingKey &key, double value);
-    void SaveColour(const SettingKey &key, quint32 value);
+    void SaveText(const BareTextKey &key, const QString &value);
+    void SaveFlag(const BareFlagKey &key, bool value);
+    void SaveNumber(const BareNumberKey &key, double value);
+    void SaveColour(const ColourKey &key, quint32 value);
+    /// Writes a value in a stored form of the caller's choice, such as a check box's "1".
+    void SaveStoredText(const SettingKey &key, const QString &text);
+    void DeleteSetting(const SettingKey &key);
 
 private:
+    std::optional<QString> Stored(const SettingKey &key) const;
+
     std::unique_ptr<ProfileFile> m_file;
 };
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/showfolders.h"
 
+#include "shell/documentkeys.h"
 #include "shell/splitpath.h"
 
 using namespace Qt::Literals::StringLiterals;

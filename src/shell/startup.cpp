@@ -2,8 +2,10 @@
 #include "shell/startup.h"
 
 #include "platform/runtimeerror.h"
+#include "shell/documentkeys.h"
 #include "shell/documentlifecycle.h"
 #include "shell/errorreport.h"
+#include "shell/layoutkeys.h"
 
 #include <QScopeGuard>
 
@@ -12,21 +14,9 @@ using namespace Qt::Literals::StringLiterals;
 namespace zelvane
 {
 
-namespace
-{
-
-QString Options()
-{
-    return QString::fromUtf16(Sections::Options);
-}
-
-const QString MailboxKey = u"Open"_s;
-
-} // namespace
-
 bool MayHandOver(const CommandLine &command, const SettingsStore &settings)
 {
-    return settings.GetSetting(Options(), u"MultipleInstances"_s, u"0"_s) == u"0"_s &&
+    return settings.GetSetting(Sections::Options, Keys::MultipleInstances.Name(), u"0"_s) == u"0" &&
            command.Form() != StartForm::NewInstance;
 }
 
@@ -60,7 +50,7 @@ void HandOver::RemoveMail(const QString &name)
 {
     // Mail that came while the file opened stays for its own wake-up.
     if (m_editor.settings.Text(Keys::Open) == name)
-        m_editor.settings.DeleteSetting(QString::fromUtf16(Sections::Options), Keys::Open.name);
+        m_editor.settings.DeleteSetting(Keys::Open);
 }
 
 void RigaDiComando(const CommandLine &command, DocumentLifecycle &documents, const SettingsStore &settings)

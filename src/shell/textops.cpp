@@ -2,6 +2,7 @@
 #include "shell/textops.h"
 
 #include "platform/textwriter.h"
+#include "shell/editorkeys.h"
 
 #include <algorithm>
 #include <QScopeGuard>

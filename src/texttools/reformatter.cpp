@@ -3,6 +3,7 @@
 
 #include "platform/runtimeerror.h"
 #include "platform/textwriter.h"
+#include "shell/editorkeys.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "language/helponword.h"
 #include "language/normalizespaces.h"
-#include "shell/settingskeys.h"
+#include "shell/toolkeys.h"
 #include "support/randomtext.h"
 #include "support/testcontext.h"
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "language/highlighter.h"
-#include "shell/settingskeys.h"
+#include "language/languagekeys.h"
+#include "shell/editorkeys.h"
 #include "support/boxes.h"
 #include "support/recordingview.h"
 #include "support/testcontext.h"
@@ -106,7 +107,7 @@ TEST_F(Highlighting, SwitchedOffItOnlyEmptiesTheUndoBuffer)
 
 TEST_F(Highlighting, ASettingThatIsNoFlagIsReported)
 {
-    context.settings.SaveText(Keys::SyntaxHighlight, u"maybe"_s);
+    context.settings.SaveStoredText(Keys::SyntaxHighlight, u"maybe"_s);
     Open(u"out x"_s, FileKind::Orchestra);
     try {
         context.settings.Flag(Keys::SyntaxHighlight);
@@ -196,11 +197,11 @@ TEST(SyntaxHighlightSettings, SystemColoursKeepTheStoredTextColourOut)
     TestContext context;
     context.settings.SaveColour(Keys::FontColor, 0x123456);
     EXPECT_EQ(SyntaxHighlightSettings(context.settings)[0], (StyleFormat{0x80000008, false, true}));
-    context.settings.SaveText(Keys::SystemColors, u"0"_s);
+    context.settings.SaveStoredText(Keys::SystemColors, u"0"_s);
     EXPECT_EQ(SyntaxHighlightSettings(context.settings)[0], (StyleFormat{0x123456, false, false}));
     context.settings.SaveColour(Keys::OpcodeColor, 0x0000FF);
     EXPECT_EQ(SyntaxHighlightSettings(context.settings)[2], (StyleFormat{0x0000FF, true, false}));
-    context.settings.SaveText(Keys::TagColor, u"red"_s);
+    context.settings.SaveStoredText(Keys::TagColor, u"red"_s);
     EXPECT_THROW(SyntaxHighlightSettings(context.settings), RunTimeError);
 }
 

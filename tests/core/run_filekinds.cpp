@@ -2,6 +2,8 @@
 #include "run/filekinds.h"
 
 #include "run/toolpaths.h"
+#include "shell/documentkeys.h"
+#include "shell/toolkeys.h"
 #include "support/testcontext.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "run/kindsearch.h"
 
+#include "run/runkeys.h"
+#include "shell/documentkeys.h"
 #include "shell/documentkind.h"
 #include "support/testcontext.h"
 

@@ -4,6 +4,7 @@
 #include "oracle/presetmacros.h"
 #include "platform/parameters.h"
 #include "platform/runtimeerror.h"
+#include "run/runkeys.h"
 #include "run/toolpaths.h"
 #include "shell/documentkind.h"
 #include "support/testcontext.h"

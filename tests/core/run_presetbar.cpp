@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "run/presetbar.h"
 
+#include "run/presetkeys.h"
 #include "run/toolpaths.h"
 #include "shell/settings.h"
 #include "support/testcontext.h"
@@ -68,7 +69,7 @@ TEST(PresetBar, ButtonOfARecord)
         (PresetButton{.key = u"a long preset"_s, .label = u"a long ..."_s, .tooltip = u"a long preset"_s}));
     store.SaveText(u"x"_s, PresetKeys::Name, u"Render it now"_s);
     store.SaveText(u"x"_s, PresetKeys::Tooltip, u"Renders"_s);
-    store.SaveText(u"x"_s, PresetKeys::NewGroup, u"-1"_s);
+    store.SaveStoredText(u"x"_s, PresetKeys::NewGroup, u"-1"_s);
     store.SaveText(u"x"_s, PresetKeys::Image, u"105"_s);
     store.SaveText(u"x"_s, PresetKeys::Command, u"$CSOUND$"_s);
     EXPECT_EQ(ButtonOf(u"x"_s, run), (PresetButton{.key = u"x"_s,
@@ -77,10 +78,10 @@ TEST(PresetBar, ButtonOfARecord)
                                                    .tooltip = u"Renders"_s,
                                                    .image = {PresetImage::Form::BuiltIn, 105, {}},
                                                    .command = u"/opt/csound"_s}));
-    store.SaveText(u"x"_s, PresetKeys::CreateButton, u"0"_s);
+    store.SaveStoredText(u"x"_s, PresetKeys::CreateButton, u"0"_s);
     EXPECT_FALSE(ButtonOf(u"x"_s, run).has_value());
     for (const QString &on : {u"1"_s, u"-1"_s, u"yes"_s, u""_s}) {
-        store.SaveText(u"x"_s, PresetKeys::CreateButton, on);
+        store.SaveStoredText(u"x"_s, PresetKeys::CreateButton, on);
         EXPECT_TRUE(ButtonOf(u"x"_s, run).has_value());
     }
 }

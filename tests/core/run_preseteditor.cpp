@@ -2,6 +2,7 @@
 #include "run/preseteditor.h"
 
 #include "platform/programfolder.h"
+#include "run/presetkeys.h"
 #include "run/toolpaths.h"
 #include "shell/settings.h"
 #include "support/testcontext.h"
@@ -159,13 +160,14 @@ TEST_F(PresetEditor, SecondActionOnlyBehindAProgram)
         .record = {.Command = u"/bin/x"_s, .SecondCommand = u"second"_s, .SecondArgs = u"a"_s}};
     EXPECT_TRUE(Save(u"p"_s, fields));
     EXPECT_EQ(store.Text(u"p"_s, PresetKeys::SecondCommand), u"second"_s);
-    EXPECT_EQ(store.Text(u"p"_s, PresetKeys::SecondWindow), u"1"_s);
+    EXPECT_EQ(store.StoredText(u"p"_s, PresetKeys::SecondWindow), u"1"_s);
     fields.record.Command = u"/a.html"_s;
     context.desktop.ExpectMessage(ReplaceQuestion(u"p"_s), BoxAnswer::Yes);
     EXPECT_TRUE(Save(u"p"_s, fields));
-    for (const SettingKey &key : {PresetKeys::SecondCommand, PresetKeys::SecondArgs, PresetKeys::SecondFolder,
-                                  PresetKeys::SecondWindow})
-        EXPECT_EQ(store.Text(u"p"_s, key, u"none"_s), u"none"_s);
+    const std::initializer_list<SettingKey> second{PresetKeys::SecondCommand, PresetKeys::SecondArgs,
+                                                   PresetKeys::SecondFolder, PresetKeys::SecondWindow};
+    for (const SettingKey &key : second)
+        EXPECT_EQ(context.settings.GetSetting(u"p"_s, key.Name(), u"none"_s), u"none"_s);
     // Without a command of its own, its parameters go too.
     fields.record.Command = u"/bin/x"_s;
     fields.record.SecondCommand.clear();

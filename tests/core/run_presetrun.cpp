@@ -2,7 +2,9 @@
 #include "run/presetrun.h"
 
 #include "platform/runtimeerror.h"
+#include "run/presetkeys.h"
 #include "run/presetstore.h"
+#include "run/runkeys.h"
 #include "run/toolpaths.h"
 #include "shell/documentkind.h"
 #include "support/testcontext.h"
@@ -30,7 +32,7 @@ protected:
 
     void Set(const SettingKey &key, const QString &value)
     {
-        PresetStore(context.settings).SaveText(u"P"_s, key, value);
+        PresetStore(context.settings).SaveStoredText(u"P"_s, key, value);
     }
 
     void Go(bool confirm = false, bool edit = false) { RunPreset(u"P"_s, confirm, edit, run); }
@@ -279,11 +281,11 @@ TEST_F(Run, SecondActionThatIsOnlyAMacroWithoutTextEndsQuietly)
 
 TEST_F(Run, FailureInEachFieldOfTheSecondActionStops)
 {
-    const SettingKey keys[] = {PresetKeys::SecondCommand, PresetKeys::SecondArgs, PresetKeys::SecondFolder};
-    for (const SettingKey &key : keys) {
+    const TextKey keys[] = {PresetKeys::SecondCommand, PresetKeys::SecondArgs, PresetKeys::SecondFolder};
+    for (const TextKey &key : keys) {
         Set(PresetKeys::Command, u"/bin/x"_s);
-        for (const SettingKey &other : keys)
-            Set(other, other.name == key.name ? u"$DOCUMENT$"_s : u"/bin/y"_s);
+        for (const TextKey &other : keys)
+            Set(other, other.Name() == key.Name() ? u"$DOCUMENT$"_s : u"/bin/y"_s);
         context.desktop.ExpectProcess({.command = u"/bin/x"_s, .folder = u"/bin"_s});
         Go();
         EXPECT_EQ(context.status.text, u"DOCUMENT macro returned empty string."_s);

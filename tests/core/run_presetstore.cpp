@@ -2,6 +2,7 @@
 #include "run/presetstore.h"
 
 #include "platform/runtimeerror.h"
+#include "run/presetkeys.h"
 #include "shell/settings.h"
 #include "support/testcontext.h"
 
@@ -88,12 +89,12 @@ TEST_F(Presets, EmptyTextRemovesTheKey)
 
 TEST_F(Presets, DamagedNumbersAreRunTimeErrors)
 {
-    store.SaveText(u"x"_s, PresetKeys::Window, u"big"_s);
+    store.SaveStoredText(u"x"_s, PresetKeys::Window, u"big"_s);
     EXPECT_THROW(store.WindowState(u"x"_s, PresetKeys::Window), RunTimeError);
-    store.SaveText(u"x"_s, PresetKeys::NewGroup, u"perhaps"_s);
+    store.SaveStoredText(u"x"_s, PresetKeys::NewGroup, u"perhaps"_s);
     EXPECT_THROW(store.Flag(u"x"_s, PresetKeys::NewGroup), RunTimeError);
     // A state that no window has is shown as normal.
-    store.SaveText(u"y"_s, PresetKeys::Window, u"7"_s);
+    store.SaveStoredText(u"y"_s, PresetKeys::Window, u"7"_s);
     EXPECT_EQ(store.WindowState(u"y"_s, PresetKeys::Window), 7);
     EXPECT_EQ(store.ReadRecord(u"y"_s).Window, 1);
 }
@@ -169,6 +170,22 @@ TEST_F(Presets, NamesLikeTheProgramsSectionsHarmNothing)
         EXPECT_EQ(context.settings.GetSetting(section, u"Window"_s), u"kept"_s);
     EXPECT_EQ(PresetStore::RecordSection(u"Option"_s), u"Option"_s);
     EXPECT_EQ(PresetStore::RecordSection(u"x (preset)"_s), u"x (preset)"_s);
+}
+
+TEST_F(Presets, NamesAndDefaultsOfTheKeys)
+{
+    const std::initializer_list<SettingKey> all{
+        PresetKeys::Command,      PresetKeys::Args,          PresetKeys::Folder,     PresetKeys::Window,
+        PresetKeys::SaveFirst,    PresetKeys::Name,          PresetKeys::Tooltip,    PresetKeys::CreateButton,
+        PresetKeys::NewGroup,     PresetKeys::SecondCommand, PresetKeys::SecondArgs, PresetKeys::SecondFolder,
+        PresetKeys::SecondWindow, PresetKeys::Image};
+    QStringList names;
+    for (const SettingKey &key : all)
+        names.append(key.Name());
+    EXPECT_EQ(names.join(u' '),
+              u"Command Args Folder Window SaveFirst Name Tooltip CreateButton NewGroup 2ndCommand 2ndArgs "
+              "2ndFolder 2ndWindow Image"_s);
+    EXPECT_EQ(store.ReadRecord(u"none"_s), PresetRecord());
 }
 
 } // namespace zelvane::test

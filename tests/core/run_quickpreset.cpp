@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "run/quickpreset.h"
 
+#include "run/presetkeys.h"
 #include "shell/settings.h"
 #include "support/testcontext.h"
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "run/rundialog.h"
 
+#include "run/runkeys.h"
 #include "run/toolpaths.h"
 #include "shell/documentkind.h"
 #include "shell/recentlist.h"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/runtimeerror.h"
+#include "shell/documentkeys.h"
 #include "shell/exporttext.h"
 #include "support/boxes.h"
 #include "support/lifecyclefixture.h"

@@ -2,6 +2,7 @@
 #include "shell/findreplace.h"
 
 #include "platform/runtimeerror.h"
+#include "shell/findkeys.h"
 #include "support/testcontext.h"
 
 #include <gtest/gtest.h>

@@ -2,6 +2,7 @@
 #include "shell/findtext.h"
 
 #include "core/oracle/textopsoracle.h"
+#include "shell/findkeys.h"
 #include "support/randomtext.h"
 #include "support/testcontext.h"
 

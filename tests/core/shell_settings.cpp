@@ -1,8 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "language/languagekeys.h"
 #include "platform/runtimeerror.h"
+#include "run/runkeys.h"
+#include "shell/documentkeys.h"
+#include "shell/editorkeys.h"
+#include "shell/findkeys.h"
+#include "shell/layoutkeys.h"
 #include "shell/settings.h"
 #include "support/childprocess.h"
 #include "support/printers.h"
+#include "texttools/insertkeys.h"
 
 #include <gtest/gtest.h>
 #include <QFile>
@@ -24,11 +31,11 @@ protected:
     QTemporaryDir folder;
     SettingsStore store{folder.filePath(u"settings"_s)};
 
-    void Save(const SettingKey &key, const QString &value)
+    void Save(const SettingKey &key, const QString &value) { store.SaveStoredText(key, value); }
+    QString Stored(const SettingKey &key)
     {
-        store.SaveSetting(u"Options"_s, key.name, value);
+        return store.GetSetting(u"Options"_s, key.Name(), u"(absent)"_s);
     }
-    QString Stored(const SettingKey &key) { return store.GetSetting(u"Options"_s, key.name, u"(absent)"_s); }
 
     template <typename Call> static ErrorNumber ErrorOf(Call call)
     {
@@ -44,142 +51,7 @@ protected:
     }
 };
 
-struct Row {
-    const char *name;
-    const char *fallback; // nullptr: known to the reader only
-    SettingKind kind;
-    bool byPreferences;
-};
-constexpr bool P = true;
-constexpr auto Flag = SettingKind::Flag, NumericFlag = SettingKind::NumericFlag, Number = SettingKind::Number,
-               Colour = SettingKind::Colour, Text = SettingKind::Text;
-
-/// The single-valued settings, written out once more by hand.
-const Row Table[] = {
-    {"X", nullptr, Number, false},
-    {"Y", nullptr, Number, false},
-    {"Width", nullptr, Number, false},
-    {"Height", nullptr, Number, false},
-    {"Window", "0", Number, false},
-    {"Splash", "1", Flag, P},
-    {"FlatButtons", "1", NumericFlag, P},
-    {"HotTracking", "0", Flag, P},
-    {"BandLabels", "0", Flag, P},
-    {"Labels", "0", Flag, false},
-    {"PresetsLabels", "0", Flag, false},
-    {"PanelLabels", "0", Flag, false},
-    {"PanelWidth", nullptr, Number, false},
-    {"StatusBar", "1", Flag, false},
-    {"CodeOutline", "1", NumericFlag, false},
-    {"RelatedFiles", "1", NumericFlag, false},
-    {"LoopMode", "0", Flag, false},
-    {"Used", "1", Number, false},
-    {"SystemColors", "1", Flag, P},
-    {"FontColor", "-2147483640", Colour, false},
-    {"BackColor", "-2147483643", Colour, false},
-    {"Font", nullptr, Text, false},
-    {"FontSize", nullptr, Number, false},
-    {"FontItalic", nullptr, Flag, false},
-    {"FontBold", nullptr, Flag, false},
-    {"WordWrap", "0", Flag, false},
-    {"DragAndDrop", "1", Flag, P},
-    {"TabSize", "0", Number, P},
-    {"TabSpaces", "8", Number, P},
-    {"TabInsertSpaces", "0", Flag, P},
-    {"RealTabs", nullptr, Flag, P},
-    {"CppComments", "0", Flag, P},
-    {"LineStyle1", "-", Text, P},
-    {"LineStyle2", "*", Text, P},
-    {"LineWidth", "64", Number, P},
-    {"FixedPitchFonts", nullptr, Flag, P},
-    {"SyntaxHighlight", "True", Flag, P},
-    {"CommentsColor", "32768", Colour, false},
-    {"OpcodeColor", "16711680", Colour, false},
-    {"KeywordColor", "8388608", Colour, false},
-    {"MacroColor", "8388736", Colour, false},
-    {"LiteralColor", "8421376", Colour, false},
-    {"TagColor", "128", Colour, false},
-    {"ColorComments", "0", Flag, false},
-    {"Startup", "0", Number, P},
-    {"MultipleInstances", "0", Flag, P},
-    {"Open", "", Text, false},
-    {"OpenFolder", nullptr, Text, false},
-    {"SaveFolder", nullptr, Text, false},
-    {"FilterIndex", "0", Number, false},
-    {"BakPath", "", Text, P},
-    {"DeleteTempFiles", "0", Flag, P},
-    {"SingleSelection", "True", Flag, P},
-    {"ExpandBrowse", "False", Flag, P},
-    {"SaveOnSwitch", "0", Flag, P},
-    {"RememberCaret", "1", Flag, P},
-    {"OrchestraExtensions", "orc", Text, P},
-    {"ScoreExtensions", "sco", Text, P},
-    {"UFFExtensions", "csd", Text, P},
-    {"MIDIExtensions", "mid midi", Text, P},
-    {"SoundExtensions", "wav aif aiff", Text, P},
-    {"Csound", "", Text, P},
-    {"Csound2", "", Text, P},
-    {"Help", "", Text, P},
-    {"Editor", "", Text, P},
-    {"Player", "", Text, P},
-    {"MinimizeOnPresets", "0", Flag, P},
-    {"ConfirmPresets", "0", Flag, P},
-    {"OverwritePrompt", "0", Flag, P},
-    {"ManualCsound2", "0", Flag, false},
-    {"ManualSaveFirst", "0", Flag, false},
-    {"ManualInitialFolder", "1", Flag, false},
-    {"SFCopyTo", "", Text, false},
-    {"CopyTo", "", Text, false},
-    {"SliderNegative", "0", Flag, P},
-    {"CodeRepositorySingleSel", "0", Flag, false},
-    {"CodeRepositorySort", "0", Number, false},
-    {"RandomMin", "0", Number, false},
-    {"RandomMax", "1", Number, false},
-    {"RandomDigits", "3", Number, false},
-    {"HeaderSR", "44100", Number, false},
-    {"HeaderKR", "4410", Number, false},
-    {"HeaderChannels", "1", Number, false},
-    {"FindX", nullptr, Number, false},
-    {"FindY", nullptr, Number, false},
-    {"FindReplace", "", Text, false},
-    {"FindWholeWords", "0", Flag, false},
-    {"FindMatchCase", "0", Flag, false},
-    {"FindWrapSearches", "0", Flag, false},
-    {"FindScope", nullptr, Number, false},
-};
-
 } // namespace
-
-TEST_F(Settings, AllKeysAreDeclaredWithTheirDefaults)
-{
-    const std::span<const SettingKey> keys = AllSettingKeys();
-    ASSERT_EQ(keys.size(), std::size(Table));
-    for (size_t i = 0; i < keys.size(); ++i) {
-        const Row &row = Table[i];
-        EXPECT_EQ(keys[i].name, QString::fromLatin1(row.name));
-        EXPECT_EQ(keys[i].fallback, QString::fromLatin1(row.fallback ? row.fallback : "")) << row.name;
-        EXPECT_EQ(keys[i].kind, row.kind) << row.name;
-        EXPECT_EQ(keys[i].byPreferences, row.byPreferences) << row.name;
-    }
-}
-
-TEST_F(Settings, EveryDefaultCanBeRead)
-{
-    for (size_t i = 0; i < std::size(Table); ++i) {
-        const SettingKey &key = AllSettingKeys()[i];
-        EXPECT_EQ(store.Text(key), key.fallback);
-        EXPECT_EQ(store.Text(key, u"given"_s), u"given"_s);
-        if (!Table[i].fallback || key.kind == Text)
-            continue;
-        if (key.kind == Number)
-            EXPECT_EQ(store.Number(key), key.fallback.toDouble());
-        else if (key.kind == Colour)
-            EXPECT_EQ(store.Colour(key), quint32(key.fallback.toLongLong()));
-        else
-            EXPECT_EQ(store.Flag(key), key.fallback == u"1" || key.fallback == u"True") << Table[i].name;
-    }
-    EXPECT_EQ(NamesIn(folder.path()), QStringList()) << "reading makes nothing";
-}
 
 TEST_F(Settings, ReadersThatDifferHaveKeysOfTheirOwn)
 {
@@ -188,42 +60,20 @@ TEST_F(Settings, ReadersThatDifferHaveKeysOfTheirOwn)
     store.SaveText(Keys::SoundExtensions, u"flac"_s);
     EXPECT_EQ(store.Text(Keys::SoundExtensionsOfSearch), u"flac"_s);
 
-    store.SaveText(Keys::HeaderKRWritten, u"2205"_s);
+    store.SaveStoredText(Keys::HeaderKRWritten, u"2205"_s);
     EXPECT_EQ(store.Integer(Keys::HeaderKR), 2205);
     EXPECT_EQ(store.GetAllSettings(u"Options"_s).back(), std::pair(u"HeaderkR"_s, u"2205"_s));
 }
 
-TEST_F(Settings, NumberedKeys)
+TEST_F(Settings, TheTextOfAKeyOfAnyKind)
 {
-    EXPECT_EQ(Keys::Band(3).name, u"Band3"_s);
-    EXPECT_TRUE(store.Flag(Keys::Band(3)));
-    EXPECT_EQ(Keys::BandWidth(12).name, u"BandWidth12"_s);
-    EXPECT_EQ(store.Number(Keys::BandWidth(1), 345.5), 345.5);
-    EXPECT_EQ(Keys::BandRow(2).name, u"BandRow2"_s);
-    EXPECT_EQ(store.Text(Keys::BandRow(2)), u"1"_s);
-    EXPECT_EQ(Keys::PanelBandHeight(1).name, u"PanelBandHeight1"_s);
-    EXPECT_EQ(Keys::PanelBandRow(2).name, u"PanelBandRow2"_s);
-}
-
-TEST_F(Settings, PresetKeys)
-{
-    QStringList names, fallbacks;
-    for (const SettingKey &key : AllPresetKeys()) {
-        names.append(key.name);
-        fallbacks.append(key.fallback);
-    }
-    EXPECT_EQ(names.join(u' '),
-              u"Command Args Folder Window SaveFirst Name Tooltip CreateButton NewGroup 2ndCommand "
-              "2ndArgs 2ndFolder 2ndWindow Image"_s);
-    EXPECT_EQ(fallbacks.join(u','), u",,,1,0,,,1,0,,,,1,"_s);
-}
-
-TEST_F(Settings, NoTwoKeysDifferOnlyByCase)
-{
-    QSet<QString> seen;
-    for (const SettingKey &key : AllSettingKeys())
-        seen.insert(key.name.toLower());
-    EXPECT_EQ(size_t(seen.size()), AllSettingKeys().size());
+    EXPECT_EQ(store.StoredText(Keys::Splash), QString()) << "absent";
+    store.SaveStoredText(Keys::Splash, u"True"_s);
+    EXPECT_EQ(store.StoredText(Keys::Splash), u"True"_s);
+    EXPECT_TRUE(store.Flag(Keys::Splash));
+    store.DeleteSetting(Keys::Splash);
+    store.DeleteSetting(Keys::Splash);
+    EXPECT_EQ(Stored(Keys::Splash), u"(absent)"_s);
 }
 
 TEST_F(Settings, TheFourOperations)
@@ -285,7 +135,7 @@ TEST_F(Settings, FlagsOfEveryWriterAreRead)
 
 TEST_F(Settings, ThreeFlagsAreNumbers)
 {
-    for (const SettingKey &key : {Keys::FlatButtons, Keys::RelatedFiles, Keys::CodeOutline}) {
+    for (const NumericFlagKey &key : {Keys::FlatButtons, Keys::RelatedFiles, Keys::CodeOutline}) {
         EXPECT_TRUE(store.Flag(key));
         for (const auto &[text, value] :
              {std::pair(u"-1"_s, true), {u"0"_s, false}, {u"1"_s, true}, {u"0.25"_s, true}}) {
@@ -352,8 +202,6 @@ TEST_F(Settings, NumbersThatAreNoneAreErrors)
     EXPECT_EQ(store.Number(Keys::TabSpaces), 3e9);
     EXPECT_EQ(ErrorOf([&] { store.Integer(Keys::TabSpaces); }), ErrorNumber::Overflow);
     EXPECT_EQ(store.Integer(Keys::FindX, -4), -4);
-    EXPECT_EQ(ErrorOf([&] { store.Number(Keys::X); }), ErrorNumber::TypeMismatch)
-        << "only its reader knows a default";
 }
 
 TEST_F(Settings, TheUsersStoreLiesInTheConfigurationFolder)
@@ -367,7 +215,7 @@ TEST_F(Settings, TheUsersStoreLiesInTheConfigurationFolder)
     QFile written(file);
     ASSERT_TRUE(written.open(QIODevice::ReadOnly));
     EXPECT_EQ(written.readAll(), "[Options]\nFont=Mono\n"_ba);
-    EXPECT_EQ(SettingsStore().Text(Keys::Font), u"Mono"_s);
+    EXPECT_EQ(SettingsStore().StoredText(Keys::Font), u"Mono"_s);
     ASSERT_TRUE(QFile::remove(file));
 }
 
@@ -378,8 +226,9 @@ TEST_F(Settings, ADamagedStoreGivesDefaults)
     file.write("\0\xFF\xFE[Opt\nions]]]=\x80\n[\n=\n[Options\nSplash=0"_ba);
     file.write(QByteArray(100000, '\0'));
     file.close();
-    for (const SettingKey &key : AllSettingKeys())
-        EXPECT_EQ(store.Text(key), key.fallback);
+    EXPECT_TRUE(store.Flag(Keys::Splash));
+    EXPECT_EQ(store.Text(Keys::LineStyle2), u"*"_s);
+    EXPECT_EQ(store.GetAllSettings(u"Options"_s), Pairs());
     store.SaveFlag(Keys::Splash, false);
     EXPECT_FALSE(store.Flag(Keys::Splash));
 }

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/documentkeys.h"
 #include "shell/helplinks.h"
 #include "shell/showfolders.h"
 #include "support/testcontext.h"

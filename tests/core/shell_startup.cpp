@@ -2,6 +2,7 @@
 #include "shell/startup.h"
 
 #include "platform/runtimeerror.h"
+#include "shell/layoutkeys.h"
 #include "support/lifecyclefixture.h"
 
 #include <utility>

@@ -3,6 +3,7 @@
 
 #include "core/oracle/textopsoracle.h"
 #include "language/blockcomments.h"
+#include "shell/editorkeys.h"
 #include "support/randomtext.h"
 #include "support/testcontext.h"
 

@@ -3,6 +3,7 @@
 
 #include "core/oracle/reformatteroracle.h"
 #include "platform/runtimeerror.h"
+#include "shell/editorkeys.h"
 #include "support/printers.h"
 #include "support/randomtext.h"
 #include "support/testcontext.h"
@@ -190,7 +191,7 @@ TEST_F(Reformatting, AStoppedRunLeavesTheText)
 
 TEST_F(Reformatting, OnlyOneAlgorithmAsksForTheTabWidth)
 {
-    settings.SaveText(Keys::TabSpaces, u"many"_s);
+    settings.SaveStoredText(Keys::TabSpaces, u"many"_s);
     for (int algorithm = 0; algorithm < 10; ++algorithm) {
         text.SetText(u"a\tb"_s);
         text.SetSelection(0, 0);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The bands above the text and the side panel, by mouse and by menu.
 
+#include "shell/layoutkeys.h"
 #include "shell/ui/bandbar.h"
 #include "shell/ui/sidepanel.h"
 #include "shell/ui/splitter.h"

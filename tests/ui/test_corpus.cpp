@@ -3,6 +3,8 @@
 #include "platform/programfolder.h"
 #include "platform/textfile.h"
 #include "platform/ui/textcontrol.h"
+#include "shell/documentkeys.h"
+#include "shell/layoutkeys.h"
 #include "shell/lineends.h"
 #include "support/scripteddesktop.h"
 #include "window/ui/frmeditor.h"

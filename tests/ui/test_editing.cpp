@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/ui/qtdesktop.h"
+#include "shell/editorkeys.h"
 #include "support/editorwindow.h"
 #include "support/modaldriver.h"
 #include "support/uitest.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ui/frmfind.h"
 
+#include "shell/findkeys.h"
 #include "shell/ui/screenplace.h"
 #include "support/editorwindow.h"
 #include "support/uitest.h"
@@ -178,7 +179,7 @@ void FrmFindTest::FieldsComeFromTheStore()
     Searching on(u"one\n"_s);
     on.settings.SaveSetting(Recent, u"1"_s, u"newest"_s);
     on.settings.SaveText(Keys::FindReplace, u"with"_s);
-    for (const SettingKey *key : {&Keys::FindWholeWords, &Keys::FindMatchCase, &Keys::FindWrapSearches})
+    for (const FlagKey *key : {&Keys::FindWholeWords, &Keys::FindMatchCase, &Keys::FindWrapSearches})
         on.settings.SaveFlag(*key, true);
     on.settings.SaveNumber(Keys::FindScope, 0);
     on.Show(u"mnuReplace"_s);
@@ -266,7 +267,7 @@ void FrmFindTest::EnterFindsAndTheDialogKeepsTheFocus()
     QVERIFY(dialog.isVisible());
     QCOMPARE(dialog.focusWidget(), &on.Find());
     QCOMPARE(on.settings.GetSetting(Recent, u"1"_s), u"needle"_s);
-    QCOMPARE(on.settings.Text(Keys::FindScope), u"1"_s);
+    QCOMPARE(on.settings.StoredText(Keys::FindScope), u"1"_s);
 }
 
 void FrmFindTest::F3FindsLikeTheButton()
@@ -445,13 +446,13 @@ void FrmFindTest::ClosingSavesThePlace()
     on.Key(Qt::Key_Escape);
     Unload();
     QCOMPARE(on.Dialog(), nullptr);
-    QCOMPARE(FromTwips(on.settings.Number(Keys::FindX), dpi), 120);
-    QCOMPARE(FromTwips(on.settings.Number(Keys::FindY), dpi), 140);
+    QCOMPARE(FromTwips(on.settings.Number(Keys::FindX, 0), dpi), 120);
+    QCOMPARE(FromTwips(on.settings.Number(Keys::FindY, 0), dpi), 140);
     QCOMPARE(on.Show(u"mnuReplace"_s).pos(), QPoint(120, 140));
     on.Dialog()->move(60, 70);
     on.window->close();
     QVERIFY(!on.Dialog() || !on.Dialog()->isVisible());
-    QCOMPARE(FromTwips(on.settings.Number(Keys::FindX), dpi), 60);
+    QCOMPARE(FromTwips(on.settings.Number(Keys::FindX, 0), dpi), 60);
 }
 
 void FrmFindTest::PlaceOffTheScreensComesBack()
@@ -484,7 +485,7 @@ void FrmFindTest::DialogGivesWayToTheHit()
 void FrmFindTest::FailureIsReported()
 {
     Searching on(u"one"_s);
-    on.settings.SaveText(Keys::FindWholeWords, u"perhaps"_s);
+    on.settings.SaveStoredText(Keys::FindWholeWords, u"perhaps"_s);
     on.desktop.ExpectMessage({.text =
                                   u"An error has occurred:\n\nType mismatch (13)\nError source: Zelvane\n\n"
                                   "Do you want to report this bug via email?"_s,

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "run/runkeys.h"
 #include "run/toolpaths.h"
 #include "run/ui/frmflags.h"
 #include "run/ui/frmmanual.h"
+#include "shell/documentkeys.h"
 #include "shell/documentkind.h"
+#include "shell/toolkeys.h"
 #include "support/editorwindow.h"
 #include "support/modaldriver.h"
 #include "support/testcontext.h"

@@ -5,6 +5,7 @@
 #include "run/ui/frmimages.h"
 #include "run/ui/frmpresets.h"
 #include "run/ui/presetimages.h"
+#include "shell/layoutkeys.h"
 #include "shell/ui/icons.h"
 #include "support/modaldriver.h"
 #include "support/testcontext.h"
@@ -1096,7 +1097,7 @@ void TestFrmPresets::ButtonsAreFlatAsSet()
     Editor editor;
     editor.Open();
     QVERIFY(editor.Find<QToolButton>(u"tlbPreset_save"_s).autoRaise());
-    editor.context.settings.SaveText(Keys::FlatButtons, u"0"_s);
+    editor.context.settings.SaveStoredText(Keys::FlatButtons, u"0"_s);
     editor.Open();
     QVERIFY(!editor.Find<QToolButton>(u"tlbPreset_save"_s).autoRaise());
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "texttools/ui/frmtabspace.h"
 
+#include "shell/editorkeys.h"
 #include "support/editorwindow.h"
 #include "support/modaldriver.h"
 #include "support/uitest.h"
@@ -309,7 +310,7 @@ void FrmTabSpaceTest::TabSpacesOfZeroAreRefused()
 void FrmTabSpaceTest::UnreadableTabSpacesAreReported()
 {
     Formatting on(u"a\tb"_s);
-    on.settings.SaveText(Keys::TabSpaces, u"many"_s);
+    on.settings.SaveStoredText(Keys::TabSpaces, u"many"_s);
     on.desktop.ExpectMessage({.text =
                                   u"An error has occurred:\n\nType mismatch (13)\nError source: Zelvane\n\n"
                                   "Do you want to report this bug via email?"_s,

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "language/ui/opcodecombo.h"
+#include "shell/toolkeys.h"
 #include "support/boxes.h"
 #include "support/editorwindow.h"
 #include "support/testcontext.h"

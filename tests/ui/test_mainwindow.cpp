@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The main window's life: documents, status line, drops, mail, dialogs and the close.
 
+#include "run/runkeys.h"
+#include "shell/documentkeys.h"
+#include "shell/editorkeys.h"
+#include "shell/layoutkeys.h"
 #include "shell/ui/bandbar.h"
 #include "support/editorwindow.h"
 #include "support/uitest.h"

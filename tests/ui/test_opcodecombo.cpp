@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/layoutkeys.h"
 #include "support/editorwindow.h"
 #include "support/uitest.h"
 

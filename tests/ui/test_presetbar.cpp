@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "run/ui/frmpresets.h"
 #include "run/ui/presetbar.h"
+#include "shell/layoutkeys.h"
+#include "shell/toolkeys.h"
 #include "shell/ui/bandbar.h"
 #include "shell/ui/icons.h"
 #include "support/editorwindow.h"
@@ -443,7 +445,7 @@ void PresetBarTest::BandFitsTheButtons()
 void PresetBarTest::FlatButtonsReachNewButtons()
 {
     PresetWindow editor;
-    editor.settings.SaveText(Keys::FlatButtons, u"0"_s);
+    editor.settings.SaveStoredText(Keys::FlatButtons, u"0"_s);
     editor.Add(u"a"_s);
     frmEditor &window = editor.Open();
     const auto flat = [&](const QString &name) {

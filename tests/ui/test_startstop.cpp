@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/runtimeerror.h"
 #include "platform/ui/endrequest.h"
+#include "shell/documentkeys.h"
+#include "shell/editorkeys.h"
+#include "shell/layoutkeys.h"
 #include "shell/ui/bandbar.h"
 #include "shell/ui/sidepanel.h"
 #include "support/boxes.h"

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What of the window's layout is kept, and how it comes back.
 
+#include "shell/documentkeys.h"
+#include "shell/editorkeys.h"
+#include "shell/layoutkeys.h"
 #include "shell/ui/bandbar.h"
 #include "shell/ui/screenplace.h"
 #include "shell/ui/sidepanel.h"
@@ -127,8 +130,8 @@ void WindowLayoutTest::MinimizedWindowKeepsTheStoredPlace()
     editor.Open();
     editor.window->showMinimized();
     QVERIFY(editor.window->close());
-    QCOMPARE(editor.settings.Number(Keys::X), 600.0);
-    QCOMPARE(editor.settings.Number(Keys::Width), 9000.0);
+    QCOMPARE(editor.settings.Number(Keys::X, 0), 600.0);
+    QCOMPARE(editor.settings.Number(Keys::Width, 0), 9000.0);
     QCOMPARE(editor.settings.GetSetting(u"Options"_s, u"Window"_s, u"none"_s), u"none"_s);
     QCOMPARE(editor.settings.GetSetting(u"Options"_s, u"Height"_s, u"none"_s), u"none"_s);
 
@@ -136,8 +139,8 @@ void WindowLayoutTest::MinimizedWindowKeepsTheStoredPlace()
     editor.window->showMaximized();
     QVERIFY(editor.window->close());
     QCOMPARE(editor.settings.GetSetting(u"Options"_s, u"Window"_s), u"2"_s);
-    QCOMPARE(editor.settings.Number(Keys::X), 600.0);
-    QCOMPARE(editor.settings.Number(Keys::Width), 9000.0);
+    QCOMPARE(editor.settings.Number(Keys::X, 0), 600.0);
+    QCOMPARE(editor.settings.Number(Keys::Width, 0), 9000.0);
     editor.Open();
     QVERIFY(editor.window->isMaximized());
 }

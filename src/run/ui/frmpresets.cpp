@@ -12,6 +12,7 @@
 #include "run/ui/presetimages.h"
 #include "shell/editorcontext.h"
 #include "shell/errorreport.h"
+#include "shell/layoutkeys.h"
 #include "shell/ui/columnmenu.h"
 #include "shell/ui/icons.h"
 #include "shell/ui/plaintooltip.h"

@@ -2,6 +2,7 @@
 #include "shell/ui/frmfind.h"
 
 #include "platform/ui/textcontrol.h"
+#include "shell/findkeys.h"
 #include "shell/ui/commands.h"
 #include "shell/ui/form.h"
 #include "shell/ui/screenplace.h"
@@ -107,14 +108,14 @@ void frmFind::Load()
     EnableButtons();
 
     const SettingsStore &settings = m_editor.settings;
-    if (settings.Text(Keys::FindX).isEmpty() || settings.Text(Keys::FindY).isEmpty())
+    if (settings.StoredText(Keys::FindX).isEmpty() || settings.StoredText(Keys::FindY).isEmpty())
         return;
     std::vector<QRect> screens;
     for (const QScreen *screen : QGuiApplication::screens())
         screens.push_back(screen->availableGeometry());
     const int dpi = logicalDpiX();
-    const QPoint place(FromTwips(settings.Number(Keys::FindX), dpi),
-                       FromTwips(settings.Number(Keys::FindY), dpi));
+    const QPoint place(FromTwips(settings.Number(Keys::FindX, 0), dpi),
+                       FromTwips(settings.Number(Keys::FindY, 0), dpi));
     move(OnScreen(QRect(place, sizeHint() + Frame), screens).topLeft());
 }
 

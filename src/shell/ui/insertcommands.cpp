@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ui/insertcommands.h"
 
+#include "shell/editorkeys.h"
 #include "shell/helplinks.h"
 #include "shell/ui/commands.h"
 
@@ -27,7 +28,7 @@ InsertCommands::InsertCommands(EditorContext &editor, Commands &commands, QObjec
     commands.Bind(u"mnuDate"_s,
                   [&editor](int) { editor.text.ReplaceSelection(DateAndTime(editor.desktop.Now())); });
     commands.OnMenuOpening(u"mnuInsert"_s, [&editor, &commands] {
-        const SettingKey *const styles[] = {&Keys::LineStyle1, &Keys::LineStyle2};
+        const TextKey *const styles[] = {&Keys::LineStyle1, &Keys::LineStyle2};
         for (int entry = 0; entry < 2; ++entry)
             commands.Action(u"mnuLineSeparation"_s, entry)
                 ->setText(LineCaption(editor.settings.Text(*styles[entry])));

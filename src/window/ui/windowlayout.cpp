@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "window/ui/windowlayout.h"
 
+#include "player/playerkeys.h"
+#include "shell/layoutkeys.h"
 #include "shell/ui/bandbar.h"
 #include "shell/ui/commands.h"
 #include "shell/ui/screenplace.h"

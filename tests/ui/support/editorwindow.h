@@ -2,6 +2,8 @@
 #pragma once
 
 #include "platform/ui/textcontrol.h"
+#include "shell/documentkeys.h"
+#include "shell/layoutkeys.h"
 #include "shell/settings.h"
 #include "shell/ui/commands.h"
 #include "support/scripteddesktop.h"

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "shell/settingkey.h"
+
+/// The dialogs that insert random numbers and a header.
+#define ZELVANE_INSERT_KEYS(SETTING)                                                                         \
+    SETTING(NumberKey, RandomMin, 0)                                                                         \
+    SETTING(NumberKey, RandomMax, 1)                                                                         \
+    SETTING(NumberKey, RandomDigits, 3)                                                                      \
+    SETTING(NumberKey, HeaderSR, 44100)                                                                      \
+    SETTING(NumberKey, HeaderKR, 4410)                                                                       \
+    SETTING(NumberKey, HeaderChannels, 1)
+
+namespace zelvane::Keys
+{
+ZELVANE_INSERT_KEYS(ZELVANE_DECLARE_SETTING)
+/// The header dialog writes the control rate under this spelling, and reads it under the other: one key to
+/// the store, which keeps the spelling that came first.
+inline constexpr NumberKey HeaderKRWritten{u"HeaderkR", 4410};
+} // namespace zelvane::Keys
