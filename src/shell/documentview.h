@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "shell/command.h"
 #include "shell/document.h"
 
 #include <QStringList>
@@ -25,7 +26,7 @@ public:
     virtual void ApplyTextColours() = 0;
     virtual void EnableSaveButton(bool enabled) = 0;
     /// Enables a menu row and the toolbar button of the same command.
-    virtual void EnableCommand(const QString &name, int index, bool enabled) = 0;
+    virtual void EnableCommand(Command command, bool enabled) = 0;
     /// The rows of the recent-file menu, most recent first.
     virtual void ShowRecentFiles(const QStringList &files) = 0;
     /// Shows the new-file chooser; Cancelled when the user cancelled it.

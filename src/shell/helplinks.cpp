@@ -22,13 +22,11 @@ void OpenAppHelp(Desktop &desktop, const QString &programFolder, const QString &
             {.text = u"Cannot start "_s + ApplicationTitle() + u" Help."_s, .icon = BoxIcon::Warning});
 }
 
-void OpenCsoundLink(int entry, Desktop &desktop)
+void OpenCsoundLink(WebLink link, Desktop &desktop)
 {
-    if (entry < 0 || entry >= int(CsoundLinks.size()))
-        return;
     ShellRequest request;
     request.verb = u"open"_s;
-    request.file = QString::fromUtf16(CsoundLinks[size_t(entry)]);
+    request.file = QString::fromUtf16(CsoundLinks.at(size_t(link)));
     desktop.ShellRun(request);
 }
 

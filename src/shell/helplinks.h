@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/desktop.h"
+#include "shell/command.h"
 
 #include <array>
 #include <QDateTime>
@@ -21,12 +22,11 @@ inline constexpr std::array<const char16_t *, 4> CsoundLinks = {
 };
 
 /// The program's own help: the file named after the executable in the program's folder, ".chm" if there is
-/// one, else
-/// ".html". A failure is told.
+/// one, else ".html". A failure is told.
 void OpenAppHelp(Desktop &desktop, const QString &programFolder, const QString &executable);
 
-/// Opens entry 0 to 3 of `mnuLinks`.
-void OpenCsoundLink(int entry, Desktop &desktop);
+/// Opens the address behind an entry of `mnuLinks`.
+void OpenCsoundLink(WebLink link, Desktop &desktop);
 
 /// Date, a blank and time, in the short formats of the desktop.
 QString DateAndTime(const QDateTime &now, const QLocale &locale = QLocale::system());

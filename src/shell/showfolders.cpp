@@ -9,32 +9,31 @@ using namespace Qt::Literals::StringLiterals;
 namespace zelvane
 {
 
-QString FolderTarget(int entry, const EditorContext &editor, const ProgramFolders &folders)
+QString FolderTarget(KnownFolder folder, const EditorContext &editor, const ProgramFolders &folders)
 {
-    switch (entry) {
-    case 0:
+    switch (folder) {
+    case KnownFolder::SoundFiles:
         return editor.desktop.EnvironmentVariable(u"SFDIR"_s);
-    case 1:
+    case KnownFolder::Samples:
         return editor.desktop.EnvironmentVariable(u"SSDIR"_s);
-    case 2:
+    case KnownFolder::Analysis:
         return editor.desktop.EnvironmentVariable(u"SADIR"_s);
-    case 3:
+    case KnownFolder::Includes:
         return editor.desktop.EnvironmentVariable(u"INCDIR"_s);
-    case 5:
+    case KnownFolder::Csound:
         return SplitPath(PathPart::Folder, folders.csound);
-    case 6:
+    case KnownFolder::Csound2:
         return SplitPath(PathPart::Folder, folders.csound2);
-    case 8:
+    case KnownFolder::Document:
         return SplitPath(PathPart::Folder, editor.document.CurrentFile);
-    case 9: {
+    case KnownFolder::Backup: {
         const QString backup = editor.settings.Text(Keys::BakPath);
         return backup.isEmpty() ? folders.program : backup;
     }
-    case 11:
+    case KnownFolder::Program:
         return folders.program;
-    default:
-        return {};
     }
+    return {};
 }
 
 void OpenFolder(const QString &folder, Desktop &desktop)

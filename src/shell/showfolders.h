@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "shell/command.h"
 #include "shell/editorcontext.h"
 
 #include <QString>
@@ -15,8 +16,8 @@ struct ProgramFolders {
     QString csound2; ///< of the alternative one
 };
 
-/// The folder behind an entry of `mnuDIR` (0 to 11, with gaps for the separators); empty when there is none.
-QString FolderTarget(int entry, const EditorContext &editor, const ProgramFolders &folders);
+/// The folder behind an entry of `mnuDIR`; empty when there is none.
+QString FolderTarget(KnownFolder folder, const EditorContext &editor, const ProgramFolders &folders);
 
 /// Opens a folder in the desktop's shell: with Ctrl its search for files, with Shift its explorer. Nothing
 /// happens for an empty folder; a failure is told.

@@ -2,8 +2,7 @@
 #include "shell/typeenable.h"
 
 #include "shell/documentview.h"
-
-#include <vector>
+#include "shell/exporttext.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -28,20 +27,20 @@ std::span<const TypeEnableRow> TypeEnableTable()
 {
     constexpr bool T = true;
     constexpr bool o = false;
-    static const std::vector<TypeEnableRow> table = {
+    static constexpr TypeEnableRow table[] = {
         // clang-format off
-        //                    other orchestra score unified
-        {u"mnuHeader"_s,     0, o,   T,        o,    T},
-        {u"mnuNewInstr"_s,   0, o,   T,        o,    T},
-        {u"mnuCSD"_s,        0, o,   T,        T,    o},
-        {u"mnuCSD"_s,        1, o,   o,        o,    T},
-        {u"mnuOrchestra"_s,  0, o,   o,        T,    T},
-        {u"mnuScore"_s,      0, o,   T,        o,    T},
-        {u"mnuInstrEdit"_s,  0, o,   T,        T,    T},
-        {u"mnuInstrGUI"_s,   0, o,   o,        T,    T},
-        {u"mnuPMapping"_s,   0, o,   T,        o,    T},
-        {u"mnuNewMacro"_s,   0, o,   T,        T,    T},
-        {u"mnuNewInclude"_s, 0, o,   T,        T,    T},
+        //                                  other orchestra score unified
+        {Cmd::mnuHeader,                      o,   T,        o,    T},
+        {Cmd::mnuNewInstr,                    o,   T,        o,    T},
+        {Cmd::mnuCSD[Conversion::ToUnified],  o,   T,        T,    o},
+        {Cmd::mnuCSD[Conversion::ToPair],     o,   o,        o,    T},
+        {Cmd::mnuOrchestra,                   o,   o,        T,    T},
+        {Cmd::mnuScore,                       o,   T,        o,    T},
+        {Cmd::mnuInstrEdit,                   o,   T,        T,    T},
+        {Cmd::mnuInstrGUI,                    o,   o,        T,    T},
+        {Cmd::mnuPMapping,                    o,   T,        o,    T},
+        {Cmd::mnuNewMacro,                    o,   T,        T,    T},
+        {Cmd::mnuNewInclude,                  o,   T,        T,    T},
         // clang-format on
     };
     return table;
@@ -50,17 +49,20 @@ std::span<const TypeEnableRow> TypeEnableTable()
 void TypeEnable(FileKind kind, DocumentView &view)
 {
     for (const TypeEnableRow &row : TypeEnableTable())
-        view.EnableCommand(row.name, row.index, row.EnabledFor(kind));
+        view.EnableCommand(row.command, row.EnabledFor(kind));
 }
 
 void EnableFileMenu(const DocumentRecord &document, DocumentView &view)
 {
-    for (const LineEndForm form : {LineEndForm::Pc, LineEndForm::Unix, LineEndForm::Mac})
-        view.EnableCommand(u"mnuPlatformItem"_s, int(form), form != document.CurrentPlatform);
+    view.EnableCommand(Cmd::mnuPlatformItem[ExportFormat::Pc], document.CurrentPlatform != LineEndForm::Pc);
+    view.EnableCommand(Cmd::mnuPlatformItem[ExportFormat::Unix],
+                       document.CurrentPlatform != LineEndForm::Unix);
+    view.EnableCommand(Cmd::mnuPlatformItem[ExportFormat::Mac], document.CurrentPlatform != LineEndForm::Mac);
     const bool named = !document.CurrentFile.isEmpty();
-    for (const int operation : {0, 1, 2, 3, 5})
-        view.EnableCommand(u"mnuFSO"_s, operation, named);
-    view.EnableCommand(u"mnuBackupNow"_s, 0, named);
+    for (const FileOperation operation : {FileOperation::Move, FileOperation::Copy, FileOperation::Rename,
+                                          FileOperation::Delete, FileOperation::Properties})
+        view.EnableCommand(Cmd::mnuFSO[operation], named);
+    view.EnableCommand(Cmd::mnuBackupNow, named);
 }
 
 } // namespace zelvane

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "shell/command.h"
 #include "shell/document.h"
 
-#include <QString>
 #include <span>
 
 namespace zelvane
@@ -13,8 +13,7 @@ class DocumentView;
 
 /// A command that only some kinds of document have. A toolbar button of the same command follows its row.
 struct TypeEnableRow {
-    QString name;
-    int index;
+    Command command;
     bool other, orchestra, score, unified;
 
     bool EnabledFor(FileKind kind) const;

@@ -1,11 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/command.h"
 #include "shell/documentkeys.h"
 #include "shell/documentkind.h"
+#include "shell/exporttext.h"
 #include "shell/typeenable.h"
 #include "support/recordingview.h"
 #include "support/testcontext.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
+#include <map>
+#include <string>
+#include <vector>
 
 using namespace zelvane;
 using namespace Qt::Literals::StringLiterals;
@@ -76,34 +82,47 @@ TEST(DocumentKind, ADocumentWithoutANameKeepsItsKind)
 
 struct EnableCase {
     FileKind kind;
-    QStringList enabled;
+    std::vector<Command> enabled;
 };
+
+bool Contains(const std::vector<Command> &commands, Command command)
+{
+    return std::find(commands.begin(), commands.end(), command) != commands.end();
+}
 
 TEST(TypeEnable, SetsTheCommandsOfEachKind)
 {
-    const QStringList all = {u"mnuHeader0"_s,    u"mnuNewInstr0"_s, u"mnuCSD0"_s,       u"mnuCSD1"_s,
-                             u"mnuOrchestra0"_s, u"mnuScore0"_s,    u"mnuInstrEdit0"_s, u"mnuInstrGUI0"_s,
-                             u"mnuPMapping0"_s,  u"mnuNewMacro0"_s, u"mnuNewInclude0"_s};
+    const std::vector<Command> all = {Cmd::mnuHeader,
+                                      Cmd::mnuNewInstr,
+                                      Cmd::mnuCSD[Conversion::ToUnified],
+                                      Cmd::mnuCSD[Conversion::ToPair],
+                                      Cmd::mnuOrchestra,
+                                      Cmd::mnuScore,
+                                      Cmd::mnuInstrEdit,
+                                      Cmd::mnuInstrGUI,
+                                      Cmd::mnuPMapping,
+                                      Cmd::mnuNewMacro,
+                                      Cmd::mnuNewInclude};
     const std::vector<EnableCase> cases = {
         {FileKind::Other, {}},
         {FileKind::Orchestra,
-         {u"mnuHeader0"_s, u"mnuNewInstr0"_s, u"mnuCSD0"_s, u"mnuScore0"_s, u"mnuInstrEdit0"_s,
-          u"mnuPMapping0"_s, u"mnuNewMacro0"_s, u"mnuNewInclude0"_s}},
+         {Cmd::mnuHeader, Cmd::mnuNewInstr, Cmd::mnuCSD[Conversion::ToUnified], Cmd::mnuScore,
+          Cmd::mnuInstrEdit, Cmd::mnuPMapping, Cmd::mnuNewMacro, Cmd::mnuNewInclude}},
         {FileKind::Score,
-         {u"mnuCSD0"_s, u"mnuOrchestra0"_s, u"mnuInstrEdit0"_s, u"mnuInstrGUI0"_s, u"mnuNewMacro0"_s,
-          u"mnuNewInclude0"_s}},
+         {Cmd::mnuCSD[Conversion::ToUnified], Cmd::mnuOrchestra, Cmd::mnuInstrEdit, Cmd::mnuInstrGUI,
+          Cmd::mnuNewMacro, Cmd::mnuNewInclude}},
         {FileKind::Unified,
-         {u"mnuHeader0"_s, u"mnuNewInstr0"_s, u"mnuCSD1"_s, u"mnuOrchestra0"_s, u"mnuScore0"_s,
-          u"mnuInstrEdit0"_s, u"mnuInstrGUI0"_s, u"mnuPMapping0"_s, u"mnuNewMacro0"_s, u"mnuNewInclude0"_s}},
+         {Cmd::mnuHeader, Cmd::mnuNewInstr, Cmd::mnuCSD[Conversion::ToPair], Cmd::mnuOrchestra, Cmd::mnuScore,
+          Cmd::mnuInstrEdit, Cmd::mnuInstrGUI, Cmd::mnuPMapping, Cmd::mnuNewMacro, Cmd::mnuNewInclude}},
     };
     for (const EnableCase &one : cases) {
         test::RecordingView view;
         TypeEnable(one.kind, view);
         EXPECT_EQ(view.enabled.size(), size_t(all.size()));
         for (const auto &[command, enabled] : view.enabled) {
-            const QString name = command.first + QString::number(command.second);
-            EXPECT_TRUE(all.contains(name)) << name.toStdString();
-            EXPECT_EQ(enabled, one.enabled.contains(name)) << int(one.kind) << ' ' << name.toStdString();
+            const std::string name = command.RowName().toStdString();
+            EXPECT_TRUE(Contains(all, command)) << name;
+            EXPECT_EQ(enabled, Contains(one.enabled, command)) << int(one.kind) << ' ' << name;
         }
     }
 }
@@ -114,21 +133,22 @@ TEST(FileMenu, OffersNoExportToTheFormFoundAndNoFileOperationsWithoutAFile)
     document.CurrentPlatform = LineEndForm::Unix;
     test::RecordingView view;
     EnableFileMenu(document, view);
-    using Commands = std::map<std::pair<QString, int>, bool>;
-    EXPECT_EQ(view.enabled, (Commands{{{u"mnuPlatformItem"_s, 0}, true},
-                                      {{u"mnuPlatformItem"_s, 1}, false},
-                                      {{u"mnuPlatformItem"_s, 2}, true},
-                                      {{u"mnuFSO"_s, 0}, false},
-                                      {{u"mnuFSO"_s, 1}, false},
-                                      {{u"mnuFSO"_s, 2}, false},
-                                      {{u"mnuFSO"_s, 3}, false},
-                                      {{u"mnuFSO"_s, 5}, false},
-                                      {{u"mnuBackupNow"_s, 0}, false}}));
+    using Commands = std::map<Command, bool>;
+    EXPECT_EQ(view.enabled, (Commands{{Cmd::mnuPlatformItem[ExportFormat::Pc], true},
+                                      {Cmd::mnuPlatformItem[ExportFormat::Unix], false},
+                                      {Cmd::mnuPlatformItem[ExportFormat::Mac], true},
+                                      {Cmd::mnuFSO[FileOperation::Move], false},
+                                      {Cmd::mnuFSO[FileOperation::Copy], false},
+                                      {Cmd::mnuFSO[FileOperation::Rename], false},
+                                      {Cmd::mnuFSO[FileOperation::Delete], false},
+                                      {Cmd::mnuFSO[FileOperation::Properties], false},
+                                      {Cmd::mnuBackupNow, false}}));
     document.CurrentFile = u"/a/x.orc"_s;
     document.CurrentPlatform = LineEndForm::Mac;
     EnableFileMenu(document, view);
     for (const auto &[command, enabled] : view.enabled)
-        EXPECT_EQ(enabled, command != std::pair(u"mnuPlatformItem"_s, 2)) << command.first.toStdString();
+        EXPECT_EQ(enabled, command != Cmd::mnuPlatformItem[ExportFormat::Mac])
+            << command.RowName().toStdString();
 }
 
 } // namespace

@@ -56,7 +56,7 @@ TEST_F(Lifecycle, ANewDocumentIsUntitledAndClean)
                            u"enable"_s, u"outline"_s, u"clear related"_s}));
     documents.NewFile(FileKind::Orchestra, {});
     EXPECT_EQ(view.caption, u"Zelvane - Untitled (Orchestra)"_s);
-    EXPECT_TRUE((view.enabled[{u"mnuHeader"_s, 0}]));
+    EXPECT_TRUE((view.enabled[Cmd::mnuHeader]));
 }
 
 TEST_F(Lifecycle, ANewUnifiedDocumentHasTheSkeleton)
@@ -457,8 +457,8 @@ TEST_F(Lifecycle, FileMenuFollowsTheDocument)
 {
     documents.OpenFile(context.WriteFile(u"x.orc"_s, "a\rb"));
     documents.FileMenuOpening();
-    EXPECT_FALSE((view.enabled[{u"mnuPlatformItem"_s, 2}]));
-    EXPECT_TRUE((view.enabled[{u"mnuFSO"_s, 5}]));
+    EXPECT_FALSE((view.enabled[Cmd::mnuPlatformItem[ExportFormat::Mac]]));
+    EXPECT_TRUE((view.enabled[Cmd::mnuFSO[FileOperation::Properties]]));
 }
 
 struct ExportCase {

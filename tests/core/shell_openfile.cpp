@@ -91,7 +91,7 @@ TEST_F(OpenFile, LeavesACleanNamedDocument)
     EXPECT_TRUE(view.textShown);
     EXPECT_FALSE(text.CanUndo());
     EXPECT_EQ(view.recentFiles, QStringList{path});
-    EXPECT_TRUE((view.enabled[{u"mnuCSD"_s, 1}]));
+    EXPECT_TRUE((view.enabled[Cmd::mnuCSD[Conversion::ToPair]]));
     EXPECT_FALSE(view.calls.contains(u"outline"_s));
     EXPECT_FALSE(view.calls.contains(u"related"_s));
     Type(u"x"_s);

@@ -21,27 +21,28 @@ TEST(ShowFolders, EachEntryHasItsTarget)
     context.desktop.environment = {
         {u"SFDIR"_s, u"/sf"_s}, {u"SSDIR"_s, u"/ss"_s}, {u"SADIR"_s, u"/sa"_s}, {u"INCDIR"_s, u"/inc"_s}};
     context.document.CurrentFile = u"/pieces/a.orc"_s;
-    const auto target = [&](int entry) { return FolderTarget(entry, context.editor, Folders); };
-    EXPECT_EQ(target(0), u"/sf"_s);
-    EXPECT_EQ(target(1), u"/ss"_s);
-    EXPECT_EQ(target(2), u"/sa"_s);
-    EXPECT_EQ(target(3), u"/inc"_s);
-    EXPECT_EQ(target(5), u"/usr/bin"_s);
-    EXPECT_EQ(target(6), u"/home/me/csound 7"_s);
-    EXPECT_EQ(target(8), u"/pieces"_s);
-    EXPECT_EQ(target(9), u"/opt/zelvane"_s);
-    EXPECT_EQ(target(11), u"/opt/zelvane"_s);
-    for (const int separator : {4, 7, 10, 12, -1})
-        EXPECT_EQ(target(separator), QString());
+    const auto target = [&](KnownFolder folder) { return FolderTarget(folder, context.editor, Folders); };
+    EXPECT_EQ(target(KnownFolder::SoundFiles), u"/sf"_s);
+    EXPECT_EQ(target(KnownFolder::Samples), u"/ss"_s);
+    EXPECT_EQ(target(KnownFolder::Analysis), u"/sa"_s);
+    EXPECT_EQ(target(KnownFolder::Includes), u"/inc"_s);
+    EXPECT_EQ(target(KnownFolder::Csound), u"/usr/bin"_s);
+    EXPECT_EQ(target(KnownFolder::Csound2), u"/home/me/csound 7"_s);
+    EXPECT_EQ(target(KnownFolder::Document), u"/pieces"_s);
+    EXPECT_EQ(target(KnownFolder::Backup), u"/opt/zelvane"_s);
+    EXPECT_EQ(target(KnownFolder::Program), u"/opt/zelvane"_s);
     context.settings.SaveText(Keys::BakPath, u"/backup"_s);
-    EXPECT_EQ(target(9), u"/backup"_s);
+    EXPECT_EQ(target(KnownFolder::Backup), u"/backup"_s);
 }
 
 TEST(ShowFolders, WhatIsNotSetHasNoTarget)
 {
     TestContext context;
-    for (const int entry : {0, 1, 2, 3, 5, 6, 8})
-        EXPECT_EQ(FolderTarget(entry, context.editor, {u"/opt/zelvane"_s, {}, {}}), QString()) << entry;
+    for (const KnownFolder folder :
+         {KnownFolder::SoundFiles, KnownFolder::Samples, KnownFolder::Analysis, KnownFolder::Includes,
+          KnownFolder::Csound, KnownFolder::Csound2, KnownFolder::Document})
+        EXPECT_EQ(FolderTarget(folder, context.editor, {u"/opt/zelvane"_s, {}, {}}), QString())
+            << int(folder);
 }
 
 TEST(ShowFolders, KeysChooseTheVerb)
@@ -94,14 +95,13 @@ TEST(HelpLinks, HelpThatDoesNotOpenIsTold)
 TEST(HelpLinks, EachLinkOpensItsAddress)
 {
     TestContext context;
-    for (int entry = 0; entry < 4; ++entry) {
-        const QString address = QString::fromUtf16(CsoundLinks[size_t(entry)]);
+    for (const WebLink link :
+         {WebLink::FrontPage, WebLink::DirectCsound, WebLink::Download, WebLink::Manual}) {
+        const QString address = QString::fromUtf16(CsoundLinks[size_t(link)]);
         EXPECT_TRUE(address.startsWith(u"https://"_s));
         context.desktop.ExpectShellRun({.verb = u"open"_s, .file = address});
-        OpenCsoundLink(entry, context.desktop);
+        OpenCsoundLink(link, context.desktop);
     }
-    OpenCsoundLink(4, context.desktop);
-    OpenCsoundLink(-1, context.desktop);
 }
 
 TEST(HelpLinks, DateAndTimeAreShort)

@@ -18,7 +18,7 @@ struct RecordingView : DocumentView, ColourStep, OutlineStep, RelatedFilesStep, 
     bool busy = false;
     bool textShown = true;
     bool saveEnabled = false;
-    std::map<std::pair<QString, int>, bool> enabled; ///< as EnableCommand left the commands
+    std::map<Command, bool> enabled; ///< as EnableCommand left the commands
     QStringList recentFiles;
     FileKind chosenKind = FileKind::Cancelled;
     bool outlineShown = false;
@@ -61,11 +61,11 @@ struct RecordingView : DocumentView, ColourStep, OutlineStep, RelatedFilesStep, 
         saveEnabled = newEnabled;
         calls.append(newEnabled ? QStringLiteral("save on") : QStringLiteral("save off"));
     }
-    void EnableCommand(const QString &name, int index, bool newEnabled) override
+    void EnableCommand(Command command, bool newEnabled) override
     {
         if (enabled.empty())
             calls.append(QStringLiteral("enable"));
-        enabled[{name, index}] = newEnabled;
+        enabled[command] = newEnabled;
     }
     void ShowRecentFiles(const QStringList &files) override
     {

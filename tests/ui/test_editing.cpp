@@ -384,7 +384,7 @@ void EditingTest::EditMenuEnables()
     Editing on(u"one"_s);
     on.desktop.clipboard.clear();
     const auto enabled = [&] {
-        on.window->CommandTable().MenuOpening(u"mnuEdit"_s);
+        on.window->CommandTable().MenuOpening(Menu::mnuEdit);
         QStringList rows;
         for (const char16_t *name : {u"mnuUndo", u"mnuRedo", u"mnuEditItem_0", u"mnuEditItem_1",
                                      u"mnuEditItem_2", u"mnuDelete", u"mnuUncomment"}) {

@@ -292,7 +292,7 @@ void MainWindowTest::LineSeparatorsShowTheirCharacter()
     EditorWindow editor;
     editor.settings.SaveText(Keys::LineStyle2, u"&="_s);
     Commands &commands = editor.Open().CommandTable();
-    commands.MenuOpening(u"mnuInsert"_s);
+    commands.MenuOpening(Menu::mnuInsert);
     QCOMPARE(editor.Row(u"mnuLineSeparation_0"_s).text(), QString(16, u'-'));
     QCOMPARE(editor.Row(u"mnuLineSeparation_1"_s).text(), QString(32, u'&'));
 }

@@ -177,18 +177,16 @@ void MenusTest::RowsOfMissingPartsAreDisabled()
     EditorWindow editor;
     Commands &commands = editor.Open().CommandTable();
     for (const MenuRow &row : MenuTable()) {
-        const QString name = QString::fromUtf16(row.name);
-        const int index = std::max(row.index, 0);
-        const QAction *action = commands.Action(name, index);
-        if (!action || commands.IsBound(name, index))
+        if (!row.command || commands.IsBound(*row.command))
             continue;
-        QVERIFY2(!action->isEnabled(), qPrintable(RowName(name, row.index)));
-        commands.SetEnabled(name, index, true);
-        QVERIFY2(!action->isEnabled(), qPrintable(RowName(name, row.index)));
-        commands.Run(name, index);
+        const QAction *action = commands.Action(*row.command);
+        QVERIFY2(!action->isEnabled(), qPrintable(row.command->RowName()));
+        commands.SetEnabled(*row.command, true);
+        QVERIFY2(!action->isEnabled(), qPrintable(row.command->RowName()));
+        commands.Run(*row.command);
     }
-    QVERIFY(!commands.IsBound(u"mnuPrint"_s));
-    QVERIFY(commands.IsBound(u"mnuNew"_s));
+    QVERIFY(!commands.IsBound(Cmd::mnuPrint));
+    QVERIFY(commands.IsBound(Cmd::mnuNew));
     QVERIFY(editor.Row(u"mnuNew"_s).isEnabled());
 }
 
@@ -197,18 +195,24 @@ void MenusTest::KindsEnableTheirCommands()
     EditorWindow editor;
     frmEditor &window = editor.Open();
     Commands &commands = window.CommandTable();
-    const QString names[] = {u"mnuHeader"_s,   u"mnuNewInstr"_s,  u"mnuOrchestra"_s,
-                             u"mnuScore"_s,    u"mnuInstrEdit"_s, u"mnuInstrGUI"_s,
-                             u"mnuPMapping"_s, u"mnuNewMacro"_s,  u"mnuNewInclude"_s};
-    for (const QString &name : names)
-        commands.Bind(name, [](int) {});
-    commands.Bind(u"mnuCSD"_s, [](int) {});
+    const Command rows[] = {Cmd::mnuHeader,
+                            Cmd::mnuNewInstr,
+                            Cmd::mnuOrchestra,
+                            Cmd::mnuScore,
+                            Cmd::mnuInstrEdit,
+                            Cmd::mnuInstrGUI,
+                            Cmd::mnuPMapping,
+                            Cmd::mnuNewMacro,
+                            Cmd::mnuNewInclude,
+                            Cmd::mnuCSD[Conversion::ToUnified],
+                            Cmd::mnuCSD[Conversion::ToPair]};
+    for (const Command row : rows)
+        commands.Bind(row, [] {});
     const auto state = [&] {
         QString text;
-        for (const QString &name : names)
-            text += commands.IsEnabled(name) ? u'T' : u'-';
-        return text + (commands.IsEnabled(u"mnuCSD"_s, 0) ? u'T' : u'-') +
-               (commands.IsEnabled(u"mnuCSD"_s, 1) ? u'T' : u'-');
+        for (const Command row : rows)
+            text += commands.IsEnabled(row) ? u'T' : u'-';
+        return text;
     };
     DocumentLifecycle &documents = window.Documents();
     documents.NewFile(FileKind::Other, {});
@@ -229,11 +233,11 @@ void MenusTest::EditMenuOpensWithTheTextsState()
     EditorWindow editor;
     editor.Open({editor.WriteFile(u"a.txt"_s, "one\n")});
     Commands &commands = editor.window->CommandTable();
-    commands.Bind(u"mnuUncomment"_s, [](int) {});
+    commands.Bind(Cmd::mnuUncomment, [] {});
     const QString rows[] = {u"mnuUndo"_s,       u"mnuRedo"_s,   u"mnuEditItem_0"_s, u"mnuEditItem_1"_s,
                             u"mnuEditItem_2"_s, u"mnuDelete"_s, u"mnuUncomment"_s};
     const auto state = [&] {
-        commands.MenuOpening(u"mnuEdit"_s);
+        commands.MenuOpening(Menu::mnuEdit);
         QString text;
         for (const QString &row : rows)
             text += editor.Row(row).isEnabled() ? u'T' : u'-';
@@ -331,8 +335,8 @@ void MenusTest::FileMenuOpensWithTheDocumentsState()
     EditorWindow editor;
     editor.Open();
     Commands &commands = editor.window->CommandTable();
-    commands.Bind(u"mnuFSO"_s, [](int) {});
-    commands.Bind(u"mnuBackupNow"_s, [](int) {});
+    commands.Bind(Cmd::mnuFSO, [](FileOperation) {});
+    commands.Bind(Cmd::mnuBackupNow, [] {});
     const auto state = [&] {
         Q_EMIT editor.Find<QMenu>(u"mnuFile"_s).aboutToShow();
         QString text;
@@ -373,7 +377,7 @@ void MenusTest::FoldersAreEnabledWhenKnown()
     editor.Open();
     Commands &commands = editor.window->CommandTable();
     const auto state = [&] {
-        commands.MenuOpening(u"mnuView"_s);
+        commands.MenuOpening(Menu::mnuView);
         QString text;
         for (const int entry : {0, 1, 2, 3, 5, 6, 8, 9, 11})
             text += editor.Row(u"mnuDIR_%1"_s.arg(entry)).isEnabled() ? u'T' : u'-';

@@ -109,9 +109,9 @@ void ToolbarTest::ButtonsFollowTheirRows()
     Commands &commands = editor.Open().CommandTable();
     QVERIFY(!Button(editor, u"orchestra"_s)->isEnabled());
     int runs = 0;
-    commands.Bind(u"mnuOrchestra"_s, [&](int) { ++runs; });
+    commands.Bind(Cmd::mnuOrchestra, [&] { ++runs; });
     QVERIFY(!Button(editor, u"orchestra"_s)->isEnabled());
-    commands.SetEnabled(u"mnuOrchestra"_s, 0, true);
+    commands.SetEnabled(Cmd::mnuOrchestra, true);
     QVERIFY(Button(editor, u"orchestra"_s)->isEnabled());
     Button(editor, u"orchestra"_s)->trigger();
     QCOMPARE(runs, 1);

@@ -69,7 +69,7 @@ void WindowLayoutTest::LayoutComesBack()
                                u"mnuLabels_1"_s, u"mnuLabels_2"_s, u"mnuRelated"_s, u"mnuWordWrap"_s})
         editor.Row(row).trigger();
     editor.Find<QAction>(u"mnuLoop"_s).setChecked(true);
-    editor.window->CommandTable().Run(u"mnuFontSize"_s, 0);
+    editor.window->CommandTable().Run(Cmd::mnuFontSize[FontSizeChange::Increase]);
     const TextFont font = editor.Text().CurrentFont();
     const QRect place = editor.window->geometry();
     QVERIFY(editor.window->close());

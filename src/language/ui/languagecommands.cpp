@@ -19,8 +19,11 @@ LanguageCommands::LanguageCommands(EditorContext &editor, DocumentView &view, Co
       m_folder(folder),
       m_highlighter(editor, view, m_opcodes)
 {
-    commands.Bind(u"mnuCsHelp"_s, [this](int) { HelpOnWord(m_editor); });
-    commands.Bind(u"mnuRefreshSyntaxHighlight"_s, [this](int) { Refresh(); });
+    commands.Bind(Cmd::mnuCsHelp, [this] { HelpOnWord(m_editor); });
+    // Two rows of the outline's menu that are offered and have no action.
+    commands.Bind(Cmd::mnuTV[TreeEntry::Expand], [] {});
+    commands.Bind(Cmd::mnuTV[TreeEntry::Collapse], [] {});
+    commands.Bind(Cmd::mnuRefreshSyntaxHighlight, [this] { Refresh(); });
 }
 
 void LanguageCommands::LoadOpcodes()

@@ -31,8 +31,10 @@ struct TextControlHooks {
     std::function<bool()> tabInsertsSpaces; ///< `TabInsertSpaces`
     std::function<int()> tabSpaces;         ///< `TabSpaces`; below 1 counts as 1
     std::function<void(bool decrease)> indentSelection;
-    /// Runs a command of the menus: undo, redo, cut, copy and paste, and the font size on Ctrl and the wheel.
-    std::function<void(const QString &name, int index)> runCommand;
+    /// Runs the command of a key that belongs to the text control. @return whether the key has one
+    std::function<bool(const QKeyEvent &event)> commandKey;
+    /// A notch of the wheel with Ctrl.
+    std::function<void(bool larger)> changeFontSize;
     /// Shows a failure that a key met.
     std::function<void(const RunTimeError &error)> reportError;
 };
@@ -204,11 +206,9 @@ private:
     void CloseCommandGroup();
     void UndoOrRedo(unsigned message);
 
-    bool CommandKey(const QKeyEvent &event);
     bool EditingKey(const QKeyEvent &event);
     bool TabKey(const QKeyEvent &event);
     void TypeText(const QString &text);
-    void RunCommand(const QString &name, int index = 0);
     bool SelectionSpansLines() const;
 
     void ApplyLook();

@@ -6,6 +6,7 @@
 #include "platform/ui/utf8text.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <QContextMenuEvent>
 #include <QDropEvent>
 #include <QInputMethodEvent>
@@ -59,21 +60,6 @@ const KeyRow DeletingKeys[] = {
     {Qt::Key_Backspace, NoKeys, Sci::SCI_DELETEBACK}, {Qt::Key_Backspace, Shift, Sci::SCI_DELETEBACK},
     {Qt::Key_Backspace, Ctrl, Sci::SCI_DELWORDLEFT},  {Qt::Key_Delete, NoKeys, Sci::SCI_CLEAR},
     {Qt::Key_Delete, Ctrl, Sci::SCI_DELWORDRIGHT},
-};
-
-struct CommandRow {
-    int key;
-    Qt::KeyboardModifiers modifiers;
-    const char16_t *name;
-    int index;
-};
-
-/// The keys that run a command of the Edit menu.
-const CommandRow CommandKeys[] = {
-    {Qt::Key_Z, Ctrl, u"mnuUndo", 0},          {Qt::Key_Y, Ctrl, u"mnuRedo", 0},
-    {Qt::Key_X, Ctrl, u"mnuEditItem", 0},      {Qt::Key_C, Ctrl, u"mnuEditItem", 1},
-    {Qt::Key_V, Ctrl, u"mnuEditItem", 2},      {Qt::Key_Delete, Shift, u"mnuEditItem", 0},
-    {Qt::Key_Insert, Ctrl, u"mnuEditItem", 1}, {Qt::Key_Insert, Shift, u"mnuEditItem", 2},
 };
 
 /// Modifiers as far as they choose a command: the numeric keypad is no modifier.
@@ -157,7 +143,7 @@ bool TextControl::viewportEvent(QEvent *event)
 void TextControl::keyPressEvent(QKeyEvent *event)
 {
     try {
-        if (CommandKey(*event) || TabKey(*event) || EditingKey(*event)) {
+        if ((m_hooks.commandKey && m_hooks.commandKey(*event)) || TabKey(*event) || EditingKey(*event)) {
             event->accept();
             return;
         }
@@ -174,20 +160,6 @@ void TextControl::keyPressEvent(QKeyEvent *event)
     }
     TypeText(event->text());
     event->accept();
-}
-
-bool TextControl::CommandKey(const QKeyEvent &event)
-{
-    const CommandRow *row = FindRow(CommandKeys, event);
-    if (row)
-        RunCommand(QString::fromUtf16(row->name), row->index);
-    return row;
-}
-
-void TextControl::RunCommand(const QString &name, int index)
-{
-    if (m_hooks.runCommand)
-        m_hooks.runCommand(name, index);
 }
 
 bool TextControl::EditingKey(const QKeyEvent &event)
@@ -331,10 +303,10 @@ void TextControl::wheelEvent(QWheelEvent *event)
     event->accept();
     m_wheel += event->angleDelta().y();
     const int notch = QWheelEvent::DefaultDeltasPerStep;
-    for (; m_wheel >= notch; m_wheel -= notch)
-        RunCommand(u"mnuFontSize"_s, 0);
-    for (; m_wheel <= -notch; m_wheel += notch)
-        RunCommand(u"mnuFontSize"_s, 1);
+    for (; std::abs(m_wheel) >= notch; m_wheel -= m_wheel > 0 ? notch : -notch) {
+        if (m_hooks.changeFontSize)
+            m_hooks.changeFontSize(m_wheel > 0);
+    }
 }
 
 void TextControl::dragEnterEvent(QDragEnterEvent *event)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "player/ui/playerpanel.h"
 
+#include "shell/command.h"
 #include "shell/ui/toolbutton.h"
 
 #include <QHBoxLayout>
@@ -31,10 +32,10 @@ PlayerPanel::PlayerPanel(Commands &commands, QWidget *parent)
     lblPos->setObjectName(u"lblPos"_s);
     lblPos->setToolTip(u"Elapsed Time"_s);
 
-    AddToolButton(*tbPlayer, commands, {u"play"_s, u"Play"_s, u"Play/Restart"_s, u"mnuPlay"_s});
-    AddToolButton(*tbPlayer, commands, {u"pause"_s, u"Pause"_s, u"Pause/Resume"_s, u"mnuPause"_s});
-    AddToolButton(*tbPlayer, commands, {u"stop"_s, u"Stop"_s, u"Stop"_s, u"mnuStop"_s});
-    AddToolButton(*tbPlayer, commands, {u"loop"_s, u"Loop"_s, u"Loop mode"_s, u"mnuLoop"_s});
+    AddToolButton(*tbPlayer, commands, {u"play"_s, u"Play"_s, u"Play/Restart"_s, Cmd::mnuPlay});
+    AddToolButton(*tbPlayer, commands, {u"pause"_s, u"Pause"_s, u"Pause/Resume"_s, Cmd::mnuPause});
+    AddToolButton(*tbPlayer, commands, {u"stop"_s, u"Stop"_s, u"Stop"_s, Cmd::mnuStop});
+    AddToolButton(*tbPlayer, commands, {u"loop"_s, u"Loop"_s, u"Loop mode"_s, Cmd::mnuLoop});
 
     Timer1->setObjectName(u"Timer1"_s);
     Timer1->setInterval(50);

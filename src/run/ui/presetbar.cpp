@@ -34,12 +34,12 @@ PresetBar::PresetBar(const RunContext &context, Commands &commands, QMenu &prese
 {
     setObjectName(u"tbPresets"_s);
     setIconSize(QSize(PresetImageSide, PresetImageSide));
-    m_commands.Bind(u"mnuPreset"_s, [this](int row) {
+    m_commands.Bind(Cmd::mnuPreset, [this](int row) {
         RunPreset(RowKey(row), m_context.editor.desktop.IsKeyDown(KeyCode::Ctrl), false, m_context);
     });
-    m_commands.Bind(u"mnuPresetPopupItem"_s, [this](int entry) {
+    m_commands.Bind(Cmd::mnuPresetPopupItem, [this](PresetEntry entry) {
         const QString key = m_popup.property("tag").toString();
-        RunPreset(key, entry == 1, entry == 3, m_context);
+        RunPreset(key, entry == PresetEntry::Confirm, entry == PresetEntry::Edit, m_context);
     });
     for (QAction *action : m_presets.actions()) {
         if (action->objectName() == u"linea1"_s)
@@ -110,19 +110,19 @@ void PresetBar::BuildMenuRows(const QStringList &presets)
     if (line)
         line->setVisible(true);
     for (int row = 0; row < int(presets.size()); ++row) {
-        QAction *action = m_commands.Action(u"mnuPreset"_s, row);
+        QAction *action = m_commands.Action(Cmd::mnuPreset[row]);
         if (!action) {
             action = new QAction(&m_presets);
-            action->setObjectName(u"mnuPreset_"_s + QString::number(row));
+            action->setObjectName(Cmd::mnuPreset[row].RowName());
             m_presets.insertAction(line, action);
-            m_commands.AddAction(u"mnuPreset"_s, row, action);
+            m_commands.AddAction(Cmd::mnuPreset[row], action);
         }
         action->setText(PresetMenuCaption(Escaped(presets[row]), row));
         action->setData(presets[row]);
     }
     for (int row = m_rows - 1; row >= int(presets.size()); --row) {
-        QAction *action = m_commands.Action(u"mnuPreset"_s, row);
-        m_commands.RemoveAction(u"mnuPreset"_s, row);
+        QAction *action = m_commands.Action(Cmd::mnuPreset[row]);
+        m_commands.RemoveAction(Cmd::mnuPreset[row]);
         delete action;
     }
     m_rows = int(presets.size());
@@ -142,7 +142,7 @@ void PresetBar::SetFlat(bool flat)
 
 QString PresetBar::RowKey(int row) const
 {
-    const QAction *action = m_commands.Action(u"mnuPreset"_s, row);
+    const QAction *action = m_commands.Action(Cmd::mnuPreset[row]);
     return action ? action->data().toString() : QString();
 }
 
@@ -173,9 +173,9 @@ void PresetBar::Popup(const QString &key, const QPoint &at)
 {
     m_popup.setProperty("tag", key);
     const QStringList captions = PresetPopupCaptions(Escaped(key));
-    const int entries[] = {0, 1, 3};
+    const PresetEntry entries[] = {PresetEntry::Run, PresetEntry::Confirm, PresetEntry::Edit};
     for (int i = 0; i < 3; ++i)
-        m_commands.Action(u"mnuPresetPopupItem"_s, entries[i])->setText(captions[i]);
+        m_commands.Action(Cmd::mnuPresetPopupItem[entries[i]])->setText(captions[i]);
     m_popup.exec(at);
     m_popup.setProperty("tag", QString());
 }

@@ -14,8 +14,8 @@ namespace zelvane
 
 RunCommands::RunCommands(const RunContext &context, Commands &commands, QWidget *window) : QObject(window)
 {
-    commands.Bind(u"mnuRunCsound"_s, [context, window](int) { frmManual(context, window).exec(); });
-    commands.Bind(u"mnuPresetsBox"_s, [context](int) { ShowPresetEditor(context); });
+    commands.Bind(Cmd::mnuRunCsound, [context, window] { frmManual(context, window).exec(); });
+    commands.Bind(Cmd::mnuPresetsBox, [context] { ShowPresetEditor(context); });
 }
 
 } // namespace zelvane

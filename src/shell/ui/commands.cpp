@@ -11,37 +11,37 @@ namespace zelvane
 
 Commands::Commands(Desktop &desktop, QObject *parent) : QObject(parent), m_desktop(desktop) {}
 
-void Commands::Bind(const QString &name, Handler handler)
+void Commands::Bind(Command command, std::function<void()> handler)
+{
+    m_handlers[command] = [handler = std::move(handler)](int) { handler(); };
+    Refresh(command);
+}
+
+void Commands::BindAll(std::u16string_view name, Handler handler)
 {
     m_arrayHandlers[name] = std::move(handler);
-    for (const auto &[key, action] : m_actions) {
-        if (key.first == name)
-            Refresh(key);
+    for (const auto &[command, action] : m_actions) {
+        if (command.Name() == name)
+            Refresh(command);
     }
 }
 
-void Commands::Bind(const QString &name, int index, Handler handler)
+const Commands::Handler *Commands::Find(Command command) const
 {
-    m_handlers[{name, index}] = std::move(handler);
-    Refresh({name, index});
-}
-
-const Commands::Handler *Commands::Find(const QString &name, int index) const
-{
-    if (const auto one = m_handlers.find({name, index}); one != m_handlers.end())
+    if (const auto one = m_handlers.find(command); one != m_handlers.end())
         return &one->second;
-    const auto all = m_arrayHandlers.find(name);
+    const auto all = m_arrayHandlers.find(command.Name());
     return all == m_arrayHandlers.end() ? nullptr : &all->second;
 }
 
-bool Commands::IsBound(const QString &name, int index) const
+bool Commands::IsBound(Command command) const
 {
-    return Find(name, index) != nullptr;
+    return Find(command) != nullptr;
 }
 
-void Commands::Run(const QString &name, int index)
+void Commands::Run(Command command)
 {
-    const Handler *found = Find(name, index);
+    const Handler *found = Find(command);
     if (!found)
         return;
     // A copy: a command may bind anew what is running.
@@ -53,7 +53,7 @@ void Commands::Run(const QString &name, int index)
         if (self && self->m_after)
             self->m_after();
     });
-    Guard([&] { handler(index); });
+    Guard([&] { handler(command.Entry()); });
 }
 
 void Commands::Around(std::function<void()> before, std::function<void()> after)
@@ -71,67 +71,67 @@ void Commands::Guard(const std::function<void()> &work)
     }
 }
 
-QAction *Commands::Action(const QString &name, int index) const
+QAction *Commands::Action(Command command) const
 {
-    const auto found = m_actions.find({name, index});
+    const auto found = m_actions.find(command);
     return found == m_actions.end() ? nullptr : found->second;
 }
 
-void Commands::AddAction(const QString &name, int index, QAction *action)
+void Commands::AddAction(Command command, QAction *action)
 {
-    m_actions[{name, index}] = action;
-    connect(action, &QAction::triggered, this, [this, action, name, index](bool checked) {
+    m_actions.insert_or_assign(command, action);
+    connect(action, &QAction::triggered, this, [this, action, command](bool checked) {
         if (action->isCheckable())
             action->setChecked(!checked);
-        Run(name, index);
+        Run(command);
     });
-    Refresh({name, index});
+    Refresh(command);
 }
 
-void Commands::RemoveAction(const QString &name, int index)
+void Commands::RemoveAction(Command command)
 {
-    m_actions.erase({name, index});
-    m_disabled.erase({name, index});
+    m_actions.erase(command);
+    m_disabled.erase(command);
 }
 
-void Commands::Refresh(const Key &key)
+void Commands::Refresh(Command command)
 {
-    if (QAction *action = Action(key.first, key.second))
-        action->setEnabled(IsBound(key.first, key.second) && !m_disabled.contains(key));
+    if (QAction *action = Action(command))
+        action->setEnabled(IsEnabled(command));
 }
 
-void Commands::SetEnabled(const QString &name, int index, bool enabled)
+void Commands::SetEnabled(Command command, bool enabled)
 {
     if (enabled)
-        m_disabled.erase({name, index});
+        m_disabled.erase(command);
     else
-        m_disabled.insert({name, index});
-    Refresh({name, index});
+        m_disabled.insert(command);
+    Refresh(command);
 }
 
-bool Commands::IsEnabled(const QString &name, int index) const
+bool Commands::IsEnabled(Command command) const
 {
-    return IsBound(name, index) && !m_disabled.contains({name, index});
+    return IsBound(command) && !m_disabled.contains(command);
 }
 
-void Commands::SetChecked(const QString &name, int index, bool checked)
+void Commands::SetChecked(Command command, bool checked)
 {
-    if (QAction *action = Action(name, index))
+    if (QAction *action = Action(command))
         action->setChecked(checked);
 }
 
-bool Commands::IsChecked(const QString &name, int index) const
+bool Commands::IsChecked(Command command) const
 {
-    const QAction *action = Action(name, index);
+    const QAction *action = Action(command);
     return action && action->isChecked();
 }
 
-void Commands::OnMenuOpening(const QString &menu, std::function<void()> work)
+void Commands::OnMenuOpening(MenuName menu, std::function<void()> work)
 {
     m_openings[menu].push_back(std::move(work));
 }
 
-void Commands::MenuOpening(const QString &menu)
+void Commands::MenuOpening(MenuName menu)
 {
     const auto found = m_openings.find(menu);
     if (found == m_openings.end())

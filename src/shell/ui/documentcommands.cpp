@@ -14,17 +14,16 @@ DocumentCommands::DocumentCommands(EditorContext &editor, DocumentLifecycle &doc
                                    std::function<void()> closeWindow, QObject *parent)
     : QObject(parent)
 {
-    commands.Bind(u"mnuNew"_s, [&documents](int) { documents.New(); });
-    commands.Bind(u"mnuOpen"_s, [&documents](int) { documents.Open(); });
-    commands.Bind(u"mnuSave"_s, [&documents](int) { documents.Save(); });
-    commands.Bind(u"mnuSaveAs"_s, [&documents](int) { documents.SaveAs(); });
-    commands.Bind(u"mnuNewInstance"_s, [&documents](int) { documents.NewInstance(); });
-    commands.Bind(u"MRUfolder"_s, [&documents](int number) { documents.OpenRecent(number); });
-    commands.Bind(u"mnuExit"_s, [closeWindow = std::move(closeWindow)](int) { closeWindow(); });
+    commands.Bind(Cmd::mnuNew, [&documents] { documents.New(); });
+    commands.Bind(Cmd::mnuOpen, [&documents] { documents.Open(); });
+    commands.Bind(Cmd::mnuSave, [&documents] { documents.Save(); });
+    commands.Bind(Cmd::mnuSaveAs, [&documents] { documents.SaveAs(); });
+    commands.Bind(Cmd::mnuNewInstance, [&documents] { documents.NewInstance(); });
+    commands.Bind(Cmd::MRUfolder, [&documents](int number) { documents.OpenRecent(number); });
+    commands.Bind(Cmd::mnuExit, [closeWindow = std::move(closeWindow)] { closeWindow(); });
     for (const ExportFormat format : {ExportFormat::Pc, ExportFormat::Unix, ExportFormat::Mac})
-        commands.Bind(u"mnuPlatformItem"_s, int(format),
-                      [&editor, format](int) { ExportText(format, editor); });
-    commands.OnMenuOpening(u"mnuFile"_s, [&documents] { documents.FileMenuOpening(); });
+        commands.Bind(Cmd::mnuPlatformItem[format], [&editor, format] { ExportText(format, editor); });
+    commands.OnMenuOpening(Menu::mnuFile, [&documents] { documents.FileMenuOpening(); });
 }
 
 } // namespace zelvane

@@ -11,7 +11,9 @@ namespace zelvane
 namespace
 {
 
-constexpr int Entries[] = {0, 1, 2, 3, 5, 6, 8, 9, 11};
+constexpr KnownFolder Folders[] = {KnownFolder::SoundFiles, KnownFolder::Samples, KnownFolder::Analysis,
+                                   KnownFolder::Includes,   KnownFolder::Csound,  KnownFolder::Csound2,
+                                   KnownFolder::Document,   KnownFolder::Backup,  KnownFolder::Program};
 
 } // namespace
 
@@ -19,12 +21,12 @@ FolderCommands::FolderCommands(EditorContext &editor, Commands &commands,
                                std::function<ProgramFolders()> folders, QObject *parent)
     : QObject(parent)
 {
-    commands.Bind(u"mnuDIR"_s, [&editor, folders](int entry) {
-        OpenFolder(FolderTarget(entry, editor, folders()), editor.desktop);
+    commands.Bind(Cmd::mnuDIR, [&editor, folders](KnownFolder folder) {
+        OpenFolder(FolderTarget(folder, editor, folders()), editor.desktop);
     });
-    commands.OnMenuOpening(u"mnuView"_s, [&editor, &commands, folders] {
-        for (const int entry : Entries)
-            commands.SetEnabled(u"mnuDIR"_s, entry, !FolderTarget(entry, editor, folders()).isEmpty());
+    commands.OnMenuOpening(Menu::mnuView, [&editor, &commands, folders] {
+        for (const KnownFolder folder : Folders)
+            commands.SetEnabled(Cmd::mnuDIR[folder], !FolderTarget(folder, editor, folders()).isEmpty());
     });
 }
 

@@ -17,13 +17,13 @@ HelpCommands::HelpCommands(EditorContext &editor, Commands &commands, const QStr
                            QObject *parent)
     : QObject(parent)
 {
-    commands.Bind(u"mnuAppHelp"_s, [&editor, programFolder](int) {
+    commands.Bind(Cmd::mnuAppHelp, [&editor, programFolder] {
         const QString executable = QFileInfo(QCoreApplication::applicationFilePath()).completeBaseName();
         OpenAppHelp(editor.desktop, programFolder, executable);
     });
-    commands.Bind(u"mnuWebPage"_s,
-                  [&editor](int) { OpenWebAddress(editor.desktop, QString::fromUtf16(WebAddress)); });
-    commands.Bind(u"mnuLinks"_s, [&editor](int entry) { OpenCsoundLink(entry, editor.desktop); });
+    commands.Bind(Cmd::mnuWebPage,
+                  [&editor] { OpenWebAddress(editor.desktop, QString::fromUtf16(WebAddress)); });
+    commands.Bind(Cmd::mnuLinks, [&editor](WebLink link) { OpenCsoundLink(link, editor.desktop); });
 }
 
 } // namespace zelvane

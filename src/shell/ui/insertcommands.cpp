@@ -25,13 +25,14 @@ QString LineCaption(const QString &style)
 
 InsertCommands::InsertCommands(EditorContext &editor, Commands &commands, QObject *parent) : QObject(parent)
 {
-    commands.Bind(u"mnuDate"_s,
-                  [&editor](int) { editor.text.ReplaceSelection(DateAndTime(editor.desktop.Now())); });
-    commands.OnMenuOpening(u"mnuInsert"_s, [&editor, &commands] {
-        const TextKey *const styles[] = {&Keys::LineStyle1, &Keys::LineStyle2};
-        for (int entry = 0; entry < 2; ++entry)
-            commands.Action(u"mnuLineSeparation"_s, entry)
-                ->setText(LineCaption(editor.settings.Text(*styles[entry])));
+    commands.Bind(Cmd::mnuDate,
+                  [&editor] { editor.text.ReplaceSelection(DateAndTime(editor.desktop.Now())); });
+    commands.OnMenuOpening(Menu::mnuInsert, [&editor, &commands] {
+        const auto show = [&](LineStyle line, const QString &style) {
+            commands.Action(Cmd::mnuLineSeparation[line])->setText(LineCaption(style));
+        };
+        show(LineStyle::First, editor.settings.Text(Keys::LineStyle1));
+        show(LineStyle::Second, editor.settings.Text(Keys::LineStyle2));
     });
 }
 

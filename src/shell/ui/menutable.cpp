@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ui/menutable.h"
 
+#include "shell/exporttext.h"
+#include "shell/textops.h"
 #include "shell/ui/commands.h"
 
+#include <QAction>
 #include <QMenu>
 #include <QMenuBar>
-#include <set>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -15,211 +17,225 @@ namespace zelvane
 namespace
 {
 
-constexpr int Single = MenuRow::Single;
-constexpr char16_t Line[] = u"-";
 constexpr bool Checkable = true;
+constexpr char16_t KeySeparator[] = u"; ";
 
 constexpr MenuRow Table[] = {
-    {MenuBarRow, u"mnuFile", Single, u"&File"},
-    {u"mnuFile", u"mnuNew", Single, u"&New...", u"", u"Ctrl+N"},
-    {u"mnuFile", u"mnuOpen", Single, u"&Open...", u"", u"Ctrl+O"},
-    {u"mnuFile", u"mnuSave", Single, u"&Save", u"", u"Ctrl+S"},
-    {u"mnuFile", u"mnuSaveAs", Single, u"Save &as...", u"", u"Ctrl+Shift+S"},
-    {u"mnuFile", u"", Single, Line},
-    {u"mnuFile", u"mnuNewInstance", Single, u"New &instance", u"", u"Ctrl+Shift+N"},
-    {u"mnuFile", u"", Single, Line},
-    {u"mnuFile", u"mnuPlatform", Single, u"&Export"},
-    {u"mnuPlatform", u"mnuPlatformItem", 0, u"&Pc"},
-    {u"mnuPlatform", u"mnuPlatformItem", 1, u"&Unix"},
-    {u"mnuPlatform", u"mnuPlatformItem", 2, u"&Mac"},
-    {u"mnuPlatform", u"mnuPlatformItem", 3, Line},
-    {u"mnuPlatform", u"mnuPlatformItem", 4, u"&RTF (Rich Text Format)"},
-    {u"mnuPlatform", u"mnuPlatformItem", 5, u"&HTML"},
-    {u"mnuFile", u"mnuBackupNow", Single, u"&Backup..."},
-    {u"mnuFile", u"mnuFileShell", Single, u"S&hell operation"},
-    {u"mnuFileShell", u"mnuOpenWith", Single, u"&Open with..."},
-    {u"mnuFileShell", u"mnuSearchFiles", Single, u"&Find files..."},
-    {u"mnuFileShell", u"", Single, Line},
-    {u"mnuFileShell", u"mnuFSO", 0, u"&Move to..."},
-    {u"mnuFileShell", u"mnuFSO", 1, u"&Copy to..."},
-    {u"mnuFileShell", u"mnuFSO", 2, u"&Rename..."},
-    {u"mnuFileShell", u"mnuFSO", 3, u"&Delete..."},
-    {u"mnuFileShell", u"mnuFSO", 4, Line},
-    {u"mnuFileShell", u"mnuFSO", 5, u"&Properties"},
-    {u"mnuFile", u"mnuPrint", Single, u"&Print...", u"", u"Ctrl+P"},
-    {u"mnuFile", u"", Single, Line},
-    {u"mnuFile", u"mnuPreferences", Single, u"&Preferences..."},
-    {u"mnuFile", u"mnulinea", Single, Line},
-    {u"mnuFile", u"mnuExit", Single, u"E&xit", u"", u"Ctrl+Q"},
+    {Menu::Bar, Menu::mnuFile, u"&File"},
+    {Menu::mnuFile, Cmd::mnuNew, u"&New...", {u"Ctrl+N", KeyTaker::Row}},
+    {Menu::mnuFile, Cmd::mnuOpen, u"&Open...", {u"Ctrl+O", KeyTaker::Row}},
+    {Menu::mnuFile, Cmd::mnuSave, u"&Save", {u"Ctrl+S", KeyTaker::Row}},
+    {Menu::mnuFile, Cmd::mnuSaveAs, u"Save &as...", {u"Ctrl+Shift+S", KeyTaker::Row}},
+    {Menu::mnuFile, Separator{}},
+    {Menu::mnuFile, Cmd::mnuNewInstance, u"New &instance", {u"Ctrl+Shift+N", KeyTaker::Row}},
+    {Menu::mnuFile, Separator{}},
+    {Menu::mnuFile, Menu::mnuPlatform, u"&Export"},
+    {Menu::mnuPlatform, Cmd::mnuPlatformItem[ExportFormat::Pc], u"&Pc"},
+    {Menu::mnuPlatform, Cmd::mnuPlatformItem[ExportFormat::Unix], u"&Unix"},
+    {Menu::mnuPlatform, Cmd::mnuPlatformItem[ExportFormat::Mac], u"&Mac"},
+    {Menu::mnuPlatform, Separator{}},
+    {Menu::mnuPlatform, Cmd::mnuPlatformItem[ExportFormat::Rtf], u"&RTF (Rich Text Format)"},
+    {Menu::mnuPlatform, Cmd::mnuPlatformItem[ExportFormat::Html], u"&HTML"},
+    {Menu::mnuFile, Cmd::mnuBackupNow, u"&Backup..."},
+    {Menu::mnuFile, Menu::mnuFileShell, u"S&hell operation"},
+    {Menu::mnuFileShell, Cmd::mnuOpenWith, u"&Open with..."},
+    {Menu::mnuFileShell, Cmd::mnuSearchFiles, u"&Find files..."},
+    {Menu::mnuFileShell, Separator{}},
+    {Menu::mnuFileShell, Cmd::mnuFSO[FileOperation::Move], u"&Move to..."},
+    {Menu::mnuFileShell, Cmd::mnuFSO[FileOperation::Copy], u"&Copy to..."},
+    {Menu::mnuFileShell, Cmd::mnuFSO[FileOperation::Rename], u"&Rename..."},
+    {Menu::mnuFileShell, Cmd::mnuFSO[FileOperation::Delete], u"&Delete..."},
+    {Menu::mnuFileShell, Separator{}},
+    {Menu::mnuFileShell, Cmd::mnuFSO[FileOperation::Properties], u"&Properties"},
+    {Menu::mnuFile, Cmd::mnuPrint, u"&Print...", {u"Ctrl+P", KeyTaker::Row}},
+    {Menu::mnuFile, Separator{}},
+    {Menu::mnuFile, Cmd::mnuPreferences, u"&Preferences..."},
+    {Menu::mnuFile, Separator{u"mnulinea"}},
+    {Menu::mnuFile, Cmd::mnuExit, u"E&xit", {u"Ctrl+Q", KeyTaker::Row}},
 
-    {MenuBarRow, u"mnuEdit", Single, u"&Edit"},
-    {u"mnuEdit", u"mnuUndo", Single, u"&Undo", u"Ctrl+Z"},
-    {u"mnuEdit", u"mnuRedo", Single, u"&Redo", u"Ctrl+Y"},
-    {u"mnuEdit", u"mnuEditItem", 0, u"Cu&t", u"Ctrl+X"},
-    {u"mnuEdit", u"mnuEditItem", 1, u"&Copy", u"Ctrl+C"},
-    {u"mnuEdit", u"mnuEditItem", 2, u"&Paste", u"Ctrl+V"},
-    {u"mnuEdit", u"mnuDelete", Single, u"&Delete", u"Del"},
-    {u"mnuEdit", u"mnuSelectAll", Single, u"&Select all", u"", u"Ctrl+A"},
-    {u"mnuEdit", u"mnuComment", Single, u"Co&mment", u"", u"Ctrl+M"},
-    {u"mnuEdit", u"mnuUncomment", Single, u"&Uncomment", u"", u"Ctrl+Shift+M"},
-    {u"mnuEdit", u"mnuRemoveComments", Single, u"&Remove comments"},
-    {u"mnuEdit", u"mnuIndent", 0, u"&Increase indent", u"Tab"},
-    {u"mnuEdit", u"mnuIndent", 1, u"Decrease i&ndent", u"Shift+Tab"},
-    {u"mnuEdit", u"", Single, Line},
-    {u"mnuEdit", u"mnuTabSpace", Single, u"Formatting algorythms..."},
-    {u"mnuEdit", u"mnuChangeCase", Single, u"C&hange case"},
-    {u"mnuChangeCase", u"mnuCase", 0, u"&Uppercase", u"", u"Ctrl+U"},
-    {u"mnuChangeCase", u"mnuCase", 1, u"&Lowercase", u"", u"Ctrl+L"},
-    {u"mnuChangeCase", u"mnuCase", 2, u"&Capitalize"},
+    {Menu::Bar, Menu::mnuEdit, u"&Edit"},
+    {Menu::mnuEdit, Cmd::mnuUndo, u"&Undo", {u"Ctrl+Z", KeyTaker::Text}},
+    {Menu::mnuEdit, Cmd::mnuRedo, u"&Redo", {u"Ctrl+Y", KeyTaker::Text}},
+    {Menu::mnuEdit, Cmd::mnuEditItem[EditItem::Cut], u"Cu&t", {u"Ctrl+X; Shift+Del", KeyTaker::Text}},
+    {Menu::mnuEdit, Cmd::mnuEditItem[EditItem::Copy], u"&Copy", {u"Ctrl+C; Ctrl+Ins", KeyTaker::Text}},
+    {Menu::mnuEdit, Cmd::mnuEditItem[EditItem::Paste], u"&Paste", {u"Ctrl+V; Shift+Ins", KeyTaker::Text}},
+    {Menu::mnuEdit, Cmd::mnuDelete, u"&Delete", {u"Del", KeyTaker::Shown}},
+    {Menu::mnuEdit, Cmd::mnuSelectAll, u"&Select all", {u"Ctrl+A", KeyTaker::Row}},
+    {Menu::mnuEdit, Cmd::mnuComment, u"Co&mment", {u"Ctrl+M", KeyTaker::Row}},
+    {Menu::mnuEdit, Cmd::mnuUncomment, u"&Uncomment", {u"Ctrl+Shift+M", KeyTaker::Row}},
+    {Menu::mnuEdit, Cmd::mnuRemoveComments, u"&Remove comments"},
+    {Menu::mnuEdit, Cmd::mnuIndent[IndentChange::Increase], u"&Increase indent", {u"Tab", KeyTaker::Shown}},
+    {Menu::mnuEdit,
+     Cmd::mnuIndent[IndentChange::Decrease],
+     u"Decrease i&ndent",
+     {u"Shift+Tab", KeyTaker::Shown}},
+    {Menu::mnuEdit, Separator{}},
+    {Menu::mnuEdit, Cmd::mnuTabSpace, u"Formatting algorythms..."},
+    {Menu::mnuEdit, Menu::mnuChangeCase, u"C&hange case"},
+    {Menu::mnuChangeCase, Cmd::mnuCase[CaseChange::Upper], u"&Uppercase", {u"Ctrl+U", KeyTaker::Row}},
+    {Menu::mnuChangeCase, Cmd::mnuCase[CaseChange::Lower], u"&Lowercase", {u"Ctrl+L", KeyTaker::Row}},
+    {Menu::mnuChangeCase, Cmd::mnuCase[CaseChange::Capitalize], u"&Capitalize"},
 
-    {MenuBarRow, u"mnuSearch", Single, u"&Search"},
-    {u"mnuSearch", u"mnuFind", Single, u"&Find...", u"", u"Ctrl+F"},
-    {u"mnuSearch", u"mnuFindAgain", Single, u"Find &again", u"", u"F3"},
-    {u"mnuSearch", u"mnuReplace", Single, u"&Replace...", u"", u"Ctrl+H"},
-    {u"mnuSearch", u"mnuGoTo", Single, u"&Go to line...", u"", u"Ctrl+G"},
+    {Menu::Bar, Menu::mnuSearch, u"&Search"},
+    {Menu::mnuSearch, Cmd::mnuFind, u"&Find...", {u"Ctrl+F", KeyTaker::Row}},
+    {Menu::mnuSearch, Cmd::mnuFindAgain, u"Find &again", {u"F3", KeyTaker::Row}},
+    {Menu::mnuSearch, Cmd::mnuReplace, u"&Replace...", {u"Ctrl+H", KeyTaker::Row}},
+    {Menu::mnuSearch, Cmd::mnuGoTo, u"&Go to line...", {u"Ctrl+G", KeyTaker::Row}},
 
-    {MenuBarRow, u"mnuView", Single, u"&View"},
-    {u"mnuView", u"mnuOrchestra", Single, u"&Orchestra"},
-    {u"mnuView", u"mnuScore", Single, u"&Score"},
-    {u"mnuView", u"mnuBrowse", Single, u"&Code Outline", u"", u"Ctrl+B", Checkable},
-    {u"mnuView", u"mnuRelated", Single, u"&Related Files", u"", u"Ctrl+Shift+B", Checkable},
-    {u"mnuView", u"", Single, Line},
-    {u"mnuView", u"mnuRefreshSyntaxHighlight", Single, u"Refresh synta&x highlight", u"", u"F5"},
-    {u"mnuView", u"", Single, Line},
-    {u"mnuView", u"mnuShowDirs", Single, u"Show fold&ers"},
-    {u"mnuShowDirs", u"mnuDIR", 0, u"S&FDIR - Soundfiles..."},
-    {u"mnuShowDirs", u"mnuDIR", 1, u"&SSDIR - Samples..."},
-    {u"mnuShowDirs", u"mnuDIR", 2, u"S&ADIR - Analisys..."},
-    {u"mnuShowDirs", u"mnuDIR", 3, u"&INCDIR - Include..."},
-    {u"mnuShowDirs", u"mnuDIR", 4, Line},
-    {u"mnuShowDirs", u"mnuDIR", 5, u"&Csound..."},
-    {u"mnuShowDirs", u"mnuDIR", 6, u"Csound #&2..."},
-    {u"mnuShowDirs", u"mnuDIR", 7, Line},
-    {u"mnuShowDirs", u"mnuDIR", 8, u"Current &document..."},
-    {u"mnuShowDirs", u"mnuDIR", 9, u"&Backup..."},
-    {u"mnuShowDirs", u"mnuDIR", 10, Line},
-    {u"mnuShowDirs", u"mnuDIR", 11, u"&Zelvane..."},
-    {u"mnuView", u"", Single, Line},
-    {u"mnuView", u"mnuFontSize", 0, u"&Increase font size", u"Ctrl+NumPad +"},
-    {u"mnuView", u"mnuFontSize", 1, u"&Decrease font size", u"Ctrl+NumPad -"},
-    {u"mnuView", u"mnuWordWrap", Single, u"&Word wrap", u"", u"", Checkable},
-    {u"mnuView", u"", Single, Line},
-    {u"mnuView", u"mnuToolbar", Single, u"Wor&kspace"},
-    {u"mnuToolbar", u"mnuShowToolbar", 0, u"&Toolbar", u"", u"", Checkable},
-    {u"mnuToolbar", u"mnuShowToolbar", 1, u"&Opcodes list", u"", u"", Checkable},
-    {u"mnuToolbar", u"mnuShowToolbar", 2, u"Pl&ayer", u"", u"", Checkable},
-    {u"mnuToolbar", u"mnuShowToolbar", 3, u"&Presets bar", u"", u"", Checkable},
-    {u"mnuToolbar", u"mnuShowStatusbar", Single, u"&Status bar", u"", u"", Checkable},
-    {u"mnuToolbar", u"", Single, Line},
-    {u"mnuToolbar", u"mnuLabels", 0, u"Toolbar &labels", u"", u"", Checkable},
-    {u"mnuToolbar", u"mnuLabels", 1, u"P&resets labels", u"", u"", Checkable},
-    {u"mnuToolbar", u"mnuLabels", 2, u"Pa&nel labels", u"", u"", Checkable},
+    {Menu::Bar, Menu::mnuView, u"&View"},
+    {Menu::mnuView, Cmd::mnuOrchestra, u"&Orchestra"},
+    {Menu::mnuView, Cmd::mnuScore, u"&Score"},
+    {Menu::mnuView, Cmd::mnuBrowse, u"&Code Outline", {u"Ctrl+B", KeyTaker::Row}, Checkable},
+    {Menu::mnuView, Cmd::mnuRelated, u"&Related Files", {u"Ctrl+Shift+B", KeyTaker::Row}, Checkable},
+    {Menu::mnuView, Separator{}},
+    {Menu::mnuView, Cmd::mnuRefreshSyntaxHighlight, u"Refresh synta&x highlight", {u"F5", KeyTaker::Row}},
+    {Menu::mnuView, Separator{}},
+    {Menu::mnuView, Menu::mnuShowDirs, u"Show fold&ers"},
+    {Menu::mnuShowDirs, Cmd::mnuDIR[KnownFolder::SoundFiles], u"S&FDIR - Soundfiles..."},
+    {Menu::mnuShowDirs, Cmd::mnuDIR[KnownFolder::Samples], u"&SSDIR - Samples..."},
+    {Menu::mnuShowDirs, Cmd::mnuDIR[KnownFolder::Analysis], u"S&ADIR - Analisys..."},
+    {Menu::mnuShowDirs, Cmd::mnuDIR[KnownFolder::Includes], u"&INCDIR - Include..."},
+    {Menu::mnuShowDirs, Separator{}},
+    {Menu::mnuShowDirs, Cmd::mnuDIR[KnownFolder::Csound], u"&Csound..."},
+    {Menu::mnuShowDirs, Cmd::mnuDIR[KnownFolder::Csound2], u"Csound #&2..."},
+    {Menu::mnuShowDirs, Separator{}},
+    {Menu::mnuShowDirs, Cmd::mnuDIR[KnownFolder::Document], u"Current &document..."},
+    {Menu::mnuShowDirs, Cmd::mnuDIR[KnownFolder::Backup], u"&Backup..."},
+    {Menu::mnuShowDirs, Separator{}},
+    {Menu::mnuShowDirs, Cmd::mnuDIR[KnownFolder::Program], u"&Zelvane..."},
+    {Menu::mnuView, Separator{}},
+    {Menu::mnuView,
+     Cmd::mnuFontSize[FontSizeChange::Increase],
+     u"&Increase font size",
+     {u"Ctrl+NumPad +", KeyTaker::Window}},
+    {Menu::mnuView,
+     Cmd::mnuFontSize[FontSizeChange::Decrease],
+     u"&Decrease font size",
+     {u"Ctrl+NumPad -", KeyTaker::Window}},
+    {Menu::mnuView, Cmd::mnuWordWrap, u"&Word wrap", {}, Checkable},
+    {Menu::mnuView, Separator{}},
+    {Menu::mnuView, Menu::mnuToolbar, u"Wor&kspace"},
+    {Menu::mnuToolbar, Cmd::mnuShowToolbar[WindowBand::Toolbar], u"&Toolbar", {}, Checkable},
+    {Menu::mnuToolbar, Cmd::mnuShowToolbar[WindowBand::Opcodes], u"&Opcodes list", {}, Checkable},
+    {Menu::mnuToolbar, Cmd::mnuShowToolbar[WindowBand::Player], u"Pl&ayer", {}, Checkable},
+    {Menu::mnuToolbar, Cmd::mnuShowToolbar[WindowBand::Presets], u"&Presets bar", {}, Checkable},
+    {Menu::mnuToolbar, Cmd::mnuShowStatusbar, u"&Status bar", {}, Checkable},
+    {Menu::mnuToolbar, Separator{}},
+    {Menu::mnuToolbar, Cmd::mnuLabels[LabelPlace::Toolbar], u"Toolbar &labels", {}, Checkable},
+    {Menu::mnuToolbar, Cmd::mnuLabels[LabelPlace::Presets], u"P&resets labels", {}, Checkable},
+    {Menu::mnuToolbar, Cmd::mnuLabels[LabelPlace::Panel], u"Pa&nel labels", {}, Checkable},
 
-    {MenuBarRow, u"mnuInsert", Single, u"&Insert"},
-    {u"mnuInsert", u"mnuRandom", Single, u"&Random number..."},
-    {u"mnuInsert", u"", Single, Line},
-    {u"mnuInsert", u"mnuHeader", Single, u"Orchestra &header..."},
-    {u"mnuInsert", u"mnuNewInstr", Single, u"&Instrument..."},
-    {u"mnuInsert", u"", Single, Line},
-    {u"mnuInsert", u"mnuNewMacro", Single, u"&Macro definition..."},
-    {u"mnuInsert", u"mnuNewInclude", Single, u"#incl&ude statement..."},
-    {u"mnuInsert", u"", Single, Line},
-    {u"mnuInsert", u"mnuInsertFilename", Single, u"&Filename..."},
-    {u"mnuInsert", u"", Single, Line},
-    {u"mnuInsert", u"mnuLineSeparation", 0, u"----------------"},
-    {u"mnuInsert", u"mnuLineSeparation", 1, u"****************"},
-    {u"mnuInsert", u"", Single, Line},
-    {u"mnuInsert", u"mnuDate", Single, u"&Date && time", u"", u"F6"},
+    {Menu::Bar, Menu::mnuInsert, u"&Insert"},
+    {Menu::mnuInsert, Cmd::mnuRandom, u"&Random number..."},
+    {Menu::mnuInsert, Separator{}},
+    {Menu::mnuInsert, Cmd::mnuHeader, u"Orchestra &header..."},
+    {Menu::mnuInsert, Cmd::mnuNewInstr, u"&Instrument..."},
+    {Menu::mnuInsert, Separator{}},
+    {Menu::mnuInsert, Cmd::mnuNewMacro, u"&Macro definition..."},
+    {Menu::mnuInsert, Cmd::mnuNewInclude, u"#incl&ude statement..."},
+    {Menu::mnuInsert, Separator{}},
+    {Menu::mnuInsert, Cmd::mnuInsertFilename, u"&Filename..."},
+    {Menu::mnuInsert, Separator{}},
+    {Menu::mnuInsert, Cmd::mnuLineSeparation[LineStyle::First], u"----------------"},
+    {Menu::mnuInsert, Cmd::mnuLineSeparation[LineStyle::Second], u"****************"},
+    {Menu::mnuInsert, Separator{}},
+    {Menu::mnuInsert, Cmd::mnuDate, u"&Date && time", {u"F6", KeyTaker::Row}},
 
-    {MenuBarRow, u"mnuPresets", Single, u"&Presets"},
-    {u"mnuPresets", u"linea1", Single, Line},
-    {u"mnuPresets", u"mnuPresetsBox", Single, u"Add/Remove &Presets...", u"", u"F8"},
+    {Menu::Bar, Menu::mnuPresets, u"&Presets"},
+    {Menu::mnuPresets, Separator{u"linea1"}},
+    {Menu::mnuPresets, Cmd::mnuPresetsBox, u"Add/Remove &Presets...", {u"F8", KeyTaker::Row}},
 
-    {MenuBarRow, u"mnuTools", Single, u"&Tools"},
-    {u"mnuTools", u"mnuRunCsound", Single, u"&Run Csound...", u"", u"Ctrl+R"},
-    {u"mnuTools", u"", Single, Line},
-    {u"mnuTools", u"mnuCodeRes", Single, u"Co&de Repository...", u"", u"Ctrl+D"},
-    {u"mnuTools", u"mnuCodeResAdd", Single, u"&Add to Code Repository...", u"", u"Ctrl+Shift+D"},
-    {u"mnuTools", u"", Single, Line},
-    {u"mnuTools", u"mnuInstrEdit", Single, u"I&nstrument Properties...", u"", u"Ctrl+I"},
-    {u"mnuTools", u"mnuInstrGUI", Single, u"&i statement gui...", u"", u"Ctrl+E"},
-    {u"mnuTools", u"mnuPMapping", Single, u"p-Fields mapping..."},
-    {u"mnuTools", u"", Single, Line},
-    {u"mnuTools", u"mnuCSD", 0, u"&Convert to Unified file format (CSD)"},
-    {u"mnuTools", u"mnuCSD", 1, u"C&onvert to Orchestra/Score pair"},
-    {u"mnuTools", u"", Single, Line},
-    {u"mnuTools", u"mnuDeleteTempFiles", Single, u"Delete Csound &temporary files..."},
+    {Menu::Bar, Menu::mnuTools, u"&Tools"},
+    {Menu::mnuTools, Cmd::mnuRunCsound, u"&Run Csound...", {u"Ctrl+R", KeyTaker::Row}},
+    {Menu::mnuTools, Separator{}},
+    {Menu::mnuTools, Cmd::mnuCodeRes, u"Co&de Repository...", {u"Ctrl+D", KeyTaker::Row}},
+    {Menu::mnuTools, Cmd::mnuCodeResAdd, u"&Add to Code Repository...", {u"Ctrl+Shift+D", KeyTaker::Row}},
+    {Menu::mnuTools, Separator{}},
+    {Menu::mnuTools, Cmd::mnuInstrEdit, u"I&nstrument Properties...", {u"Ctrl+I", KeyTaker::Row}},
+    {Menu::mnuTools, Cmd::mnuInstrGUI, u"&i statement gui...", {u"Ctrl+E", KeyTaker::Row}},
+    {Menu::mnuTools, Cmd::mnuPMapping, u"p-Fields mapping..."},
+    {Menu::mnuTools, Separator{}},
+    {Menu::mnuTools, Cmd::mnuCSD[Conversion::ToUnified], u"&Convert to Unified file format (CSD)"},
+    {Menu::mnuTools, Cmd::mnuCSD[Conversion::ToPair], u"C&onvert to Orchestra/Score pair"},
+    {Menu::mnuTools, Separator{}},
+    {Menu::mnuTools, Cmd::mnuDeleteTempFiles, u"Delete Csound &temporary files..."},
 
-    {MenuBarRow, u"mnuPlayer", Single, u"P&layer"},
-    {u"mnuPlayer", u"mnuPlay", Single, u"&Play/Restart", u"", u"F9"},
-    {u"mnuPlayer", u"mnuPause", Single, u"P&ause/Resume", u"", u"F11"},
-    {u"mnuPlayer", u"mnuStop", Single, u"&Stop", u"", u"F12"},
-    {u"mnuPlayer", u"mnuLoop", Single, u"&Loop mode", u"", u"", Checkable},
-    {u"mnuPlayer", u"", Single, Line},
-    {u"mnuPlayer", u"mnuOpenSoundfile", Single, u"&Open soundfile...", u"", u"Ctrl+Shift+O"},
-    {u"mnuPlayer", u"", Single, Line},
-    {u"mnuPlayer", u"mnuSoundShell", Single, u"S&hell operation"},
-    {u"mnuSoundShell", u"mnuSSO", 0, u"&Move to..."},
-    {u"mnuSoundShell", u"mnuSSO", 1, u"&Copy to..."},
-    {u"mnuSoundShell", u"mnuSSO", 2, u"&Rename..."},
-    {u"mnuSoundShell", u"mnuSSO", 3, u"&Delete..."},
-    {u"mnuSoundShell", u"mnuSSO", 4, Line},
-    {u"mnuSoundShell", u"mnuSSO", 5, u"&Properties"},
-    {u"mnuPlayer", u"", Single, Line},
-    {u"mnuPlayer", u"mnuVolumeControl", Single, u"&Volume control..."},
+    {Menu::Bar, Menu::mnuPlayer, u"P&layer"},
+    {Menu::mnuPlayer, Cmd::mnuPlay, u"&Play/Restart", {u"F9", KeyTaker::Row}},
+    {Menu::mnuPlayer, Cmd::mnuPause, u"P&ause/Resume", {u"F11", KeyTaker::Row}},
+    {Menu::mnuPlayer, Cmd::mnuStop, u"&Stop", {u"F12", KeyTaker::Row}},
+    {Menu::mnuPlayer, Cmd::mnuLoop, u"&Loop mode", {}, Checkable},
+    {Menu::mnuPlayer, Separator{}},
+    {Menu::mnuPlayer, Cmd::mnuOpenSoundfile, u"&Open soundfile...", {u"Ctrl+Shift+O", KeyTaker::Row}},
+    {Menu::mnuPlayer, Separator{}},
+    {Menu::mnuPlayer, Menu::mnuSoundShell, u"S&hell operation"},
+    {Menu::mnuSoundShell, Cmd::mnuSSO[FileOperation::Move], u"&Move to..."},
+    {Menu::mnuSoundShell, Cmd::mnuSSO[FileOperation::Copy], u"&Copy to..."},
+    {Menu::mnuSoundShell, Cmd::mnuSSO[FileOperation::Rename], u"&Rename..."},
+    {Menu::mnuSoundShell, Cmd::mnuSSO[FileOperation::Delete], u"&Delete..."},
+    {Menu::mnuSoundShell, Separator{}},
+    {Menu::mnuSoundShell, Cmd::mnuSSO[FileOperation::Properties], u"&Properties"},
+    {Menu::mnuPlayer, Separator{}},
+    {Menu::mnuPlayer, Cmd::mnuVolumeControl, u"&Volume control..."},
 
-    {MenuBarRow, u"mnuHelp", Single, u"&Help"},
-    {u"mnuHelp", u"mnuCsHelp", Single, u"&Csound Help", u"", u"F1"},
-    {u"mnuHelp", u"", Single, Line},
-    {u"mnuHelp", u"mnuAppHelp", Single, u"Zelvane &Help", u"", u"Shift+F1"},
-    {u"mnuHelp", u"mnuWebPage", Single, u"Zelvane web &page"},
-    {u"mnuHelp", u"", Single, Line},
-    {u"mnuHelp", u"mnuWeb", Single, u"Csound on the &web"},
-    {u"mnuWeb", u"mnuLinks", 0, u"&The Csound Front Page @ MITPress"},
-    {u"mnuWeb", u"mnuLinks", 1, u"&DirectCsound"},
-    {u"mnuWeb", u"mnuLinks", 2, u"&Csound FTP download"},
-    {u"mnuWeb", u"mnuLinks", 3, u"Csound &manual in WinHelp format"},
-    {u"mnuHelp", u"", Single, Line},
-    {u"mnuHelp", u"mnuAbout", Single, u"&About..."},
+    {Menu::Bar, Menu::mnuHelp, u"&Help"},
+    {Menu::mnuHelp, Cmd::mnuCsHelp, u"&Csound Help", {u"F1", KeyTaker::Row}},
+    {Menu::mnuHelp, Separator{}},
+    {Menu::mnuHelp, Cmd::mnuAppHelp, u"Zelvane &Help", {u"Shift+F1", KeyTaker::Row}},
+    {Menu::mnuHelp, Cmd::mnuWebPage, u"Zelvane web &page"},
+    {Menu::mnuHelp, Separator{}},
+    {Menu::mnuHelp, Menu::mnuWeb, u"Csound on the &web"},
+    {Menu::mnuWeb, Cmd::mnuLinks[WebLink::FrontPage], u"&The Csound Front Page @ MITPress"},
+    {Menu::mnuWeb, Cmd::mnuLinks[WebLink::DirectCsound], u"&DirectCsound"},
+    {Menu::mnuWeb, Cmd::mnuLinks[WebLink::Download], u"&Csound FTP download"},
+    {Menu::mnuWeb, Cmd::mnuLinks[WebLink::Manual], u"Csound &manual in WinHelp format"},
+    {Menu::mnuHelp, Separator{}},
+    {Menu::mnuHelp, Cmd::mnuAbout, u"&About..."},
 
-    {PopupRow, u"mnuBrowseEditable", Single, u""},
-    {u"mnuBrowseEditable", u"mnuBrowseEdit", 0, u"&Select"},
-    {u"mnuBrowseEditable", u"mnuBrowseEdit", 1, u"Cu&t"},
-    {u"mnuBrowseEditable", u"mnuBrowseEdit", 2, u"Copy"},
-    {u"mnuBrowseEditable", u"mnuBrowseEdit", 3, u"&Delete"},
-    {u"mnuBrowseEditable", u"mnuBrowseEdit", 4, Line},
-    {u"mnuBrowseEditable", u"mnuBrowseEdit", 5, u"&Export..."},
-    {PopupRow, u"mnuBrowseInclude", Single, u""},
-    {u"mnuBrowseInclude", u"mnuBInclude", 0, u"&Open file"},
-    {u"mnuBrowseInclude", u"mnuBInclude", 1, u"&Insert file"},
-    {PopupRow, u"mnuTreeView", Single, u""},
-    {u"mnuTreeView", u"mnuTV", 0, u"&Expand"},
-    {u"mnuTreeView", u"mnuTV", 1, u"&Collapse"},
-    {u"mnuTreeView", u"mnuTV", 2, Line},
-    {u"mnuTreeView", u"mnuTV", 3, u"E&xpand all"},
-    {u"mnuTreeView", u"mnuTV", 4, u"C&ollapse all"},
-    {u"mnuTreeView", u"mnuTV", 5, Line},
-    {u"mnuTreeView", u"mnuTV", 6, u"&Refresh"},
-    {PopupRow, u"mnuPresetPopup", Single, u""},
-    {u"mnuPresetPopup", u"mnuPresetPopupItem", 0, u"&Run", u"Click"},
-    {u"mnuPresetPopup", u"mnuPresetPopupItem", 1, u"Run - &Confirm macros", u"Ctrl+Click"},
-    {u"mnuPresetPopup", u"mnuPresetPopupItem", 2, Line},
-    {u"mnuPresetPopup", u"mnuPresetPopupItem", 3, u"&Edit...", u"Alt+Click"},
-    {PopupRow, u"mnuRelatedPopup", Single, u""},
-    {u"mnuRelatedPopup", u"mnuRelatedItem", 0, u"&Open"},
-    {u"mnuRelatedPopup", u"mnuRelatedItem", 1, Line},
-    {u"mnuRelatedPopup", u"mnuRelatedItem", 2, u"&Shell"},
-    {u"mnuRelatedItem_2", u"mnuRelatedShell", 0, u"&Open"},
-    {u"mnuRelatedItem_2", u"mnuRelatedShell", 1, u"Open &with..."},
-    {u"mnuRelatedItem_2", u"mnuRelatedShell", 2, Line},
-    {u"mnuRelatedItem_2", u"mnuRelatedShell", 3, u"&Move to..."},
-    {u"mnuRelatedItem_2", u"mnuRelatedShell", 4, u"&Copy to..."},
-    {u"mnuRelatedItem_2", u"mnuRelatedShell", 5, u"&Rename..."},
-    {u"mnuRelatedItem_2", u"mnuRelatedShell", 6, u"&Delete..."},
-    {u"mnuRelatedItem_2", u"mnuRelatedShell", 7, Line},
-    {u"mnuRelatedItem_2", u"mnuRelatedShell", 8, u"Open con&tainer"},
-    {u"mnuRelatedItem_2", u"mnuRelatedShell", 9, Line},
-    {u"mnuRelatedItem_2", u"mnuRelatedShell", 10, u"&Properties"},
+    {Menu::Popups, Menu::mnuBrowseEditable, u""},
+    {Menu::mnuBrowseEditable, Cmd::mnuBrowseEdit[InstrumentEntry::Select], u"&Select"},
+    {Menu::mnuBrowseEditable, Cmd::mnuBrowseEdit[InstrumentEntry::Cut], u"Cu&t"},
+    {Menu::mnuBrowseEditable, Cmd::mnuBrowseEdit[InstrumentEntry::Copy], u"Copy"},
+    {Menu::mnuBrowseEditable, Cmd::mnuBrowseEdit[InstrumentEntry::Delete], u"&Delete"},
+    {Menu::mnuBrowseEditable, Separator{}},
+    {Menu::mnuBrowseEditable, Cmd::mnuBrowseEdit[InstrumentEntry::Export], u"&Export..."},
+    {Menu::Popups, Menu::mnuBrowseInclude, u""},
+    {Menu::mnuBrowseInclude, Cmd::mnuBInclude[IncludeEntry::Open], u"&Open file"},
+    {Menu::mnuBrowseInclude, Cmd::mnuBInclude[IncludeEntry::Insert], u"&Insert file"},
+    {Menu::Popups, Menu::mnuTreeView, u""},
+    {Menu::mnuTreeView, Cmd::mnuTV[TreeEntry::Expand], u"&Expand"},
+    {Menu::mnuTreeView, Cmd::mnuTV[TreeEntry::Collapse], u"&Collapse"},
+    {Menu::mnuTreeView, Separator{}},
+    {Menu::mnuTreeView, Cmd::mnuTV[TreeEntry::ExpandAll], u"E&xpand all"},
+    {Menu::mnuTreeView, Cmd::mnuTV[TreeEntry::CollapseAll], u"C&ollapse all"},
+    {Menu::mnuTreeView, Separator{}},
+    {Menu::mnuTreeView, Cmd::mnuTV[TreeEntry::Refresh], u"&Refresh"},
+    {Menu::Popups, Menu::mnuPresetPopup, u""},
+    {Menu::mnuPresetPopup, Cmd::mnuPresetPopupItem[PresetEntry::Run], u"&Run", {u"Click", KeyTaker::Shown}},
+    {Menu::mnuPresetPopup,
+     Cmd::mnuPresetPopupItem[PresetEntry::Confirm],
+     u"Run - &Confirm macros",
+     {u"Ctrl+Click", KeyTaker::Shown}},
+    {Menu::mnuPresetPopup, Separator{}},
+    {Menu::mnuPresetPopup,
+     Cmd::mnuPresetPopupItem[PresetEntry::Edit],
+     u"&Edit...",
+     {u"Alt+Click", KeyTaker::Shown}},
+    {Menu::Popups, Menu::mnuRelatedPopup, u""},
+    {Menu::mnuRelatedPopup, Cmd::mnuRelatedItem[RelatedEntry::Open], u"&Open"},
+    {Menu::mnuRelatedPopup, Separator{}},
+    {Menu::mnuRelatedPopup, Menu::mnuRelatedShell, u"&Shell"},
+    {Menu::mnuRelatedShell, Cmd::mnuRelatedShell[RelatedOperation::Open], u"&Open"},
+    {Menu::mnuRelatedShell, Cmd::mnuRelatedShell[RelatedOperation::OpenWith], u"Open &with..."},
+    {Menu::mnuRelatedShell, Separator{}},
+    {Menu::mnuRelatedShell, Cmd::mnuRelatedShell[RelatedOperation::Move], u"&Move to..."},
+    {Menu::mnuRelatedShell, Cmd::mnuRelatedShell[RelatedOperation::Copy], u"&Copy to..."},
+    {Menu::mnuRelatedShell, Cmd::mnuRelatedShell[RelatedOperation::Rename], u"&Rename..."},
+    {Menu::mnuRelatedShell, Cmd::mnuRelatedShell[RelatedOperation::Delete], u"&Delete..."},
+    {Menu::mnuRelatedShell, Separator{}},
+    {Menu::mnuRelatedShell, Cmd::mnuRelatedShell[RelatedOperation::OpenContainer], u"Open con&tainer"},
+    {Menu::mnuRelatedShell, Separator{}},
+    {Menu::mnuRelatedShell, Cmd::mnuRelatedShell[RelatedOperation::Properties], u"&Properties"},
 };
 
 } // namespace
@@ -229,54 +245,67 @@ std::span<const MenuRow> MenuTable()
     return Table;
 }
 
-QString RowName(const QString &name, int index)
+QString ShownKey(const RowKey &key)
 {
-    return index == MenuRow::Single ? name : name + u'_' + QString::number(index);
+    return QString::fromUtf16(key.keys).section(QString::fromUtf16(KeySeparator), 0, 0);
 }
+
+QList<QKeySequence> KeySequences(const RowKey &key)
+{
+    QList<QKeySequence> sequences;
+    if (key.taker == KeyTaker::Shown)
+        return sequences;
+    // The toolkit calls the keys of the numeric keypad otherwise than the captions do.
+    const QString keys = QString::fromUtf16(key.keys).replace(u"NumPad "_s, u"Num+"_s);
+    for (const QString &one : keys.split(QString::fromUtf16(KeySeparator), Qt::SkipEmptyParts))
+        sequences.append(QKeySequence(one, QKeySequence::PortableText));
+    return sequences;
+}
+
+namespace
+{
+
+void AddRow(const MenuRow &row, QMenu &under, Commands &commands)
+{
+    QString caption = QString::fromUtf16(row.caption);
+    QAction *action = under.addAction(caption);
+    action->setObjectName(row.command->RowName());
+    action->setCheckable(row.checkable);
+    if (row.key.taker == KeyTaker::Row)
+        action->setShortcuts(KeySequences(row.key));
+    else
+        action->setText(caption + u'\t' + ShownKey(row.key));
+    commands.AddAction(*row.command, action);
+}
+
+} // namespace
 
 Menus::Menus(QMenuBar *bar, QWidget *owner, Commands &commands)
 {
-    std::set<QString> parents;
-    for (const MenuRow &row : Table)
-        parents.insert(QString::fromUtf16(row.menu));
-
     for (const MenuRow &row : Table) {
-        const QString parent = QString::fromUtf16(row.menu);
-        const QString name = QString::fromUtf16(row.name);
-        const QString rowName = RowName(name, row.index);
-        QString caption = QString::fromUtf16(row.caption);
-        QMenu *under = Menu(parent);
-
-        if (!name.isEmpty() && parents.contains(rowName)) {
-            auto *menu = new QMenu(caption, owner);
-            menu->setObjectName(rowName);
-            m_menus[rowName] = menu;
+        const auto under = m_menus.find(row.under);
+        if (row.submenu) {
+            auto *menu = new QMenu(QString::fromUtf16(row.caption), owner);
+            const MenuName name = *row.submenu;
+            menu->setObjectName(name.ToString());
+            m_menus.insert_or_assign(name, menu);
             QObject::connect(menu, &QMenu::aboutToShow, &commands,
-                             [&commands, rowName] { commands.MenuOpening(rowName); });
-            if (under)
-                under->addMenu(menu);
-            else if (parent != QString::fromUtf16(PopupRow))
+                             [&commands, name] { commands.MenuOpening(name); });
+            if (under != m_menus.end())
+                under->second->addMenu(menu);
+            else if (row.under == zelvane::Menu::Bar)
                 bar->addMenu(menu);
-            continue;
+        } else if (row.command) {
+            AddRow(row, *under->second, commands);
+        } else {
+            under->second->addSeparator()->setObjectName(QString::fromUtf16(row.caption));
         }
-        if (caption == QString::fromUtf16(Line)) {
-            under->addSeparator()->setObjectName(name.isEmpty() ? QString() : rowName);
-            continue;
-        }
-        if (*row.hint)
-            caption += u'\t' + QString::fromUtf16(row.hint);
-        QAction *action = under->addAction(caption);
-        action->setObjectName(rowName);
-        action->setCheckable(row.checkable);
-        if (*row.shortcut)
-            action->setShortcut(QKeySequence(QString::fromUtf16(row.shortcut), QKeySequence::PortableText));
-        commands.AddAction(name, std::max(row.index, 0), action);
     }
 }
 
-QMenu *Menus::Menu(const QString &rowName) const
+QMenu *Menus::Menu(MenuName name) const
 {
-    const auto found = m_menus.find(rowName);
+    const auto found = m_menus.find(name);
     return found == m_menus.end() ? nullptr : found->second;
 }
 

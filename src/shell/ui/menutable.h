@@ -1,7 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "shell/command.h"
+#include "shell/ui/menuname.h"
+
 #include <map>
+#include <optional>
+#include <QKeySequence>
+#include <QList>
 #include <QString>
 #include <span>
 
@@ -14,32 +20,55 @@ namespace zelvane
 
 class Commands;
 
-/// One entry of a menu. `menu` is the row (name, or name_index in an item array) that it stands under,
-/// MenuBarRow for the menus of the bar, PopupRow for the context menus. A row that others stand under is a
-/// submenu.
-struct MenuRow {
-    static constexpr int Single = -1; ///< the index of a row that is no entry of an item array
-
-    const char16_t *menu;
-    const char16_t *name; ///< empty for a separator without a name
-    int index;
-    const char16_t *caption; ///< with its access-key mark; "-" for a separator
-    const char16_t *hint =
-        u""; ///< shown behind a tab; tells of a key that the window or the text control handles
-    const char16_t *shortcut = u""; ///< a key of the row's own
-    bool checkable = false;
+/// Who runs the command of a key.
+enum class KeyTaker {
+    Row,    ///< the menu row: the key works wherever the keyboard is
+    Text,   ///< the text control, while it has the keyboard
+    Window, ///< the window, before the control that has the keyboard
+    Shown   ///< the caption only tells what another part does with the key, or the mouse
 };
 
-inline constexpr char16_t MenuBarRow[] = u"";
-inline constexpr char16_t PopupRow[] = u"popup";
+/// The keys of a row, "; " between them; the first one stands behind the caption.
+struct RowKey {
+    const char16_t *keys = u"";
+    KeyTaker taker = KeyTaker::Row;
+};
+
+/// A line between rows; one that comes and goes has a name, its objectName.
+struct Separator {
+    const char16_t *name = u"";
+};
+
+/// One entry of a menu: a command, a submenu, or a separator.
+struct MenuRow {
+    constexpr MenuRow(MenuName under_, Command command_, const char16_t *caption_, RowKey key_ = {},
+                      bool checkable_ = false)
+        : under(under_), command(command_), caption(caption_), key(key_), checkable(checkable_)
+    {
+    }
+    constexpr MenuRow(MenuName under_, MenuName submenu_, const char16_t *caption_)
+        : under(under_), submenu(submenu_), caption(caption_)
+    {
+    }
+    constexpr MenuRow(MenuName under_, Separator line) : under(under_), caption(line.name) {}
+
+    MenuName under;
+    std::optional<Command> command = std::nullopt;
+    std::optional<MenuName> submenu = std::nullopt;
+    const char16_t *caption; ///< with its access-key mark; the name of a separator
+    RowKey key = {};
+    bool checkable = false;
+};
 
 /// All menus, in the order on the screen.
 std::span<const MenuRow> MenuTable();
 
-/// The objectName of a row's action or menu: the name, and in item arrays "_" and the entry number behind it.
-QString RowName(const QString &name, int index);
+/// The key as the caption tells it, empty when there is none.
+QString ShownKey(const RowKey &key);
+/// All keys of a row that somebody takes.
+QList<QKeySequence> KeySequences(const RowKey &key);
 
-/// The menus that were built, by row name.
+/// The menus that were built.
 class Menus
 {
 public:
@@ -47,10 +76,10 @@ public:
     /// `owner`.
     Menus(QMenuBar *bar, QWidget *owner, Commands &commands);
 
-    QMenu *Menu(const QString &rowName) const;
+    QMenu *Menu(MenuName name) const;
 
 private:
-    std::map<QString, QMenu *> m_menus;
+    std::map<MenuName, QMenu *> m_menus;
 };
 
 } // namespace zelvane

@@ -9,7 +9,6 @@
 #include "shell/ui/frmfind.h"
 
 #include <QEvent>
-#include <QScopeGuard>
 #include <QWidget>
 
 using namespace Qt::Literals::StringLiterals;
@@ -27,15 +26,17 @@ TextCommands::TextCommands(EditorContext &editor, TextControl &text, DocumentLif
       m_commands(commands),
       m_window(window)
 {
-    Bind(u"mnuComment"_s, [this](int) { CommentSelection(m_editor); });
-    Bind(u"mnuUncomment"_s, [this](int) { UncommentSelection(m_editor); });
-    Bind(u"mnuRemoveComments"_s, [this](int) { RemoveCommentsQuietly(); });
-    Bind(u"mnuIndent"_s, [this](int entry) { IndentSelection(m_editor, entry == 1); });
-    Bind(u"mnuCase"_s, [this](int entry) { ChangeCase(m_editor, CaseChange(entry)); });
-    commands.Bind(u"mnuGoTo"_s, [this](int) { GoToLine(m_editor); });
-    commands.Bind(u"mnuFind"_s, [this](int) { ShowFind(false); });
-    commands.Bind(u"mnuReplace"_s, [this](int) { ShowFind(true); });
-    commands.Bind(u"mnuFindAgain"_s, [this](int) { FindAgain(m_editor); });
+    commands.Bind(Cmd::mnuComment, [this] { CommentSelection(m_editor); });
+    commands.Bind(Cmd::mnuUncomment, [this] { UncommentSelection(m_editor); });
+    commands.Bind(Cmd::mnuRemoveComments, [this] { RemoveCommentsQuietly(); });
+    commands.Bind(Cmd::mnuIndent, [this](IndentChange change) {
+        IndentSelection(m_editor, change == IndentChange::Decrease);
+    });
+    commands.Bind(Cmd::mnuCase, [this](CaseChange change) { ChangeCase(m_editor, change); });
+    commands.Bind(Cmd::mnuGoTo, [this] { GoToLine(m_editor); });
+    commands.Bind(Cmd::mnuFind, [this] { ShowFind(false); });
+    commands.Bind(Cmd::mnuReplace, [this] { ShowFind(true); });
+    commands.Bind(Cmd::mnuFindAgain, [this] { FindAgain(m_editor); });
     window->installEventFilter(this);
 }
 
@@ -46,15 +47,6 @@ bool TextCommands::eventFilter(QObject *watched, QEvent *event)
     if (watched == m_window && event->type() == QEvent::Hide && !event->spontaneous() && m_find)
         m_find->close();
     return QObject::eventFilter(watched, event);
-}
-
-void TextCommands::Bind(const QString &name, std::function<void(int index)> work)
-{
-    m_commands.Bind(name, [this, work = std::move(work)](int index) {
-        m_text.BeginCommand();
-        const auto end = qScopeGuard([this] { m_text.EndCommand(); });
-        work(index);
-    });
 }
 
 void TextCommands::RemoveCommentsQuietly()

@@ -3,7 +3,6 @@
 
 #include "shell/editorcontext.h"
 
-#include <functional>
 #include <QObject>
 #include <QPointer>
 
@@ -30,7 +29,6 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    void Bind(const QString &name, std::function<void(int index)> work);
     void RemoveCommentsQuietly();
     void ShowFind(bool replace);
 

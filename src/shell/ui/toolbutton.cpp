@@ -36,14 +36,13 @@ void Follow(QAction *button, QAction *row)
 
 /// A press runs the command; what the command does to its row decides whether a checkable button stays
 /// pressed.
-void RunOnPress(QAction *action, Commands &commands, const QString &command, int index)
+void RunOnPress(QAction *action, Commands &commands, Command command)
 {
-    QObject::connect(action, &QAction::triggered, &commands,
-                     [action, &commands, command, index](bool checked) {
-                         if (action->isCheckable())
-                             action->setChecked(!checked);
-                         commands.Run(command, index);
-                     });
+    QObject::connect(action, &QAction::triggered, &commands, [action, &commands, command](bool checked) {
+        if (action->isCheckable())
+            action->setChecked(!checked);
+        commands.Run(command);
+    });
 }
 
 /// Two arrow heads, in the colour that the window's text has when they are drawn.
@@ -91,12 +90,12 @@ QAction *AddToolButton(QToolBar &toolbar, Commands &commands, const ToolButton &
     action->setObjectName(toolbar.objectName() + u'_' + button.key);
     action->setToolTip(button.tooltip);
     action->setProperty("key", button.key);
-    if (QAction *row = commands.Action(button.command, button.index)) {
-        RunOnPress(action, commands, button.command, button.index);
+    if (QAction *row = commands.Action(button.command)) {
+        RunOnPress(action, commands, button.command);
         if (button.followsRow)
             Follow(action, row);
     } else {
-        commands.AddAction(button.command, button.index, action);
+        commands.AddAction(button.command, action);
     }
 
     auto *face = qobject_cast<QToolButton *>(toolbar.widgetForAction(action));
@@ -108,8 +107,8 @@ QAction *AddToolButton(QToolBar &toolbar, Commands &commands, const ToolButton &
         for (const ToolButton::Choice &choice : button.choices) {
             QAction *entry = menu->addAction(choice.caption);
             entry->setObjectName(menu->objectName() + u'_' + QString::number(menu->actions().size() - 1));
-            RunOnPress(entry, commands, choice.command, choice.index);
-            if (QAction *row = commands.Action(choice.command, choice.index))
+            RunOnPress(entry, commands, choice.command);
+            if (QAction *row = commands.Action(choice.command))
                 Follow(entry, row);
         }
         action->setMenu(menu);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "shell/command.h"
+
 #include <QString>
 #include <vector>
 
@@ -18,12 +20,10 @@ struct ToolButton {
     QString key;
     QString description;
     QString tooltip;
-    QString command;
-    int index = 0;
+    Command command;
     struct Choice {
         QString caption;
-        QString command;
-        int index = 0;
+        Command command;
     };
     std::vector<Choice> choices = {}; ///< the entries of the drop-down
     bool followsRow = true;           ///< enabled and pressed as the menu row of the command

@@ -14,8 +14,7 @@ TextToolsCommands::TextToolsCommands(EditorContext &editor, TextControl &text, C
                                      QWidget *window)
     : QObject(window)
 {
-    commands.Bind(u"mnuTabSpace"_s,
-                  [&editor, &text, window](int) { frmTabSpace(editor, text, window).exec(); });
+    commands.Bind(Cmd::mnuTabSpace, [&editor, &text, window] { frmTabSpace(editor, text, window).exec(); });
 }
 
 } // namespace zelvane

@@ -19,6 +19,7 @@
 #include "shell/layoutkeys.h"
 #include "shell/statustexts.h"
 #include "shell/ui/bandbar.h"
+#include "shell/ui/commandkeys.h"
 #include "shell/ui/commands.h"
 #include "shell/ui/documentcommands.h"
 #include "shell/ui/editcommands.h"
@@ -104,8 +105,8 @@ frmEditor::frmEditor(SettingsStore &settings, Desktop &desktop, const CommandLin
       m_browseTracking(new HotTracking(tvwBrowse)),
       m_relatedTracking(new HotTracking(tvwRelated)),
       cmbOpcodes(new OpcodeCombo(m_context, ProgramFolder(), [this] { FocusText(); })),
-      m_presets(new PresetBar({m_context, m_tools, *this}, *m_commands, *m_menus->Menu(u"mnuPresets"_s),
-                              *m_menus->Menu(u"mnuPresetPopup"_s))),
+      m_presets(new PresetBar({m_context, m_tools, *this}, *m_commands, *m_menus->Menu(Menu::mnuPresets),
+                              *m_menus->Menu(Menu::mnuPresetPopup))),
       m_language(new LanguageCommands(m_context, *this, *m_commands, ProgramFolder(), this)),
       m_edit(new EditCommands(m_context, *TxtEdit, *m_commands, this)),
       m_layout(std::make_unique<WindowLayout>(*this, *m_workspace, *m_commands, settings,
@@ -172,62 +173,58 @@ void frmEditor::BuildToolbar()
         return AddToolButton(*Toolbar1, *m_commands, button);
     };
 
-    add({u"new"_s, u"New"_s, u"New"_s, u"mnuNew"_s});
-    add({u"open"_s, u"Open"_s, u"Open"_s, u"mnuOpen"_s});
+    add({u"new"_s, u"New"_s, u"New"_s, Cmd::mnuNew});
+    add({u"open"_s, u"Open"_s, u"Open"_s, Cmd::mnuOpen});
     m_saveButton = add({.key = u"save"_s,
                         .description = u"Save"_s,
                         .tooltip = u"Save"_s,
-                        .command = u"mnuSave"_s,
+                        .command = Cmd::mnuSave,
                         .followsRow = false});
     Toolbar1->addSeparator();
-    add({u"cut"_s, u"Cut"_s, u"Cut"_s, u"mnuEditItem"_s, 0});
-    add({u"copy"_s, u"Copy"_s, u"Copy"_s, u"mnuEditItem"_s, 1});
-    add({u"paste"_s, u"Paste"_s, u"Paste"_s, u"mnuEditItem"_s, 2});
+    add({u"cut"_s, u"Cut"_s, u"Cut"_s, Cmd::mnuEditItem[EditItem::Cut]});
+    add({u"copy"_s, u"Copy"_s, u"Copy"_s, Cmd::mnuEditItem[EditItem::Copy]});
+    add({u"paste"_s, u"Paste"_s, u"Paste"_s, Cmd::mnuEditItem[EditItem::Paste]});
     add({u"comment"_s,
          u"Comment"_s,
          u"Comment"_s,
-         u"mnuComment"_s,
-         0,
-         {{u"Comment"_s, u"mnuComment"_s}, {u"Uncomment"_s, u"mnuUncomment"_s}}});
+         Cmd::mnuComment,
+         {{u"Comment"_s, Cmd::mnuComment}, {u"Uncomment"_s, Cmd::mnuUncomment}}});
     add({u"find"_s,
          u"Find"_s,
          u"Find"_s,
-         u"mnuFind"_s,
-         0,
-         {{u"Find..."_s, u"mnuFind"_s}, {u"Replace..."_s, u"mnuReplace"_s}}});
-    add({u"undo"_s, u"Undo"_s, u"Undo"_s, u"mnuUndo"_s});
-    add({u"redo"_s, u"Redo"_s, u"Redo"_s, u"mnuRedo"_s});
+         Cmd::mnuFind,
+         {{u"Find..."_s, Cmd::mnuFind}, {u"Replace..."_s, Cmd::mnuReplace}}});
+    add({u"undo"_s, u"Undo"_s, u"Undo"_s, Cmd::mnuUndo});
+    add({u"redo"_s, u"Redo"_s, u"Redo"_s, Cmd::mnuRedo});
     Toolbar1->addSeparator();
-    add({u"back"_s, u"Back"_s, u"Back"_s, u"back"_s});
-    add({u"next"_s, u"Next"_s, u"Next"_s, u"next"_s});
+    add({u"back"_s, u"Back"_s, u"Back"_s, Cmd::back});
+    add({u"next"_s, u"Next"_s, u"Next"_s, Cmd::next});
     Toolbar1->addSeparator();
     add({u"fontsize"_s,
          u"Font size"_s,
          u"Increase font size"_s,
-         u"mnuFontSize"_s,
-         0,
-         {{u"Increase font size"_s, u"mnuFontSize"_s, 0}, {u"Decrease font size"_s, u"mnuFontSize"_s, 1}}});
+         Cmd::mnuFontSize[FontSizeChange::Increase],
+         {{u"Increase font size"_s, Cmd::mnuFontSize[FontSizeChange::Increase]},
+          {u"Decrease font size"_s, Cmd::mnuFontSize[FontSizeChange::Decrease]}}});
     Toolbar1->addSeparator();
-    add({u"orchestra"_s, u"Orchestra"_s, u"Orchestra"_s, u"mnuOrchestra"_s});
-    add({u"score"_s, u"Score"_s, u"Score"_s, u"mnuScore"_s});
-    add({u"browse"_s, u"Outline"_s, u"Code Outline"_s, u"mnuBrowse"_s});
-    add({u"related"_s, u"Related"_s, u"Related Files"_s, u"mnuRelated"_s});
+    add({u"orchestra"_s, u"Orchestra"_s, u"Orchestra"_s, Cmd::mnuOrchestra});
+    add({u"score"_s, u"Score"_s, u"Score"_s, Cmd::mnuScore});
+    add({u"browse"_s, u"Outline"_s, u"Code Outline"_s, Cmd::mnuBrowse});
+    add({u"related"_s, u"Related"_s, u"Related Files"_s, Cmd::mnuRelated});
     Toolbar1->addSeparator();
-    add({u"runcsound"_s, u"Run"_s, u"Run Csound"_s, u"mnuRunCsound"_s});
+    add({u"runcsound"_s, u"Run"_s, u"Run Csound"_s, Cmd::mnuRunCsound});
     add({u"code"_s,
          u"Code"_s,
          u"Code Repository"_s,
-         u"mnuCodeRes"_s,
-         0,
-         {{u"Code Repository..."_s, u"mnuCodeRes"_s}, {u"Add to Code Repository..."_s, u"mnuCodeResAdd"_s}}});
+         Cmd::mnuCodeRes,
+         {{u"Code Repository..."_s, Cmd::mnuCodeRes}, {u"Add to Code Repository..."_s, Cmd::mnuCodeResAdd}}});
     add({u"slider"_s,
          u"Statement"_s,
          u"i statement gui"_s,
-         u"mnuInstrGUI"_s,
-         0,
-         {{u"i statement gui..."_s, u"mnuInstrGUI"_s}, {u"Instrument Properties..."_s, u"mnuInstrEdit"_s}}});
+         Cmd::mnuInstrGUI,
+         {{u"i statement gui..."_s, Cmd::mnuInstrGUI}, {u"Instrument Properties..."_s, Cmd::mnuInstrEdit}}});
     Toolbar1->addSeparator();
-    add({u"cshelp"_s, u"Help"_s, u"Csound Help"_s, u"mnuCsHelp"_s});
+    add({u"cshelp"_s, u"Help"_s, u"Csound Help"_s, Cmd::mnuCsHelp});
 }
 
 void frmEditor::BuildBands()
@@ -242,12 +239,12 @@ void frmEditor::BuildBands()
     ShowExtensionInTextColour(*Toolbar1);
     ShowExtensionInTextColour(*m_presets);
     connect(m_presets, &PresetBar::Rebuilt, this, [&bands] {
-        if (bands.IsBandVisible(ViewCommands::PresetsBand))
-            bands.SetBandWidth(ViewCommands::PresetsBand, bands.NaturalBandWidth(ViewCommands::PresetsBand));
+        if (bands.IsBandVisible(int(WindowBand::Presets)))
+            bands.SetBandWidth(int(WindowBand::Presets), bands.NaturalBandWidth(int(WindowBand::Presets)));
     });
     bands.setContextMenuPolicy(Qt::CustomContextMenu);
     connect(&bands, &QWidget::customContextMenuRequested, this, [this, &bands](const QPoint &at) {
-        m_menus->Menu(u"mnuToolbar"_s)->popup(bands.mapToGlobal(at));
+        m_menus->Menu(Menu::mnuToolbar)->popup(bands.mapToGlobal(at));
     });
 
     SidePanel &panel = m_workspace->Panel();
@@ -268,8 +265,15 @@ void frmEditor::ConnectText()
     TextControlHooks hooks;
     hooks.tabInsertsSpaces = [this] { return m_settings.Flag(Keys::TabInsertSpaces); };
     hooks.tabSpaces = [this] { return m_settings.Integer(Keys::TabSpaces); };
-    hooks.indentSelection = [this](bool decrease) { m_commands->Run(u"mnuIndent"_s, decrease ? 1 : 0); };
-    hooks.runCommand = [this](const QString &name, int index) { m_commands->Run(name, index); };
+    hooks.indentSelection = [this](bool decrease) {
+        m_commands->Run(Cmd::mnuIndent[decrease ? IndentChange::Decrease : IndentChange::Increase]);
+    };
+    hooks.commandKey = [this](const QKeyEvent &event) {
+        return RunCommandOfKey(KeyTaker::Text, event, *m_commands);
+    };
+    hooks.changeFontSize = [this](bool larger) {
+        m_commands->Run(Cmd::mnuFontSize[larger ? FontSizeChange::Increase : FontSizeChange::Decrease]);
+    };
     hooks.reportError = [this](const RunTimeError &error) { ReportError(m_desktop, error); };
     TxtEdit->SetHooks(std::move(hooks));
     m_commands->Around([this] { TxtEdit->BeginCommand(); }, [this] { TxtEdit->EndCommand(); });
@@ -285,7 +289,7 @@ void frmEditor::ConnectText()
     connect(TxtEdit, &TextControl::clipboardFilled, this, [this] { m_edit->EnableRows(); });
     connect(TxtEdit, &TextControl::undoBufferEmptied, this, [this] { m_edit->EnableRows(); });
     connect(TxtEdit, &TextControl::contextMenuRequested, this, [this](const QPoint &at, bool ctrl) {
-        m_menus->Menu(ctrl ? u"mnuInsert"_s : u"mnuEdit"_s)->popup(at);
+        m_menus->Menu(ctrl ? Menu::mnuInsert : Menu::mnuEdit)->popup(at);
     });
 }
 
@@ -302,14 +306,14 @@ void frmEditor::Init(const std::function<void()> &closeSplash)
         m_tools = ReadToolPaths(m_settings);
         m_presets->PresetsButtons();
         if (m_settings.Flag(Keys::PresetsLabels))
-            m_commands->Run(u"mnuLabels"_s, 1);
+            m_commands->Run(Cmd::mnuLabels[LabelPlace::Presets]);
         RaiseMainWindow();
         m_language->LoadOpcodes();
         TxtEdit->SetStyleFormats(SyntaxHighlightSettings(m_settings));
         RigaDiComando(m_commandLine, m_documents, m_settings);
         m_documents.MRUAggiornaMenu();
         setAcceptDrops(true);
-        if (m_workspace->Bands().IsBandVisible(ViewCommands::OpcodesBand))
+        if (m_workspace->Bands().IsBandVisible(int(WindowBand::Opcodes)))
             LoadOpcodeCombo();
         if (closeSplash)
             closeSplash();
@@ -330,7 +334,7 @@ void frmEditor::SetUpText()
     ApplyTextColours();
     TxtEdit->SetTabWidth(m_settings.Integer(Keys::TabSize));
     if (m_settings.Flag(Keys::WordWrap))
-        m_commands->Run(u"mnuWordWrap"_s);
+        m_commands->Run(Cmd::mnuWordWrap);
     m_document.Modified = false;
     TextFont font = TxtEdit->CurrentFont();
     font.family = m_settings.Text(Keys::Font, font.family);
@@ -410,28 +414,28 @@ void frmEditor::EnableSaveButton(bool enabled)
     m_saveButton->setEnabled(enabled);
 }
 
-void frmEditor::EnableCommand(const QString &name, int index, bool enabled)
+void frmEditor::EnableCommand(Command command, bool enabled)
 {
-    m_commands->SetEnabled(name, index, enabled);
+    m_commands->SetEnabled(command, enabled);
 }
 
 void frmEditor::ShowRecentFiles(const QStringList &files)
 {
-    QMenu *menu = m_menus->Menu(u"mnuFile"_s);
+    QMenu *menu = m_menus->Menu(Menu::mnuFile);
     QAction *line = menu->findChild<QAction *>(u"mnulinea"_s, Qt::FindDirectChildrenOnly);
     int row = 1;
     for (; row <= int(files.size()); ++row) {
-        QAction *action = m_commands->Action(u"MRUfolder"_s, row);
+        QAction *action = m_commands->Action(Cmd::MRUfolder[row]);
         if (!action) {
             action = new QAction(menu);
-            action->setObjectName(RowName(u"MRUfolder"_s, row));
+            action->setObjectName(Cmd::MRUfolder[row].RowName());
             menu->insertAction(line, action);
-            m_commands->AddAction(u"MRUfolder"_s, row, action);
+            m_commands->AddAction(Cmd::MRUfolder[row], action);
         }
         action->setText(RecentFileCaption(row, files[row - 1]));
     }
-    for (; QAction *action = m_commands->Action(u"MRUfolder"_s, row); ++row) {
-        m_commands->RemoveAction(u"MRUfolder"_s, row);
+    for (; QAction *action = m_commands->Action(Cmd::MRUfolder[row]); ++row) {
+        m_commands->RemoveAction(Cmd::MRUfolder[row]);
         action->deleteLater();
     }
     line->setVisible(!files.isEmpty());
@@ -460,12 +464,12 @@ void frmEditor::performSyntaxHighlight()
 
 bool frmEditor::OutlineShown() const
 {
-    return m_commands->IsChecked(u"mnuBrowse"_s);
+    return m_commands->IsChecked(Cmd::mnuBrowse);
 }
 
 bool frmEditor::RelatedFilesShown() const
 {
-    return m_commands->IsChecked(u"mnuRelated"_s);
+    return m_commands->IsChecked(Cmd::mnuRelated);
 }
 
 void frmEditor::ClearRelatedFiles()
@@ -498,7 +502,7 @@ void frmEditor::RaiseMainWindow()
 
 void frmEditor::ShowPreferences()
 {
-    m_commands->Run(u"mnuPreferences"_s);
+    m_commands->Run(Cmd::mnuPreferences);
 }
 
 void frmEditor::EditPreset(const QString &name)
@@ -541,11 +545,8 @@ bool frmEditor::KeyPressed(const QKeyEvent &event)
     const Qt::KeyboardModifiers held = event.modifiers();
     const bool ctrl = held & Qt::ControlModifier;
     const bool alt = held & Qt::AltModifier;
-    const bool keypad = held & Qt::KeypadModifier;
-    if (ctrl && !alt && keypad && (event.key() == Qt::Key_Plus || event.key() == Qt::Key_Minus)) {
-        m_commands->Run(u"mnuFontSize"_s, event.key() == Qt::Key_Plus ? 0 : 1);
+    if (RunCommandOfKey(KeyTaker::Window, event, *m_commands))
         return true;
-    }
     const int digit = DigitKey(event);
     const int row = digit < 0 ? -1 : PresetRowOfDigit(digit, ctrl, alt);
     if (row < 0)
@@ -581,11 +582,11 @@ void frmEditor::BrowseMenu(const QPoint &at)
     if (!node)
         node = tvwBrowse->currentItem();
     const QString kind = node ? node->data(0, Qt::UserRole).toString().left(3) : QString();
-    QString menu = u"mnuTreeView"_s;
+    MenuName menu = Menu::mnuTreeView;
     if (kind == u"ins"_s)
-        menu = u"mnuBrowseEditable"_s;
+        menu = Menu::mnuBrowseEditable;
     else if (kind == u"inc"_s)
-        menu = u"mnuBrowseInclude"_s;
+        menu = Menu::mnuBrowseInclude;
     m_menus->Menu(menu)->popup(tvwBrowse->viewport()->mapToGlobal(at));
 }
 
@@ -667,7 +668,7 @@ void frmEditor::Unload()
     m_settings.SaveFlag(Keys::FontItalic, font.italic);
     m_settings.SaveFlag(Keys::FontBold, font.bold);
     m_settings.SaveNumber(Keys::FontSize, font.points);
-    m_settings.SaveFlag(Keys::WordWrap, m_commands->IsChecked(u"mnuWordWrap"_s));
+    m_settings.SaveFlag(Keys::WordWrap, m_commands->IsChecked(Cmd::mnuWordWrap));
     m_layout->SaveBands();
     m_settings.SaveNumber(Keys::Used, m_settings.Number(Keys::Used) + 1);
     m_layout->SavePanel();

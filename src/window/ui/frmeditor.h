@@ -80,7 +80,7 @@ public:
     void FocusText() override;
     void ApplyTextColours() override;
     void EnableSaveButton(bool enabled) override;
-    void EnableCommand(const QString &name, int index, bool enabled) override;
+    void EnableCommand(Command command, bool enabled) override;
     void ShowRecentFiles(const QStringList &files) override;
     FileKind ChooseNewKind() override;
     void SelectionChanged() override;

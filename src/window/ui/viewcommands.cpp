@@ -15,38 +15,39 @@ ViewCommands::ViewCommands(Workspace &workspace, DocumentSteps &steps, Commands 
                            QObject *parent)
     : QObject(parent), m_workspace(workspace), m_steps(steps), m_commands(commands), m_hooks(std::move(hooks))
 {
-    m_commands.Bind(u"mnuShowToolbar"_s, [this](int entry) { ShowToolbar(entry); });
-    m_commands.Bind(u"mnuShowStatusbar"_s, [this](int) {
-        const bool shown = !m_commands.IsChecked(u"mnuShowStatusbar"_s);
-        m_commands.SetChecked(u"mnuShowStatusbar"_s, 0, shown);
+    m_commands.Bind(Cmd::mnuShowToolbar, [this](WindowBand band) { ShowToolbar(band); });
+    m_commands.Bind(Cmd::mnuShowStatusbar, [this] {
+        const bool shown = !m_commands.IsChecked(Cmd::mnuShowStatusbar);
+        m_commands.SetChecked(Cmd::mnuShowStatusbar, shown);
         m_workspace.ShowStatusBar(shown);
     });
-    m_commands.Bind(u"mnuLabels"_s, [this](int entry) { ShowLabels(entry); });
-    m_commands.Bind(u"mnuBrowse"_s, [this](int) { ToggleBrowse(); });
-    m_commands.Bind(u"mnuRelated"_s, [this](int) { ToggleRelated(); });
+    m_commands.Bind(Cmd::mnuLabels, [this](LabelPlace place) { ShowLabels(place); });
+    m_commands.Bind(Cmd::mnuBrowse, [this] { ToggleBrowse(); });
+    m_commands.Bind(Cmd::mnuRelated, [this] { ToggleRelated(); });
 
-    for (int entry = ToolbarBand; entry <= PresetsBand; ++entry)
-        m_commands.SetChecked(u"mnuShowToolbar"_s, entry, true);
-    m_commands.SetChecked(u"mnuShowStatusbar"_s, 0, true);
+    for (const WindowBand band :
+         {WindowBand::Toolbar, WindowBand::Opcodes, WindowBand::Player, WindowBand::Presets})
+        m_commands.SetChecked(Cmd::mnuShowToolbar[band], true);
+    m_commands.SetChecked(Cmd::mnuShowStatusbar, true);
 }
 
-void ViewCommands::ShowToolbar(int entry)
+void ViewCommands::ShowToolbar(WindowBand band)
 {
-    const bool shown = !m_commands.IsChecked(u"mnuShowToolbar"_s, entry);
-    m_commands.SetChecked(u"mnuShowToolbar"_s, entry, shown);
-    m_workspace.Bands().SetBandVisible(entry, shown);
+    const bool shown = !m_commands.IsChecked(Cmd::mnuShowToolbar[band]);
+    m_commands.SetChecked(Cmd::mnuShowToolbar[band], shown);
+    m_workspace.Bands().SetBandVisible(int(band), shown);
     m_workspace.ShowBars();
-    if (entry == OpcodesBand && shown)
+    if (band == WindowBand::Opcodes && shown)
         m_hooks.loadOpcodes();
 }
 
-void ViewCommands::ShowLabels(int entry)
+void ViewCommands::ShowLabels(LabelPlace place)
 {
-    const bool shown = !m_commands.IsChecked(u"mnuLabels"_s, entry);
-    m_commands.SetChecked(u"mnuLabels"_s, entry, shown);
-    if (entry == 0)
+    const bool shown = !m_commands.IsChecked(Cmd::mnuLabels[place]);
+    m_commands.SetChecked(Cmd::mnuLabels[place], shown);
+    if (place == LabelPlace::Toolbar)
         m_hooks.showToolbarLabels(shown);
-    else if (entry == 1)
+    else if (place == LabelPlace::Presets)
         m_hooks.showPresetLabels(shown);
     else
         m_workspace.Panel().ShowCaptions(shown);
@@ -55,8 +56,8 @@ void ViewCommands::ShowLabels(int entry)
 
 void ViewCommands::ToggleBrowse()
 {
-    const bool shown = !m_commands.IsChecked(u"mnuBrowse"_s);
-    m_commands.SetChecked(u"mnuBrowse"_s, 0, shown);
+    const bool shown = !m_commands.IsChecked(Cmd::mnuBrowse);
+    m_commands.SetChecked(Cmd::mnuBrowse, shown);
     m_workspace.Panel().SetBandVisible(BrowseBand, shown);
     if (!shown)
         m_hooks.clearOutline();
@@ -69,8 +70,8 @@ void ViewCommands::ToggleBrowse()
 
 void ViewCommands::ToggleRelated()
 {
-    const bool shown = !m_commands.IsChecked(u"mnuRelated"_s);
-    m_commands.SetChecked(u"mnuRelated"_s, 0, shown);
+    const bool shown = !m_commands.IsChecked(Cmd::mnuRelated);
+    m_commands.SetChecked(Cmd::mnuRelated, shown);
     m_workspace.Panel().SetBandVisible(RelatedBand, shown);
     if (!shown)
         m_hooks.clearRelatedFiles();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "shell/command.h"
 #include "shell/documentsteps.h"
 
 #include <functional>
@@ -18,8 +19,6 @@ class ViewCommands : public QObject
     Q_OBJECT
 
 public:
-    /// Bands of the band bar, in the order of the entries of `mnuShowToolbar`.
-    enum Band { ToolbarBand, OpcodesBand, PlayerBand, PresetsBand };
     /// Bands of the side panel.
     enum PanelBand { BrowseBand, RelatedBand };
 
@@ -36,8 +35,8 @@ public:
                  QObject *parent);
 
 private:
-    void ShowToolbar(int entry);
-    void ShowLabels(int entry);
+    void ShowToolbar(WindowBand band);
+    void ShowLabels(LabelPlace place);
     void ToggleBrowse();
     void ToggleRelated();
 

@@ -91,25 +91,25 @@ void WindowLayout::RestoreBands()
 
     m_hooks.hotTracking(m_settings.Flag(Keys::HotTracking));
     if (m_settings.Flag(Keys::RelatedFiles))
-        m_commands.Run(u"mnuRelated"_s);
+        m_commands.Run(Cmd::mnuRelated);
     if (m_settings.Flag(Keys::CodeOutline))
-        m_commands.Run(u"mnuBrowse"_s);
+        m_commands.Run(Cmd::mnuBrowse);
     // The player's button follows the row.
     if (m_settings.Flag(Keys::LoopMode))
-        m_commands.SetChecked(u"mnuLoop"_s, 0, true);
+        m_commands.SetChecked(Cmd::mnuLoop, true);
     bands.ShowCaptions(m_settings.Flag(Keys::BandLabels));
     for (int band = 0; band < bands.BandCount(); ++band) {
         if (!m_settings.Flag(Keys::Band(band + 1)))
-            m_commands.Run(u"mnuShowToolbar"_s, band);
+            m_commands.Run(Cmd::mnuShowToolbar[WindowBand(band)]);
     }
     if (!m_settings.Flag(Keys::StatusBar))
-        m_commands.Run(u"mnuShowStatusbar"_s);
+        m_commands.Run(Cmd::mnuShowStatusbar);
 
     QCoreApplication::processEvents();
     if (m_settings.Flag(Keys::Labels))
-        m_commands.Run(u"mnuLabels"_s, 0);
+        m_commands.Run(Cmd::mnuLabels[LabelPlace::Toolbar]);
     if (m_settings.Flag(Keys::PanelLabels))
-        m_commands.Run(u"mnuLabels"_s, 2);
+        m_commands.Run(Cmd::mnuLabels[LabelPlace::Panel]);
 }
 
 void WindowLayout::SaveGeometry()
@@ -130,15 +130,16 @@ void WindowLayout::SaveGeometry()
 void WindowLayout::SaveBands()
 {
     const BandBar &bands = m_workspace.Bands();
-    m_settings.SaveFlag(Keys::Labels, m_commands.IsChecked(u"mnuLabels"_s, 0));
-    m_settings.SaveFlag(Keys::PresetsLabels, m_commands.IsChecked(u"mnuLabels"_s, 1));
-    m_settings.SaveFlag(Keys::PanelLabels, m_commands.IsChecked(u"mnuLabels"_s, 2));
-    m_settings.SaveFlag(Keys::CodeOutline, m_commands.IsChecked(u"mnuBrowse"_s));
-    m_settings.SaveFlag(Keys::RelatedFiles, m_commands.IsChecked(u"mnuRelated"_s));
-    m_settings.SaveFlag(Keys::LoopMode, m_commands.IsChecked(u"mnuLoop"_s));
+    m_settings.SaveFlag(Keys::Labels, m_commands.IsChecked(Cmd::mnuLabels[LabelPlace::Toolbar]));
+    m_settings.SaveFlag(Keys::PresetsLabels, m_commands.IsChecked(Cmd::mnuLabels[LabelPlace::Presets]));
+    m_settings.SaveFlag(Keys::PanelLabels, m_commands.IsChecked(Cmd::mnuLabels[LabelPlace::Panel]));
+    m_settings.SaveFlag(Keys::CodeOutline, m_commands.IsChecked(Cmd::mnuBrowse));
+    m_settings.SaveFlag(Keys::RelatedFiles, m_commands.IsChecked(Cmd::mnuRelated));
+    m_settings.SaveFlag(Keys::LoopMode, m_commands.IsChecked(Cmd::mnuLoop));
     for (int band = 0; band < bands.BandCount(); ++band)
-        m_settings.SaveFlag(Keys::Band(band + 1), m_commands.IsChecked(u"mnuShowToolbar"_s, band));
-    m_settings.SaveFlag(Keys::StatusBar, m_commands.IsChecked(u"mnuShowStatusbar"_s));
+        m_settings.SaveFlag(Keys::Band(band + 1),
+                            m_commands.IsChecked(Cmd::mnuShowToolbar[WindowBand(band)]));
+    m_settings.SaveFlag(Keys::StatusBar, m_commands.IsChecked(Cmd::mnuShowStatusbar));
     for (int band = 0; band < bands.BandCount(); ++band) {
         m_settings.SaveNumber(Keys::BandWidth(band + 1), bands.BandWidth(band));
         m_settings.SaveFlag(Keys::BandRow(band + 1), bands.StartsRow(band));

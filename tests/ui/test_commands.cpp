@@ -1,0 +1,239 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The tables of commands: menu rows, their handlers and their keys.
+
+#include "shell/command.h"
+#include "shell/exporttext.h"
+#include "shell/ui/commandkeys.h"
+#include "shell/ui/commands.h"
+#include "shell/ui/menutable.h"
+#include "support/editorwindow.h"
+#include "support/uitest.h"
+
+#include <QAction>
+#include <QKeySequence>
+#include <set>
+#include <type_traits>
+#include <vector>
+
+using namespace zelvane;
+using namespace Qt::Literals::StringLiterals;
+using zelvane::test::EditorWindow;
+using zelvane::test::RunUiTest;
+
+namespace
+{
+
+// Names are no commands: what is not a constant of Cmd cannot be bound or run.
+static_assert(!std::is_constructible_v<Command, const char16_t *>);
+static_assert(!std::is_constructible_v<Command, std::u16string_view>);
+static_assert(!std::is_constructible_v<Command, std::u16string_view, int>);
+static_assert(!std::is_default_constructible_v<Command>);
+static_assert(!std::is_constructible_v<CommandArray<int>, std::u16string_view>);
+static_assert(!std::is_constructible_v<MenuName, std::u16string_view>);
+
+/// The commands whose part of the program is not there. Whoever builds one takes its rows away here.
+const Command NotBuilt[] = {
+    Cmd::mnuPlatformItem[ExportFormat::Rtf],
+    Cmd::mnuPlatformItem[ExportFormat::Html],
+    Cmd::mnuBackupNow,
+    Cmd::mnuOpenWith,
+    Cmd::mnuSearchFiles,
+    Cmd::mnuFSO[FileOperation::Move],
+    Cmd::mnuFSO[FileOperation::Copy],
+    Cmd::mnuFSO[FileOperation::Rename],
+    Cmd::mnuFSO[FileOperation::Delete],
+    Cmd::mnuFSO[FileOperation::Properties],
+    Cmd::mnuPrint,
+    Cmd::mnuPreferences,
+    Cmd::mnuOrchestra,
+    Cmd::mnuScore,
+    Cmd::mnuRandom,
+    Cmd::mnuHeader,
+    Cmd::mnuNewInstr,
+    Cmd::mnuNewMacro,
+    Cmd::mnuNewInclude,
+    Cmd::mnuInsertFilename,
+    Cmd::mnuLineSeparation[LineStyle::First],
+    Cmd::mnuLineSeparation[LineStyle::Second],
+    Cmd::mnuCodeRes,
+    Cmd::mnuCodeResAdd,
+    Cmd::mnuInstrEdit,
+    Cmd::mnuInstrGUI,
+    Cmd::mnuPMapping,
+    Cmd::mnuCSD[Conversion::ToUnified],
+    Cmd::mnuCSD[Conversion::ToPair],
+    Cmd::mnuDeleteTempFiles,
+    Cmd::mnuPlay,
+    Cmd::mnuPause,
+    Cmd::mnuStop,
+    Cmd::mnuLoop,
+    Cmd::mnuOpenSoundfile,
+    Cmd::mnuSSO[FileOperation::Move],
+    Cmd::mnuSSO[FileOperation::Copy],
+    Cmd::mnuSSO[FileOperation::Rename],
+    Cmd::mnuSSO[FileOperation::Delete],
+    Cmd::mnuSSO[FileOperation::Properties],
+    Cmd::mnuVolumeControl,
+    Cmd::mnuAbout,
+    Cmd::mnuBrowseEdit[InstrumentEntry::Select],
+    Cmd::mnuBrowseEdit[InstrumentEntry::Cut],
+    Cmd::mnuBrowseEdit[InstrumentEntry::Copy],
+    Cmd::mnuBrowseEdit[InstrumentEntry::Delete],
+    Cmd::mnuBrowseEdit[InstrumentEntry::Export],
+    Cmd::mnuBInclude[IncludeEntry::Open],
+    Cmd::mnuBInclude[IncludeEntry::Insert],
+    Cmd::mnuTV[TreeEntry::ExpandAll],
+    Cmd::mnuTV[TreeEntry::CollapseAll],
+    Cmd::mnuTV[TreeEntry::Refresh],
+    Cmd::mnuRelatedItem[RelatedEntry::Open],
+    Cmd::mnuRelatedShell[RelatedOperation::Open],
+    Cmd::mnuRelatedShell[RelatedOperation::OpenWith],
+    Cmd::mnuRelatedShell[RelatedOperation::Move],
+    Cmd::mnuRelatedShell[RelatedOperation::Copy],
+    Cmd::mnuRelatedShell[RelatedOperation::Rename],
+    Cmd::mnuRelatedShell[RelatedOperation::Delete],
+    Cmd::mnuRelatedShell[RelatedOperation::OpenContainer],
+    Cmd::mnuRelatedShell[RelatedOperation::Properties],
+    Cmd::back,
+    Cmd::next,
+};
+
+QStringList RowNames(const std::vector<Command> &commands)
+{
+    QStringList names;
+    for (const Command command : commands)
+        names.append(command.RowName());
+    return names;
+}
+
+std::vector<Command> AllCommands()
+{
+    std::vector<Command> commands;
+    for (const MenuRow &row : MenuTable()) {
+        if (row.command)
+            commands.push_back(*row.command);
+    }
+    commands.insert(commands.end(), {Cmd::back, Cmd::next});
+    return commands;
+}
+
+class CommandsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void RowsWithoutAHandlerAreThoseNotBuilt();
+    void RowsStandOnce();
+    void RowsWithoutAnActionStayEnabled();
+    void HandlersOfEntriesGoFirst();
+    void KeysBelongToOneRow();
+    void KeysReachTheirTaker_data();
+    void KeysReachTheirTaker();
+};
+
+void CommandsTest::RowsWithoutAHandlerAreThoseNotBuilt()
+{
+    EditorWindow editor;
+    const Commands &commands = editor.Open().CommandTable();
+    std::vector<Command> unbound;
+    for (const Command command : AllCommands()) {
+        QVERIFY2(commands.Action(command), qPrintable(command.RowName()));
+        if (!commands.IsBound(command))
+            unbound.push_back(command);
+    }
+    QCOMPARE(RowNames(unbound), RowNames({std::begin(NotBuilt), std::end(NotBuilt)}));
+}
+
+void CommandsTest::RowsStandOnce()
+{
+    std::set<Command> seen;
+    for (const Command command : AllCommands())
+        QVERIFY2(seen.insert(command).second, qPrintable(command.RowName()));
+    std::set<MenuName> menus = {Menu::Bar, Menu::Popups};
+    for (const MenuRow &row : MenuTable()) {
+        QVERIFY2(menus.contains(row.under), qPrintable(row.under.ToString()));
+        if (row.submenu)
+            QVERIFY2(menus.insert(*row.submenu).second, qPrintable(row.submenu->ToString()));
+    }
+}
+
+void CommandsTest::RowsWithoutAnActionStayEnabled()
+{
+    EditorWindow editor;
+    editor.Open();
+    for (const TreeEntry entry : {TreeEntry::Expand, TreeEntry::Collapse}) {
+        QAction &row = editor.Row(Cmd::mnuTV[entry].RowName());
+        QVERIFY(row.isEnabled());
+        row.trigger();
+        QVERIFY(row.isEnabled());
+    }
+}
+
+void CommandsTest::HandlersOfEntriesGoFirst()
+{
+    EditorWindow editor;
+    Commands &commands = editor.Open().CommandTable();
+    QStringList runs;
+    commands.Bind(Cmd::mnuSSO,
+                  [&](FileOperation operation) { runs.append(QString::number(int(operation))); });
+    commands.Bind(Cmd::mnuSSO[FileOperation::Copy], [&] { runs.append(u"copy"_s); });
+    for (const FileOperation operation :
+         {FileOperation::Move, FileOperation::Copy, FileOperation::Properties})
+        editor.Row(Cmd::mnuSSO[operation].RowName()).trigger();
+    QCOMPARE(runs, QStringList({u"0"_s, u"copy"_s, u"5"_s}));
+}
+
+void CommandsTest::KeysBelongToOneRow()
+{
+    std::set<QString> seen;
+    for (const MenuRow &row : MenuTable()) {
+        for (const QKeySequence &key : KeySequences(row.key)) {
+            const QString text = key.toString(QKeySequence::PortableText);
+            QCOMPARE(key.count(), 1);
+            QVERIFY2(key[0].key() != Qt::Key_unknown, qPrintable(row.command->RowName()));
+            QVERIFY2(seen.insert(text).second, qPrintable(text));
+        }
+    }
+    QVERIFY(seen.contains(u"Ctrl+Num++"_s));
+    QVERIFY(seen.contains(u"Shift+Ins"_s));
+    QVERIFY(!seen.contains(u"Tab"_s));
+}
+
+void CommandsTest::KeysReachTheirTaker_data()
+{
+    QTest::addColumn<QString>("row");
+    QTest::addColumn<QKeyCombination>("key");
+    for (const MenuRow &row : MenuTable()) {
+        for (const QKeySequence &key : KeySequences(row.key)) {
+            const QString text = key.toString(QKeySequence::PortableText);
+            QTest::newRow(qPrintable(text)) << row.command->RowName() << key[0];
+        }
+    }
+}
+
+void CommandsTest::KeysReachTheirTaker()
+{
+    QFETCH(QString, row);
+    QFETCH(QKeyCombination, key);
+    EditorWindow editor;
+    Commands &commands = editor.Open().CommandTable();
+    QStringList runs;
+    for (const Command command : AllCommands()) {
+        commands.Bind(command, [&runs, command] { runs.append(command.RowName()); });
+        commands.SetEnabled(command, true);
+    }
+    editor.window->activateWindow();
+    editor.Text().setFocus();
+    QTest::keyClick(editor.window->windowHandle(), key.key(), key.keyboardModifiers());
+    QCOMPARE(runs, QStringList(row));
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    return RunUiTest<CommandsTest>(argc, argv);
+}
+
+#include "test_commands.moc"
