@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "run/ui/frmflags.h"
 
-#include "platform/programinfo.h"
 #include "shell/editorcontext.h"
+#include "shell/ui/form.h"
 
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
@@ -39,26 +39,23 @@ frmFlags::frmFlags(EditorContext &editor, QWidget *target, QWidget *parent)
       m_editor(editor),
       m_target(target),
       m_choices(FlagChoices(ShippedFlagTable())),
-      lvwFlags(new QTreeWidget(this)),
-      lblFlags(new QLabel(u"&Flags:"_s, this)),
-      txtFlags(new QLineEdit(this)),
-      cmdOK(new QPushButton(u"OK"_s, this)),
-      cmdCancel(new QPushButton(u"Cancel"_s, this))
+      lvwFlags(Named(new QTreeWidget(this), u"lvwFlags"_s, u"Csound flags"_s)),
+      txtFlags(Named(new QLineEdit(this), u"txtFlags"_s, u"Flags picked"_s)),
+      cmdOK(Named(new QPushButton(u"OK"_s, this), u"cmdOK"_s)),
+      cmdCancel(Named(new QPushButton(u"Cancel"_s, this), u"cmdCancel"_s))
 {
     setObjectName(u"frmFlags"_s);
-    setWindowTitle(ApplicationTitle() + u" - Csound Flags"_s);
+    setWindowTitle(ProgramCaption(u"Csound Flags"_s));
     if (const QLineEdit *field = FieldOf(m_target))
         m_selection.Hold(*field);
-    BuildControls();
+    BuildList();
     LayOut();
     LoadRows();
     SetSize();
 }
 
-void frmFlags::BuildControls()
+void frmFlags::BuildList()
 {
-    lvwFlags->setObjectName(u"lvwFlags"_s);
-    lvwFlags->setAccessibleName(u"Csound flags"_s);
     lvwFlags->setHeaderLabels({u"Flag"_s, u"Value"_s, u"Description"_s});
     lvwFlags->setRootIsDecorated(false);
     lvwFlags->setUniformRowHeights(true);
@@ -66,38 +63,22 @@ void frmFlags::BuildControls()
     lvwFlags->setEditTriggers(QAbstractItemView::NoEditTriggers);
     lvwFlags->header()->setSectionsMovable(false);
     lvwFlags->installEventFilter(this);
-    lblFlags->setObjectName(u"lblFlags"_s);
-    lblFlags->setBuddy(txtFlags);
-    txtFlags->setObjectName(u"txtFlags"_s);
-    txtFlags->setAccessibleName(u"Flags picked"_s);
-    cmdOK->setObjectName(u"cmdOK"_s);
-    cmdOK->setDefault(true);
-    cmdCancel->setObjectName(u"cmdCancel"_s);
-    cmdCancel->setAutoDefault(false);
-
     connect(lvwFlags, &QTreeWidget::itemChanged, this, [this](QTreeWidgetItem *item, int column) {
         if (column == FlagColumn && !m_changing)
             RowChanged(item);
     });
-    connect(cmdOK, &QPushButton::clicked, this, &frmFlags::Confirm);
-    connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
 }
 
 void frmFlags::LayOut()
 {
     auto *line = new QHBoxLayout;
-    line->addWidget(lblFlags);
+    line->addWidget(Named(LabelFor(txtFlags, u"&Flags:"_s), u"lblFlags"_s));
     line->addWidget(txtFlags, 1);
-    auto *buttons = new QDialogButtonBox(this);
-    buttons->addButton(cmdOK, QDialogButtonBox::AcceptRole);
-    buttons->addButton(cmdCancel, QDialogButtonBox::RejectRole);
     auto *all = new QVBoxLayout(this);
     all->addWidget(lvwFlags, 1);
     all->addLayout(line);
-    all->addWidget(buttons);
-    setTabOrder(lvwFlags, txtFlags);
-    setTabOrder(txtFlags, cmdOK);
-    setTabOrder(cmdOK, cmdCancel);
+    all->addWidget(ButtonBox(*this, cmdOK, cmdCancel, [this] { Confirm(); }));
+    SetTabOrder({lvwFlags, txtFlags, cmdOK, cmdCancel});
     lvwFlags->setFocus();
 }
 

@@ -7,7 +7,6 @@
 #include <QDialog>
 #include <QPointer>
 
-class QLabel;
 class QLineEdit;
 class QPushButton;
 class QTreeWidget;
@@ -32,7 +31,7 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    void BuildControls();
+    void BuildList();
     void LayOut();
     void LoadRows();
     /// Wide enough for all columns where the screen has room.
@@ -48,7 +47,6 @@ private:
     bool m_changing = false;           ///< the dialog itself changes a row
 
     QTreeWidget *lvwFlags;
-    QLabel *lblFlags;
     QLineEdit *txtFlags;
     QPushButton *cmdOK;
     QPushButton *cmdCancel;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "run/ui/frmimages.h"
 
-#include "platform/programinfo.h"
 #include "run/ui/presetimages.h"
+#include "shell/ui/form.h"
 #include "shell/ui/icons.h"
 
 #include <algorithm>
@@ -24,11 +24,11 @@ constexpr int Gap = 2; ///< between two images
 
 } // namespace
 
-frmImages::frmImages(int number, QWidget *parent) : QDialog(parent), lblName(new QLabel(this))
+frmImages::frmImages(int number, QWidget *parent)
+    : QDialog(parent), lblName(Named(new QLabel(this), u"lblName"_s))
 {
     setObjectName(u"frmImages"_s);
-    setWindowTitle(ApplicationTitle() + u" - Pick an image"_s);
-    lblName->setObjectName(u"lblName"_s);
+    setWindowTitle(ProgramCaption(u"Pick an image"_s));
     lblName->setTextFormat(Qt::PlainText);
 
     LoadImages();
@@ -43,10 +43,9 @@ void frmImages::LoadImages()
     int columns = 1;
     for (int number = FirstPresetImage; number < PresetImagesEnd(); ++number) {
         const int row = number - FirstPresetImage;
-        auto *image = new IconView(this, ShownSide);
-        image->setObjectName(u"Img_"_s + QString::number(row));
-        image->setAccessibleName(PresetImageName(number));
-        image->setToolTip(PresetImageName(number));
+        const QString name = PresetImageName(number);
+        auto *image = Named(new IconView(this, ShownSide), u"Img_"_s + QString::number(row), name);
+        image->setToolTip(name);
         image->setFocusPolicy(Qt::StrongFocus);
         image->setMouseTracking(true);
         image->SetIcon(Icons::LoadImage(number));

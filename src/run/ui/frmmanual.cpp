@@ -4,17 +4,18 @@
 #include "run/ui/flagpicker.h"
 #include "shell/editorcontext.h"
 #include "shell/errorreport.h"
+#include "shell/ui/form.h"
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialogButtonBox>
-#include <QFocusEvent>
 #include <QGridLayout>
 #include <QGroupBox>
-#include <QLabel>
+#include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QVBoxLayout>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -26,34 +27,16 @@ namespace
 
 constexpr int FieldWidth = 48; ///< of the text fields, in characters
 
-template <typename Widget> Widget *Named(Widget *widget, const QString &name)
-{
-    widget->setObjectName(name);
-    return widget;
-}
-
-/// Editable from the start: the Tab key goes through the controls in the order of their making, and the
-/// combo box makes its line edit then.
-QComboBox *NewEditableCombo(QWidget *parent, const QString &name)
-{
-    auto *combo = Named(new QComboBox(parent), name);
-    combo->setEditable(true);
-    return combo;
-}
-
 } // namespace
 
 frmManual::frmManual(const RunContext &context, QWidget *parent)
     : QDialog(parent),
       m_context(context),
-      lblORC(Named(new QLabel(u"&Orchestra:"_s, this), u"lblORC"_s)),
       txtORC(Named(new QLineEdit(this), u"txtORC"_s)),
-      bORC(Named(new QPushButton(u"Browse..."_s, this), u"bORC"_s)),
-      lblSCO(Named(new QLabel(u"&Score:"_s, this), u"lblSCO"_s)),
+      bORC(Named(new QPushButton(u"Browse..."_s, this), u"bORC"_s, u"Browse for the orchestra"_s)),
       txtSCO(Named(new QLineEdit(this), u"txtSCO"_s)),
-      bSCO(Named(new QPushButton(u"Browse..."_s, this), u"bSCO"_s)),
-      lblArgs(Named(new QLabel(u"&Flags:"_s, this), u"lblArgs"_s)),
-      cmbArgs(NewEditableCombo(this, u"cmbArgs"_s)),
+      bSCO(Named(new QPushButton(u"Browse..."_s, this), u"bSCO"_s, u"Browse for the score"_s)),
+      cmbArgs(NewTypingList(this, u"cmbArgs"_s)),
       bFlags(Named(new QPushButton(u"&Pick..."_s, this), u"bFlags"_s)),
       chkCsound2(Named(new QCheckBox(u"&Use Csound #2"_s, this), u"chkCsound2"_s)),
       chkSaveFirst(Named(new QCheckBox(u"&Save document first"_s, this), u"chkSaveFirst"_s)),
@@ -64,79 +47,43 @@ frmManual::frmManual(const RunContext &context, QWidget *parent)
       bCancel(Named(new QPushButton(u"Cancel"_s, this), u"bCancel"_s))
 {
     setObjectName(u"frmManual"_s);
-    setWindowTitle(ApplicationTitle() + u" - Run Csound"_s);
-    BuildControls();
+    setWindowTitle(ProgramCaption(u"Run Csound"_s));
     LayOut();
+    Connect();
     Load();
-}
-
-void frmManual::BuildControls()
-{
-    for (QLineEdit *field : {txtORC, txtSCO}) {
-        field->setMinimumWidth(fontMetrics().averageCharWidth() * FieldWidth);
-        field->installEventFilter(this);
-    }
-    lblORC->setBuddy(txtORC);
-    lblSCO->setBuddy(txtSCO);
-    lblArgs->setBuddy(cmbArgs);
-    txtORC->setAccessibleName(u"Orchestra"_s);
-    txtSCO->setAccessibleName(u"Score"_s);
-    bORC->setAccessibleName(u"Browse for the orchestra"_s);
-    bSCO->setAccessibleName(u"Browse for the score"_s);
-    cmbArgs->setAccessibleName(u"Flags"_s);
-    cmbArgs->setToolTip(u"Parameters passed to Csound. Macros allowed."_s);
-    cmbArgs->setInsertPolicy(QComboBox::NoInsert);
-    cmbArgs->setCompleter(nullptr);
-    cmbArgs->setMinimumContentsLength(FieldWidth);
-    cmbArgs->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    bFlags->setToolTip(u"Pick flags from a list. Ctrl+click: pick one from a menu."_s);
-    chkFolderComp->setToolTip(u"This setting is required by Winsound."_s);
-    chkFolderDoc->setToolTip(u"Required when #includes with relative paths are used."_s);
-    for (QPushButton *button : {bORC, bSCO, bFlags, bCancel})
-        button->setAutoDefault(false);
-    bOK->setDefault(true);
-
-    new FlagPicker(m_context.editor, bFlags, cmbArgs);
-    connect(bORC, &QPushButton::clicked, this, [this] { Browse(FileKind::Orchestra, *txtORC); });
-    connect(bSCO, &QPushButton::clicked, this, [this] { Browse(FileKind::Score, *txtSCO); });
-    connect(bOK, &QPushButton::clicked, this, &frmManual::Run);
-    connect(bCancel, &QPushButton::clicked, this, &QDialog::reject);
 }
 
 void frmManual::LayOut()
 {
-    auto *folder = new QVBoxLayout(fraFolder);
-    folder->addWidget(chkFolderComp);
-    folder->addWidget(chkFolderDoc);
+    txtORC->setMinimumWidth(CharacterWidth(*this, FieldWidth));
+    txtSCO->setMinimumWidth(CharacterWidth(*this, FieldWidth));
+    cmbArgs->setMinimumContentsLength(FieldWidth);
+    cmbArgs->setToolTip(u"Parameters passed to Csound. Macros allowed."_s);
+    bFlags->setToolTip(u"Pick flags from a list. Ctrl+click: pick one from a menu."_s);
+    chkFolderComp->setToolTip(u"This setting is required by Winsound."_s);
+    chkFolderDoc->setToolTip(u"Required when #includes with relative paths are used."_s);
 
-    auto *checks = new QVBoxLayout;
-    checks->addWidget(chkCsound2);
-    checks->addWidget(chkSaveFirst);
-    checks->addStretch();
-
+    Fill(*fraFolder, {chkFolderComp, chkFolderDoc});
     auto *options = new QHBoxLayout;
-    options->addLayout(checks, 1);
+    options->addLayout(Column({chkCsound2, chkSaveFirst}), 1);
     options->addWidget(fraFolder, 1);
 
-    auto *buttons = new QDialogButtonBox(this);
-    buttons->addButton(bOK, QDialogButtonBox::AcceptRole);
-    buttons->addButton(bCancel, QDialogButtonBox::RejectRole);
+    FormGrid form(this);
+    form.Add({.caption = u"&Orchestra:"_s, .field = txtORC, .button = bORC, .labelName = u"lblORC"_s});
+    form.Add({.caption = u"&Score:"_s, .field = txtSCO, .button = bSCO, .labelName = u"lblSCO"_s});
+    form.Add({.caption = u"&Flags:"_s, .field = cmbArgs, .button = bFlags, .labelName = u"lblArgs"_s});
+    form.AddUnder(options);
+    form.AddStretch();
+    form.AddAcross(ButtonBox(*this, bOK, bCancel, [this] { Run(); }));
+}
 
-    auto *all = new QGridLayout(this);
-    int row = 0;
-    const auto add = [all, &row](QLabel *label, QWidget *field, QPushButton *button) {
-        all->addWidget(label, row, 0);
-        all->addWidget(field, row, 1);
-        all->addWidget(button, row, 2);
-        ++row;
-    };
-    add(lblORC, txtORC, bORC);
-    add(lblSCO, txtSCO, bSCO);
-    add(lblArgs, cmbArgs, bFlags);
-    all->addLayout(options, row++, 1, 1, 2);
-    all->setRowStretch(row++, 1);
-    all->addWidget(buttons, row, 0, 1, 3);
-    all->setColumnStretch(1, 1);
+void frmManual::Connect()
+{
+    SelectOnFocus(txtORC);
+    SelectOnFocus(txtSCO);
+    new FlagPicker(m_context.editor, bFlags, cmbArgs);
+    connect(bORC, &QPushButton::clicked, this, [this] { Browse(FileKind::Orchestra, *txtORC); });
+    connect(bSCO, &QPushButton::clicked, this, [this] { Browse(FileKind::Score, *txtSCO); });
 }
 
 void frmManual::Load()
@@ -172,31 +119,6 @@ void frmManual::DropSaveFirst()
     chkSaveFirst->hide();
 }
 
-bool frmManual::eventFilter(QObject *watched, QEvent *event)
-{
-    // A field that gets the focus selects its whole text: after the click that gives it the focus, which sets
-    // the caret, and not when the window or a menu only gives it back.
-    auto *field = qobject_cast<QLineEdit *>(watched);
-    switch (event->type()) {
-    case QEvent::FocusIn: {
-        const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
-        if (reason == Qt::MouseFocusReason)
-            m_clicked = field;
-        else if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason)
-            field->selectAll();
-        break;
-    }
-    case QEvent::MouseButtonRelease:
-        if (field == m_clicked && !field->hasSelectedText())
-            QMetaObject::invokeMethod(field, &QLineEdit::selectAll, Qt::QueuedConnection);
-        m_clicked = nullptr;
-        break;
-    default:
-        break;
-    }
-    return QDialog::eventFilter(watched, event);
-}
-
 RunDialogFields frmManual::Fields() const
 {
     return {.orchestra = txtORC->text(),
@@ -209,11 +131,8 @@ RunDialogFields frmManual::Fields() const
 
 void frmManual::Browse(FileKind kind, QLineEdit &field)
 {
-    const EditorContext &editor = m_context.editor;
-    const FileDialogAnswer answer =
-        editor.desktop.OpenFileDialog(BrowseRequest(kind, field.text(), windowTitle(), editor));
-    if (!answer.path.isEmpty())
-        field.setText(answer.path);
+    EditorContext &editor = m_context.editor;
+    PickFile(editor.desktop, BrowseRequest(kind, field.text(), windowTitle(), editor), field);
 }
 
 void frmManual::Run()

@@ -9,7 +9,6 @@
 class QCheckBox;
 class QComboBox;
 class QGroupBox;
-class QLabel;
 class QLineEdit;
 class QPushButton;
 class QRadioButton;
@@ -29,27 +28,20 @@ public:
     /// For a process without an editor: there is no text that could be saved first.
     void DropSaveFirst();
 
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override;
-
 private:
-    void BuildControls();
     void LayOut();
+    void Connect();
     void Load();
     RunDialogFields Fields() const;
     void Browse(FileKind kind, QLineEdit &field);
     void Run();
 
     RunContext m_context;
-    QLineEdit *m_clicked = nullptr; ///< the field that a mouse button that is still down has given the focus
 
-    QLabel *lblORC;
     QLineEdit *txtORC;
     QPushButton *bORC;
-    QLabel *lblSCO;
     QLineEdit *txtSCO;
     QPushButton *bSCO;
-    QLabel *lblArgs;
     QComboBox *cmbArgs;
     QPushButton *bFlags;
     QCheckBox *chkCsound2;

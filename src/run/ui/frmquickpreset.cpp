@@ -8,6 +8,7 @@
 #include "run/ui/presetimages.h"
 #include "shell/editorcontext.h"
 #include "shell/errorreport.h"
+#include "shell/ui/form.h"
 #include "shell/ui/icons.h"
 #include "shell/ui/plaintooltip.h"
 
@@ -17,6 +18,7 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
+#include <QVBoxLayout>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -36,13 +38,13 @@ constexpr int LongestName = 60; ///< of a file name before it is cut in the midd
 frmQuickPreset::frmQuickPreset(const RunContext &context, QWidget *parent)
     : QDialog(parent),
       m_context(context),
-      lblFileName(new QLabel(this)),
-      lstPreset(new QListWidget(this)),
-      lblTooltip(new QLabel(this)),
-      imgBitmap(new IconView(this)),
-      cmdOK(new QPushButton(u"OK"_s, this)),
-      cmdEdit(new QPushButton(u"&Edit..."_s, this)),
-      cmdCancel(new QPushButton(u"Cancel"_s, this))
+      lblFileName(Named(new QLabel(this), u"lblFileName"_s)),
+      lstPreset(Named(new QListWidget(this), u"lstPreset"_s, u"Presets"_s)),
+      lblTooltip(Named(new QLabel(this), u"lblTooltip"_s)),
+      imgBitmap(Named(new IconView(this), u"imgBitmap"_s, u"Image of the preset"_s)),
+      cmdOK(Named(new QPushButton(u"OK"_s, this), u"cmdOK"_s)),
+      cmdEdit(Named(new QPushButton(u"&Edit..."_s, this), u"cmdEdit"_s)),
+      cmdCancel(Named(new QPushButton(u"Cancel"_s, this), u"cmdCancel"_s))
 {
     setObjectName(u"frmQuickPreset"_s);
     setWindowTitle(QuickPresetCaption());
@@ -54,43 +56,29 @@ frmQuickPreset::frmQuickPreset(const RunContext &context, QWidget *parent)
 
 void frmQuickPreset::BuildControls()
 {
-    const std::initializer_list<std::pair<QWidget *, QString>> names = {
-        {lblFileName, u"lblFileName"_s}, {lstPreset, u"lstPreset"_s}, {lblTooltip, u"lblTooltip"_s},
-        {imgBitmap, u"imgBitmap"_s},     {cmdOK, u"cmdOK"_s},         {cmdEdit, u"cmdEdit"_s},
-        {cmdCancel, u"cmdCancel"_s}};
-    for (const auto &[widget, name] : names)
-        widget->setObjectName(name);
-
     lblFileName->setTextFormat(Qt::PlainText);
     const QString line = QuickPresetFileLine(m_context.editor);
-    lblFileName->setText(
-        fontMetrics().elidedText(line, Qt::ElideMiddle, fontMetrics().averageCharWidth() * LongestName));
+    lblFileName->setText(fontMetrics().elidedText(line, Qt::ElideMiddle, CharacterWidth(*this, LongestName)));
     lblFileName->setAccessibleName(line);
     lblFileName->setToolTip(PlainToolTip(m_context.editor.document.CurrentFile));
-    lstPreset->setAccessibleName(u"Presets"_s);
     lstPreset->setUniformItemSizes(true);
     lblTooltip->setTextFormat(Qt::PlainText);
     lblTooltip->setWordWrap(true);
     lblTooltip->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     imgBitmap->setFrameShape(QFrame::NoFrame);
-    imgBitmap->setAccessibleName(u"Image of the preset"_s);
-    cmdOK->setDefault(true);
     cmdOK->setToolTip(u"Run the preset. With Ctrl: confirm macros; with Alt: edit the preset"_s);
     cmdEdit->setToolTip(u"Open the document in the editor"_s);
-    for (QPushButton *button : {cmdEdit, cmdCancel})
-        button->setAutoDefault(false);
 
     connect(lstPreset, &QListWidget::currentRowChanged, this, [this] { ShowSelected(); });
     connect(lstPreset, &QListWidget::itemDoubleClicked, this, &frmQuickPreset::RunSelected);
     connect(cmdOK, &QPushButton::clicked, this, &frmQuickPreset::RunSelected);
     connect(cmdEdit, &QPushButton::clicked, this, &frmQuickPreset::Edit);
-    connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
 }
 
 void frmQuickPreset::LayOut()
 {
     const QFontMetrics metrics = fontMetrics();
-    lstPreset->setMinimumSize(metrics.averageCharWidth() * ListWidth, metrics.lineSpacing() * ListRows);
+    lstPreset->setMinimumSize(CharacterWidth(*this, ListWidth), metrics.lineSpacing() * ListRows);
     // Its first line stands beside the middle of the image.
     const int above = std::max(0, (imgBitmap->sizeHint().height() - metrics.height()) / 2);
     lblTooltip->setContentsMargins(0, above, 0, 0);
@@ -105,17 +93,11 @@ void frmQuickPreset::LayOut()
     fields->addWidget(lstPreset, 1);
     fields->addLayout(preview);
 
-    auto *buttons = new QVBoxLayout;
-    for (QPushButton *button : {cmdOK, cmdCancel, cmdEdit})
-        buttons->addWidget(button);
-    buttons->addStretch();
-
     auto *all = new QHBoxLayout(this);
     all->addLayout(fields, 1);
-    all->addLayout(buttons);
-    setTabOrder(lstPreset, cmdOK);
-    setTabOrder(cmdOK, cmdCancel);
-    setTabOrder(cmdCancel, cmdEdit);
+    all->addLayout(Column({cmdOK, cmdCancel, cmdEdit}));
+    SetEnterAndEscape(*this, cmdOK, cmdCancel);
+    SetTabOrder({lstPreset, cmdOK, cmdCancel, cmdEdit});
 }
 
 void frmQuickPreset::FillList()

@@ -78,19 +78,14 @@ QString ProgramCaption(const QString &dialog)
     return ApplicationTitle() + u" - "_s + dialog;
 }
 
-void SetHint(QWidget &control, const QString &hint)
-{
-    control.setToolTip(hint);
-    control.setAccessibleDescription(hint);
-}
-
 QLabel *LabelFor(QWidget *field, const QString &caption, const QString &hint)
 {
     auto *label = new QLabel(caption);
     label->setBuddy(field);
     if (!hint.isEmpty()) {
         label->setToolTip(hint);
-        SetHint(*field, hint);
+        field->setToolTip(hint);
+        field->setAccessibleDescription(hint);
     }
     if (field->accessibleName().isEmpty())
         field->setAccessibleName(Spoken(caption));

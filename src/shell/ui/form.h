@@ -40,11 +40,8 @@ QString ProgramCaption(const QString &dialog);
 
 // Fields
 
-/// A tooltip that a screen reader says, too.
-void SetHint(QWidget &control, const QString &hint);
-
 /// A label for a field: it carries the field's key, shows the same hint, and gives the field its spoken name
-/// unless the field has one.
+/// unless the field has one. The hint stays the field's description when its tooltip tells something else.
 QLabel *LabelFor(QWidget *field, const QString &caption, const QString &hint = {});
 
 /// A width in average characters.

@@ -3,8 +3,11 @@
 
 #include "platform/ui/textcontrol.h"
 #include "shell/errorreport.h"
+#include "shell/ui/form.h"
 
 #include <QApplication>
+#include <QDialogButtonBox>
+#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
@@ -29,12 +32,11 @@ frmTabSpace::frmTabSpace(EditorContext &editor, TextControl &text, QWidget *pare
     : QDialog(parent),
       m_editor(editor),
       m_text(text),
-      lblMode(new QLabel(u"Choose a formatting algorythm:"_s, this)),
-      lstMode(new QListWidget(this)),
-      lblDesc(new QLabel(this)),
-      lblTip(new QLabel(this)),
-      bOK(new QPushButton(u"OK"_s, this)),
-      bCancel(new QPushButton(u"Cancel"_s, this))
+      lstMode(Named(new QListWidget(this), u"lstMode"_s, u"Formatting algorythm"_s)),
+      lblDesc(Named(new QLabel(this), u"lblDesc"_s, u"Description"_s)),
+      lblTip(Named(new QLabel(this), u"lblTip"_s)),
+      bOK(Named(new QPushButton(u"OK"_s, this), u"bOK"_s)),
+      bCancel(Named(new QPushButton(u"Cancel"_s, this), u"bCancel"_s))
 {
     setObjectName(u"frmTabSpace"_s);
     setWindowTitle(u"Formatting Algorythms"_s);
@@ -44,41 +46,28 @@ frmTabSpace::frmTabSpace(EditorContext &editor, TextControl &text, QWidget *pare
 
 void frmTabSpace::BuildControls()
 {
-    lblMode->setObjectName(u"lblMode"_s);
-    lblMode->setBuddy(lstMode);
-    lstMode->setObjectName(u"lstMode"_s);
-    lstMode->setAccessibleName(u"Formatting algorythm"_s);
     for (const FormattingAlgorithmText &row : FormattingAlgorithmTexts())
         lstMode->addItem(row.name);
     lstMode->setMinimumHeight(lstMode->sizeHintForRow(0) * lstMode->count() + 2 * lstMode->frameWidth());
 
-    lblDesc->setObjectName(u"lblDesc"_s);
-    lblDesc->setAccessibleName(u"Description"_s);
     lblDesc->setWordWrap(true);
     lblDesc->setAlignment(Qt::AlignTop | Qt::AlignLeft);
-    lblDesc->setMinimumSize(fontMetrics().averageCharWidth() * DescriptionWidth,
+    lblDesc->setMinimumSize(CharacterWidth(*this, DescriptionWidth),
                             fontMetrics().lineSpacing() * DescriptionLines);
-    lblTip->setObjectName(u"lblTip"_s);
-    bOK->setObjectName(u"bOK"_s);
-    bOK->setDefault(true);
-    bCancel->setObjectName(u"bCancel"_s);
 
     lstMode->installEventFilter(this);
     connect(lstMode, &QListWidget::itemSelectionChanged, this, &frmTabSpace::ShowDescription);
     connect(lstMode, &QListWidget::itemDoubleClicked, this, &frmTabSpace::Confirm);
-    connect(bOK, &QPushButton::clicked, this, &frmTabSpace::Confirm);
-    connect(bCancel, &QPushButton::clicked, this, &QDialog::reject);
 }
 
 void frmTabSpace::LayOut()
 {
     auto *buttons = new QHBoxLayout;
     buttons->addWidget(lblTip, 1);
-    buttons->addWidget(bOK);
-    buttons->addWidget(bCancel);
+    buttons->addWidget(ButtonBox(*this, bOK, bCancel, [this] { Confirm(); }));
 
     auto *all = new QVBoxLayout(this);
-    all->addWidget(lblMode);
+    all->addWidget(Named(LabelFor(lstMode, u"Choose a formatting algorythm:"_s), u"lblMode"_s));
     all->addWidget(lstMode, 1);
     all->addWidget(lblDesc);
     all->addLayout(buttons);

@@ -41,7 +41,6 @@ private:
     bool m_running = false;
     bool m_stopped = false;
 
-    QLabel *lblMode;
     QListWidget *lstMode;
     QLabel *lblDesc;
     QLabel *lblTip;
