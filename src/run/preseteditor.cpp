@@ -5,7 +5,7 @@
 #include "platform/numbers.h"
 #include "platform/programfolder.h"
 #include "run/macroexpansion.h"
-#include "run/presetbar.h"
+#include "run/presetbuttons.h"
 #include "run/presetkeys.h"
 #include "shell/editorcontext.h"
 

@@ -3,7 +3,7 @@
 
 #include "platform/parameters.h"
 #include "run/filekinds.h"
-#include "run/presetbar.h"
+#include "run/presetbuttons.h"
 #include "run/presetkeys.h"
 #include "shell/editorcontext.h"
 #include "shell/splitpath.h"

@@ -2,7 +2,7 @@
 #include "run/ui/frmquickpreset.h"
 
 #include "platform/ui/digitkey.h"
-#include "run/presetbar.h"
+#include "run/presetbuttons.h"
 #include "run/presetrun.h"
 #include "run/quickpreset.h"
 #include "run/ui/presetimages.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "run/ui/presetbar.h"
 
-#include "run/presetbar.h"
+#include "run/presetbuttons.h"
 #include "run/presetrun.h"
 #include "run/presetstore.h"
 #include "run/ui/presetimages.h"

@@ -10,7 +10,7 @@
 #include "platform/ui/raisewindow.h"
 #include "platform/ui/textcontrol.h"
 #include "player/ui/playerpanel.h"
-#include "run/presetbar.h"
+#include "run/presetbuttons.h"
 #include "run/ui/frmpresets.h"
 #include "run/ui/presetbar.h"
 #include "run/ui/runcommands.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "run/presetbar.h"
+#include "run/presetbuttons.h"
 
 #include "platform/numbers.h"
 #include "run/macroexpansion.h"
