@@ -1,14 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "run/preseteditor.h"
 
+#include "platform/executables.h"
 #include "platform/fileinfo.h"
 #include "platform/numbers.h"
+#include "platform/parameters.h"
 #include "platform/programfolder.h"
 #include "run/macroexpansion.h"
 #include "run/presetbuttons.h"
 #include "run/presetkeys.h"
+#include "run/toolpaths.h"
 #include "shell/editorcontext.h"
 
+#include <algorithm>
 #include <QDir>
 #include <QFile>
 
@@ -20,6 +24,40 @@ namespace zelvane
 QStringList WindowStateTexts()
 {
     return {u"Hidden"_s, u"Normal"_s, u"Minimized"_s, u"Maximized"_s};
+}
+
+int WindowStateOfRow(int row)
+{
+    return row % int(WindowStateTexts().size());
+}
+
+PresetAction FirstAction(const PresetRecord &record)
+{
+    return {.command = record.Command, .args = record.Args, .folder = record.Folder, .window = record.Window};
+}
+
+PresetAction SecondAction(const PresetRecord &record)
+{
+    return {.command = record.SecondCommand,
+            .args = record.SecondArgs,
+            .folder = record.SecondFolder,
+            .window = record.SecondWindow};
+}
+
+void SetFirstAction(PresetRecord &record, const PresetAction &action)
+{
+    record.Command = action.command;
+    record.Args = action.args;
+    record.Folder = action.folder;
+    record.Window = action.window;
+}
+
+void SetSecondAction(PresetRecord &record, const PresetAction &action)
+{
+    record.SecondCommand = action.command;
+    record.SecondArgs = action.args;
+    record.SecondFolder = action.folder;
+    record.SecondWindow = action.window;
 }
 
 PresetFields FieldsOf(const PresetRecord &record)
@@ -44,6 +82,26 @@ PresetTools EnabledPresetTools(const QString &name, int row, int rowCount)
 bool AllowsSecondAction(const QString &command, const RunContext &context)
 {
     return IsExecutableFile(ExpandStaticMacros(command, context), context.editor.desktop);
+}
+
+QString CommandInfo(const QString &command, const RunContext &context)
+{
+    return FileInfoText(ExpandStaticMacros(command, context), context.editor.desktop);
+}
+
+FileDialogRequest CommandRequest(const QString &command, const RunContext &context)
+{
+    QString program = FindExecutable(UnquoteFile(ExpandStaticMacros(command, context)));
+    if (program.isEmpty())
+        program = FindExecutable(context.tools.Csound);
+    return {.title = u"Select a command"_s, .filters = {{u"Executables"_s, u"*.exe"_s}}, .folder = program};
+}
+
+FileDialogRequest BitmapRequest(const QString &bitmap)
+{
+    return {.title = u"Select an image"_s,
+            .filters = {{u"Images"_s, u"*.bmp;*.dib;*.gif;*.jpg;*.jpeg;*.ico;*.cur"_s}},
+            .folder = bitmap};
 }
 
 bool SavePreset(const PresetKey &name, const PresetFields &fields, QStringList &rows, RunContext &context,
@@ -117,6 +175,13 @@ bool DeletePreset(const PresetKey &name, RunContext &context)
     if (!name.contains(u'/') && !name.contains(u'\\'))
         QFile::remove(ProgramFolder() + u"/Images/"_s + name);
     return true;
+}
+
+int RowOfPreset(const PresetKey &name, const QStringList &rows)
+{
+    const auto same = [&name](const QString &row) { return row.compare(name, Qt::CaseInsensitive) == 0; };
+    const auto found = std::find_if(rows.begin(), rows.end(), same);
+    return found == rows.end() ? -1 : int(found - rows.begin());
 }
 
 void MovePresetUp(QStringList &rows, int &row, RunContext &context)

@@ -297,4 +297,78 @@ TEST_F(PresetEditor, EnabledTools)
         EXPECT_TRUE(EnabledPresetTools(name, 0, 1).save) << name.toStdString();
 }
 
+TEST_F(PresetEditor, ARowOfALongerWindowListIsAStateToo)
+{
+    for (int row = 0; row < 12; ++row)
+        EXPECT_EQ(WindowStateOfRow(row), row % 4);
+    EXPECT_EQ(WindowStateOfRow(-1), -1);
+}
+
+TEST_F(PresetEditor, ActionsAreCutOutOfARecordAndPutBack)
+{
+    const PresetAction one{.command = u"a"_s, .args = u"b"_s, .folder = u"c"_s, .window = 2};
+    const PresetAction two{.command = u"d"_s, .args = u"e"_s, .folder = u"f"_s, .window = 3};
+    PresetRecord record{.SaveFirst = true, .Name = u"n"_s, .Image = u"101"_s};
+    SetFirstAction(record, one);
+    SetSecondAction(record, two);
+    EXPECT_EQ(record, (PresetRecord{.Command = u"a"_s,
+                                    .Args = u"b"_s,
+                                    .Folder = u"c"_s,
+                                    .Window = 2,
+                                    .SaveFirst = true,
+                                    .Name = u"n"_s,
+                                    .Image = u"101"_s,
+                                    .SecondCommand = u"d"_s,
+                                    .SecondArgs = u"e"_s,
+                                    .SecondFolder = u"f"_s,
+                                    .SecondWindow = 3}));
+    EXPECT_EQ(FirstAction(record), one);
+    EXPECT_EQ(SecondAction(record), two);
+}
+
+TEST_F(PresetEditor, ACommandsTooltipTellsOfTheFileItNames)
+{
+    context.desktop.executableKinds[u"/opt/csound"_s] = u"ELF 64-bit"_s;
+    context.desktop.typeNames[u"/opt/csound"_s] = u"Application"_s;
+    EXPECT_EQ(CommandInfo(u"$CSOUND$"_s, run), u"csound: Application ELF 64-bit"_s);
+    EXPECT_EQ(CommandInfo(u"/opt/csound"_s, run), u"csound: Application ELF 64-bit"_s);
+    EXPECT_EQ(CommandInfo(u"/no/such"_s, run), QString());
+    EXPECT_EQ(CommandInfo({}, run), QString());
+}
+
+TEST_F(PresetEditor, ThePickerOfACommandBeginsAtTheProgramInTheField)
+{
+    const QString program = context.WriteFile(u"a tool"_s, "#!/bin/sh\n");
+    const QString compiler = context.WriteFile(u"csound"_s, "#!/bin/sh\n");
+    for (const QString &file : {program, compiler})
+        ASSERT_TRUE(QFile::setPermissions(file, QFile::ReadOwner | QFile::ExeOwner));
+    tools.Csound = compiler;
+    const auto at = [](const QString &folder) {
+        return FileDialogRequest{
+            .title = u"Select a command"_s, .filters = {{u"Executables"_s, u"*.exe"_s}}, .folder = folder};
+    };
+    EXPECT_EQ(CommandRequest(program, run), at(program));
+    EXPECT_EQ(CommandRequest(u'"' + program + u'"', run), at(program));
+    EXPECT_EQ(CommandRequest(u"$CSOUND$"_s, run), at(compiler));
+    EXPECT_EQ(CommandRequest({}, run), at(compiler));
+    EXPECT_EQ(CommandRequest(u"/no/such/tool"_s, run), at(compiler));
+}
+
+TEST_F(PresetEditor, ThePickerOfAPictureBeginsAtTheOneInTheField)
+{
+    EXPECT_EQ(BitmapRequest(u"/pictures/a.bmp"_s),
+              (FileDialogRequest{.title = u"Select an image"_s,
+                                 .filters = {{u"Images"_s, u"*.bmp;*.dib;*.gif;*.jpg;*.jpeg;*.ico;*.cur"_s}},
+                                 .folder = u"/pictures/a.bmp"_s}));
+}
+
+TEST_F(PresetEditor, ARowIsFoundWithoutRegardToCase)
+{
+    const QStringList names = {u"Render"_s, u"play"_s};
+    EXPECT_EQ(RowOfPreset(u"play"_s, names), 1);
+    EXPECT_EQ(RowOfPreset(u"RENDER"_s, names), 0);
+    EXPECT_EQ(RowOfPreset(u"rend"_s, names), -1);
+    EXPECT_EQ(RowOfPreset({}, names), -1);
+}
+
 } // namespace zelvane::test

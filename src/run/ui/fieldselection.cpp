@@ -14,6 +14,13 @@ QLineEdit *FieldOf(QWidget *control)
     return qobject_cast<QLineEdit *>(control);
 }
 
+void PutSelected(QLineEdit &field, const QString &text)
+{
+    const int start = field.hasSelectedText() ? field.selectionStart() : field.cursorPosition();
+    field.insert(text);
+    field.setSelection(start, int(text.size()));
+}
+
 void FieldSelection::Hold(const QLineEdit &field)
 {
     m_text = field.text();

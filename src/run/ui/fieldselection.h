@@ -12,6 +12,9 @@ namespace zelvane
 /// The line edit of a text box or of an editable combo box; null for any other control.
 QLineEdit *FieldOf(QWidget *control);
 
+/// Puts a text in place of the selection of a field, and leaves it selected.
+void PutSelected(QLineEdit &field, const QString &text);
+
 /// What is selected in a field. It is held because a field that loses the focus unselects, while what is
 /// picked elsewhere has to go where the selection was.
 class FieldSelection

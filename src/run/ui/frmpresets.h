@@ -9,7 +9,6 @@
 
 class QCheckBox;
 class QComboBox;
-class QLineEdit;
 class QMenu;
 class QPushButton;
 class QTabWidget;
@@ -18,7 +17,8 @@ class QToolBar;
 namespace zelvane
 {
 
-class IconView;
+class ActionPage;
+class ButtonPage;
 
 /// The preset editor, "Add/Remove Presets". Saving, deleting and moving act on the store at once; what stands
 /// in the fields is lost when another preset is chosen or the dialog is closed without saving.
@@ -39,11 +39,8 @@ protected:
 
 private:
     void BuildToolbar();
-    void BuildFields();
+    void BuildPages();
     void LayOut();
-    QWidget *FirstPage();
-    QWidget *SecondPage();
-    QWidget *ButtonPage();
     void Connect();
 
     /// Fills the lists from the store and chooses the first preset. Runs again after each deletion, when the
@@ -62,9 +59,6 @@ private:
     /// The tooltip of the command, and whether a second action can follow it.
     void ShowCommandFacts();
     void CommandChanged();
-    void BitmapChanged();
-    /// Shows a picture file in the preview. @return false, with an empty preview, when it cannot be loaded
-    bool LoadPicture(const QString &file);
 
     void RunTool(const QString &key);
     void NewPreset();
@@ -77,48 +71,20 @@ private:
     /// @return whether the key is one of the dialog's own; it has been done then, unless only asked for
     bool TakeKey(const QKeyEvent &event, bool onlyAsk);
 
-    void BrowseCommand(QLineEdit &field);
-    void BrowseInitialFolder(QLineEdit &field, const QString &title);
-    void BrowseBitmap();
-    void PickImage();
     /// Reports what the work throws.
     void Guard(const std::function<void()> &work);
 
     RunContext m_context;
-    int m_imageNumber = 0;
 
     QToolBar *tlbPreset;
     QMenu *mnuMacros = nullptr; ///< filled at the first use
     QComboBox *cmbPreset;
     QTabWidget *TbsPreset;
 
-    QLineEdit *txtCommand;
-    QPushButton *bCommand;
-    QLineEdit *txtArgs;
-    QPushButton *bPickFlag;
-    QLineEdit *txtFolder;
-    QPushButton *bFolder;
-    QComboBox *cmbWindow;
+    ActionPage *m_first;
     QCheckBox *chkSaveFirst;
-
-    QWidget *m_secondAction = nullptr; ///< the frame that is enabled only behind a program
-    QLineEdit *txt2ndCommand;
-    QPushButton *b2ndCommand;
-    QLineEdit *txt2ndArgs;
-    QPushButton *b2ndPickFlag;
-    QLineEdit *txt2ndFolder;
-    QPushButton *b2ndFolder;
-    QComboBox *cmb2ndWindow;
-
-    QCheckBox *chkCreateButton;
-    QCheckBox *chkNewGroup;
-    QLineEdit *txtName;
-    QLineEdit *txtTooltip;
-    QLineEdit *TxtBitmap;
-    QPushButton *bBitmap;
-    QPushButton *bImages;
-    IconView *imgBitmap;
-
+    ActionPage *m_second; ///< enabled only behind a program
+    ButtonPage *m_button;
     QPushButton *bCancel;
 };
 

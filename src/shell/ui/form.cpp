@@ -109,6 +109,12 @@ QComboBox *NewTypingList(QWidget *parent, const QString &name)
     return list;
 }
 
+void ShowFromStart(QLineEdit &field, const QString &text)
+{
+    field.setText(text);
+    field.setCursorPosition(0);
+}
+
 void SelectOnFocus(QLineEdit *field)
 {
     new FocusSelector(field);
@@ -205,7 +211,7 @@ void Fill(QWidget &frame, std::initializer_list<QWidget *> controls)
         column->addWidget(control);
 }
 
-void SetTabOrder(std::initializer_list<QWidget *> controls)
+void SetTabOrder(const QList<QWidget *> &controls)
 {
     QWidget *before = nullptr;
     for (QWidget *control : controls) {

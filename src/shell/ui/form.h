@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <initializer_list>
+#include <QList>
 #include <QString>
 
 class QComboBox;
@@ -50,6 +51,9 @@ int CharacterWidth(const QWidget &widget, int characters);
 /// A list of earlier entries with free typing, which neither completes what is typed nor adds it to the rows,
 /// and does not grow with its rows.
 QComboBox *NewTypingList(QWidget *parent, const QString &name);
+
+/// Shows a text from its beginning on, which tells most of a long one.
+void ShowFromStart(QLineEdit &field, const QString &text);
 
 /// A field that gets the focus selects its whole text: after the click that gives it the focus, which sets
 /// the caret, and not when the window or a menu only gives it back.
@@ -105,7 +109,7 @@ QHBoxLayout *Line(std::initializer_list<QWidget *> controls);
 void Fill(QWidget &frame, std::initializer_list<QWidget *> controls);
 
 /// Lets the Tab key go from each control to the next.
-void SetTabOrder(std::initializer_list<QWidget *> controls);
+void SetTabOrder(const QList<QWidget *> &controls);
 
 // The end of a dialog
 
