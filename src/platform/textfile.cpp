@@ -7,6 +7,10 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
+#include <QChar>
+#include <QtEndian>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -17,6 +21,7 @@ namespace
 {
 
 constexpr char Utf8Mark[] = "\xEF\xBB\xBF";
+constexpr char16_t Mark = QChar::ByteOrderMark;
 
 /// The characters of the bytes 0x80 to 0x9F; all other bytes stand for the character of their own number.
 constexpr std::array<char16_t, 32> Upper = {
@@ -55,6 +60,41 @@ bool ToWindows1252(const QString &text, QByteArray &bytes)
     return true;
 }
 
+/// @return no value where this is no UTF-16: without its mark, of an odd number of bytes, or with half a
+/// character, which could not be written back
+std::optional<DecodedText> FromUtf16(const QByteArray &bytes)
+{
+    if (bytes.size() % 2 != 0 || !(bytes.startsWith("\xFF\xFE") || bytes.startsWith("\xFE\xFF")))
+        return {};
+    const char *from = bytes.constData() + 2;
+    QString text(bytes.size() / 2 - 1, Qt::Uninitialized);
+    auto form = TextEncoding::Form::Utf16Big;
+    if (bytes.startsWith("\xFE\xFF")) {
+        qFromBigEndian<char16_t>(from, text.size(), text.data());
+    } else {
+        form = TextEncoding::Form::Utf16Little;
+        qFromLittleEndian<char16_t>(from, text.size(), text.data());
+    }
+    if (!text.isValidUtf16())
+        return {};
+    return DecodedText{std::move(text), {form, false}};
+}
+
+QByteArray ToUtf16(const QString &text, TextEncoding::Form form)
+{
+    // Half a character becomes the character that stands for all that cannot be written, as in UTF-8.
+    const QString whole = text.isValidUtf16() ? text : QString::fromUtf8(text.toUtf8());
+    QByteArray bytes(2 + 2 * whole.size(), Qt::Uninitialized);
+    if (form == TextEncoding::Form::Utf16Big) {
+        qToBigEndian(Mark, bytes.data());
+        qToBigEndian<char16_t>(whole.constData(), whole.size(), bytes.data() + 2);
+    } else {
+        qToLittleEndian(Mark, bytes.data());
+        qToLittleEndian<char16_t>(whole.constData(), whole.size(), bytes.data() + 2);
+    }
+    return bytes;
+}
+
 bool IsAscii(const QByteArray &bytes)
 {
     return std::all_of(bytes.begin(), bytes.end(), [](char byte) { return (byte & 0x80) == 0; });
@@ -64,6 +104,8 @@ bool IsAscii(const QByteArray &bytes)
 
 DecodedText DecodeText(const QByteArray &bytes)
 {
+    if (std::optional<DecodedText> decoded = FromUtf16(bytes))
+        return *std::move(decoded);
     if (!bytes.isValidUtf8())
         return {FromWindows1252(bytes), {TextEncoding::Form::Windows1252, false}};
     // fromUtf8 takes one byte order mark off itself.
@@ -72,10 +114,12 @@ DecodedText DecodeText(const QByteArray &bytes)
 
 QByteArray EncodeText(const QString &text, TextEncoding &encoding)
 {
+    if (encoding.form == TextEncoding::Form::Utf16Little || encoding.form == TextEncoding::Form::Utf16Big)
+        return ToUtf16(text, encoding.form);
     if (encoding.form == TextEncoding::Form::Windows1252) {
-        // Bytes that happen to be UTF-8 would be read back as another text.
+        // Bytes that happen to be UTF-8, or to begin like UTF-16, would be read back as another text.
         QByteArray bytes;
-        if (ToWindows1252(text, bytes) && (IsAscii(bytes) || !bytes.isValidUtf8()))
+        if (ToWindows1252(text, bytes) && (IsAscii(bytes) || (!bytes.isValidUtf8() && !FromUtf16(bytes))))
             return bytes;
         encoding = {};
     }

@@ -28,8 +28,10 @@ struct DocumentRecord {
     FileKind DocumentKind = FileKind::Other;       ///< set by ClassifyDocument and NewFile
     LineEndForm CurrentPlatform = LineEndForm::Pc; ///< as found at load; saving neither heeds nor changes it
     TextEncoding Encoding;                         ///< as found at load; saving keeps it
-    bool Modified = false;                         ///< the text differs from what was last loaded or saved
-    bool Loading = false;                          ///< the program itself is changing the text
+    bool HoldsNul = false; ///< loaded with NUL characters, and not saved since: it may be no text
+    QString OfferedName;   ///< what the first save of an unnamed text offers as its path; mostly empty
+    bool Modified = false; ///< the text differs from what was last loaded or saved
+    bool Loading = false;  ///< the program itself is changing the text
 };
 
 } // namespace zelvane

@@ -42,6 +42,7 @@ struct LoadedText {
     QString text = {};
     TextEncoding encoding = {};
     LineEndForm form = LineEndForm::Pc;
+    bool holdsNul = false;
 };
 
 LoadedText LoadTextFile(const QString &name)
@@ -51,7 +52,9 @@ LoadedText LoadTextFile(const QString &name)
         if (QFileInfo(name).size() > LargestFile)
             throw std::bad_alloc();
         DecodedText decoded = DecodeText(ReadFileBytes(name));
-        LoadedText loaded{.encoding = decoded.encoding, .form = DetectPlatform(decoded.text)};
+        LoadedText loaded{.encoding = decoded.encoding,
+                          .form = DetectPlatform(decoded.text),
+                          .holdsNul = decoded.text.contains(QChar(0))};
         loaded.text = loaded.form == LineEndForm::Mac ? MacToUnix(std::move(decoded.text))
                                                       : ToLineFeeds(std::move(decoded.text));
         return loaded;
@@ -145,6 +148,8 @@ void DocumentLifecycle::Load(const QString &name)
     m_document.CurrentFile = name;
     m_document.CurrentPlatform = loaded.form;
     m_document.Encoding = loaded.encoding;
+    m_document.HoldsNul = loaded.holdsNul;
+    m_document.OfferedName.clear();
     ClassifyDocument(m_document, m_settings);
     ShowCaption();
 }
@@ -174,6 +179,8 @@ bool DocumentLifecycle::Write(const QString &name)
 {
     if (name.isEmpty())
         return true;
+    if (!MayRewriteLineEnds())
+        return false;
     TextEncoding encoding = m_document.Encoding;
     try {
         WriteFileBytes(name, EncodeText(ToPcLineEnds(m_text.Text()), encoding));
@@ -184,6 +191,8 @@ bool DocumentLifecycle::Write(const QString &name)
     }
     m_document.CurrentFile = name;
     m_document.Encoding = encoding;
+    m_document.HoldsNul = false;
+    m_document.OfferedName.clear();
     m_document.Modified = false;
     // A load that failed has left it set; from here on every change counts again.
     m_document.Loading = false;
@@ -193,6 +202,17 @@ bool DocumentLifecycle::Write(const QString &name)
     StatusFileInfo();
     MRUsalva();
     return true;
+}
+
+bool DocumentLifecycle::MayRewriteLineEnds()
+{
+    return !m_document.HoldsNul ||
+           m_desktop.MessageBox({.text = m_document.CurrentFile +
+                                         u" holds NUL bytes: it may be no text. Saving it rewrites its line "
+                                         "ends. Save it?"_s,
+                                 .icon = BoxIcon::Warning,
+                                 .buttons = BoxButtons::YesNo,
+                                 .defaultAnswer = BoxAnswer::No}) == BoxAnswer::Yes;
 }
 
 bool DocumentLifecycle::QuerySave()
@@ -219,6 +239,8 @@ void DocumentLifecycle::NewFile(FileKind kind, const QString &name)
     m_view.ApplyTextColours();
     m_document.CurrentFile = name;
     m_document.Encoding = {};
+    m_document.HoldsNul = false;
+    m_document.OfferedName.clear();
     ShowCaption();
     m_view.EnableSaveButton(false);
     m_status.Show({});
@@ -319,7 +341,8 @@ QString DocumentLifecycle::OpenBox()
 
 QString DocumentLifecycle::SaveBox()
 {
-    const QString &current = m_document.CurrentFile;
+    const QString &current =
+        m_document.CurrentFile.isEmpty() ? m_document.OfferedName : m_document.CurrentFile;
     QStringList extensions = KindExtensions(m_settings, m_document.DocumentKind);
     if (extensions.isEmpty())
         extensions = SplitExtensions(BareExtension(current));

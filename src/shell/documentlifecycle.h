@@ -74,6 +74,8 @@ private:
     void BuildRelatedFiles(OpenOrigin origin);
     /// @return false when the write failed; true also when there was no name to write to
     bool Write(const QString &name);
+    /// Asks before the first save of what may be no text.
+    bool MayRewriteLineEnds();
     bool WriteCurrent();
     /// @param mark "*" for a changed text, right behind the name
     void ShowCaption(const QString &mark = {});

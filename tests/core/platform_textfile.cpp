@@ -172,6 +172,52 @@ TEST(TextEncodings, BrokenUtf8IsWestern)
     }
 }
 
+TEST(TextEncodings, Utf16BehindItsMark)
+{
+    constexpr TextEncoding little = {TextEncoding::Form::Utf16Little, false};
+    constexpr TextEncoding big = {TextEncoding::Form::Utf16Big, false};
+    const struct {
+        QByteArray bytes;
+        TextEncoding encoding;
+        QString text;
+    } cases[] = {
+        {"\xFF\xFE"_ba, little, u""_s},
+        {"\xFE\xFF"_ba, big, u""_s},
+        {QByteArray("\xFF\xFEi\0\xE9\0\x16\x04\r\0\n\0", 12), little, u"i\u00E9\u0416\r\n"_s},
+        {QByteArray("\xFE\xFF\0i\0\xE9\x04\x16\0\r\0\n", 12), big, u"i\u00E9\u0416\r\n"_s},
+        {"\xFF\xFE\x34\xD8\x1E\xDD"_ba, little, u"\U0001D11E"_s},
+        {"\xFE\xFF\xD8\x34\xDD\x1E"_ba, big, u"\U0001D11E"_s},
+        {"\xFF\xFE\xFF\xFE"_ba, little, u"\uFEFF"_s}, // the mark's own character behind the mark
+        {QByteArray("\xFF\xFE\0\0", 4), little, QString(QChar(0))},
+    };
+    for (const auto &one : cases) {
+        const DecodedText decoded = DecodeText(one.bytes);
+        EXPECT_EQ(decoded.encoding, one.encoding) << one.bytes.toHex().constData();
+        EXPECT_EQ(decoded.text, one.text);
+        TextEncoding encoding = decoded.encoding;
+        EXPECT_EQ(EncodeText(decoded.text, encoding), one.bytes);
+        EXPECT_EQ(encoding, one.encoding);
+    }
+    // What could not be written back as it was is none.
+    for (const QByteArray &bytes :
+         {"\xFF\xFE\x34\xD8"_ba, "\xFE\xFF\xDD\x1E"_ba, "\xFF\xFE"_ba + 'a', QByteArray("i\0n\0", 4)})
+        EXPECT_NE(DecodeText(bytes).encoding.form, TextEncoding::Form::Utf16Little)
+            << bytes.toHex().constData();
+    TextEncoding encoding = big;
+    const char16_t half[] = {u'a', 0xD834};
+    EXPECT_EQ(EncodeText(QString::fromUtf16(half, 2), encoding), QByteArray("\xFE\xFF\0a\0?", 6));
+}
+
+TEST(TextEncodings, WesternBytesThatLookLikeUtf16AreNotWritten)
+{
+    TextEncoding encoding = Western;
+    EXPECT_EQ(EncodeText(u"\u00FF\u00FEa"_s, encoding), "\xFF\xFE"_ba + 'a');
+    EXPECT_EQ(encoding, Western);
+    const QString text = u"\u00FF\u00FEab"_s;
+    EXPECT_EQ(DecodeText(EncodeText(text, encoding)).text, text);
+    EXPECT_EQ(encoding, Utf8);
+}
+
 TEST(TextEncodings, WesternHasAll256Bytes)
 {
     const QByteArray bytes = AllBytes();
@@ -229,14 +275,19 @@ TEST(TextEncodings, AnyBytesComeBackAndAnyTextComesBack)
         QByteArray bytes;
         for (int i = random.bounded(12); i > 0; --i)
             bytes += round % 2 ? alphabet[random.bounded(int(alphabet.size()))] : char(random.bounded(256));
+        if (round % 3 == 0)
+            bytes.prepend(round % 2 ? "\xFF\xFE" : "\xFE\xFF");
         DecodedText decoded = DecodeText(bytes);
         EXPECT_EQ(EncodeText(decoded.text, decoded.encoding), bytes);
 
         QString text;
-        const char16_t units[] = {u'a', u'\n', 0, 0xE9, 0xC3, 0xA9, 0x20AC, 0x0416, 0xFEFF, 0x9D, 0xFFFF};
+        const char16_t units[] = {u'a',   u'\n',  0,    0xE9,   0xC3, 0xA9, 0x20AC,
+                                  0x0416, 0xFEFF, 0x9D, 0xFFFF, 0xFF, 0xFE};
         for (int i = random.bounded(8); i > 0; --i)
             text += QChar(units[random.bounded(int(std::size(units)))]);
-        for (TextEncoding encoding : {Utf8, Utf8WithMark, Western}) {
+        for (TextEncoding encoding :
+             {Utf8, Utf8WithMark, Western, TextEncoding{TextEncoding::Form::Utf16Little, false},
+              TextEncoding{TextEncoding::Form::Utf16Big, false}}) {
             const QByteArray written = EncodeText(text, encoding);
             const DecodedText again = DecodeText(written);
             EXPECT_EQ(again.text, text) << written.toHex().constData();

@@ -461,6 +461,75 @@ TEST_F(Lifecycle, FileMenuFollowsTheDocument)
     EXPECT_TRUE((view.enabled[Cmd::mnuFSO[FileOperation::Properties]]));
 }
 
+TEST_F(Lifecycle, Utf16IsWrittenBackAsItWas)
+{
+    for (const QByteArray &mark : {"\xFF\xFE"_ba, "\xFE\xFF"_ba}) {
+        const auto units = [&](const QByteArray &ascii) {
+            QByteArray bytes;
+            for (const char letter : ascii)
+                bytes += mark.startsWith('\xFF') ? letter + QByteArray(1, 0) : QByteArray(1, 0) + letter;
+            return bytes;
+        };
+        const QString path = context.WriteFile(u"x.orc"_s, mark + units("instr 1\n"));
+        documents.OpenFile(path);
+        EXPECT_EQ(text.text, u"instr 1\n"_s);
+        Type(u";"_s);
+        documents.Save();
+        EXPECT_EQ(FileBytes(path), mark + units(";instr 1\r\n"));
+    }
+}
+
+TEST_F(Lifecycle, TheFirstSaveOfWhatMayBeNoTextAsks)
+{
+    const QByteArray bytes("a\0\nb", 4);
+    const QString path = context.WriteFile(u"x.wav"_s, bytes);
+    const MessageBoxRequest question{.text = path +
+                                             u" holds NUL bytes: it may be no text. Saving it rewrites its "
+                                             "line ends. Save it?"_s,
+                                     .icon = BoxIcon::Warning,
+                                     .buttons = BoxButtons::YesNo,
+                                     .defaultAnswer = BoxAnswer::No};
+    documents.OpenFile(path);
+    EXPECT_EQ(text.text, QString::fromLatin1(bytes));
+    Type(u"x"_s);
+    desktop.ExpectMessage(question, BoxAnswer::No);
+    documents.Save();
+    EXPECT_EQ(FileBytes(path), bytes);
+    EXPECT_TRUE(document.Modified);
+    // No answer to "Save changes?" loses the text either.
+    desktop.ExpectMessage(SaveChanges(path), BoxAnswer::Yes);
+    desktop.ExpectMessage(question, BoxAnswer::No);
+    EXPECT_FALSE(documents.QuerySave());
+
+    desktop.ExpectMessage(question, BoxAnswer::Yes);
+    documents.Save();
+    EXPECT_EQ(FileBytes(path), QByteArray("xa\0\r\nb", 6));
+    EXPECT_FALSE(document.Modified);
+    Type(u"y"_s);
+    documents.Save(); // once was enough
+    // Another document is another question.
+    documents.OpenFile(context.WriteFile(u"other.wav"_s, bytes));
+    documents.NewFile(FileKind::Other, context.folder.filePath(u"new.txt"_s));
+    documents.Save();
+    desktop.CheckAllCame();
+}
+
+TEST_F(Lifecycle, AnUnnamedTextMayKnowItsName)
+{
+    documents.NewFile(FileKind::Other, {});
+    const QString known = context.folder.filePath(u"piece.orc"_s);
+    document.OfferedName = known;
+    desktop.ExpectSaveDialog({.filters = {{QString(), u"*.orc"_s}, {u"All files"_s, u"*.*"_s}},
+                              .folder = known,
+                              .fileName = u"piece.orc"_s,
+                              .defaultExtension = u"orc"_s},
+                             {});
+    EXPECT_EQ(documents.SaveBox(), QString());
+    documents.NewFile(FileKind::Other, {});
+    desktop.ExpectSaveDialog(SaveUntitled, {});
+    EXPECT_EQ(documents.SaveBox(), QString());
+}
+
 struct ExportCase {
     ExportFormat format;
     QString title;

@@ -423,6 +423,14 @@ TEST_F(OpenFile, EncodingsRoundTrip)
         documents.OpenFile(path);
         EXPECT_EQ(text.text, one.text);
         EXPECT_EQ(document.Encoding, one.encoding);
+        if (one.bytes.contains('\0'))
+            desktop.ExpectMessage({.text = path +
+                                           u" holds NUL bytes: it may be no text. Saving it rewrites its "
+                                           "line ends. Save it?"_s,
+                                   .icon = BoxIcon::Warning,
+                                   .buttons = BoxButtons::YesNo,
+                                   .defaultAnswer = BoxAnswer::No},
+                                  BoxAnswer::Yes);
         documents.Save();
         EXPECT_EQ(FileBytes(path), one.bytes);
         EXPECT_EQ(document.Encoding, one.encoding);
