@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "run/toolpaths.h"
 
+#include "platform/executables.h"
+#include "platform/parameters.h"
 #include "shell/settings.h"
 #include "shell/toolkeys.h"
 
@@ -14,6 +16,13 @@ ToolPaths ReadToolPaths(const SettingsStore &settings)
             .Help = settings.Text(Keys::Help),
             .Editor = settings.Text(Keys::Editor),
             .Player = settings.Text(Keys::Player)};
+}
+
+QString ProgramPath(const QString &tool)
+{
+    const QString plain = UnquoteFile(tool);
+    const QString found = plain.isEmpty() ? QString() : FindExecutable(plain);
+    return found.isEmpty() ? plain : found;
 }
 
 } // namespace zelvane

@@ -43,7 +43,22 @@ private Q_SLOTS:
     void BandsJoinAndPartRows();
     void PanelHeaderSharesOutTheHeight();
     void BandAloneLeavesTheOtherItsShare();
+    void TabGoesThroughTheBandsInTheirOrder();
 };
+
+void BandsTest::TabGoesThroughTheBandsInTheirOrder()
+{
+    EditorWindow editor;
+    const QWidget *window = &editor.Open();
+    editor.Find<QComboBox>(u"cmbOpcodes"_s).setFocus(); // while the text has the focus nothing is a stop
+    QStringList stops;
+    const QWidget *start = &editor.Text();
+    for (const QWidget *one = start->nextInFocusChain(); one != start; one = one->nextInFocusChain()) {
+        if (one->window() == window && one->focusPolicy() & Qt::TabFocus && !one->focusProxy())
+            stops.append(one->objectName());
+    }
+    QCOMPARE(stops, (QStringList{u"cmbOpcodes"_s, u"SliderTime"_s, u"tvwBrowse"_s, u"tvwRelated"_s}));
+}
 
 void BandsTest::BandsHideAndTheTextGoesUp()
 {

@@ -8,6 +8,7 @@
 #include "support/editorwindow.h"
 #include "support/modaldriver.h"
 #include "support/uitest.h"
+#include "window/ui/rooms.h"
 
 #include <QComboBox>
 #include <QContextMenuEvent>
@@ -259,7 +260,7 @@ void PresetBarTest::MenuRowsFollowTheStore()
     editor.settings.DeleteSetting(u"Presets"_s, u"a"_s);
     editor.settings.DeleteSetting(u"Presets"_s, u"c"_s);
     editor.Add(u"d"_s, {{u"Command"_s, u"/bin/d"_s}});
-    window.RebuildPresets();
+    window.Rooms().run.RebuildPresets();
     QCOMPARE(editor.MenuRows(),
              QStringList({u"&b\tCtrl+1"_s, u"&d\tCtrl+2"_s, u"-"_s, u"Add/Remove &Presets..."_s}));
     QCOMPARE(editor.Labels(), u"b d"_s);
@@ -267,7 +268,7 @@ void PresetBarTest::MenuRowsFollowTheStore()
     editor.ExpectRun(u"/bin/d"_s);
     QTest::keyClick(&editor.Text(), Qt::Key_2, Qt::ControlModifier);
     editor.Add(u"e"_s, {{u"Command"_s, u"/bin/e"_s}});
-    window.RebuildPresets();
+    window.Rooms().run.RebuildPresets();
     editor.ExpectRun(u"/bin/e"_s);
     editor.Row(u"mnuPreset_2"_s).trigger();
 }
@@ -289,7 +290,7 @@ void PresetBarTest::LastPresetLeavesTheRows()
     editor.Add(u"only"_s);
     frmEditor &window = editor.Open();
     editor.settings.DeleteSetting(u"Presets"_s);
-    window.RebuildPresets();
+    window.Rooms().run.RebuildPresets();
     QVERIFY(editor.Bar().actions().isEmpty());
     QCOMPARE(editor.MenuRows()[0], u"&only\tCtrl+1"_s);
 }
@@ -438,7 +439,7 @@ void PresetBarTest::BandFitsTheButtons()
     // A hidden band keeps the width that it was given.
     editor.Row(u"mnuShowToolbar_3"_s).trigger();
     bands.SetBandWidth(3, 55);
-    window.RebuildPresets();
+    window.Rooms().run.RebuildPresets();
     QCOMPARE(bands.BandWidth(3), 55);
 }
 
@@ -454,7 +455,7 @@ void PresetBarTest::FlatButtonsReachNewButtons()
     QVERIFY(!flat(u"a"_s));
     QVERIFY(!editor.Find<QToolButton>(u"Toolbar1_new"_s).autoRaise());
     editor.Add(u"b"_s);
-    window.RebuildPresets();
+    window.Rooms().run.RebuildPresets();
     QVERIFY(!flat(u"b"_s));
 }
 

@@ -17,6 +17,9 @@ constexpr int RowGap = 1;     ///< the line between two rows
 constexpr int BandMargin = 2; ///< above and below a control
 constexpr int CaptionGap = 5; ///< on both sides of a caption
 
+/// The names of the bands, which are their captions, in the order of WindowBand.
+constexpr const char16_t *BandKeys[] = {u"toolbar", u"opcodes", u"player", u"presets"};
+
 } // namespace
 
 BandBar::BandBar(QWidget *parent) : QWidget(parent)
@@ -25,18 +28,16 @@ BandBar::BandBar(QWidget *parent) : QWidget(parent)
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
     setMouseTracking(true);
+    for (const char16_t *key : BandKeys)
+        m_bands.emplace_back().key = QString::fromUtf16(key);
 }
 
-int BandBar::AddBand(const QString &key, QWidget *control)
+void BandBar::AddBand(WindowBand band, QWidget *control)
 {
     control->setParent(this);
     control->show();
-    Band band;
-    band.key = key;
-    band.control = control;
-    m_bands.push_back(band);
+    m_bands[size_t(band)].control = control;
     Changed();
-    return BandCount() - 1;
 }
 
 int BandBar::BandWidth(int band) const
@@ -54,7 +55,7 @@ void BandBar::SetBandWidth(int band, int width)
 int BandBar::NaturalBandWidth(int band) const
 {
     const Band &one = m_bands[size_t(band)];
-    return HeaderWidth(one) + one.control->sizeHint().width() + BandMargin;
+    return one.control ? HeaderWidth(one) + one.control->sizeHint().width() + BandMargin : 0;
 }
 
 void BandBar::SetStartsRow(int band, bool startsRow)
@@ -65,14 +66,17 @@ void BandBar::SetStartsRow(int band, bool startsRow)
 
 void BandBar::SetBandVisible(int band, bool visible)
 {
-    m_bands[size_t(band)].visible = visible;
-    m_bands[size_t(band)].control->setVisible(visible);
+    Band &one = m_bands[size_t(band)];
+    one.visible = visible;
+    if (one.control)
+        one.control->setVisible(visible);
     Changed();
+    Q_EMIT BandShown(band, visible);
 }
 
 bool BandBar::IsAnyBandVisible() const
 {
-    return std::any_of(m_bands.begin(), m_bands.end(), [](const Band &band) { return band.visible; });
+    return std::any_of(m_bands.begin(), m_bands.end(), [](const Band &band) { return band.IsShown(); });
 }
 
 void BandBar::ShowCaptions(bool shown)
@@ -117,7 +121,7 @@ std::vector<BandBar::Row> BandBar::Rows(int width) const
     int least = 0;
     for (int i = 0; i < BandCount(); ++i) {
         const Band &band = m_bands[size_t(i)];
-        if (!band.visible)
+        if (!band.IsShown())
             continue;
         const int minimum = MinimumBandWidth(band);
         if (rows.empty() || band.startsRow || least + minimum > width) {

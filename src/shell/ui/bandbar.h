@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "shell/command.h"
+
 #include <QString>
 #include <QWidget>
 #include <vector>
@@ -11,7 +13,7 @@ namespace zelvane
 /// A bar of bands, each a grip, an optional caption and a control. Bands stand in rows; the last band of a
 /// row takes what is left of its width. Grips are dragged sideways to share out a row, up and down to join
 /// bands or part them. The order of the bands is fixed, so that their widths and row breaks say all. Bands
-/// count from 0; pixels.
+/// count from 0, in the order of WindowBand; a band without a control yet takes no place. Pixels.
 class BandBar : public QWidget
 {
     Q_OBJECT
@@ -19,8 +21,10 @@ class BandBar : public QWidget
 public:
     explicit BandBar(QWidget *parent = nullptr);
 
-    /// @param key the band's name, which is also its caption
-    int AddBand(const QString &key, QWidget *control);
+    /// Puts the control of a band into its place.
+    void AddBand(WindowBand band, QWidget *control);
+    /// The control of a band; null before its room has come.
+    QWidget *Control(int band) const { return m_bands[size_t(band)].control; }
     int BandCount() const { return int(m_bands.size()); }
     const QString &BandKey(int band) const { return m_bands[size_t(band)].key; }
 
@@ -32,7 +36,7 @@ public:
     int NaturalBandWidth(int band) const;
     bool StartsRow(int band) const { return m_bands[size_t(band)].startsRow; }
     void SetStartsRow(int band, bool startsRow);
-    bool IsBandVisible(int band) const { return m_bands[size_t(band)].visible; }
+    bool IsBandVisible(int band) const { return m_bands[size_t(band)].IsShown(); }
     void SetBandVisible(int band, bool visible);
     bool IsAnyBandVisible() const;
     bool AreCaptionsShown() const { return m_captions; }
@@ -53,6 +57,8 @@ public:
 Q_SIGNALS:
     /// The bar needs another height for its width.
     void HeightChanged();
+    /// A band has been shown or hidden.
+    void BandShown(int band, bool shown);
 
 protected:
     bool event(QEvent *event) override;
@@ -71,6 +77,8 @@ private:
         bool startsRow = true;
         bool visible = true;
         QRect place;
+
+        bool IsShown() const { return visible && control; }
     };
     struct Row {
         std::vector<int> bands;

@@ -1,19 +1,23 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ui/documentcommands.h"
 
+#include "shell/command.h"
 #include "shell/documentlifecycle.h"
+#include "shell/editorcontext.h"
 #include "shell/exporttext.h"
 #include "shell/ui/commands.h"
+#include "shell/ui/menuname.h"
 
-using namespace Qt::Literals::StringLiterals;
+#include <utility>
 
 namespace zelvane
 {
 
-DocumentCommands::DocumentCommands(EditorContext &editor, DocumentLifecycle &documents, Commands &commands,
-                                   std::function<void()> closeWindow, QObject *parent)
-    : QObject(parent)
+void BindDocumentCommands(const WindowContext &context, std::function<void()> closeWindow)
 {
+    Commands &commands = context.commands;
+    DocumentLifecycle &documents = context.documents;
+    EditorContext &editor = context.editor;
     commands.Bind(Cmd::mnuNew, [&documents] { documents.New(); });
     commands.Bind(Cmd::mnuOpen, [&documents] { documents.Open(); });
     commands.Bind(Cmd::mnuSave, [&documents] { documents.Save(); });

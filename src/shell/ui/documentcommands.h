@@ -1,26 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "shell/editorcontext.h"
+#include "shell/ui/windowcontext.h"
 
 #include <functional>
-#include <QObject>
 
 namespace zelvane
 {
 
-class Commands;
-class DocumentLifecycle;
-
 /// Binds the commands of the File menu that make, open, store and export the document.
-class DocumentCommands : public QObject
-{
-    Q_OBJECT
-
-public:
-    /// @param closeWindow what Exit does
-    DocumentCommands(EditorContext &editor, DocumentLifecycle &documents, Commands &commands,
-                     std::function<void()> closeWindow, QObject *parent);
-};
+/// @param closeWindow what Exit does
+void BindDocumentCommands(const WindowContext &context, std::function<void()> closeWindow);
 
 } // namespace zelvane

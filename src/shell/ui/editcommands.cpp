@@ -1,52 +1,57 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ui/editcommands.h"
 
+#include "platform/desktop.h"
 #include "platform/ui/textcontrol.h"
+#include "shell/command.h"
+#include "shell/editorcontext.h"
 #include "shell/ui/commands.h"
-
-using namespace Qt::Literals::StringLiterals;
+#include "shell/ui/menuname.h"
 
 namespace zelvane
 {
 
-EditCommands::EditCommands(EditorContext &editor, TextControl &text, Commands &commands, QObject *parent)
-    : QObject(parent), m_editor(editor), m_text(text), m_commands(commands)
+void BindEditCommands(const WindowContext &context)
 {
-    commands.Bind(Cmd::mnuUndo, [this] { m_text.Undo(); });
-    commands.Bind(Cmd::mnuRedo, [this] { m_text.Redo(); });
-    commands.Bind(Cmd::mnuEditItem, [this](EditItem entry) {
+    Commands &commands = context.commands;
+    EditorContext &editor = context.editor;
+    TextControl &text = context.text;
+    commands.Bind(Cmd::mnuUndo, [&text] { text.Undo(); });
+    commands.Bind(Cmd::mnuRedo, [&text] { text.Redo(); });
+    commands.Bind(Cmd::mnuEditItem, [&text](EditItem entry) {
         if (entry == EditItem::Cut)
-            m_text.Cut();
+            text.Cut();
         else if (entry == EditItem::Copy)
-            m_text.Copy();
+            text.Copy();
         else
-            m_text.Paste();
+            text.Paste();
     });
-    commands.Bind(Cmd::mnuDelete, [this] { m_text.DeleteSelection(); });
-    commands.Bind(Cmd::mnuSelectAll, [this] { m_text.SetSelection(0, -1); });
-    commands.Bind(Cmd::mnuFontSize, [this](FontSizeChange change) {
-        const bool modified = m_editor.document.Modified;
-        m_text.ChangeFontSize(change == FontSizeChange::Increase ? 1 : -1);
-        m_editor.document.Modified = modified;
+    commands.Bind(Cmd::mnuDelete, [&text] { text.DeleteSelection(); });
+    commands.Bind(Cmd::mnuSelectAll, [&text] { text.SetSelection(0, -1); });
+    commands.Bind(Cmd::mnuFontSize, [&text, &editor](FontSizeChange change) {
+        const bool modified = editor.document.Modified;
+        text.ChangeFontSize(change == FontSizeChange::Increase ? 1 : -1);
+        editor.document.Modified = modified;
     });
-    commands.Bind(Cmd::mnuWordWrap, [this] {
-        const bool wrap = !m_commands.IsChecked(Cmd::mnuWordWrap);
-        m_commands.SetChecked(Cmd::mnuWordWrap, wrap);
-        m_text.SetWordWrap(wrap);
+    commands.Bind(Cmd::mnuWordWrap, [&text, &commands] {
+        const bool wrap = !commands.IsChecked(Cmd::mnuWordWrap);
+        commands.SetChecked(Cmd::mnuWordWrap, wrap);
+        text.SetWordWrap(wrap);
     });
-    commands.OnMenuOpening(Menu::mnuEdit, [this] { EnableRows(); });
+    commands.OnMenuOpening(Menu::mnuEdit,
+                           [&text, &editor, &commands] { EnableEditRows(text, editor.desktop, commands); });
 }
 
-void EditCommands::EnableRows()
+void EnableEditRows(const TextControl &text, const Desktop &desktop, Commands &commands)
 {
-    const bool selected = !m_text.Selection().IsEmpty();
-    m_commands.SetEnabled(Cmd::mnuUndo, m_text.CanUndo());
-    m_commands.SetEnabled(Cmd::mnuRedo, m_text.CanRedo());
-    m_commands.SetEnabled(Cmd::mnuEditItem[EditItem::Cut], selected);
-    m_commands.SetEnabled(Cmd::mnuEditItem[EditItem::Copy], selected);
-    m_commands.SetEnabled(Cmd::mnuEditItem[EditItem::Paste], m_editor.desktop.ClipboardHasText());
-    m_commands.SetEnabled(Cmd::mnuDelete, selected);
-    m_commands.SetEnabled(Cmd::mnuUncomment, selected);
+    const bool selected = !text.Selection().IsEmpty();
+    commands.SetEnabled(Cmd::mnuUndo, text.CanUndo());
+    commands.SetEnabled(Cmd::mnuRedo, text.CanRedo());
+    commands.SetEnabled(Cmd::mnuEditItem[EditItem::Cut], selected);
+    commands.SetEnabled(Cmd::mnuEditItem[EditItem::Copy], selected);
+    commands.SetEnabled(Cmd::mnuEditItem[EditItem::Paste], desktop.ClipboardHasText());
+    commands.SetEnabled(Cmd::mnuDelete, selected);
+    commands.SetEnabled(Cmd::mnuUncomment, selected);
 }
 
 } // namespace zelvane

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ui/foldercommands.h"
 
+#include "shell/command.h"
+#include "shell/editorcontext.h"
 #include "shell/ui/commands.h"
-
-using namespace Qt::Literals::StringLiterals;
+#include "shell/ui/menuname.h"
 
 namespace zelvane
 {
@@ -17,10 +18,10 @@ constexpr KnownFolder Folders[] = {KnownFolder::SoundFiles, KnownFolder::Samples
 
 } // namespace
 
-FolderCommands::FolderCommands(EditorContext &editor, Commands &commands,
-                               std::function<ProgramFolders()> folders, QObject *parent)
-    : QObject(parent)
+void BindFolderCommands(const WindowContext &context, const std::function<ProgramFolders()> &folders)
 {
+    Commands &commands = context.commands;
+    EditorContext &editor = context.editor;
     commands.Bind(Cmd::mnuDIR, [&editor, folders](KnownFolder folder) {
         OpenFolder(FolderTarget(folder, editor, folders()), editor.desktop);
     });

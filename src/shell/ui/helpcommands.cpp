@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ui/helpcommands.h"
 
+#include "platform/programfolder.h"
+#include "shell/command.h"
+#include "shell/editorcontext.h"
 #include "shell/errorreport.h"
 #include "shell/helplinks.h"
 #include "shell/ui/commands.h"
@@ -8,18 +11,16 @@
 #include <QCoreApplication>
 #include <QFileInfo>
 
-using namespace Qt::Literals::StringLiterals;
-
 namespace zelvane
 {
 
-HelpCommands::HelpCommands(EditorContext &editor, Commands &commands, const QString &programFolder,
-                           QObject *parent)
-    : QObject(parent)
+void BindHelpCommands(const WindowContext &context)
 {
-    commands.Bind(Cmd::mnuAppHelp, [&editor, programFolder] {
+    Commands &commands = context.commands;
+    EditorContext &editor = context.editor;
+    commands.Bind(Cmd::mnuAppHelp, [&editor] {
         const QString executable = QFileInfo(QCoreApplication::applicationFilePath()).completeBaseName();
-        OpenAppHelp(editor.desktop, programFolder, executable);
+        OpenAppHelp(editor.desktop, ProgramFolder(), executable);
     });
     commands.Bind(Cmd::mnuWebPage,
                   [&editor] { OpenWebAddress(editor.desktop, QString::fromUtf16(WebAddress)); });

@@ -1,22 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "shell/editorcontext.h"
-
-#include <QObject>
+#include "shell/ui/windowcontext.h"
 
 namespace zelvane
 {
 
-class Commands;
-
 /// Binds the commands of the Help menu that open pages.
-class HelpCommands : public QObject
-{
-    Q_OBJECT
-
-public:
-    HelpCommands(EditorContext &editor, Commands &commands, const QString &programFolder, QObject *parent);
-};
+void BindHelpCommands(const WindowContext &context);
 
 } // namespace zelvane

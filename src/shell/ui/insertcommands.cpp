@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ui/insertcommands.h"
 
+#include "shell/command.h"
+#include "shell/editorcontext.h"
 #include "shell/editorkeys.h"
 #include "shell/helplinks.h"
 #include "shell/ui/commands.h"
+#include "shell/ui/menuname.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -23,8 +26,10 @@ QString LineCaption(const QString &style)
 
 } // namespace
 
-InsertCommands::InsertCommands(EditorContext &editor, Commands &commands, QObject *parent) : QObject(parent)
+void BindInsertCommands(const WindowContext &context)
 {
+    Commands &commands = context.commands;
+    EditorContext &editor = context.editor;
     commands.Bind(Cmd::mnuDate,
                   [&editor] { editor.text.ReplaceSelection(DateAndTime(editor.desktop.Now())); });
     commands.OnMenuOpening(Menu::mnuInsert, [&editor, &commands] {

@@ -1,22 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "shell/editorcontext.h"
-
-#include <QObject>
+#include "shell/ui/windowcontext.h"
 
 namespace zelvane
 {
 
-class Commands;
-
 /// Binds date and time of the Insert menu, and gives the rows of the line separators their captions.
-class InsertCommands : public QObject
-{
-    Q_OBJECT
-
-public:
-    InsertCommands(EditorContext &editor, Commands &commands, QObject *parent);
-};
+void BindInsertCommands(const WindowContext &context);
 
 } // namespace zelvane

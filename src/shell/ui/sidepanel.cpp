@@ -16,23 +16,23 @@ namespace
 
 constexpr int LeastControlHeight = 24;
 
+/// The captions of the bands, in the order of PanelBand.
+constexpr const char16_t *Captions[] = {u"Code Outline", u"Related Files"};
+
 } // namespace
 
 SidePanel::SidePanel(QWidget *parent) : QWidget(parent)
 {
     setMouseTracking(true);
+    for (const char16_t *caption : Captions)
+        m_bands.emplace_back().caption = QString::fromUtf16(caption);
 }
 
-int SidePanel::AddBand(const QString &key, const QString &caption, QWidget *control)
+void SidePanel::AddBand(PanelBand band, QWidget *control)
 {
     control->setParent(this);
     control->hide();
-    control->setProperty("bandKey", key);
-    Band band;
-    band.caption = caption;
-    band.control = control;
-    m_bands.push_back(band);
-    return BandCount() - 1;
+    m_bands[size_t(band)].control = control;
 }
 
 int SidePanel::BandHeight(int band) const
@@ -56,6 +56,7 @@ void SidePanel::SetBandVisible(int band, bool visible)
     m_bands[size_t(band)].visible = visible;
     m_bands[size_t(band)].control->setVisible(visible);
     Arrange();
+    Q_EMIT BandShown(band, visible);
 }
 
 bool SidePanel::IsAnyBandVisible() const

@@ -8,9 +8,12 @@
 namespace zelvane
 {
 
+/// The bands of the side panel, from above.
+enum class PanelBand { Browse, Related };
+
 /// The panel left of the text: bands one above the other, each a header and a control. The header of a band
 /// below another is dragged to share out the height; the last visible band takes what is left. Bands count
-/// from 0; pixels.
+/// from 0, in the order of PanelBand; pixels.
 class SidePanel : public QWidget
 {
     Q_OBJECT
@@ -18,8 +21,10 @@ class SidePanel : public QWidget
 public:
     explicit SidePanel(QWidget *parent = nullptr);
 
-    /// Bands are hidden until they are shown. @param key the band's name for the program
-    int AddBand(const QString &key, const QString &caption, QWidget *control);
+    /// Puts the control of a band into its place. Bands are hidden until they are shown.
+    void AddBand(PanelBand band, QWidget *control);
+    /// The control of a band; null before its room has come.
+    QWidget *Control(int band) const { return m_bands[size_t(band)].control; }
     int BandCount() const { return int(m_bands.size()); }
 
     /// The height that the user or the program gave the band, the one it has before that. The last band is
@@ -38,6 +43,10 @@ public:
     QRect HeaderOf(int band) const;
 
     QSize sizeHint() const override;
+
+Q_SIGNALS:
+    /// A band has been shown or hidden.
+    void BandShown(int band, bool shown);
 
 protected:
     bool event(QEvent *event) override;

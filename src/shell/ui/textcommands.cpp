@@ -2,7 +2,10 @@
 #include "shell/ui/textcommands.h"
 
 #include "platform/ui/textcontrol.h"
+#include "shell/command.h"
 #include "shell/documentlifecycle.h"
+#include "shell/documentview.h"
+#include "shell/editorcontext.h"
 #include "shell/findtext.h"
 #include "shell/textops.h"
 #include "shell/ui/commands.h"
@@ -11,51 +14,42 @@
 #include <QEvent>
 #include <QWidget>
 
-using namespace Qt::Literals::StringLiterals;
-
 namespace zelvane
 {
 
-TextCommands::TextCommands(EditorContext &editor, TextControl &text, DocumentLifecycle &documents,
-                           DocumentView &view, Commands &commands, QWidget *window)
-    : QObject(window),
-      m_editor(editor),
-      m_text(text),
-      m_documents(documents),
-      m_view(view),
-      m_commands(commands),
-      m_window(window)
+TextCommands::TextCommands(const WindowContext &context) : QObject(context.window), m_context(context)
 {
-    commands.Bind(Cmd::mnuComment, [this] { CommentSelection(m_editor); });
-    commands.Bind(Cmd::mnuUncomment, [this] { UncommentSelection(m_editor); });
+    Commands &commands = context.commands;
+    commands.Bind(Cmd::mnuComment, [this] { CommentSelection(m_context.editor); });
+    commands.Bind(Cmd::mnuUncomment, [this] { UncommentSelection(m_context.editor); });
     commands.Bind(Cmd::mnuRemoveComments, [this] { RemoveCommentsQuietly(); });
     commands.Bind(Cmd::mnuIndent, [this](IndentChange change) {
-        IndentSelection(m_editor, change == IndentChange::Decrease);
+        IndentSelection(m_context.editor, change == IndentChange::Decrease);
     });
-    commands.Bind(Cmd::mnuCase, [this](CaseChange change) { ChangeCase(m_editor, change); });
-    commands.Bind(Cmd::mnuGoTo, [this] { GoToLine(m_editor); });
+    commands.Bind(Cmd::mnuCase, [this](CaseChange change) { ChangeCase(m_context.editor, change); });
+    commands.Bind(Cmd::mnuGoTo, [this] { GoToLine(m_context.editor); });
     commands.Bind(Cmd::mnuFind, [this] { ShowFind(false); });
     commands.Bind(Cmd::mnuReplace, [this] { ShowFind(true); });
-    commands.Bind(Cmd::mnuFindAgain, [this] { FindAgain(m_editor); });
-    window->installEventFilter(this);
+    commands.Bind(Cmd::mnuFindAgain, [this] { FindAgain(m_context.editor); });
+    context.window->installEventFilter(this);
 }
 
 bool TextCommands::eventFilter(QObject *watched, QEvent *event)
 {
     // The window has been closed, and is not only minimized: the dialog closes in its own way, saving its
     // place.
-    if (watched == m_window && event->type() == QEvent::Hide && !event->spontaneous() && m_find)
+    if (watched == m_context.window && event->type() == QEvent::Hide && !event->spontaneous() && m_find)
         m_find->close();
     return QObject::eventFilter(watched, event);
 }
 
 void TextCommands::RemoveCommentsQuietly()
 {
-    const bool removed = RemoveComments(m_editor);
+    const bool removed = RemoveComments(m_context.editor);
     // The events that were passed over meanwhile: the text has to count as changed all the same.
     if (removed)
-        m_documents.TextChanged();
-    m_view.SelectionChanged();
+        m_context.documents.TextChanged();
+    m_context.view.SelectionChanged();
 }
 
 void TextCommands::ShowFind(bool replace)
@@ -63,7 +57,7 @@ void TextCommands::ShowFind(bool replace)
     if (m_find)
         m_find->SetFindMode(replace);
     else
-        m_find = new frmFind(m_editor, m_text, m_commands, replace, m_window);
+        m_find = new frmFind(m_context.editor, m_context.text, m_context.commands, replace, m_context.window);
     m_find->show();
     m_find->raise();
     m_find->activateWindow();

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "shell/editorcontext.h"
+#include "shell/ui/windowcontext.h"
 
 #include <QObject>
 #include <QPointer>
@@ -9,11 +9,7 @@
 namespace zelvane
 {
 
-class Commands;
-class DocumentLifecycle;
-class DocumentView;
 class frmFind;
-class TextControl;
 
 /// Binds the commands of the Edit and Search menus that transform and search the text. Each is one step of
 /// undo.
@@ -22,9 +18,7 @@ class TextCommands : public QObject
     Q_OBJECT
 
 public:
-    /// @param window the parent of the find dialog
-    TextCommands(EditorContext &editor, TextControl &text, DocumentLifecycle &documents, DocumentView &view,
-                 Commands &commands, QWidget *window);
+    explicit TextCommands(const WindowContext &context);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -32,12 +26,7 @@ private:
     void RemoveCommentsQuietly();
     void ShowFind(bool replace);
 
-    EditorContext &m_editor;
-    TextControl &m_text;
-    DocumentLifecycle &m_documents;
-    DocumentView &m_view;
-    Commands &m_commands;
-    QWidget *m_window;
+    WindowContext m_context;
     QPointer<frmFind> m_find;
 };
 

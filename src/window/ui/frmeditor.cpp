@@ -1,40 +1,26 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "window/ui/frmeditor.h"
 
-#include "language/ui/languagecommands.h"
-#include "language/ui/opcodecombo.h"
-#include "platform/executables.h"
-#include "platform/parameters.h"
-#include "platform/programfolder.h"
-#include "platform/ui/digitkey.h"
 #include "platform/ui/raisewindow.h"
 #include "platform/ui/textcontrol.h"
-#include "player/ui/playerpanel.h"
-#include "run/presetbuttons.h"
-#include "run/ui/frmpresets.h"
-#include "run/ui/presetbar.h"
-#include "run/ui/runcommands.h"
 #include "shell/editorkeys.h"
 #include "shell/errorreport.h"
 #include "shell/layoutkeys.h"
-#include "shell/statustexts.h"
 #include "shell/ui/bandbar.h"
 #include "shell/ui/commandkeys.h"
 #include "shell/ui/commands.h"
 #include "shell/ui/documentcommands.h"
 #include "shell/ui/editcommands.h"
-#include "shell/ui/foldercommands.h"
-#include "shell/ui/frmnew.h"
 #include "shell/ui/helpcommands.h"
-#include "shell/ui/hottracking.h"
 #include "shell/ui/icons.h"
 #include "shell/ui/insertcommands.h"
 #include "shell/ui/menutable.h"
-#include "shell/ui/sidepanel.h"
 #include "shell/ui/statusbar.h"
 #include "shell/ui/textcommands.h"
 #include "shell/ui/toolbutton.h"
-#include "texttools/ui/texttoolscommands.h"
+#include "window/ui/documentdisplay.h"
+#include "window/ui/rooms.h"
+#include "window/ui/tabstops.h"
 #include "window/ui/viewcommands.h"
 #include "window/ui/windowlayout.h"
 #include "window/ui/workspace.h"
@@ -50,7 +36,6 @@
 #include <QThread>
 #include <QToolBar>
 #include <QToolButton>
-#include <QTreeWidget>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -62,29 +47,6 @@ namespace
 
 constexpr QSize DesignSize(960, 680);
 constexpr QSize IconSize(16, 16);
-constexpr int OpcodeComboCharacters = 48; ///< as wide as the combo grows
-constexpr quint32 SystemWindow = 0x80000005;
-constexpr quint32 SystemWindowText = 0x80000008;
-
-/// The full path of a tool as it was set: a bare name means the program in PATH.
-QString ProgramPath(const QString &tool)
-{
-    const QString plain = UnquoteFile(tool);
-    const QString found = plain.isEmpty() ? QString() : FindExecutable(plain);
-    return found.isEmpty() ? plain : found;
-}
-
-QTreeWidget *NewTree(const QString &name, const QString &accessibleName)
-{
-    auto *tree = new QTreeWidget;
-    tree->setObjectName(name);
-    tree->setAccessibleName(accessibleName);
-    tree->setHeaderHidden(true);
-    tree->setFrameShape(QFrame::NoFrame);
-    tree->setIconSize(IconSize);
-    tree->setContextMenuPolicy(Qt::CustomContextMenu);
-    return tree;
-}
 
 } // namespace
 
@@ -94,27 +56,21 @@ frmEditor::frmEditor(SettingsStore &settings, Desktop &desktop, const CommandLin
       m_commandLine(commandLine),
       TxtEdit(new TextControl(desktop)),
       picStatus(new StatusBar),
-      m_documents(m_document, *TxtEdit, settings, desktop, *picStatus, *this, m_steps),
-      m_context{m_document, *TxtEdit, settings, desktop, *picStatus, *this, m_documents},
-      m_workspace(new Workspace(TxtEdit, picStatus, this)),
       m_commands(new Commands(desktop, this)),
       m_menus(std::make_unique<Menus>(menuBar(), this, *m_commands)),
+      m_display(std::make_unique<DocumentDisplay>(*this, *TxtEdit, *picStatus, settings, desktop, *m_commands,
+                                                  *m_menus)),
+      m_documents(m_document, *TxtEdit, settings, desktop, *picStatus, *m_display, m_steps),
+      m_context{m_document, *TxtEdit, settings, desktop, *picStatus, *this, m_documents},
+      m_workspace(new Workspace(TxtEdit, picStatus, this)),
       Toolbar1(new QToolBar),
-      tvwBrowse(NewTree(u"tvwBrowse"_s, u"Code Outline"_s)),
-      tvwRelated(NewTree(u"tvwRelated"_s, u"Related Files"_s)),
-      m_browseTracking(new HotTracking(tvwBrowse)),
-      m_relatedTracking(new HotTracking(tvwRelated)),
-      cmbOpcodes(new OpcodeCombo(m_context, ProgramFolder(), [this] { FocusText(); })),
-      m_presets(new PresetBar({m_context, m_tools, *this}, *m_commands, *m_menus->Menu(Menu::mnuPresets),
-                              *m_menus->Menu(Menu::mnuPresetPopup))),
-      m_language(new LanguageCommands(m_context, *this, *m_commands, ProgramFolder(), this)),
-      m_edit(new EditCommands(m_context, *TxtEdit, *m_commands, this)),
-      m_layout(std::make_unique<WindowLayout>(*this, *m_workspace, *m_commands, settings,
-                                              WindowLayout::Hooks{[this](bool flat) { SetFlatButtons(flat); },
-                                                                  [this](bool hot) {
-                                                                      m_browseTracking->SetEnabled(hot);
-                                                                      m_relatedTracking->SetEnabled(hot);
-                                                                  }})),
+      m_window{m_context,   *TxtEdit, m_documents, *m_display,           m_steps,
+               *m_commands, *m_menus, this,        m_workspace->Bands(), m_workspace->Panel()},
+      m_rooms(new RoomList{m_window}),
+      m_layout(std::make_unique<WindowLayout>(
+          *this, *m_workspace, *m_commands, settings,
+          WindowLayout::Hooks{[this](bool flat) { SetFlatButtons(flat); },
+                              [this](bool hot) { m_rooms->language.SetHotTracking(hot); }})),
       m_mailbox(m_context)
 {
     setObjectName(u"frmEditor"_s);
@@ -123,32 +79,17 @@ frmEditor::frmEditor(SettingsStore &settings, Desktop &desktop, const CommandLin
     TxtEdit->setObjectName(u"TxtEdit"_s);
     TxtEdit->setAccessibleName(u"Text"_s);
 
-    m_steps.colour.Take(*this);
-    m_steps.outline.Take(*this);
-    m_steps.relatedFiles.Take(*this);
     BuildToolbar();
     BuildBands();
-    new DocumentCommands(
-        m_context, m_documents, *m_commands, [this] { close(); }, this);
-    new TextCommands(m_context, *TxtEdit, m_documents, *this, *m_commands, this);
-    new TextToolsCommands(m_context, *TxtEdit, *m_commands, this);
-    new RunCommands({m_context, m_tools, *this}, *m_commands, this);
-    new InsertCommands(m_context, *m_commands, this);
-    new HelpCommands(m_context, *m_commands, ProgramFolder(), this);
-    new FolderCommands(
-        m_context, *m_commands,
-        [this] {
-            return ProgramFolders{ProgramFolder(), ProgramPath(m_tools.Csound), ProgramPath(m_tools.Csound2)};
-        },
-        this);
-    new ViewCommands(*m_workspace, m_steps, *m_commands,
-                     {.loadOpcodes = [this] { LoadOpcodeCombo(); },
-                      .showToolbarLabels = [this](bool shown) { ShowToolLabels(*Toolbar1, shown); },
-                      .showPresetLabels = [this](bool shown) { m_presets->ShowLabels(shown); },
-                      .clearOutline = [this] { tvwBrowse->clear(); },
-                      .clearRelatedFiles = [this] { tvwRelated->clear(); }},
-                     this);
+    BindDocumentCommands(m_window, [this] { close(); });
+    BindEditCommands(m_window);
+    new TextCommands(m_window);
+    BindInsertCommands(m_window);
+    BindHelpCommands(m_window);
+    BindViewCommands(m_window, *m_workspace, *Toolbar1);
+    m_workspace->OrderTabs();
     ConnectText();
+    new TabStops(this, TxtEdit);
 
     m_commands->Guard([this] {
         m_layout->RestoreGeometry(DesignSize);
@@ -161,8 +102,6 @@ frmEditor::frmEditor(SettingsStore &settings, Desktop &desktop, const CommandLin
 frmEditor::~frmEditor()
 {
     qApp->removeEventFilter(this);
-    for (; m_busy > 0; --m_busy)
-        QApplication::restoreOverrideCursor();
 }
 
 void frmEditor::BuildToolbar()
@@ -175,11 +114,11 @@ void frmEditor::BuildToolbar()
 
     add({u"new"_s, u"New"_s, u"New"_s, Cmd::mnuNew});
     add({u"open"_s, u"Open"_s, u"Open"_s, Cmd::mnuOpen});
-    m_saveButton = add({.key = u"save"_s,
-                        .description = u"Save"_s,
-                        .tooltip = u"Save"_s,
-                        .command = Cmd::mnuSave,
-                        .followsRow = false});
+    m_display->SetSaveButton(add({.key = u"save"_s,
+                                  .description = u"Save"_s,
+                                  .tooltip = u"Save"_s,
+                                  .command = Cmd::mnuSave,
+                                  .followsRow = false}));
     Toolbar1->addSeparator();
     add({u"cut"_s, u"Cut"_s, u"Cut"_s, Cmd::mnuEditItem[EditItem::Cut]});
     add({u"copy"_s, u"Copy"_s, u"Copy"_s, Cmd::mnuEditItem[EditItem::Copy]});
@@ -229,35 +168,20 @@ void frmEditor::BuildToolbar()
 
 void frmEditor::BuildBands()
 {
-    cmbOpcodes->setObjectName(u"cmbOpcodes"_s);
-    cmbOpcodes->setMaximumWidth(fontMetrics().averageCharWidth() * OpcodeComboCharacters);
     BandBar &bands = m_workspace->Bands();
-    bands.AddBand(u"toolbar"_s, Toolbar1);
-    bands.AddBand(u"opcodes"_s, cmbOpcodes);
-    bands.AddBand(u"player"_s, new PlayerPanel(*m_commands));
-    bands.AddBand(u"presets"_s, m_presets);
+    bands.AddBand(WindowBand::Toolbar, Toolbar1);
     ShowExtensionInTextColour(*Toolbar1);
-    ShowExtensionInTextColour(*m_presets);
-    connect(m_presets, &PresetBar::Rebuilt, this, [&bands] {
-        if (bands.IsBandVisible(int(WindowBand::Presets)))
-            bands.SetBandWidth(int(WindowBand::Presets), bands.NaturalBandWidth(int(WindowBand::Presets)));
-    });
     bands.setContextMenuPolicy(Qt::CustomContextMenu);
     connect(&bands, &QWidget::customContextMenuRequested, this, [this, &bands](const QPoint &at) {
         m_menus->Menu(Menu::mnuToolbar)->popup(bands.mapToGlobal(at));
     });
-
-    SidePanel &panel = m_workspace->Panel();
-    panel.AddBand(u"browse"_s, u"Code Outline"_s, tvwBrowse);
-    panel.AddBand(u"related"_s, u"Related Files"_s, tvwRelated);
-    connect(tvwBrowse, &QWidget::customContextMenuRequested, this, &frmEditor::BrowseMenu);
 }
 
 void frmEditor::SetFlatButtons(bool flat)
 {
     for (QToolButton *face : Toolbar1->findChildren<QToolButton *>())
         face->setAutoRaise(flat);
-    m_presets->SetFlat(flat);
+    m_rooms->run.SetFlatButtons(flat);
 }
 
 void frmEditor::ConnectText()
@@ -280,14 +204,16 @@ void frmEditor::ConnectText()
 
     connect(TxtEdit, &TextControl::textChanged, this, [this] {
         m_documents.TextChanged();
-        m_edit->EnableRows();
+        EnableEditRows(*TxtEdit, m_desktop, *m_commands);
     });
     connect(TxtEdit, &TextControl::selectionChanged, this, [this] {
         if (!m_document.Loading)
-            SelectionChanged();
+            m_display->SelectionChanged();
     });
-    connect(TxtEdit, &TextControl::clipboardFilled, this, [this] { m_edit->EnableRows(); });
-    connect(TxtEdit, &TextControl::undoBufferEmptied, this, [this] { m_edit->EnableRows(); });
+    connect(TxtEdit, &TextControl::clipboardFilled, this,
+            [this] { EnableEditRows(*TxtEdit, m_desktop, *m_commands); });
+    connect(TxtEdit, &TextControl::undoBufferEmptied, this,
+            [this] { EnableEditRows(*TxtEdit, m_desktop, *m_commands); });
     connect(TxtEdit, &TextControl::contextMenuRequested, this, [this](const QPoint &at, bool ctrl) {
         m_menus->Menu(ctrl ? Menu::mnuInsert : Menu::mnuEdit)->popup(at);
     });
@@ -303,18 +229,13 @@ void frmEditor::Init(const std::function<void()> &closeSplash)
     });
     m_commands->Guard([&] {
         SetUpText();
-        m_tools = ReadToolPaths(m_settings);
-        m_presets->PresetsButtons();
-        if (m_settings.Flag(Keys::PresetsLabels))
-            m_commands->Run(Cmd::mnuLabels[LabelPlace::Presets]);
+        m_rooms->run.LoadPresets();
         RaiseMainWindow();
-        m_language->LoadOpcodes();
-        TxtEdit->SetStyleFormats(SyntaxHighlightSettings(m_settings));
+        m_rooms->language.LoadTables();
         RigaDiComando(m_commandLine, m_documents, m_settings);
         m_documents.MRUAggiornaMenu();
         setAcceptDrops(true);
-        if (m_workspace->Bands().IsBandVisible(int(WindowBand::Opcodes)))
-            LoadOpcodeCombo();
+        m_rooms->language.LoadShownOpcodes();
         if (closeSplash)
             closeSplash();
         ShowFirstUseMessages(m_context);
@@ -331,7 +252,7 @@ void frmEditor::SetUpText()
         TxtEdit->setUpdatesEnabled(true);
         m_document.Modified = m_document.Loading = false;
     });
-    ApplyTextColours();
+    m_display->ApplyTextColours();
     TxtEdit->SetTabWidth(m_settings.Integer(Keys::TabSize));
     if (m_settings.Flag(Keys::WordWrap))
         m_commands->Run(Cmd::mnuWordWrap);
@@ -345,12 +266,6 @@ void frmEditor::SetUpText()
     TxtEdit->SetDragMode(m_settings.Flag(Keys::DragAndDrop));
 }
 
-void frmEditor::LoadOpcodeCombo()
-{
-    if (cmbOpcodes->count() == 0)
-        cmbOpcodes->LoadOpcodeCombo();
-}
-
 void frmEditor::HandOver()
 {
     if (m_unloaded)
@@ -362,119 +277,6 @@ void frmEditor::HandOver()
         RaiseMainWindow();
     else
         m_mailbox.Wake();
-}
-
-// The document's view
-
-void frmEditor::ShowCaption(const QString &caption)
-{
-    // The toolkit takes "[*]" for its own mark of a modified document, and the doubled one for the text.
-    setWindowTitle(QString(caption).replace(u"[*]"_s, u"[*][*]"_s));
-}
-
-void frmEditor::SetBusy(bool busy)
-{
-    if (busy) {
-        ++m_busy;
-        QApplication::setOverrideCursor(Qt::WaitCursor);
-    } else if (m_busy > 0) {
-        --m_busy;
-        QApplication::restoreOverrideCursor();
-    }
-}
-
-void frmEditor::HideText()
-{
-    TxtEdit->hide();
-    TxtEdit->setEnabled(false);
-}
-
-void frmEditor::ShowText()
-{
-    TxtEdit->setEnabled(true);
-    TxtEdit->show();
-    TxtEdit->repaint();
-}
-
-void frmEditor::FocusText()
-{
-    TxtEdit->setFocus();
-}
-
-void frmEditor::ApplyTextColours()
-{
-    if (m_settings.Flag(Keys::SystemColors))
-        TxtEdit->SetTextColours(SystemWindowText, SystemWindow);
-    else
-        TxtEdit->SetTextColours(m_settings.Colour(Keys::FontColor), m_settings.Colour(Keys::BackColor));
-}
-
-void frmEditor::EnableSaveButton(bool enabled)
-{
-    m_saveButton->setEnabled(enabled);
-}
-
-void frmEditor::EnableCommand(Command command, bool enabled)
-{
-    m_commands->SetEnabled(command, enabled);
-}
-
-void frmEditor::ShowRecentFiles(const QStringList &files)
-{
-    QMenu *menu = m_menus->Menu(Menu::mnuFile);
-    QAction *line = menu->findChild<QAction *>(u"mnulinea"_s, Qt::FindDirectChildrenOnly);
-    int row = 1;
-    for (; row <= int(files.size()); ++row) {
-        QAction *action = m_commands->Action(Cmd::MRUfolder[row]);
-        if (!action) {
-            action = new QAction(menu);
-            action->setObjectName(Cmd::MRUfolder[row].RowName());
-            menu->insertAction(line, action);
-            m_commands->AddAction(Cmd::MRUfolder[row], action);
-        }
-        action->setText(RecentFileCaption(row, files[row - 1]));
-    }
-    for (; QAction *action = m_commands->Action(Cmd::MRUfolder[row]); ++row) {
-        m_commands->RemoveAction(Cmd::MRUfolder[row]);
-        action->deleteLater();
-    }
-    line->setVisible(!files.isEmpty());
-}
-
-FileKind frmEditor::ChooseNewKind()
-{
-    frmNew chooser(this);
-    chooser.exec();
-    return chooser.Kind();
-}
-
-void frmEditor::SelectionChanged()
-{
-    picStatus->ShowPosition(LineColumnText(*TxtEdit));
-    m_edit->EnableRows();
-    const QString selected = SelectionText(*TxtEdit);
-    if (selected != picStatus->Text())
-        picStatus->Show(selected);
-}
-
-void frmEditor::performSyntaxHighlight()
-{
-    m_language->Colours().performSyntaxHighlight();
-}
-
-bool frmEditor::OutlineShown() const
-{
-    return m_commands->IsChecked(Cmd::mnuBrowse);
-}
-
-bool frmEditor::RelatedFilesShown() const
-{
-    return m_commands->IsChecked(Cmd::mnuRelated);
-}
-
-void frmEditor::ClearRelatedFiles()
-{
-    tvwRelated->clear();
 }
 
 // The program's windows
@@ -505,89 +307,17 @@ void frmEditor::ShowPreferences()
     m_commands->Run(Cmd::mnuPreferences);
 }
 
-void frmEditor::EditPreset(const QString &name)
-{
-    ShowPresetEditor({m_context, m_tools, *this}, name);
-}
-
-void frmEditor::RebuildPresets()
-{
-    m_presets->PresetsButtons();
-}
-
 // Events
 
 bool frmEditor::eventFilter(QObject *watched, QEvent *event)
 {
-    switch (event->type()) {
-    case QEvent::KeyPress: {
+    if (event->type() == QEvent::KeyPress) {
         const auto *widget = qobject_cast<QWidget *>(watched);
-        if (widget && widget->window() == this && KeyPressed(*static_cast<QKeyEvent *>(event)))
+        if (widget && widget->window() == this &&
+            RunCommandOfKey(KeyTaker::Window, *static_cast<QKeyEvent *>(event), *m_commands))
             return true;
-        break;
-    }
-    case QEvent::FocusIn:
-        if (watched == TxtEdit)
-            SetTabStops(false);
-        break;
-    case QEvent::FocusOut:
-        if (watched == TxtEdit)
-            SetTabStops(true);
-        break;
-    default:
-        break;
     }
     return QMainWindow::eventFilter(watched, event);
-}
-
-bool frmEditor::KeyPressed(const QKeyEvent &event)
-{
-    const Qt::KeyboardModifiers held = event.modifiers();
-    const bool ctrl = held & Qt::ControlModifier;
-    const bool alt = held & Qt::AltModifier;
-    if (RunCommandOfKey(KeyTaker::Window, event, *m_commands))
-        return true;
-    const int digit = DigitKey(event);
-    const int row = digit < 0 ? -1 : PresetRowOfDigit(digit, ctrl, alt);
-    if (row < 0)
-        return false;
-    // A key that is held down repeats; the preset runs once.
-    if (!event.isAutoRepeat())
-        m_presets->RunRow(row);
-    return true;
-}
-
-void frmEditor::SetTabStops(bool stop)
-{
-    if (stop) {
-        for (const auto &[control, policy] : m_tabStops) {
-            if (control)
-                control->setFocusPolicy(policy);
-        }
-        m_tabStops.clear();
-        return;
-    }
-    for (QWidget *control : findChildren<QWidget *>()) {
-        const Qt::FocusPolicy policy = control->focusPolicy();
-        if (!(policy & Qt::TabFocus) || control->window() != this)
-            continue;
-        m_tabStops.emplace_back(control, policy);
-        control->setFocusPolicy(Qt::FocusPolicy(policy & ~Qt::TabFocus));
-    }
-}
-
-void frmEditor::BrowseMenu(const QPoint &at)
-{
-    const QTreeWidgetItem *node = tvwBrowse->itemAt(at);
-    if (!node)
-        node = tvwBrowse->currentItem();
-    const QString kind = node ? node->data(0, Qt::UserRole).toString().left(3) : QString();
-    MenuName menu = Menu::mnuTreeView;
-    if (kind == u"ins"_s)
-        menu = Menu::mnuBrowseEditable;
-    else if (kind == u"inc"_s)
-        menu = Menu::mnuBrowseInclude;
-    m_menus->Menu(menu)->popup(tvwBrowse->viewport()->mapToGlobal(at));
 }
 
 bool frmEditor::event(QEvent *event)

@@ -7,6 +7,7 @@
 #include "shell/ui/statusbar.h"
 
 #include <algorithm>
+#include <QList>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -40,6 +41,8 @@ Workspace::Workspace(QWidget *text, StatusBar *status, QWidget *parent)
     m_splitter->hide();
 
     connect(CoolBar1, &BandBar::HeightChanged, this, &Workspace::LayOut);
+    connect(CoolBar1, &BandBar::BandShown, this, &Workspace::ShowBars);
+    connect(cc3Panel, &SidePanel::BandShown, this, &Workspace::ShowBars);
     connect(m_splitter, &Splitter::Dropped, this,
             [this](int right) { SetPanelWidth(right - Splitter::Thickness); });
 }
@@ -63,6 +66,25 @@ void Workspace::ShowStatusBar(bool shown)
     m_statusShown = shown;
     picStatus->setVisible(shown);
     LayOut();
+}
+
+void Workspace::OrderTabs()
+{
+    QWidget *before = m_text;
+    const auto append = [&before](QWidget *control) {
+        if (!control)
+            return;
+        for (QWidget *stop : QList<QWidget *>{control} + control->findChildren<QWidget *>()) {
+            if (!(stop->focusPolicy() & Qt::TabFocus) || stop->focusProxy())
+                continue;
+            setTabOrder(before, stop);
+            before = stop;
+        }
+    };
+    for (int band = 0; band < CoolBar1->BandCount(); ++band)
+        append(CoolBar1->Control(band));
+    for (int band = 0; band < cc3Panel->BandCount(); ++band)
+        append(cc3Panel->Control(band));
 }
 
 void Workspace::LayOut()

@@ -27,10 +27,12 @@ public:
 
     int PanelWidth() const { return m_panelWidth; }
     void SetPanelWidth(int width);
-    /// Hides the band bar when no band is visible, the panel and its splitter when no band of the panel is.
-    void ShowBars();
     void ShowStatusBar(bool shown);
     bool IsStatusBarShown() const { return m_statusShown; }
+
+    /// Lets the Tab key go through the bands and then the panel in the order on the screen, in whatever order
+    /// the rooms have come.
+    void OrderTabs();
 
     /// Gives each region its place; nothing happens while the window is minimized.
     void LayOut();
@@ -39,6 +41,8 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
+    /// Hides the band bar when no band is visible, the panel and its splitter when no band of the panel is.
+    void ShowBars();
     BandBar *CoolBar1;
     SidePanel *cc3Panel;
     Splitter *m_splitter;

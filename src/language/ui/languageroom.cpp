@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "language/ui/languageroom.h"
+
+#include "language/helponword.h"
+#include "language/ui/opcodecombo.h"
+#include "language/ui/outlinepanel.h"
+#include "language/ui/relatedpanel.h"
+#include "platform/programfolder.h"
+#include "platform/ui/textcontrol.h"
+#include "shell/command.h"
+#include "shell/documentview.h"
+#include "shell/editorcontext.h"
+#include "shell/ui/bandbar.h"
+#include "shell/ui/commands.h"
+
+namespace zelvane
+{
+
+namespace
+{
+
+constexpr int ComboCharacters = 48; ///< as wide as the opcode combo grows
+
+} // namespace
+
+LanguageRoom::LanguageRoom(const WindowContext &context)
+    : m_context(context),
+      m_highlighter(context.editor, context.view, m_opcodes),
+      cmbOpcodes(
+          new OpcodeCombo(context.editor, ProgramFolder(), [&view = context.view] { view.FocusText(); })),
+      tvwBrowse(new OutlinePanel(context)),
+      tvwRelated(new RelatedPanel(context))
+{
+    cmbOpcodes->setMaximumWidth(context.window->fontMetrics().averageCharWidth() * ComboCharacters);
+    context.bands.AddBand(WindowBand::Opcodes, cmbOpcodes);
+    QObject::connect(&context.bands, &BandBar::BandShown, cmbOpcodes, [this](int band) {
+        if (WindowBand(band) == WindowBand::Opcodes)
+            LoadShownOpcodes();
+    });
+
+    context.steps.colour.Take(*this);
+    context.steps.outline.Take(*tvwBrowse);
+    context.steps.relatedFiles.Take(*tvwRelated);
+
+    context.commands.Bind(Cmd::mnuCsHelp, [&editor = context.editor] { HelpOnWord(editor); });
+    context.commands.Bind(Cmd::mnuRefreshSyntaxHighlight, [this] { Refresh(); });
+}
+
+void LanguageRoom::LoadTables()
+{
+    LoadOpcodes(m_opcodes, ProgramFolder(), m_context.editor.desktop);
+    m_context.text.SetStyleFormats(SyntaxHighlightSettings(m_context.editor.settings));
+}
+
+void LanguageRoom::LoadShownOpcodes()
+{
+    if (m_context.bands.IsBandVisible(int(WindowBand::Opcodes)) && cmbOpcodes->count() == 0)
+        cmbOpcodes->LoadOpcodeCombo();
+}
+
+void LanguageRoom::SetHotTracking(bool on)
+{
+    tvwBrowse->SetHotTracking(on);
+    tvwRelated->SetHotTracking(on);
+}
+
+void LanguageRoom::Refresh()
+{
+    m_highlighter.performSyntaxHighlight();
+    if (!m_context.editor.document.Loading)
+        return;
+    // The pass failed. The text must not stay out of sight, nor edits unseen.
+    m_context.view.ShowText();
+    m_context.view.FocusText();
+    m_context.editor.document.Loading = false;
+}
+
+} // namespace zelvane

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "language/highlighter.h"
+#include "language/opcodelist.h"
+#include "shell/documentsteps.h"
+#include "shell/ui/windowcontext.h"
+
+namespace zelvane
+{
+
+class OpcodeCombo;
+class OutlinePanel;
+class RelatedPanel;
+
+/// The language services of the window: the opcode list and its combo, colouring, the code outline, the
+/// related files, help on a word.
+class LanguageRoom : public ColourStep
+{
+public:
+    explicit LanguageRoom(const WindowContext &context);
+
+    /// Start-up: reads the opcode list and how the classes look. A list that cannot be read is reported, and
+    /// start-up goes on.
+    void LoadTables();
+    /// Fills the opcode combo if it is in sight and empty; else that waits until it is shown.
+    void LoadShownOpcodes();
+    /// Whether both trees highlight the item under the pointer.
+    void SetHotTracking(bool on);
+
+    void performSyntaxHighlight() override { m_highlighter.performSyntaxHighlight(); }
+
+private:
+    /// Colours on demand.
+    void Refresh();
+
+    WindowContext m_context;
+    OpcodeList m_opcodes;
+    Highlighter m_highlighter;
+    OpcodeCombo *cmbOpcodes;
+    OutlinePanel *tvwBrowse;
+    RelatedPanel *tvwRelated;
+};
+
+} // namespace zelvane

@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "run/ui/runroom.h"
+
+#include "platform/programfolder.h"
+#include "run/ui/frmmanual.h"
+#include "run/ui/frmpresets.h"
+#include "run/ui/presetbar.h"
+#include "run/ui/presetdigits.h"
+#include "shell/command.h"
+#include "shell/editorcontext.h"
+#include "shell/layoutkeys.h"
+#include "shell/settings.h"
+#include "shell/showfolders.h"
+#include "shell/ui/bandbar.h"
+#include "shell/ui/commands.h"
+#include "shell/ui/foldercommands.h"
+#include "shell/ui/menutable.h"
+#include "shell/ui/toolbutton.h"
+
+#include <QObject>
+#include <QString>
+
+namespace zelvane
+{
+
+RunRoom::RunRoom(const WindowContext &context)
+    : m_context(context),
+      m_run{context.editor, m_tools, *this},
+      tbPresets(new PresetBar(m_run, context.commands, *context.menus.Menu(Menu::mnuPresets),
+                              *context.menus.Menu(Menu::mnuPresetPopup)))
+{
+    BandBar &bands = context.bands;
+    bands.AddBand(WindowBand::Presets, tbPresets);
+    ShowExtensionInTextColour(*tbPresets);
+    QObject::connect(tbPresets, &PresetBar::Rebuilt, &bands, [&bands] {
+        if (bands.IsBandVisible(int(WindowBand::Presets)))
+            bands.SetBandWidth(int(WindowBand::Presets), bands.NaturalBandWidth(int(WindowBand::Presets)));
+    });
+    new PresetDigits(context.window, *tbPresets);
+
+    Commands &commands = context.commands;
+    commands.Bind(Cmd::mnuRunCsound, [this] { frmManual(m_run, m_context.window).exec(); });
+    commands.Bind(Cmd::mnuPresetsBox, [this] { ShowPresetEditor(m_run); });
+    commands.Bind(Cmd::mnuLabels[LabelPlace::Presets], [this] { ToggleLabels(); });
+    BindFolderCommands(context, [this] {
+        return ProgramFolders{ProgramFolder(), ProgramPath(m_tools.Csound), ProgramPath(m_tools.Csound2)};
+    });
+}
+
+void RunRoom::LoadPresets()
+{
+    m_tools = ReadToolPaths(m_context.editor.settings);
+    tbPresets->PresetsButtons();
+    if (m_context.editor.settings.Flag(Keys::PresetsLabels))
+        m_context.commands.Run(Cmd::mnuLabels[LabelPlace::Presets]);
+}
+
+void RunRoom::SetFlatButtons(bool flat)
+{
+    tbPresets->SetFlat(flat);
+}
+
+void RunRoom::EditPreset(const QString &name)
+{
+    ShowPresetEditor(m_run, name);
+}
+
+void RunRoom::RebuildPresets()
+{
+    tbPresets->PresetsButtons();
+}
+
+void RunRoom::ToggleLabels()
+{
+    const Command row = Cmd::mnuLabels[LabelPlace::Presets];
+    const bool shown = !m_context.commands.IsChecked(row);
+    m_context.commands.SetChecked(row, shown);
+    tbPresets->ShowLabels(shown);
+}
+
+} // namespace zelvane

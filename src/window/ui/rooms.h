@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "language/ui/languageroom.h"
+#include "player/ui/playerroom.h"
+#include "run/ui/runroom.h"
+#include "shell/ui/windowcontext.h"
+#include "texttools/ui/texttoolsroom.h"
+
+namespace zelvane
+{
+
+/// The rooms of the window. Each plugs itself in when it is made: a new one is one line here.
+struct RoomList {
+    const WindowContext &context;
+    LanguageRoom language{context};
+    RunRoom run{context};
+    PlayerRoom player{context};
+    TextToolsRoom textTools{context};
+};
+
+} // namespace zelvane

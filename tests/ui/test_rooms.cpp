@@ -1,0 +1,243 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "language/ui/languageroom.h"
+#include "platform/ui/textcontrol.h"
+#include "player/ui/playerroom.h"
+#include "run/presetkeys.h"
+#include "run/presetstore.h"
+#include "run/ui/runroom.h"
+#include "shell/command.h"
+#include "shell/documentlifecycle.h"
+#include "shell/documentsteps.h"
+#include "shell/layoutkeys.h"
+#include "shell/toolkeys.h"
+#include "shell/ui/bandbar.h"
+#include "shell/ui/commands.h"
+#include "shell/ui/menuname.h"
+#include "shell/ui/menutable.h"
+#include "shell/ui/sidepanel.h"
+#include "shell/ui/windowcontext.h"
+#include "support/recordingview.h"
+#include "support/testcontext.h"
+#include "support/uitest.h"
+#include "texttools/ui/texttoolsroom.h"
+
+#include <QComboBox>
+#include <QFile>
+#include <QMainWindow>
+#include <QMenuBar>
+#include <QToolBar>
+#include <QToolButton>
+#include <QTreeWidget>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace zelvane;
+using namespace zelvane::test;
+
+namespace
+{
+
+/// A window without any room: each test plugs in the one that it looks at.
+struct BareWindow : TestContext {
+    QMainWindow window;
+    TextControl control{desktop, &window};
+    RecordingView view;
+    DocumentSteps steps;
+    DocumentLifecycle documents{document, control, settings, desktop, status, view, steps};
+    EditorContext withControl{document, control, settings, desktop, status, windows, documents};
+    Commands commands{desktop, &window};
+    Menus menus{window.menuBar(), &window, commands};
+    BandBar bands{&window};
+    SidePanel panel{&window};
+    WindowContext context{withControl, control, documents, view,  steps,
+                          commands,    menus,   &window,   bands, panel};
+
+    BareWindow()
+    {
+        WriteFile(u"opcodes.txt"_s, "oscil outs linen oscil\n");
+        qputenv("ZELVANE_HOME", QFile::encodeName(folder.path()));
+    }
+
+    template <typename Widget> Widget &Find(const QString &name)
+    {
+        auto *found = window.findChild<Widget *>(name);
+        if (!found)
+            qFatal("no child named %s", qPrintable(name));
+        return *found;
+    }
+    bool Has(WindowBand band) const { return bands.IsBandVisible(int(band)); }
+};
+
+class RoomsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void ABandWithoutItsRoomTakesNoPlace();
+    void TheLanguageTakesItsSteps();
+    void ATreeIsEmptiedWithItsBand();
+    void ANewDocumentEmptiesTheRelatedFiles();
+    void TheOpcodesAreLoadedWhenTheirBandIsShown();
+    void PresetsPlugInWithBarMenuAndKeys();
+    void LabelsOfPresetsFollowTheirRow();
+    void TheFoldersOfTheToolsAreKnownWithTheTools();
+    void TheTextToolsBindTheirCommand();
+};
+
+void RoomsTest::ABandWithoutItsRoomTakesNoPlace()
+{
+    BareWindow on;
+    QVERIFY(!on.bands.IsAnyBandVisible());
+    QCOMPARE(on.bands.heightForWidth(600), 0);
+    const PlayerRoom room(on.context);
+    QVERIFY(on.Has(WindowBand::Player));
+    QVERIFY(!on.Has(WindowBand::Opcodes));
+    QVERIFY(!on.Has(WindowBand::Presets));
+    QVERIFY(on.bands.heightForWidth(600) > 0);
+    QVERIFY(on.bands.isAncestorOf(&on.Find<QToolBar>(u"tbPlayer"_s)));
+}
+
+void RoomsTest::TheLanguageTakesItsSteps()
+{
+    BareWindow on;
+    LanguageRoom room(on.context);
+    room.LoadTables();
+    on.documents.OpenFile(on.WriteFile(u"x.orc"_s, "a1 oscil 1\n"));
+    QCOMPARE(on.control.StyleAt(3), StyleClass::Opcode);
+    QCOMPARE(on.control.StyleAt(0), StyleClass::Text);
+    QVERIFY(!on.control.CanUndo());
+
+    QVERIFY(!on.steps.outline->OutlineShown());
+    on.commands.Run(Cmd::mnuBrowse);
+    QVERIFY(on.steps.outline->OutlineShown());
+    QVERIFY(!on.steps.relatedFiles->RelatedFilesShown());
+    on.commands.Run(Cmd::mnuRelated);
+    QVERIFY(on.steps.relatedFiles->RelatedFilesShown());
+    on.documents.OpenFile(on.document.CurrentFile);
+    QVERIFY(on.status.shown.contains(u"Code outline..."_s));
+    QVERIFY(on.status.shown.contains(u"Related files..."_s));
+}
+
+void RoomsTest::ATreeIsEmptiedWithItsBand()
+{
+    BareWindow on;
+    const LanguageRoom room(on.context);
+    const std::pair<QString, Command> trees[] = {{u"tvwBrowse"_s, Cmd::mnuBrowse},
+                                                 {u"tvwRelated"_s, Cmd::mnuRelated}};
+    for (const auto &[name, row] : trees) {
+        const int band = name == u"tvwBrowse"_s ? int(PanelBand::Browse) : int(PanelBand::Related);
+        auto &tree = on.Find<QTreeWidget>(name);
+        QVERIFY(!on.panel.IsBandVisible(band));
+        on.commands.Run(row);
+        QVERIFY(on.panel.IsBandVisible(band));
+        QVERIFY(on.commands.IsChecked(row));
+        tree.addTopLevelItem(new QTreeWidgetItem({u"one"_s}));
+        on.commands.Run(row);
+        QVERIFY(!on.panel.IsBandVisible(band));
+        QVERIFY(!on.commands.IsChecked(row));
+        QCOMPARE(tree.topLevelItemCount(), 0);
+    }
+}
+
+void RoomsTest::ANewDocumentEmptiesTheRelatedFiles()
+{
+    BareWindow on;
+    const LanguageRoom room(on.context);
+    on.commands.Run(Cmd::mnuRelated);
+    auto &tree = on.Find<QTreeWidget>(u"tvwRelated"_s);
+    tree.addTopLevelItem(new QTreeWidgetItem({u"x.sco"_s}));
+    on.documents.NewFile(FileKind::Score, {});
+    QCOMPARE(tree.topLevelItemCount(), 0);
+}
+
+void RoomsTest::TheOpcodesAreLoadedWhenTheirBandIsShown()
+{
+    BareWindow on;
+    LanguageRoom room(on.context);
+    const auto &combo = on.Find<QComboBox>(u"cmbOpcodes"_s);
+    on.bands.SetBandVisible(int(WindowBand::Opcodes), false);
+    room.LoadShownOpcodes();
+    QCOMPARE(combo.count(), 0);
+    on.bands.SetBandVisible(int(WindowBand::Player), true);
+    QCOMPARE(combo.count(), 0);
+    on.bands.SetBandVisible(int(WindowBand::Opcodes), true);
+    QCOMPARE(combo.count(), 4);
+    on.bands.SetBandVisible(int(WindowBand::Opcodes), false);
+    on.bands.SetBandVisible(int(WindowBand::Opcodes), true);
+    QCOMPARE(combo.count(), 4);
+}
+
+void RoomsTest::PresetsPlugInWithBarMenuAndKeys()
+{
+    BareWindow on;
+    PresetStore store(on.settings);
+    RunRoom room(on.context);
+    room.LoadPresets();
+    const auto &bar = on.Find<QToolBar>(u"tbPresets"_s);
+    QVERIFY(bar.actions().isEmpty());
+    on.settings.SaveSetting(u"Presets"_s, u"One"_s, {});
+    on.settings.SaveSetting(u"One"_s, u"Command"_s, u"/bin/one"_s);
+    room.RebuildPresets();
+    QCOMPARE(bar.actions().size(), 1);
+    QCOMPARE(on.commands.Action(Cmd::mnuPreset[0])->text(), u"&One\tCtrl+1"_s);
+
+    on.window.show();
+    on.desktop.ExpectShellRun({.file = u"/bin/one"_s, .folder = u"/bin"_s});
+    QTest::keyClick(&on.control, Qt::Key_1, Qt::ControlModifier);
+    on.desktop.CheckAllCame();
+    // Another window's keys are its own.
+    QWidget other;
+    QTest::keyClick(&other, Qt::Key_1, Qt::ControlModifier);
+    on.desktop.CheckAllCame();
+}
+
+void RoomsTest::LabelsOfPresetsFollowTheirRow()
+{
+    BareWindow on;
+    on.settings.SaveFlag(Keys::PresetsLabels, true);
+    RunRoom room(on.context);
+    const auto &bar = on.Find<QToolBar>(u"tbPresets"_s);
+    QCOMPARE(bar.toolButtonStyle(), Qt::ToolButtonIconOnly);
+    room.LoadPresets();
+    QVERIFY(on.commands.IsChecked(Cmd::mnuLabels[LabelPlace::Presets]));
+    QCOMPARE(bar.toolButtonStyle(), Qt::ToolButtonTextBesideIcon);
+    on.commands.Run(Cmd::mnuLabels[LabelPlace::Presets]);
+    QVERIFY(!on.commands.IsChecked(Cmd::mnuLabels[LabelPlace::Presets]));
+    QCOMPARE(bar.toolButtonStyle(), Qt::ToolButtonIconOnly);
+    QVERIFY(!on.commands.IsBound(Cmd::mnuLabels[LabelPlace::Toolbar]));
+}
+
+void RoomsTest::TheFoldersOfTheToolsAreKnownWithTheTools()
+{
+    BareWindow on;
+    RunRoom room(on.context);
+    room.LoadPresets();
+    on.commands.MenuOpening(Menu::mnuView);
+    QVERIFY(!on.commands.IsEnabled(Cmd::mnuDIR[KnownFolder::Csound]));
+    QVERIFY(on.commands.IsEnabled(Cmd::mnuDIR[KnownFolder::Program]));
+    on.settings.SaveText(Keys::Csound, u"/opt/csound/csound"_s);
+    on.commands.MenuOpening(Menu::mnuView);
+    QVERIFY(!on.commands.IsEnabled(Cmd::mnuDIR[KnownFolder::Csound])); // in memory as they were read
+    room.LoadPresets();
+    on.commands.MenuOpening(Menu::mnuView);
+    QVERIFY(on.commands.IsEnabled(Cmd::mnuDIR[KnownFolder::Csound]));
+    on.desktop.ExpectShellRun({.verb = u"open"_s, .file = u"/opt/csound"_s});
+    on.commands.Run(Cmd::mnuDIR[KnownFolder::Csound]);
+    on.desktop.CheckAllCame();
+}
+
+void RoomsTest::TheTextToolsBindTheirCommand()
+{
+    BareWindow on;
+    QVERIFY(!on.commands.IsBound(Cmd::mnuTabSpace));
+    const TextToolsRoom room(on.context);
+    QVERIFY(on.commands.IsBound(Cmd::mnuTabSpace));
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    return RunUiTest<RoomsTest>(argc, argv);
+}
+
+#include "test_rooms.moc"
