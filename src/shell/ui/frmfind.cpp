@@ -11,7 +11,6 @@
 #include <QComboBox>
 #include <QGridLayout>
 #include <QGroupBox>
-#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -30,7 +29,6 @@ namespace
 {
 
 constexpr int FieldWidth = 28; ///< of the text fields, in characters
-constexpr QSize Frame(16, 48); ///< about what the window manager puts around the dialog, pixels
 constexpr int Gap = 8;         ///< between the dialog and the hit it gives way to, pixels
 
 } // namespace
@@ -106,17 +104,7 @@ void frmFind::Load()
     chkWrap->setChecked(fields.wrap);
     optScope[int(fields.scope)]->setChecked(true);
     EnableButtons();
-
-    const SettingsStore &settings = m_editor.settings;
-    if (settings.StoredText(Keys::FindX).isEmpty() || settings.StoredText(Keys::FindY).isEmpty())
-        return;
-    std::vector<QRect> screens;
-    for (const QScreen *screen : QGuiApplication::screens())
-        screens.push_back(screen->availableGeometry());
-    const int dpi = logicalDpiX();
-    const QPoint place(FromTwips(settings.Number(Keys::FindX, 0), dpi),
-                       FromTwips(settings.Number(Keys::FindY, 0), dpi));
-    move(OnScreen(QRect(place, sizeHint() + Frame), screens).topLeft());
+    RestorePlace(*this, m_editor.settings, Keys::FindX, Keys::FindY);
 }
 
 void frmFind::ShowRecentStrings()
@@ -234,16 +222,8 @@ void frmFind::keyPressEvent(QKeyEvent *event)
 
 void frmFind::done(int result)
 {
-    SavePlace();
+    m_commands.Guard([this] { SavePlace(*this, m_editor.settings, Keys::FindX, Keys::FindY); });
     QDialog::done(result);
-}
-
-void frmFind::SavePlace()
-{
-    m_commands.Guard([this] {
-        m_editor.settings.SaveNumber(Keys::FindX, ToTwips(x(), logicalDpiX()));
-        m_editor.settings.SaveNumber(Keys::FindY, ToTwips(y(), logicalDpiX()));
-    });
 }
 
 } // namespace zelvane

@@ -51,7 +51,6 @@ private:
     void ShowRecentStrings();
     /// Moves the dialog off the selection that it covers, where the screen has room.
     void UncoverSelection();
-    void SavePlace();
 
     EditorContext &m_editor;
     TextControl &m_text;
