@@ -1,15 +1,27 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ui/form.h"
 
+#include "platform/runtimeerror.h"
+#include "shell/settingkey.h"
+#include "shell/settings.h"
+#include "shell/ui/keyedcontrols.h"
+#include "shell/ui/screenplace.h"
+#include "shell/ui/spinner.h"
+#include "support/boxes.h"
 #include "support/scripteddesktop.h"
 #include "support/uitest.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QRadioButton>
+#include <QScreen>
+#include <QTemporaryDir>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 using namespace Qt::Literals::StringLiterals;
@@ -44,6 +56,9 @@ public:
         QVERIFY(QTest::qWaitForWindowActive(this));
     }
 
+    QWidget &Spin(const SpinRange &range) { return *NewSpinner(desktop, number, u"VScroll1"_s, range); }
+
+    ScriptedDesktop desktop;
     QLineEdit *file = Named(new QLineEdit(this), u"txtFile"_s);
     QPushButton *browse = Named(new QPushButton(u"&Browse..."_s, this), u"bFile"_s);
     QComboBox *kind = NewTypingList(this, u"cmbKind"_s);
@@ -83,6 +98,17 @@ private Q_SLOTS:
     void FocusSelectsTheText();
     void AClickIntoAFocusedFieldOnlyPutsTheCaret();
     void TabFollowsTheOrderGiven();
+    void ArrowsStepThroughTheNumbers();
+    void UpAndDownKeysStepToo();
+    void ASpinnerTakesAnyStep();
+    void AFailedStepIsReportedAndChangesNothing();
+    void ASpinnerIsEnabledAsItsField();
+    void ControlsShowTheDefaultsOfTheirKeys();
+    void ControlsShowWhatIsStored();
+    void ControlsAreSavedInTheirOwnForms();
+    void AValueThatCannotBeReadGivesItsDefault();
+    void ADialogOpensWhereItWasClosed();
+    void APlaceOffTheScreenIsBroughtBack();
 };
 
 void FormTest::ANameIsForTestsAndForReaders()
@@ -289,6 +315,221 @@ void FormTest::TabFollowsTheOrderGiven()
         QTest::keyClick(sample.focusWidget(), Qt::Key_Tab);
         QCOMPARE(sample.focusWidget(), next);
     }
+}
+
+// Spinners
+
+void FormTest::ArrowsStepThroughTheNumbers()
+{
+    Sample sample;
+    QWidget &spinner = sample.Spin({.least = 1, .most = 3});
+    sample.number->setText(u"2x"_s);
+    sample.Show();
+    sample.file->setFocus();
+    QTest::mouseClick(spinner.findChild<QToolButton *>(u"up"_s), Qt::LeftButton);
+    QCOMPARE(sample.number->text(), u"3"_s);
+    QCOMPARE(sample.focusWidget(), sample.number);
+    QTest::mouseClick(spinner.findChild<QToolButton *>(u"up"_s), Qt::LeftButton);
+    QCOMPARE(sample.number->text(), u"3"_s);
+    for (const QString &text : {u"2"_s, u"1"_s, u"1"_s}) {
+        QTest::mouseClick(spinner.findChild<QToolButton *>(u"down"_s), Qt::LeftButton);
+        QCOMPARE(sample.number->text(), text);
+    }
+}
+
+void FormTest::UpAndDownKeysStepToo()
+{
+    Sample sample;
+    sample.Spin({.least = 0, .most = 9});
+    sample.Show();
+    sample.number->setFocus();
+    QTest::keyClick(sample.number, Qt::Key_Up);
+    QTest::keyClick(sample.number, Qt::Key_Up);
+    QTest::keyClick(sample.number, Qt::Key_Down);
+    QCOMPARE(sample.number->text(), u"1"_s);
+    QTest::keyClick(sample.number, Qt::Key_Up, Qt::ShiftModifier);
+    QCOMPARE(sample.number->text(), u"1"_s);
+}
+
+void FormTest::ASpinnerTakesAnyStep()
+{
+    Sample sample;
+    ScriptedDesktop desktop;
+    QWidget *spinner =
+        NewSpinner(desktop, sample.number, u"VScroll1"_s,
+                   [](const QString &text, int direction) { return text + (direction > 0 ? u'+' : u'-'); });
+    QCOMPARE(spinner->objectName(), u"VScroll1"_s);
+    sample.Show();
+    sample.number->setFocus();
+    QTest::keyClick(sample.number, Qt::Key_Down);
+    QTest::keyClick(sample.number, Qt::Key_Up);
+    QCOMPARE(sample.number->text(), u"-+"_s);
+}
+
+void FormTest::AFailedStepIsReportedAndChangesNothing()
+{
+    Sample sample;
+    sample.Spin({.least = 0, .most = 9});
+    sample.number->setText(u"1e999"_s);
+    sample.Show();
+    sample.number->setFocus();
+    sample.desktop.ExpectMessage(ErrorBox(RunTimeError(ErrorNumber::Overflow, u"Overflow"_s)),
+                                 BoxAnswer::Cancel);
+    QTest::keyClick(sample.number, Qt::Key_Up);
+    QCOMPARE(sample.number->text(), u"1e999"_s);
+}
+
+void FormTest::ASpinnerIsEnabledAsItsField()
+{
+    Sample sample;
+    sample.number->setEnabled(false);
+    QWidget &spinner = sample.Spin({.least = 0, .most = 9});
+    QVERIFY(!spinner.isEnabled());
+    sample.number->setEnabled(true);
+    QVERIFY(spinner.isEnabled());
+}
+
+// Settings
+
+namespace
+{
+
+constexpr FlagKey Splash{u"Splash", true};
+constexpr BareFlagKey RealTabs{u"RealTabs"};
+constexpr NumberKey Startup{u"Startup", 1};
+constexpr TextKey BakPath{u"BakPath", u"none"};
+constexpr NumberKey RandomMax{u"RandomMax", .5};
+
+/// A store and a control of each kind.
+struct Keyed {
+    Keyed()
+    {
+        list.addItems({u"a"_s, u"b"_s, u"c"_s});
+        controls.Bind(&box, Splash);
+        controls.Bind(&option, RealTabs);
+        controls.Bind(&list, Startup);
+        controls.Bind(&text, BakPath);
+        controls.Bind(&number, RandomMax);
+    }
+    QStringList Shown() const
+    {
+        return {box.isChecked() ? u"+"_s : u"-"_s, option.isChecked() ? u"+"_s : u"-"_s,
+                QString::number(list.currentIndex()), text.text(), number.text()};
+    }
+    QString Stored(const QString &key) { return settings.GetSetting(u"Options"_s, key, u"(absent)"_s); }
+
+    QTemporaryDir folder;
+    SettingsStore settings{folder.filePath(u"settings"_s)};
+    QCheckBox box;
+    QRadioButton option;
+    QComboBox list;
+    QLineEdit text;
+    QLineEdit number;
+    KeyedControls controls{settings};
+};
+
+} // namespace
+
+void FormTest::ControlsShowTheDefaultsOfTheirKeys()
+{
+    Keyed keyed;
+    keyed.option.setChecked(true);
+    keyed.controls.Load();
+    QCOMPARE(keyed.Shown(), (QStringList{u"+"_s, u"+"_s, u"1"_s, u"none"_s, u".5"_s}));
+    QVERIFY2(keyed.settings.GetAllSettings(u"Options"_s).empty(), "reading creates no key");
+}
+
+void FormTest::ControlsShowWhatIsStored()
+{
+    Keyed keyed;
+    keyed.settings.SaveFlag(Splash, false);
+    keyed.settings.SaveFlag(RealTabs, true);
+    keyed.settings.SaveNumber(Startup, 2);
+    keyed.settings.SaveText(BakPath, u"/tmp"_s);
+    keyed.settings.SaveStoredText(RandomMax, u"1e3 or so"_s);
+    keyed.controls.Load();
+    QCOMPARE(keyed.Shown(), (QStringList{u"-"_s, u"+"_s, u"2"_s, u"/tmp"_s, u"1e3 or so"_s}));
+}
+
+void FormTest::ControlsAreSavedInTheirOwnForms()
+{
+    Keyed keyed;
+    keyed.controls.Load();
+    keyed.box.setChecked(false);
+    keyed.option.setChecked(true);
+    keyed.list.setCurrentIndex(2);
+    keyed.text.setText(u"/home"_s);
+    keyed.number.setText(u"007"_s);
+    keyed.controls.Save();
+    const std::vector<std::pair<QString, QString>> stored = {{u"Splash"_s, u"0"_s},
+                                                             {u"RealTabs"_s, u"True"_s},
+                                                             {u"Startup"_s, u"2"_s},
+                                                             {u"BakPath"_s, u"/home"_s},
+                                                             {u"RandomMax"_s, u"007"_s}};
+    QCOMPARE(keyed.settings.GetAllSettings(u"Options"_s), stored);
+    keyed.box.setChecked(true);
+    keyed.option.setAutoExclusive(false);
+    keyed.option.setChecked(false);
+    keyed.controls.Save();
+    QCOMPARE(keyed.Stored(u"Splash"_s), u"1"_s);
+    QCOMPARE(keyed.Stored(u"RealTabs"_s), u"False"_s);
+}
+
+void FormTest::AValueThatCannotBeReadGivesItsDefault()
+{
+    Keyed keyed;
+    keyed.settings.SaveStoredText(Splash, u"q"_s);
+    keyed.settings.SaveStoredText(Startup, u"zz"_s);
+    keyed.settings.SaveText(BakPath, u"/tmp"_s);
+    int errors = 0;
+    try {
+        keyed.controls.Load();
+    } catch (const RunTimeError &error) {
+        ++errors;
+        QCOMPARE(error.Number(), ErrorNumber::TypeMismatch);
+    }
+    QCOMPARE(errors, 1);
+    QCOMPARE(keyed.Shown(), (QStringList{u"+"_s, u"-"_s, u"1"_s, u"/tmp"_s, u".5"_s}));
+}
+
+// Places
+
+void FormTest::ADialogOpensWhereItWasClosed()
+{
+    constexpr BareNumberKey x{u"FindX"};
+    constexpr BareNumberKey y{u"FindY"};
+    const QTemporaryDir folder;
+    SettingsStore settings(folder.filePath(u"settings"_s));
+    QPoint place;
+    {
+        Sample sample;
+        const QPoint before = sample.pos();
+        RestorePlace(sample, settings, x, y);
+        QCOMPARE(sample.pos(), before);
+        sample.move(123, 97);
+        place = sample.pos();
+        SavePlace(sample, settings, x, y);
+    }
+    Sample sample;
+    RestorePlace(sample, settings, x, y);
+    QCOMPARE(sample.pos(), place);
+}
+
+void FormTest::APlaceOffTheScreenIsBroughtBack()
+{
+    constexpr BareNumberKey x{u"FindX"};
+    constexpr BareNumberKey y{u"FindY"};
+    const QTemporaryDir folder;
+    SettingsStore settings(folder.filePath(u"settings"_s));
+    settings.SaveNumber(x, 1e6);
+    settings.SaveNumber(y, 1e6);
+    Sample sample;
+    RestorePlace(sample, settings, x, y);
+    QVERIFY(sample.screen()->availableGeometry().contains(sample.pos()));
+    settings.DeleteSetting(y);
+    sample.move(50, 60);
+    RestorePlace(sample, settings, x, y);
+    QCOMPARE(sample.pos(), QPoint(50, 60));
 }
 
 int main(int argc, char **argv)

@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "shell/settingkey.h"
+
+#include <functional>
+#include <QString>
+#include <vector>
+
+class QCheckBox;
+class QComboBox;
+class QLineEdit;
+class QRadioButton;
+
+namespace zelvane
+{
+
+class SettingsStore;
+
+/// The controls of a dialog that show settings, each bound to its key. They are loaded and saved in the order
+/// of their binding; the controls have to live as long.
+class KeyedControls
+{
+public:
+    explicit KeyedControls(SettingsStore &settings) : m_settings(settings) {}
+
+    /// Stored as "1" or "0".
+    void Bind(QCheckBox *box, const FlagKey &key);
+    /// Stored as "True" or "False".
+    void Bind(QRadioButton *option, const FlagKey &key);
+    /// The chosen row, from 0.
+    void Bind(QComboBox *list, const NumberKey &key);
+    /// The text as it stands.
+    void Bind(QLineEdit *field, const TextKey &key);
+    /// The same: what is typed there is a number only for those who read it.
+    void Bind(QLineEdit *field, const NumberKey &key);
+    /// A key without a default of its own leaves the control as it is when the store does not have it.
+    void Bind(QCheckBox *box, const BareFlagKey &key);
+    void Bind(QRadioButton *option, const BareFlagKey &key);
+    void Bind(QLineEdit *field, const BareTextKey &key);
+
+    /// Shows the stored values, and the keys' defaults where there is none or one that cannot be read.
+    /// @throws RunTimeError for the first of these, after all controls are loaded
+    void Load() const;
+    /// Saves all values in one step. @throws RunTimeError when the store cannot be written
+    void Save() const;
+
+private:
+    struct Bound {
+        QString key;
+        std::function<void()> showStored; ///< the stored value; what the control shows when there is none
+        std::function<QString()> text;    ///< what is stored
+        std::function<void()> showDefault = {};
+    };
+
+    void BindText(QLineEdit *field, const SettingKey &key);
+
+    SettingsStore &m_settings;
+    std::vector<Bound> m_controls;
+};
+
+} // namespace zelvane
