@@ -2,6 +2,7 @@
 #include "language/helponword.h"
 
 #include "language/normalizespaces.h"
+#include "platform/helpviewer.h"
 #include "shell/editorcontext.h"
 #include "shell/toolkeys.h"
 
@@ -13,23 +14,23 @@ namespace zelvane
 namespace
 {
 
-/// A keyword as one argument, whatever quotes and blanks it holds.
-QString Quoted(QString word)
+/// The help file of the settings, else the shipped one where its manual is installed; empty where there is
+/// none.
+QString HelpFile(const SettingsStore &settings, const QString &programFolder)
 {
-    return u'"' + word.replace(u'"', u"\"\""_s) + u'"';
+    const QString file = settings.Text(Keys::Help);
+    if (!file.isEmpty())
+        return file;
+    const QString shipped = programFolder + u"/csound.hlp"_s;
+    const auto manual = ReadManual(shipped);
+    return manual && manual->IsThere() ? shipped : QString();
 }
 
 } // namespace
 
-void OpenHelp(Desktop &desktop, const QString &file, HelpCommand command, const QString &word)
+void HelpOnWord(EditorContext &editor, const QString &programFolder)
 {
-    const QString parameters = command == HelpCommand::Keyword ? u"-k "_s + Quoted(word) : u"-c"_s;
-    desktop.ShellRun({.file = file, .parameters = parameters});
-}
-
-void HelpOnWord(EditorContext &editor)
-{
-    const QString file = editor.settings.Text(Keys::Help);
+    const QString file = HelpFile(editor.settings, programFolder);
     if (file.isEmpty()) {
         const BoxAnswer answer = editor.desktop.MessageBox(
             {.text =
@@ -40,8 +41,12 @@ void HelpOnWord(EditorContext &editor)
             editor.windows.ShowPreferences();
         return;
     }
-    if (file.right(3).toUpper() != u"HLP"_s || editor.document.CurrentFile.isEmpty()) {
-        editor.desktop.ShellRun({.file = file});
+    const bool isHelpFile = file.right(3).toUpper() == u"HLP"_s;
+    if (!isHelpFile || editor.document.CurrentFile.isEmpty()) {
+        if (isHelpFile && ReadManual(file))
+            OpenHelp(editor.desktop, file, HelpCommand::Contents); // no desktop knows this kind of file
+        else
+            editor.desktop.ShellRun({.file = file});
         return;
     }
     const QString word = NormalizeSpaces(editor.text.SelectedText());

@@ -7,19 +7,11 @@ namespace zelvane
 {
 
 struct EditorContext;
-class Desktop;
-
-/// What is asked of a help viewer: a page for a keyword, or the contents.
-enum class HelpCommand { Keyword, Contents };
-
-/// Opens a help file at a keyword or at its contents. A help file that is a program is started with the
-/// command and the word as arguments ("-k" and the word, or "-c"); any other goes to the desktop's default
-/// program for it.
-void OpenHelp(Desktop &desktop, const QString &file, HelpCommand command, const QString &word = {});
 
 /// The command `mnuCsHelp`: help on the selected word. A help file "*.hlp" is opened at the word if the
 /// document has a name and several characters are selected; any other file is opened by the shell. Without a
-/// help file in the settings the user is offered the Preferences dialog.
-void HelpOnWord(EditorContext &editor);
+/// help file in the settings it is the shipped one, `csound.hlp` in the program's folder, where the manual
+/// that it names is there; else the user is offered the Preferences dialog.
+void HelpOnWord(EditorContext &editor, const QString &programFolder);
 
 } // namespace zelvane

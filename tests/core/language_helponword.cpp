@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "language/helponword.h"
 #include "language/normalizespaces.h"
+#include "platform/helpviewer.h"
 #include "shell/toolkeys.h"
 #include "support/randomtext.h"
 #include "support/testcontext.h"
 
 #include <gtest/gtest.h>
+#include <QDir>
+#include <QFileInfo>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -68,10 +71,10 @@ TEST_F(HelpOnAWord, WithoutAFileThePreferencesAreOffered)
         .buttons = BoxButtons::YesNo};
     context.settings.SaveText(Keys::Help, QString());
     context.desktop.ExpectMessage(question, BoxAnswer::No);
-    HelpOnWord(context.editor);
+    HelpOnWord(context.editor, context.folder.path());
     EXPECT_TRUE(context.windows.calls.isEmpty());
     context.desktop.ExpectMessage(question, BoxAnswer::Yes);
-    HelpOnWord(context.editor);
+    HelpOnWord(context.editor, context.folder.path());
     EXPECT_EQ(context.windows.calls, QStringList(u"preferences"_s));
 }
 
@@ -79,7 +82,7 @@ TEST_F(HelpOnAWord, TheSelectedWordIsTheKeyword)
 {
     context.text.SetSelection(1, 10);
     ExpectHelp(u"-k \"oscil\""_s);
-    HelpOnWord(context.editor);
+    HelpOnWord(context.editor, context.folder.path());
     EXPECT_EQ(context.status.text, u"Help keyword: oscil"_s);
 }
 
@@ -87,7 +90,7 @@ TEST_F(HelpOnAWord, SeveralWordsAreOneKeyword)
 {
     context.text.SetSelection(0, -1);
     ExpectHelp(u"-k \"a oscil 10\""_s);
-    HelpOnWord(context.editor);
+    HelpOnWord(context.editor, context.folder.path());
     EXPECT_EQ(context.status.text, u"Help keyword: a oscil 10"_s);
 }
 
@@ -96,7 +99,7 @@ TEST_F(HelpOnAWord, QuotesInTheKeywordReachTheViewer)
     context.text.SetText(u"\"a b\""_s);
     context.text.SetSelection(0, -1);
     ExpectHelp(u"-k \"\"\"a b\"\"\""_s);
-    HelpOnWord(context.editor);
+    HelpOnWord(context.editor, context.folder.path());
 }
 
 TEST_F(HelpOnAWord, OneCharacterOrNoneOpensTheContents)
@@ -104,7 +107,7 @@ TEST_F(HelpOnAWord, OneCharacterOrNoneOpensTheContents)
     for (const TextSpan selection : {TextSpan{0, 0}, TextSpan{0, 1}, TextSpan{0, 3}, TextSpan{1, 3}}) {
         context.text.selection = selection;
         ExpectHelp(u"-c"_s);
-        HelpOnWord(context.editor);
+        HelpOnWord(context.editor, context.folder.path());
     }
     EXPECT_TRUE(context.status.shown.isEmpty());
 }
@@ -114,10 +117,10 @@ TEST_F(HelpOnAWord, TheKeywordHasLessThan256Characters)
     context.text.SetText(QString(256, u'x'));
     context.text.SetSelection(0, 256);
     ExpectHelp(u"-c"_s);
-    HelpOnWord(context.editor);
+    HelpOnWord(context.editor, context.folder.path());
     context.text.SetSelection(0, 255);
     ExpectHelp(u"-k \""_s + QString(255, u'x') + u'"');
-    HelpOnWord(context.editor);
+    HelpOnWord(context.editor, context.folder.path());
 }
 
 TEST_F(HelpOnAWord, AnotherTypeOfFileOrAnUnnamedDocumentIsLeftToTheShell)
@@ -125,17 +128,98 @@ TEST_F(HelpOnAWord, AnotherTypeOfFileOrAnUnnamedDocumentIsLeftToTheShell)
     context.text.SetSelection(3, 8);
     context.document.CurrentFile.clear();
     ExpectHelp(QString());
-    HelpOnWord(context.editor);
+    HelpOnWord(context.editor, context.folder.path());
     context.document.CurrentFile = u"/piece.orc"_s;
     for (const QString &file : {u"/manual/index.html"_s, u"/manual/hlp.chm"_s, u"lp"_s}) {
         context.settings.SaveText(Keys::Help, file);
         ExpectHelp(QString(), file);
-        HelpOnWord(context.editor);
+        HelpOnWord(context.editor, context.folder.path());
     }
     EXPECT_TRUE(context.status.shown.isEmpty());
     context.settings.SaveText(Keys::Help, u"/manual/CSOUND.HlP"_s);
     ExpectHelp(u"-k \"oscil\""_s, u"/manual/CSOUND.HlP"_s);
-    HelpOnWord(context.editor);
+    HelpOnWord(context.editor, context.folder.path());
+}
+
+TEST_F(HelpOnAWord, AManualOpensThePageOfTheWord)
+{
+    const QString file =
+        context.WriteFile(u"my.hlp"_s, "[Manual]\nFolder=manual\nPage=$WORD$.html\nContents=all.html\n"
+                                       "[Pages]\n0dbfs=Zero.html\n");
+    const QString manual = context.folder.filePath(u"manual"_s);
+    ASSERT_TRUE(QDir().mkdir(manual));
+    for (const QString &page : {u"manual/all.html"_s, u"manual/oscil.html"_s})
+        context.WriteFile(page, "x");
+    context.settings.SaveText(Keys::Help, file);
+    const auto expect = [&](const QString &text, const QString &page) {
+        context.text.SetText(text);
+        context.text.SetSelection(0, -1);
+        context.desktop.ExpectShellRun({.file = manual + u'/' + page});
+        HelpOnWord(context.editor, context.folder.path());
+    };
+    expect(u"oscil"_s, u"oscil.html"_s);
+    EXPECT_EQ(context.status.text, u"Help keyword: oscil"_s);
+    expect(u"0dbfs"_s, u"Zero.html"_s);
+    expect(u"no such word"_s, u"all.html"_s);
+    expect(u"../manual/oscil"_s, u"all.html"_s);
+    expect(u"x"_s, u"all.html"_s);
+    context.document.CurrentFile.clear();
+    expect(u"oscil"_s, u"all.html"_s);
+}
+
+TEST_F(HelpOnAWord, TheShippedManualServesWhereNoneIsSet)
+{
+    context.settings.SaveText(Keys::Help, QString());
+    context.text.SetText(u"oscil"_s);
+    context.text.SetSelection(0, -1);
+    context.WriteFile(u"csound.hlp"_s, "[Manual]\nFolder=there\nPage=$WORD$.html\nContents=index.html\n");
+    const MessageBoxRequest question{
+        .text = u"You should first set a help file. Do you want to open the Preferences dialog box now?"_s,
+        .icon = BoxIcon::Warning,
+        .buttons = BoxButtons::YesNo};
+    context.desktop.ExpectMessage(question, BoxAnswer::No); // the manual is not installed
+    HelpOnWord(context.editor, context.folder.path());
+    const QString manual = context.folder.filePath(u"there"_s);
+    ASSERT_TRUE(QDir().mkdir(manual));
+    context.WriteFile(u"there/index.html"_s, "x");
+    context.WriteFile(u"there/oscil.html"_s, "x");
+    context.desktop.ExpectShellRun({.file = manual + u"/oscil.html"_s});
+    HelpOnWord(context.editor, context.folder.path());
+}
+
+TEST(Manual, OnTheWebEveryWordHasAPage)
+{
+    TestContext context;
+    const QString file = context.WriteFile(
+        u"web.hlp"_s, "[Manual]\nFolder=https://example.org/manual/\nPage=$WORD$.html\nContents=\n");
+    EXPECT_FALSE(ReadManual(file)) << "no contents page";
+    context.WriteFile(
+        u"web.hlp"_s,
+        "[Manual]\nFolder=https://example.org/manual/\nPage=$WORD$.html\nContents=index.html\n");
+    const auto manual = ReadManual(file);
+    ASSERT_TRUE(manual);
+    EXPECT_TRUE(manual->IsThere());
+    EXPECT_EQ(manual->ContentsPage(), u"https://example.org/manual/index.html"_s);
+    EXPECT_EQ(manual->PageOf(u"a/b c"_s), u"https://example.org/manual/a%2Fb%20c.html"_s);
+}
+
+TEST(Manual, OtherFilesAreNone)
+{
+    TestContext context;
+    EXPECT_FALSE(ReadManual(context.folder.filePath(u"missing.hlp"_s)));
+    EXPECT_FALSE(ReadManual(context.WriteFile(u"old.hlp"_s, QByteArray("?_\x03\0\0\0\xff\xfe", 8))));
+    EXPECT_FALSE(ReadManual(context.folder.path()));
+}
+
+TEST(Manual, TheShippedOneNamesItsPages)
+{
+    const auto manual = ReadManual(QStringLiteral(ZELVANE_SOURCE_DIR "/data/csound.hlp"));
+    ASSERT_TRUE(manual);
+    ASSERT_TRUE(manual->IsThere()) << "csound-doc is not installed";
+    EXPECT_EQ(manual->PageOf(u"oscili"_s), manual->folder + u"/oscili.html"_s);
+    EXPECT_EQ(manual->PageOf(u"0dbfs"_s), manual->folder + u"/Zerodbfs.html"_s);
+    for (const QString &page : manual->pages)
+        EXPECT_TRUE(QFileInfo(manual->folder + u'/' + page).isFile()) << page.toStdString();
 }
 
 } // namespace zelvane::test

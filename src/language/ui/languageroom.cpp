@@ -42,7 +42,8 @@ LanguageRoom::LanguageRoom(const WindowContext &context)
     context.steps.outline.Take(*tvwBrowse);
     context.steps.relatedFiles.Take(*tvwRelated);
 
-    context.commands.Bind(Cmd::mnuCsHelp, [&editor = context.editor] { HelpOnWord(editor); });
+    context.commands.Bind(Cmd::mnuCsHelp,
+                          [&editor = context.editor] { HelpOnWord(editor, ProgramFolder()); });
     context.commands.Bind(Cmd::mnuRefreshSyntaxHighlight, [this] { Refresh(); });
 }
 
