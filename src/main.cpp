@@ -10,12 +10,11 @@
 #include "run/ui/frmquickpreset.h"
 #include "shell/commandline.h"
 #include "shell/consoleanswer.h"
-#include "shell/documentkeys.h"
 #include "shell/errorreport.h"
 #include "shell/layoutkeys.h"
+#include "shell/mailbox.h"
 #include "shell/settings.h"
 #include "shell/splitpath.h"
-#include "shell/startup.h"
 #include "shell/ui/formsplash.h"
 #include "window/ui/frmeditor.h"
 
@@ -111,22 +110,21 @@ bool HandedOver(const CommandLine &command, SettingsStore &settings, InstanceLin
 {
     if (!MayHandOver(command, settings) || !link.FindRunning())
         return false;
-    const bool hasMail = PutHandOver(command, settings);
+    const bool hasMail = PutMail(command, settings);
     if (link.Notify(hasMail ? InstanceLink::Call::HandOver : InstanceLink::Call::Raise, token))
         return true;
     // It has ended just now: this process opens the file itself, and takes its mail back.
     if (hasMail)
-        settings.DeleteSetting(Keys::Open);
+        TakeMail(settings);
     return false;
 }
 
 /// Starts another editor on what still stands in the mailbox.
 void StartWithMail(SettingsStore &settings, Desktop &desktop)
 {
-    const QString mail = settings.Text(Keys::Open);
+    const QString mail = TakeMail(settings);
     if (mail.isEmpty())
         return;
-    settings.DeleteSetting(Keys::Open);
     desktop.ShellRun({.verb = u"open"_s,
                       .file = QCoreApplication::applicationFilePath(),
                       .parameters = SplitPath(PathPart::Quoted, DropOuterQuotes(mail))});

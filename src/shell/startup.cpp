@@ -1,57 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/startup.h"
 
-#include "platform/runtimeerror.h"
 #include "shell/documentkeys.h"
 #include "shell/documentlifecycle.h"
 #include "shell/errorreport.h"
 #include "shell/layoutkeys.h"
 
-#include <QScopeGuard>
-
 using namespace Qt::Literals::StringLiterals;
 
 namespace zelvane
 {
-
-bool MayHandOver(const CommandLine &command, const SettingsStore &settings)
-{
-    return settings.GetSetting(Sections::Options, Keys::MultipleInstances.Name(), u"0"_s) == u"0" &&
-           command.Form() != StartForm::NewInstance;
-}
-
-bool PutHandOver(const CommandLine &command, SettingsStore &settings)
-{
-    if (command.Text().isEmpty())
-        return false;
-    settings.SaveText(Keys::Open, command.Text());
-    return true;
-}
-
-void HandOver::Wake()
-{
-    if (m_opening) {
-        m_wokenAgain = true;
-        return;
-    }
-    m_opening = true;
-    const auto done = qScopeGuard([this] { m_opening = false; });
-    do {
-        m_wokenAgain = false;
-        const QString name = m_editor.settings.Text(Keys::Open);
-        Guarded(m_editor.desktop, [&] { m_editor.operations.OpenFile(name); });
-        // Whatever the opening met, the mail has been read.
-        Guarded(m_editor.desktop, [&] { RemoveMail(name); });
-        m_editor.windows.RaiseMainWindow();
-    } while (m_wokenAgain);
-}
-
-void HandOver::RemoveMail(const QString &name)
-{
-    // Mail that came while the file opened stays for its own wake-up.
-    if (m_editor.settings.Text(Keys::Open) == name)
-        m_editor.settings.DeleteSetting(Keys::Open);
-}
 
 void RigaDiComando(const CommandLine &command, DocumentLifecycle &documents, const SettingsStore &settings)
 {

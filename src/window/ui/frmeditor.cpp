@@ -6,6 +6,7 @@
 #include "shell/editorkeys.h"
 #include "shell/errorreport.h"
 #include "shell/layoutkeys.h"
+#include "shell/startup.h"
 #include "shell/ui/bandbar.h"
 #include "shell/ui/commandkeys.h"
 #include "shell/ui/commands.h"
@@ -71,7 +72,9 @@ frmEditor::frmEditor(SettingsStore &settings, Desktop &desktop, const CommandLin
           *this, *m_workspace, *m_commands, settings,
           WindowLayout::Hooks{[this](bool flat) { SetFlatButtons(flat); },
                               [this](bool hot) { m_rooms->language.SetHotTracking(hot); }})),
-      m_mailbox(m_context)
+      // A dialog that waits for an answer works on the text that stands: mail is opened when it has closed.
+      // The messages of the first use stand over nothing of the kind.
+      m_mailbox(m_context, [this] { return IsStarting() || !QApplication::activeModalWidget(); })
 {
     setObjectName(u"frmEditor"_s);
     setWindowIcon(Icons::Load(u"zelvane"_s));
@@ -221,10 +224,11 @@ void frmEditor::ConnectText()
 
 void frmEditor::Init(const std::function<void()> &closeSplash)
 {
-    m_initializing = true;
+    m_life = Life::Starting;
     const auto ended = qScopeGuard([this] {
-        m_initializing = false;
-        if (m_closeAfterInit)
+        const bool close = m_life == Life::CloseAfterStart;
+        m_life = Life::Waiting;
+        if (close)
             QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
     });
     m_commands->Guard([&] {
@@ -268,14 +272,7 @@ void frmEditor::SetUpText()
 
 void frmEditor::HandOver()
 {
-    if (m_unloaded)
-        return;
-    // A dialog that waits for an answer works on the text that stands: the mail is opened when it has closed.
-    // The messages of the first use stand over nothing of the kind.
-    m_mailWaits = QApplication::activeModalWidget() && !m_initializing;
-    if (m_mailWaits)
-        RaiseMainWindow();
-    else
+    if (m_life != Life::Closed)
         m_mailbox.Wake();
 }
 
@@ -323,7 +320,7 @@ bool frmEditor::eventFilter(QObject *watched, QEvent *event)
 bool frmEditor::event(QEvent *event)
 {
     // Not at once: the command that showed the dialog has not come to its end.
-    if (event->type() == QEvent::WindowUnblocked && m_mailWaits)
+    if (event->type() == QEvent::WindowUnblocked && HasMail())
         QMetaObject::invokeMethod(this, &frmEditor::HandOver, Qt::QueuedConnection);
     return QMainWindow::event(event);
 }
@@ -358,16 +355,16 @@ void frmEditor::dropEvent(QDropEvent *event)
 
 void frmEditor::closeEvent(QCloseEvent *event)
 {
-    if (m_unloaded)
+    if (m_life == Life::Closed)
         return event->accept();
     event->ignore();
-    if (m_initializing) {
-        m_closeAfterInit = true;
+    if (IsStarting()) {
+        m_life = Life::CloseAfterStart;
         return;
     }
     if (!MayEnd())
         return;
-    m_unloaded = true;
+    m_life = Life::Closed;
     Q_EMIT Ending();
     m_commands->Guard([this] { Unload(); });
     event->accept();
@@ -379,12 +376,12 @@ void frmEditor::closeEvent(QCloseEvent *event)
 bool frmEditor::MayEnd()
 {
     // The end is asked for once more while the question stands: by the session, by a signal.
-    if (m_asking) {
+    if (m_life == Life::Asking) {
         RaiseMainWindow();
         return false;
     }
-    m_asking = true;
-    const auto answered = qScopeGuard([this] { m_asking = false; });
+    const auto answered = qScopeGuard([this, before = m_life] { m_life = before; });
+    m_life = Life::Asking;
     bool goOn = false;
     m_commands->Guard([&] { goOn = m_documents.QuerySave(); });
     return goOn;

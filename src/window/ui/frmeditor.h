@@ -5,7 +5,7 @@
 #include "shell/documentlifecycle.h"
 #include "shell/documentsteps.h"
 #include "shell/editorcontext.h"
-#include "shell/startup.h"
+#include "shell/mailbox.h"
 #include "shell/ui/windowcontext.h"
 
 #include <functional>
@@ -46,7 +46,7 @@ public:
     void HandOver();
 
     /// Whether something handed over still waits for the end of a dialog.
-    bool HasMail() const { return m_mailWaits; }
+    bool HasMail() const { return m_mailbox.HasMail(); }
 
     /// Asks about unsaved work, as the close of the window does. @return whether the program may end
     bool MayEnd();
@@ -84,6 +84,16 @@ private:
     void ConnectText();
     /// Colours, tab stops, word wrap and font of the text control, as the settings have them.
     void SetUpText();
+    /// The life of the window, and what stands between it and the end.
+    enum class Life {
+        Waiting,         ///< for the user
+        Starting,        ///< Init runs
+        CloseAfterStart, ///< Init runs, and the close that was asked for meanwhile comes after it
+        Asking,          ///< about unsaved work
+        Closed
+    };
+    bool IsStarting() const { return m_life == Life::Starting || m_life == Life::CloseAfterStart; }
+
     /// What is written at the close, in its order.
     void Unload();
 
@@ -106,13 +116,9 @@ private:
     WindowContext m_window;
     std::unique_ptr<RoomList> m_rooms;
     std::unique_ptr<WindowLayout> m_layout;
-    zelvane::HandOver m_mailbox;
+    Mailbox m_mailbox;
 
-    bool m_initializing = false;
-    bool m_closeAfterInit = false;
-    bool m_mailWaits = false;
-    bool m_asking = false;
-    bool m_unloaded = false;
+    Life m_life = Life::Waiting;
 };
 
 } // namespace zelvane
