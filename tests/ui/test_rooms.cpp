@@ -10,6 +10,7 @@
 #include "shell/documentsteps.h"
 #include "shell/layoutkeys.h"
 #include "shell/toolkeys.h"
+#include "shell/ui/appearance.h"
 #include "shell/ui/bandbar.h"
 #include "shell/ui/commands.h"
 #include "shell/ui/menuname.h"
@@ -48,8 +49,9 @@ struct BareWindow : TestContext {
     Menus menus{window.menuBar(), &window, commands};
     BandBar bands{&window};
     SidePanel panel{&window};
-    WindowContext context{withControl, control, documents, view,  steps,
-                          commands,    menus,   &window,   bands, panel};
+    Appearance appearance{settings};
+    WindowContext context{withControl, control, documents, view,  steps,     commands,
+                          menus,       &window, bands,     panel, appearance};
 
     BareWindow()
     {
@@ -64,7 +66,7 @@ struct BareWindow : TestContext {
             qFatal("no child named %s", qPrintable(name));
         return *found;
     }
-    bool Has(WindowBand band) const { return bands.IsBandVisible(int(band)); }
+    bool Has(WindowBand band) const { return bands.IsBandVisible(band); }
 };
 
 class RoomsTest : public QObject
@@ -154,15 +156,15 @@ void RoomsTest::TheOpcodesAreLoadedWhenTheirBandIsShown()
     BareWindow on;
     LanguageRoom room(on.context);
     const auto &combo = on.Find<QComboBox>(u"cmbOpcodes"_s);
-    on.bands.SetBandVisible(int(WindowBand::Opcodes), false);
+    on.bands.SetBandVisible(WindowBand::Opcodes, false);
     room.LoadShownOpcodes();
     QCOMPARE(combo.count(), 0);
-    on.bands.SetBandVisible(int(WindowBand::Player), true);
+    on.bands.SetBandVisible(WindowBand::Player, true);
     QCOMPARE(combo.count(), 0);
-    on.bands.SetBandVisible(int(WindowBand::Opcodes), true);
+    on.bands.SetBandVisible(WindowBand::Opcodes, true);
     QCOMPARE(combo.count(), 4);
-    on.bands.SetBandVisible(int(WindowBand::Opcodes), false);
-    on.bands.SetBandVisible(int(WindowBand::Opcodes), true);
+    on.bands.SetBandVisible(WindowBand::Opcodes, false);
+    on.bands.SetBandVisible(WindowBand::Opcodes, true);
     QCOMPARE(combo.count(), 4);
 }
 
@@ -209,15 +211,15 @@ void RoomsTest::LabelsOfPresetsFollowTheirRow()
 void RoomsTest::TheFoldersOfTheToolsAreKnownWithTheTools()
 {
     BareWindow on;
-    RunRoom room(on.context);
-    room.LoadPresets();
+    const RunRoom room(on.context);
+    on.appearance.Apply({Look::ToolPaths});
     on.commands.MenuOpening(Menu::mnuView);
     QVERIFY(!on.commands.IsEnabled(Cmd::mnuDIR[KnownFolder::Csound]));
     QVERIFY(on.commands.IsEnabled(Cmd::mnuDIR[KnownFolder::Program]));
     on.settings.SaveText(Keys::Csound, u"/opt/csound/csound"_s);
     on.commands.MenuOpening(Menu::mnuView);
     QVERIFY(!on.commands.IsEnabled(Cmd::mnuDIR[KnownFolder::Csound])); // in memory as they were read
-    room.LoadPresets();
+    on.appearance.Apply({Look::ToolPaths});
     on.commands.MenuOpening(Menu::mnuView);
     QVERIFY(on.commands.IsEnabled(Cmd::mnuDIR[KnownFolder::Csound]));
     on.desktop.ExpectShellRun({.verb = u"open"_s, .file = u"/opt/csound"_s});

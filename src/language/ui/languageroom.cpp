@@ -10,6 +10,9 @@
 #include "shell/command.h"
 #include "shell/documentview.h"
 #include "shell/editorcontext.h"
+#include "shell/layoutkeys.h"
+#include "shell/settings.h"
+#include "shell/ui/appearance.h"
 #include "shell/ui/bandbar.h"
 #include "shell/ui/commands.h"
 
@@ -33,9 +36,15 @@ LanguageRoom::LanguageRoom(const WindowContext &context)
 {
     cmbOpcodes->setMaximumWidth(context.window->fontMetrics().averageCharWidth() * ComboCharacters);
     context.bands.AddBand(WindowBand::Opcodes, cmbOpcodes);
-    QObject::connect(&context.bands, &BandBar::BandShown, cmbOpcodes, [this](int band) {
-        if (WindowBand(band) == WindowBand::Opcodes)
+    QObject::connect(&context.bands, &BandBar::BandShown, cmbOpcodes, [this](WindowBand band) {
+        if (band == WindowBand::Opcodes)
             LoadShownOpcodes();
+    });
+
+    context.appearance.Add(Look::HotTracking, [this](const SettingsStore &settings) {
+        const bool on = settings.Flag(Keys::HotTracking);
+        tvwBrowse->SetHotTracking(on);
+        tvwRelated->SetHotTracking(on);
     });
 
     context.steps.colour.Take(*this);
@@ -55,14 +64,8 @@ void LanguageRoom::LoadTables()
 
 void LanguageRoom::LoadShownOpcodes()
 {
-    if (m_context.bands.IsBandVisible(int(WindowBand::Opcodes)) && cmbOpcodes->count() == 0)
+    if (m_context.bands.IsBandVisible(WindowBand::Opcodes) && cmbOpcodes->count() == 0)
         cmbOpcodes->LoadOpcodeCombo();
-}
-
-void LanguageRoom::SetHotTracking(bool on)
-{
-    tvwBrowse->SetHotTracking(on);
-    tvwRelated->SetHotTracking(on);
 }
 
 void LanguageRoom::Refresh()

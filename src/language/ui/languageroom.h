@@ -25,8 +25,6 @@ public:
     void LoadTables();
     /// Fills the opcode combo if it is in sight and empty; else that waits until it is shown.
     void LoadShownOpcodes();
-    /// Whether both trees highlight the item under the pointer.
-    void SetHotTracking(bool on);
 
     void performSyntaxHighlight() override { m_highlighter.performSyntaxHighlight(); }
 

@@ -41,7 +41,7 @@ void PanelTree::ToggleBand()
     m_commands.SetChecked(m_row, shown);
     if (!shown)
         clear();
-    m_panel.SetBandVisible(int(m_band), shown);
+    m_panel.SetBandVisible(m_band, shown);
     if (shown) {
         m_panel.repaint();
         Fill();

@@ -11,6 +11,7 @@
 #include "shell/layoutkeys.h"
 #include "shell/settings.h"
 #include "shell/showfolders.h"
+#include "shell/ui/appearance.h"
 #include "shell/ui/bandbar.h"
 #include "shell/ui/commands.h"
 #include "shell/ui/foldercommands.h"
@@ -32,10 +33,13 @@ RunRoom::RunRoom(const WindowContext &context)
     BandBar &bands = context.bands;
     bands.AddBand(WindowBand::Presets, tbPresets);
     ShowExtensionInTextColour(*tbPresets);
-    QObject::connect(tbPresets, &PresetBar::Rebuilt, &bands, [&bands] {
-        if (bands.IsBandVisible(int(WindowBand::Presets)))
-            bands.SetBandWidth(int(WindowBand::Presets), bands.NaturalBandWidth(int(WindowBand::Presets)));
+    QObject::connect(tbPresets, &PresetBar::Rebuilt, &bands,
+                     [&bands] { bands.FitBand(WindowBand::Presets); });
+    context.appearance.Add(Look::FlatButtons, [this](const SettingsStore &settings) {
+        tbPresets->SetFlat(settings.Flag(Keys::FlatButtons));
     });
+    context.appearance.Add(Look::ToolPaths,
+                           [this](const SettingsStore &settings) { m_tools = ReadToolPaths(settings); });
     new PresetDigits(context.window, *tbPresets);
 
     Commands &commands = context.commands;
@@ -49,15 +53,9 @@ RunRoom::RunRoom(const WindowContext &context)
 
 void RunRoom::LoadPresets()
 {
-    m_tools = ReadToolPaths(m_context.editor.settings);
     tbPresets->PresetsButtons();
     if (m_context.editor.settings.Flag(Keys::PresetsLabels))
         m_context.commands.Run(Cmd::mnuLabels[LabelPlace::Presets]);
-}
-
-void RunRoom::SetFlatButtons(bool flat)
-{
-    tbPresets->SetFlat(flat);
 }
 
 void RunRoom::EditPreset(const QString &name)

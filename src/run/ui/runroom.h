@@ -17,9 +17,8 @@ class RunRoom : public PresetWindows
 public:
     explicit RunRoom(const WindowContext &context);
 
-    /// Start-up: reads the tool paths and builds the presets.
+    /// Start-up: builds the presets, which may name the tools.
     void LoadPresets();
-    void SetFlatButtons(bool flat);
 
     void EditPreset(const QString &name) override;
     void RebuildPresets() override;

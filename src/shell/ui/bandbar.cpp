@@ -58,6 +58,12 @@ int BandBar::NaturalBandWidth(int band) const
     return one.control ? HeaderWidth(one) + one.control->sizeHint().width() + BandMargin : 0;
 }
 
+void BandBar::FitBand(WindowBand band)
+{
+    if (IsBandVisible(band))
+        SetBandWidth(int(band), NaturalBandWidth(int(band)));
+}
+
 void BandBar::SetStartsRow(int band, bool startsRow)
 {
     m_bands[size_t(band)].startsRow = startsRow;
@@ -71,7 +77,7 @@ void BandBar::SetBandVisible(int band, bool visible)
     if (one.control)
         one.control->setVisible(visible);
     Changed();
-    Q_EMIT BandShown(band, visible);
+    Q_EMIT BandShown(WindowBand(band), visible);
 }
 
 bool BandBar::IsAnyBandVisible() const

@@ -34,10 +34,14 @@ public:
     void SetBandWidth(int band, int width);
     /// The width that shows the whole control.
     int NaturalBandWidth(int band) const;
+    /// Gives a visible band that width.
+    void FitBand(WindowBand band);
     bool StartsRow(int band) const { return m_bands[size_t(band)].startsRow; }
     void SetStartsRow(int band, bool startsRow);
     bool IsBandVisible(int band) const { return m_bands[size_t(band)].IsShown(); }
+    bool IsBandVisible(WindowBand band) const { return IsBandVisible(int(band)); }
     void SetBandVisible(int band, bool visible);
+    void SetBandVisible(WindowBand band, bool visible) { SetBandVisible(int(band), visible); }
     bool IsAnyBandVisible() const;
     bool AreCaptionsShown() const { return m_captions; }
     void ShowCaptions(bool shown);
@@ -58,7 +62,7 @@ Q_SIGNALS:
     /// The bar needs another height for its width.
     void HeightChanged();
     /// A band has been shown or hidden.
-    void BandShown(int band, bool shown);
+    void BandShown(WindowBand band, bool shown);
 
 protected:
     bool event(QEvent *event) override;

@@ -56,7 +56,7 @@ void SidePanel::SetBandVisible(int band, bool visible)
     m_bands[size_t(band)].visible = visible;
     m_bands[size_t(band)].control->setVisible(visible);
     Arrange();
-    Q_EMIT BandShown(band, visible);
+    Q_EMIT BandShown(PanelBand(band), visible);
 }
 
 bool SidePanel::IsAnyBandVisible() const

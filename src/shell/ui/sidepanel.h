@@ -33,6 +33,7 @@ public:
     void SetBandHeight(int band, int height);
     bool IsBandVisible(int band) const { return m_bands[size_t(band)].visible; }
     void SetBandVisible(int band, bool visible);
+    void SetBandVisible(PanelBand band, bool visible) { SetBandVisible(int(band), visible); }
     bool IsAnyBandVisible() const;
     bool AreCaptionsShown() const { return m_captions; }
     void ShowCaptions(bool shown);
@@ -46,7 +47,7 @@ public:
 
 Q_SIGNALS:
     /// A band has been shown or hidden.
-    void BandShown(int band, bool shown);
+    void BandShown(PanelBand band, bool shown);
 
 protected:
     bool event(QEvent *event) override;

@@ -6,6 +6,7 @@ class QWidget;
 namespace zelvane
 {
 
+class Appearance;
 class BandBar;
 class Commands;
 class DocumentLifecycle;
@@ -17,7 +18,8 @@ struct DocumentSteps;
 struct EditorContext;
 
 /// What a room plugs into: it binds its commands, puts its controls into the band bar and the side panel,
-/// shows its dialogs over the window, and takes its places in the steps of a document. The parts outlive
+/// shows its dialogs over the window, takes its places in the steps of a document, and adds what
+/// follows the settings. The parts outlive
 /// every room.
 struct WindowContext {
     EditorContext &editor;
@@ -30,6 +32,7 @@ struct WindowContext {
     QWidget *window; ///< the parent of dialogs and of what lives as long as the window
     BandBar &bands;
     SidePanel &panel;
+    Appearance &appearance;
 };
 
 } // namespace zelvane

@@ -4,9 +4,8 @@
 #include "platform/ui/textcontrol.h"
 #include "shell/command.h"
 #include "shell/documentlifecycle.h"
-#include "shell/editorkeys.h"
-#include "shell/settings.h"
 #include "shell/statustexts.h"
+#include "shell/ui/appearance.h"
 #include "shell/ui/commands.h"
 #include "shell/ui/editcommands.h"
 #include "shell/ui/frmnew.h"
@@ -23,14 +22,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace zelvane
 {
-
-namespace
-{
-
-constexpr quint32 SystemWindow = 0x80000005;
-constexpr quint32 SystemWindowText = 0x80000008;
-
-} // namespace
 
 DocumentDisplay::~DocumentDisplay()
 {
@@ -75,10 +66,7 @@ void DocumentDisplay::FocusText()
 
 void DocumentDisplay::ApplyTextColours()
 {
-    if (m_settings.Flag(Keys::SystemColors))
-        m_text.SetTextColours(SystemWindowText, SystemWindow);
-    else
-        m_text.SetTextColours(m_settings.Colour(Keys::FontColor), m_settings.Colour(Keys::BackColor));
+    m_appearance.Apply({Look::TextColours});
 }
 
 void DocumentDisplay::EnableSaveButton(bool enabled)

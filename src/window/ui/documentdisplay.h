@@ -9,10 +9,10 @@ class QWidget;
 namespace zelvane
 {
 
+class Appearance;
 class Commands;
 class Desktop;
 class Menus;
-class SettingsStore;
 class StatusBar;
 class TextControl;
 
@@ -20,13 +20,13 @@ class TextControl;
 class DocumentDisplay : public DocumentView
 {
 public:
-    DocumentDisplay(QWidget &window, TextControl &text, StatusBar &status, SettingsStore &settings,
-                    Desktop &desktop, Commands &commands, Menus &menus)
+    DocumentDisplay(QWidget &window, TextControl &text, StatusBar &status, Desktop &desktop,
+                    const Appearance &appearance, Commands &commands, Menus &menus)
         : m_window(window),
           m_text(text),
           m_status(status),
-          m_settings(settings),
           m_desktop(desktop),
+          m_appearance(appearance),
           m_commands(commands),
           m_menus(menus)
     {
@@ -52,8 +52,8 @@ private:
     QWidget &m_window;
     TextControl &m_text;
     StatusBar &m_status;
-    SettingsStore &m_settings;
     Desktop &m_desktop;
+    const Appearance &m_appearance;
     Commands &m_commands;
     Menus &m_menus;
     QAction *m_saveButton = nullptr;

@@ -59,19 +59,17 @@ frmEditor::frmEditor(SettingsStore &settings, Desktop &desktop, const CommandLin
       picStatus(new StatusBar),
       m_commands(new Commands(desktop, this)),
       m_menus(std::make_unique<Menus>(menuBar(), this, *m_commands)),
-      m_display(std::make_unique<DocumentDisplay>(*this, *TxtEdit, *picStatus, settings, desktop, *m_commands,
-                                                  *m_menus)),
+      m_appearance(settings),
+      m_display(std::make_unique<DocumentDisplay>(*this, *TxtEdit, *picStatus, desktop, m_appearance,
+                                                  *m_commands, *m_menus)),
       m_documents(m_document, *TxtEdit, settings, desktop, *picStatus, *m_display, m_steps),
       m_context{m_document, *TxtEdit, settings, desktop, *picStatus, *this, m_documents},
       m_workspace(new Workspace(TxtEdit, picStatus, this)),
       Toolbar1(new QToolBar),
-      m_window{m_context,   *TxtEdit, m_documents, *m_display,           m_steps,
-               *m_commands, *m_menus, this,        m_workspace->Bands(), m_workspace->Panel()},
+      m_window{m_context, *TxtEdit, m_documents,          *m_display,           m_steps,     *m_commands,
+               *m_menus,  this,     m_workspace->Bands(), m_workspace->Panel(), m_appearance},
       m_rooms(new RoomList{m_window}),
-      m_layout(std::make_unique<WindowLayout>(
-          *this, *m_workspace, *m_commands, settings,
-          WindowLayout::Hooks{[this](bool flat) { SetFlatButtons(flat); },
-                              [this](bool hot) { m_rooms->language.SetHotTracking(hot); }})),
+      m_layout(std::make_unique<WindowLayout>(*this, *m_workspace, *m_commands, settings, m_appearance)),
       // A dialog that waits for an answer works on the text that stands: mail is opened when it has closed.
       // The messages of the first use stand over nothing of the kind.
       m_mailbox(m_context, [this] { return IsStarting() || !QApplication::activeModalWidget(); })
@@ -84,6 +82,7 @@ frmEditor::frmEditor(SettingsStore &settings, Desktop &desktop, const CommandLin
 
     BuildToolbar();
     BuildBands();
+    AddLooks();
     BindDocumentCommands(m_window, [this] { close(); });
     BindEditCommands(m_window);
     new TextCommands(m_window);
@@ -180,11 +179,17 @@ void frmEditor::BuildBands()
     });
 }
 
-void frmEditor::SetFlatButtons(bool flat)
+void frmEditor::AddLooks()
 {
-    for (QToolButton *face : Toolbar1->findChildren<QToolButton *>())
-        face->setAutoRaise(flat);
-    m_rooms->run.SetFlatButtons(flat);
+    AddTextLooks(m_appearance, *TxtEdit);
+    m_appearance.Add(Look::BandLabels, [this](const SettingsStore &settings) {
+        m_workspace->Bands().ShowCaptions(settings.Flag(Keys::BandLabels));
+    });
+    m_appearance.Add(Look::FlatButtons, [this](const SettingsStore &settings) {
+        const bool flat = settings.Flag(Keys::FlatButtons);
+        for (QToolButton *face : Toolbar1->findChildren<QToolButton *>())
+            face->setAutoRaise(flat);
+    });
 }
 
 void frmEditor::ConnectText()
@@ -233,6 +238,7 @@ void frmEditor::Init(const std::function<void()> &closeSplash)
     });
     m_commands->Guard([&] {
         SetUpText();
+        m_appearance.Apply({Look::ToolPaths});
         m_rooms->run.LoadPresets();
         RaiseMainWindow();
         m_rooms->language.LoadTables();
@@ -256,17 +262,12 @@ void frmEditor::SetUpText()
         TxtEdit->setUpdatesEnabled(true);
         m_document.Modified = m_document.Loading = false;
     });
-    m_display->ApplyTextColours();
+    m_appearance.Apply({Look::TextColours});
     TxtEdit->SetTabWidth(m_settings.Integer(Keys::TabSize));
     if (m_settings.Flag(Keys::WordWrap))
         m_commands->Run(Cmd::mnuWordWrap);
     m_document.Modified = false;
-    TextFont font = TxtEdit->CurrentFont();
-    font.family = m_settings.Text(Keys::Font, font.family);
-    font.points = m_settings.Number(Keys::FontSize, font.points);
-    font.italic = m_settings.Flag(Keys::FontItalic, font.italic);
-    font.bold = m_settings.Flag(Keys::FontBold, font.bold);
-    TxtEdit->ApplyFont(font);
+    m_appearance.Apply({Look::Font});
     TxtEdit->SetDragMode(m_settings.Flag(Keys::DragAndDrop));
 }
 
@@ -390,11 +391,7 @@ bool frmEditor::MayEnd()
 void frmEditor::Unload()
 {
     m_layout->SaveGeometry();
-    const TextFont font = TxtEdit->CurrentFont();
-    m_settings.SaveText(Keys::Font, font.family);
-    m_settings.SaveFlag(Keys::FontItalic, font.italic);
-    m_settings.SaveFlag(Keys::FontBold, font.bold);
-    m_settings.SaveNumber(Keys::FontSize, font.points);
+    SaveTextFont(*TxtEdit, m_settings);
     m_settings.SaveFlag(Keys::WordWrap, m_commands->IsChecked(Cmd::mnuWordWrap));
     m_layout->SaveBands();
     m_settings.SaveNumber(Keys::Used, m_settings.Number(Keys::Used) + 1);

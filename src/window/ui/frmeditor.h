@@ -6,6 +6,7 @@
 #include "shell/documentsteps.h"
 #include "shell/editorcontext.h"
 #include "shell/mailbox.h"
+#include "shell/ui/appearance.h"
 #include "shell/ui/windowcontext.h"
 
 #include <functional>
@@ -55,6 +56,8 @@ public:
     DocumentLifecycle &Documents() { return m_documents; }
     Commands &CommandTable() { return *m_commands; }
     RoomList &Rooms() { return *m_rooms; }
+    /// What of the window follows the settings.
+    const Appearance &Looks() const { return m_appearance; }
 
     // ProgramWindows
     bool MainWindowActive() const override;
@@ -80,7 +83,8 @@ protected:
 private:
     void BuildToolbar();
     void BuildBands();
-    void SetFlatButtons(bool flat);
+    /// What the settings decide of the window's own controls.
+    void AddLooks();
     void ConnectText();
     /// Colours, tab stops, word wrap and font of the text control, as the settings have them.
     void SetUpText();
@@ -107,6 +111,7 @@ private:
     StatusBar *picStatus;
     Commands *m_commands;
     std::unique_ptr<Menus> m_menus;
+    Appearance m_appearance;
     std::unique_ptr<DocumentDisplay> m_display;
     DocumentLifecycle m_documents;
     EditorContext m_context;

@@ -28,7 +28,7 @@ void BindViewCommands(const WindowContext &context, Workspace &workspace, QToolB
 {
     Commands &commands = context.commands;
     commands.Bind(Cmd::mnuShowToolbar, [&commands, &workspace](WindowBand band) {
-        workspace.Bands().SetBandVisible(int(band), Toggle(commands, Cmd::mnuShowToolbar[band]));
+        workspace.Bands().SetBandVisible(band, Toggle(commands, Cmd::mnuShowToolbar[band]));
     });
     commands.Bind(Cmd::mnuShowStatusbar, [&commands, &workspace] {
         workspace.ShowStatusBar(Toggle(commands, Cmd::mnuShowStatusbar));

@@ -3,6 +3,7 @@
 
 #include "player/playerkeys.h"
 #include "shell/layoutkeys.h"
+#include "shell/ui/appearance.h"
 #include "shell/ui/bandbar.h"
 #include "shell/ui/commands.h"
 #include "shell/ui/screenplace.h"
@@ -31,12 +32,12 @@ constexpr QSize LeastSize(240, 160); ///< a smaller stored window would not show
 } // namespace
 
 WindowLayout::WindowLayout(QMainWindow &window, Workspace &workspace, Commands &commands,
-                           SettingsStore &settings, Hooks hooks)
+                           SettingsStore &settings, const Appearance &appearance)
     : m_window(window),
       m_workspace(workspace),
       m_commands(commands),
       m_settings(settings),
-      m_hooks(std::move(hooks))
+      m_appearance(appearance)
 {
 }
 
@@ -72,7 +73,7 @@ void WindowLayout::RestoreBands()
     BandBar &bands = m_workspace.Bands();
     SidePanel &panel = m_workspace.Panel();
 
-    m_hooks.flatButtons(m_settings.Flag(Keys::FlatButtons));
+    m_appearance.Apply({Look::FlatButtons});
     for (int band = 0; band < bands.BandCount(); ++band) {
         const double width = m_settings.Number(Keys::BandWidth(band + 1), bands.BandWidth(band));
         if (width != bands.BandWidth(band))
@@ -89,7 +90,7 @@ void WindowLayout::RestoreBands()
         panel.SetBandHeight(band, int(std::clamp(height, -1.0, MostTwips)));
     }
 
-    m_hooks.hotTracking(m_settings.Flag(Keys::HotTracking));
+    m_appearance.Apply({Look::HotTracking});
     if (m_settings.Flag(Keys::RelatedFiles))
         m_commands.Run(Cmd::mnuRelated);
     if (m_settings.Flag(Keys::CodeOutline))
@@ -97,7 +98,7 @@ void WindowLayout::RestoreBands()
     // The player's button follows the row.
     if (m_settings.Flag(Keys::LoopMode))
         m_commands.SetChecked(Cmd::mnuLoop, true);
-    bands.ShowCaptions(m_settings.Flag(Keys::BandLabels));
+    m_appearance.Apply({Look::BandLabels});
     for (int band = 0; band < bands.BandCount(); ++band) {
         if (!m_settings.Flag(Keys::Band(band + 1)))
             m_commands.Run(Cmd::mnuShowToolbar[WindowBand(band)]);

@@ -3,7 +3,6 @@
 
 #include "shell/settings.h"
 
-#include <functional>
 #include <QSize>
 
 class QMainWindow;
@@ -11,6 +10,7 @@ class QMainWindow;
 namespace zelvane
 {
 
+class Appearance;
 class Commands;
 class Workspace;
 
@@ -19,14 +19,8 @@ class Workspace;
 class WindowLayout
 {
 public:
-    /// What the restoring does to controls that the workspace does not own.
-    struct Hooks {
-        std::function<void(bool)> flatButtons; ///< of `Toolbar1` and `tbPresets`
-        std::function<void(bool)> hotTracking; ///< of both trees
-    };
-
     WindowLayout(QMainWindow &window, Workspace &workspace, Commands &commands, SettingsStore &settings,
-                 Hooks hooks);
+                 const Appearance &appearance);
 
     /// Place, size and state of the window. @param design the size of a window that was never stored, pixels
     void RestoreGeometry(const QSize &design);
@@ -43,7 +37,7 @@ private:
     Workspace &m_workspace;
     Commands &m_commands;
     SettingsStore &m_settings;
-    Hooks m_hooks;
+    const Appearance &m_appearance;
 };
 
 } // namespace zelvane
