@@ -56,6 +56,22 @@ constexpr Tool Tools[] = {
     {u"preset", u"Macro", u"Insert a macro into the text field (F8)", Qt::Key_F8},
 };
 
+ActionPage::Words FirstWords()
+{
+    return {.folderHint =
+                u"Startup directory for the command. Defaults to Command directory. Macros allowed."_s,
+            .folderTitle = u"Select initial directory for the preset."_s};
+}
+
+ActionPage::Words SecondWords()
+{
+    return {.mark = u"2nd"_s,
+            .spoken = u"Second action: "_s,
+            .folderHint = u"Startup directory for the 2nd command. Defaults to 1st action Initaill Folder. "
+                          "Macros allowed."_s,
+            .folderTitle = u"Select initial directory for the 2nd action."_s};
+}
+
 } // namespace
 
 frmPresets::frmPresets(const RunContext &context, QWidget *parent)
@@ -64,22 +80,9 @@ frmPresets::frmPresets(const RunContext &context, QWidget *parent)
       tlbPreset(Named(new QToolBar(this), u"tlbPreset"_s)),
       cmbPreset(NewTypingList(this, u"cmbPreset"_s)),
       TbsPreset(Named(new QTabWidget(this), u"TbsPreset"_s)),
-      m_first(Named(
-          new ActionPage(
-              context,
-              {.folderHint =
-                   u"Startup directory for the command. Defaults to Command directory. Macros allowed."_s,
-               .folderTitle = u"Select initial directory for the preset."_s}),
-          u"Frame_0"_s)),
+      m_first(Named(new ActionPage(context, FirstWords()), u"Frame_0"_s)),
       chkSaveFirst(Named(new QCheckBox(u"&Save document first"_s), u"chkSaveFirst"_s)),
-      m_second(
-          Named(new ActionPage(context, {.mark = u"2nd"_s,
-                                         .spoken = u"Second action: "_s,
-                                         .folderHint =
-                                             u"Startup directory for the 2nd command. Defaults to 1st action "
-                                             "Initaill Folder. Macros allowed."_s,
-                                         .folderTitle = u"Select initial directory for the 2nd action."_s}),
-                u"Frame_1"_s)),
+      m_second(Named(new ActionPage(context, SecondWords()), u"Frame_1"_s)),
       m_button(Named(new ButtonPage(context), u"Frame_2"_s)),
       bCancel(Named(new QPushButton(this), u"bCancel"_s))
 {
