@@ -12,7 +12,7 @@
 #include "shell/layoutkeys.h"
 #include "shell/lineends.h"
 #include "uibench.h"
-#include "window/ui/frmeditor.h"
+#include "windowbench.h"
 
 #include <benchmark/benchmark.h>
 #include <cstring>
@@ -25,47 +25,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace
 {
-
-/// The window over a store and a folder of its own.
-struct Program {
-    QTemporaryDir folder;
-    SettingsStore settings{folder.filePath(u"settings"_s)};
-    QtDesktop desktop;
-    std::unique_ptr<frmEditor> window;
-
-    Program()
-    {
-        settings.SaveNumber(Keys::Used, 2);
-        settings.SaveNumber(Keys::Startup, 2);
-        window = std::make_unique<frmEditor>(settings, desktop, CommandLine({}));
-        window->show();
-        window->Init();
-        QApplication::processEvents();
-    }
-
-    /// An orchestra file of about so many bytes, made once; written piece by piece so that little memory is
-    /// touched.
-    QString File(qsizetype size) const
-    {
-        const QString name = folder.filePath(u"%1.orc"_s.arg(size));
-        QFile file(name);
-        if (file.exists())
-            return name;
-        if (!file.open(QIODevice::WriteOnly))
-            qFatal("cannot write %s", qPrintable(name));
-        const qsizetype pieceSize = std::min<qsizetype>(size, 1'000'000);
-        const QByteArray piece = Orchestra(pieceSize - 1) + '\n';
-        for (qsizetype written = 0; written < size; written += pieceSize)
-            file.write(piece);
-        return name;
-    }
-
-    double OpenSeconds(qsizetype size)
-    {
-        const QString name = File(size);
-        return Seconds([&] { window->Documents().OpenFile(name); });
-    }
-};
 
 Program *program = nullptr;
 
@@ -213,12 +172,8 @@ BENCHMARK(StepApply)->Arg(1'000'000)->Arg(10'000'000)->UseManualTime()->Unit(ben
 
 int main(int argc, char **argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QTemporaryDir home;
-    for (const char *name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR"})
-        qputenv(name, home.path().toUtf8());
+    const OwnHome home;
     QApplication application(argc, argv);
-    qputenv("ZELVANE_HOME", QFile::encodeName(QCoreApplication::applicationDirPath()));
     Program owned;
     program = &owned;
     const double memory = MemoryFactor(10'000'000);

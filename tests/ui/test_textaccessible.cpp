@@ -5,6 +5,10 @@
 #include "support/scripteddesktop.h"
 #include "support/uitest.h"
 
+#include <algorithm>
+#include <QInputMethodEvent>
+#include <random>
+
 using namespace Qt::Literals::StringLiterals;
 using namespace zelvane;
 using namespace zelvane::test;
@@ -39,6 +43,35 @@ struct Reader {
     }
 };
 
+/// What a reader that follows the events knows of the text and the caret.
+struct Follower {
+    QString text;
+    int caret = 0;
+
+    Follower()
+    {
+        TextAccessible::SetListener([this](QAccessibleEvent &event) { Follow(event); });
+    }
+    ~Follower() { TextAccessible::SetListener({}); }
+
+    void Replace(int at, const QString &gone, const QString &come)
+    {
+        QCOMPARE(text.mid(at, gone.size()), gone);
+        text.replace(at, gone.size(), come);
+    }
+    void Follow(QAccessibleEvent &event)
+    {
+        if (auto *insert = dynamic_cast<QAccessibleTextInsertEvent *>(&event))
+            Replace(insert->changePosition(), {}, insert->textInserted());
+        else if (auto *remove = dynamic_cast<QAccessibleTextRemoveEvent *>(&event))
+            Replace(remove->changePosition(), remove->textRemoved(), {});
+        else if (auto *update = dynamic_cast<QAccessibleTextUpdateEvent *>(&event))
+            Replace(update->changePosition(), update->textRemoved(), update->textInserted());
+        else if (auto *moved = dynamic_cast<QAccessibleTextCursorEvent *>(&event))
+            caret = moved->cursorPosition();
+    }
+};
+
 } // namespace
 
 class TextAccessibleTest : public QObject
@@ -52,6 +85,7 @@ private Q_SLOTS:
     void FollowsAndSetsTheSelection();
     void EditsTheText();
     void TellsPlaces();
+    void TellsEveryChange();
 };
 
 void TextAccessibleTest::IsAnEditableText()
@@ -148,6 +182,66 @@ void TextAccessibleTest::TellsPlaces()
     QCOMPARE(on.text->offsetAtPoint(second.center()), 1);
     on.text->scrollToSubstring(800 - 8, 800);
     QVERIFY(on.control.FirstVisibleLine() > 50);
+}
+
+void TextAccessibleTest::TellsEveryChange()
+{
+    Follower known;
+    Reader on(u"one \U0001f3b5 two\n"_s.repeated(40));
+    TextControl &control = on.control;
+    known.text = control.Text();
+    control.setFocus();
+    std::mt19937 random(5);
+    const auto below = [&](qsizetype limit) { return qsizetype(random() % size_t(limit)); };
+    const QStringList pieces = {u"a"_s, u" "_s, u"\u00e8"_s, u"\U0001f3b5"_s, u"\n"_s};
+    const auto whole = [&](qsizetype at) {
+        return at < known.text.size() && known.text[at].isLowSurrogate() ? at - 1 : at;
+    };
+    for (int round = 0; round < 2000; ++round) {
+        const qsizetype start = whole(below(known.text.size() + 1));
+        const qsizetype stop = whole(std::min(start + below(6), known.text.size()));
+        const QString piece = pieces[below(pieces.size())];
+        switch (below(9)) {
+        case 0:
+            control.SetSelection(start, stop);
+            break;
+        case 1: {
+            QInputMethodEvent typed;
+            typed.setCommitString(piece);
+            QApplication::sendEvent(&control, &typed);
+            break;
+        }
+        case 2: {
+            QInputMethodEvent composed(piece.trimmed(), {});
+            QApplication::sendEvent(&control, &composed);
+            break;
+        }
+        case 3:
+            QTest::keyClick(&control, Qt::Key_Backspace);
+            break;
+        case 4:
+            QTest::keyClick(&control, Qt::Key_Delete, below(4) == 0 ? Qt::ControlModifier : Qt::NoModifier);
+            break;
+        case 5:
+            control.Undo();
+            break;
+        case 6:
+            control.Redo();
+            break;
+        case 7:
+            control.SetSelection(start, stop);
+            control.ReplaceSelection(piece);
+            break;
+        default:
+            QTest::keyClick(&control, Qt::Key_Return);
+            break;
+        }
+        QCOMPARE(known.text, control.Text());
+        QCOMPARE(known.caret, int(control.CaretOffset()));
+        QCOMPARE(on.text->characterCount(), int(known.text.size()));
+        const qsizetype some = whole(std::min(start, known.text.size()));
+        QCOMPARE(on.text->text(int(some), int(known.text.size())), known.text.mid(some));
+    }
 }
 
 int main(int argc, char **argv)

@@ -7,6 +7,8 @@
 #include "support/uitest.h"
 
 #include <algorithm>
+#include <ctime>
+#include <limits>
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QDragEnterEvent>
@@ -155,6 +157,8 @@ private Q_SLOTS:
     void KnowsLines();
     void ScrollsAnyLineToTheTop();
     void TakesOneLineOfFiveMegabytes();
+    void KeysCostTheSameEverywhere_data();
+    void KeysCostTheSameEverywhere();
     void KeepsTheSelectionOnItsCharacters();
 
     // Style classes
@@ -170,6 +174,9 @@ private Q_SLOTS:
     void MovingTheCaretEndsAStep();
     void StepsHaveKinds();
     void TypingOverASelectionIsOneStep();
+    void AWordOverASelectionIsOneStep();
+    void DeleteKeysInARowAreOneStep();
+    void WordsAreDeletedWhole();
     void UndoRestoresTheSelection();
     void ACommandIsOneStep();
     void LoadingLeavesNothingToUndo();
@@ -190,6 +197,7 @@ private Q_SLOTS:
     void DeletesWholeCharacters();
     void TypesAstralCharacters();
     void ComposesWithAnInputMethod();
+    void ComposedLettersJoinTheirWord();
 
     // Clipboard
     void CutsCopiesAndPastesPlainText();
@@ -201,6 +209,7 @@ private Q_SLOTS:
     void ControlDragSelectsNoRectangle();
     void DragModeDecidesAboutDrags();
     void DroppedTextIsOneStep();
+    void TheMiddleButtonPastesInOneStep();
     void DroppedFilesPassToTheWindow();
     void RightClickAsksForAMenu();
     void WheelWithControlRunsTheFontSizeCommand();
@@ -472,6 +481,46 @@ void TestTextControl::TakesOneLineOfFiveMegabytes()
     QVERIFY(time.elapsed() < 120000);
 }
 
+void TestTextControl::KeysCostTheSameEverywhere_data()
+{
+    QTest::addColumn<QString>("line");
+    QTest::newRow("ascii") << u"  a1 oscil 10000, 440, 1 ; the sound of this line\n"_s;
+    QTest::newRow("all planes") << u"  a1 oscil 10000, 440, 1 ; le son \u00E9tir\u00E9 "_s + Clef + u'\n';
+}
+
+void TestTextControl::KeysCostTheSameEverywhere()
+{
+    QFETCH(QString, line);
+    Editor editor;
+    editor.text.LoadText(line.repeated(10'000'000 / line.size()));
+    editor.text.ApplyStyles(0, 20, {Run(5, 5, StyleClass::Opcode)});
+    // Processor time, the less of two runs: other programs must not count.
+    const auto keys = [&](qsizetype place) {
+        std::clock_t least = std::numeric_limits<std::clock_t>::max();
+        for (int run = 0; run < 2; ++run) {
+            editor.text.SetSelection(place, place);
+            editor.text.viewport()->repaint();
+            const std::clock_t start = std::clock();
+            for (int i = 0; i < 20; ++i) {
+                editor.Type(u"ab \n"_s);
+                editor.Key(Qt::Key_Backspace);
+                editor.Key(Qt::Key_Left);
+                editor.Key(Qt::Key_Delete);
+                editor.text.Undo();
+                editor.text.Redo();
+                editor.text.viewport()->repaint();
+            }
+            least = std::min(least, std::clock() - start);
+        }
+        return least;
+    };
+    const std::clock_t beginning = keys(0);
+    const std::clock_t end = keys(editor.text.Length());
+    // When something counts all characters before the caret at each change, it is a hundred times as much.
+    QVERIFY2(end < 8 * beginning,
+             qPrintable(u"%1 at the end, %2 at the beginning"_s.arg(end).arg(beginning)));
+}
+
 void TestTextControl::KeepsTheSelectionOnItsCharacters()
 {
     Editor editor;
@@ -702,6 +751,89 @@ void TestTextControl::TypingOverASelectionIsOneStep()
     QCOMPARE(editor.text.Text(), u"old text"_s);
     QCOMPARE(editor.text.SelectedText(), u"old"_s);
     QVERIFY(!editor.text.CanUndo());
+}
+
+void TestTextControl::AWordOverASelectionIsOneStep()
+{
+    Editor editor;
+    editor.text.LoadText(u"old text"_s);
+    editor.text.SetSelection(0, 3);
+    editor.Type(u"new one"_s);
+    QCOMPARE(editor.text.UndoType(), u" Typing"_s);
+    editor.text.Undo();
+    QCOMPARE(editor.text.Text(), u"new text"_s);
+    editor.text.Undo();
+    QCOMPARE(editor.text.Text(), u"old text"_s);
+    QCOMPARE(editor.text.SelectedText(), u"old"_s);
+    QVERIFY(!editor.text.CanUndo());
+    editor.text.Redo();
+    QCOMPARE(editor.text.Text(), u"new text"_s);
+    QCOMPARE(Described(editor.text.Selection()), Described({3, 3}));
+    editor.text.Redo();
+    QCOMPARE(editor.text.Text(), u"new one text"_s);
+    QVERIFY(!editor.text.CanRedo());
+    // Redone text is a word of its own to what follows.
+    editor.Type(u"x"_s);
+    editor.text.Undo();
+    QCOMPARE(editor.text.Text(), u"new one text"_s);
+    // Line ends and pasted text in the selection's place.
+    editor.text.SetSelection(0, 3);
+    editor.Key(Qt::Key_Return);
+    editor.Type(u"ab"_s);
+    editor.text.Undo();
+    QCOMPARE(editor.text.Text(), u"new one text"_s);
+    editor.desktop.clipboard = u"paste"_s;
+    editor.text.SetSelection(0, 3);
+    editor.text.Paste();
+    editor.Type(u"d"_s);
+    editor.text.Undo();
+    QCOMPARE(editor.text.Text(), u"paste one text"_s);
+}
+
+void TestTextControl::DeleteKeysInARowAreOneStep()
+{
+    Editor editor;
+    editor.text.LoadText(u"a"_s + Clef + u"\u20ACbcd"_s);
+    for (int i = 0; i < 3; ++i)
+        editor.Key(Qt::Key_Delete);
+    QCOMPARE(editor.text.Text(), u"bcd"_s);
+    editor.Key(Qt::Key_Right);
+    editor.Key(Qt::Key_Delete);
+    editor.text.Undo();
+    QCOMPARE(editor.text.Text(), u"bcd"_s);
+    editor.text.Undo();
+    QCOMPARE(editor.text.Text(), u"a"_s + Clef + u"\u20ACbcd"_s);
+    QVERIFY(!editor.text.CanUndo());
+    // At the end nothing goes, and the word goes on.
+    editor.text.SetSelection(editor.text.Length(), editor.text.Length());
+    editor.Type(u"e"_s);
+    editor.Key(Qt::Key_Delete);
+    editor.Type(u"f"_s);
+    editor.text.Undo();
+    QVERIFY(!editor.text.CanUndo());
+}
+
+void TestTextControl::WordsAreDeletedWhole()
+{
+    Editor editor;
+    editor.text.LoadText(u"one two three"_s);
+    editor.text.ApplyStyles(0, 13, {Run(4, 3, StyleClass::Opcode)});
+    editor.text.SetSelection(8, 8);
+    editor.Key(Qt::Key_Backspace, Qt::ControlModifier);
+    QCOMPARE(editor.text.Text(), u"one three"_s);
+    QCOMPARE(editor.text.UndoType(), u" Delete"_s);
+    editor.Key(Qt::Key_Delete, Qt::ControlModifier);
+    QCOMPARE(editor.text.Text(), u"one "_s);
+    editor.Key(Qt::Key_Delete, Qt::ControlModifier);
+    editor.text.Undo();
+    QCOMPARE(editor.text.Text(), u"one three"_s);
+    editor.text.Undo();
+    QCOMPARE(editor.text.Text(), u"one two three"_s);
+    QCOMPARE(editor.Styles(), u"0000222000000"_s);
+    QCOMPARE(Described(editor.text.Selection()), Described({8, 8}));
+    QVERIFY(!editor.text.CanUndo());
+    editor.text.Redo();
+    QCOMPARE(editor.text.Text(), u"one three"_s);
 }
 
 void TestTextControl::UndoRestoresTheSelection()
@@ -1061,15 +1193,54 @@ void TestTextControl::ComposesWithAnInputMethod()
     QCOMPARE(editor.Styles(), u"5550"_s);
     editor.text.Undo();
     QCOMPARE(editor.text.Text(), u"ab"_s);
-    // Over a selection: one more step back brings it again.
+    // Over a selection: one step back brings it again.
     editor.text.SetSelection(0, 1);
     editor.Preedit(u"^"_s);
     editor.Commit(u"\u00EA"_s);
     QCOMPARE(editor.text.Text(), u"\u00EAb"_s);
-    while (editor.text.CanUndo())
-        editor.text.Undo();
+    editor.text.Undo();
     QCOMPARE(editor.text.Text(), u"ab"_s);
-    QCOMPARE(editor.Styles(), u"50"_s);
+    QVERIFY(!editor.text.CanUndo());
+    // Undo while something is being composed takes that away first.
+    editor.text.SetSelection(2, 2);
+    editor.Type(u"c"_s);
+    editor.Preedit(u"^"_s);
+    editor.text.Undo();
+    QCOMPARE(editor.text.Text(), u"ab"_s);
+    QVERIFY(!editor.text.CanUndo());
+    editor.text.Redo();
+    QCOMPARE(editor.text.Text(), u"abc"_s);
+    // A text that is loaded meanwhile is whole.
+    editor.Preedit(u"^"_s);
+    editor.text.LoadText(u"fresh"_s);
+    editor.Commit(u"\u00EA"_s);
+    QCOMPARE(editor.text.Text(), u"\u00EAfresh"_s);
+}
+
+void TestTextControl::ComposedLettersJoinTheirWord()
+{
+    Editor editor;
+    const auto compose = [&](const QString &letter) {
+        editor.Preedit(u"\u00B4"_s);
+        editor.Commit(letter);
+    };
+    editor.Type(u"un r"_s);
+    compose(u"\u00E9"_s);
+    editor.Type(u"sum"_s);
+    compose(u"\u00E9"_s);
+    QCOMPARE(editor.text.Text(), u"un r\u00E9sum\u00E9"_s);
+    editor.text.Undo();
+    QCOMPARE(editor.text.Text(), u"un"_s);
+    editor.text.Redo();
+    QCOMPARE(editor.text.Text(), u"un r\u00E9sum\u00E9"_s);
+    editor.text.Undo();
+    // What is composed behind an undone step does not grow into the step before it.
+    compose(u"\u00E9"_s);
+    editor.text.Undo();
+    QCOMPARE(editor.text.Text(), u"un"_s);
+    editor.text.Undo();
+    QCOMPARE(editor.text.Text(), QString());
+    QVERIFY(!editor.text.CanUndo());
 }
 
 void TestTextControl::CutsCopiesAndPastesPlainText()
@@ -1224,6 +1395,24 @@ void TestTextControl::DroppedTextIsOneStep()
     QDropEvent linkDrop(point, Qt::CopyAction, &link, Qt::LeftButton, {});
     QApplication::sendEvent(editor.text.viewport(), &linkDrop);
     QCOMPARE(editor.text.Text(), u"abchttps://example.org/def"_s);
+}
+
+void TestTextControl::TheMiddleButtonPastesInOneStep()
+{
+    QClipboard *clipboard = QApplication::clipboard();
+    if (!clipboard->supportsSelection())
+        QSKIP("this platform has no selection to paste");
+    Editor editor;
+    editor.text.LoadText(u"abcdef"_s);
+    editor.text.ApplyStyles(0, 6, {Run(0, 3, StyleClass::Tag)});
+    clipboard->setText(u"x\ny"_s, QClipboard::Selection);
+    QTest::mouseClick(editor.text.viewport(), Qt::MiddleButton, {}, editor.PointOf(3));
+    QCOMPARE(editor.text.Text(), u"abcx\nydef"_s);
+    QCOMPARE(editor.Styles(), u"666666000"_s);
+    QCOMPARE(editor.text.UndoType(), u" Paste"_s);
+    editor.text.Undo();
+    QCOMPARE(editor.text.Text(), u"abcdef"_s);
+    QVERIFY(!editor.text.CanUndo());
 }
 
 void TestTextControl::DroppedFilesPassToTheWindow()

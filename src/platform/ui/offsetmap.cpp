@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <bit>
 #include <QtEndian>
+#include <utility>
 
 namespace zelvane
 {
@@ -12,6 +13,8 @@ namespace
 {
 
 constexpr qsizetype BlockSize = 4096;
+constexpr qsizetype LargestBlock = 3 * BlockSize;
+constexpr qsizetype LongestCharacter = 4;
 constexpr qsizetype WalkSize = 65536;
 constexpr qsizetype EightBytes = 8;
 
@@ -59,35 +62,116 @@ void OffsetMap::Reset(qsizetype bytes, qsizetype units)
 {
     m_bytes = bytes;
     m_units = units;
-    m_blocks.assign(1, 0);
+    m_blocks.clear();
+    m_sums.clear();
 }
 
 void OffsetMap::Inserted(qsizetype position, qsizetype length)
 {
-    m_bytes += length;
-    m_units += Utf16Length(m_read(position, length));
-    ForgetFrom(position);
+    const Count come{length, Utf16Length(m_read(position, length))};
+    if (IsAscii() && come.bytes != come.units)
+        Adopt(CutBlocks(0, m_bytes, true));
+    m_bytes += come.bytes;
+    m_units += come.units;
+    if (m_blocks.empty())
+        return;
+    const Place place = Find(&Count::bytes, position);
+    const qsizetype grown = m_blocks[place.block].bytes + length;
+    if (grown <= LargestBlock) {
+        ChangeBlock(place.block, come);
+        return;
+    }
+    // What cannot be kept for want of memory is counted again when it is needed.
+    std::vector<Count> blocks = std::exchange(m_blocks, {});
+    const std::vector<Count> pieces = CutBlocks(place.start.bytes, grown, false);
+    const auto at = blocks.erase(blocks.begin() + qptrdiff(place.block));
+    blocks.insert(at, pieces.begin(), pieces.end());
+    Adopt(std::move(blocks));
 }
 
 void OffsetMap::Deleting(qsizetype position, qsizetype length)
 {
-    m_bytes -= length;
-    m_units -= Utf16Length(m_read(position, length));
-    ForgetFrom(position);
+    if (m_blocks.empty()) {
+        m_units -= IsAscii() ? length : Utf16Length(m_read(position, length));
+        m_bytes -= length;
+        return;
+    }
+    const Place place = Find(&Count::bytes, position);
+    qsizetype inBlock = position - place.start.bytes;
+    bool emptied = false;
+    for (size_t block = place.block; length > 0; ++block, inBlock = 0) {
+        const Count all = m_blocks[block];
+        Count gone{std::min(length, all.bytes - inBlock), all.units};
+        if (gone.bytes < all.bytes)
+            gone.units = Utf16Length(m_read(position, gone.bytes));
+        else
+            emptied = true;
+        ChangeBlock(block, {-gone.bytes, -gone.units});
+        m_bytes -= gone.bytes;
+        m_units -= gone.units;
+        position += gone.bytes;
+        length -= gone.bytes;
+    }
+    if (IsAscii()) {
+        Reset(m_bytes, m_units);
+    } else if (emptied) {
+        std::vector<Count> blocks = std::exchange(m_blocks, {});
+        std::erase_if(blocks, [](const Count &block) { return block.bytes == 0; });
+        Adopt(std::move(blocks));
+    }
 }
 
-void OffsetMap::ForgetFrom(qsizetype byte)
+std::vector<OffsetMap::Count> OffsetMap::CutBlocks(qsizetype position, qsizetype length, bool ascii) const
 {
-    m_blocks.resize(std::min<size_t>(m_blocks.size(), size_t(byte / BlockSize) + 1));
+    std::vector<Count> blocks;
+    blocks.reserve(size_t(length / BlockSize) + 1);
+    for (const qsizetype end = position + length; position < end;) {
+        const qsizetype step = std::min(BlockSize, end - position);
+        blocks.push_back({step, ascii ? step : Utf16Length(m_read(position, step))});
+        position += step;
+    }
+    return blocks;
 }
 
-bool OffsetMap::LearnBlock() const
+void OffsetMap::Adopt(std::vector<Count> blocks) const
 {
-    const qsizetype start = qsizetype(m_blocks.size() - 1) * BlockSize;
-    if (start + BlockSize > m_bytes)
-        return false;
-    m_blocks.push_back(m_blocks.back() + Utf16Length(m_read(start, BlockSize)));
-    return true;
+    std::vector<Count> sums(blocks.size() + 1);
+    for (size_t i = 1; i < sums.size(); ++i) {
+        sums[i].bytes += blocks[i - 1].bytes;
+        sums[i].units += blocks[i - 1].units;
+        const size_t above = i + (i & (~i + 1));
+        if (above < sums.size()) {
+            sums[above].bytes += sums[i].bytes;
+            sums[above].units += sums[i].units;
+        }
+    }
+    m_blocks = std::move(blocks);
+    m_sums = std::move(sums);
+}
+
+void OffsetMap::ChangeBlock(size_t block, Count by)
+{
+    m_blocks[block].bytes += by.bytes;
+    m_blocks[block].units += by.units;
+    for (size_t i = block + 1; i < m_sums.size(); i += i & (~i + 1)) {
+        m_sums[i].bytes += by.bytes;
+        m_sums[i].units += by.units;
+    }
+}
+
+OffsetMap::Place OffsetMap::Find(qsizetype Count::*measure, qsizetype offset) const
+{
+    if (m_blocks.empty())
+        Adopt(CutBlocks(0, m_bytes, false));
+    Place place;
+    for (size_t step = std::bit_floor(m_blocks.size()); step > 0; step /= 2) {
+        const size_t next = place.block + step;
+        // The last block begins at or before every offset of the text, its end too.
+        if (next >= m_blocks.size() || place.start.*measure + m_sums[next].*measure > offset)
+            continue;
+        place = {next, {place.start.bytes + m_sums[next].bytes, place.start.units + m_sums[next].units}};
+    }
+    return place;
 }
 
 qsizetype OffsetMap::ToUnits(qsizetype byte) const
@@ -97,11 +181,8 @@ qsizetype OffsetMap::ToUnits(qsizetype byte) const
         return byte;
     if (byte == m_bytes)
         return m_units;
-    const size_t block = size_t(byte / BlockSize);
-    while (m_blocks.size() <= block && LearnBlock()) {
-    }
-    const qsizetype start = qsizetype(block) * BlockSize;
-    return m_blocks[block] + Utf16Length(m_read(start, byte - start));
+    const Count start = Find(&Count::bytes, byte).start;
+    return start.units + Utf16Length(m_read(start.bytes, byte - start.bytes));
 }
 
 qsizetype OffsetMap::ToByte(qsizetype unit) const
@@ -111,14 +192,12 @@ qsizetype OffsetMap::ToByte(qsizetype unit) const
         return unit;
     if (unit == m_units)
         return m_bytes;
-    while (m_blocks.back() <= unit && LearnBlock()) {
-    }
-    const auto after = std::upper_bound(m_blocks.begin(), m_blocks.end(), unit);
-    const qsizetype block = (after - m_blocks.begin()) - 1;
-    const qsizetype start = block * BlockSize;
+    const Place place = Find(&Count::units, unit);
+    const qsizetype start = place.start.bytes;
     // Up to three bytes of the block may belong to the character before it, hence the look beyond its end.
-    const QByteArrayView bytes = m_read(start, std::min(BlockSize + 4, m_bytes - start));
-    qsizetype units = m_blocks[size_t(block)];
+    const QByteArrayView bytes =
+        m_read(start, std::min(m_blocks[place.block].bytes + LongestCharacter, m_bytes - start));
+    qsizetype units = place.start.units;
     for (qsizetype i = 0; i < bytes.size(); ++i) {
         if (IsTrail(bytes[i]))
             continue;

@@ -12,9 +12,8 @@ namespace zelvane
 /// begins.
 qsizetype Utf16Length(QByteArrayView utf8);
 
-/// Turns byte offsets of a UTF-8 text into UTF-16 offsets and back. It keeps the count at every 4096th byte,
-/// found when first asked for, so a look-up walks one block at most, and an edit forgets only what lies
-/// behind it.
+/// Turns byte offsets of a UTF-8 text into UTF-16 offsets and back. It keeps the counts of blocks of some
+/// thousand bytes, so a look-up walks one block at most, and an edit counts what it puts in or takes out.
 class OffsetMap
 {
 public:
@@ -23,7 +22,8 @@ public:
 
     explicit OffsetMap(Reader reader);
 
-    /// A wholly new text of so many bytes and units.
+    /// A wholly new text of so many bytes and units. Its blocks are counted at the first look-up that needs
+    /// them.
     void Reset(qsizetype bytes, qsizetype units);
     /// Told after bytes were inserted, and before bytes are deleted: the bytes must be readable at the call.
     void Inserted(qsizetype position, qsizetype length);
@@ -42,14 +42,29 @@ public:
 private:
     friend class OffsetWalk;
 
-    void ForgetFrom(qsizetype byte);
-    /// Fills the next known block start. @return false when all are known
-    bool LearnBlock() const;
+    /// A block's own length, or where it begins.
+    struct Count {
+        qsizetype bytes = 0;
+        qsizetype units = 0;
+    };
+    struct Place {
+        size_t block = 0;
+        Count start = {};
+    };
+
+    /// Fresh blocks for a stretch; one of ASCII is not looked at.
+    std::vector<Count> CutBlocks(qsizetype position, qsizetype length, bool ascii) const;
+    void Adopt(std::vector<Count> blocks) const;
+    void ChangeBlock(size_t block, Count by);
+    /// The last block that begins at or before so many bytes or units; counts the blocks if need be.
+    Place Find(qsizetype Count::*measure, qsizetype offset) const;
 
     Reader m_read;
     qsizetype m_bytes = 0;
     qsizetype m_units = 0;
-    mutable std::vector<qsizetype> m_blocks = {0}; ///< units before byte 4096 * index
+    mutable std::vector<Count> m_blocks; ///< empty until they are needed
+    /// A binary indexed tree: sum i, from 1, is that of the (i & -i) blocks that end with block i - 1.
+    mutable std::vector<Count> m_sums;
 };
 
 /// Turns rising UTF-16 offsets into byte offsets in one walk over the text, which must not change meanwhile.

@@ -3,13 +3,29 @@
 
 #include "platform/ui/textcontrol.h"
 
+#include <algorithm>
 #include <QTextBoundaryFinder>
+#include <utility>
 
 namespace zelvane
 {
 
 namespace
 {
+
+TextAccessible::Listener &TheListener()
+{
+    static TextAccessible::Listener listener;
+    return listener;
+}
+
+void Tell(QAccessibleEvent &&event)
+{
+    if (TheListener())
+        TheListener()(event);
+    else
+        QAccessible::updateAccessibility(&event);
+}
 
 QAccessibleInterface *MakeInterface(const QString &, QObject *object)
 {
@@ -29,23 +45,37 @@ void TextAccessible::Install()
     QAccessible::installFactory(MakeInterface);
 }
 
-void TextAccessible::TellReplaced(TextControl &control, qsizetype offset, const QString &gone,
-                                  const QString &come)
+bool TextAccessible::IsHeard()
 {
-    if (!QAccessible::isActive())
+    return TheListener() || QAccessible::isActive();
+}
+
+void TextAccessible::SetListener(Listener listener)
+{
+    TheListener() = std::move(listener);
+}
+
+void TextAccessible::TellChange(TextControl &control, const TextChange &change)
+{
+    if (!IsHeard())
         return;
-    QAccessibleTextUpdateEvent event(&control, int(offset), gone, come);
-    QAccessible::updateAccessibility(&event);
+    const int offset = int(change.offset);
+    if (change.gone.isEmpty())
+        Tell(QAccessibleTextInsertEvent(&control, offset, change.come));
+    else if (change.come.isEmpty())
+        Tell(QAccessibleTextRemoveEvent(&control, offset, change.gone));
+    else
+        Tell(QAccessibleTextUpdateEvent(&control, offset, change.gone, change.come));
 }
 
 void TextAccessible::TellSelection(TextControl &control)
 {
-    if (!QAccessible::isActive())
+    if (!IsHeard())
         return;
     const TextSpan selection = control.Selection();
     QAccessibleTextSelectionEvent event(&control, int(selection.start), int(selection.end));
     event.setCursorPosition(int(control.CaretOffset()));
-    QAccessible::updateAccessibility(&event);
+    Tell(std::move(event));
 }
 
 TextControl &TextAccessible::Control() const

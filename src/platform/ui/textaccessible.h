@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <functional>
+#include <QAccessible>
 #include <QAccessibleWidget>
 #include <QString>
 
@@ -9,24 +11,36 @@ namespace zelvane
 
 class TextControl;
 
+/// A change of the text at an offset, as it is told to screen readers.
+struct TextChange {
+    qsizetype offset = 0;
+    QString gone;
+    QString come;
+};
+
 /// What screen readers see of the text control. It stands in place of the one that Scintilla's widget brings
-/// along, which counts the characters before the caret at each of its moves, whether a screen reader listens
-/// or not: 40 ms for each key at the end of a text of 10 MB. Offsets are UTF-16.
+/// along, which counts the characters before the caret at each of its moves and before each change, whether a
+/// screen reader listens or not: 80 ms for each key at the end of a text of 10 MB. Offsets are UTF-16.
 class TextAccessible : public QAccessibleWidget,
                        public QAccessibleTextInterface,
                        public QAccessibleEditableTextInterface
 {
 public:
+    using Listener = std::function<void(QAccessibleEvent &event)>;
+
     explicit TextAccessible(TextControl *control);
 
     /// Makes every text control that is asked for later have this interface; to be called when the widget
     /// below it has registered its own.
     static void Install();
 
-    // Told by the control; nothing happens when no screen reader listens. The widget below tells of edits
-    // that Scintilla makes by itself.
-    static void TellReplaced(TextControl &control, qsizetype offset, const QString &gone,
-                             const QString &come);
+    /// Whether anybody hears what is told: a screen reader, or the listener.
+    static bool IsHeard();
+    /// Takes every event in the place of screen readers; for tests, where there is none. Null ends it.
+    static void SetListener(Listener listener);
+
+    // Told by the control; nothing happens when nobody hears it.
+    static void TellChange(TextControl &control, const TextChange &change);
     static void TellSelection(TextControl &control);
 
     void *interface_cast(QAccessible::InterfaceType type) override;

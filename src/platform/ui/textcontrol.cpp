@@ -2,14 +2,13 @@
 #include "platform/ui/textcontrol.h"
 
 #include "platform/desktop.h"
-#include "platform/ui/textaccessible.h"
 #include "platform/ui/utf8text.h"
 
 #include <algorithm>
 #include <QFontDatabase>
 #include <QGuiApplication>
 #include <QInputMethod>
-#include <QScopedValueRollback>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -55,8 +54,7 @@ TextControl::TextControl(Desktop &desktop, QWidget *parent)
     Send(SCI_SETCODEPAGE, SC_CP_UTF8);
     Send(SCI_SETLEXER, SCLEX_CONTAINER);
     Send(SCI_SETEOLMODE, SC_EOL_LF);
-    Send(SCI_SETMODEVENTMASK,
-         SC_MOD_INSERTTEXT | SC_MOD_DELETETEXT | SC_MOD_BEFOREINSERT | SC_MOD_BEFOREDELETE);
+    Send(SCI_SETMODEVENTMASK, SC_MOD_BEFOREINSERT | SC_MOD_BEFOREDELETE);
     Send(SCI_CLEARALLCMDKEYS);
     Send(SCI_USEPOPUP, 0);
     Send(SCI_SETMULTIPLESELECTION, 0);
@@ -78,7 +76,7 @@ TextControl::TextControl(Desktop &desktop, QWidget *parent)
     ApplyLook();
 
     connect(this, &QsciScintillaBase::SCN_MODIFIED, this,
-            [this](int position, int type, const char *, int length) { Modified(position, type, length); });
+            [this](int position, int type, const char *, int length) { Modifying(position, type, length); });
     // A selection that grows while the mouse is held still outside comes with no event of its own.
     connect(this, &QsciScintillaBase::SCN_UPDATEUI, this, &TextControl::Settle, Qt::QueuedConnection);
 }
@@ -119,7 +117,7 @@ QString TextControl::TextRange(qsizetype start, qsizetype end) const
 
 void TextControl::LoadText(QString text)
 {
-    CloseCommandGroup();
+    LeaveStep();
     QByteArray bytes = ToUtf8(text);
     text = QString();
 
@@ -191,8 +189,24 @@ void TextControl::ReplaceRange(qsizetype start, qsizetype end, const QString &te
     Settle();
 }
 
-void TextControl::ReplaceBytes(qsizetype start, qsizetype end, const QByteArray &utf8, UndoKind kind)
+void TextControl::TypeOver(const QString &text)
 {
+    const long start = Send(SCI_GETSELECTIONSTART);
+    const long end = Send(SCI_GETSELECTIONEND);
+    const QByteArray bytes = ToUtf8(text);
+    ReplaceBytes(start, end, bytes, UndoKind::Typing,
+                 start == end && m_goesOn == GoingOn{UndoKind::Typing, start});
+    SetCaret({start + bytes.size(), start + bytes.size()});
+    m_goesOn = {UndoKind::Typing, start + bytes.size()};
+    // While something is typed the caret does not blink.
+    if (hasFocus())
+        Send(SCI_SETFOCUS, 1);
+}
+
+void TextControl::ReplaceBytes(qsizetype start, qsizetype end, const QByteArray &utf8, UndoKind kind,
+                               bool goesOn)
+{
+    FinishOwnEdits();
     if (start == end && utf8.isEmpty())
         return;
     const bool newStep = !m_commandGroup;
@@ -200,10 +214,11 @@ void TextControl::ReplaceBytes(qsizetype start, qsizetype end, const QByteArray 
         m_commandGroup = true;
         Send(SCI_BEGINUNDOACTION);
     }
-    const QString gone = QAccessible::isActive() ? FromUtf8(Bytes(start, end - start)) : QString();
+    const bool tell = TextAccessible::IsHeard();
+    const QString gone = tell ? FromUtf8(Bytes(start, end - start)) : QString();
     m_caretBeforeEdit = Caret();
     if (start < end)
-        TextGoes(start, end - start, m_undoStyles);
+        TextGoes(start, end - start, &m_undoStyles);
     // Told of it, the widget would make two copies of what goes and two of what comes.
     const long mask = Send(SCI_GETMODEVENTMASK);
     Send(SCI_SETMODEVENTMASK, 0);
@@ -216,9 +231,9 @@ void TextControl::ReplaceBytes(qsizetype start, qsizetype end, const QByteArray 
         m_map.Inserted(start, utf8.size());
         TakeClassBefore(start, utf8.size());
     }
-    if (QAccessible::isActive())
-        TextAccessible::TellReplaced(*this, m_map.ToUnits(start), gone, FromUtf8(utf8));
-    EditedByUser(newStep, kind);
+    if (tell)
+        m_untold.push_back({m_map.ToUnits(start), gone, FromUtf8(utf8)});
+    EditedByUser(newStep, kind, goesOn && newStep);
     Send(SCI_CHOOSECARETX);
 }
 
@@ -328,10 +343,11 @@ void TextControl::ScrollToLine(qsizetype line)
 
 // Undo
 
-void TextControl::TextGoes(qsizetype position, qsizetype length, StyleStack &styles)
+void TextControl::TextGoes(qsizetype position, qsizetype length, StyleStack *styles)
 {
+    if (styles)
+        KeepStyles(position, length, *styles);
     m_map.Deleting(position, length);
-    KeepStyles(position, length, styles);
 }
 
 void TextControl::TakeClassBefore(qsizetype position, qsizetype length)
@@ -342,43 +358,82 @@ void TextControl::TakeClassBefore(qsizetype position, qsizetype length)
         PaintRun({position, position + length, before});
 }
 
-void TextControl::EditedByUser(bool newStep, UndoKind kind)
+void TextControl::EditedByUser(bool newStep, UndoKind kind, bool goesOn)
 {
     m_textDirty = true;
+    m_goesOn = {};
     m_redoStyles.Clear();
     if (newStep)
-        m_steps.Push({kind, m_commandGroup ? m_caretBeforeCommand : m_caretBeforeEdit, {}});
+        m_steps.Push({kind, m_commandGroup ? m_caretBeforeCommand : m_caretBeforeEdit, {}, goesOn});
     m_stepOpen = true;
 }
 
-void TextControl::Modified(int position, int type, int length)
+void TextControl::Modifying(int position, int type, int length)
 {
-    const bool user = type & SC_PERFORMED_USER;
-    const bool undo = type & SC_PERFORMED_UNDO;
-    if (type & (SC_MOD_BEFOREINSERT | SC_MOD_BEFOREDELETE)) {
-        if (user)
-            m_caretBeforeEdit = Caret();
-        if (type & SC_MOD_BEFOREDELETE)
-            TextGoes(position, length, undo ? m_redoStyles : m_undoStyles);
+    FinishInsertion();
+    m_textDirty = true;
+    const bool deletes = type & SC_MOD_BEFOREDELETE;
+    StyleStack *styles = &m_undoStyles;
+    if (type & SC_PERFORMED_USER) {
+        BeginOwnEdit(position, deletes);
+    } else if (type & SC_PERFORMED_UNDO) {
+        styles = m_composing ? nullptr : &m_redoStyles;
+        if (std::exchange(m_composed, false))
+            m_steps.Undone();
+    }
+    if (!deletes) {
+        m_coming = {position, length, type};
         return;
     }
-    if (type & SC_MOD_INSERTTEXT) {
-        m_map.Inserted(position, length);
-        if (user)
-            TakeClassBefore(position, length);
-        else if (const QByteArray styles = (undo ? m_undoStyles : m_redoStyles).Pop(length);
-                 !styles.isEmpty())
-            ApplyStyleBytes(position, styles);
+    if (TextAccessible::IsHeard())
+        m_untold.push_back({m_map.ToUnits(position), FromUtf8(Bytes(position, length)), {}});
+    TextGoes(position, length, styles);
+}
+
+void TextControl::BeginOwnEdit(int position, bool deletes)
+{
+    if (m_ownGroup || m_composed)
+        return;
+    m_caretBeforeEdit = Caret();
+    if (m_composing) {
+        // Scintilla keeps two steps: the selection goes, and what is composed comes and goes by itself.
+        const GoingOn here{UndoKind::Typing, position};
+        const bool goesOn = m_goesOn == here;
+        EditedByUser(true, UndoKind::Typing, goesOn);
+        if (goesOn || deletes)
+            m_goesOn = here;
+        m_composed = !deletes;
+        return;
     }
-    m_textDirty = true;
-    if (user) {
-        EditedByUser(type & SC_STARTACTION, m_kind);
-    } else if (type & SC_LASTSTEPINUNDOREDO) {
-        if (undo)
-            m_steps.Undone();
-        else
-            m_steps.Redone();
+    if (!m_commandGroup) {
+        m_ownGroup = true;
+        Send(SCI_BEGINUNDOACTION);
     }
+    EditedByUser(m_ownGroup, m_kind);
+}
+
+void TextControl::FinishInsertion()
+{
+    const Coming come = std::exchange(m_coming, {});
+    if (come.length == 0)
+        return;
+    m_map.Inserted(come.position, come.length);
+    if (come.type & SC_PERFORMED_USER) {
+        TakeClassBefore(come.position, come.length);
+    } else {
+        StyleStack &kept = come.type & SC_PERFORMED_UNDO ? m_undoStyles : m_redoStyles;
+        if (const QByteArray styles = kept.Pop(come.length); !styles.isEmpty())
+            ApplyStyleBytes(come.position, styles);
+    }
+    if (TextAccessible::IsHeard())
+        m_untold.push_back({m_map.ToUnits(come.position), {}, FromUtf8(Bytes(come.position, come.length))});
+}
+
+void TextControl::FinishOwnEdits()
+{
+    FinishInsertion();
+    if (std::exchange(m_ownGroup, false))
+        Send(SCI_ENDUNDOACTION);
 }
 
 bool TextControl::CanUndo() const
@@ -393,12 +448,11 @@ bool TextControl::CanRedo() const
 
 void TextControl::EmptyUndoBuffer()
 {
-    CloseCommandGroup();
+    LeaveStep();
     Send(SCI_EMPTYUNDOBUFFER);
     m_steps.Clear();
     m_undoStyles.Clear();
     m_redoStyles.Clear();
-    m_stepOpen = false;
     m_caretBeforeCommand = Caret();
     Q_EMIT undoBufferEmptied();
 }
@@ -429,9 +483,16 @@ void TextControl::Undo()
 {
     if (!CanUndo())
         return;
-    UndoOrRedo(SCI_UNDO);
-    if (const UndoStep *step = m_steps.NextRedo())
+    LeaveStep();
+    const UndoStep *step = nullptr;
+    do {
+        step = m_steps.NextUndo();
+        UndoOrRedo(SCI_UNDO);
+        m_steps.Undone();
+    } while (step && step->goesOn && CanUndo());
+    if (step)
         SetCaret(step->before);
+    m_caretBeforeCommand = Caret();
     Settle();
 }
 
@@ -439,36 +500,48 @@ void TextControl::Redo()
 {
     if (!CanRedo())
         return;
-    UndoOrRedo(SCI_REDO);
+    LeaveStep();
+    const UndoStep *next = nullptr;
+    do {
+        UndoOrRedo(SCI_REDO);
+        m_steps.Redone();
+        next = m_steps.NextRedo();
+    } while (next && next->goesOn && CanRedo());
     if (const UndoStep *step = m_steps.NextUndo())
         SetCaret(step->after);
+    m_caretBeforeCommand = Caret();
     Settle();
+}
+
+void TextControl::LeaveStep()
+{
+    EndComposition();
+    CloseCommandGroup();
+    FinishOwnEdits();
+    m_stepOpen = false;
+    m_goesOn = {};
 }
 
 void TextControl::UndoOrRedo(unsigned message)
 {
-    CloseCommandGroup();
-    m_stepOpen = false;
-    m_breakTyping = true;
     Send(message);
-    m_caretBeforeCommand = Caret();
+    FinishInsertion();
 }
 
 void TextControl::CloseUndoGroup()
 {
-    Send(SCI_BEGINUNDOACTION);
-    Send(SCI_ENDUNDOACTION);
-    m_breakTyping = false;
+    m_goesOn = {};
 }
 
 void TextControl::BeginCommand()
 {
+    // What an input method gives in the end was typed before the command.
+    if (m_commandDepth == 0 && hasFocus())
+        QGuiApplication::inputMethod()->commit();
     if (m_commandDepth++ > 0)
         return;
-    if (hasFocus())
-        QGuiApplication::inputMethod()->commit();
     m_stepOpen = false;
-    m_breakTyping = true;
+    m_goesOn = {};
     m_caretBeforeCommand = Caret();
 }
 
@@ -525,12 +598,15 @@ void TextControl::DeleteSelection()
 
 void TextControl::Settle()
 {
+    FinishOwnEdits();
     SnapCaret();
     const CaretSpan caret = Caret();
     if (m_stepOpen)
         m_steps.SetAfter(caret);
     const bool text = std::exchange(m_textDirty, false);
     const bool selection = std::exchange(m_toldCaret, caret) != caret;
+    for (const TextChange &change : std::exchange(m_untold, {}))
+        TextAccessible::TellChange(*this, change);
     if (text)
         Q_EMIT textChanged();
     if (selection) {

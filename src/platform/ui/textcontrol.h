@@ -5,10 +5,12 @@
 #include "platform/textbuffer.h"
 #include "platform/ui/offsetmap.h"
 #include "platform/ui/scintilla.h"
+#include "platform/ui/textaccessible.h"
 #include "platform/ui/undotrail.h"
 
 #include <array>
 #include <functional>
+#include <vector>
 
 namespace zelvane
 {
@@ -173,6 +175,20 @@ private:
         StyleClass style = StyleClass::Text;
     };
 
+    /// Where typed text, or a key that deletes forward, goes on in the newest step.
+    struct GoingOn {
+        UndoKind kind = UndoKind::None;
+        qsizetype position = 0;
+
+        bool operator==(const GoingOn &) const = default;
+    };
+    /// An insertion of Scintilla's own.
+    struct Coming {
+        qsizetype position = 0;
+        qsizetype length = 0;
+        int type = 0;
+    };
+
     long Send(unsigned message, qint64 wParam = 0, qint64 lParam = 0) const;
     long SendBytes(unsigned message, qint64 wParam, const char *bytes) const;
     /// The bytes [start, start + length) inside the control; good until the next message.
@@ -190,25 +206,42 @@ private:
 
     CaretSpan Caret() const;
     void SetCaret(const CaretSpan &span);
-    /// Replaces bytes in one undo step of the kind; nothing happens when nothing would change.
-    void ReplaceBytes(qsizetype start, qsizetype end, const QByteArray &utf8, UndoKind kind);
+    /// Replaces bytes in one undo step of the kind, which may go on with the step before; nothing happens
+    /// when nothing would change.
+    void ReplaceBytes(qsizetype start, qsizetype end, const QByteArray &utf8, UndoKind kind,
+                      bool goesOn = false);
     void ReplaceSelectionAs(const QString &text, UndoKind kind);
-    void Modified(int position, int type, int length);
-    /// Text that is about to go: its offsets are forgotten, its styles kept.
-    void TextGoes(qsizetype position, qsizetype length, StyleStack &styles);
+    /// Puts typed text in the place of the selection.
+    void TypeOver(const QString &text);
+    /// Scintilla is about to edit by itself: it undoes, redoes, drops or composes. Of an insertion it tells
+    /// beforehand only: when told afterwards, the widget counts all characters before it.
+    void Modifying(int position, int type, int length);
+    void BeginOwnEdit(int position, bool deletes);
+    /// What Scintilla has put in by itself is counted and gets its classes.
+    void FinishInsertion();
+    void FinishOwnEdits();
+    /// Text that is about to go: its offsets are forgotten, its styles kept where there is a stack for them.
+    void TextGoes(qsizetype position, qsizetype length, StyleStack *styles);
     /// New text takes the class of the character before it.
     void TakeClassBefore(qsizetype position, qsizetype length);
-    void EditedByUser(bool newStep, UndoKind kind);
+    void EditedByUser(bool newStep, UndoKind kind, bool goesOn = false);
     /// Tells what an event or a call has changed. Signals leave from here only.
     void Settle();
     /// Keeps the caret out of the middle of a character that Scintilla takes for stray bytes.
     void SnapCaret();
     void CloseCommandGroup();
+    /// Before undo and redo.
+    void LeaveStep();
     void UndoOrRedo(unsigned message);
 
     bool EditingKey(const QKeyEvent &event);
     bool TabKey(const QKeyEvent &event);
+    bool DeletingKey(const QKeyEvent &event);
+    void DeleteCharacter(bool back);
     void TypeText(const QString &text);
+    void Compose(QInputMethodEvent &event);
+    /// Takes what is being composed out of the text.
+    void EndComposition();
     bool SelectionSpansLines() const;
 
     void ApplyLook();
@@ -223,11 +256,16 @@ private:
     StyleStack m_redoStyles; ///< classes of text that redo would bring back
     UndoKind m_kind = UndoKind::None;
     CaretSpan m_caretBeforeEdit;
-    bool m_stepOpen = false;    ///< the newest step still follows the selection
-    bool m_breakTyping = false; ///< the caret was moved: the next character typed begins a step
+    bool m_stepOpen = false; ///< the newest step still follows the selection
+    GoingOn m_goesOn;
     int m_commandDepth = 0;
     bool m_commandGroup = false;
     CaretSpan m_caretBeforeCommand;
+    Coming m_coming;
+    bool m_ownGroup = false;  ///< Scintilla's own edits in one event are one step, which is open
+    bool m_composing = false; ///< the input method puts in what is being composed, or takes it out
+    bool m_composed = false;  ///< the newest step is text that is being composed
+    std::vector<TextChange> m_untold;
 
     bool m_textDirty = false;
     CaretSpan m_toldCaret;

@@ -55,13 +55,6 @@ const KeyRow MovingKeys[] = {
     {Qt::Key_A, Ctrl, Sci::SCI_SELECTALL},
 };
 
-/// The keys that delete; with a selection all of them delete the selection.
-const KeyRow DeletingKeys[] = {
-    {Qt::Key_Backspace, NoKeys, Sci::SCI_DELETEBACK}, {Qt::Key_Backspace, Shift, Sci::SCI_DELETEBACK},
-    {Qt::Key_Backspace, Ctrl, Sci::SCI_DELWORDLEFT},  {Qt::Key_Delete, NoKeys, Sci::SCI_CLEAR},
-    {Qt::Key_Delete, Ctrl, Sci::SCI_DELWORDRIGHT},
-};
-
 /// Modifiers as far as they choose a command: the numeric keypad is no modifier.
 Qt::KeyboardModifiers ModifiersOf(const QKeyEvent &event)
 {
@@ -158,6 +151,7 @@ void TextControl::keyPressEvent(QKeyEvent *event)
         event->ignore();
         return;
     }
+    EndComposition();
     TypeText(event->text());
     event->accept();
 }
@@ -165,37 +159,58 @@ void TextControl::keyPressEvent(QKeyEvent *event)
 bool TextControl::EditingKey(const QKeyEvent &event)
 {
     if (const KeyRow *row = FindRow(MovingKeys, event)) {
-        m_breakTyping = true;
+        CloseUndoGroup();
         Send(row->message);
-        return true;
-    }
-    if (const KeyRow *row = FindRow(DeletingKeys, event)) {
-        const bool back = row->key == Qt::Key_Backspace;
-        const long caret = Send(SCI_GETCURRENTPOS);
-        const bool selected = !Send(SCI_GETSELECTIONEMPTY);
-        if (!selected && caret == (back ? 0 : m_map.Bytes()))
-            return true;
-        if (back || m_breakTyping)
-            CloseUndoGroup();
-        const QScopedValueRollback kind(m_kind, UndoKind::Delete);
-        if (!selected && !m_map.IsAscii() && ModifiersOf(event) != Qt::ControlModifier) {
-            // A character that Scintilla takes for stray bytes goes whole, too.
-            const qsizetype unit = m_map.ToUnits(caret);
-            const qsizetype other = m_map.ToByte(back ? unit - 1 : unit + 1);
-            if (other != Send(back ? SCI_POSITIONBEFORE : SCI_POSITIONAFTER, caret) && other != caret)
-                SetCaret({caret, other});
-        }
-        Send(selected ? unsigned(SCI_CLEAR) : row->message);
         return true;
     }
     const bool enter = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
     if (enter && (ModifiersOf(event) == NoKeys || ModifiersOf(event) == Shift)) {
         CloseUndoGroup();
-        const QScopedValueRollback kind(m_kind, UndoKind::Typing);
-        Send(SCI_NEWLINE);
+        TypeOver(u"\n"_s);
         return true;
     }
-    return false;
+    return DeletingKey(event);
+}
+
+bool TextControl::DeletingKey(const QKeyEvent &event)
+{
+    const Qt::KeyboardModifiers modifiers = ModifiersOf(event);
+    const bool back = event.key() == Qt::Key_Backspace;
+    if (!back && event.key() != Qt::Key_Delete)
+        return false;
+    if (modifiers != NoKeys && modifiers != Ctrl && !(back && modifiers == Shift))
+        return false;
+    if (!Send(SCI_GETSELECTIONEMPTY)) {
+        ReplaceSelectionAs({}, UndoKind::Delete);
+    } else if (modifiers == Ctrl) {
+        const QScopedValueRollback kind(m_kind, UndoKind::Delete);
+        Send(back ? SCI_DELWORDLEFT : SCI_DELWORDRIGHT);
+    } else {
+        DeleteCharacter(back);
+    }
+    return true;
+}
+
+void TextControl::DeleteCharacter(bool back)
+{
+    const qsizetype caret = Send(SCI_GETCURRENTPOS);
+    const qsizetype unit = m_map.ToUnits(caret);
+    if (back) {
+        const qsizetype to = m_map.ToByte(unit - 1);
+        ReplaceBytes(to, caret, {}, UndoKind::Delete);
+        SetCaret({to, to});
+        return;
+    }
+    // One unit further may still be inside the character.
+    qsizetype to = m_map.ToByte(unit + 1);
+    if (to == caret)
+        to = m_map.ToByte(unit + 2);
+    if (to == caret)
+        return;
+    const GoingOn here{UndoKind::Delete, caret};
+    ReplaceBytes(caret, to, {}, UndoKind::Delete, m_goesOn == here);
+    SetCaret({caret, caret});
+    m_goesOn = here;
 }
 
 bool TextControl::SelectionSpansLines() const
@@ -234,18 +249,37 @@ bool TextControl::TabKey(const QKeyEvent &event)
 
 void TextControl::TypeText(const QString &text)
 {
-    QInputMethodEvent commit;
-    commit.setCommitString(text);
-    inputMethodEvent(&commit);
+    if (text.startsWith(u' '))
+        CloseUndoGroup();
+    TypeOver(text);
 }
 
 void TextControl::inputMethodEvent(QInputMethodEvent *event)
 {
-    const QScopedValueRollback kind(m_kind, UndoKind::Typing);
-    const QString commit = event->commitString();
-    if (m_breakTyping ? !commit.isEmpty() : commit.startsWith(u' '))
-        CloseUndoGroup();
-    QsciScintillaBase::inputMethodEvent(event);
+    EndComposition();
+    if (!event->commitString().isEmpty())
+        TypeText(event->commitString());
+    // Scintilla cannot compose inside a group of steps.
+    if (!event->preeditString().isEmpty() && m_commandDepth == 0) {
+        QInputMethodEvent composed(event->preeditString(), event->attributes());
+        Compose(composed);
+    }
+    event->accept();
+}
+
+void TextControl::Compose(QInputMethodEvent &event)
+{
+    const QScopedValueRollback composing(m_composing, true);
+    QsciScintillaBase::inputMethodEvent(&event);
+    FinishInsertion();
+}
+
+void TextControl::EndComposition()
+{
+    if (!m_composed)
+        return;
+    QInputMethodEvent none;
+    Compose(none);
 }
 
 // Mouse, drag and drop
@@ -253,7 +287,7 @@ void TextControl::inputMethodEvent(QInputMethodEvent *event)
 void TextControl::mousePressEvent(QMouseEvent *event)
 {
     m_stepOpen = false;
-    m_breakTyping = true;
+    CloseUndoGroup();
     QMouseEvent plain = WithoutRectangles(*event);
     if (event->button() == Qt::LeftButton && !m_dragMode && !(event->modifiers() & Qt::ShiftModifier)) {
         // Without a selection under the mouse Scintilla begins a new one instead of a drag.
@@ -281,7 +315,7 @@ void TextControl::mouseReleaseEvent(QMouseEvent *event)
 
 void TextControl::mouseDoubleClickEvent(QMouseEvent *event)
 {
-    m_breakTyping = true;
+    CloseUndoGroup();
     QMouseEvent plain = WithoutRectangles(*event);
     QsciScintillaBase::mouseDoubleClickEvent(&plain);
 }
@@ -338,7 +372,7 @@ void TextControl::dropEvent(QDropEvent *event)
 {
     const QScopedValueRollback kind(m_kind, UndoKind::DragDrop);
     m_stepOpen = false;
-    m_breakTyping = true;
+    CloseUndoGroup();
     if (!event->mimeData()->hasUrls()) {
         QsciScintillaBase::dropEvent(event);
         return;

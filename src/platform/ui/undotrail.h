@@ -22,10 +22,12 @@ struct UndoStep {
     UndoKind kind = UndoKind::None;
     CaretSpan before;
     CaretSpan after;
+    bool goesOn =
+        false; ///< undone and redone in one go with the step before it, as the letters of a word are
 };
 
-/// The undo steps beside the text control's own: the control knows the text of a step, this list its kind and
-/// its selections.
+/// The undo steps beside the text control's own, one for each: the control knows the text of a step, this
+/// list its kind and its selections.
 class UndoSteps
 {
 public:
