@@ -26,7 +26,6 @@ public:
     /// The control of a band; null before its room has come.
     QWidget *Control(int band) const { return m_bands[size_t(band)].control; }
     int BandCount() const { return int(m_bands.size()); }
-    const QString &BandKey(int band) const { return m_bands[size_t(band)].key; }
 
     /// The width that the user or the program gave the band, the control's own width before that. A band at
     /// the end of its row is drawn wider.

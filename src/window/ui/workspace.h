@@ -28,7 +28,6 @@ public:
     int PanelWidth() const { return m_panelWidth; }
     void SetPanelWidth(int width);
     void ShowStatusBar(bool shown);
-    bool IsStatusBarShown() const { return m_statusShown; }
 
     /// Lets the Tab key go through the bands and then the panel in the order on the screen, in whatever order
     /// the rooms have come.
