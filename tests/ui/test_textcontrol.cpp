@@ -1116,8 +1116,6 @@ void TestTextControl::NavigationKeys()
     QCOMPARE(at(), u"0..19"_s);
     editor.Key(Qt::Key_Left);
     QCOMPARE(at(), u"0..0"_s);
-    editor.Key(Qt::Key_A, Qt::ControlModifier);
-    QCOMPARE(at(), u"0..19"_s);
     editor.Key(Qt::Key_Home, Qt::ControlModifier);
     editor.Key(Qt::Key_Delete, Qt::ControlModifier);
     QCOMPARE(editor.text.Text(), u"two\nthree four\n"_s);

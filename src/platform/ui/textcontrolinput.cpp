@@ -52,7 +52,6 @@ const KeyRow MovingKeys[] = {
     {Qt::Key_Home, Ctrl, Sci::SCI_DOCUMENTSTART},   {Qt::Key_Home, CtrlShift, Sci::SCI_DOCUMENTSTARTEXTEND},
     {Qt::Key_End, NoKeys, Sci::SCI_LINEENDWRAP},    {Qt::Key_End, Shift, Sci::SCI_LINEENDWRAPEXTEND},
     {Qt::Key_End, Ctrl, Sci::SCI_DOCUMENTEND},      {Qt::Key_End, CtrlShift, Sci::SCI_DOCUMENTENDEXTEND},
-    {Qt::Key_A, Ctrl, Sci::SCI_SELECTALL},
 };
 
 /// Modifiers as far as they choose a command: the numeric keypad is no modifier.

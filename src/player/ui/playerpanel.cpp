@@ -15,6 +15,18 @@ using namespace Qt::Literals::StringLiterals;
 namespace zelvane
 {
 
+namespace
+{
+
+constexpr ToolButton Buttons[] = {
+    {u"play", u"Play", u"Play/Restart", Cmd::mnuPlay},
+    {u"pause", u"Pause", u"Pause/Resume", Cmd::mnuPause},
+    {u"stop", u"Stop", u"Stop", Cmd::mnuStop},
+    {u"loop", u"Loop", u"Loop mode", Cmd::mnuLoop},
+};
+
+} // namespace
+
 PlayerPanel::PlayerPanel(Commands &commands, QWidget *parent)
     : QWidget(parent),
       tbPlayer(new QToolBar(this)),
@@ -32,10 +44,7 @@ PlayerPanel::PlayerPanel(Commands &commands, QWidget *parent)
     lblPos->setObjectName(u"lblPos"_s);
     lblPos->setToolTip(u"Elapsed Time"_s);
 
-    AddToolButton(*tbPlayer, commands, {u"play"_s, u"Play"_s, u"Play/Restart"_s, Cmd::mnuPlay});
-    AddToolButton(*tbPlayer, commands, {u"pause"_s, u"Pause"_s, u"Pause/Resume"_s, Cmd::mnuPause});
-    AddToolButton(*tbPlayer, commands, {u"stop"_s, u"Stop"_s, u"Stop"_s, Cmd::mnuStop});
-    AddToolButton(*tbPlayer, commands, {u"loop"_s, u"Loop"_s, u"Loop mode"_s, Cmd::mnuLoop});
+    AddToolButtons(*tbPlayer, commands, Buttons);
 
     Timer1->setObjectName(u"Timer1"_s);
     Timer1->setInterval(50);

@@ -4,8 +4,10 @@
 #include "shell/ui/commands.h"
 
 #include <algorithm>
+#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QKeySequence>
+#include <QWidget>
 #include <vector>
 
 namespace zelvane
@@ -52,6 +54,23 @@ bool RunCommandOfKey(KeyTaker taker, const QKeyEvent &event, Commands &commands)
         return false;
     commands.Run(found->command);
     return true;
+}
+
+WindowKeys::WindowKeys(QWidget *window, Commands &commands)
+    : QObject(window), m_window(window), m_commands(commands)
+{
+    QCoreApplication::instance()->installEventFilter(this);
+}
+
+bool WindowKeys::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::KeyPress) {
+        const auto *widget = qobject_cast<QWidget *>(watched);
+        if (widget && widget->window() == m_window &&
+            RunCommandOfKey(KeyTaker::Window, *static_cast<QKeyEvent *>(event), m_commands))
+            return true;
+    }
+    return QObject::eventFilter(watched, event);
 }
 
 } // namespace zelvane

@@ -3,7 +3,11 @@
 
 #include "shell/ui/menutable.h"
 
+#include <QObject>
+
+class QEvent;
 class QKeyEvent;
+class QWidget;
 
 namespace zelvane
 {
@@ -14,5 +18,20 @@ class Commands;
 /// choose a command are ignored: the keypad for Text, Shift and Meta for Window.
 /// @return whether the taker has a command on the key
 bool RunCommandOfKey(KeyTaker taker, const QKeyEvent &event, Commands &commands);
+
+/// Takes the keys of the Window rows before the control of the window that has the keyboard.
+class WindowKeys : public QObject
+{
+    Q_OBJECT
+
+public:
+    WindowKeys(QWidget *window, Commands &commands);
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    QWidget *m_window;
+    Commands &m_commands;
+};
 
 } // namespace zelvane

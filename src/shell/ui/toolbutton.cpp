@@ -45,6 +45,52 @@ void RunOnPress(QAction *action, Commands &commands, Command command)
     });
 }
 
+QString ButtonName(const QToolBar &toolbar, const QString &key)
+{
+    return toolbar.objectName() + u'_' + key;
+}
+
+QMenu *NewDropDown(QToolBar &toolbar, Commands &commands, const ToolButton &button, const QString &name)
+{
+    auto *menu = new QMenu(&toolbar);
+    menu->setObjectName(name);
+    for (const ToolButton::Choice &choice : button.choices) {
+        QAction *entry = menu->addAction(QString::fromUtf16(choice.caption));
+        entry->setObjectName(name + u'_' + QString::number(menu->actions().size() - 1));
+        RunOnPress(entry, commands, *choice.command);
+        if (QAction *row = commands.Action(*choice.command))
+            Follow(entry, row);
+    }
+    return menu;
+}
+
+void AddToolButton(QToolBar &toolbar, Commands &commands, const ToolButton &button)
+{
+    if (button.group == ButtonGroup::New)
+        toolbar.addSeparator();
+    const QString key = QString::fromUtf16(button.key);
+    const QString description = QString::fromUtf16(button.description);
+    QAction *action = toolbar.addAction(Icons::Load(key), description);
+    action->setObjectName(ButtonName(toolbar, key));
+    action->setToolTip(QString::fromUtf16(button.tooltip));
+    action->setProperty("key", key);
+    if (QAction *row = commands.Action(button.command)) {
+        RunOnPress(action, commands, button.command);
+        if (button.followsRow)
+            Follow(action, row);
+    } else {
+        commands.AddAction(button.command, action);
+    }
+
+    auto *face = qobject_cast<QToolButton *>(toolbar.widgetForAction(action));
+    face->setObjectName(action->objectName());
+    face->setAccessibleName(description);
+    if (button.choices[0].command) {
+        action->setMenu(NewDropDown(toolbar, commands, button, action->objectName() + u"_menu"_s));
+        face->setPopupMode(QToolButton::MenuButtonPopup);
+    }
+}
+
 /// Two arrow heads, in the colour that the window's text has when they are drawn.
 class ExtensionEngine : public QIconEngine
 {
@@ -84,37 +130,15 @@ void ShowExtensionInTextColour(QToolBar &toolbar)
         extension->setIcon(QIcon(new ExtensionEngine));
 }
 
-QAction *AddToolButton(QToolBar &toolbar, Commands &commands, const ToolButton &button)
+void AddToolButtons(QToolBar &toolbar, Commands &commands, std::span<const ToolButton> table)
 {
-    QAction *action = toolbar.addAction(Icons::Load(button.key), button.description);
-    action->setObjectName(toolbar.objectName() + u'_' + button.key);
-    action->setToolTip(button.tooltip);
-    action->setProperty("key", button.key);
-    if (QAction *row = commands.Action(button.command)) {
-        RunOnPress(action, commands, button.command);
-        if (button.followsRow)
-            Follow(action, row);
-    } else {
-        commands.AddAction(button.command, action);
-    }
+    for (const ToolButton &button : table)
+        AddToolButton(toolbar, commands, button);
+}
 
-    auto *face = qobject_cast<QToolButton *>(toolbar.widgetForAction(action));
-    face->setObjectName(action->objectName());
-    face->setAccessibleName(button.description);
-    if (!button.choices.empty()) {
-        auto *menu = new QMenu(&toolbar);
-        menu->setObjectName(action->objectName() + u"_menu"_s);
-        for (const ToolButton::Choice &choice : button.choices) {
-            QAction *entry = menu->addAction(choice.caption);
-            entry->setObjectName(menu->objectName() + u'_' + QString::number(menu->actions().size() - 1));
-            RunOnPress(entry, commands, choice.command);
-            if (QAction *row = commands.Action(choice.command))
-                Follow(entry, row);
-        }
-        action->setMenu(menu);
-        face->setPopupMode(QToolButton::MenuButtonPopup);
-    }
-    return action;
+QAction *FindToolButton(const QToolBar &toolbar, const QString &key)
+{
+    return toolbar.findChild<QAction *>(ButtonName(toolbar, key));
 }
 
 void ShowToolLabels(QToolBar &toolbar, bool shown)

@@ -3,8 +3,10 @@
 
 #include "shell/command.h"
 
+#include <array>
+#include <optional>
 #include <QString>
-#include <vector>
+#include <span>
 
 class QAction;
 class QToolBar;
@@ -14,23 +16,32 @@ namespace zelvane
 
 class Commands;
 
-/// A button of a toolbar: its key (icon, and objectName behind the toolbar's and "_"), its description (the
-/// caption when labels are on), its tooltip and the command that it runs.
+/// Whether a separator stands before a button.
+enum class ButtonGroup { Same, New };
+
+/// A row of a toolbar's table: a button with its key (its icon, and its objectName behind the toolbar's and
+/// "_"), its description (the caption when labels are on), its tooltip and the command that it runs.
 struct ToolButton {
-    QString key;
-    QString description;
-    QString tooltip;
-    Command command;
+    /// An entry of the drop-down.
     struct Choice {
-        QString caption;
-        Command command;
+        const char16_t *caption = u"";
+        std::optional<Command> command = std::nullopt;
     };
-    std::vector<Choice> choices = {}; ///< the entries of the drop-down
-    bool followsRow = true;           ///< enabled and pressed as the menu row of the command
+
+    const char16_t *key;
+    const char16_t *description;
+    const char16_t *tooltip;
+    Command command;
+    ButtonGroup group = ButtonGroup::Same;
+    std::array<Choice, 2> choices = {}; ///< both or none
+    bool followsRow = true;             ///< enabled and pressed as the menu row of the command
 };
 
-/// Adds a button at the toolbar's end. A command without a menu row takes the button as its action.
-QAction *AddToolButton(QToolBar &toolbar, Commands &commands, const ToolButton &button);
+/// Puts the buttons at the toolbar's end. A command without a menu row takes its button as its action.
+void AddToolButtons(QToolBar &toolbar, Commands &commands, std::span<const ToolButton> table);
+
+/// The action of the button of this key; null when there is none.
+QAction *FindToolButton(const QToolBar &toolbar, const QString &key);
 
 /// Draws the button behind which a too narrow toolbar hides its rest in the colour of the window's text: the
 /// style's own picture is black on every desktop.

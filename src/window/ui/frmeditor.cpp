@@ -22,6 +22,7 @@
 #include "window/ui/documentdisplay.h"
 #include "window/ui/rooms.h"
 #include "window/ui/tabstops.h"
+#include "window/ui/toolbartable.h"
 #include "window/ui/viewcommands.h"
 #include "window/ui/windowlayout.h"
 #include "window/ui/workspace.h"
@@ -92,80 +93,23 @@ frmEditor::frmEditor(SettingsStore &settings, Desktop &desktop, const CommandLin
     m_workspace->OrderTabs();
     ConnectText();
     new TabStops(this, TxtEdit);
+    new WindowKeys(this, *m_commands);
 
     m_commands->Guard([this] {
         m_layout->RestoreGeometry(DesignSize);
         setWindowTitle(ApplicationTitle());
         m_layout->RestoreBands();
     });
-    qApp->installEventFilter(this);
 }
 
-frmEditor::~frmEditor()
-{
-    qApp->removeEventFilter(this);
-}
+frmEditor::~frmEditor() = default;
 
 void frmEditor::BuildToolbar()
 {
     Toolbar1->setObjectName(u"Toolbar1"_s);
     Toolbar1->setIconSize(IconSize);
-    const auto add = [this](const ToolButton &button) {
-        return AddToolButton(*Toolbar1, *m_commands, button);
-    };
-
-    add({u"new"_s, u"New"_s, u"New"_s, Cmd::mnuNew});
-    add({u"open"_s, u"Open"_s, u"Open"_s, Cmd::mnuOpen});
-    m_display->SetSaveButton(add({.key = u"save"_s,
-                                  .description = u"Save"_s,
-                                  .tooltip = u"Save"_s,
-                                  .command = Cmd::mnuSave,
-                                  .followsRow = false}));
-    Toolbar1->addSeparator();
-    add({u"cut"_s, u"Cut"_s, u"Cut"_s, Cmd::mnuEditItem[EditItem::Cut]});
-    add({u"copy"_s, u"Copy"_s, u"Copy"_s, Cmd::mnuEditItem[EditItem::Copy]});
-    add({u"paste"_s, u"Paste"_s, u"Paste"_s, Cmd::mnuEditItem[EditItem::Paste]});
-    add({u"comment"_s,
-         u"Comment"_s,
-         u"Comment"_s,
-         Cmd::mnuComment,
-         {{u"Comment"_s, Cmd::mnuComment}, {u"Uncomment"_s, Cmd::mnuUncomment}}});
-    add({u"find"_s,
-         u"Find"_s,
-         u"Find"_s,
-         Cmd::mnuFind,
-         {{u"Find..."_s, Cmd::mnuFind}, {u"Replace..."_s, Cmd::mnuReplace}}});
-    add({u"undo"_s, u"Undo"_s, u"Undo"_s, Cmd::mnuUndo});
-    add({u"redo"_s, u"Redo"_s, u"Redo"_s, Cmd::mnuRedo});
-    Toolbar1->addSeparator();
-    add({u"back"_s, u"Back"_s, u"Back"_s, Cmd::back});
-    add({u"next"_s, u"Next"_s, u"Next"_s, Cmd::next});
-    Toolbar1->addSeparator();
-    add({u"fontsize"_s,
-         u"Font size"_s,
-         u"Increase font size"_s,
-         Cmd::mnuFontSize[FontSizeChange::Increase],
-         {{u"Increase font size"_s, Cmd::mnuFontSize[FontSizeChange::Increase]},
-          {u"Decrease font size"_s, Cmd::mnuFontSize[FontSizeChange::Decrease]}}});
-    Toolbar1->addSeparator();
-    add({u"orchestra"_s, u"Orchestra"_s, u"Orchestra"_s, Cmd::mnuOrchestra});
-    add({u"score"_s, u"Score"_s, u"Score"_s, Cmd::mnuScore});
-    add({u"browse"_s, u"Outline"_s, u"Code Outline"_s, Cmd::mnuBrowse});
-    add({u"related"_s, u"Related"_s, u"Related Files"_s, Cmd::mnuRelated});
-    Toolbar1->addSeparator();
-    add({u"runcsound"_s, u"Run"_s, u"Run Csound"_s, Cmd::mnuRunCsound});
-    add({u"code"_s,
-         u"Code"_s,
-         u"Code Repository"_s,
-         Cmd::mnuCodeRes,
-         {{u"Code Repository..."_s, Cmd::mnuCodeRes}, {u"Add to Code Repository..."_s, Cmd::mnuCodeResAdd}}});
-    add({u"slider"_s,
-         u"Statement"_s,
-         u"i statement gui"_s,
-         Cmd::mnuInstrGUI,
-         {{u"i statement gui..."_s, Cmd::mnuInstrGUI}, {u"Instrument Properties..."_s, Cmd::mnuInstrEdit}}});
-    Toolbar1->addSeparator();
-    add({u"cshelp"_s, u"Help"_s, u"Csound Help"_s, Cmd::mnuCsHelp});
+    AddToolButtons(*Toolbar1, *m_commands, ToolbarTable());
+    m_display->SetSaveButton(FindToolButton(*Toolbar1, u"save"_s));
 }
 
 void frmEditor::BuildBands()
@@ -306,17 +250,6 @@ void frmEditor::ShowPreferences()
 }
 
 // Events
-
-bool frmEditor::eventFilter(QObject *watched, QEvent *event)
-{
-    if (event->type() == QEvent::KeyPress) {
-        const auto *widget = qobject_cast<QWidget *>(watched);
-        if (widget && widget->window() == this &&
-            RunCommandOfKey(KeyTaker::Window, *static_cast<QKeyEvent *>(event), *m_commands))
-            return true;
-    }
-    return QMainWindow::eventFilter(watched, event);
-}
 
 bool frmEditor::event(QEvent *event)
 {

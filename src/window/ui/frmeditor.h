@@ -65,8 +65,6 @@ public:
     void RaiseMainWindow() override;
     void ShowPreferences() override;
 
-    bool eventFilter(QObject *watched, QEvent *event) override;
-
 Q_SIGNALS:
     /// The window has become the active one.
     void Activated();
