@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "language/ui/outlinepanel.h"
 
+#include "shell/command.h"
+#include "shell/ui/commands.h"
 #include "shell/ui/menuname.h"
 #include "shell/ui/menutable.h"
 
@@ -16,6 +18,9 @@ OutlinePanel::OutlinePanel(const WindowContext &context)
 {
     setObjectName(u"tvwBrowse"_s);
     setAccessibleName(u"Code Outline"_s);
+    // Two rows that are offered and have no action.
+    context.commands.Bind(Cmd::mnuTV[TreeEntry::Expand], [] {});
+    context.commands.Bind(Cmd::mnuTV[TreeEntry::Collapse], [] {});
     connect(this, &QWidget::customContextMenuRequested, this, &OutlinePanel::ShowMenu);
 }
 
