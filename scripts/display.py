@@ -207,6 +207,7 @@ class Stage:
             "XDG_RUNTIME_DIR": str(runtime),
             "XDG_CONFIG_HOME": str(self._make("config")),
             "XDG_DATA_HOME": str(self._make("data")),
+            "XDG_STATE_HOME": str(self._make("state")),
             "XDG_CACHE_HOME": str(self._make("cache")),
             "QT_QPA_PLATFORM": "xcb",
             "QT_ACCESSIBILITY": "0",

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <ctime>
 #include <fcntl.h>
 #include <QFile>
 #include <sys/file.h>
@@ -49,6 +50,25 @@ NativeFile OpenRegularFile(const QString &name)
     if (!file.IsOpen() || ::fstat(file.Descriptor(), &info) != 0)
         Fail(errno, name);
     RefuseSpecial(info.st_mode, name);
+    return file;
+}
+
+NativeFile LockLeftFile(const QString &name)
+{
+    const QByteArray path = PathOf(name);
+    NativeFile file(Retry(
+        [&] { return ::open(path.constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_NOFOLLOW | O_CLOEXEC); }));
+    struct stat held = {}, named = {};
+    if (!file.IsOpen() || ::fstat(file.Descriptor(), &held) != 0 || !S_ISREG(held.st_mode))
+        return {};
+    if (::flock(file.Descriptor(), LOCK_EX | LOCK_NB) != 0) {
+        constexpr time_t day = 24 * 60 * 60;
+        if (errno == EWOULDBLOCK || std::time(nullptr) - held.st_mtime < day)
+            return {};
+    }
+    // It may have been replaced or removed between the two calls.
+    if (::lstat(path.constData(), &named) != 0 || named.st_ino != held.st_ino || named.st_dev != held.st_dev)
+        return {};
     return file;
 }
 

@@ -51,6 +51,10 @@ struct FileStamp {
 /// Opens an existing file to be read. Directories, FIFOs, devices and sockets are refused, and never waited
 /// for.
 NativeFile OpenRegularFile(const QString &name);
+/// Opens and locks a file that another process kept locked as long as it lived. Not open while that process
+/// lives, or where there is no such file. Where the system has no locks, a day without a change counts as the
+/// process's end.
+NativeFile LockLeftFile(const QString &name);
 /// All bytes from the start of the file. `name` goes into the error only.
 QByteArray ReadWhole(const NativeFile &file, const QString &name);
 

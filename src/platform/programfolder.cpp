@@ -6,6 +6,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
 
@@ -48,6 +49,14 @@ QString ShippedFolder()
 QString ConfigFolder()
 {
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u"/zelvane"_s;
+}
+
+QString StateFolder()
+{
+    // The toolkit knows this folder from version 6.7 on. A relative path does not count.
+    const QString set = QFile::decodeName(qgetenv("XDG_STATE_HOME"));
+    return (QDir::isAbsolutePath(set) ? QDir::cleanPath(set) : QDir::homePath() + u"/.local/state"_s) +
+           u"/zelvane"_s;
 }
 
 QString ProgramFolder()

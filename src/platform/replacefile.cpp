@@ -5,11 +5,12 @@
 #include "platform/nativefile.h"
 #include "platform/runtimeerror.h"
 #include "platform/temporaryfile.h"
+#include "platform/unsavedcopy.h"
 
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
-#include <QFile>
+#include <QFileInfo>
 #include <set>
 #include <sys/stat.h>
 #include <sys/xattr.h>
@@ -147,6 +148,7 @@ bool ReplaceBeside(const QString &name, const QByteArray &path, const NativeFile
         Fail(error, name);
     }
     FlushFolder(FolderOf(path));
+    RemoveLeftTemporaries(FolderOf(path));
     return true;
 }
 
@@ -159,13 +161,28 @@ void WriteInPlace(const QString &name, const NativeFile &target, const QByteArra
         throw RunTimeError(ErrorNumber::PathFileAccess, u"The file was replaced by another meanwhile"_s,
                            name);
     const QByteArray old = ReadWhole(readable, name);
-    bool restored = true;
-    if (const int error = OverwriteInPlace(target.Descriptor(), old, bytes, restored)) {
-        if (!restored)
-            throw RunTimeError(NumberOf(error),
-                               DescriptionOf(error) + u" (the old contents could not be put back)"_s, name);
-        Fail(error, name);
+    // What a kill in the middle would end is whole in another place until the new text is complete.
+    UnsavedCopy kept(UnsavedCopy::Kind::Replaced);
+    try {
+        kept.Write({.name = QFileInfo(name).absoluteFilePath(), .replacedBy = ContentHash(bytes)}, old);
+    } catch (const RunTimeError &error) {
+        throw RunTimeError(error.Number(),
+                           u"The old contents cannot be kept in "_s + UnsavedCopy::Folder() + u": "_s +
+                               error.Description(),
+                           name);
     }
+    bool restored = true;
+    const int error = OverwriteInPlace(target.Descriptor(), old, bytes, restored);
+    if (!restored) {
+        const QString path = kept.Path();
+        throw RunTimeError(NumberOf(error),
+                           DescriptionOf(error) +
+                               u" (the old contents could not be put back; they are kept in %1)"_s.arg(path),
+                           name);
+    }
+    kept.Remove();
+    if (error != 0)
+        Fail(error, name);
 }
 
 } // namespace

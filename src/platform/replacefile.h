@@ -11,8 +11,9 @@ namespace zelvane
 /// leaves one of the two. Links are followed where the system lets the given name be opened; permission bits,
 /// attributes and, where possible, the owner are kept, and at no moment may anyone read the new file who may
 /// not read the old. A file without write permission is refused. Where the folder takes no second file, or
-/// where a second file could not be what the first was (hard links, owner), the bytes are written in place,
-/// and the old ones put back on failure.
+/// where a second file could not be what the first was (hard links, owner), the bytes are written in place:
+/// the old ones are put back on failure, and until the new ones are complete they stand in an UnsavedCopy.
+/// What killed saves have left beside the target is removed.
 /// @throws RunTimeError with the system's description
 void ReplaceFile(const QString &name, const QByteArray &bytes);
 

@@ -3,8 +3,13 @@
 
 #include "platform/nativecalls.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <cstring>
+#include <dirent.h>
 #include <fcntl.h>
+#include <QByteArrayList>
+#include <QFile>
 #include <QRandomGenerator>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -32,7 +37,33 @@ bool Claim(const NativeFile &file)
     return ::fstat(file.Descriptor(), &info) == 0 && info.st_nlink > 0;
 }
 
+/// Whether a name in a folder is one that FindName gives.
+bool IsTemporaryName(const QByteArray &name)
+{
+    const qsizetype prefix = qsizetype(sizeof Prefix) - 2; // without the separator
+    return name.size() == prefix + LetterCount && name.startsWith(Prefix + 1) &&
+           std::all_of(name.begin() + prefix, name.end(),
+                       [](char letter) { return letter != 0 && std::strchr(Letters, letter); });
+}
+
 } // namespace
+
+void RemoveLeftTemporaries(const QByteArray &folder)
+{
+    DIR *listing = ::opendir(folder.constData());
+    if (!listing)
+        return;
+    QByteArrayList left;
+    while (const dirent *entry = ::readdir(listing)) {
+        if (IsTemporaryName(entry->d_name))
+            left.append(folder + '/' + entry->d_name);
+    }
+    ::closedir(listing);
+    for (const QByteArray &path : left) {
+        if (const NativeFile file = LockLeftFile(QFile::decodeName(path)); file.IsOpen())
+            ::unlink(path.constData());
+    }
+}
 
 TemporaryFile::TemporaryFile(const QByteArray &folder, mode_t mode) : m_folder(folder)
 {

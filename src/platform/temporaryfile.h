@@ -11,6 +11,9 @@
 namespace zelvane
 {
 
+/// Removes what killed processes have left of TemporaryFiles in a folder; those whose writers live stay.
+void RemoveLeftTemporaries(const QByteArray &folder);
+
 /// A new file in a target's folder. Where the system can, it has no name while it is being written, so that a
 /// killed process leaves nothing behind. Its name is removed again unless it was renamed; while it is open it
 /// is locked, so that others see that its writer lives. For platform/ alone: paths are as the system takes

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/runtimeerror.h"
 #include "platform/textfile.h"
+#include "platform/unsavedcopy.h"
 #include "support/childprocess.h"
 #include "support/printers.h"
 
@@ -8,16 +9,19 @@
 #include <cstring>
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
+#include <sys/file.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
 #include <sys/xattr.h>
 #include <unistd.h>
+#include <vector>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace zelvane;
@@ -39,8 +43,17 @@ protected:
         EXPECT_EQ(chmod(Native(m_temporary.path()), 0755), 0);
         EXPECT_TRUE(QDir(m_temporary.path()).mkdir(u"work"_s));
         folder = m_temporary.filePath(u"work"_s);
+        // For whichever user a test runs as.
+        state = m_temporary.filePath(u"state"_s);
+        EXPECT_TRUE(QDir().mkdir(state));
+        EXPECT_EQ(chmod(Native(state), 0777), 0);
+        qputenv("XDG_STATE_HOME", QFile::encodeName(state));
     }
-    ~TextFile() override { chmod(Native(folder), 0755); }
+    ~TextFile() override
+    {
+        chmod(Native(folder), 0755);
+        qputenv("XDG_STATE_HOME", m_stateBefore);
+    }
 
     struct NativePath {
         QByteArray bytes;
@@ -85,9 +98,11 @@ protected:
     }
 
     QString folder;
+    QString state;
 
 private:
     QTemporaryDir m_temporary;
+    QByteArray m_stateBefore = qgetenv("XDG_STATE_HOME");
 };
 
 QByteArray AllBytes()
@@ -675,8 +690,95 @@ TEST_F(TextFile, AKilledSaveLeavesOneOfTheTwoTexts)
         const QByteArray found = Content(file);
         EXPECT_TRUE(found == old || found == made) << found.size();
     }
-    // A file beside has a name only from the end of its writing to its renaming.
+    // A file beside has a name only from the end of its writing to its renaming, and goes with a later save.
     EXPECT_LT(NamesIn(folder).size(), 10) << NamesIn(folder).join(u' ').toStdString();
+    WriteFileBytes(file, old);
+    EXPECT_EQ(NamesIn(folder), QStringList{u"file"_s});
+}
+
+TEST_F(TextFile, ASaveRemovesWhatKilledSavesHaveLeftAndNothingElse)
+{
+    const QString left = Put(u".zelvane-0abc9xyz"_s, "left");
+    const QString alive = Put(u".zelvane-aaaaaaaa"_s, "being written");
+    const int writer = open(Native(alive), O_RDONLY);
+    ASSERT_EQ(flock(writer, LOCK_EX), 0);
+    const QStringList others = {u".zelvane-1234567"_s, u".zelvane-123456789"_s, u".zelvane-ABCDEFGH"_s,
+                                u".zelvane-notes.txt"_s};
+    for (const QString &name : others)
+        Put(name, "mine");
+    ASSERT_EQ(symlink("file", Native(Path(u".zelvane-bbbbbbbb"_s))), 0);
+    ASSERT_TRUE(QDir(folder).mkdir(u".zelvane-cccccccc"_s));
+    const QStringList before = NamesIn(folder);
+    WriteFileBytes(Path(u"file"_s), "x");
+    EXPECT_EQ(NamesIn(folder).size(), before.size()); // one came, one went
+    EXPECT_FALSE(QFile::exists(left));
+    EXPECT_TRUE(QFile::exists(alive));
+    close(writer);
+    WriteFileBytes(Path(u"file"_s), "y");
+    EXPECT_FALSE(QFile::exists(alive));
+}
+
+TEST_F(TextFile, ASaveInPlaceKeepsTheOldTextUntilTheNewOneIsComplete)
+{
+    constexpr int size = 20'000'000;
+    const QByteArray old(size, 'o'), made(size - 5, 'n');
+    const QString file = Put(u"file"_s, old);
+    ASSERT_EQ(link(Native(file), Native(Path(u"other"_s))), 0);
+    int caught = 0;
+    for (int round = 0; round < 10; ++round) {
+        const pid_t child = StartChild([&] {
+            for (int i = 0;; ++i)
+                WriteFileBytes(file, i % 2 ? old : made);
+        });
+        // The kill comes when the file has begun to change and has not changed to its end.
+        const int seen = ::open(Native(file), O_RDONLY);
+        ASSERT_GE(seen, 0);
+        char first = 0, last = 0;
+        for (QDeadlineTimer end(10000); first == last && !end.hasExpired();) {
+            EXPECT_EQ(pread(seen, &last, 1, size - 10), 1);
+            EXPECT_EQ(pread(seen, &first, 1, 0), 1);
+        }
+        close(seen);
+        kill(child, SIGKILL);
+        EXPECT_FALSE(ChildSucceeded(child));
+        const QByteArray found = Content(file);
+        std::vector<UnsavedCopy> left = UnsavedCopy::TakeLeft();
+        ASSERT_LE(left.size(), 1u);
+        if (found != old && found != made) {
+            ++caught;
+            ASSERT_EQ(left.size(), 1u) << "the old text is nowhere";
+        }
+        for (UnsavedCopy &copy : left) {
+            const auto content = copy.Read();
+            ASSERT_TRUE(content);
+            EXPECT_EQ(copy.WhichKind(), UnsavedCopy::Kind::Replaced);
+            EXPECT_EQ(content->info.name, file);
+            EXPECT_TRUE(content->bytes == old || content->bytes == made);
+            EXPECT_EQ(content->info.replacedBy, ContentHash(content->bytes == old ? made : old));
+            EXPECT_EQ(Status(copy.Path()).st_mode & 07777, 0600u);
+            copy.Remove();
+        }
+        WriteFileBytes(file, old);
+    }
+    EXPECT_GT(caught, 0) << "no kill met a file that was half written";
+    EXPECT_EQ(NamesIn(folder), (QStringList{u"file"_s, u"other"_s}));
+    UnsavedCopy::RemoveOld(QDateTime::currentDateTime());
+    EXPECT_EQ(NamesIn(UnsavedCopy::Folder()), QStringList());
+}
+
+TEST_F(TextFile, NothingIsWrittenInPlaceWhereTheOldTextCannotBeKept)
+{
+    const QString file = Put(u"file"_s, "old");
+    ASSERT_EQ(link(Native(file), Native(Path(u"other"_s))), 0);
+    QFile blocked(state + u"/zelvane"_s);
+    ASSERT_TRUE(blocked.open(QIODevice::WriteOnly));
+    const RunTimeError error = ErrorOf([&] { WriteFileBytes(file, "new"); });
+    EXPECT_EQ(error.Description(),
+              u"The old contents cannot be kept in "_s + state + u"/zelvane/unsaved: "_s + System(ENOTDIR));
+    EXPECT_EQ(Content(file), "old"_ba);
+    blocked.remove();
+    WriteFileBytes(file, "new");
+    EXPECT_EQ(Content(file), "new"_ba);
 }
 
 TEST_F(TextFile, WholeTextHelpers)

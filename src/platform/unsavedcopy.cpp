@@ -1,0 +1,225 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/unsavedcopy.h"
+
+#include "platform/nativecalls.h"
+#include "platform/programfolder.h"
+#include "platform/runtimeerror.h"
+#include "platform/temporaryfile.h"
+
+#include <algorithm>
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QHash>
+#include <QRandomGenerator>
+#include <QStringList>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane
+{
+
+using namespace native;
+
+namespace
+{
+
+constexpr mode_t OwnerOnly = 0600;
+constexpr char FirstLine[] = "Zelvane copy\n";
+const QString UnsavedSuffix = u".open"_s;
+const QString ReplacedSuffix = u".old"_s;
+const QString KeptSuffix = u".kept"_s;
+
+/// In the order of TextEncoding::Form.
+constexpr const char *EncodingNames[] = {"UTF-8", "Windows-1252", "UTF-16LE", "UTF-16BE"};
+constexpr char WithMark[] = " with mark";
+
+QString SuffixOf(UnsavedCopy::Kind kind)
+{
+    return kind == UnsavedCopy::Kind::Unsaved ? UnsavedSuffix : ReplacedSuffix;
+}
+
+/// A value that stands in one line.
+QByteArray OneLine(const QString &text)
+{
+    return text.toUtf8().replace('%', "%25").replace('\n', "%0A").replace('\r', "%0D");
+}
+
+QByteArray Header(const CopyInfo &info, qsizetype size)
+{
+    QByteArray header = FirstLine;
+    const auto add = [&](const char *name, const QByteArray &value) {
+        header += name + ": "_ba + value + '\n';
+    };
+    add("Name", OneLine(info.name));
+    add("Kind", QByteArray::number(info.kind));
+    if (info.encoding) {
+        const QByteArray encoding = EncodingNames[size_t(info.encoding->form)];
+        add("Encoding", info.encoding->byteOrderMark ? encoding + WithMark : encoding);
+    }
+    if (!info.replacedBy.isEmpty())
+        add("ReplacedBy", info.replacedBy.toHex());
+    add("Bytes", QByteArray::number(size));
+    return header + '\n';
+}
+
+std::optional<TextEncoding> EncodingOf(QByteArray name)
+{
+    TextEncoding encoding;
+    if (name.endsWith(WithMark)) {
+        encoding.byteOrderMark = true;
+        name.chop(qsizetype(sizeof WithMark) - 1);
+    }
+    const auto place = std::find(std::begin(EncodingNames), std::end(EncodingNames), name);
+    if (place == std::end(EncodingNames))
+        return {};
+    encoding.form = TextEncoding::Form(place - std::begin(EncodingNames));
+    return encoding;
+}
+
+/// A name that a person finds the text by, and that no other copy has.
+QString FreshPath(const CopyInfo &info, UnsavedCopy::Kind kind)
+{
+    constexpr qsizetype longest = 60; // characters: names may be short on some file systems
+    QString stem = info.name.isEmpty() ? u"Untitled"_s : QFileInfo(info.name).fileName().left(longest);
+    if (stem.back().isHighSurrogate())
+        stem.chop(1);
+    const quint32 number = QRandomGenerator::global()->generate();
+    return UnsavedCopy::Folder() + u'/' + stem + u'-' + u"%1"_s.arg(number, 8, 16, QChar(u'0')) +
+           SuffixOf(kind);
+}
+
+void MakeFolder()
+{
+    const QString folder = UnsavedCopy::Folder();
+    if (QFileInfo(folder).isDir())
+        return;
+    QDir().mkpath(QFileInfo(folder).path());
+    QDir().mkdir(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+} // namespace
+
+QByteArray ContentHash(const QByteArray &bytes)
+{
+    return QCryptographicHash::hash(bytes, QCryptographicHash::Blake2b_256);
+}
+
+QString UnsavedCopy::Folder()
+{
+    return StateFolder() + u"/unsaved"_s;
+}
+
+void UnsavedCopy::Write(const CopyInfo &info, const QByteArray &bytes)
+{
+    MakeFolder();
+    const bool fresh = !Stands() || m_name.isNull() || info.name != m_name;
+    const QString path = fresh ? FreshPath(info, m_kind) : m_path;
+    const QByteArray target = PathOf(path);
+    TemporaryFile file(FolderOf(target), OwnerOnly);
+    int error = file.Error();
+    for (const QByteArray &part : {Header(info, bytes.size()), bytes}) {
+        if (error == 0)
+            error = WriteAll(file.Descriptor(), part);
+    }
+    if (error == 0)
+        error = Flush(file.Descriptor());
+    if (error == 0)
+        error = fresh ? file.Become(target) : file.RenameTo(target);
+    if (error != 0)
+        Fail(error, path);
+    FlushFolder(FolderOf(target));
+    if (fresh)
+        Remove();
+    m_path = path;
+    m_name = info.name.isNull() ? u""_s : info.name;
+    m_file = file.Take();
+}
+
+void UnsavedCopy::Keep()
+{
+    if (!Stands())
+        return;
+    const QString kept = m_path.first(m_path.lastIndexOf(u'.')) + KeptSuffix;
+    // The time from which the days are counted.
+    ::futimens(m_file.Descriptor(), nullptr);
+    QFile::rename(m_path, kept);
+    m_file = {};
+}
+
+void UnsavedCopy::Remove()
+{
+    if (!Stands())
+        return;
+    QFile::remove(m_path);
+    m_file = {};
+}
+
+std::optional<UnsavedCopy::Content> UnsavedCopy::Read() const
+{
+    const QByteArray whole = ReadWhole(m_file, m_path);
+    const qsizetype end = whole.indexOf("\n\n");
+    if (!whole.startsWith(FirstLine) || end < 0)
+        return {};
+    QHash<QByteArray, QByteArray> fields;
+    for (const QByteArray &line : whole.first(end).split('\n')) {
+        if (const qsizetype colon = line.indexOf(": "); colon > 0)
+            fields.insert(line.first(colon), line.sliced(colon + 2));
+    }
+    Content content;
+    content.bytes = whole.sliced(end + 2);
+    if (!fields.contains("Bytes") || fields.value("Bytes").toLongLong() != content.bytes.size())
+        return {};
+    content.info.name = QString::fromUtf8(QByteArray::fromPercentEncoding(fields.value("Name")));
+    content.info.kind = fields.value("Kind").toInt();
+    content.info.replacedBy = QByteArray::fromHex(fields.value("ReplacedBy"));
+    if (fields.contains("Encoding")) {
+        content.info.encoding = EncodingOf(fields.value("Encoding"));
+        if (!content.info.encoding)
+            return {};
+    }
+    return content;
+}
+
+QDateTime UnsavedCopy::Written() const
+{
+    return QDateTime::fromMSecsSinceEpoch(StampOf(m_file).modified / 1'000'000);
+}
+
+std::vector<UnsavedCopy> UnsavedCopy::TakeLeft()
+{
+    std::vector<UnsavedCopy> left;
+    const QDir folder(Folder());
+    for (const Kind kind : {Kind::Unsaved, Kind::Replaced}) {
+        const QStringList names =
+            folder.entryList({u'*' + SuffixOf(kind)}, QDir::Files | QDir::Hidden | QDir::NoSymLinks);
+        for (const QString &name : names) {
+            UnsavedCopy copy(kind);
+            copy.m_path = folder.filePath(name);
+            copy.m_file = LockLeftFile(copy.m_path);
+            if (copy.Stands())
+                left.push_back(std::move(copy));
+        }
+    }
+    std::sort(left.begin(), left.end(),
+              [](const UnsavedCopy &a, const UnsavedCopy &b) { return a.Written() > b.Written(); });
+    return left;
+}
+
+void UnsavedCopy::RemoveOld(const QDateTime &now)
+{
+    const QDir folder(Folder());
+    const QFileInfoList kept =
+        folder.entryInfoList({u'*' + KeptSuffix}, QDir::Files | QDir::Hidden | QDir::NoSymLinks);
+    for (const QFileInfo &file : kept) {
+        if (file.lastModified().daysTo(now) > KeptDays)
+            QFile::remove(file.filePath());
+    }
+    RemoveLeftTemporaries(PathOf(Folder()));
+}
+
+} // namespace zelvane
