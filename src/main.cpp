@@ -164,12 +164,12 @@ int RunEditor(Application &application, const CommandLine &command, const QByteA
     // The end of the session, and the system's signals, ask about unsaved work as the close of the window
     // does.
     EndRequest endRequest;
-    QObject::connect(&endRequest, &EndRequest::Received, editor.get(), &QWidget::close);
+    QObject::connect(&endRequest, &EndRequest::Received, editor.get(), &frmEditor::EndBySystem);
     QObject::connect(&application, &QGuiApplication::commitDataRequest, editor.get(),
                      [&](QSessionManager &session) {
                          if (!session.allowsInteraction())
                              return;
-                         if (editor->MayEnd())
+                         if (editor->MayEndSession())
                              session.release();
                          else
                              session.cancel();

@@ -57,6 +57,37 @@ def signal_asks_about_a_changed_text(stage):
     equal(stage.setting("Used"), "3", "a clean close is counted")
 
 
+def signal_cancels_an_open_dialog(stage):
+    for key in ("F8", "ctrl+o", "ctrl+g"):
+        stage.write_store(STORE)
+        piece = copy_example(stage, "pluck.csd")
+        editor, window = settled(stage, piece)
+        window.keys(key)
+        editor.dialog(window)
+        editor.at_rest()
+        os.kill(editor.pid, signal.SIGTERM)
+        equal(editor.ended(), 0, f"exit code with the dialog of {key}")
+        equal(stage.setting("Used"), "3", "a clean close is counted")
+
+
+def signal_asks_when_the_dialog_has_gone(stage):
+    stage.write_store(STORE)
+    piece = copy_example(stage, "pluck.csd")
+    before = piece.read_text()
+    editor, window = settled(stage, piece)
+    window.type(";mine")
+    stage.until(lambda: "*" in window.title(), "the mark of a changed text")
+    window.keys("F8")
+    dialog = editor.dialog(window)
+    editor.at_rest()
+    os.kill(editor.pid, signal.SIGTERM)
+    box = editor.window(lambda title: title == "Zelvane")
+    check(dialog.number not in stage.windows_of(editor.pid), "the dialog stands")
+    box.keys("Return")  # Yes
+    equal(editor.ended(), 0, "exit code")
+    equal(piece.read_text(), ";mine" + before, "the saved text")
+
+
 def killed_process_does_not_count(stage):
     stage.write_store(STORE)
     piece = copy_example(stage, "pluck.csd")
@@ -67,4 +98,10 @@ def killed_process_does_not_count(stage):
     equal(stage.setting("Window"), None, "the layout")
 
 
-main(signal_closes_as_the_user_does, signal_asks_about_a_changed_text, killed_process_does_not_count)
+main(
+    signal_closes_as_the_user_does,
+    signal_asks_about_a_changed_text,
+    signal_cancels_an_open_dialog,
+    signal_asks_when_the_dialog_has_gone,
+    killed_process_does_not_count,
+)

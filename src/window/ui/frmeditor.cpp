@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "window/ui/frmeditor.h"
 
+#include "platform/ui/canceldialogs.h"
 #include "platform/ui/raisewindow.h"
 #include "platform/ui/textcontrol.h"
 #include "shell/editorkeys.h"
@@ -319,6 +320,21 @@ bool frmEditor::MayEnd()
     bool goOn = false;
     m_commands->Guard([&] { goOn = m_documents.QuerySave(); });
     return goOn;
+}
+
+void frmEditor::EndBySystem()
+{
+    if (m_life == Life::Asking)
+        RaiseMainWindow();
+    else
+        CancelDialogs(*this, [this] { close(); });
+}
+
+bool frmEditor::MayEndSession()
+{
+    if (m_life != Life::Asking)
+        CancelDialogs();
+    return MayEnd();
 }
 
 void frmEditor::Unload()

@@ -52,6 +52,12 @@ public:
     /// Asks about unsaved work, as the close of the window does. @return whether the program may end
     bool MayEnd();
 
+    /// The system ends the program: whatever dialog is open is cancelled, then the window closes as the user
+    /// closes it. While the question about unsaved work stands it only comes to the front.
+    void EndBySystem();
+    /// The session ends: an open dialog is cancelled and unsaved work asked about. @return whether it may end
+    bool MayEndSession();
+
     EditorContext &Context() { return m_context; }
     DocumentLifecycle &Documents() { return m_documents; }
     Commands &CommandTable() { return *m_commands; }
