@@ -16,6 +16,7 @@
 #include "shell/settings.h"
 #include "shell/splitpath.h"
 #include "shell/ui/formsplash.h"
+#include "shell/ui/legiblestyle.h"
 #include "window/ui/frmeditor.h"
 
 #include <clocale>
@@ -46,6 +47,7 @@ public:
         setApplicationName(u"zelvane"_s);
         setApplicationVersion(ProgramVersion());
         setDesktopFileName(u"zelvane"_s);
+        setStyle(new LegibleStyle);
         setWindowIcon(QIcon(u":/zelvane/icons/zelvane.svg"_s));
         // The end of the terminal that the program was started in is no end of the text. Empty handlers and
         // not "ignore", which the programs that presets start would inherit.

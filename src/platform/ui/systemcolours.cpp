@@ -11,6 +11,7 @@ namespace
 {
 
 constexpr double ReadableContrast = 4.5;
+constexpr double VisibleContrast = 3.4;
 
 double Luminance(const QColor &colour)
 {
@@ -107,6 +108,22 @@ QColor ReadableTwin(const QColor &colour, const QColor &background)
             break;
     }
     return twin;
+}
+
+QColor VisibleLine(const QColor &ink, const QList<QColor> &backgrounds)
+{
+    const QColor first = backgrounds.front();
+    for (int percent = 30; percent < 100; percent += 2) {
+        const auto mix = [percent](int of, int with) {
+            return (of * percent + with * (100 - percent)) / 100;
+        };
+        const QColor line(mix(ink.red(), first.red()), mix(ink.green(), first.green()),
+                          mix(ink.blue(), first.blue()));
+        if (std::all_of(backgrounds.begin(), backgrounds.end(),
+                        [&](const QColor &back) { return Contrast(line, back) >= VisibleContrast; }))
+            return line;
+    }
+    return ink;
 }
 
 } // namespace zelvane

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QColor>
+#include <QList>
 #include <QPalette>
 
 namespace zelvane
@@ -21,5 +22,9 @@ double Contrast(const QColor &one, const QColor &other);
 /// The colour itself where it can be read on the background, else the same hue made as light (on a light
 /// background as dark) as reading needs.
 QColor ReadableTwin(const QColor &colour, const QColor &background);
+
+/// The least of the ink with which a thin line can be seen on each of the backgrounds: a contrast of 3 and a
+/// bit, since a curve shares its pixels with the background.
+QColor VisibleLine(const QColor &ink, const QList<QColor> &backgrounds);
 
 } // namespace zelvane

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ui/columnmenu.h"
 
+#include "shell/ui/legiblestyle.h"
+
 #include <algorithm>
 #include <QMenu>
-#include <QProxyStyle>
 #include <QStyleOptionMenuItem>
 
 using namespace Qt::Literals::StringLiterals;
@@ -14,7 +15,7 @@ namespace zelvane
 namespace
 {
 
-class ColumnStyle : public QProxyStyle
+class ColumnStyle : public LegibleStyle
 {
 public:
     explicit ColumnStyle(bool reservedTwice) : m_reservedTwice(reservedTwice) {}
@@ -22,13 +23,13 @@ public:
     int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
                   QStyleHintReturn *returned) const override
     {
-        return hint == SH_Menu_Scrollable ? 1 : QProxyStyle::styleHint(hint, option, widget, returned);
+        return hint == SH_Menu_Scrollable ? 1 : LegibleStyle::styleHint(hint, option, widget, returned);
     }
 
     QSize sizeFromContents(ContentsType type, const QStyleOption *option, const QSize &size,
                            const QWidget *widget) const override
     {
-        QSize whole = QProxyStyle::sizeFromContents(type, option, size, widget);
+        QSize whole = LegibleStyle::sizeFromContents(type, option, size, widget);
         if (m_reservedTwice && type == CT_MenuItem) {
             if (const auto *item = qstyleoption_cast<const QStyleOptionMenuItem *>(option))
                 whole.rwidth() -= item->reservedShortcutWidth;
