@@ -27,8 +27,8 @@ class WindowLayout;
 class Workspace;
 struct RoomList;
 
-/// The one main window. It owns the document record, the text control, the context and one object for each
-/// subsystem, lays them out and keeps the layout. It holds no parsing and no algorithm.
+/// The one main window. It owns the document record, the text control, the context and the rooms that plug
+/// into it, lays them out and keeps the layout. It holds no parsing and no algorithm.
 class frmEditor : public QMainWindow, public ProgramWindows
 {
     Q_OBJECT

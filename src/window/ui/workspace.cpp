@@ -75,7 +75,9 @@ void Workspace::OrderTabs()
         if (!control)
             return;
         for (QWidget *stop : QList<QWidget *>{control} + control->findChildren<QWidget *>()) {
-            if (!(stop->focusPolicy() & Qt::TabFocus) || stop->focusProxy())
+            // A list that drops down is a window of its own.
+            if (!(stop->focusPolicy() & Qt::TabFocus) || stop->focusProxy() ||
+                stop->window() != before->window())
                 continue;
             setTabOrder(before, stop);
             before = stop;
