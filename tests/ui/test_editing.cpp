@@ -89,6 +89,7 @@ private Q_SLOTS:
     void RemoveCommentsKeepsColoursForUndo();
     void IndentByMenu();
     void ChangeOfCase();
+    void ChangeOfCaseHasNoKey();
     void GoToLineScrolls();
     void EditMenuEnables();
     void ToolbarButtonsRunCommands();
@@ -345,6 +346,21 @@ void EditingTest::ChangeOfCase()
     on.Run(u"mnuCase_2"_s);
     QCOMPARE(on.Text().Text(), u"aSig Oscil\n\u00e9t\u00e9"_s);
     QCOMPARE(on.Text().Selection(), (TextSpan{1, 7}));
+}
+
+void EditingTest::ChangeOfCaseHasNoKey()
+{
+    // Without a selection these commands change the whole text: a slip of the finger must not run them.
+    Editing on(u"aSIG oscil"_s);
+    for (const QString &row : {u"mnuCase_0"_s, u"mnuCase_1"_s, u"mnuCase_2"_s}) {
+        QVERIFY(on.Row(row).shortcuts().isEmpty());
+        QVERIFY(!on.Row(row).text().contains(u'\t'));
+    }
+    on.Text().setFocus();
+    for (const Qt::Key key : {Qt::Key_U, Qt::Key_L})
+        QTest::keyClick(&on.Text(), key, Qt::ControlModifier);
+    QCOMPARE(on.Text().Text(), u"aSIG oscil"_s);
+    QVERIFY(!on.Text().CanUndo());
 }
 
 void EditingTest::GoToLineScrolls()

@@ -72,8 +72,8 @@ constexpr MenuRow Table[] = {
     {Menu::mnuEdit, Separator{}},
     {Menu::mnuEdit, Cmd::mnuTabSpace, u"Formatting algorythms..."},
     {Menu::mnuEdit, Menu::mnuChangeCase, u"C&hange case"},
-    {Menu::mnuChangeCase, Cmd::mnuCase[CaseChange::Upper], u"&Uppercase", {u"Ctrl+U", KeyTaker::Row}},
-    {Menu::mnuChangeCase, Cmd::mnuCase[CaseChange::Lower], u"&Lowercase", {u"Ctrl+L", KeyTaker::Row}},
+    {Menu::mnuChangeCase, Cmd::mnuCase[CaseChange::Upper], u"&Uppercase"},
+    {Menu::mnuChangeCase, Cmd::mnuCase[CaseChange::Lower], u"&Lowercase"},
     {Menu::mnuChangeCase, Cmd::mnuCase[CaseChange::Capitalize], u"&Capitalize"},
 
     {Menu::Bar, Menu::mnuSearch, u"&Search"},
