@@ -56,6 +56,8 @@ private Q_SLOTS:
     void AnEmptyFileIsLoadedAgain();
     void AFailureIsToldInTheStatusLine();
     void TheStatusLineIsClearedOnlyOfTheOwnText();
+    void TheStatusLineTellsAgainWhatItTold();
+    void TheFileLineStandsAfterTheStart();
     void AClickDropsTheList();
 };
 
@@ -141,6 +143,25 @@ void OpcodeComboTest::TheStatusLineIsClearedOnlyOfTheOwnText()
     QCOMPARE(seen, u"loading opcodes list..."_s);
     QCOMPARE(on.Status().Text(), u"something else"_s);
     QCOMPARE(on.Combo().count(), 600);
+}
+
+void OpcodeComboTest::TheStatusLineTellsAgainWhatItTold()
+{
+    Opcodes on;
+    on.Status().Show(u"told before"_s);
+    on.ToggleBand();
+    QCOMPARE(on.Combo().count(), 4);
+    QCOMPARE(on.Status().Text(), u"told before"_s);
+}
+
+void OpcodeComboTest::TheFileLineStandsAfterTheStart()
+{
+    EditorWindow editor;
+    const QString file = editor.WriteFile(u"a.orc"_s, "instr 1\nendin\n");
+    editor.Open({file});
+    QVERIFY(editor.Find<QComboBox>(u"cmbOpcodes"_s).count() > 0);
+    const QString line = editor.window->Context().status.Text();
+    QVERIFY2(line.startsWith(u"a.orc: last saved "_s), qPrintable(line));
 }
 
 void OpcodeComboTest::AClickDropsTheList()

@@ -32,6 +32,16 @@ bool Before(const QString &left, const QString &right)
     return order != 0 ? order < 0 : left < right;
 }
 
+QString LoadingText()
+{
+    return u"loading opcodes list..."_s;
+}
+
+QString FailureText()
+{
+    return u"Error loading opcodes list."_s;
+}
+
 QString InitialText()
 {
     return u"Opcodes (press Enter to insert)"_s;
@@ -61,10 +71,12 @@ void OpcodeCombo::LoadOpcodeCombo()
 {
     if (m_loading)
         return;
-    const QString loading = u"loading opcodes list..."_s;
+    QString before = m_editor.status.Text();
+    if (before == FailureText())
+        before.clear();
     const QPointer<OpcodeCombo> alive(this);
     m_loading = true;
-    m_editor.status.Show(loading);
+    m_editor.status.Show(LoadingText());
     try {
         const QString text = ReadTextFile(OpcodeFile(m_folder));
         qsizetype yieldedAt = 0;
@@ -77,11 +89,11 @@ void OpcodeCombo::LoadOpcodeCombo()
             if (!alive)
                 return;
         }
-        if (m_editor.status.Text() == loading)
-            m_editor.status.Show({});
+        if (m_editor.status.Text() == LoadingText())
+            m_editor.status.Show(before); // at the start: what was told about the file
     } catch (const RunTimeError &) {
         // Told in the status line only: the editor is as usable without the list.
-        m_editor.status.Show(u"Error loading opcodes list."_s);
+        m_editor.status.Show(FailureText());
     }
     m_loading = false;
 }

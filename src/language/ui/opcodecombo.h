@@ -23,8 +23,9 @@ public:
     OpcodeCombo(EditorContext &editor, const QString &folder, std::function<void()> focusText,
                 QWidget *parent = nullptr);
 
-    /// Fills the list from the opcode file, handling events meanwhile. Says so in the status line, and a
-    /// failure too: the list then keeps what it has. Nothing happens while it is running already.
+    /// Fills the list from the opcode file, handling events meanwhile. Says so in the status line, which then
+    /// tells again what it told before. A failure is told there too: the list keeps what it has. Nothing
+    /// happens while it is running already.
     void LoadOpcodeCombo();
 
     void showPopup() override;
