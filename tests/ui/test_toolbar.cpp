@@ -5,6 +5,7 @@
 #include "support/editorwindow.h"
 #include "support/uitest.h"
 
+#include <memory>
 #include <QLabel>
 #include <QSlider>
 #include <QToolBar>
@@ -39,6 +40,8 @@ private Q_SLOTS:
     void ToolbarLabels();
     void ButtonsFollowTheirRows();
     void SaveButtonAndCaptionFollowTheText();
+    void CommandsStartInTheStateThatFits_data();
+    void CommandsStartInTheStateThatFits();
 };
 
 void ToolbarTest::ToolbarHasItsButtons()
@@ -144,6 +147,32 @@ void ToolbarTest::SaveButtonAndCaptionFollowTheText()
     QCOMPARE(window.windowTitle(), u"Zelvane - %1 (Orchestra)"_s.arg(file));
     QVERIFY(!Button(editor, u"save"_s)->isEnabled());
     QCOMPARE(ReadTextFile(file), u"a"_s);
+}
+
+void ToolbarTest::CommandsStartInTheStateThatFits_data()
+{
+    QTest::addColumn<bool>("initialized");
+    QTest::addColumn<QStringList>("arguments");
+    QTest::newRow("as it is built") << false << QStringList();
+    QTest::newRow("untitled") << true << QStringList();
+    QTest::newRow("new instance") << true << QStringList(u"/i"_s);
+}
+
+void ToolbarTest::CommandsStartInTheStateThatFits()
+{
+    QFETCH(bool, initialized);
+    QFETCH(QStringList, arguments);
+    EditorWindow editor;
+    if (initialized)
+        editor.Open(arguments);
+    else
+        editor.window = std::make_unique<frmEditor>(editor.settings, editor.desktop, CommandLine(arguments));
+    for (const QString &key : {u"save"_s, u"cut"_s, u"copy"_s, u"paste"_s, u"undo"_s, u"redo"_s})
+        QVERIFY2(!Button(editor, key)->isEnabled(), qPrintable(key));
+    QVERIFY(!editor.Row(u"mnuDelete"_s).isEnabled());
+    QCOMPARE(editor.Find<QLabel>(u"lblLine"_s).text(), u"Line 1 Col 1"_s);
+    for (const QString &key : {u"new"_s, u"open"_s, u"find"_s, u"comment"_s})
+        QVERIFY2(Button(editor, key)->isEnabled(), qPrintable(key));
 }
 
 int main(int argc, char **argv)

@@ -100,6 +100,9 @@ frmEditor::frmEditor(SettingsStore &settings, Desktop &desktop, const CommandLin
         m_layout->RestoreGeometry(DesignSize);
         setWindowTitle(ApplicationTitle());
         m_layout->RestoreBands();
+        // The text is empty, and nothing is to be saved: so look the buttons from the first moment.
+        m_display->EnableSaveButton(false);
+        m_display->SelectionChanged();
     });
 }
 
