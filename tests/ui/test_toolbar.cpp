@@ -6,6 +6,8 @@
 #include "support/uitest.h"
 
 #include <memory>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QSlider>
 #include <QToolBar>
@@ -42,6 +44,7 @@ private Q_SLOTS:
     void SaveButtonAndCaptionFollowTheText();
     void CommandsStartInTheStateThatFits_data();
     void CommandsStartInTheStateThatFits();
+    void PasteFollowsTheClipboard();
 };
 
 void ToolbarTest::ToolbarHasItsButtons()
@@ -173,6 +176,22 @@ void ToolbarTest::CommandsStartInTheStateThatFits()
     QCOMPARE(editor.Find<QLabel>(u"lblLine"_s).text(), u"Line 1 Col 1"_s);
     for (const QString &key : {u"new"_s, u"open"_s, u"find"_s, u"comment"_s})
         QVERIFY2(Button(editor, key)->isEnabled(), qPrintable(key));
+}
+
+void ToolbarTest::PasteFollowsTheClipboard()
+{
+    EditorWindow editor;
+    editor.Open();
+    const auto clipboard = [&editor](const QString &text) {
+        editor.desktop.clipboard = text;
+        QGuiApplication::clipboard()->setText(text);
+    };
+    QVERIFY(!Button(editor, u"paste"_s)->isEnabled());
+    clipboard(u"from elsewhere"_s);
+    QVERIFY(Eventually([&] { return Button(editor, u"paste"_s)->isEnabled(); }));
+    QVERIFY(editor.Row(u"mnuEditItem_2"_s).isEnabled());
+    clipboard({});
+    QVERIFY(Eventually([&] { return !Button(editor, u"paste"_s)->isEnabled(); }));
 }
 
 int main(int argc, char **argv)

@@ -29,9 +29,11 @@
 #include "window/ui/workspace.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QCloseEvent>
 #include <QDialog>
 #include <QDragEnterEvent>
+#include <QGuiApplication>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
@@ -167,6 +169,9 @@ void frmEditor::ConnectText()
             m_display->SelectionChanged();
     });
     connect(TxtEdit, &TextControl::clipboardFilled, this,
+            [this] { EnableEditRows(*TxtEdit, m_desktop, *m_commands); });
+    // By other programs too.
+    connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
             [this] { EnableEditRows(*TxtEdit, m_desktop, *m_commands); });
     connect(TxtEdit, &TextControl::undoBufferEmptied, this,
             [this] { EnableEditRows(*TxtEdit, m_desktop, *m_commands); });
