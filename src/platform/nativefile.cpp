@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/nativefile.h"
 
+#include "platform/lostnames.h"
 #include "platform/nativecalls.h"
 #include "platform/runtimeerror.h"
 
@@ -42,8 +43,11 @@ NativeFile OpenRegularFile(const QString &name)
     // Looked at before it is opened, since opening a pipe or a device can already do something, and after,
     // since it may have become another.
     struct stat info = {};
-    if (::stat(path.constData(), &info) != 0)
+    if (::stat(path.constData(), &info) != 0) {
+        if (errno == ENOENT && IsLostName(name))
+            throw RunTimeError(ErrorNumber::FileNotFound, LostNameText(), name);
         Fail(errno, name);
+    }
     RefuseSpecial(info.st_mode, name);
     NativeFile file(
         Retry([&] { return ::open(path.constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/lostnames.h"
 #include "platform/runtimeerror.h"
 #include "platform/textfile.h"
 #include "platform/unsavedcopy.h"
@@ -363,6 +364,24 @@ TEST_F(TextFile, ReadingTellsTheSystemsReason)
     ASSERT_EQ(symlink("loop", Native(Path(u"loop"_s))), 0);
     EXPECT_EQ(ErrorOf([&] { ReadFileBytes(Path(u"loop"_s)); }).Description(), System(ELOOP));
     EXPECT_EQ(ErrorOf([&] { WriteFileBytes(Path(u"loop"_s), "x"); }).Description(), System(ELOOP));
+}
+
+TEST_F(TextFile, ANameThatIsNotUtf8IsToldSo)
+{
+    const QByteArray bytes = QFile::encodeName(folder) + "/caf\xE9.orc";
+    const int made = open(bytes.constData(), O_CREAT | O_WRONLY, 0644);
+    ASSERT_GE(made, 0);
+    close(made);
+    const QString name = QFile::decodeName(bytes);
+    EXPECT_TRUE(IsLostName(name));
+    const RunTimeError error = ErrorOf([&] { ReadFileBytes(name); });
+    EXPECT_EQ(error.Number(), ErrorNumber::FileNotFound);
+    EXPECT_EQ(error.Description(), u"A file whose name is not UTF-8 cannot be opened. Rename it first."_s);
+    // A name may hold that character by right.
+    EXPECT_EQ(ReadFileBytes(Put(u"caf\uFFFD.orc"_s, "x")), "x"_ba);
+    EXPECT_FALSE(IsLostName(u"caf\u00E9.orc"_s));
+    EXPECT_EQ(CountLostNames(folder), 1);
+    EXPECT_EQ(CountLostNames(folder + u"/none"_s), 0);
 }
 
 TEST_F(TextFile, AFileWithoutReadPermissionIsRefused)

@@ -88,12 +88,14 @@ def what_cannot_be_opened_says_so(stage):
     stage.write_store(STORE.format(more="Startup=2"))
     os.mkfifo(stage.home / "fifo.orc")
     (stage.home / "folder.csd").mkdir()
-    for name in ("fifo.orc", "folder.csd", "missing.csd"):
+    not_utf8 = os.fsdecode(b"caf\xe9.orc")
+    (stage.home / not_utf8).write_text("instr 1\nendin\n")
+    for name in ("fifo.orc", "folder.csd", "missing.csd", not_utf8):
         path = stage.home / name
         editor = stage.start(path)
         window = editor.window(lambda title: title.startswith("Zelvane"))
         box = editor.dialog(window)
-        box.screenshot("cannot-open-" + name)
+        box.screenshot("cannot-open-" + name.encode("ascii", "ignore").decode())
         box.keys("Return")
         stage.until(lambda: len(stage.windows_of(editor.pid)) == 1, "the end of the message")
         check(editor.runs(), "the editor has gone")

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/lostnames.h"
 #include "platform/parameters.h"
 #include "platform/ui/qtdesktop.h"
 #include "support/modaldriver.h"
 #include "support/uitest.h"
 
 #include <cerrno>
+#include <fcntl.h>
 #include <QClipboard>
 #include <QComboBox>
 #include <QDir>
@@ -18,6 +20,7 @@
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QtTest>
+#include <QUrl>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -324,6 +327,38 @@ private Q_SLOTS:
                                       .fileName = u"a.orc"_s});
         QCOMPARE(answer.path, QDir::toNativeSeparators(file));
         QCOMPARE(answer.filterIndex, 0);
+    }
+
+    void OpenDialogTellsOfNamesThatItCannotShow()
+    {
+        const auto make = [this](const char *name) {
+            const QByteArray path = QFile::encodeName(m_folder.path()) + '/' + name;
+            const int made = ::open(path.constData(), O_CREAT | O_WRONLY, 0644);
+            QVERIFY(made >= 0);
+            ::close(made);
+        };
+        const auto note = [](QFileDialog &dialog) {
+            const auto *label = dialog.findChild<QLabel *>(u"lblLostNames"_s);
+            return label && label->isVisible() ? label->text() : QString();
+        };
+        const QString file = Write(u"lost/a.orc"_s, "");
+        Write(u"not lost/a.orc"_s, "");
+        make("lost/caf\xE9.orc");
+        for (const QString &expected :
+             {u"The name of 1 file here is not UTF-8. Rename it to see it."_s,
+              u"The names of 2 files here are not UTF-8. Rename them to see them."_s}) {
+            ModalDriver modal;
+            modal.Expect<QFileDialog>([&](QFileDialog &dialog) {
+                QCOMPARE(note(dialog), expected);
+                dialog.setDirectory(Path(u"not lost"_s));
+                QCOMPARE(note(dialog), QString());
+                dialog.reject();
+            });
+            m_desktop.OpenFileDialog({.folder = file});
+            make("lost/\xFF.orc");
+        }
+        // A path that a picker of the desktop gives is told about when it is opened.
+        QVERIFY(IsLostName(QUrl::fromEncoded("file:///music/caf%E9.orc").toLocalFile()));
     }
 
     void OpenDialogCancelledGivesNoPath()

@@ -2,6 +2,7 @@
 #include "platform/ui/qtdesktop.h"
 
 #include "platform/executables.h"
+#include "platform/lostnames.h"
 #include "platform/parameters.h"
 #include "platform/runtimeerror.h"
 #include "platform/ui/filemanager.h"
@@ -14,8 +15,10 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QFileSystemModel>
 #include <QInputDialog>
 #include <QLabel>
+#include <QLayout>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QMimeData>
@@ -155,6 +158,28 @@ bool IsProgramPattern(const QString &patterns)
 #endif
 }
 
+/// Says below the files of a picker when there are some that it cannot list. The pickers of the desktop lay
+/// themselves out, and list them.
+void TellLostNames(QFileDialog &dialog)
+{
+    const auto *files = dialog.findChild<QFileSystemModel *>();
+    if (!files || !dialog.layout())
+        return;
+    auto *note = new QLabel(&dialog);
+    note->setObjectName(u"lblLostNames"_s);
+    note->setWordWrap(true);
+    dialog.layout()->addWidget(note);
+    const auto tell = [note](const QString &folder) {
+        const int count = CountLostNames(folder);
+        note->setText(
+            count == 1 ? u"The name of 1 file here is not UTF-8. Rename it to see it."_s
+                       : u"The names of %1 files here are not UTF-8. Rename them to see them."_s.arg(count));
+        note->setVisible(count > 0);
+    };
+    QObject::connect(files, &QFileSystemModel::rootPathChanged, note, tell);
+    tell(dialog.directory().absolutePath());
+}
+
 FileDialogAnswer RunFileDialog(QFileDialog &dialog, const FileDialogRequest &request)
 {
     if (!request.title.isEmpty()) // the toolkit's own title tells opening from saving
@@ -170,6 +195,8 @@ FileDialogAnswer RunFileDialog(QFileDialog &dialog, const FileDialogRequest &req
     }
     if (const QString folder = StartFolder(request.folder); !folder.isEmpty())
         dialog.setDirectory(folder);
+    if (dialog.acceptMode() == QFileDialog::AcceptOpen)
+        TellLostNames(dialog);
     if (!request.fileName.isEmpty())
         dialog.selectFile(request.fileName);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
