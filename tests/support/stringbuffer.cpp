@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/stringbuffer.h"
 
+#include "platform/keptclasses.h"
+
 #include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
@@ -58,8 +60,14 @@ void StringBuffer::ReplaceRange(qsizetype start, qsizetype end, const QString &n
     const QString inserted = OneFeed(newText);
     styles.resize(text.size(), char(StyleClass::Text));
     const char before = start > 0 ? styles[start - 1] : char(StyleClass::Text);
+    QByteArray classes;
+    if (start < end && !inserted.isEmpty())
+        classes = KeptClasses(QStringView(text).sliced(start, end - start),
+                              QByteArrayView(styles).sliced(start, end - start), inserted, before);
+    if (classes.isEmpty())
+        classes = QByteArray(inserted.size(), before);
     text.replace(start, end - start, inserted);
-    styles.replace(start, end - start, QByteArray(inserted.size(), before));
+    styles.replace(start, end - start, classes);
     SetSelection(selection.start, selection.end);
     ++undoSteps;
 }
@@ -71,7 +79,9 @@ void StringBuffer::ReplaceEach(const std::vector<qint32> &starts, qsizetype leng
     const int steps = undoSteps;
     qsizetype shift = 0;
     for (const qint32 start : starts) {
-        SetSelection(start + shift, start + shift + length);
+        // In two steps: a hit keeps nothing of its classes.
+        ReplaceRange(start + shift, start + shift + length, {});
+        SetSelection(start + shift, start + shift);
         ReplaceSelection(newText);
         shift = selection.end - (start + length);
     }

@@ -5,10 +5,13 @@
 #include "support/modaldriver.h"
 #include "support/uitest.h"
 
+#include <algorithm>
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QLabel>
 #include <QMimeData>
+#include <random>
+#include <vector>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace zelvane;
@@ -50,6 +53,14 @@ struct Editing : EditorWindow {
     void Redo() { Key(Qt::Key_Y, Qt::ControlModifier); }
     void Run(const QString &row) { Row(row).trigger(); }
     QString Status() { return window->Context().status.Text(); }
+    /// One digit for each character: its class.
+    QString Colours()
+    {
+        QString colours;
+        for (qsizetype i = 0; i < Text().Length(); ++i)
+            colours.append(QChar(u'0' + int(Text().StyleAt(i))));
+        return colours;
+    }
     bool Modified() { return window->Context().document.Modified; }
 
     /// Undo and redo lead from the present state to the one before the command and back, in one step.
@@ -87,6 +98,8 @@ private Q_SLOTS:
     void RemoveCommentsOfTheWholeText();
     void RemoveCommentsWithoutAny();
     void RemoveCommentsKeepsColoursForUndo();
+    void CommandsLeaveLiveCodeItsColours();
+    void UndoGivesBackEveryColour();
     void IndentByMenu();
     void ChangeOfCase();
     void ChangeOfCaseHasNoKey();
@@ -316,6 +329,110 @@ void EditingTest::RemoveCommentsKeepsColoursForUndo()
     QCOMPARE(on.Text().StyleAt(7), StyleClass::Opcode);
     QCOMPARE(on.Text().StyleAt(8), StyleClass::Text);
     QCOMPARE(on.Text().StyleAt(9), StyleClass::Comment);
+}
+
+void EditingTest::CommandsLeaveLiveCodeItsColours()
+{
+    Editing on;
+    const QString code = u"; note\n  a1 oscil 1 ; c\n  outs a1\n"_s;
+    on.Load(code);
+    on.Text().ApplyStyles(0, code.size(),
+                          {{0, 7, StyleClass::Comment},
+                           {12, 5, StyleClass::Opcode},
+                           {20, 4, StyleClass::Comment},
+                           {26, 4, StyleClass::Opcode}});
+    const QString colours = on.Colours();
+    on.Text().SetSelection(7, code.size());
+    on.Run(u"mnuComment"_s);
+    on.Run(u"mnuUncomment"_s);
+    // Every ";" is gone, that of the comment behind the code too.
+    QCOMPARE(on.Text().Text(), QString(code).remove(20, 1));
+    const QString uncommented = on.Colours();
+    QCOMPARE(uncommented, QString(colours).remove(20, 1));
+    on.Run(u"mnuCase_0"_s);
+    QCOMPARE(on.Colours(), uncommented);
+    on.Undo();
+    QCOMPARE(on.Colours(), uncommented);
+    on.Undo();
+    on.Undo();
+    QCOMPARE(on.Text().Text(), code);
+    QCOMPARE(on.Colours(), colours);
+}
+
+void EditingTest::UndoGivesBackEveryColour()
+{
+    struct State {
+        QString text, colours;
+        bool operator==(const State &) const = default;
+    };
+    Editing on;
+    const QString line = u"; \u00e9t\u00e9\n  a1 oscil 1 ; c\n"_s;
+    on.Load(line.repeated(6));
+    for (int i = 0; i < 6; ++i) {
+        const int at = i * int(line.size());
+        on.Text().ApplyStyles(at, at,
+                              {{at, 6, StyleClass::Comment},
+                               {at + 11, 5, StyleClass::Opcode},
+                               {at + 19, 4, StyleClass::Comment}});
+    }
+    const auto now = [&] { return State{on.Text().Text(), on.Colours()}; };
+    const QStringList rows = {u"mnuComment"_s, u"mnuUncomment"_s, u"mnuCase_0"_s,  u"mnuCase_1"_s,
+                              u"mnuCase_2"_s,  u"mnuIndent_0"_s,  u"mnuIndent_1"_s};
+    std::vector<State> states = {now()};
+    size_t current = 0;
+    std::mt19937 random(3);
+    const auto below = [&](qsizetype limit) { return qsizetype(random() % size_t(limit)); };
+    for (int round = 0; round < 1000; ++round) {
+        const qsizetype length = on.Text().Length();
+        const qsizetype start = below(length + 1);
+        on.Text().SetSelection(start, std::min(start + 1 + below(60), length));
+        switch (below(8)) {
+        case 0:
+        case 1:
+        case 2:
+            on.Undo();
+            current -= current > 0 ? 1 : 0;
+            QCOMPARE(now(), states[current]);
+            continue;
+        case 3:
+        case 4:
+            on.Redo();
+            current += current + 1 < states.size() ? 1 : 0;
+            QCOMPARE(now(), states[current]);
+            continue;
+        case 5:
+            on.Text().CloseUndoGroup();
+            on.Type(u"q"_s);
+            break;
+        case 6:
+            if (length > 600)
+                on.Text().SetSelection(200, -1);
+            else if (length > 100)
+                on.Text().SetSelection(start, start);
+            else
+                on.Text().SetSelection(length, length);
+            on.Key(length > 600 ? Qt::Key_Backspace : Qt::Key_Return);
+            break;
+        default:
+            on.Run(rows[below(rows.size())]);
+            break;
+        }
+        if (now() == states[current]) {
+            // Whether a change into the same is a step is not this test's matter.
+            on.Text().EmptyUndoBuffer();
+            states = {now()};
+            current = 0;
+            continue;
+        }
+        const size_t before = current;
+        states.resize(current + 1);
+        states.push_back(now());
+        ++current;
+        on.Undo();
+        QCOMPARE(now(), states[before]);
+        on.Redo();
+        QCOMPARE(now(), states[current]);
+    }
 }
 
 void EditingTest::IndentByMenu()

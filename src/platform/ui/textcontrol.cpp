@@ -2,6 +2,7 @@
 #include "platform/ui/textcontrol.h"
 
 #include "platform/desktop.h"
+#include "platform/keptclasses.h"
 #include "platform/ui/utf8text.h"
 
 #include <algorithm>
@@ -146,7 +147,9 @@ void TextControl::LoadText(QString text)
 
 void TextControl::SetText(const QString &text)
 {
-    ReplaceBytes(0, m_map.Bytes(), ToUtf8(text), UndoKind::None);
+    const QByteArray bytes = ToUtf8(text);
+    ReplaceBytes(0, m_map.Bytes(), bytes, UndoKind::None);
+    PaintRun({0, bytes.size(), StyleClass::Text});
     SetCaret({});
     Settle();
 }
@@ -216,9 +219,10 @@ void TextControl::ReplaceBytes(qsizetype start, qsizetype end, const QByteArray 
     }
     const bool tell = TextAccessible::IsHeard();
     const QString gone = tell ? FromUtf8(Bytes(start, end - start)) : QString();
+    QByteArray classes;
     m_caretBeforeEdit = Caret();
     if (start < end)
-        TextGoes(start, end - start, &m_undoStyles);
+        classes = Replacing(start, end, kind == UndoKind::None ? QByteArrayView(utf8) : QByteArrayView());
     // Told of it, the widget would make two copies of what goes and two of what comes.
     const long mask = Send(SCI_GETMODEVENTMASK);
     Send(SCI_SETMODEVENTMASK, 0);
@@ -229,12 +233,30 @@ void TextControl::ReplaceBytes(qsizetype start, qsizetype end, const QByteArray 
     Send(SCI_SETMODEVENTMASK, mask);
     if (!utf8.isEmpty()) {
         m_map.Inserted(start, utf8.size());
-        TakeClassBefore(start, utf8.size());
+        if (classes.isEmpty())
+            TakeClassBefore(start, utf8.size());
+        else
+            ApplyStyleBytes(start, classes);
     }
     if (tell)
         m_untold.push_back({m_map.ToUnits(start), gone, FromUtf8(utf8)});
     EditedByUser(newStep, kind, goesOn && newStep);
     Send(SCI_CHOOSECARETX);
+}
+
+QByteArray TextControl::Replacing(qsizetype start, qsizetype end, QByteArrayView keeping)
+{
+    if (m_plain || keeping.isEmpty()) {
+        TextGoes(start, end - start, &m_undoStyles);
+        return {};
+    }
+    const char before = start > 0 ? char(Send(SCI_GETSTYLEAT, start - 1)) : char(StyleClass::Text);
+    const QByteArray old = StyleBytes(start, end - start);
+    QByteArray classes = KeptClasses(Bytes(start, end - start), old, keeping, before);
+    m_undoStyles.Begin();
+    m_undoStyles.AddEach(old);
+    m_map.Deleting(start, end - start);
+    return classes;
 }
 
 void TextControl::ReplaceEach(const std::vector<qint32> &starts, qsizetype length, const QString &text)

@@ -210,6 +210,9 @@ private:
     /// when nothing would change.
     void ReplaceBytes(qsizetype start, qsizetype end, const QByteArray &utf8, UndoKind kind,
                       bool goesOn = false);
+    /// Bytes are about to go. @return the classes for the text that comes in their place: what is kept of
+    /// them keeps its class; empty when nothing is
+    QByteArray Replacing(qsizetype start, qsizetype end, QByteArrayView keeping);
     void ReplaceSelectionAs(const QString &text, UndoKind kind);
     /// Puts typed text in the place of the selection.
     void TypeOver(const QString &text);

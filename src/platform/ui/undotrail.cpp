@@ -58,6 +58,16 @@ void StyleStack::Add(qsizetype count, char style)
         m_runs.push_back({count, style});
 }
 
+void StyleStack::AddEach(QByteArrayView styles)
+{
+    for (qsizetype i = 0; i < styles.size();) {
+        const qsizetype first = i;
+        while (++i < styles.size() && styles[i] == styles[first]) {
+        }
+        Add(i - first, styles[first]);
+    }
+}
+
 QByteArray StyleStack::Pop(qsizetype length)
 {
     if (m_stretches.empty())

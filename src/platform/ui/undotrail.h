@@ -4,6 +4,7 @@
 #include "platform/textbuffer.h"
 
 #include <QByteArray>
+#include <QByteArrayView>
 #include <vector>
 
 namespace zelvane
@@ -58,6 +59,7 @@ public:
     void Begin();
     /// Lengthens the top stretch by so many bytes of one style.
     void Add(qsizetype count, char style);
+    void AddEach(QByteArrayView styles);
     /// Takes the top stretch; empty when its length is another one.
     QByteArray Pop(qsizetype length);
     void Clear();
