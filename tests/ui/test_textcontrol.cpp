@@ -188,6 +188,7 @@ private Q_SLOTS:
     void TabInsertsATab();
     void TabInsertsBlanksToTheNextStop_data();
     void TabInsertsBlanksToTheNextStop();
+    void TabCountsFromTheStartOfTheDisplayLine();
     void TabIndentsSeveralLines();
     void ControlKeysRunCommands();
     void ForeignKeysPassToTheWindow_data();
@@ -1012,6 +1013,33 @@ void TestTextControl::TabInsertsBlanksToTheNextStop()
                  Described({line.size() + inserted, line.size() + inserted}));
         QCOMPARE(editor.text.UndoType(), u" Typing"_s);
     }
+}
+
+void TestTextControl::TabCountsFromTheStartOfTheDisplayLine()
+{
+    const QString text = u"first\n"_s + u"asig oscil \u00E9tir\u00E9 "_s.repeated(40) + u"\nlast"_s;
+    int wrapped = 0;
+    for (qsizetype at = 6; at < 400; at += 7) {
+        Editor editor;
+        editor.insertsSpaces = true;
+        editor.tabSpaces = 8;
+        editor.text.LoadText(text);
+        editor.text.SetWordWrap(true);
+        editor.text.viewport()->repaint();
+        const auto row = [&](qsizetype offset) {
+            editor.text.SetSelection(offset, offset);
+            return editor.text.CaretPoint().y();
+        };
+        qsizetype start = at;
+        while (start > 0 && row(start - 1) == row(at))
+            --start;
+        wrapped += start > 6 ? 1 : 0;
+        editor.text.SetSelection(at, at);
+        editor.Key(Qt::Key_Tab);
+        const qsizetype blanks = 8 - (at - start) % 8;
+        QCOMPARE(editor.text.Text(), QString(text).insert(at, QString(blanks, u' ')));
+    }
+    QVERIFY(wrapped > 20);
 }
 
 void TestTextControl::TabIndentsSeveralLines()

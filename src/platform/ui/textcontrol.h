@@ -246,6 +246,8 @@ private:
     /// Takes what is being composed out of the text.
     void EndComposition();
     bool SelectionSpansLines() const;
+    /// The first byte of the line as word wrap shows it.
+    qsizetype DisplayLineStart(qsizetype position) const;
 
     void ApplyLook();
     void ApplyTabWidth();

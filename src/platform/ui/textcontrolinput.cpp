@@ -219,6 +219,22 @@ bool TextControl::SelectionSpansLines() const
     return feed >= 0 && feed != selected.size() - 1;
 }
 
+qsizetype TextControl::DisplayLineStart(qsizetype position) const
+{
+    qsizetype first = Send(SCI_POSITIONFROMLINE, Send(SCI_LINEFROMPOSITION, position));
+    if (!WordWrap())
+        return first;
+    const long row = Send(SCI_POINTYFROMPOSITION, 0, position);
+    for (qsizetype last = position; first < last;) {
+        const qsizetype middle = first + (last - first) / 2;
+        if (Send(SCI_POINTYFROMPOSITION, 0, middle) < row)
+            first = middle + 1;
+        else
+            last = middle;
+    }
+    return first;
+}
+
 bool TextControl::TabKey(const QKeyEvent &event)
 {
     const bool back = event.key() == Qt::Key_Backtab;
@@ -238,8 +254,8 @@ bool TextControl::TabKey(const QKeyEvent &event)
     QString text = u"\t"_s;
     if (m_hooks.tabInsertsSpaces && m_hooks.tabInsertsSpaces()) {
         const int unit = std::max(m_hooks.tabSpaces ? m_hooks.tabSpaces() : 8, 1);
-        const qsizetype caret = Selection().start;
-        const qsizetype column = caret - LineStart(LineOfOffset(caret));
+        const qsizetype caret = Send(SCI_GETSELECTIONSTART);
+        const qsizetype column = m_map.ToUnits(caret) - m_map.ToUnits(DisplayLineStart(caret));
         text = QString(unit - column % unit, u' ');
     }
     ReplaceSelectionAs(text, UndoKind::Typing);
