@@ -108,7 +108,8 @@ bool RunCsound(RunDialogFields &fields, RunContext &context)
                              .folder = folder,
                              .showState = 1});
     editor.settings.SaveFlag(Keys::ManualCsound2, fields.csound2);
-    editor.settings.SaveFlag(Keys::ManualSaveFirst, fields.saveFirst);
+    if (fields.asksSaveFirst)
+        editor.settings.SaveFlag(Keys::ManualSaveFirst, fields.saveFirst);
     editor.settings.SaveFlag(Keys::ManualInitialFolder, fields.documentFolder);
     AddRecentItem(editor.settings, fields.flags, Sections::RecentCommandLines, RecentCommandLineCount);
     return true;

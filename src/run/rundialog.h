@@ -18,6 +18,7 @@ struct RunDialogFields {
     QStringList history = {}; ///< rows of the flags' list
     bool csound2 = false;
     bool saveFirst = false;
+    bool asksSaveFirst = true;  ///< whether the choice is shown; it is not stored else
     bool documentFolder = true; ///< start in the document's folder; else in the compiler's
 
     bool operator==(const RunDialogFields &) const = default;

@@ -114,6 +114,18 @@ TEST_F(RunDialog, SecondCompilerInItsFolderWithSaving)
     EXPECT_EQ(LoadRunDialog(run).documentFolder, false);
 }
 
+TEST_F(RunDialog, AChoiceThatIsNotShownIsNotStored)
+{
+    context.settings.SaveFlag(Keys::ManualSaveFirst, true);
+    for (const bool asks : {false, true}) {
+        RunDialogFields fields{.flags = u"-d"_s, .asksSaveFirst = asks};
+        context.desktop.ExpectShellRun(
+            {.file = u"/opt/one/csound"_s, .parameters = u"-d  "_s, .showState = 1});
+        EXPECT_TRUE(RunCsound(fields, run));
+        EXPECT_EQ(context.settings.Flag(Keys::ManualSaveFirst), !asks);
+    }
+}
+
 TEST_F(RunDialog, ShiftSwapsMacrosButNotTheCompiler)
 {
     context.desktop.keysDown = {KeyCode::Shift};

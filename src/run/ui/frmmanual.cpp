@@ -126,6 +126,7 @@ RunDialogFields frmManual::Fields() const
             .flags = cmbArgs->currentText(),
             .csound2 = chkCsound2->isChecked(),
             .saveFirst = chkSaveFirst->isChecked(),
+            .asksSaveFirst = !chkSaveFirst->isHidden(),
             .documentFolder = chkFolderDoc->isChecked()};
 }
 

@@ -25,7 +25,8 @@ public:
     /// Reads the document, the history and the settings; a setting that cannot be read is reported.
     explicit frmManual(const RunContext &context, QWidget *parent = nullptr);
 
-    /// For a process without an editor: there is no text that could be saved first.
+    /// For a process without an editor: there is no text that could be saved first, and what the editor's
+    /// dialog was told about it stays stored.
     void DropSaveFirst();
 
 private:
