@@ -51,6 +51,14 @@ QString FlagLine(const std::vector<FlagChoice> &choices)
     return line;
 }
 
+QString FlagsBetween(const QString &before, const QString &flags, const QString &after)
+{
+    const auto touch = [](const QString &left, const QString &right) {
+        return !left.isEmpty() && !right.isEmpty() && !left.back().isSpace() && !right.front().isSpace();
+    };
+    return (touch(before, flags) ? u" "_s : QString()) + flags + (touch(flags, after) ? u" "_s : QString());
+}
+
 bool AcceptFlagLine(const QString &line, Desktop &desktop)
 {
     if (!line.isEmpty())

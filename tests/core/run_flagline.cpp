@@ -77,6 +77,18 @@ TEST(FlagLine, EmptyLineIsNotAccepted)
     EXPECT_FALSE(AcceptFlagLine({}, desktop));
 }
 
+TEST(FlagLine, FlagsDoNotTouchWhatStandsBesideThem)
+{
+    EXPECT_EQ(FlagsBetween({}, u"-W"_s, {}), u"-W"_s);
+    EXPECT_EQ(FlagsBetween(u"-d"_s, u"-W"_s, {}), u" -W"_s);
+    EXPECT_EQ(FlagsBetween(u"-d "_s, u"-W"_s, {}), u"-W"_s);
+    EXPECT_EQ(FlagsBetween(u"-d\t"_s, u"-W"_s, u" -o x"_s), u"-W"_s);
+    EXPECT_EQ(FlagsBetween({}, u"-W"_s, u"-o x"_s), u"-W "_s);
+    EXPECT_EQ(FlagsBetween(u"-d"_s, u"-W -A"_s, u"$DOCUMENT$"_s), u" -W -A "_s);
+    EXPECT_EQ(FlagsBetween(u"-d"_s, u" -W "_s, u"-o"_s), u" -W "_s);
+    EXPECT_EQ(FlagsBetween(u"-d"_s, {}, u"-o"_s), QString());
+}
+
 TEST(FlagLine, EqualsThePlainLoopOnRandomChoices)
 {
     std::mt19937 random(20012);

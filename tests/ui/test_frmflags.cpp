@@ -108,6 +108,7 @@ private Q_SLOTS:
     void OkNeedsAFlag();
     void EnterIsOkAndEscapeCancels();
     void TextBoxTakesTheLineSelected();
+    void PickedFlagsKeepApartFromOthers();
     void ComboBoxTakesTheLine();
     void GoneTargetIsNoMatter();
     void ButtonOpensTheDialog();
@@ -324,6 +325,20 @@ void FlagsTest::EnterIsOkAndEscapeCancels()
     QCOMPARE(target.text(), u"-W"_s);
 }
 
+void FlagsTest::PickedFlagsKeepApartFromOthers()
+{
+    QLineEdit target(u"-dXX$DOCUMENT$"_s);
+    target.setSelection(2, 2);
+    frmFlags dialog(context.editor, &target, nullptr);
+    dialog.show();
+    Flags flags(dialog);
+    flags.Check(flags.Row(u"-W"_s));
+    QTest::mouseClick(&flags.cmdOK, Qt::LeftButton);
+    QCOMPARE(target.text(), u"-d -W $DOCUMENT$"_s);
+    QCOMPARE(target.selectedText(), u"-W"_s);
+    QCOMPARE(target.selectionStart(), 3);
+}
+
 void FlagsTest::TextBoxTakesTheLineSelected()
 {
     QLineEdit target(u"-d XX $DOCUMENT$"_s);
@@ -342,7 +357,7 @@ void FlagsTest::TextBoxTakesTheLineSelected()
     Flags again(second);
     again.Check(again.Row(u"-R"_s));
     again.cmdOK.click();
-    QCOMPARE(target.text(), u"-R-d -W -f $DOCUMENT$"_s);
+    QCOMPARE(target.text(), u"-R -d -W -f $DOCUMENT$"_s);
     QCOMPARE(target.selectedText(), u"-R"_s);
 }
 
@@ -426,7 +441,7 @@ void FlagsTest::SelectionSurvivesTheLossOfFocus()
         flags.cmdOK.click();
     });
     QTest::keyClick(&fields.pickText, Qt::Key_Space);
-    QCOMPARE(fields.text.text(), u"-Z-W"_s);
+    QCOMPARE(fields.text.text(), u"-Z -W"_s);
 }
 
 void FlagsTest::MenuHasTheFlags()

@@ -432,7 +432,7 @@ void ManualTest::FlagsMenu()
     QVERIFY(menu && menu->isVisible());
     menu->setActiveAction(menu->actions().at(9));
     QTest::keyClick(menu, Qt::Key_Return);
-    QCOMPARE(manual.cmbArgs.currentText(), u"-d-W"_s);
+    QCOMPARE(manual.cmbArgs.currentText(), u"-d -W"_s);
     QCOMPARE(manual.cmbArgs.lineEdit()->cursorPosition(), 2);
 }
 

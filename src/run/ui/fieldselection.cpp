@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "run/ui/fieldselection.h"
 
+#include "run/flagline.h"
+
 #include <QComboBox>
 #include <QLineEdit>
 
@@ -19,6 +21,16 @@ void PutSelected(QLineEdit &field, const QString &text)
     const int start = field.hasSelectedText() ? field.selectionStart() : field.cursorPosition();
     field.insert(text);
     field.setSelection(start, int(text.size()));
+}
+
+int PutFlags(QLineEdit &field, const QString &flags)
+{
+    const QString line = field.text();
+    const int start = field.hasSelectedText() ? field.selectionStart() : field.cursorPosition();
+    const QString put =
+        FlagsBetween(line.first(start), flags, line.sliced(start + field.selectedText().size()));
+    field.insert(put);
+    return start + int(put.indexOf(flags));
 }
 
 void FieldSelection::Hold(const QLineEdit &field)

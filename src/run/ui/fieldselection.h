@@ -15,6 +15,10 @@ QLineEdit *FieldOf(QWidget *control);
 /// Puts a text in place of the selection of a field, and leaves it selected.
 void PutSelected(QLineEdit &field, const QString &text);
 
+/// Puts flags in place of the selection of a field, with blanks between them and what they would touch. The
+/// caret stands behind them. @return where the flags begin, from 0
+int PutFlags(QLineEdit &field, const QString &flags);
+
 /// What is selected in a field. It is held because a field that loses the focus unselects, while what is
 /// picked elsewhere has to go where the selection was.
 class FieldSelection

@@ -69,7 +69,7 @@ void FlagPicker::Put(const QString &flag)
     if (!field)
         return;
     m_selection.Restore(*field);
-    field->insert(flag);
+    PutFlags(*field, flag);
     m_target->setFocus(Qt::OtherFocusReason);
     field->setCursorPosition(int(flag.size()));
 }

@@ -148,8 +148,7 @@ void frmFlags::Confirm()
         return;
     if (QLineEdit *field = FieldOf(m_target)) {
         m_selection.Restore(*field);
-        const int start = field->hasSelectedText() ? field->selectionStart() : field->cursorPosition();
-        field->insert(line);
+        const int start = PutFlags(*field, line);
         if (field == m_target)
             field->setSelection(start, int(line.size()));
     }

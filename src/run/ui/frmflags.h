@@ -18,7 +18,7 @@ namespace zelvane
 struct EditorContext;
 
 /// The picker of Csound's command-line flags: a list to check them in, and the line that they make. OK puts
-/// the line in place of the selection of a field.
+/// the line in place of the selection of a field, apart from what stands beside it.
 class frmFlags : public QDialog
 {
     Q_OBJECT
