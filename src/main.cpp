@@ -205,6 +205,8 @@ int RunChooser(Application &application, const QString &document)
     SettingsStore settings;
     DialogProgram program(document, settings, application.TheDesktop());
     frmQuickPreset chooser(program.Context());
+    program.SetWindow(&chooser);
+    QApplication::setQuitOnLastWindowClosed(false); // the preset may still ask when the chooser is hidden
     QObject::connect(&chooser, &QDialog::finished, &application, [] { QCoreApplication::exit(0); });
     chooser.show();
     return QApplication::exec();

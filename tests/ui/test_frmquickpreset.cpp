@@ -13,6 +13,7 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
+#include <QSignalSpy>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace zelvane;
@@ -41,6 +42,7 @@ public:
     {
         program = std::make_unique<DialogProgram>(document, context.settings, context.desktop);
         dialog = std::make_unique<frmQuickPreset>(program->Context());
+        program->SetWindow(dialog.get());
         dialog->show();
         dialog->activateWindow();
         if (!QTest::qWaitForWindowActive(dialog.get()))
@@ -141,6 +143,35 @@ private Q_SLOTS:
         chooser.CheckClosed();
     }
 
+    void HidesWhileATwoStepPresetRuns()
+    {
+        Chooser chooser;
+        chooser.Add(u"two"_s, {{u"Command"_s, u"/bin/one"_s}, {u"2ndCommand"_s, u"/bin/two"_s}});
+        chooser.Open();
+        QSignalSpy finished(chooser.dialog.get(), &QDialog::finished);
+        bool shown = true;
+        chooser.context.desktop.ExpectProcess({.command = u"/bin/one"_s, .folder = u"/bin"_s}, true,
+                                              [&] { shown = chooser.dialog->isVisible(); });
+        chooser.context.desktop.ExpectShellRun({.file = u"/bin/two"_s});
+        chooser.Click(u"cmdOK"_s);
+        QVERIFY(!shown);
+        chooser.CheckClosed();
+        QCOMPARE(finished.count(), 1);
+    }
+    void StaysInSightWhenTheFirstStepDoesNotStart()
+    {
+        Chooser chooser;
+        chooser.Add(u"two"_s, {{u"Command"_s, u"/bin/one"_s}, {u"2ndCommand"_s, u"/bin/two"_s}});
+        chooser.Open();
+        bool shown = false;
+        chooser.context.desktop.ExpectProcess({.command = u"/bin/one"_s, .folder = u"/bin"_s}, false,
+                                              [&] { shown = chooser.dialog->isVisible(); });
+        chooser.context.desktop.ExpectMessage(
+            {.text = u"Cannot execute preset two."_s, .icon = BoxIcon::Warning});
+        chooser.Click(u"cmdOK"_s);
+        QVERIFY(shown);
+        chooser.CheckClosed();
+    }
     void EnterAndDoubleClickRun()
     {
         Chooser chooser;

@@ -73,6 +73,12 @@ DialogProgram::DialogProgram(const QString &document, SettingsStore &settings, D
 
 DialogProgram::~DialogProgram() = default;
 
+void DialogProgram::MinimizeMainWindow()
+{
+    if (m_window)
+        m_window->hide();
+}
+
 void DialogProgram::EditPreset(const QString &name)
 {
     ShowPresetEditor(m_context, name);

@@ -7,13 +7,16 @@
 #include "shell/editorcontext.h"
 
 #include <memory>
+#include <QPointer>
+#include <QWidget>
 
 namespace zelvane
 {
 
 /// What the preset chooser and the Run Csound dialog work on when each is a program of its own: a document by
 /// its path, the settings and the tool paths. There is no main window, no text and no status line; the main
-/// window is never active, and what is asked of it does nothing.
+/// window is never active, and what is asked of it does nothing; only for the wait of a two-step preset the
+/// dialog itself goes out of sight, as it cannot answer meanwhile.
 class DialogProgram : public ProgramWindows, public PresetWindows
 {
 public:
@@ -21,11 +24,14 @@ public:
     DialogProgram(const QString &document, SettingsStore &settings, Desktop &desktop);
     ~DialogProgram() override;
 
+    /// Tells which window is hidden for the wait.
+    void SetWindow(QWidget *window) { m_window = window; }
+
     /// Lives as long as this object.
     RunContext &Context() { return m_context; }
 
     bool MainWindowActive() const override { return false; }
-    void MinimizeMainWindow() override {}
+    void MinimizeMainWindow() override;
     void RaiseMainWindow() override {}
     void ShowPreferences() override {}
 
@@ -36,6 +42,7 @@ public:
 private:
     struct Void;
 
+    QPointer<QWidget> m_window;
     DocumentRecord m_document;
     ToolPaths m_tools;
     std::unique_ptr<Void> m_void;
