@@ -180,6 +180,7 @@ private Q_SLOTS:
     void SaveUnderAnExistingNameAsks();
     void SaveUnderANumberIsImpossible();
     void NewClearsEverything();
+    void NewBeginsWithTheName();
     void DeleteAsksAndGoesToTheFirst();
     void DeleteLastLeavesAnEmptyList();
     void EachDeletionLengthensTheSecondWindowList();
@@ -575,6 +576,22 @@ void TestFrmPresets::NewClearsEverything()
     editor.Key(Qt::Key_Down, {});
     QCOMPARE(editor.Name(), u"full"_s);
     QCOMPARE(editor.Field(u"txtArgs"_s).text(), u"-W -o $WAVE$"_s);
+}
+
+void TestFrmPresets::NewBeginsWithTheName()
+{
+    Editor editor;
+    editor.Add(u"full"_s, FullRecord);
+    editor.Open();
+    editor.Field(u"txtArgs"_s).setFocus();
+    editor.ClickTool(u"new"_s);
+    QVERIFY(editor.List(u"cmbPreset"_s).hasFocus());
+    editor.Pages().setCurrentIndex(2);
+    editor.Field(u"txtName"_s).setFocus();
+    editor.Key(Qt::Key_N);
+    QVERIFY(editor.List(u"cmbPreset"_s).hasFocus());
+    QTest::keyClicks(editor.dialog->focusWidget(), u"next"_s);
+    QCOMPARE(editor.Name(), u"next"_s);
 }
 
 void TestFrmPresets::DeleteAsksAndGoesToTheFirst()

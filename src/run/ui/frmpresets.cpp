@@ -306,6 +306,7 @@ void frmPresets::NewPreset()
     cmbPreset->setCurrentIndex(-1); // the arrow keys begin at the first preset again
     cmbPreset->clearEditText();
     ShowFields({});
+    cmbPreset->setFocus(); // a preset begins with its name
 }
 
 void frmPresets::Save()
