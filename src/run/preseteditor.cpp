@@ -71,9 +71,16 @@ PresetFields FieldsOf(const PresetRecord &record)
     return fields;
 }
 
+QString WhyNotSaved(const QString &name)
+{
+    if (name.isEmpty())
+        return u"The preset has no name yet"_s;
+    return IsNumeric(name) ? u"The name of a preset must not be a number"_s : QString();
+}
+
 PresetTools EnabledPresetTools(const QString &name, int row, int rowCount)
 {
-    return {.save = !name.isEmpty() && !IsNumeric(name),
+    return {.save = WhyNotSaved(name).isEmpty(),
             .remove = row >= 0,
             .up = row > 0,
             .down = row >= 0 && row < rowCount - 1};

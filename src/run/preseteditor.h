@@ -58,6 +58,9 @@ struct PresetTools {
 /// @param row the selected row from 0, -1 for none
 PresetTools EnabledPresetTools(const QString &name, int row, int rowCount);
 
+/// Why a preset cannot be saved under this name; empty when it can.
+QString WhyNotSaved(const QString &name);
+
 /// Whether a second action is possible behind this first command: only a program can be waited for.
 bool AllowsSecondAction(const QString &command, const RunContext &context);
 

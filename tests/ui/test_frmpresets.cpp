@@ -15,12 +15,14 @@
 #include <memory>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QToolButton>
+#include <QToolTip>
 #include <sys/stat.h>
 
 using namespace Qt::Literals::StringLiterals;
@@ -179,6 +181,7 @@ private Q_SLOTS:
     void SaveWritesAllFields();
     void SaveUnderAnExistingNameAsks();
     void SaveUnderANumberIsImpossible();
+    void AGreySaveSaysWhy();
     void NewClearsEverything();
     void NewBeginsWithTheName();
     void DeleteAsksAndGoesToTheFirst();
@@ -544,6 +547,25 @@ void TestFrmPresets::SaveUnderANumberIsImpossible()
         editor.ClickTool(u"save"_s);
     }
     QCOMPARE(editor.Stored(), QStringList());
+}
+
+void TestFrmPresets::AGreySaveSaysWhy()
+{
+    Editor editor;
+    editor.Open();
+    auto &save = editor.Find<QToolButton>(u"tlbPreset_save"_s);
+    for (const auto &[name, words] : {std::pair{u""_s, u"The preset has no name yet"_s},
+                                      {u"mine"_s, u"Save the preset (Ctrl+S)"_s},
+                                      {u"12"_s, u"The name of a preset must not be a number"_s}}) {
+        editor.TypeName(name);
+        QCOMPARE(save.toolTip(), words);
+        // The pointer rests on the button, which is grey or not.
+        QHelpEvent rests(QEvent::ToolTip, save.rect().center(), save.mapToGlobal(save.rect().center()));
+        QApplication::sendEvent(&save, &rests);
+        QCOMPARE(QToolTip::text(), words);
+        QToolTip::hideText();
+        QVERIFY(Eventually([] { return !QToolTip::isVisible(); }));
+    }
 }
 
 void TestFrmPresets::NewClearsEverything()

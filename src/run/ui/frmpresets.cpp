@@ -47,6 +47,7 @@ struct Tool {
     int shortcut; ///< with Ctrl, but for F8
 };
 
+constexpr int SaveTool = 1; ///< its place among the tools
 constexpr Tool Tools[] = {
     {u"new", u"New", u"Clear all fields for a new preset (Ctrl+N)", Qt::Key_N},
     {u"save", u"Save", u"Save the preset (Ctrl+S)", Qt::Key_S},
@@ -236,6 +237,9 @@ void frmPresets::EnableTools()
         tlbPreset->findChild<QAction *>(u"tlbPreset_"_s + key)->setEnabled(enabled);
     };
     enable(u"save"_s, tools.save);
+    const QString why = WhyNotSaved(cmbPreset->currentText());
+    tlbPreset->findChild<QAction *>(u"tlbPreset_save"_s)
+        ->setToolTip(why.isEmpty() ? QString::fromUtf16(Tools[SaveTool].tooltip) : why);
     enable(u"delete"_s, tools.remove);
     enable(u"up"_s, tools.up);
     enable(u"down"_s, tools.down);
