@@ -111,6 +111,15 @@ FileDialogRequest BitmapRequest(const QString &bitmap)
             .folder = bitmap};
 }
 
+bool MayDiscardPreset(const QString &name, Desktop &desktop)
+{
+    const QString preset = name.isEmpty() ? u"the new preset"_s : u'\'' + name + u'\'';
+    return desktop.MessageBox({.text = u"The changes to "_s + preset + u" are not saved. Discard them?"_s,
+                               .icon = BoxIcon::Warning,
+                               .buttons = BoxButtons::YesNo,
+                               .defaultAnswer = BoxAnswer::No}) == BoxAnswer::Yes;
+}
+
 bool SavePreset(const PresetKey &name, const PresetFields &fields, QStringList &rows, RunContext &context,
                 const std::function<bool(const QString &file)> &loadPicture)
 {

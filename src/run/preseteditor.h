@@ -74,6 +74,9 @@ FileDialogRequest CommandRequest(const QString &command, const RunContext &conte
 /// The picker of a picture for the button. @param bitmap the path in the field
 FileDialogRequest BitmapRequest(const QString &bitmap);
 
+/// Asks before what stands in the fields is given up. @param name of the preset, which may have none yet
+bool MayDiscardPreset(const QString &name, Desktop &desktop);
+
 /// Writes a preset, after a question when the name is there already, and the index in the order of `rows`; a
 /// new name is added at the end of `rows`.
 /// @param loadPicture shows a picture file in the preview; when it answers false the image is not written

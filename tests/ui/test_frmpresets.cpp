@@ -12,7 +12,9 @@
 #include "support/uitest.h"
 
 #include <algorithm>
+#include <functional>
 #include <memory>
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QHelpEvent>
@@ -125,6 +127,15 @@ public:
              .buttons = BoxButtons::YesNo},
             answer);
     }
+    void ExpectDiscard(const QString &preset, BoxAnswer answer)
+    {
+        context.desktop.ExpectMessage(
+            {.text = u"The changes to "_s + preset + u" are not saved. Discard them?"_s,
+             .icon = BoxIcon::Warning,
+             .buttons = BoxButtons::YesNo,
+             .defaultAnswer = BoxAnswer::No},
+            answer);
+    }
     void ExpectDelete(const QString &name, BoxAnswer answer)
     {
         context.desktop.ExpectMessage({.text = u"Delete the '"_s + name + u"' preset?"_s,
@@ -160,6 +171,8 @@ const Fields FullRecord = {{u"Command"_s, u"$CSOUND$"_s}, {u"Args"_s, u"-W -o $W
 
 } // namespace
 
+Q_DECLARE_METATYPE(std::function<void(Editor &)>)
+
 class TestFrmPresets : public QObject
 {
     Q_OBJECT
@@ -184,6 +197,11 @@ private Q_SLOTS:
     void AGreySaveSaysWhy();
     void NewClearsEverything();
     void NewBeginsWithTheName();
+    void NewAsksAboutUnsavedFields_data();
+    void NewAsksAboutUnsavedFields();
+    void CloseAsksAboutUnsavedFields_data();
+    void CloseAsksAboutUnsavedFields();
+    void NothingUnsavedClosesAtOnce();
     void DeleteAsksAndGoesToTheFirst();
     void DeleteLastLeavesAnEmptyList();
     void EachDeletionLengthensTheSecondWindowList();
@@ -614,6 +632,102 @@ void TestFrmPresets::NewBeginsWithTheName()
     QVERIFY(editor.List(u"cmbPreset"_s).hasFocus());
     QTest::keyClicks(editor.dialog->focusWidget(), u"next"_s);
     QCOMPARE(editor.Name(), u"next"_s);
+}
+
+void TestFrmPresets::NewAsksAboutUnsavedFields_data()
+{
+    using Change = std::function<void(Editor &)>;
+    QTest::addColumn<std::function<void(Editor &)>>("change");
+    const auto row = [](const char *name, const Change &change) { QTest::newRow(name) << change; };
+    row("text", [](Editor &editor) { QTest::keyClicks(&editor.Field(u"txtArgs"_s), u"x"_s); });
+    row("second action", [](Editor &editor) { editor.Field(u"txt2ndFolder"_s).setText(u"/x"_s); });
+    row("window", [](Editor &editor) { editor.List(u"cmbWindow"_s).setCurrentIndex(0); });
+    row("box", [](Editor &editor) { editor.Check(u"chkNewGroup"_s).click(); });
+    row("image", [](Editor &editor) { editor.dialog->setImgnumber(105); });
+    row("name", [](Editor &editor) { editor.List(u"cmbPreset"_s).setEditText(u"full"_s); });
+}
+
+void TestFrmPresets::NewAsksAboutUnsavedFields()
+{
+    QFETCH(std::function<void(Editor &)>, change);
+    Editor editor;
+    editor.Add(u"one"_s);
+    editor.Add(u"full"_s, FullRecord);
+    editor.Open();
+    if (qstrcmp(QTest::currentDataTag(), "name") != 0)
+        editor.Choose(1);
+    change(editor);
+    editor.ExpectDiscard(u"'full'"_s, BoxAnswer::No);
+    editor.Key(Qt::Key_N);
+    QCOMPARE(editor.Name(), u"full"_s);
+    editor.ExpectDiscard(u"'full'"_s, BoxAnswer::Yes);
+    editor.Key(Qt::Key_N);
+    QCOMPARE(editor.Name(), QString());
+    QCOMPARE(editor.Field(u"txtArgs"_s).text(), QString());
+    editor.Key(Qt::Key_N); // nothing is lost any more
+    editor.context.desktop.CheckAllCame();
+}
+
+void TestFrmPresets::CloseAsksAboutUnsavedFields_data()
+{
+    QTest::addColumn<std::function<void(Editor &)>>("close");
+    using Close = std::function<void(Editor &)>;
+    QTest::newRow("button") << Close([](Editor &editor) { editor.Button(u"bCancel"_s).click(); });
+    QTest::newRow("Esc") << Close([](Editor &editor) { editor.Key(Qt::Key_Escape, {}); });
+    QTest::newRow("frame") << Close([](Editor &editor) { editor.dialog->close(); });
+}
+
+void TestFrmPresets::CloseAsksAboutUnsavedFields()
+{
+    QFETCH(std::function<void(Editor &)>, close);
+    Editor editor;
+    editor.Open();
+    editor.Field(u"txtCommand"_s).setText(u"/bin/mine"_s);
+    editor.ExpectDiscard(u"the new preset"_s, BoxAnswer::No);
+    close(editor);
+    QVERIFY(editor.dialog->isVisible());
+    QCOMPARE(editor.Field(u"txtCommand"_s).text(), u"/bin/mine"_s);
+    editor.TypeName(u"mine"_s);
+    editor.ExpectDiscard(u"'mine'"_s, BoxAnswer::Yes);
+    close(editor);
+    QVERIFY(!editor.dialog->isVisible());
+    QCOMPARE(editor.Stored(), QStringList());
+    editor.context.desktop.CheckAllCame();
+}
+
+void TestFrmPresets::NothingUnsavedClosesAtOnce()
+{
+    Editor editor;
+    editor.Add(u"one"_s, {{u"Command"_s, u"/bin/one"_s}});
+    editor.Add(u"full"_s, FullRecord);
+    editor.Open();
+    const auto closes = [&editor] {
+        editor.Button(u"bCancel"_s).click();
+        const bool closed = !editor.dialog->isVisible();
+        editor.dialog->show();
+        return closed;
+    };
+    QVERIFY(closes());
+    editor.Choose(1);
+    QVERIFY(closes());
+    editor.Key(Qt::Key_U); // moved up, and otherwise as it was
+    QVERIFY(closes());
+    editor.Field(u"txtArgs"_s).setText(u"-d"_s);
+    editor.ExpectReplace(u"full"_s, BoxAnswer::Yes);
+    editor.Key(Qt::Key_S);
+    QVERIFY(closes());
+    editor.Key(Qt::Key_N);
+    editor.TypeName(u"next"_s);
+    editor.Key(Qt::Key_S);
+    QVERIFY(closes());
+    for (const QString &name : {u"next"_s, u"full"_s, u"one"_s}) {
+        editor.Choose(editor.List(u"cmbPreset"_s).findText(name));
+        editor.Field(u"txtArgs"_s).setText(u"-changed"_s);
+        editor.ExpectDelete(name, BoxAnswer::Yes);
+        editor.Key(Qt::Key_D);
+        QVERIFY(closes());
+    }
+    editor.context.desktop.CheckAllCame();
 }
 
 void TestFrmPresets::DeleteAsksAndGoesToTheFirst()

@@ -95,6 +95,7 @@ frmPresets::frmPresets(const RunContext &context, QWidget *parent)
     Connect();
     ShowFields({});
     m_second->setEnabled(false);
+    MarkSaved();
     Guard([this] { LoadLists(); });
     cmbPreset->setFocus();
 }
@@ -219,6 +220,7 @@ void frmPresets::ChooseRow(int row)
         ShowFields(FieldsOf(PresetStore(m_context.editor.settings).ReadRecord(cmbPreset->itemText(row))));
     });
     EnableTools();
+    MarkSaved();
 }
 
 void frmPresets::SelectPreset(const QString &name)
@@ -267,6 +269,25 @@ void frmPresets::ShowFields(const PresetFields &fields)
     m_button->ShowFields(fields);
 }
 
+void frmPresets::MarkSaved()
+{
+    m_savedName = cmbPreset->currentText();
+    m_savedFields = Fields();
+}
+
+bool frmPresets::MayDiscard()
+{
+    const QString name = cmbPreset->currentText();
+    const bool named = !name.isEmpty() && name != m_savedName;
+    return (!named && Fields() == m_savedFields) || MayDiscardPreset(name, m_context.editor.desktop);
+}
+
+void frmPresets::reject()
+{
+    if (MayDiscard())
+        QDialog::reject();
+}
+
 void frmPresets::ShowCommandFacts()
 {
     QLineEdit *command = m_first->Command();
@@ -307,9 +328,12 @@ void frmPresets::RunTool(const QString &key)
 
 void frmPresets::NewPreset()
 {
+    if (!MayDiscard())
+        return;
     cmbPreset->setCurrentIndex(-1); // the arrow keys begin at the first preset again
     cmbPreset->clearEditText();
     ShowFields({});
+    MarkSaved();
     cmbPreset->setFocus(); // a preset begins with its name
 }
 
@@ -318,8 +342,10 @@ void frmPresets::Save()
     const QString name = cmbPreset->currentText();
     QStringList rows = Rows();
     if (SavePreset(name, Fields(), rows, m_context,
-                   [this](const QString &file) { return m_button->LoadPicture(file); }))
+                   [this](const QString &file) { return m_button->LoadPicture(file); })) {
         ShowRows(rows, RowOfPreset(name, rows));
+        MarkSaved();
+    }
 }
 
 void frmPresets::Delete()
@@ -328,6 +354,7 @@ void frmPresets::Delete()
         return;
     m_first->ClearWindowStates();
     LoadLists();
+    MarkSaved(); // also where no preset is left: the fields still show the deleted one
     RewritePresetOrder(Rows(), m_context);
 }
 

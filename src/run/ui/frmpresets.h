@@ -21,7 +21,8 @@ class ActionPage;
 class ButtonPage;
 
 /// The preset editor, "Add/Remove Presets". Saving, deleting and moving act on the store at once; what stands
-/// in the fields is lost when another preset is chosen or the dialog is closed without saving.
+/// in the fields and is not saved is lost when another preset is chosen. A new preset and the end of the
+/// dialog ask before.
 class frmPresets : public QDialog
 {
     Q_OBJECT
@@ -33,6 +34,8 @@ public:
     void SelectPreset(const QString &name);
     /// Takes a built-in image for the preset, instead of a picture file.
     void setImgnumber(int number);
+
+    void reject() override;
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -56,6 +59,10 @@ private:
 
     PresetFields Fields() const;
     void ShowFields(const PresetFields &fields);
+    /// The name and the fields are stored as they stand, or nothing that is worth a question.
+    void MarkSaved();
+    /// Asks when they are not as they were then. @return whether they may be given up
+    bool MayDiscard();
     /// The tooltip of the command, and whether a second action can follow it.
     void ShowCommandFacts();
     void CommandChanged();
@@ -75,6 +82,8 @@ private:
     void Guard(const std::function<void()> &work);
 
     RunContext m_context;
+    QString m_savedName;
+    PresetFields m_savedFields;
 
     QToolBar *tlbPreset;
     QMenu *mnuMacros = nullptr; ///< filled at the first use
