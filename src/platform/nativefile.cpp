@@ -181,7 +181,7 @@ FileLock::FileLock(const QString &name, std::chrono::milliseconds patience)
                 throw RunTimeError(ErrorNumber::PermissionDenied, u"Another process keeps the file locked"_s,
                                    name);
             std::this_thread::sleep_for(pause);
-            pause = std::min(pause * 2, std::chrono::microseconds(1000));
+            pause = std::min(pause * 2, std::chrono::microseconds(200));
         }
         // Someone may have removed the lock's file between the two calls: then others lock another one.
         struct stat held = {}, named = {};
@@ -221,6 +221,9 @@ NativeFile ReplaceLockedFile(const QString &name, const QByteArray &bytes)
         if (::fchmod(file.Descriptor(), old.st_mode & 07777) != 0)
             error = errno;
     }
+    // First the bytes, then the name: a power cut between the two would leave an empty file under it.
+    if (error == 0)
+        error = Flush(file.Descriptor());
     // Some network file systems tell a full disk only when a file is closed; the caller's copy stays open.
     if (error == 0) {
         const int copy = ::fcntl(file.Descriptor(), F_DUPFD_CLOEXEC, 0);
@@ -234,6 +237,11 @@ NativeFile ReplaceLockedFile(const QString &name, const QByteArray &bytes)
         Fail(error, name);
     }
     return file;
+}
+
+void FlushName(const QString &name)
+{
+    FlushFolder(FolderOf(PathOf(name)));
 }
 
 } // namespace zelvane

@@ -81,7 +81,11 @@ private:
 
 /// Replaces or creates a file whose FileLock the caller holds, in one step, for readers that take no lock.
 /// `name` is no link. The second file always has the same name, so that what a killed process left is used up
-/// by the next. The bytes are not forced to the disk. @return the new file, open
+/// by the next. The bytes are forced to the disk: a power cut leaves the old file or the new one.
+/// @return the new file, open
 NativeFile ReplaceLockedFile(const QString &name, const QByteArray &bytes);
+/// Makes the last renaming to a name last through a power cut. What the disk has against it is told nowhere:
+/// the file under the name is whole either way.
+void FlushName(const QString &name);
 
 } // namespace zelvane

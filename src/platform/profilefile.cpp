@@ -5,6 +5,7 @@
 #include "platform/textfile.h"
 
 #include <algorithm>
+#include <chrono>
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
@@ -241,16 +242,22 @@ QByteArray LineEndOf(const QByteArray &bytes)
     return end > 0 && bytes[end - 1] == '\r' ? "\r\n"_ba : "\n"_ba;
 }
 
+/// Ends the last line where it has no end. A bare CR there is part of the value: it would become one with a
+/// lone LF.
+void EndLastLine(QByteArray &bytes, const QByteArray &end)
+{
+    if (!bytes.isEmpty() && !bytes.endsWith('\n'))
+        bytes += bytes.endsWith('\r') ? "\r\n"_ba : end;
+}
+
 QByteArray WithSection(const QByteArray &bytes, QStringView section,
                        const std::vector<std::pair<QString, QString>> &entries)
 {
     const QByteArray end = LineEndOf(bytes);
     QByteArray result = bytes;
-    if (!result.isEmpty()) {
-        if (!result.endsWith('\n'))
-            result += end;
+    EndLastLine(result, end);
+    if (!result.isEmpty())
         result += end;
-    }
     result += '[' + EncodeSection(section) + ']' + end;
     for (const auto &[key, value] : entries)
         result += EncodeKey(key) + '=' + EncodeEscapes(value) + end;
@@ -282,8 +289,7 @@ QByteArray WithValue(const QByteArray &bytes, QStringView section, QStringView k
     QByteArray result;
     result.reserve(bytes.size() + written.size() + key.size() + 16);
     result += QByteArrayView(bytes).first(insertAt);
-    if (!result.endsWith('\n'))
-        result += end;
+    EndLastLine(result, end);
     result += EncodeKey(key) + '=' + written + end;
     result += QByteArrayView(bytes).sliced(insertAt);
     return result;
@@ -339,6 +345,8 @@ void ProfileFile::Refresh() const
     // written in place may have the same stamp as before.
     constexpr qint64 slowestTick = 2'500'000'000;
 
+    if (m_step)
+        return; // m_bytes is what was read at the start of the step, with its changes
     const auto forget = [this] {
         m_file = {};
         m_bytes.clear();
@@ -431,32 +439,57 @@ QStringList ProfileFile::SectionNames() const
     return names;
 }
 
-void ProfileFile::Change(const std::function<QByteArray(const QByteArray &)> &edit)
+void ProfileFile::Change(Edit edit)
 {
+    if (!m_step) {
+        Write(edit);
+        return;
+    }
+    QByteArray bytes = edit(m_bytes);
+    if (bytes != m_bytes) {
+        m_bytes = std::move(bytes);
+        m_indexed = false;
+    }
+    m_step->push_back(std::move(edit));
+}
+
+void ProfileFile::Write(const Edit &edit)
+{
+    constexpr std::chrono::milliseconds patienceAfterwards(50);
+
     const QString target = FollowLinks(m_name);
     const QString folder = QFileInfo(target).path();
     if (!QFileInfo::exists(folder) && !QDir().mkpath(folder))
         throw RunTimeError(ErrorNumber::PathNotFound, u"The folder cannot be made"_s, folder);
-    const FileLock lock(target);
-    Refresh();
-    QByteArray bytes = edit(m_bytes);
-    if (bytes == m_bytes)
-        return;
-    m_file = ReplaceLockedFile(target, bytes);
-    m_stamp = StampOf(m_file);
-    m_settled = false;
-    m_bytes = std::move(bytes);
-    m_indexed = false;
+    {
+        const std::chrono::milliseconds patience =
+            m_lockRefused ? std::min(patienceAfterwards, m_patience) : m_patience;
+        m_lockRefused = true;
+        const FileLock lock(target, patience);
+        m_lockRefused = false;
+        Refresh();
+        QByteArray bytes = edit(m_bytes);
+        if (bytes == m_bytes)
+            return;
+        m_file = ReplaceLockedFile(target, bytes);
+        m_stamp = StampOf(m_file);
+        m_settled = false;
+        m_bytes = std::move(bytes);
+        m_indexed = false;
+    }
+    // The others need not wait for this.
+    FlushName(target);
 }
 
 void ProfileFile::SetValue(QStringView section, QStringView key, QStringView value)
 {
-    Change([&](const QByteArray &bytes) { return WithValue(bytes, section, key, value); });
+    Change([section = section.toString(), key = key.toString(), value = value.toString()](
+               const QByteArray &bytes) { return WithValue(bytes, section, key, value); });
 }
 
 void ProfileFile::SetValues(QStringView section, const std::vector<std::pair<QString, QString>> &entries)
 {
-    Change([&](const QByteArray &bytes) {
+    Change([section = section.toString(), entries](const QByteArray &bytes) {
         QByteArray result = bytes;
         for (const auto &[key, value] : entries)
             result = WithValue(result, section, key, value);
@@ -466,20 +499,62 @@ void ProfileFile::SetValues(QStringView section, const std::vector<std::pair<QSt
 
 void ProfileFile::RemoveKey(QStringView section, QStringView key)
 {
-    if (StampOf(m_name))
-        Change([&](const QByteArray &bytes) { return WithoutKey(bytes, section, key); });
+    if (m_step || StampOf(m_name))
+        Change([section = section.toString(), key = key.toString()](const QByteArray &bytes) {
+            return WithoutKey(bytes, section, key);
+        });
 }
 
 void ProfileFile::RemoveSection(QStringView section)
 {
-    if (StampOf(m_name))
-        Change([&](const QByteArray &bytes) { return WithoutSection(bytes, section); });
+    if (m_step || StampOf(m_name))
+        Change([section = section.toString()](const QByteArray &bytes) {
+            return WithoutSection(bytes, section);
+        });
 }
 
 void ProfileFile::ReplaceSection(QStringView section, const std::vector<std::pair<QString, QString>> &entries)
 {
-    Change([&](const QByteArray &bytes) {
+    Change([section = section.toString(), entries](const QByteArray &bytes) {
         return WithSection(WithoutSection(bytes, section), section, entries);
+    });
+}
+
+void ProfileFile::InOneStep(const std::function<void()> &work)
+{
+    if (m_step) {
+        work();
+        return;
+    }
+    FindSection({}); // reads what stands in the file
+    m_step.emplace();
+    try {
+        work();
+    } catch (...) {
+        // Its failure is the one to tell, whatever comes of the writing.
+        try {
+            WriteStep();
+        } catch (const RunTimeError &) {
+        }
+        throw;
+    }
+    WriteStep();
+}
+
+void ProfileFile::WriteStep()
+{
+    const std::vector<Edit> edits = std::move(*m_step);
+    m_step.reset();
+    if (edits.empty())
+        return;
+    // m_bytes is not what the file holds.
+    m_stamp = FileStamp();
+    m_settled = false;
+    Write([&edits](const QByteArray &bytes) {
+        QByteArray result = bytes;
+        for (const Edit &edit : edits)
+            result = edit(result);
+        return result;
     });
 }
 

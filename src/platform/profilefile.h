@@ -3,6 +3,7 @@
 
 #include "platform/nativefile.h"
 
+#include <chrono>
 #include <functional>
 #include <optional>
 #include <QHash>
@@ -25,15 +26,18 @@ namespace zelvane
 /// they are by all writes.
 ///
 /// Every write takes the file's lock, reads what others wrote, and replaces the file in one step. So a
-/// process that is killed at any moment leaves a whole file with at most its last write missing. Writes are
-/// not forced to the disk one by one: closing a window makes sixty of them. A power cut can so take back the
-/// last seconds.
+/// process that is killed at any moment, and a power cut, leave a whole file with at most the last write
+/// missing. Each write waits for the disk, so what belongs together is written in one step.
 class ProfileFile
 {
 public:
+    /// How long a write waits for a lock that another process holds.
+    static constexpr std::chrono::milliseconds Patience{700};
+
     explicit ProfileFile(const QString &name);
 
     const QString &Name() const { return m_name; }
+    void SetPatience(std::chrono::milliseconds patience) { m_patience = patience; }
 
     /// Readers never fail: a file that is missing or cannot be read is empty to them. Of two equal keys the
     /// first holds.
@@ -42,7 +46,8 @@ public:
     QStringList SectionNames() const;
 
     /// Writers throw RunTimeError when the file cannot be read or written; it is then as it was. What changes
-    /// nothing writes nothing.
+    /// nothing writes nothing. After a wait for the lock in vain the next ones are short until it was free
+    /// once: a stopped process does not stop this one.
     void SetValue(QStringView section, QStringView key, QStringView value);
     /// Several keys of a section in one step.
     void SetValues(QStringView section, const std::vector<std::pair<QString, QString>> &entries);
@@ -53,7 +58,14 @@ public:
     /// new one.
     void ReplaceSection(QStringView section, const std::vector<std::pair<QString, QString>> &entries);
 
+    /// Writes all that `work` changes in one step, at its end; readers see it before. When `work` throws,
+    /// what it had changed by then is written. Steps within a step belong to the outer one. @throws
+    /// RunTimeError as writers do: then nothing of the step was written
+    void InOneStep(const std::function<void()> &work);
+
 private:
+    using Edit = std::function<QByteArray(const QByteArray &)>;
+
     struct Entry {
         QByteArrayView key, value; // as written in m_bytes
     };
@@ -65,7 +77,9 @@ private:
 
     void Refresh() const;
     const Section *FindSection(QStringView section) const;
-    void Change(const std::function<QByteArray(const QByteArray &)> &edit);
+    void Change(Edit edit);
+    void Write(const Edit &edit);
+    void WriteStep();
 
     QString m_name;
     // What was read last. The file stays open, so that no other can pass for it by its number.
@@ -76,6 +90,9 @@ private:
     mutable bool m_indexed = false;
     mutable std::vector<Section> m_sections;
     mutable QHash<QString, qsizetype> m_sectionPlaces;
+    std::optional<std::vector<Edit>> m_step; // what the step under way has changed in m_bytes
+    std::chrono::milliseconds m_patience = Patience;
+    bool m_lockRefused = false;
 };
 
 } // namespace zelvane

@@ -2,8 +2,10 @@
 #include "platform/profilefile.h"
 #include "platform/runtimeerror.h"
 #include "support/childprocess.h"
+#include "support/powercut.h"
 #include "support/printers.h"
 
+#include <chrono>
 #include <csignal>
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -191,6 +193,7 @@ TEST_F(Profile, KeysStayInTheOrderOfTheirCreation)
 
 TEST_F(Profile, AnyTextIsASectionAKeyAndAValue)
 {
+    const IdleDisk idle;
     ProfileFile file(path);
     Pairs all;
     for (const QString &text : Hostile)
@@ -325,6 +328,7 @@ TEST_F(Profile, WhatChangesNothingWritesNothing)
 
 TEST_F(Profile, SeesAtOnceWhatAnotherWrote)
 {
+    const IdleDisk idle;
     ProfileFile one(path), two(path);
     // Values of one length, so that only the file's identity tells the states apart.
     for (int i = 1000; i < 1400; ++i) {
@@ -486,6 +490,7 @@ TEST_F(Profile, WhatIsNoFileIsNoStore)
 
 TEST_F(Profile, RandomBytesNeverHarmAndAreNeverDropped)
 {
+    const IdleDisk idle;
     QRandomGenerator random(99);
     const QByteArray alphabet = "[]=;#\\nsu0041 \t\r\n\n\nabOptions\xC3\xA9\x80\xEF\xBB\xBF\""_ba + '\0';
     for (int round = 0; round < 800; ++round) {
@@ -520,6 +525,7 @@ TEST_F(Profile, RandomBytesNeverHarmAndAreNeverDropped)
 
 TEST_F(Profile, BehavesAsAListOfListsUnderRandomOperations)
 {
+    const IdleDisk idle;
     struct Section {
         QString name;
         Pairs entries;
@@ -579,12 +585,14 @@ TEST_F(Profile, BehavesAsAListOfListsUnderRandomOperations)
 TEST_F(Profile, TwoProcessesWriting5000KeysEachLoseNone)
 {
     constexpr int count = 5000;
+    const IdleDisk idle;
     QElapsedTimer timer;
     timer.start();
     std::vector<pid_t> children;
     for (const QString &name : {u"first"_s, u"second"_s}) {
         children.push_back(StartChild([&] {
             ProfileFile file(path);
+            file.SetPatience(std::chrono::minutes(1));
             for (int i = 0; i < count; ++i)
                 file.SetValue(u"Options", name + QString::number(i), QString::number(i * 3));
         }));
@@ -655,6 +663,154 @@ TEST_F(Profile, AWriterKilled200TimesLosesAtMostItsLastWrite)
     // What the last one left is used up by the next write.
     ProfileFile(path).SetValue(u"Counter", u"value", u"done");
     EXPECT_EQ(NamesIn(folder), (QStringList{u"settings"_s, u"settings.lock"_s}));
+}
+
+TEST_F(Profile, APowerCutLeavesTheOldFileOrTheNew)
+{
+    Put("[Options]\na=0\n");
+    PowerCut cut(folder);
+    ProfileFile file(path);
+    std::set<std::optional<QByteArray>> whole{Content()};
+    const auto check = [&](const char *what) {
+        SCOPED_TRACE(what);
+        EXPECT_EQ(cut.Left("settings"), (std::set<std::optional<QByteArray>>{Content()}))
+            << "a write that has come back is on the disk";
+        whole.insert(Content());
+        for (const std::optional<QByteArray> &left : cut.EverLeft("settings"))
+            EXPECT_TRUE(whole.contains(left)) << (left ? left->constData() : "(no file)");
+    };
+    file.SetValue(u"Options", u"a", u"1");
+    check("a value");
+    file.SetValues(u"Options", {{u"b"_s, u"2"_s}, {u"c"_s, u"3"_s}});
+    check("several values");
+    file.RemoveKey(u"Options", u"a");
+    check("a key that goes");
+    file.ReplaceSection(u"Options", {{u"d"_s, u"4"_s}});
+    check("a section");
+    file.InOneStep([&] {
+        file.SetValue(u"Options", u"e", u"5");
+        file.RemoveKey(u"Options", u"d");
+    });
+    check("a step");
+    file.RemoveSection(u"Options");
+    check("a section that goes");
+    EXPECT_EQ(cut.Replaced("settings"), 6);
+    EXPECT_EQ(cut.EverLeft("settings").size(), 7u);
+}
+
+TEST_F(Profile, APowerCutLeavesTheFirstFileWholeOrNone)
+{
+    PowerCut cut(folder);
+    ProfileFile(path).SetValue(u"Options", u"a", u"1");
+    EXPECT_EQ(cut.EverLeft("settings"),
+              (std::set<std::optional<QByteArray>>{std::nullopt, "[Options]\na=1\n"_ba}));
+    EXPECT_EQ(cut.Left("settings"), (std::set<std::optional<QByteArray>>{"[Options]\na=1\n"_ba}));
+}
+
+TEST_F(Profile, AStepIsOneWrite)
+{
+    Put("; mine\n[Options]\na=0\n");
+    PowerCut cut(folder);
+    ProfileFile file(path);
+    ProfileFile other(path);
+    file.InOneStep([&] {
+        for (int i = 0; i < 60; ++i)
+            file.SetValue(u"Options", QString::number(i), u"x");
+        file.RemoveKey(u"Options", u"0");
+        file.InOneStep([&] { file.ReplaceSection(u"Presets", {{u"p"_s, {}}}); });
+        EXPECT_EQ(file.Value(u"Options", u"59"), u"x"_s) << "the step reads what it has written";
+        EXPECT_EQ(file.Value(u"Options", u"0"), std::nullopt);
+        EXPECT_EQ(file.Entries(u"Presets").size(), 1u);
+        EXPECT_EQ(cut.Replaced("settings"), 0);
+        EXPECT_EQ(other.Value(u"Options", u"59"), std::nullopt) << "the others see it at the end";
+        // What another process writes meanwhile stays, and has the lock to itself.
+        other.SetValue(u"Options", u"b", u"theirs");
+        EXPECT_EQ(cut.Replaced("settings"), 1);
+    });
+    EXPECT_EQ(cut.Replaced("settings"), 2);
+    EXPECT_EQ(other.Entries(u"Options").size(), 61u);
+    EXPECT_EQ(other.Value(u"Options", u"b"), u"theirs"_s);
+    EXPECT_EQ(file.Entries(u"Options"), other.Entries(u"Options"));
+    EXPECT_TRUE(Content().startsWith("; mine\n[Options]\na=0\nb=theirs\n1=x\n")) << Content().constData();
+    file.InOneStep([] {});
+    file.InOneStep([&] { file.SetValue(u"Options", u"a", u"0"); });
+    EXPECT_EQ(cut.Replaced("settings"), 2) << "nothing has changed";
+}
+
+TEST_F(Profile, AStepThatFailsKeepsWhatItHadDone)
+{
+    ProfileFile file(path);
+    EXPECT_THROW(file.InOneStep([&] {
+        file.SetValue(u"Options", u"a", u"1");
+        throw RunTimeError(ErrorNumber::DeviceError, u"on the way"_s);
+    }),
+                 RunTimeError);
+    EXPECT_EQ(Content(), "[Options]\na=1\n"_ba);
+    file.SetValue(u"Options", u"b", u"2");
+    EXPECT_EQ(Content(), "[Options]\na=1\nb=2\n"_ba) << "the step has ended";
+}
+
+TEST_F(Profile, AStepThatCannotBeWrittenLeavesTheOldValues)
+{
+    Put("[Options]\na=1\n");
+    EXPECT_TRUE(AsOrdinaryUser(folder, [&] {
+        ProfileFile file(path);
+        file.SetValue(u"Options", u"b", u"1");
+        SetMode(folder, 0555);
+        EXPECT_THROW(file.InOneStep([&] { file.SetValue(u"Options", u"a", u"2"); }), RunTimeError);
+        EXPECT_EQ(file.Value(u"Options", u"a"), u"1"_s);
+        SetMode(folder, 0755);
+    }));
+    EXPECT_EQ(Content(), "[Options]\na=1\nb=1\n"_ba);
+}
+
+TEST_F(Profile, ABareReturnAtTheEndStaysInItsValue)
+{
+    for (const QByteArray &start :
+         {"[Options]\na=x\r"_ba, "[Options]\r\na=x\r"_ba, "[Options]\nb=1\na=x\r"_ba}) {
+        SCOPED_TRACE(start.toPercentEncoding().constData());
+        Put(start);
+        ProfileFile file(path);
+        ASSERT_EQ(file.Value(u"Options", u"a"), u"x\r"_s);
+        file.SetValue(u"Options", u"c", u"1");
+        EXPECT_EQ(file.Value(u"Options", u"a"), u"x\r"_s) << "behind a new key";
+        Put(start);
+        file.SetValue(u"Presets", u"p", {});
+        EXPECT_EQ(file.Value(u"Options", u"a"), u"x\r"_s) << "behind a new section";
+        file.RemoveSection(u"Presets");
+        file.SetValue(u"Options", u"d", u"2");
+        EXPECT_EQ(ProfileFile(path).Value(u"Options", u"a"), u"x\r"_s);
+    }
+}
+
+TEST_F(Profile, AHeldLockCostsAllWritesTogetherLessThanASecond)
+{
+    ProfileFile file(path);
+    file.SetValue(u"Options", u"a", u"1");
+    const pid_t holder = StartChild([&] {
+        const FileLock lock(path);
+        QFile(path + u".held"_s).open(QIODevice::WriteOnly);
+        ::pause();
+    });
+    while (!QFile::exists(path + u".held"_s))
+        usleep(1000);
+    QElapsedTimer timer;
+    timer.start();
+    for (int i = 0; i < 5; ++i) {
+        try {
+            file.SetValue(u"Options", QString::number(i), u"x");
+            ADD_FAILURE() << "written under another's lock";
+        } catch (const RunTimeError &error) {
+            EXPECT_EQ(error.Description(), u"Another process keeps the file locked"_s);
+        }
+    }
+    EXPECT_GE(timer.elapsed(), ProfileFile::Patience.count());
+    EXPECT_LT(timer.elapsed(), 1000);
+    kill(holder, SIGKILL);
+    int status = 0;
+    ASSERT_EQ(waitpid(holder, &status, 0), holder);
+    file.SetValue(u"Options", u"a", u"2");
+    EXPECT_EQ(Content(), "[Options]\na=2\n"_ba);
 }
 
 TEST_F(Profile, AStoppedWriterDoesNotStopTheOthersForGood)
