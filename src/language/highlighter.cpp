@@ -8,6 +8,7 @@
 #include "shell/errorreport.h"
 
 #include <new>
+#include <optional>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -17,8 +18,8 @@ namespace zelvane
 std::array<StyleFormat, StyleClassCount> SyntaxHighlightSettings(const SettingsStore &settings)
 {
     const auto format = [&settings](const ColourKey &key, bool bold) {
-        const bool isDefault = settings.StoredText(key).isEmpty();
-        return StyleFormat{settings.Colour(key), bold, isDefault};
+        const std::optional<quint32> stored = settings.StoredColour(key);
+        return StyleFormat{stored.value_or(key.fallback), bold, !stored};
     };
     std::array<StyleFormat, StyleClassCount> formats;
     // A fresh record is the automatic colour of the text control.

@@ -13,7 +13,7 @@ class DocumentView;
 class SettingsStore;
 
 /// How the classes look, by the settings. With system colours on, class Text has the system's text colour and
-/// `FontColor` is not read. @throws RunTimeError for a stored value that is no number
+/// `FontColor` is not read.
 std::array<StyleFormat, StyleClassCount> SyntaxHighlightSettings(const SettingsStore &settings);
 
 /// Colours the document. Never live: when a document is opened, and on demand.
@@ -23,7 +23,7 @@ public:
     Highlighter(EditorContext &editor, DocumentView &view, const OpcodeList &opcodes);
 
     /// Colours the whole document by its kind, if the setting `SyntaxHighlight` is on, and empties the undo
-    /// buffer in any case. A setting that cannot be read is reported.
+    /// buffer in any case.
     void performSyntaxHighlight();
 
     /// Gives [start, end) the class Text and colours what the scan of `mode` finds; empties the undo buffer

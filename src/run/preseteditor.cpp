@@ -13,6 +13,7 @@
 #include "shell/editorcontext.h"
 
 #include <algorithm>
+#include <initializer_list>
 #include <QDir>
 #include <QFile>
 
@@ -120,23 +121,13 @@ bool MayDiscardPreset(const QString &name, Desktop &desktop)
                                .defaultAnswer = BoxAnswer::No}) == BoxAnswer::Yes;
 }
 
-bool SavePreset(const PresetKey &name, const PresetFields &fields, QStringList &rows, RunContext &context,
-                const std::function<bool(const QString &file)> &loadPicture)
+namespace
 {
-    if (name.isEmpty())
-        return false;
-    EditorContext &editor = context.editor;
-    PresetStore store(editor.settings);
-    if (!store.PresetExists(name, editor.desktop.Now().date())) {
-        rows.append(name);
-    } else {
-        const BoxAnswer answer = editor.desktop.MessageBox(
-            {.text = u"Replace saved parameters for '"_s + name + u"' with current settings?"_s,
-             .icon = BoxIcon::Information,
-             .buttons = BoxButtons::YesNo});
-        if (answer == BoxAnswer::No)
-            return false;
-    }
+
+void WritePreset(const PresetKey &name, const PresetFields &fields, RunContext &context,
+                 const std::function<bool(const QString &file)> &loadPicture)
+{
+    PresetStore store(context.editor.settings);
     store.AddToIndex(name);
 
     const PresetRecord &record = fields.record;
@@ -170,6 +161,27 @@ bool SavePreset(const PresetKey &name, const PresetFields &fields, QStringList &
     } else {
         store.DeleteKey(name, PresetKeys::Image);
     }
+}
+
+} // namespace
+
+bool SavePreset(const PresetKey &name, const PresetFields &fields, QStringList &rows, RunContext &context,
+                const std::function<bool(const QString &file)> &loadPicture)
+{
+    if (name.isEmpty())
+        return false;
+    EditorContext &editor = context.editor;
+    if (!PresetStore(editor.settings).PresetExists(name, editor.desktop.Now().date())) {
+        rows.append(name);
+    } else {
+        const BoxAnswer answer = editor.desktop.MessageBox(
+            {.text = u"Replace saved parameters for '"_s + name + u"' with current settings?"_s,
+             .icon = BoxIcon::Information,
+             .buttons = BoxButtons::YesNo});
+        if (answer == BoxAnswer::No)
+            return false;
+    }
+    editor.settings.InOneStep([&] { WritePreset(name, fields, context, loadPicture); });
     RewritePresetOrder(rows, context);
     return true;
 }

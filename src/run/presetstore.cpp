@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "run/presetstore.h"
 
-#include "platform/numbers.h"
 #include "run/presetkeys.h"
 #include "shell/settings.h"
 
@@ -51,8 +50,10 @@ void PresetStore::AddToIndex(const PresetKey &name)
 
 void PresetStore::Remove(const PresetKey &name)
 {
-    m_settings.DeleteSetting(RecordSection(name));
-    m_settings.DeleteSetting(Sections::Presets, name);
+    m_settings.InOneStep([&] {
+        m_settings.DeleteSetting(RecordSection(name));
+        m_settings.DeleteSetting(Sections::Presets, name);
+    });
 }
 
 void PresetStore::RewritePresetOrder(const QStringList &names)
@@ -80,14 +81,12 @@ QString PresetStore::StoredText(const PresetKey &name, const SettingKey &key) co
 
 int PresetStore::WindowState(const PresetKey &name, const NumberKey &key) const
 {
-    const QString number = QString::number(int(key.fallback));
-    return ToInteger<int>(ToNumber(m_settings.GetSetting(RecordSection(name), key.Name(), number)));
+    return m_settings.Integer(RecordSection(name), key);
 }
 
 bool PresetStore::Flag(const PresetKey &name, const FlagKey &key) const
 {
-    const QString flag = key.fallback ? u"1"_s : u"0"_s;
-    return ToBoolean(m_settings.GetSetting(RecordSection(name), key.Name(), flag));
+    return m_settings.Flag(RecordSection(name), key);
 }
 
 PresetRecord PresetStore::ReadRecord(const PresetKey &name) const

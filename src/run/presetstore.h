@@ -62,9 +62,9 @@ public:
     QString Text(const PresetKey &name, const TextKey &key, const QString &fallback) const;
     /// What the store holds for a key of any kind; empty when it is absent.
     QString StoredText(const PresetKey &name, const SettingKey &key) const;
-    /// A window state. @throws RunTimeError 13 "Type mismatch" for a value that is no number
+    /// A window state; the default for a value that is no number.
     int WindowState(const PresetKey &name, const NumberKey &key) const;
-    /// @throws RunTimeError 13 "Type mismatch" for a value that is no flag
+    /// The default for a value that is no flag.
     bool Flag(const PresetKey &name, const FlagKey &key) const;
 
     void SaveText(const PresetKey &name, const TextKey &key, const QString &value);

@@ -107,11 +107,13 @@ bool RunCsound(RunDialogFields &fields, RunContext &context)
                              .parameters = flags + u' ' + fields.orchestra + u' ' + fields.score,
                              .folder = folder,
                              .showState = 1});
-    editor.settings.SaveFlag(Keys::ManualCsound2, fields.csound2);
-    if (fields.asksSaveFirst)
-        editor.settings.SaveFlag(Keys::ManualSaveFirst, fields.saveFirst);
-    editor.settings.SaveFlag(Keys::ManualInitialFolder, fields.documentFolder);
-    AddRecentItem(editor.settings, fields.flags, Sections::RecentCommandLines, RecentCommandLineCount);
+    editor.settings.InOneStep([&] {
+        editor.settings.SaveFlag(Keys::ManualCsound2, fields.csound2);
+        if (fields.asksSaveFirst)
+            editor.settings.SaveFlag(Keys::ManualSaveFirst, fields.saveFirst);
+        editor.settings.SaveFlag(Keys::ManualInitialFolder, fields.documentFolder);
+        AddRecentItem(editor.settings, fields.flags, Sections::RecentCommandLines, RecentCommandLineCount);
+    });
     return true;
 }
 

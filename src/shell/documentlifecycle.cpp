@@ -333,8 +333,10 @@ QString DocumentLifecycle::OpenBox()
         return {};
     // A store that cannot be written is told, and keeps nobody from his files; so below.
     Guarded(m_desktop, [&] {
-        m_settings.SaveNumber(Keys::FilterIndex, answer.filterIndex);
-        m_settings.SaveText(Keys::OpenFolder, SplitPath(PathPart::Folder, path));
+        m_settings.InOneStep([&] {
+            m_settings.SaveNumber(Keys::FilterIndex, answer.filterIndex);
+            m_settings.SaveText(Keys::OpenFolder, SplitPath(PathPart::Folder, path));
+        });
     });
     return path;
 }

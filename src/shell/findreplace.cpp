@@ -26,6 +26,15 @@ void StoreWordAndCase(SettingsStore &settings, const FindFields &fields)
     settings.SaveFlag(Keys::FindMatchCase, fields.matchCase);
 }
 
+void StoreReplacing(SettingsStore &settings, const FindFields &fields)
+{
+    settings.InOneStep([&] {
+        settings.SaveText(Keys::FindReplace, fields.replace);
+        StoreFindString(settings, fields.find);
+        StoreWordAndCase(settings, fields);
+    });
+}
+
 } // namespace
 
 QStringList FindStringsOffered(const SettingsStore &settings)
@@ -65,10 +74,12 @@ void FindNext(EditorContext &editor, const FindFields &fields)
     if (fields.find.isEmpty())
         return;
     FindNextText(editor, fields.find, fields.wrap, OptionsOf(fields));
-    StoreFindString(editor.settings, fields.find);
-    StoreWordAndCase(editor.settings, fields);
-    editor.settings.SaveFlag(Keys::FindWrapSearches, fields.wrap);
-    editor.settings.SaveNumber(Keys::FindScope, int(fields.scope));
+    editor.settings.InOneStep([&] {
+        StoreFindString(editor.settings, fields.find);
+        StoreWordAndCase(editor.settings, fields);
+        editor.settings.SaveFlag(Keys::FindWrapSearches, fields.wrap);
+        editor.settings.SaveNumber(Keys::FindScope, int(fields.scope));
+    });
 }
 
 void ReplaceNext(EditorContext &editor, const FindFields &fields)
@@ -78,9 +89,7 @@ void ReplaceNext(EditorContext &editor, const FindFields &fields)
     if (editor.text.SelectedText() == fields.find)
         editor.text.ReplaceSelection(fields.replace);
     FindNextText(editor, fields.find, false, OptionsOf(fields));
-    editor.settings.SaveText(Keys::FindReplace, fields.replace);
-    StoreFindString(editor.settings, fields.find);
-    StoreWordAndCase(editor.settings, fields);
+    StoreReplacing(editor.settings, fields);
 }
 
 void ReplaceAll(EditorContext &editor, const FindFields &fields, const std::function<void(bool)> &showText)
@@ -102,9 +111,7 @@ void ReplaceAll(EditorContext &editor, const FindFields &fields, const std::func
         editor.text.ReplaceEach(hits, fields.find.size(), fields.replace);
         count = qsizetype(hits.size());
     }
-    editor.settings.SaveText(Keys::FindReplace, fields.replace);
-    StoreFindString(editor.settings, fields.find);
-    StoreWordAndCase(editor.settings, fields);
+    StoreReplacing(editor.settings, fields);
     editor.desktop.MessageBox({.text = u"Text has been replaced "_s + QString::number(count) + u" times."_s,
                                .icon = BoxIcon::Information});
 }

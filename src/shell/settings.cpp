@@ -4,7 +4,8 @@
 #include "platform/numbers.h"
 #include "platform/profilefile.h"
 #include "platform/programfolder.h"
-#include "platform/runtimeerror.h"
+
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -53,6 +54,57 @@ void SettingsStore::ReplaceSection(QStringView section,
     m_file->ReplaceSection(section, entries);
 }
 
+void SettingsStore::InOneStep(const std::function<void()> &work)
+{
+    m_file->InOneStep(work);
+}
+
+template <typename Value, typename Convert>
+std::optional<Value> SettingsStore::Read(QStringView section, const SettingKey &key, Convert convert) const
+{
+    const QString name = key.Name();
+    const std::optional<QString> text = m_file->Value(section, name);
+    if (!text)
+        return std::nullopt;
+    try {
+        return convert(*text);
+    } catch (const RunTimeError &error) {
+        constexpr qsizetype shown = 100;
+        QString entry = name + u'=' + *text;
+        if (section != QStringView(Sections::Options))
+            entry = u'[' + section.toString() + u"] "_s + entry;
+        if (!m_known.contains(entry)) {
+            m_known.insert(entry);
+            if (entry.size() > shown)
+                entry = entry.first(shown) + u"..."_s;
+            m_unreadable.push_back({entry, error});
+            if (m_noted)
+                m_noted();
+        }
+        return std::nullopt;
+    }
+}
+
+std::vector<UnreadableSetting> SettingsStore::TakeUnreadable() const
+{
+    return std::exchange(m_unreadable, {});
+}
+
+namespace
+{
+
+bool FlagFrom(const SettingKey &key, const QString &text)
+{
+    return key.kind == SettingKind::NumericFlag ? ToNumber(text) != 0 : ToBoolean(text);
+}
+
+int IntegerFrom(const QString &text)
+{
+    return ToInteger<int>(ToNumber(text));
+}
+
+} // namespace
+
 QString SettingsStore::Text(const TextKey &key) const
 {
     return Text(key, QStringView(key.fallback).toString());
@@ -70,13 +122,12 @@ double SettingsStore::Number(const NumberKey &key) const
 
 int SettingsStore::Integer(const NumberKey &key) const
 {
-    return ToInteger<int>(Number(key));
+    return Integer(key, int(key.fallback));
 }
 
 quint32 SettingsStore::Colour(const ColourKey &key) const
 {
-    const std::optional<QString> value = Stored(key);
-    return value ? ToColour(*value) : key.fallback;
+    return StoredColour(key).value_or(key.fallback);
 }
 
 QString SettingsStore::Text(const BareTextKey &key, const QString &fallback) const
@@ -86,21 +137,23 @@ QString SettingsStore::Text(const BareTextKey &key, const QString &fallback) con
 
 bool SettingsStore::Flag(const BareFlagKey &key, bool fallback) const
 {
-    const std::optional<QString> value = Stored(key);
-    if (!value)
-        return fallback;
-    return key.kind == SettingKind::NumericFlag ? ToNumber(*value) != 0 : ToBoolean(*value);
+    const auto convert = [&key](const QString &text) { return FlagFrom(key, text); };
+    return Read<bool>(Sections::Options, key, convert).value_or(fallback);
 }
 
 double SettingsStore::Number(const BareNumberKey &key, double fallback) const
 {
-    const std::optional<QString> value = Stored(key);
-    return value ? ToNumber(*value) : fallback;
+    return Read<double>(Sections::Options, key, ToNumber).value_or(fallback);
 }
 
 int SettingsStore::Integer(const BareNumberKey &key, int fallback) const
 {
-    return ToInteger<int>(Number(key, double(fallback)));
+    return Read<int>(Sections::Options, key, IntegerFrom).value_or(fallback);
+}
+
+std::optional<quint32> SettingsStore::StoredColour(const ColourKey &key) const
+{
+    return Read<quint32>(Sections::Options, key, ToColour);
 }
 
 QString SettingsStore::StoredText(const SettingKey &key) const
@@ -111,6 +164,17 @@ QString SettingsStore::StoredText(const SettingKey &key) const
 std::optional<QString> SettingsStore::Stored(const SettingKey &key) const
 {
     return m_file->Value(Sections::Options, key.Name());
+}
+
+bool SettingsStore::Flag(QStringView section, const FlagKey &key) const
+{
+    const auto convert = [&key](const QString &text) { return FlagFrom(key, text); };
+    return Read<bool>(section, key, convert).value_or(key.fallback);
+}
+
+int SettingsStore::Integer(QStringView section, const NumberKey &key) const
+{
+    return Read<int>(section, key, IntegerFrom).value_or(int(key.fallback));
 }
 
 void SettingsStore::SaveText(const BareTextKey &key, const QString &value)

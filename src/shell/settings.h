@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/runtimeerror.h"
 #include "shell/settingkey.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
+#include <QSet>
 #include <QString>
 #include <QStringView>
 #include <utility>
@@ -25,9 +28,15 @@ inline constexpr char16_t RecentCommandLines[] = u"Recent Command Lines";
 inline constexpr char16_t Presets[] = u"Presets";
 } // namespace Sections
 
+/// A stored value that cannot be read as its key's kind.
+struct UnreadableSetting {
+    QString entry; ///< as it stands in the store: `FontSize=q`, or `[Section] Key=value` outside of "Options"
+    RunTimeError error; ///< 13 "Type mismatch", or 6 "Overflow" when it is beyond the type
+};
+
 /// The per-user store of strings, addressed by section and key; keys and sections are compared without regard
-/// to case and enumerated in the order of their creation. Every write is atomic and takes the lock of the
-/// store's file.
+/// to case and enumerated in the order of their creation. Every write is atomic, takes the lock of the
+/// store's file, and waits for the disk.
 class SettingsStore
 {
 public:
@@ -59,9 +68,13 @@ public:
     /// none.
     void ReplaceSection(QStringView section, const std::vector<std::pair<QString, QString>> &entries);
 
-    /// Readers of section "Options" by declared key, each with the key's own default. They throw RunTimeError
-    /// 13 "Type mismatch" when the stored value cannot be read as the kind, and 6 "Overflow" when it is
-    /// beyond the type.
+    /// Writes all that `work` saves in one step, at its end; readers see it before. @throws what `work`
+    /// throws, after what it had saved by then was written; RunTimeError when the store cannot be written:
+    /// then nothing of the step was
+    void InOneStep(const std::function<void()> &work);
+
+    /// Readers of section "Options" by declared key, each with the key's own default. They never fail: a
+    /// stored value that cannot be read as the kind is noted, and the default read.
     QString Text(const TextKey &key) const;
     bool Flag(const FlagKey &key) const;
     double Number(const NumberKey &key) const;
@@ -72,8 +85,18 @@ public:
     bool Flag(const BareFlagKey &key, bool fallback) const;
     double Number(const BareNumberKey &key, double fallback) const;
     int Integer(const BareNumberKey &key, int fallback) const;
+    /// A colour that was stored and can be read.
+    std::optional<quint32> StoredColour(const ColourKey &key) const;
     /// What the store holds for a key of any kind; empty when it is absent.
     QString StoredText(const SettingKey &key) const;
+    /// Readers of other sections.
+    bool Flag(QStringView section, const FlagKey &key) const;
+    int Integer(QStringView section, const NumberKey &key) const;
+
+    /// The values that readers could not read since the last call; each is noted once.
+    std::vector<UnreadableSetting> TakeUnreadable() const;
+    /// Called by a reader, which has not come back then, when it has noted a value.
+    void OnUnreadable(std::function<void()> noted) { m_noted = std::move(noted); }
 
     /// Writers of section "Options". A flag is written as "-1" or "0", a number as its shortest decimal text.
     void SaveText(const BareTextKey &key, const QString &value);
@@ -86,8 +109,14 @@ public:
 
 private:
     std::optional<QString> Stored(const SettingKey &key) const;
+    /// @param convert makes the value from its stored text, or throws
+    template <typename Value, typename Convert>
+    std::optional<Value> Read(QStringView section, const SettingKey &key, Convert convert) const;
 
     std::unique_ptr<ProfileFile> m_file;
+    mutable std::vector<UnreadableSetting> m_unreadable;
+    mutable QSet<QString> m_known; ///< entries that were noted once
+    std::function<void()> m_noted;
 };
 
 /// Turns a stored value into a boolean: a number other than 0 and the word for true are true.

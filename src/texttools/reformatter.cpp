@@ -279,7 +279,7 @@ bool ReformatSelection(EditorContext &editor, FormattingAlgorithm algorithm, con
     if (editor.text.Selection().IsEmpty())
         editor.text.SetSelection(0, -1);
     const qsizetype start = editor.text.Selection().start;
-    // A setting that cannot be read stands in the way of the one algorithm that uses it only.
+    // Read for the one algorithm that uses it: only that one has to tell of a value that cannot be read.
     const int tabSpaces = algorithm == FormattingAlgorithm::OneTabToMultipleSpaces
                               ? editor.settings.Integer(Keys::TabSpaces)
                               : 0;

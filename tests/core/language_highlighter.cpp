@@ -105,19 +105,14 @@ TEST_F(Highlighting, SwitchedOffItOnlyEmptiesTheUndoBuffer)
     EXPECT_TRUE(view.calls.isEmpty());
 }
 
-TEST_F(Highlighting, ASettingThatIsNoFlagIsReported)
+TEST_F(Highlighting, ASettingThatIsNoFlagIsOnAsByDefault)
 {
     context.settings.SaveStoredText(Keys::SyntaxHighlight, u"maybe"_s);
     Open(u"out x"_s, FileKind::Orchestra);
-    try {
-        context.settings.Flag(Keys::SyntaxHighlight);
-        FAIL() << "\"maybe\" is a flag";
-    } catch (const RunTimeError &error) {
-        context.desktop.ExpectMessage(ErrorBox(error), BoxAnswer::Cancel);
-    }
     highlighter.performSyntaxHighlight();
-    EXPECT_EQ(Styles(), "33333");
+    EXPECT_NE(Styles(), "33333");
     EXPECT_FALSE(context.text.CanUndo());
+    EXPECT_EQ(context.settings.TakeUnreadable().size(), 1u);
 }
 
 TEST_F(Highlighting, AFailureIsReportedAndLeavesTheTextHidden)
@@ -202,7 +197,7 @@ TEST(SyntaxHighlightSettings, SystemColoursKeepTheStoredTextColourOut)
     context.settings.SaveColour(Keys::OpcodeColor, 0x0000FF);
     EXPECT_EQ(SyntaxHighlightSettings(context.settings)[2], (StyleFormat{0x0000FF, true, false}));
     context.settings.SaveStoredText(Keys::TagColor, u"red"_s);
-    EXPECT_THROW(SyntaxHighlightSettings(context.settings), RunTimeError);
+    EXPECT_EQ(SyntaxHighlightSettings(context.settings)[6], (StyleFormat{0x000080, false, true}));
 }
 
 } // namespace zelvane::test

@@ -322,11 +322,13 @@ TEST_F(Run, FromTheChooserThereIsNoStatusLineAndNoSelection)
     EXPECT_TRUE(context.status.shown.isEmpty());
 }
 
-TEST_F(Run, WindowStateThatIsNoNumberIsARunTimeError)
+TEST_F(Run, WindowStateThatIsNoNumberIsTheDefault)
 {
     Set(PresetKeys::Command, u"/bin/x"_s);
     Set(PresetKeys::Window, u"wide"_s);
-    EXPECT_THROW(Go(), RunTimeError);
+    context.desktop.ExpectShellRun({.file = u"/bin/x"_s, .folder = u"/bin"_s, .showState = 1});
+    Go();
+    EXPECT_EQ(context.settings.TakeUnreadable().size(), 1u);
 }
 
 TEST_F(Run, RunTimeErrorEndsThePreset)

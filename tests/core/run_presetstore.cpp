@@ -87,12 +87,14 @@ TEST_F(Presets, EmptyTextRemovesTheKey)
     EXPECT_EQ(store.Text(u"x"_s, PresetKeys::Args, u"none"_s), u"none"_s);
 }
 
-TEST_F(Presets, DamagedNumbersAreRunTimeErrors)
+TEST_F(Presets, DamagedNumbersAreTheDefaults)
 {
     store.SaveStoredText(u"x"_s, PresetKeys::Window, u"big"_s);
-    EXPECT_THROW(store.WindowState(u"x"_s, PresetKeys::Window), RunTimeError);
+    EXPECT_EQ(store.WindowState(u"x"_s, PresetKeys::Window), 1);
     store.SaveStoredText(u"x"_s, PresetKeys::NewGroup, u"perhaps"_s);
-    EXPECT_THROW(store.Flag(u"x"_s, PresetKeys::NewGroup), RunTimeError);
+    EXPECT_FALSE(store.Flag(u"x"_s, PresetKeys::NewGroup));
+    EXPECT_EQ(store.ReadRecord(u"x"_s), PresetRecord());
+    EXPECT_EQ(context.settings.TakeUnreadable().size(), 2u);
     // A state that no window has is shown as normal.
     store.SaveStoredText(u"y"_s, PresetKeys::Window, u"7"_s);
     EXPECT_EQ(store.WindowState(u"y"_s, PresetKeys::Window), 7);

@@ -81,7 +81,9 @@ TEST_F(Startup, AnyOtherRuleOpensNothing)
         EXPECT_EQ(document.CurrentFile, u""_s);
     }
     settings.SaveSetting(u"Options"_s, u"Startup"_s, u"first"_s);
-    EXPECT_THROW(Start({}), RunTimeError);
+    Start({});
+    EXPECT_EQ(document.CurrentFile, recent) << "the default";
+    EXPECT_EQ(settings.TakeUnreadable().size(), 1u);
 }
 
 TEST_F(Startup, OnlyTheFirstDroppedFileOpens)

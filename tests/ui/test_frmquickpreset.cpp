@@ -335,19 +335,15 @@ private Q_SLOTS:
         chooser.CheckClosed();
     }
 
-    void BrokenRecordIsReportedAndTheChooserCloses()
+    void AMistypedWindowStateIsTheDefault()
     {
         Chooser chooser;
         chooser.Add(u"broken"_s, {{u"Command"_s, u"/bin/x"_s}, {u"Window"_s, u"wide"_s}});
         chooser.Open();
-        chooser.context.desktop.ExpectMessage(
-            {.text = u"An error has occurred:\n\nType mismatch (13)\nError source: Zelvane\n\nDo you want to "
-                     "report this bug via email?"_s,
-             .icon = BoxIcon::Critical,
-             .buttons = BoxButtons::OkCancel},
-            BoxAnswer::Cancel);
+        chooser.context.desktop.ExpectShellRun({.file = u"/bin/x"_s, .folder = u"/bin"_s, .showState = 1});
         chooser.Click(u"cmdOK"_s);
         chooser.CheckClosed();
+        QCOMPARE(chooser.context.settings.TakeUnreadable().size(), 1u);
     }
 };
 

@@ -267,7 +267,7 @@ void MainWindowTest::BadSettingIsReported()
     EditorWindow editor;
     editor.settings.SaveSetting(u"Options"_s, u"BandRow3"_s, u"maybe"_s);
     editor.desktop.ExpectMessage(
-        {.text = u"An error has occurred:\n\nType mismatch (13)\nError source: Zelvane\n\n"
+        {.text = u"An error has occurred:\nBandRow3=maybe\nType mismatch (13)\nError source: Zelvane\n\n"
                  "Do you want to report this bug via email?"_s,
          .icon = BoxIcon::Critical,
          .buttons = BoxButtons::OkCancel},

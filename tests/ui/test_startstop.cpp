@@ -1,20 +1,27 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/nativefile.h"
 #include "platform/runtimeerror.h"
+#include "platform/textfile.h"
 #include "platform/ui/endrequest.h"
 #include "shell/documentkeys.h"
 #include "shell/editorkeys.h"
+#include "shell/findkeys.h"
 #include "shell/layoutkeys.h"
 #include "shell/ui/bandbar.h"
 #include "shell/ui/sidepanel.h"
 #include "support/boxes.h"
 #include "support/editorwindow.h"
+#include "support/powercut.h"
 #include "support/uitest.h"
 #include "window/ui/workspace.h"
 
 #include <csignal>
+#include <functional>
+#include <optional>
 #include <QComboBox>
 #include <QDialog>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QToolBar>
@@ -49,15 +56,19 @@ public:
     }
 };
 
-MessageBoxRequest Report(const QString &error)
+MessageBoxRequest Report(const QString &error, const QString &context = {})
 {
-    return {.text =
-                u"An error has occurred:\n\n"_s + error + u"\n\nDo you want to report this bug via email?"_s,
+    return {.text = u"An error has occurred:\n"_s + context + u'\n' + error +
+                    u"\n\nDo you want to report this bug via email?"_s,
             .icon = BoxIcon::Critical,
             .buttons = BoxButtons::OkCancel};
 }
 
-const QString Mismatch = u"Type mismatch (13)\nError source: Zelvane"_s;
+/// The report of stored values that cannot be read: lines of `Key=value`.
+MessageBoxRequest MismatchReport(const QString &entries)
+{
+    return Report(u"Type mismatch (13)\nError source: Zelvane"_s, entries);
+}
 
 } // namespace
 
@@ -70,7 +81,10 @@ private Q_SLOTS:
     void SettingsThatCannotBeReadLeaveAWindowToWorkIn_data();
     void SettingsThatCannotBeReadLeaveAWindowToWorkIn();
     void AFileThatCannotBeOpenedLeavesABareEditor();
-    void LayoutIsReadInOrder_data();
+    void AMistypedValueKeepsNothingElseBack_data();
+    void AMistypedValueKeepsNothingElseBack();
+    void AMistypedLayoutKeyKeepsNoOtherBack_data();
+    void AMistypedLayoutKeyKeepsNoOtherBack();
     void LayoutIsReadInOrder();
     void AFileDroppedOnTheTextIsTheWindows();
     void MailWaitsForTheEndOfADialog();
@@ -78,6 +92,8 @@ private Q_SLOTS:
     void TheEndIsAskedForOnce();
     void AFailedSaveKeepsTheWindowOpen();
     void AStoreThatCannotBeWrittenIsToldAtTheClose();
+    void TheCloseWritesTheStoreOnce();
+    void AHeldLockCostsLessThanASecond();
     void SignalsAskForTheEnd();
 };
 
@@ -151,7 +167,7 @@ void StartStopTest::SettingsThatCannotBeReadLeaveAWindowToWorkIn()
     QFETCH(QString, key);
     EditorWindow editor;
     editor.settings.SaveSetting(u"Options"_s, key, u"perhaps"_s);
-    editor.desktop.ExpectMessage(Report(Mismatch), BoxAnswer::Cancel);
+    editor.desktop.ExpectMessage(MismatchReport(key + u"=perhaps"_s), BoxAnswer::Cancel);
     editor.Open();
     editor.desktop.CheckAllCame();
     const DocumentRecord &document = editor.window->Context().document;
@@ -190,23 +206,54 @@ void StartStopTest::AFileThatCannotBeOpenedLeavesABareEditor()
     QVERIFY(!editor.window->close());
 }
 
-void StartStopTest::LayoutIsReadInOrder_data()
+void StartStopTest::AMistypedValueKeepsNothingElseBack_data()
+{
+    QTest::addColumn<QStringList>("entries");
+    for (const QString &entry : {u"FontSize=q"_s, u"WordWrap=q"_s, u"X=abc"_s, u"FontColor=zz"_s,
+                                 u"CommentsColor=#FF0000"_s, u"SyntaxHighlight=q"_s})
+        QTest::newRow(qPrintable(entry)) << QStringList{entry};
+    QTest::newRow("all") << QStringList{u"X=abc"_s, u"FontColor=zz"_s, u"WordWrap=q"_s, u"FontSize=q"_s};
+}
+
+void StartStopTest::AMistypedValueKeepsNothingElseBack()
+{
+    QFETCH(QStringList, entries);
+    EditorWindow editor;
+    const QString file = editor.WriteFile(u"a.orc"_s, "instr 1\noscil\nendin\n");
+    editor.settings.SaveFlag(Keys::SystemColors, false);
+    editor.settings.SaveFlag(Keys::FontBold, true);
+    for (const QString &entry : entries)
+        editor.settings.SaveSetting(u"Options"_s, entry.section(u'=', 0, 0), entry.section(u'=', 1));
+    editor.desktop.ExpectMessage(MismatchReport(entries.join(u'\n')), BoxAnswer::Cancel);
+    editor.Open({file});
+    editor.desktop.CheckAllCame();
+    QVERIFY(editor.window->isVisible());
+    QVERIFY(editor.Text().isVisible() && editor.Text().isEnabled());
+    QCOMPARE(editor.window->windowTitle(), u"Zelvane - %1 (Orchestra)"_s.arg(file));
+    QCOMPARE(editor.Text().Text(), u"instr 1\noscil\nendin\n"_s);
+    QVERIFY(editor.Text().CurrentFont().bold);
+    QVERIFY(!editor.Text().WordWrap());
+    QVERIFY(editor.window->acceptDrops());
+    editor.desktop.CheckAllCame();
+}
+
+void StartStopTest::AMistypedLayoutKeyKeepsNoOtherBack_data()
 {
     QTest::addColumn<QString>("key");
     QTest::addColumn<QString>("applied");
-    // Each row breaks one key: what was read before it stands, and nothing that is read behind it.
-    const char *const keys[] = {"FlatButtons",      "BandWidth1",  "BandRow2",     "PanelWidth",
-                                "PanelBandHeight1", "HotTracking", "RelatedFiles", "CodeOutline",
-                                "LoopMode",         "BandLabels",  "Band1",        "StatusBar",
-                                "Labels",           "PanelLabels"};
-    QString applied(qsizetype(std::size(keys)), u'-');
-    for (size_t i = 0; i < std::size(keys); ++i) {
-        QTest::newRow(keys[i]) << QString::fromLatin1(keys[i]) << applied;
-        applied[qsizetype(i)] = u'T';
+    const QString keys[] = {u"FlatButtons"_s,      u"BandWidth1"_s,  u"BandRow2"_s,     u"PanelWidth"_s,
+                            u"PanelBandHeight1"_s, u"HotTracking"_s, u"RelatedFiles"_s, u"CodeOutline"_s,
+                            u"LoopMode"_s,         u"BandLabels"_s,  u"Band1"_s,        u"StatusBar"_s,
+                            u"Labels"_s,           u"PanelLabels"_s};
+    for (qsizetype i = 0; i < qsizetype(std::size(keys)); ++i) {
+        QString applied(qsizetype(std::size(keys)), u'T');
+        if (keys[i] != u"RelatedFiles" && keys[i] != u"CodeOutline") // on by default
+            applied[i] = u'-';
+        QTest::newRow(qPrintable(keys[i])) << keys[i] << applied;
     }
 }
 
-void StartStopTest::LayoutIsReadInOrder()
+void StartStopTest::AMistypedLayoutKeyKeepsNoOtherBack()
 {
     QFETCH(QString, key);
     QFETCH(QString, applied);
@@ -219,8 +266,8 @@ void StartStopTest::LayoutIsReadInOrder()
     for (const auto &[name, value] : layout)
         editor.settings.SaveSetting(u"Options"_s, name, value);
     editor.settings.SaveSetting(u"Options"_s, key, u"perhaps"_s);
-    editor.desktop.ExpectMessage(Report(Mismatch), BoxAnswer::Cancel);
-    editor.window = std::make_unique<frmEditor>(editor.settings, editor.desktop, CommandLine({}));
+    editor.desktop.ExpectMessage(MismatchReport(key + u"=perhaps"_s), BoxAnswer::Cancel);
+    editor.Open();
     editor.desktop.CheckAllCame();
     const auto &bar = editor.Find<BandBar>(u"CoolBar1"_s);
     const auto &panel = editor.Find<SidePanel>(u"cc3Panel"_s);
@@ -244,6 +291,30 @@ void StartStopTest::LayoutIsReadInOrder()
     for (const bool one : found)
         state += one ? u'T' : u'-';
     QCOMPARE(state, applied);
+}
+
+void StartStopTest::LayoutIsReadInOrder()
+{
+    EditorWindow editor;
+    const QStringList keys{u"X"_s,           u"Y"_s,
+                           u"Width"_s,       u"Height"_s,
+                           u"Window"_s,      u"FlatButtons"_s,
+                           u"BandWidth1"_s,  u"BandWidth2"_s,
+                           u"BandRow1"_s,    u"BandRow2"_s,
+                           u"PanelWidth"_s,  u"PanelBandHeight1"_s,
+                           u"HotTracking"_s, u"RelatedFiles"_s,
+                           u"CodeOutline"_s, u"LoopMode"_s,
+                           u"BandLabels"_s,  u"Band1"_s,
+                           u"Band2"_s,       u"StatusBar"_s,
+                           u"Labels"_s,      u"PanelLabels"_s};
+    for (const QString &key : keys)
+        editor.settings.SaveSetting(u"Options"_s, key, u"q"_s);
+    // They are noted as they are read.
+    editor.window = std::make_unique<frmEditor>(editor.settings, editor.desktop, CommandLine({}));
+    QStringList read;
+    for (const UnreadableSetting &setting : editor.settings.TakeUnreadable())
+        read.append(setting.entry.section(u'=', 0, 0));
+    QCOMPARE(read, keys);
     editor.window.reset();
 }
 
@@ -389,6 +460,54 @@ void StartStopTest::AStoreThatCannotBeWrittenIsToldAtTheClose()
     editor.desktop.ExpectMessage(Report(error), BoxAnswer::Cancel);
     QVERIFY(editor.window->close());
     editor.desktop.CheckAllCame();
+}
+
+void StartStopTest::TheCloseWritesTheStoreOnce()
+{
+    EditorWindow editor;
+    editor.Open();
+    editor.Row(u"mnuFind"_s).trigger(); // its dialog writes its place at the close
+    PowerCut cut(editor.storeFolder.path());
+    QVERIFY(editor.window->close());
+    QCOMPARE(cut.Replaced("settings"), 1);
+    QVERIFY(editor.settings.GetAllSettings(u"Options"_s).size() > 30);
+    QVERIFY(!editor.settings.StoredText(Keys::X).isEmpty());
+    QVERIFY(!editor.settings.StoredText(Keys::FindX).isEmpty());
+    QCOMPARE(editor.settings.Number(Keys::Used), 3.0);
+    // A power cut leaves all of it or nothing of it, and nothing of it only before the close has come back.
+    QCOMPARE(cut.Left("settings").size(), 1u);
+    QCOMPARE(cut.EverLeft("settings").size(), 2u);
+    for (const std::optional<QByteArray> &left : cut.EverLeft("settings"))
+        QVERIFY(left && left->startsWith("[Options]\n") && left->endsWith('\n'));
+}
+
+void StartStopTest::AHeldLockCostsLessThanASecond()
+{
+    EditorWindow editor;
+    const QString file = editor.WriteFile(u"a.orc"_s, "instr 1\nendin\n");
+    editor.Open();
+    const QString store = editor.storeFolder.filePath(u"settings"_s);
+    const FileLock lock(store); // as another process would hold it
+    const QString locked = u"Another process keeps the file locked (70)\nError source: "_s + store;
+    const auto costs = [&](const std::function<void()> &work) {
+        QElapsedTimer timer;
+        timer.start();
+        work();
+        const qint64 milliseconds = timer.elapsed();
+        editor.desktop.CheckAllCame();
+        return milliseconds;
+    };
+    editor.desktop.ExpectOpenDialog(OpenRequest, {.path = file});
+    editor.desktop.ExpectMessage(Report(locked), BoxAnswer::Cancel); // the folder
+    editor.desktop.ExpectMessage(Report(locked), BoxAnswer::Cancel); // the recent file
+    QVERIFY(costs([&] { editor.Row(u"mnuOpen"_s).trigger(); }) < 1000);
+    QCOMPARE(editor.window->windowTitle(), u"Zelvane - %1 (Orchestra)"_s.arg(file));
+    QTest::keyClick(&editor.Text(), Qt::Key_A);
+    editor.desktop.ExpectMessage(Report(locked), BoxAnswer::Cancel); // the recent file
+    QVERIFY(costs([&] { editor.Row(u"mnuSave"_s).trigger(); }) < 1000);
+    QCOMPARE(ReadFileBytes(file), "ainstr 1\r\nendin\r\n"_ba);
+    editor.desktop.ExpectMessage(Report(locked), BoxAnswer::Cancel); // the layout
+    QVERIFY(costs([&] { QVERIFY(editor.window->close()); }) < 1000);
 }
 
 void StartStopTest::SignalsAskForTheEnd()

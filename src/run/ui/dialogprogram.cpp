@@ -62,16 +62,21 @@ struct DialogProgram::Void {
 };
 
 DialogProgram::DialogProgram(const QString &document, SettingsStore &settings, Desktop &desktop)
-    : m_tools(ReadToolPaths(settings)),
+    : m_settingReports(settings, desktop),
+      m_tools(ReadToolPaths(settings)),
       m_void(std::make_unique<Void>()),
       m_editor{m_document, m_void->text, settings, desktop, m_void->status, *this, m_void->operations},
       m_context{m_editor, m_tools, *this}
 {
     m_document.CurrentFile = document;
     ClassifyDocument(m_document, settings);
+    m_settingReports.Tell();
 }
 
-DialogProgram::~DialogProgram() = default;
+DialogProgram::~DialogProgram()
+{
+    m_settingReports.Tell(); // no event loop comes round for what the last preset has read
+}
 
 void DialogProgram::MinimizeMainWindow()
 {

@@ -5,6 +5,7 @@
 #include "run/runcontext.h"
 #include "run/toolpaths.h"
 #include "shell/editorcontext.h"
+#include "shell/settingreports.h"
 
 #include <memory>
 #include <QPointer>
@@ -43,6 +44,7 @@ private:
     struct Void;
 
     QPointer<QWidget> m_window;
+    SettingReports m_settingReports;
     DocumentRecord m_document;
     ToolPaths m_tools;
     std::unique_ptr<Void> m_void;

@@ -22,7 +22,7 @@ class frmManual : public QDialog
     Q_OBJECT
 
 public:
-    /// Reads the document, the history and the settings; a setting that cannot be read is reported.
+    /// Reads the document, the history and the settings; a failure is reported.
     explicit frmManual(const RunContext &context, QWidget *parent = nullptr);
 
     /// For a process without an editor: there is no text that could be saved first, and what the editor's

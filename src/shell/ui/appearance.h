@@ -34,7 +34,6 @@ public:
 
     void Add(Look look, Part part) { m_parts[look].push_back(std::move(part)); }
     /// Applies looks in the order given, the parts of each in the order in which they were added.
-    /// @throws RunTimeError for a setting that cannot be read; what comes behind it stays as it was
     void Apply(std::initializer_list<Look> looks) const;
 
 private:

@@ -2,10 +2,8 @@
 #include "shell/ui/keyedcontrols.h"
 
 #include "platform/numbers.h"
-#include "platform/runtimeerror.h"
 #include "shell/settings.h"
 
-#include <optional>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
@@ -83,19 +81,11 @@ void KeyedControls::BindText(QLineEdit *field, const SettingKey &key)
 
 void KeyedControls::Load() const
 {
-    std::optional<RunTimeError> first;
     for (const Bound &bound : m_controls) {
         if (bound.showDefault)
             bound.showDefault();
-        try {
-            bound.showStored();
-        } catch (const RunTimeError &error) {
-            if (!first)
-                first = error;
-        }
+        bound.showStored();
     }
-    if (first)
-        throw *first;
 }
 
 void KeyedControls::Save() const

@@ -40,7 +40,6 @@ public:
     void Bind(QLineEdit *field, const BareTextKey &key);
 
     /// Shows the stored values, and the keys' defaults where there is none or one that cannot be read.
-    /// @throws RunTimeError for the first of these, after all controls are loaded
     void Load() const;
     /// Saves all values in one step. @throws RunTimeError when the store cannot be written
     void Save() const;

@@ -74,8 +74,10 @@ void RestorePlace(QWidget &dialog, const SettingsStore &settings, const BareNumb
 
 void SavePlace(const QWidget &dialog, SettingsStore &settings, const BareNumberKey &x, const BareNumberKey &y)
 {
-    settings.SaveNumber(x, ToTwips(dialog.x(), dialog.logicalDpiX()));
-    settings.SaveNumber(y, ToTwips(dialog.y(), dialog.logicalDpiX()));
+    settings.InOneStep([&] {
+        settings.SaveNumber(x, ToTwips(dialog.x(), dialog.logicalDpiX()));
+        settings.SaveNumber(y, ToTwips(dialog.y(), dialog.logicalDpiX()));
+    });
 }
 
 } // namespace zelvane

@@ -58,6 +58,7 @@ constexpr QSize IconSize(16, 16);
 frmEditor::frmEditor(SettingsStore &settings, Desktop &desktop, const CommandLine &commandLine)
     : m_settings(settings),
       m_desktop(desktop),
+      m_settingReports(settings, desktop),
       m_commandLine(commandLine),
       TxtEdit(new TextControl(desktop)),
       picStatus(new StatusBar),
@@ -203,6 +204,7 @@ void frmEditor::Init(const std::function<void()> &closeSplash)
             closeSplash();
         ShowFirstUseMessages(m_context);
     });
+    m_settingReports.Tell();
 }
 
 void frmEditor::SetUpText()
@@ -210,7 +212,7 @@ void frmEditor::SetUpText()
     m_document.Loading = true;
     m_document.Modified = true;
     TxtEdit->setUpdatesEnabled(false);
-    // Also where a setting cannot be read: the text must not stay out of sight, nor edits unseen.
+    // Also when a step fails: the text must not stay out of sight, nor edits unseen.
     const auto ready = qScopeGuard([this] {
         TxtEdit->setUpdatesEnabled(true);
         m_document.Modified = m_document.Loading = false;
@@ -309,7 +311,7 @@ void frmEditor::closeEvent(QCloseEvent *event)
         return;
     m_life = Life::Closed;
     Q_EMIT Ending();
-    m_commands->Guard([this] { Unload(); });
+    m_commands->Guard([this] { m_settings.InOneStep([this] { Unload(); }); });
     event->accept();
     // Nothing else is waited for. Where no event loop runs there is no process to end.
     if (QThread::currentThread()->loopLevel() > 0)

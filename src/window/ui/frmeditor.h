@@ -6,6 +6,7 @@
 #include "shell/documentsteps.h"
 #include "shell/editorcontext.h"
 #include "shell/mailbox.h"
+#include "shell/settingreports.h"
 #include "shell/ui/appearance.h"
 #include "shell/ui/windowcontext.h"
 
@@ -107,6 +108,7 @@ private:
 
     SettingsStore &m_settings;
     Desktop &m_desktop;
+    SettingReports m_settingReports;
     CommandLine m_commandLine;
 
     DocumentRecord m_document;
