@@ -3,6 +3,7 @@
 
 #include "platform/ui/qtdesktop.h"
 #include "shell/commandline.h"
+#include "shell/editorkeys.h"
 #include "shell/settings.h"
 #include "uibench.h"
 #include "window/ui/frmeditor.h"
