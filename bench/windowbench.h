@@ -3,7 +3,8 @@
 
 #include "platform/ui/qtdesktop.h"
 #include "shell/commandline.h"
-#include "shell/editorkeys.h"
+#include "shell/documentkeys.h"
+#include "shell/layoutkeys.h"
 #include "shell/settings.h"
 #include "uibench.h"
 #include "window/ui/frmeditor.h"

@@ -4,21 +4,13 @@
 import os
 import signal
 
-from support.stage import check, copy_example, equal, main
+from support.stage import check, copy_example, equal, main, settled
 
 STORE = """[Options]
 Used=2
 Splash=0
 {more}
 """
-
-
-def settled(stage, *arguments):
-    editor = stage.start(*arguments)
-    window = editor.window(lambda title: title.startswith("Zelvane"))
-    stage.until(window.is_active, "the window in front")
-    editor.at_rest()
-    return editor, window
 
 
 def first_use_welcomes_over_the_open_document(stage):

@@ -15,20 +15,6 @@ using namespace Qt::Literals::StringLiterals;
 using namespace zelvane;
 using namespace zelvane::test;
 
-namespace
-{
-
-void Drag(QWidget &widget, const QPoint &from, const QPoint &to)
-{
-    QTest::mousePress(&widget, Qt::LeftButton, {}, from);
-    QMouseEvent move(QEvent::MouseMove, QPointF(to), widget.mapToGlobal(QPointF(to)), Qt::NoButton,
-                     Qt::LeftButton, {});
-    QCoreApplication::sendEvent(&widget, &move);
-    QTest::mouseRelease(&widget, Qt::LeftButton, {}, to);
-}
-
-} // namespace
-
 class BandsTest : public QObject
 {
     Q_OBJECT

@@ -20,16 +20,6 @@ using namespace Qt::Literals::StringLiterals;
 using namespace zelvane;
 using namespace zelvane::test;
 
-namespace
-{
-
-QAction *Button(EditorWindow &editor, const QString &key)
-{
-    return &editor.Find<QAction>(u"Toolbar1_"_s + key);
-}
-
-} // namespace
-
 class MainWindowTest : public QObject
 {
     Q_OBJECT
@@ -63,25 +53,25 @@ void MainWindowTest::SelectionShowsInStatusAndButtons()
     editor.Text().SetSelection(4, 6);
     QCOMPARE(status.text(), u"2 characters selected"_s);
     QCOMPARE(line.text(), u"Line 2 Col 1"_s);
-    QVERIFY(Button(editor, u"cut"_s)->isEnabled());
-    QVERIFY(Button(editor, u"copy"_s)->isEnabled());
-    QVERIFY(!Button(editor, u"paste"_s)->isEnabled());
-    QVERIFY(!Button(editor, u"undo"_s)->isEnabled());
+    QVERIFY(ToolbarButton(editor, u"cut"_s)->isEnabled());
+    QVERIFY(ToolbarButton(editor, u"copy"_s)->isEnabled());
+    QVERIFY(!ToolbarButton(editor, u"paste"_s)->isEnabled());
+    QVERIFY(!ToolbarButton(editor, u"undo"_s)->isEnabled());
     editor.Text().SetSelection(1, 9);
     QCOMPARE(status.text(), u"2 lines selected"_s);
-    Button(editor, u"copy"_s)->trigger();
+    ToolbarButton(editor, u"copy"_s)->trigger();
     QCOMPARE(editor.desktop.clipboard, u"ne\ntwo\nt"_s);
-    QVERIFY(Button(editor, u"paste"_s)->isEnabled());
-    Button(editor, u"cut"_s)->trigger();
+    QVERIFY(ToolbarButton(editor, u"paste"_s)->isEnabled());
+    ToolbarButton(editor, u"cut"_s)->trigger();
     QCOMPARE(editor.Text().Text(), u"ohree\n"_s);
     QCOMPARE(status.text(), QString());
-    QVERIFY(Button(editor, u"undo"_s)->isEnabled());
-    QVERIFY(!Button(editor, u"cut"_s)->isEnabled());
-    Button(editor, u"undo"_s)->trigger();
+    QVERIFY(ToolbarButton(editor, u"undo"_s)->isEnabled());
+    QVERIFY(!ToolbarButton(editor, u"cut"_s)->isEnabled());
+    ToolbarButton(editor, u"undo"_s)->trigger();
     QCOMPARE(editor.Text().Text(), u"one\ntwo\nthree\n"_s);
-    QVERIFY(Button(editor, u"redo"_s)->isEnabled());
-    Button(editor, u"redo"_s)->trigger();
-    Button(editor, u"paste"_s)->trigger();
+    QVERIFY(ToolbarButton(editor, u"redo"_s)->isEnabled());
+    ToolbarButton(editor, u"redo"_s)->trigger();
+    ToolbarButton(editor, u"paste"_s)->trigger();
     QCOMPARE(editor.Text().Text(), u"one\ntwo\nthree\n"_s);
     editor.Row(u"mnuSelectAll"_s).trigger();
     editor.Row(u"mnuDelete"_s).trigger();

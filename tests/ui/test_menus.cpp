@@ -33,11 +33,6 @@ QString Outline(const QMenu &menu)
     return rows.join(u", "_s);
 }
 
-QAction *Button(EditorWindow &editor, const QString &key)
-{
-    return &editor.Find<QAction>(u"Toolbar1_"_s + key);
-}
-
 /// Sends a context menu request, and gives the name of the menu that comes up.
 QString MenuOf(QWidget &widget, const QPoint &at, Qt::KeyboardModifiers held = {},
                QContextMenuEvent::Reason reason = QContextMenuEvent::Mouse)
@@ -223,9 +218,9 @@ void MenusTest::KindsEnableTheirCommands()
     QCOMPARE(state(), u"--T-TT-TTT-"_s);
     documents.NewFile(FileKind::Unified, {});
     QCOMPARE(state(), u"TTTTTTTTT-T"_s);
-    QVERIFY(Button(editor, u"orchestra"_s)->isEnabled());
-    QVERIFY(Button(editor, u"score"_s)->isEnabled());
-    QVERIFY(Button(editor, u"slider"_s)->isEnabled());
+    QVERIFY(ToolbarButton(editor, u"orchestra"_s)->isEnabled());
+    QVERIFY(ToolbarButton(editor, u"score"_s)->isEnabled());
+    QVERIFY(ToolbarButton(editor, u"slider"_s)->isEnabled());
 }
 
 void MenusTest::EditMenuOpensWithTheTextsState()

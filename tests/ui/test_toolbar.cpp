@@ -25,11 +25,6 @@ constexpr const char16_t *ButtonKeys[] = {
     u"score", u"browse", u"related", u"-",    u"runcsound", u"code", u"slider",   u"-",       u"cshelp",
 };
 
-QAction *Button(EditorWindow &editor, const QString &key)
-{
-    return &editor.Find<QAction>(u"Toolbar1_"_s + key);
-}
-
 } // namespace
 
 class ToolbarTest : public QObject
@@ -91,7 +86,7 @@ void ToolbarTest::FiveButtonsDropDownTwoCommands()
     const double before = editor.Text().CurrentFont().points;
     editor.Find<QAction>(u"Toolbar1_fontsize_menu_1"_s).trigger();
     QVERIFY(editor.Text().CurrentFont().points < before);
-    Button(editor, u"fontsize"_s)->trigger();
+    ToolbarButton(editor, u"fontsize"_s)->trigger();
     QCOMPARE(editor.Text().CurrentFont().points, before);
 }
 
@@ -115,20 +110,20 @@ void ToolbarTest::ButtonsFollowTheirRows()
 {
     EditorWindow editor;
     Commands &commands = editor.Open().CommandTable();
-    QVERIFY(!Button(editor, u"orchestra"_s)->isEnabled());
+    QVERIFY(!ToolbarButton(editor, u"orchestra"_s)->isEnabled());
     int runs = 0;
     commands.Bind(Cmd::mnuOrchestra, [&] { ++runs; });
-    QVERIFY(!Button(editor, u"orchestra"_s)->isEnabled());
+    QVERIFY(!ToolbarButton(editor, u"orchestra"_s)->isEnabled());
     commands.SetEnabled(Cmd::mnuOrchestra, true);
-    QVERIFY(Button(editor, u"orchestra"_s)->isEnabled());
-    Button(editor, u"orchestra"_s)->trigger();
+    QVERIFY(ToolbarButton(editor, u"orchestra"_s)->isEnabled());
+    ToolbarButton(editor, u"orchestra"_s)->trigger();
     QCOMPARE(runs, 1);
-    QVERIFY(Button(editor, u"browse"_s)->isChecked());
-    Button(editor, u"browse"_s)->trigger();
-    QVERIFY(!Button(editor, u"browse"_s)->isChecked());
+    QVERIFY(ToolbarButton(editor, u"browse"_s)->isChecked());
+    ToolbarButton(editor, u"browse"_s)->trigger();
+    QVERIFY(!ToolbarButton(editor, u"browse"_s)->isChecked());
     QVERIFY(!editor.Row(u"mnuBrowse"_s).isChecked());
     editor.Row(u"mnuBrowse"_s).trigger();
-    QVERIFY(Button(editor, u"browse"_s)->isChecked());
+    QVERIFY(ToolbarButton(editor, u"browse"_s)->isChecked());
 }
 
 void ToolbarTest::SaveButtonAndCaptionFollowTheText()
@@ -136,19 +131,19 @@ void ToolbarTest::SaveButtonAndCaptionFollowTheText()
     EditorWindow editor;
     frmEditor &window = editor.Open();
     QCOMPARE(window.windowTitle(), u"Zelvane - Untitled ()"_s);
-    QVERIFY(!Button(editor, u"save"_s)->isEnabled());
+    QVERIFY(!ToolbarButton(editor, u"save"_s)->isEnabled());
     QVERIFY(editor.Row(u"mnuSave"_s).isEnabled());
     QTest::keyClick(&editor.Text(), Qt::Key_A);
     QCOMPARE(window.windowTitle(), u"Zelvane - Untitled* ()"_s);
-    QVERIFY(Button(editor, u"save"_s)->isEnabled());
+    QVERIFY(ToolbarButton(editor, u"save"_s)->isEnabled());
     QVERIFY(window.Context().document.Modified);
     const QString file = editor.folder.filePath(u"a.orc"_s);
     FileDialogRequest request;
     request.filters = {{u"All files"_s, u"*.*"_s}};
     editor.desktop.ExpectSaveDialog(request, {file, 0});
-    Button(editor, u"save"_s)->trigger();
+    ToolbarButton(editor, u"save"_s)->trigger();
     QCOMPARE(window.windowTitle(), u"Zelvane - %1 (Orchestra)"_s.arg(file));
-    QVERIFY(!Button(editor, u"save"_s)->isEnabled());
+    QVERIFY(!ToolbarButton(editor, u"save"_s)->isEnabled());
     QCOMPARE(ReadTextFile(file), u"a"_s);
 }
 
@@ -171,11 +166,11 @@ void ToolbarTest::CommandsStartInTheStateThatFits()
     else
         editor.window = std::make_unique<frmEditor>(editor.settings, editor.desktop, CommandLine(arguments));
     for (const QString &key : {u"save"_s, u"cut"_s, u"copy"_s, u"paste"_s, u"undo"_s, u"redo"_s})
-        QVERIFY2(!Button(editor, key)->isEnabled(), qPrintable(key));
+        QVERIFY2(!ToolbarButton(editor, key)->isEnabled(), qPrintable(key));
     QVERIFY(!editor.Row(u"mnuDelete"_s).isEnabled());
     QCOMPARE(editor.Find<QLabel>(u"lblLine"_s).text(), u"Line 1 Col 1"_s);
     for (const QString &key : {u"new"_s, u"open"_s, u"find"_s, u"comment"_s})
-        QVERIFY2(Button(editor, key)->isEnabled(), qPrintable(key));
+        QVERIFY2(ToolbarButton(editor, key)->isEnabled(), qPrintable(key));
 }
 
 void ToolbarTest::PasteFollowsTheClipboard()
@@ -186,12 +181,12 @@ void ToolbarTest::PasteFollowsTheClipboard()
         editor.desktop.clipboard = text;
         QGuiApplication::clipboard()->setText(text);
     };
-    QVERIFY(!Button(editor, u"paste"_s)->isEnabled());
+    QVERIFY(!ToolbarButton(editor, u"paste"_s)->isEnabled());
     clipboard(u"from elsewhere"_s);
-    QVERIFY(Eventually([&] { return Button(editor, u"paste"_s)->isEnabled(); }));
+    QVERIFY(Eventually([&] { return ToolbarButton(editor, u"paste"_s)->isEnabled(); }));
     QVERIFY(editor.Row(u"mnuEditItem_2"_s).isEnabled());
     clipboard({});
-    QVERIFY(Eventually([&] { return !Button(editor, u"paste"_s)->isEnabled(); }));
+    QVERIFY(Eventually([&] { return !ToolbarButton(editor, u"paste"_s)->isEnabled(); }));
 }
 
 int main(int argc, char **argv)

@@ -11,6 +11,15 @@ sys.path.insert(0, str(Path(__file__).resolve().parents[3] / "scripts"))
 from display import DISPLAY_SIZE, PATIENCE, Failure, Sound, Stage, Window, check, equal, rendered  # noqa: E402, F401
 
 
+def settled(stage, *arguments):
+    """An editor that has come to rest, and its window, in front."""
+    editor = stage.start(*arguments)
+    window = editor.window(lambda title: title.startswith("Zelvane"))
+    stage.until(window.is_active, "the window in front")
+    editor.at_rest()
+    return editor, window
+
+
 def copy_example(stage, name, folder="piece"):
     """A copy of an example of Csound's own documentation, in a folder of its own."""
     source = Path("/usr/share/doc/csound-doc/html/examples") / name

@@ -65,4 +65,10 @@ public:
     std::unique_ptr<frmEditor> window;
 };
 
+/// The button of this key on the main toolbar.
+inline QAction *ToolbarButton(EditorWindow &editor, const QString &key)
+{
+    return &editor.Find<QAction>(QStringLiteral("Toolbar1_") + key);
+}
+
 } // namespace zelvane::test

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <gtest/gtest.h>
 #include <QDialog>
+#include <QMouseEvent>
 
 namespace zelvane::test
 {
@@ -65,6 +66,15 @@ bool Eventually(const std::function<bool()> &condition)
 QImage Picture(const QIcon &icon)
 {
     return icon.pixmap(QSize(16, 16)).toImage().convertToFormat(QImage::Format_ARGB32);
+}
+
+void Drag(QWidget &widget, const QPoint &from, const QPoint &to)
+{
+    QTest::mousePress(&widget, Qt::LeftButton, {}, from);
+    QMouseEvent move(QEvent::MouseMove, QPointF(to), widget.mapToGlobal(QPointF(to)), Qt::NoButton,
+                     Qt::LeftButton, {});
+    QCoreApplication::sendEvent(&widget, &move);
+    QTest::mouseRelease(&widget, Qt::LeftButton, {}, to);
 }
 
 int WithScriptedFailures(int result)

@@ -48,6 +48,9 @@ bool Eventually(const std::function<bool()> &condition);
 /// What a button of 16 pixels shows.
 QImage Picture(const QIcon &icon);
 
+/// Presses the mouse at one place of a widget, moves to another and releases it there.
+void Drag(QWidget &widget, const QPoint &from, const QPoint &to);
+
 /// 1 when an expectation of the scripted desktop failed outside QtTest's own count, else `result`.
 int WithScriptedFailures(int result);
 
