@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "language/ui/languageroom.h"
 #include "platform/ui/textcontrol.h"
+#include "player/playerkeys.h"
 #include "player/ui/playerroom.h"
 #include "run/presetkeys.h"
 #include "run/presetstore.h"
@@ -13,10 +14,12 @@
 #include "shell/ui/appearance.h"
 #include "shell/ui/bandbar.h"
 #include "shell/ui/commands.h"
+#include "shell/ui/layoutparts.h"
 #include "shell/ui/menuname.h"
 #include "shell/ui/menutable.h"
 #include "shell/ui/sidepanel.h"
 #include "shell/ui/windowcontext.h"
+#include "shell/windowsteps.h"
 #include "support/recordingview.h"
 #include "support/testcontext.h"
 #include "support/uitest.h"
@@ -50,8 +53,10 @@ struct BareWindow : TestContext {
     BandBar bands{&window};
     SidePanel panel{&window};
     Appearance appearance{settings};
-    WindowContext context{withControl, control, documents, view,  steps,     commands,
-                          menus,       &window, bands,     panel, appearance};
+    WindowSteps windowSteps;
+    LayoutParts layout{settings, commands};
+    WindowContext context{withControl, control, documents, view,       steps,       commands, menus,
+                          &window,     bands,   panel,     appearance, windowSteps, layout};
 
     BareWindow()
     {
@@ -83,6 +88,8 @@ private Q_SLOTS:
     void LabelsOfPresetsFollowTheirRow();
     void TheFoldersOfTheToolsAreKnownWithTheTools();
     void TheTextToolsBindTheirCommand();
+    void EachRoomKeepsItsPartsOfTheLayout();
+    void APartThatNobodyKeepsIsNotWritten();
 };
 
 void RoomsTest::ABandWithoutItsRoomTakesNoPlace()
@@ -101,8 +108,8 @@ void RoomsTest::ABandWithoutItsRoomTakesNoPlace()
 void RoomsTest::TheLanguageTakesItsSteps()
 {
     BareWindow on;
-    LanguageRoom room(on.context);
-    room.LoadTables();
+    const LanguageRoom room(on.context);
+    on.windowSteps.Run(WindowMoment::Tables);
     on.documents.OpenFile(on.WriteFile(u"x.orc"_s, "a1 oscil 1\n"));
     QCOMPARE(on.control.StyleAt(3), StyleClass::Opcode);
     QCOMPARE(on.control.StyleAt(0), StyleClass::Text);
@@ -154,10 +161,10 @@ void RoomsTest::ANewDocumentEmptiesTheRelatedFiles()
 void RoomsTest::TheOpcodesAreLoadedWhenTheirBandIsShown()
 {
     BareWindow on;
-    LanguageRoom room(on.context);
+    const LanguageRoom room(on.context);
     const auto &combo = on.Find<QComboBox>(u"cmbOpcodes"_s);
     on.bands.SetBandVisible(WindowBand::Opcodes, false);
-    room.LoadShownOpcodes();
+    on.windowSteps.Run(WindowMoment::Lists);
     QCOMPARE(combo.count(), 0);
     on.bands.SetBandVisible(WindowBand::Player, true);
     QCOMPARE(combo.count(), 0);
@@ -173,7 +180,7 @@ void RoomsTest::PresetsPlugInWithBarMenuAndKeys()
     BareWindow on;
     PresetStore store(on.settings);
     RunRoom room(on.context);
-    room.LoadPresets();
+    on.windowSteps.Run(WindowMoment::Bars);
     const auto &bar = on.Find<QToolBar>(u"tbPresets"_s);
     QVERIFY(bar.actions().isEmpty());
     on.settings.SaveSetting(u"Presets"_s, u"One"_s, {});
@@ -196,10 +203,10 @@ void RoomsTest::LabelsOfPresetsFollowTheirRow()
 {
     BareWindow on;
     on.settings.SaveFlag(Keys::PresetsLabels, true);
-    RunRoom room(on.context);
+    const RunRoom room(on.context);
     const auto &bar = on.Find<QToolBar>(u"tbPresets"_s);
     QCOMPARE(bar.toolButtonStyle(), Qt::ToolButtonIconOnly);
-    room.LoadPresets();
+    on.windowSteps.Run(WindowMoment::Bars);
     QVERIFY(on.commands.IsChecked(Cmd::mnuLabels[LabelPlace::Presets]));
     QCOMPARE(bar.toolButtonStyle(), Qt::ToolButtonTextBesideIcon);
     on.commands.Run(Cmd::mnuLabels[LabelPlace::Presets]);
@@ -233,6 +240,41 @@ void RoomsTest::TheTextToolsBindTheirCommand()
     QVERIFY(!on.commands.IsBound(Cmd::mnuTabSpace));
     const TextToolsRoom room(on.context);
     QVERIFY(on.commands.IsBound(Cmd::mnuTabSpace));
+}
+
+void RoomsTest::EachRoomKeepsItsPartsOfTheLayout()
+{
+    BareWindow on;
+    const LanguageRoom language(on.context);
+    const RunRoom run(on.context);
+    const PlayerRoom player(on.context);
+    on.settings.SaveFlag(Keys::CodeOutline, false);
+    on.settings.SaveFlag(Keys::LoopMode, true);
+    for (const LayoutPart part : PartsOfThePanels)
+        on.layout.Restore(part);
+    QVERIFY(!on.commands.IsChecked(Cmd::mnuBrowse));
+    QVERIFY(on.commands.IsChecked(Cmd::mnuRelated));
+    QVERIFY(on.commands.IsChecked(Cmd::mnuLoop));
+
+    on.settings.DeleteSetting(u"Options"_s);
+    on.layout.SaveAll();
+    QStringList written;
+    for (const auto &[key, value] : on.settings.GetAllSettings(u"Options"_s))
+        written.append(key + u' ' + value);
+    // In the order of the parts and not of the rooms.
+    QCOMPARE(written,
+             (QStringList{u"PresetsLabels 0"_s, u"CodeOutline 0"_s, u"RelatedFiles -1"_s, u"LoopMode -1"_s}));
+}
+
+void RoomsTest::APartThatNobodyKeepsIsNotWritten()
+{
+    BareWindow on;
+    on.settings.SaveFlag(Keys::LoopMode, true);
+    for (const LayoutPart part : PartsOfThePanels)
+        on.layout.Restore(part);
+    QVERIFY(!on.commands.IsChecked(Cmd::mnuLoop));
+    on.layout.SaveAll();
+    QVERIFY(on.settings.Flag(Keys::LoopMode));
 }
 
 } // namespace

@@ -15,6 +15,8 @@
 #include "shell/ui/appearance.h"
 #include "shell/ui/bandbar.h"
 #include "shell/ui/commands.h"
+#include "shell/ui/layoutparts.h"
+#include "shell/windowsteps.h"
 
 namespace zelvane
 {
@@ -50,6 +52,11 @@ LanguageRoom::LanguageRoom(const WindowContext &context)
     context.steps.colour.Take(*this);
     context.steps.outline.Take(*tvwBrowse);
     context.steps.relatedFiles.Take(*tvwRelated);
+
+    context.windowSteps.Add(WindowMoment::Tables, [this] { LoadTables(); });
+    context.windowSteps.Add(WindowMoment::Lists, [this] { LoadShownOpcodes(); });
+    context.layout.KeepRow(LayoutPart::CodeOutline, Keys::CodeOutline, Cmd::mnuBrowse);
+    context.layout.KeepRow(LayoutPart::RelatedFiles, Keys::RelatedFiles, Cmd::mnuRelated);
 
     context.commands.Bind(Cmd::mnuCsHelp,
                           [&editor = context.editor] { HelpOnWord(editor, ProgramFolder()); });

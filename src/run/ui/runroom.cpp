@@ -15,8 +15,10 @@
 #include "shell/ui/bandbar.h"
 #include "shell/ui/commands.h"
 #include "shell/ui/foldercommands.h"
+#include "shell/ui/layoutparts.h"
 #include "shell/ui/menutable.h"
 #include "shell/ui/toolbutton.h"
+#include "shell/windowsteps.h"
 
 #include <QObject>
 #include <QString>
@@ -40,6 +42,9 @@ RunRoom::RunRoom(const WindowContext &context)
     });
     context.appearance.Add(Look::ToolPaths,
                            [this](const SettingsStore &settings) { m_tools = ReadToolPaths(settings); });
+    context.windowSteps.Add(WindowMoment::Bars, [this] { LoadPresets(); });
+    context.layout.KeepRow(LayoutPart::PresetsLabels, Keys::PresetsLabels,
+                           Cmd::mnuLabels[LabelPlace::Presets]);
     new PresetDigits(context.window, *tbPresets);
 
     Commands &commands = context.commands;
@@ -54,8 +59,7 @@ RunRoom::RunRoom(const WindowContext &context)
 void RunRoom::LoadPresets()
 {
     tbPresets->PresetsButtons();
-    if (m_context.editor.settings.Flag(Keys::PresetsLabels))
-        m_context.commands.Run(Cmd::mnuLabels[LabelPlace::Presets]);
+    m_context.layout.Restore(LayoutPart::PresetsLabels);
 }
 
 void RunRoom::EditPreset(const QString &name)

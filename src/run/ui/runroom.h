@@ -17,13 +17,12 @@ class RunRoom : public PresetWindows
 public:
     explicit RunRoom(const WindowContext &context);
 
-    /// Start-up: builds the presets, which may name the tools.
-    void LoadPresets();
-
     void EditPreset(const QString &name) override;
     void RebuildPresets() override;
 
 private:
+    /// Builds the presets, which may name the tools, and brings their labels back.
+    void LoadPresets();
     void ToggleLabels();
 
     WindowContext m_context;

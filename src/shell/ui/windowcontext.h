@@ -11,16 +11,17 @@ class BandBar;
 class Commands;
 class DocumentLifecycle;
 class DocumentView;
+class LayoutParts;
 class Menus;
 class SidePanel;
 class TextControl;
+class WindowSteps;
 struct DocumentSteps;
 struct EditorContext;
 
 /// What a room plugs into: it binds its commands, puts its controls into the band bar and the side panel,
-/// shows its dialogs over the window, takes its places in the steps of a document, and adds what
-/// follows the settings. The parts outlive
-/// every room.
+/// shows its dialogs over the window, takes its places in the steps of a document and of the window, keeps
+/// its parts of the layout, and adds what follows the settings. What is here outlives every room.
 struct WindowContext {
     EditorContext &editor;
     TextControl &text;
@@ -33,6 +34,8 @@ struct WindowContext {
     BandBar &bands;
     SidePanel &panel;
     Appearance &appearance;
+    WindowSteps &windowSteps;
+    LayoutParts &layout;
 };
 
 } // namespace zelvane

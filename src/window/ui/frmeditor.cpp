@@ -65,16 +65,19 @@ frmEditor::frmEditor(SettingsStore &settings, Desktop &desktop, const CommandLin
       m_commands(new Commands(desktop, this)),
       m_menus(std::make_unique<Menus>(menuBar(), this, *m_commands)),
       m_appearance(settings),
+      m_layoutParts(settings, *m_commands),
       m_display(std::make_unique<DocumentDisplay>(*this, *TxtEdit, *picStatus, desktop, m_appearance,
                                                   *m_commands, *m_menus)),
       m_documents(m_document, *TxtEdit, settings, desktop, *picStatus, *m_display, m_steps),
       m_context{m_document, *TxtEdit, settings, desktop, *picStatus, *this, m_documents},
       m_workspace(new Workspace(TxtEdit, picStatus, this)),
       Toolbar1(new QToolBar),
-      m_window{m_context, *TxtEdit, m_documents,          *m_display,           m_steps,     *m_commands,
-               *m_menus,  this,     m_workspace->Bands(), m_workspace->Panel(), m_appearance},
+      m_window{m_context,    *TxtEdit,      m_documents,  *m_display,           m_steps,
+               *m_commands,  *m_menus,      this,         m_workspace->Bands(), m_workspace->Panel(),
+               m_appearance, m_windowSteps, m_layoutParts},
       m_rooms(new RoomList{m_window}),
-      m_layout(std::make_unique<WindowLayout>(*this, *m_workspace, *m_commands, settings, m_appearance)),
+      m_layout(std::make_unique<WindowLayout>(*this, *m_workspace, *m_commands, settings, m_appearance,
+                                              m_layoutParts)),
       // A dialog that waits for an answer works on the text that stands: mail is opened when it has closed.
       // The messages of the first use stand over nothing of the kind.
       m_mailbox(m_context, [this] { return IsStarting() || !QApplication::activeModalWidget(); })
@@ -193,13 +196,14 @@ void frmEditor::Init(const std::function<void()> &closeSplash)
     m_commands->Guard([&] {
         SetUpText();
         m_appearance.Apply({Look::ToolPaths});
-        m_rooms->run.LoadPresets();
+        m_windowSteps.Run(WindowMoment::Bars);
         RaiseMainWindow();
-        m_rooms->language.LoadTables();
+        m_windowSteps.Run(WindowMoment::Tables);
         RigaDiComando(m_commandLine, m_documents, m_settings);
         m_documents.MRUAggiornaMenu();
         setAcceptDrops(true);
-        m_rooms->language.LoadShownOpcodes();
+        m_windowSteps.Run(WindowMoment::CleanUp);
+        m_windowSteps.Run(WindowMoment::Lists);
         if (closeSplash)
             closeSplash();
         ShowFirstUseMessages(m_context);
@@ -349,6 +353,7 @@ bool frmEditor::MayEndSession()
 
 void frmEditor::Unload()
 {
+    m_windowSteps.Run(WindowMoment::Closing);
     m_layout->SaveGeometry();
     SaveTextFont(*TxtEdit, m_settings);
     m_settings.SaveFlag(Keys::WordWrap, m_commands->IsChecked(Cmd::mnuWordWrap));

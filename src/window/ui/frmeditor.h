@@ -8,7 +8,9 @@
 #include "shell/mailbox.h"
 #include "shell/settingreports.h"
 #include "shell/ui/appearance.h"
+#include "shell/ui/layoutparts.h"
 #include "shell/ui/windowcontext.h"
+#include "shell/windowsteps.h"
 
 #include <functional>
 #include <memory>
@@ -118,6 +120,8 @@ private:
     Commands *m_commands;
     std::unique_ptr<Menus> m_menus;
     Appearance m_appearance;
+    WindowSteps m_windowSteps;
+    LayoutParts m_layoutParts;
     std::unique_ptr<DocumentDisplay> m_display;
     DocumentLifecycle m_documents;
     EditorContext m_context;

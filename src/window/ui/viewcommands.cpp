@@ -2,8 +2,10 @@
 #include "window/ui/viewcommands.h"
 
 #include "shell/command.h"
+#include "shell/layoutkeys.h"
 #include "shell/ui/bandbar.h"
 #include "shell/ui/commands.h"
+#include "shell/ui/layoutparts.h"
 #include "shell/ui/sidepanel.h"
 #include "shell/ui/toolbutton.h"
 #include "window/ui/workspace.h"
@@ -41,6 +43,8 @@ void BindViewCommands(const WindowContext &context, Workspace &workspace, QToolB
         workspace.Panel().ShowCaptions(Toggle(commands, Cmd::mnuLabels[LabelPlace::Panel]));
         workspace.LayOut();
     });
+    context.layout.KeepRow(LayoutPart::Labels, Keys::Labels, Cmd::mnuLabels[LabelPlace::Toolbar]);
+    context.layout.KeepRow(LayoutPart::PanelLabels, Keys::PanelLabels, Cmd::mnuLabels[LabelPlace::Panel]);
 
     for (const WindowBand band :
          {WindowBand::Toolbar, WindowBand::Opcodes, WindowBand::Player, WindowBand::Presets})

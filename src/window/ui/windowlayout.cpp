@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "window/ui/windowlayout.h"
 
-#include "player/playerkeys.h"
 #include "shell/layoutkeys.h"
 #include "shell/ui/appearance.h"
 #include "shell/ui/bandbar.h"
 #include "shell/ui/commands.h"
+#include "shell/ui/layoutparts.h"
 #include "shell/ui/screenplace.h"
 #include "shell/ui/sidepanel.h"
 #include "window/ui/workspace.h"
@@ -32,12 +32,13 @@ constexpr QSize LeastSize(240, 160); ///< a smaller stored window would not show
 } // namespace
 
 WindowLayout::WindowLayout(QMainWindow &window, Workspace &workspace, Commands &commands,
-                           SettingsStore &settings, const Appearance &appearance)
+                           SettingsStore &settings, const Appearance &appearance, LayoutParts &parts)
     : m_window(window),
       m_workspace(workspace),
       m_commands(commands),
       m_settings(settings),
-      m_appearance(appearance)
+      m_appearance(appearance),
+      m_parts(parts)
 {
 }
 
@@ -91,13 +92,8 @@ void WindowLayout::RestoreBands()
     }
 
     m_appearance.Apply({Look::HotTracking});
-    if (m_settings.Flag(Keys::RelatedFiles))
-        m_commands.Run(Cmd::mnuRelated);
-    if (m_settings.Flag(Keys::CodeOutline))
-        m_commands.Run(Cmd::mnuBrowse);
-    // The player's button follows the row.
-    if (m_settings.Flag(Keys::LoopMode))
-        m_commands.SetChecked(Cmd::mnuLoop, true);
+    for (const LayoutPart part : PartsOfThePanels)
+        m_parts.Restore(part);
     m_appearance.Apply({Look::BandLabels});
     for (int band = 0; band < bands.BandCount(); ++band) {
         if (!m_settings.Flag(Keys::Band(band + 1)))
@@ -107,10 +103,8 @@ void WindowLayout::RestoreBands()
         m_commands.Run(Cmd::mnuShowStatusbar);
 
     QCoreApplication::processEvents();
-    if (m_settings.Flag(Keys::Labels))
-        m_commands.Run(Cmd::mnuLabels[LabelPlace::Toolbar]);
-    if (m_settings.Flag(Keys::PanelLabels))
-        m_commands.Run(Cmd::mnuLabels[LabelPlace::Panel]);
+    for (const LayoutPart part : PartsOfTheLabels)
+        m_parts.Restore(part);
 }
 
 void WindowLayout::SaveGeometry()
@@ -131,12 +125,7 @@ void WindowLayout::SaveGeometry()
 void WindowLayout::SaveBands()
 {
     const BandBar &bands = m_workspace.Bands();
-    m_settings.SaveFlag(Keys::Labels, m_commands.IsChecked(Cmd::mnuLabels[LabelPlace::Toolbar]));
-    m_settings.SaveFlag(Keys::PresetsLabels, m_commands.IsChecked(Cmd::mnuLabels[LabelPlace::Presets]));
-    m_settings.SaveFlag(Keys::PanelLabels, m_commands.IsChecked(Cmd::mnuLabels[LabelPlace::Panel]));
-    m_settings.SaveFlag(Keys::CodeOutline, m_commands.IsChecked(Cmd::mnuBrowse));
-    m_settings.SaveFlag(Keys::RelatedFiles, m_commands.IsChecked(Cmd::mnuRelated));
-    m_settings.SaveFlag(Keys::LoopMode, m_commands.IsChecked(Cmd::mnuLoop));
+    m_parts.SaveAll();
     for (int band = 0; band < bands.BandCount(); ++band)
         m_settings.SaveFlag(Keys::Band(band + 1),
                             m_commands.IsChecked(Cmd::mnuShowToolbar[WindowBand(band)]));

@@ -12,6 +12,7 @@ namespace zelvane
 
 class Appearance;
 class Commands;
+class LayoutParts;
 class Workspace;
 
 /// The layout of the main window in the settings store: read once when the window is made, written when it is
@@ -20,7 +21,7 @@ class WindowLayout
 {
 public:
     WindowLayout(QMainWindow &window, Workspace &workspace, Commands &commands, SettingsStore &settings,
-                 const Appearance &appearance);
+                 const Appearance &appearance, LayoutParts &parts);
 
     /// Place, size and state of the window. @param design the size of a window that was never stored, pixels
     void RestoreGeometry(const QSize &design);
@@ -28,7 +29,7 @@ public:
     void RestoreBands();
 
     void SaveGeometry();
-    /// The labels and switches, bands and status bar.
+    /// The parts that others keep, bands and status bar.
     void SaveBands();
     void SavePanel();
 
@@ -38,6 +39,7 @@ private:
     Commands &m_commands;
     SettingsStore &m_settings;
     const Appearance &m_appearance;
+    LayoutParts &m_parts;
 };
 
 } // namespace zelvane
