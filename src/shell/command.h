@@ -50,6 +50,7 @@ private:
 // The entries of the item arrays. The numbers left out are separators.
 enum class ExportFormat; // shell/exporttext.h
 enum class CaseChange;   // shell/textops.h
+enum class WindowBand;   // shell/bands.h
 enum class FileOperation { Move, Copy, Rename, Delete, Properties = 5 };
 enum class EditItem { Cut, Copy, Paste };
 enum class IndentChange { Increase, Decrease };
@@ -65,7 +66,6 @@ enum class KnownFolder {
     Program = 11
 };
 enum class FontSizeChange { Increase, Decrease };
-enum class WindowBand { Toolbar, Opcodes, Player, Presets };
 enum class LabelPlace { Toolbar, Presets, Panel };
 enum class LineStyle { First, Second };
 enum class Conversion { ToUnified, ToPair };

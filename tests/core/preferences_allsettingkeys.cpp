@@ -2,6 +2,7 @@
 #include "preferences/allsettingkeys.h"
 
 #include "platform/runtimeerror.h"
+#include "shell/bands.h"
 #include "shell/settings.h"
 #include "support/printers.h"
 
@@ -23,9 +24,9 @@ template <typename Key> Key Plain(const Key &key)
 {
     return key;
 }
-template <typename Key> Key Plain(const Numbered<Key> &keys)
+template <typename Key, typename Band> Key Plain(const NumberedByBand<Key, Band> &keys)
 {
-    return keys(7);
+    return keys(AllBands<Band>().back());
 }
 
 template <typename Key> constexpr bool IsFlag = std::is_base_of_v<BareFlagKey, Key>;
@@ -367,15 +368,16 @@ TEST_F(AllKeys, NamesKindsAndDefaultsThatStoresRelyOn)
     }
 }
 
-TEST_F(AllKeys, NumberedKeysCountFromOne)
+TEST_F(AllKeys, KeysOfBandsCountFromOne)
 {
-    EXPECT_EQ(Keys::Band(3).Name(), u"Band3"_s);
-    EXPECT_TRUE(store.Flag(Keys::Band(3)));
-    EXPECT_EQ(Keys::BandWidth(12).Name(), u"BandWidth12"_s);
-    EXPECT_EQ(Keys::BandRow(2).Name(), u"BandRow2"_s);
-    EXPECT_EQ(Keys::PanelBandHeight(1).Name(), u"PanelBandHeight1"_s);
-    EXPECT_EQ(Keys::PanelBandRow(2).Name(), u"PanelBandRow2"_s);
-    store.SaveFlag(Keys::Band(2), false);
-    EXPECT_FALSE(store.Flag(Keys::Band(2)));
-    EXPECT_TRUE(store.Flag(Keys::Band(1)));
+    EXPECT_EQ(Keys::Band(WindowBand::Toolbar).Name(), u"Band1"_s);
+    EXPECT_EQ(Keys::Band(WindowBand::Player).Name(), u"Band3"_s);
+    EXPECT_TRUE(store.Flag(Keys::Band(WindowBand::Player)));
+    EXPECT_EQ(Keys::BandWidth(WindowBand::Presets).Name(), u"BandWidth4"_s);
+    EXPECT_EQ(Keys::BandRow(WindowBand::Opcodes).Name(), u"BandRow2"_s);
+    EXPECT_EQ(Keys::PanelBandHeight(PanelBand::Browse).Name(), u"PanelBandHeight1"_s);
+    EXPECT_EQ(Keys::PanelBandRow(PanelBand::Related).Name(), u"PanelBandRow2"_s);
+    store.SaveFlag(Keys::Band(WindowBand::Opcodes), false);
+    EXPECT_FALSE(store.Flag(Keys::Band(WindowBand::Opcodes)));
+    EXPECT_TRUE(store.Flag(Keys::Band(WindowBand::Toolbar)));
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The bands above the text and the side panel, by mouse and by menu.
 
+#include "shell/bands.h"
 #include "shell/layoutkeys.h"
 #include "shell/ui/bandbar.h"
 #include "shell/ui/sidepanel.h"
@@ -51,16 +52,18 @@ void BandsTest::BandsHideAndTheTextGoesUp()
     EditorWindow editor;
     editor.Open();
     auto &bar = editor.Find<BandBar>(u"CoolBar1"_s);
-    QCOMPARE(bar.BandCount(), 4);
     QCOMPARE(editor.Text().y(), bar.height() + 3);
-    for (int n = 0; n < 4; ++n) {
+    int row = 0;
+    for (const WindowBand band : AllBands<WindowBand>()) {
         QVERIFY(bar.isVisible());
         const int height = bar.height();
-        editor.Row(u"mnuShowToolbar_"_s + QString::number(n)).trigger();
-        QVERIFY(!editor.Row(u"mnuShowToolbar_"_s + QString::number(n)).isChecked());
-        QVERIFY(!bar.IsBandVisible(n));
-        QVERIFY(n == 3 || bar.height() < height);
+        QAction &shown = editor.Row(u"mnuShowToolbar_"_s + QString::number(row++));
+        shown.trigger();
+        QVERIFY(!shown.isChecked());
+        QVERIFY(!bar.IsBandVisible(band));
+        QVERIFY(band == WindowBand::Presets || bar.height() < height);
     }
+    QCOMPARE(row, 4);
     QVERIFY(!bar.isVisible());
     QCOMPARE(editor.Text().y(), 0);
     editor.Row(u"mnuShowToolbar_2"_s).trigger();
@@ -78,7 +81,7 @@ void BandsTest::BandsHideAndTheTextGoesUp()
 void BandsTest::OpcodeListLoadsAtTheFirstShowing()
 {
     EditorWindow editor;
-    editor.settings.SaveFlag(Keys::Band(2), false);
+    editor.settings.SaveFlag(Keys::Band(WindowBand::Opcodes), false);
     editor.Open();
     auto &combo = editor.Find<QComboBox>(u"cmbOpcodes"_s);
     QCOMPARE(combo.count(), 0);
@@ -146,39 +149,39 @@ void BandsTest::BandCaptionsAreTheKeys()
     auto *bar = &editor.Find<BandBar>(u"CoolBar1"_s);
     const auto captions = [&bar] {
         QStringList all;
-        for (int band = 0; band < bar->BandCount(); ++band)
+        for (const WindowBand band : AllBands<WindowBand>())
             all.append(bar->BandCaption(band));
         return all.join(u',');
     };
     QCOMPARE(captions(), u",,,"_s);
-    const int grip = bar->GripOf(1).width();
+    const int grip = bar->GripOf(WindowBand::Opcodes).width();
     editor.settings.SaveFlag(Keys::BandLabels, true);
     editor.Open();
     bar = &editor.Find<BandBar>(u"CoolBar1"_s);
     QCOMPARE(captions(), u"toolbar,opcodes,player,presets"_s);
-    QVERIFY(bar->GripOf(1).width() > grip);
+    QVERIFY(bar->GripOf(WindowBand::Opcodes).width() > grip);
 }
 
 void BandsTest::BandGripsShareOutARow()
 {
     EditorWindow editor;
-    editor.settings.SaveFlag(Keys::BandRow(3), false);
-    editor.settings.SaveNumber(Keys::BandWidth(2), 300);
+    editor.settings.SaveFlag(Keys::BandRow(WindowBand::Player), false);
+    editor.settings.SaveNumber(Keys::BandWidth(WindowBand::Opcodes), 300);
     editor.Open();
     auto &bar = editor.Find<BandBar>(u"CoolBar1"_s);
-    QCOMPARE(bar.PlaceOf(1).top(), bar.PlaceOf(2).top());
-    QVERIFY(bar.PlaceOf(3).top() > bar.PlaceOf(2).top());
-    QCOMPARE(bar.PlaceOf(1).width(), 300);
-    QCOMPARE(bar.PlaceOf(2).right(), bar.rect().right());
-    const QPoint grip = bar.GripOf(2).center();
+    QCOMPARE(bar.PlaceOf(WindowBand::Opcodes).top(), bar.PlaceOf(WindowBand::Player).top());
+    QVERIFY(bar.PlaceOf(WindowBand::Presets).top() > bar.PlaceOf(WindowBand::Player).top());
+    QCOMPARE(bar.PlaceOf(WindowBand::Opcodes).width(), 300);
+    QCOMPARE(bar.PlaceOf(WindowBand::Player).right(), bar.rect().right());
+    const QPoint grip = bar.GripOf(WindowBand::Player).center();
     Drag(bar, grip, grip + QPoint(50, 0));
-    QCOMPARE(bar.PlaceOf(1).width(), 350);
-    QCOMPARE(bar.PlaceOf(2).left(), 350);
-    QCOMPARE(bar.PlaceOf(2).right(), bar.rect().right());
+    QCOMPARE(bar.PlaceOf(WindowBand::Opcodes).width(), 350);
+    QCOMPARE(bar.PlaceOf(WindowBand::Player).left(), 350);
+    QCOMPARE(bar.PlaceOf(WindowBand::Player).right(), bar.rect().right());
     // The grip does not push its own band out of the bar.
-    Drag(bar, bar.GripOf(2).center(), QPoint(5000, grip.y()));
-    QVERIFY(bar.PlaceOf(2).width() > bar.GripOf(2).width());
-    QCOMPARE(bar.PlaceOf(2).right(), bar.rect().right());
+    Drag(bar, bar.GripOf(WindowBand::Player).center(), QPoint(5000, grip.y()));
+    QVERIFY(bar.PlaceOf(WindowBand::Player).width() > bar.GripOf(WindowBand::Player).width());
+    QCOMPARE(bar.PlaceOf(WindowBand::Player).right(), bar.rect().right());
 }
 
 void BandsTest::BandsJoinAndPartRows()
@@ -187,15 +190,16 @@ void BandsTest::BandsJoinAndPartRows()
     editor.Open();
     auto &bar = editor.Find<BandBar>(u"CoolBar1"_s);
     const int height = bar.height();
-    const QPoint above(400, bar.PlaceOf(1).center().y());
-    Drag(bar, bar.GripOf(2).center(), above);
-    QVERIFY(!bar.StartsRow(2));
-    QCOMPARE(bar.PlaceOf(2).top(), bar.PlaceOf(1).top());
-    QVERIFY(qAbs(bar.GripOf(2).center().x() - 400) < 3);
+    const QPoint above(400, bar.PlaceOf(WindowBand::Opcodes).center().y());
+    Drag(bar, bar.GripOf(WindowBand::Player).center(), above);
+    QVERIFY(!bar.StartsRow(WindowBand::Player));
+    QCOMPARE(bar.PlaceOf(WindowBand::Player).top(), bar.PlaceOf(WindowBand::Opcodes).top());
+    QVERIFY(qAbs(bar.GripOf(WindowBand::Player).center().x() - 400) < 3);
     QVERIFY(bar.height() < height);
     QCOMPARE(editor.Text().y(), bar.height() + 3);
-    Drag(bar, bar.GripOf(2).center(), QPoint(400, bar.PlaceOf(2).bottom() + 5));
-    QVERIFY(bar.StartsRow(2));
+    Drag(bar, bar.GripOf(WindowBand::Player).center(),
+         QPoint(400, bar.PlaceOf(WindowBand::Player).bottom() + 5));
+    QVERIFY(bar.StartsRow(WindowBand::Player));
     QCOMPARE(bar.height(), height);
 }
 
@@ -204,16 +208,17 @@ void BandsTest::PanelHeaderSharesOutTheHeight()
     EditorWindow editor;
     editor.Open();
     auto &panel = editor.Find<SidePanel>(u"cc3Panel"_s);
-    const int before = panel.PlaceOf(0).height();
-    QCOMPARE(before + panel.PlaceOf(1).height(), panel.height());
-    const QPoint header = panel.HeaderOf(1).center();
+    const int before = panel.PlaceOf(PanelBand::Browse).height();
+    QCOMPARE(before + panel.PlaceOf(PanelBand::Related).height(), panel.height());
+    const QPoint header = panel.HeaderOf(PanelBand::Related).center();
     Drag(panel, header, header + QPoint(0, 30));
-    QCOMPARE(panel.PlaceOf(0).height(), before + 30);
-    QCOMPARE(panel.BandHeight(0), before + 30);
-    QCOMPARE(panel.PlaceOf(0).height() + panel.PlaceOf(1).height(), panel.height());
+    QCOMPARE(panel.PlaceOf(PanelBand::Browse).height(), before + 30);
+    QCOMPARE(panel.BandHeight(PanelBand::Browse), before + 30);
+    QCOMPARE(panel.PlaceOf(PanelBand::Browse).height() + panel.PlaceOf(PanelBand::Related).height(),
+             panel.height());
     editor.Row(u"mnuLabels_2"_s).trigger();
     QVERIFY(panel.AreCaptionsShown());
-    QCOMPARE(panel.PlaceOf(0).height(), before + 30);
+    QCOMPARE(panel.PlaceOf(PanelBand::Browse).height(), before + 30);
 }
 
 void BandsTest::BandAloneLeavesTheOtherItsShare()
@@ -221,19 +226,19 @@ void BandsTest::BandAloneLeavesTheOtherItsShare()
     EditorWindow editor;
     editor.Open();
     editor.Row(u"mnuRelated"_s).trigger();
-    QCOMPARE(editor.Find<SidePanel>(u"cc3Panel"_s).PlaceOf(0).height(),
+    QCOMPARE(editor.Find<SidePanel>(u"cc3Panel"_s).PlaceOf(PanelBand::Browse).height(),
              editor.Find<SidePanel>(u"cc3Panel"_s).height());
     QVERIFY(editor.window->close());
     editor.Open();
     auto &panel = editor.Find<SidePanel>(u"cc3Panel"_s);
-    QVERIFY(!panel.IsBandVisible(1));
+    QVERIFY(!panel.IsBandVisible(PanelBand::Related));
     editor.Row(u"mnuRelated"_s).trigger();
-    QVERIFY(panel.PlaceOf(1).height() >= panel.height() / 2);
+    QVERIFY(panel.PlaceOf(PanelBand::Related).height() >= panel.height() / 2);
     // Without captions nothing stands above the first band.
     QCOMPARE(editor.Find<QTreeWidget>(u"tvwBrowse"_s).y(), 0);
     editor.Row(u"mnuLabels_2"_s).trigger();
-    QCOMPARE(editor.Find<QTreeWidget>(u"tvwBrowse"_s).y(), panel.HeaderOf(0).height());
-    QVERIFY(panel.HeaderOf(0).height() > 0);
+    QCOMPARE(editor.Find<QTreeWidget>(u"tvwBrowse"_s).y(), panel.HeaderOf(PanelBand::Browse).height());
+    QVERIFY(panel.HeaderOf(PanelBand::Browse).height() > 0);
 }
 
 int main(int argc, char **argv)

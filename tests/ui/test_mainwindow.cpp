@@ -2,6 +2,7 @@
 // The main window's life: documents, status line, drops, mail, dialogs and the close.
 
 #include "run/runkeys.h"
+#include "shell/bands.h"
 #include "shell/documentkeys.h"
 #include "shell/editorkeys.h"
 #include "shell/layoutkeys.h"
@@ -81,7 +82,8 @@ void MainWindowTest::SelectionShowsInStatusAndButtons()
 void MainWindowTest::FileLineGoesWithTheFirstMove()
 {
     EditorWindow editor;
-    editor.settings.SaveFlag(Keys::Band(2), false); // loading its list would take the status line
+    editor.settings.SaveFlag(Keys::Band(WindowBand::Opcodes),
+                             false); // loading its list would take the status line
     editor.Open({editor.WriteFile(u"a.txt"_s, "one\r\ntwo\r\n")});
     const StatusLine &status = editor.window->Context().status;
     QVERIFY2(status.Text().startsWith(u"a.txt: last saved "), qPrintable(status.Text()));
@@ -243,9 +245,9 @@ void MainWindowTest::EmptyStoreAsksNothingAndWelcomes()
     QVERIFY(splashClosed);
     QCOMPARE(editor.window->windowTitle(), u"Zelvane - Untitled ()"_s);
     auto &bar = editor.Find<BandBar>(u"CoolBar1"_s);
-    for (int n = 0; n < 4; ++n) {
-        QVERIFY(bar.IsBandVisible(n));
-        QVERIFY(bar.StartsRow(n));
+    for (const WindowBand band : AllBands<WindowBand>()) {
+        QVERIFY(bar.IsBandVisible(band));
+        QVERIFY(bar.StartsRow(band));
     }
     QVERIFY(editor.settings.GetAllSettings(u"Options"_s).empty());
     QCOMPARE(editor.Find<QComboBox>(u"cmbOpcodes"_s).lineEdit()->text(),

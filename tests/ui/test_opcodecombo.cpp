@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/bands.h"
 #include "shell/layoutkeys.h"
 #include "support/editorwindow.h"
 #include "support/uitest.h"
@@ -21,7 +22,7 @@ struct Opcodes : EditorWindow {
     explicit Opcodes(const QByteArray &words = "oscil outs linen Oscil\n")
     {
         WriteFile(u"opcodes.txt"_s, words);
-        settings.SaveFlag(Keys::Band(2), false);
+        settings.SaveFlag(Keys::Band(WindowBand::Opcodes), false);
         Open();
         window->activateWindow();
     }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "run/ui/frmpresets.h"
 #include "run/ui/presetbar.h"
+#include "shell/bands.h"
 #include "shell/layoutkeys.h"
 #include "shell/toolkeys.h"
 #include "shell/ui/bandbar.h"
@@ -432,15 +433,15 @@ void PresetBarTest::BandFitsTheButtons()
     PresetWindow editor;
     for (int i = 0; i < 8; ++i)
         editor.Add(u"P%1"_s.arg(i));
-    editor.settings.SaveNumber(Keys::BandWidth(4), 40);
+    editor.settings.SaveNumber(Keys::BandWidth(WindowBand::Presets), 40);
     frmEditor &window = editor.Open();
     auto &bands = editor.Find<BandBar>(u"CoolBar1"_s);
-    QCOMPARE(bands.BandWidth(3), bands.NaturalBandWidth(3));
+    QCOMPARE(bands.BandWidth(WindowBand::Presets), bands.NaturalBandWidth(WindowBand::Presets));
     // A hidden band keeps the width that it was given.
     editor.Row(u"mnuShowToolbar_3"_s).trigger();
-    bands.SetBandWidth(3, 55);
+    bands.SetBandWidth(WindowBand::Presets, 55);
     window.Rooms().run.RebuildPresets();
-    QCOMPARE(bands.BandWidth(3), 55);
+    QCOMPARE(bands.BandWidth(WindowBand::Presets), 55);
 }
 
 void PresetBarTest::FlatButtonsReachNewButtons()

@@ -6,6 +6,7 @@
 #include "run/presetkeys.h"
 #include "run/presetstore.h"
 #include "run/ui/runroom.h"
+#include "shell/bands.h"
 #include "shell/command.h"
 #include "shell/documentlifecycle.h"
 #include "shell/documentsteps.h"
@@ -133,7 +134,7 @@ void RoomsTest::ATreeIsEmptiedWithItsBand()
     const std::pair<QString, Command> trees[] = {{u"tvwBrowse"_s, Cmd::mnuBrowse},
                                                  {u"tvwRelated"_s, Cmd::mnuRelated}};
     for (const auto &[name, row] : trees) {
-        const int band = name == u"tvwBrowse"_s ? int(PanelBand::Browse) : int(PanelBand::Related);
+        const PanelBand band = name == u"tvwBrowse"_s ? PanelBand::Browse : PanelBand::Related;
         auto &tree = on.Find<QTreeWidget>(name);
         QVERIFY(!on.panel.IsBandVisible(band));
         on.commands.Run(row);

@@ -3,6 +3,7 @@
 #include "platform/runtimeerror.h"
 #include "platform/textfile.h"
 #include "platform/ui/endrequest.h"
+#include "shell/bands.h"
 #include "shell/documentkeys.h"
 #include "shell/editorkeys.h"
 #include "shell/findkeys.h"
@@ -273,10 +274,10 @@ void StartStopTest::AMistypedLayoutKeyKeepsNoOtherBack()
     const auto &panel = editor.Find<SidePanel>(u"cc3Panel"_s);
     const bool found[] = {
         !editor.Find<QToolBar>(u"Toolbar1"_s).findChild<QToolButton *>()->autoRaise(),
-        bar.BandWidth(0) == 333,
-        !bar.StartsRow(1),
+        bar.BandWidth(WindowBand::Toolbar) == 333,
+        !bar.StartsRow(WindowBand::Opcodes),
         static_cast<Workspace *>(editor.window->centralWidget())->PanelWidth() == 234,
-        panel.BandHeight(0) == 77,
+        panel.BandHeight(PanelBand::Browse) == 77,
         editor.Find<QTreeWidget>(u"tvwBrowse"_s).hasMouseTracking(),
         editor.Row(u"mnuRelated"_s).isChecked(),
         editor.Row(u"mnuBrowse"_s).isChecked(),

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What of the window's layout is kept, and how it comes back.
 
+#include "shell/bands.h"
 #include "shell/documentkeys.h"
 #include "shell/editorkeys.h"
 #include "shell/layoutkeys.h"
@@ -42,12 +43,12 @@ void WindowLayoutTest::LayoutComesBack()
     auto *bar = &editor.Find<BandBar>(u"CoolBar1"_s);
     auto *panel = &editor.Find<SidePanel>(u"cc3Panel"_s);
     QVERIFY(bar->AreCaptionsShown());
-    bar->SetStartsRow(2, false);
-    bar->SetBandWidth(1, 287);
-    panel->SetBandHeight(0, 140);
-    const QPoint header = panel->HeaderOf(1).center();
+    bar->SetStartsRow(WindowBand::Player, false);
+    bar->SetBandWidth(WindowBand::Opcodes, 287);
+    panel->SetBandHeight(PanelBand::Browse, 140);
+    const QPoint header = panel->HeaderOf(PanelBand::Related).center();
     Drag(*panel, header, header + QPoint(0, 11));
-    const int bandHeight = panel->BandHeight(0);
+    const int bandHeight = panel->BandHeight(PanelBand::Browse);
     auto *splitter = &editor.Find<Splitter>(u"Splitter"_s);
     Drag(*splitter, QPoint(1, 5), QPoint(35, 5));
     const int panelWidth = panel->width();
@@ -64,10 +65,10 @@ void WindowLayoutTest::LayoutComesBack()
     bar = &editor.Find<BandBar>(u"CoolBar1"_s);
     panel = &editor.Find<SidePanel>(u"cc3Panel"_s);
     QCOMPARE(editor.window->geometry(), place);
-    QCOMPARE(bar->IsBandVisible(1), false);
-    QCOMPARE(bar->BandWidth(1), 287);
-    QCOMPARE(bar->StartsRow(1), true);
-    QCOMPARE(bar->StartsRow(2), false);
+    QCOMPARE(bar->IsBandVisible(WindowBand::Opcodes), false);
+    QCOMPARE(bar->BandWidth(WindowBand::Opcodes), 287);
+    QCOMPARE(bar->StartsRow(WindowBand::Opcodes), true);
+    QCOMPARE(bar->StartsRow(WindowBand::Player), false);
     QCOMPARE(panel->width(), panelWidth);
     for (const QString &row : {u"mnuLabels_0"_s, u"mnuLabels_1"_s, u"mnuLabels_2"_s, u"mnuWordWrap"_s,
                                u"mnuBrowse"_s, u"mnuLoop"_s, u"mnuShowToolbar_0"_s})
@@ -79,7 +80,7 @@ void WindowLayoutTest::LayoutComesBack()
     QCOMPARE(editor.Text().CurrentFont(), font);
     QVERIFY(editor.Text().WordWrap());
     editor.Row(u"mnuRelated"_s).trigger();
-    QCOMPARE(panel->BandHeight(0), bandHeight);
+    QCOMPARE(panel->BandHeight(PanelBand::Browse), bandHeight);
 }
 
 void WindowLayoutTest::LayoutIsWrittenInOrder()

@@ -7,6 +7,7 @@
 #include "language/ui/relatedpanel.h"
 #include "platform/programfolder.h"
 #include "platform/ui/textcontrol.h"
+#include "shell/bands.h"
 #include "shell/command.h"
 #include "shell/documentview.h"
 #include "shell/editorcontext.h"

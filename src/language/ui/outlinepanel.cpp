@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "language/ui/outlinepanel.h"
 
+#include "shell/bands.h"
 #include "shell/command.h"
 #include "shell/ui/commands.h"
 #include "shell/ui/menuname.h"

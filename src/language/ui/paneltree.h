@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "shell/bands.h"
 #include "shell/command.h"
 #include "shell/ui/sidepanel.h"
 #include "shell/ui/windowcontext.h"

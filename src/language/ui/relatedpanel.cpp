@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "language/ui/relatedpanel.h"
 
+#include "shell/bands.h"
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace zelvane

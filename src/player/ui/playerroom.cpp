@@ -3,6 +3,7 @@
 
 #include "player/playerkeys.h"
 #include "player/ui/playerpanel.h"
+#include "shell/bands.h"
 #include "shell/command.h"
 #include "shell/ui/bandbar.h"
 #include "shell/ui/commands.h"

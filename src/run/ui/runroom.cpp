@@ -6,6 +6,7 @@
 #include "run/ui/frmpresets.h"
 #include "run/ui/presetbar.h"
 #include "run/ui/presetdigits.h"
+#include "shell/bands.h"
 #include "shell/command.h"
 #include "shell/editorcontext.h"
 #include "shell/layoutkeys.h"

@@ -5,6 +5,8 @@
 #include <QEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QString>
+#include <QStringView>
 #include <QStyle>
 
 namespace zelvane
@@ -17,9 +19,6 @@ constexpr int RowGap = 1;     ///< the line between two rows
 constexpr int BandMargin = 2; ///< above and below a control
 constexpr int CaptionGap = 5; ///< on both sides of a caption
 
-/// The names of the bands, which are their captions, in the order of WindowBand.
-constexpr const char16_t *BandKeys[] = {u"toolbar", u"opcodes", u"player", u"presets"};
-
 } // namespace
 
 BandBar::BandBar(QWidget *parent) : QWidget(parent)
@@ -28,56 +27,56 @@ BandBar::BandBar(QWidget *parent) : QWidget(parent)
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
     setMouseTracking(true);
-    for (const char16_t *key : BandKeys)
-        m_bands.emplace_back().key = QString::fromUtf16(key);
+    for (const BandEntry<WindowBand> &entry : WindowBandTable)
+        m_bands.emplace_back().caption = QStringView(entry.caption).toString();
 }
 
 void BandBar::AddBand(WindowBand band, QWidget *control)
 {
     control->setParent(this);
     control->show();
-    m_bands[size_t(band)].control = control;
+    At(band).control = control;
     Changed();
 }
 
-int BandBar::BandWidth(int band) const
+int BandBar::BandWidth(WindowBand band) const
 {
-    const int width = m_bands[size_t(band)].width;
+    const int width = At(band).width;
     return width < 0 ? NaturalBandWidth(band) : width;
 }
 
-void BandBar::SetBandWidth(int band, int width)
+void BandBar::SetBandWidth(WindowBand band, int width)
 {
-    m_bands[size_t(band)].width = width;
+    At(band).width = width;
     Changed();
 }
 
-int BandBar::NaturalBandWidth(int band) const
+int BandBar::NaturalBandWidth(WindowBand band) const
 {
-    const Band &one = m_bands[size_t(band)];
+    const Band &one = At(band);
     return one.control ? HeaderWidth(one) + one.control->sizeHint().width() + BandMargin : 0;
 }
 
 void BandBar::FitBand(WindowBand band)
 {
     if (IsBandVisible(band))
-        SetBandWidth(int(band), NaturalBandWidth(int(band)));
+        SetBandWidth(band, NaturalBandWidth(band));
 }
 
-void BandBar::SetStartsRow(int band, bool startsRow)
+void BandBar::SetStartsRow(WindowBand band, bool startsRow)
 {
-    m_bands[size_t(band)].startsRow = startsRow;
+    At(band).startsRow = startsRow;
     Changed();
 }
 
-void BandBar::SetBandVisible(int band, bool visible)
+void BandBar::SetBandVisible(WindowBand band, bool visible)
 {
-    Band &one = m_bands[size_t(band)];
+    Band &one = At(band);
     one.visible = visible;
     if (one.control)
         one.control->setVisible(visible);
     Changed();
-    Q_EMIT BandShown(WindowBand(band), visible);
+    Q_EMIT BandShown(band, visible);
 }
 
 bool BandBar::IsAnyBandVisible() const
@@ -91,17 +90,17 @@ void BandBar::ShowCaptions(bool shown)
     Changed();
 }
 
-QString BandBar::BandCaption(int band) const
+QString BandBar::BandCaption(WindowBand band) const
 {
-    return m_captions ? m_bands[size_t(band)].key : QString();
+    return m_captions ? At(band).caption : QString();
 }
 
-QRect BandBar::GripOf(int band) const
+QRect BandBar::GripOf(WindowBand band) const
 {
     const QRect place = PlaceOf(band);
     if (place.isEmpty())
         return {};
-    return QRect(place.topLeft(), QSize(HeaderWidth(m_bands[size_t(band)]), place.height()));
+    return QRect(place.topLeft(), QSize(HeaderWidth(At(band)), place.height()));
 }
 
 int BandBar::GripWidth() const
@@ -113,7 +112,7 @@ int BandBar::HeaderWidth(const Band &band) const
 {
     if (!m_captions)
         return GripWidth();
-    return GripWidth() + fontMetrics().horizontalAdvance(band.key) + 2 * CaptionGap;
+    return GripWidth() + fontMetrics().horizontalAdvance(band.caption) + 2 * CaptionGap;
 }
 
 int BandBar::MinimumBandWidth(const Band &band) const
@@ -125,8 +124,8 @@ std::vector<BandBar::Row> BandBar::Rows(int width) const
 {
     std::vector<Row> rows;
     int least = 0;
-    for (int i = 0; i < BandCount(); ++i) {
-        const Band &band = m_bands[size_t(i)];
+    for (const WindowBand one : AllBands<WindowBand>()) {
+        const Band &band = At(one);
         if (!band.IsShown())
             continue;
         const int minimum = MinimumBandWidth(band);
@@ -135,7 +134,7 @@ std::vector<BandBar::Row> BandBar::Rows(int width) const
             least = 0;
         }
         least += minimum;
-        rows.back().bands.push_back(i);
+        rows.back().bands.push_back(one);
         rows.back().height = std::max(rows.back().height, band.control->sizeHint().height() + 2 * BandMargin);
     }
     return rows;
@@ -149,14 +148,14 @@ void BandBar::Arrange()
     for (const Row &row : Rows(width())) {
         int left = 0;
         int reserved = 0;
-        for (const int i : row.bands)
-            reserved += MinimumBandWidth(m_bands[size_t(i)]);
-        for (const int i : row.bands) {
-            Band &band = m_bands[size_t(i)];
+        for (const WindowBand one : row.bands)
+            reserved += MinimumBandWidth(At(one));
+        for (const WindowBand one : row.bands) {
+            Band &band = At(one);
             const int minimum = MinimumBandWidth(band);
             reserved -= minimum;
             const int most = std::max(minimum, width() - left - reserved);
-            const int extent = i == row.bands.back() ? most : std::clamp(BandWidth(i), minimum, most);
+            const int extent = one == row.bands.back() ? most : std::clamp(BandWidth(one), minimum, most);
             band.place = QRect(left, top, extent, row.height);
             const int header = HeaderWidth(band);
             QRect inner(left + header, top + BandMargin, extent - header - BandMargin,
@@ -231,8 +230,8 @@ void BandBar::paintEvent(QPaintEvent *)
     line.setAlphaF(0.14F);
     QColor dots = line;
     dots.setAlphaF(0.4F);
-    for (int i = 0; i < BandCount(); ++i) {
-        const Band &band = m_bands[size_t(i)];
+    for (const WindowBand one : AllBands<WindowBand>()) {
+        const Band &band = At(one);
         if (band.place.isEmpty())
             continue;
         painter.fillRect(QRect(0, band.place.bottom() + 1, width(), RowGap), line);
@@ -244,21 +243,33 @@ void BandBar::paintEvent(QPaintEvent *)
         for (int dot = -2; dot <= 2; ++dot)
             painter.fillRect(QRect(band.place.left() + GripWidth() / 2 - 1, middle + dot * 4 - 1, 2, 2),
                              dots);
-        if (const QString caption = BandCaption(i); !caption.isEmpty()) {
-            const QRect text = GripOf(i).adjusted(GripWidth(), 0, 0, 0);
+        if (const QString caption = BandCaption(one); !caption.isEmpty()) {
+            const QRect text = GripOf(one).adjusted(GripWidth(), 0, 0, 0);
             painter.setPen(palette().color(QPalette::WindowText));
             painter.drawText(text, Qt::AlignCenter, caption);
         }
     }
 }
 
-int BandBar::GripAt(const QPoint &point) const
+std::optional<WindowBand> BandBar::GripAt(const QPoint &point) const
 {
-    for (int i = 0; i < BandCount(); ++i) {
-        if (GripOf(i).contains(point))
-            return i;
+    for (const WindowBand band : AllBands<WindowBand>()) {
+        if (GripOf(band).contains(point))
+            return band;
     }
-    return -1;
+    return {};
+}
+
+std::optional<WindowBand> BandBar::VisibleBefore(WindowBand band) const
+{
+    std::optional<WindowBand> before;
+    for (const WindowBand one : AllBands<WindowBand>()) {
+        if (one == band)
+            break;
+        if (IsBandVisible(one))
+            before = one;
+    }
+    return before;
 }
 
 void BandBar::mousePressEvent(QMouseEvent *event)
@@ -266,49 +277,46 @@ void BandBar::mousePressEvent(QMouseEvent *event)
     if (event->button() != Qt::LeftButton)
         return QWidget::mousePressEvent(event);
     m_dragged = GripAt(event->position().toPoint());
-    if (m_dragged >= 0)
-        m_dragOffset = event->position().toPoint().x() - PlaceOf(m_dragged).left();
+    if (m_dragged)
+        m_dragOffset = event->position().toPoint().x() - PlaceOf(*m_dragged).left();
 }
 
 void BandBar::mouseMoveEvent(QMouseEvent *event)
 {
     const QPoint point = event->position().toPoint();
-    if (m_dragged < 0 || !(event->buttons() & Qt::LeftButton)) {
-        setCursor(GripAt(point) >= 0 ? Qt::SizeAllCursor : Qt::ArrowCursor);
+    if (!m_dragged || !(event->buttons() & Qt::LeftButton)) {
+        setCursor(GripAt(point) ? Qt::SizeAllCursor : Qt::ArrowCursor);
         return;
     }
-    const QRect place = PlaceOf(m_dragged);
-    int previous = m_dragged - 1;
-    while (previous >= 0 && !IsBandVisible(previous))
-        --previous;
-    if (previous < 0)
+    const QRect place = PlaceOf(*m_dragged);
+    const std::optional<WindowBand> previous = VisibleBefore(*m_dragged);
+    if (!previous)
         return;
     const bool firstOfRow = place.left() == 0;
     const int wanted = point.x() - m_dragOffset;
     if (firstOfRow && point.y() < place.top()) {
-        const int left = PlaceOf(previous).left();
-        m_bands[size_t(m_dragged)].startsRow = false;
-        m_bands[size_t(previous)].width = std::max(0, wanted - left);
+        const int left = PlaceOf(*previous).left();
+        At(*m_dragged).startsRow = false;
+        At(*previous).width = std::max(0, wanted - left);
         Changed();
     } else if (!firstOfRow && point.y() > place.bottom()) {
-        SetStartsRow(m_dragged, true);
+        SetStartsRow(*m_dragged, true);
     } else if (!firstOfRow) {
-        const int least = MinimumBandWidth(m_bands[size_t(previous)]);
-        SetBandWidth(previous, std::max(least, wanted - PlaceOf(previous).left()));
+        const int least = MinimumBandWidth(At(*previous));
+        SetBandWidth(*previous, std::max(least, wanted - PlaceOf(*previous).left()));
     }
 }
 
 void BandBar::mouseReleaseEvent(QMouseEvent *event)
 {
     if (event->button() == Qt::LeftButton)
-        m_dragged = -1;
+        m_dragged.reset();
 }
 
 void BandBar::mouseDoubleClickEvent(QMouseEvent *event)
 {
-    const int band = GripAt(event->position().toPoint());
-    if (band >= 0)
-        SetBandWidth(band, NaturalBandWidth(band));
+    if (const std::optional<WindowBand> band = GripAt(event->position().toPoint()))
+        SetBandWidth(*band, NaturalBandWidth(*band));
 }
 
 } // namespace zelvane

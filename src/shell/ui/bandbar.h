@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "shell/command.h"
+#include "shell/bands.h"
 
+#include <optional>
 #include <QString>
 #include <QWidget>
 #include <vector>
@@ -12,8 +13,8 @@ namespace zelvane
 
 /// A bar of bands, each a grip, an optional caption and a control. Bands stand in rows; the last band of a
 /// row takes what is left of its width. Grips are dragged sideways to share out a row, up and down to join
-/// bands or part them. The order of the bands is fixed, so that their widths and row breaks say all. Bands
-/// count from 0, in the order of WindowBand; a band without a control yet takes no place. Pixels.
+/// bands or part them. The order of the bands is fixed, so that their widths and row breaks say all. A band
+/// without a control yet takes no place. Pixels.
 class BandBar : public QWidget
 {
     Q_OBJECT
@@ -24,33 +25,30 @@ public:
     /// Puts the control of a band into its place.
     void AddBand(WindowBand band, QWidget *control);
     /// The control of a band; null before its room has come.
-    QWidget *Control(int band) const { return m_bands[size_t(band)].control; }
-    int BandCount() const { return int(m_bands.size()); }
+    QWidget *Control(WindowBand band) const { return At(band).control; }
 
     /// The width that the user or the program gave the band, the control's own width before that. A band at
     /// the end of its row is drawn wider.
-    int BandWidth(int band) const;
-    void SetBandWidth(int band, int width);
+    int BandWidth(WindowBand band) const;
+    void SetBandWidth(WindowBand band, int width);
     /// The width that shows the whole control.
-    int NaturalBandWidth(int band) const;
+    int NaturalBandWidth(WindowBand band) const;
     /// Gives a visible band that width.
     void FitBand(WindowBand band);
-    bool StartsRow(int band) const { return m_bands[size_t(band)].startsRow; }
-    void SetStartsRow(int band, bool startsRow);
-    bool IsBandVisible(int band) const { return m_bands[size_t(band)].IsShown(); }
-    bool IsBandVisible(WindowBand band) const { return IsBandVisible(int(band)); }
-    void SetBandVisible(int band, bool visible);
-    void SetBandVisible(WindowBand band, bool visible) { SetBandVisible(int(band), visible); }
+    bool StartsRow(WindowBand band) const { return At(band).startsRow; }
+    void SetStartsRow(WindowBand band, bool startsRow);
+    bool IsBandVisible(WindowBand band) const { return At(band).IsShown(); }
+    void SetBandVisible(WindowBand band, bool visible);
     bool IsAnyBandVisible() const;
     bool AreCaptionsShown() const { return m_captions; }
     void ShowCaptions(bool shown);
-    /// What stands beside the band's grip: its key, or nothing while captions are not shown.
-    QString BandCaption(int band) const;
+    /// What stands beside the band's grip: its name, or nothing while captions are not shown.
+    QString BandCaption(WindowBand band) const;
 
     /// Where the band's grip is, empty for a hidden band.
-    QRect GripOf(int band) const;
+    QRect GripOf(WindowBand band) const;
     /// The band's whole place, empty for a hidden band.
-    QRect PlaceOf(int band) const { return m_bands[size_t(band)].place; }
+    QRect PlaceOf(WindowBand band) const { return At(band).place; }
 
     bool hasHeightForWidth() const override { return true; }
     int heightForWidth(int width) const override;
@@ -74,7 +72,7 @@ protected:
 
 private:
     struct Band {
-        QString key;
+        QString caption;
         QWidget *control = nullptr;
         int width = -1; ///< below 0: the control's own
         bool startsRow = true;
@@ -84,10 +82,14 @@ private:
         bool IsShown() const { return visible && control; }
     };
     struct Row {
-        std::vector<int> bands;
+        std::vector<WindowBand> bands;
         int height = 0;
     };
 
+    Band &At(WindowBand band) { return m_bands[BandPlace(band)]; }
+    const Band &At(WindowBand band) const { return m_bands[BandPlace(band)]; }
+    /// The next visible band before this one.
+    std::optional<WindowBand> VisibleBefore(WindowBand band) const;
     int GripWidth() const;
     int HeaderWidth(const Band &band) const;
     int MinimumBandWidth(const Band &band) const;
@@ -95,12 +97,12 @@ private:
     /// Gives every band its place for the present width.
     void Arrange();
     void Changed();
-    int GripAt(const QPoint &point) const;
+    std::optional<WindowBand> GripAt(const QPoint &point) const;
 
     std::vector<Band> m_bands;
     bool m_captions = false;
     int m_height = -1;
-    int m_dragged = -1;
+    std::optional<WindowBand> m_dragged;
     int m_dragOffset = 0;
 };
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ui/menutable.h"
 
+#include "shell/bands.h"
 #include "shell/exporttext.h"
 #include "shell/textops.h"
 #include "shell/ui/commands.h"

@@ -5,6 +5,7 @@
 #include <QEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QStringView>
 #include <QStyle>
 #include <QStyleOption>
 
@@ -16,47 +17,44 @@ namespace
 
 constexpr int LeastControlHeight = 24;
 
-/// The captions of the bands, in the order of PanelBand.
-constexpr const char16_t *Captions[] = {u"Code Outline", u"Related Files"};
-
 } // namespace
 
 SidePanel::SidePanel(QWidget *parent) : QWidget(parent)
 {
     setMouseTracking(true);
-    for (const char16_t *caption : Captions)
-        m_bands.emplace_back().caption = QString::fromUtf16(caption);
+    for (const BandEntry<PanelBand> &entry : PanelBandTable)
+        m_bands.emplace_back().caption = QStringView(entry.caption).toString();
 }
 
 void SidePanel::AddBand(PanelBand band, QWidget *control)
 {
     control->setParent(this);
     control->hide();
-    m_bands[size_t(band)].control = control;
+    At(band).control = control;
 }
 
-int SidePanel::BandHeight(int band) const
+int SidePanel::BandHeight(PanelBand band) const
 {
-    const Band &one = m_bands[size_t(band)];
+    const Band &one = At(band);
     if (one.height >= 0)
         return one.height;
     // A band that has the panel to itself leaves the others their share when they come back.
     const bool alone = one.place.height() == height();
-    return one.place.isEmpty() || alone ? height() / BandCount() : one.place.height();
+    return one.place.isEmpty() || alone ? height() / int(m_bands.size()) : one.place.height();
 }
 
-void SidePanel::SetBandHeight(int band, int height)
+void SidePanel::SetBandHeight(PanelBand band, int height)
 {
-    m_bands[size_t(band)].height = height;
+    At(band).height = height;
     Arrange();
 }
 
-void SidePanel::SetBandVisible(int band, bool visible)
+void SidePanel::SetBandVisible(PanelBand band, bool visible)
 {
-    m_bands[size_t(band)].visible = visible;
-    m_bands[size_t(band)].control->setVisible(visible);
+    At(band).visible = visible;
+    At(band).control->setVisible(visible);
     Arrange();
-    Q_EMIT BandShown(PanelBand(band), visible);
+    Q_EMIT BandShown(band, visible);
 }
 
 bool SidePanel::IsAnyBandVisible() const
@@ -70,9 +68,9 @@ void SidePanel::ShowCaptions(bool shown)
     Arrange();
 }
 
-QRect SidePanel::HeaderOf(int band) const
+QRect SidePanel::HeaderOf(PanelBand band) const
 {
-    const QRect place = m_bands[size_t(band)].place;
+    const QRect place = At(band).place;
     return place.isEmpty() ? QRect()
                            : QRect(place.topLeft(), QSize(place.width(), HeaderHeight(place.top())));
 }
@@ -91,15 +89,15 @@ int SidePanel::HeaderHeight(int top) const
 
 void SidePanel::Arrange()
 {
-    std::vector<int> shown;
-    for (int i = 0; i < BandCount(); ++i) {
-        m_bands[size_t(i)].place = {};
-        if (m_bands[size_t(i)].visible)
-            shown.push_back(i);
+    std::vector<Band *> shown;
+    for (Band &band : m_bands) {
+        band.place = {};
+        if (band.visible)
+            shown.push_back(&band);
     }
     int top = 0;
     for (size_t k = 0; k < shown.size(); ++k) {
-        Band &band = m_bands[size_t(shown[k])];
+        Band &band = *shown[k];
         const int behind = int(shown.size() - k) - 1;
         const int header = HeaderHeight(top);
         const int least = header + LeastControlHeight;
@@ -131,8 +129,8 @@ void SidePanel::resizeEvent(QResizeEvent *event)
 void SidePanel::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    for (int i = 0; i < BandCount(); ++i) {
-        const QRect header = HeaderOf(i);
+    for (const PanelBand band : AllBands<PanelBand>()) {
+        const QRect header = HeaderOf(band);
         if (header.isEmpty())
             continue;
         if (m_captions) {
@@ -141,7 +139,7 @@ void SidePanel::paintEvent(QPaintEvent *)
             bold.setBold(true);
             painter.setFont(bold);
             painter.drawText(header.adjusted(6, 0, -4, 0), Qt::AlignVCenter | Qt::AlignLeft,
-                             m_bands[size_t(i)].caption);
+                             At(band).caption);
         } else if (header.top() > 0) {
             QColor dots = palette().color(QPalette::WindowText);
             dots.setAlphaF(0.35F);
@@ -151,14 +149,14 @@ void SidePanel::paintEvent(QPaintEvent *)
     }
 }
 
-int SidePanel::DraggableAt(const QPoint &point) const
+std::optional<PanelBand> SidePanel::DraggableAt(const QPoint &point) const
 {
-    for (int i = 0; i < BandCount(); ++i) {
-        const QRect header = HeaderOf(i);
+    for (const PanelBand band : AllBands<PanelBand>()) {
+        const QRect header = HeaderOf(band);
         if (header.top() > 0 && header.contains(point))
-            return i;
+            return band;
     }
-    return -1;
+    return {};
 }
 
 void SidePanel::mousePressEvent(QMouseEvent *event)
@@ -166,28 +164,32 @@ void SidePanel::mousePressEvent(QMouseEvent *event)
     if (event->button() != Qt::LeftButton)
         return QWidget::mousePressEvent(event);
     m_dragged = DraggableAt(event->position().toPoint());
-    if (m_dragged >= 0)
-        m_dragOffset = event->position().toPoint().y() - HeaderOf(m_dragged).top();
+    if (m_dragged)
+        m_dragOffset = event->position().toPoint().y() - HeaderOf(*m_dragged).top();
 }
 
 void SidePanel::mouseMoveEvent(QMouseEvent *event)
 {
     const QPoint point = event->position().toPoint();
-    if (m_dragged < 0 || !(event->buttons() & Qt::LeftButton)) {
-        setCursor(DraggableAt(point) >= 0 ? Qt::SizeVerCursor : Qt::ArrowCursor);
+    if (!m_dragged || !(event->buttons() & Qt::LeftButton)) {
+        setCursor(DraggableAt(point) ? Qt::SizeVerCursor : Qt::ArrowCursor);
         return;
     }
-    int above = m_dragged - 1;
-    while (above >= 0 && !IsBandVisible(above))
-        --above;
-    if (above >= 0)
-        SetBandHeight(above, std::max(0, point.y() - m_dragOffset - m_bands[size_t(above)].place.top()));
+    std::optional<PanelBand> above;
+    for (const PanelBand band : AllBands<PanelBand>()) {
+        if (band == *m_dragged)
+            break;
+        if (IsBandVisible(band))
+            above = band;
+    }
+    if (above)
+        SetBandHeight(*above, std::max(0, point.y() - m_dragOffset - PlaceOf(*above).top()));
 }
 
 void SidePanel::mouseReleaseEvent(QMouseEvent *event)
 {
     if (event->button() == Qt::LeftButton)
-        m_dragged = -1;
+        m_dragged.reset();
 }
 
 } // namespace zelvane

@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "shell/bands.h"
+
+#include <optional>
+#include <QRect>
 #include <QString>
 #include <QWidget>
 #include <vector>
@@ -8,12 +12,9 @@
 namespace zelvane
 {
 
-/// The bands of the side panel, from above.
-enum class PanelBand { Browse, Related };
-
 /// The panel left of the text: bands one above the other, each a header and a control. The header of a band
-/// below another is dragged to share out the height; the last visible band takes what is left. Bands count
-/// from 0, in the order of PanelBand; pixels.
+/// below another is dragged to share out the height; the last visible band takes what is left.
+/// Pixels.
 class SidePanel : public QWidget
 {
     Q_OBJECT
@@ -24,24 +25,22 @@ public:
     /// Puts the control of a band into its place. Bands are hidden until they are shown.
     void AddBand(PanelBand band, QWidget *control);
     /// The control of a band; null before its room has come.
-    QWidget *Control(int band) const { return m_bands[size_t(band)].control; }
-    int BandCount() const { return int(m_bands.size()); }
+    QWidget *Control(PanelBand band) const { return At(band).control; }
 
     /// The height that the user or the program gave the band, the one it has before that. The last band is
     /// drawn as high as the panel lets it.
-    int BandHeight(int band) const;
-    void SetBandHeight(int band, int height);
-    bool IsBandVisible(int band) const { return m_bands[size_t(band)].visible; }
-    void SetBandVisible(int band, bool visible);
-    void SetBandVisible(PanelBand band, bool visible) { SetBandVisible(int(band), visible); }
+    int BandHeight(PanelBand band) const;
+    void SetBandHeight(PanelBand band, int height);
+    bool IsBandVisible(PanelBand band) const { return At(band).visible; }
+    void SetBandVisible(PanelBand band, bool visible);
     bool IsAnyBandVisible() const;
     bool AreCaptionsShown() const { return m_captions; }
     void ShowCaptions(bool shown);
     /// The band's whole place, empty for a hidden band.
-    QRect PlaceOf(int band) const { return m_bands[size_t(band)].place; }
+    QRect PlaceOf(PanelBand band) const { return At(band).place; }
     /// The band's header: its caption, or a grip. Empty for a hidden band, and for the first one without
     /// captions.
-    QRect HeaderOf(int band) const;
+    QRect HeaderOf(PanelBand band) const;
 
     QSize sizeHint() const override;
 
@@ -66,15 +65,17 @@ private:
         QRect place;
     };
 
+    Band &At(PanelBand band) { return m_bands[BandPlace(band)]; }
+    const Band &At(PanelBand band) const { return m_bands[BandPlace(band)]; }
     /// Of a band that begins at `top`.
     int HeaderHeight(int top) const;
     void Arrange();
-    /// The band whose header is at the point and can be dragged, -1 for none.
-    int DraggableAt(const QPoint &point) const;
+    /// The band whose header is at the point and can be dragged.
+    std::optional<PanelBand> DraggableAt(const QPoint &point) const;
 
     std::vector<Band> m_bands;
     bool m_captions = false;
-    int m_dragged = -1;
+    std::optional<PanelBand> m_dragged;
     int m_dragOffset = 0;
 };
 

@@ -4,6 +4,7 @@
 #include "platform/ui/canceldialogs.h"
 #include "platform/ui/raisewindow.h"
 #include "platform/ui/textcontrol.h"
+#include "shell/bands.h"
 #include "shell/editorkeys.h"
 #include "shell/errorreport.h"
 #include "shell/layoutkeys.h"

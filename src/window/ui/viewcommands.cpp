@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "window/ui/viewcommands.h"
 
+#include "shell/bands.h"
 #include "shell/command.h"
 #include "shell/layoutkeys.h"
 #include "shell/ui/bandbar.h"
@@ -46,8 +47,7 @@ void BindViewCommands(const WindowContext &context, Workspace &workspace, QToolB
     context.layout.KeepRow(LayoutPart::Labels, Keys::Labels, Cmd::mnuLabels[LabelPlace::Toolbar]);
     context.layout.KeepRow(LayoutPart::PanelLabels, Keys::PanelLabels, Cmd::mnuLabels[LabelPlace::Panel]);
 
-    for (const WindowBand band :
-         {WindowBand::Toolbar, WindowBand::Opcodes, WindowBand::Player, WindowBand::Presets})
+    for (const WindowBand band : AllBands<WindowBand>())
         commands.SetChecked(Cmd::mnuShowToolbar[band], true);
     commands.SetChecked(Cmd::mnuShowStatusbar, true);
 }

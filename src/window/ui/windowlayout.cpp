@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "window/ui/windowlayout.h"
 
+#include "shell/bands.h"
+#include "shell/command.h"
 #include "shell/layoutkeys.h"
 #include "shell/ui/appearance.h"
 #include "shell/ui/bandbar.h"
@@ -75,19 +77,19 @@ void WindowLayout::RestoreBands()
     SidePanel &panel = m_workspace.Panel();
 
     m_appearance.Apply({Look::FlatButtons});
-    for (int band = 0; band < bands.BandCount(); ++band) {
-        const double width = m_settings.Number(Keys::BandWidth(band + 1), bands.BandWidth(band));
+    for (const WindowBand band : AllBands<WindowBand>()) {
+        const double width = m_settings.Number(Keys::BandWidth(band), bands.BandWidth(band));
         if (width != bands.BandWidth(band))
             bands.SetBandWidth(band, int(std::clamp(width, 0.0, MostTwips)));
     }
-    for (int band = 0; band < bands.BandCount(); ++band)
-        bands.SetStartsRow(band, m_settings.Flag(Keys::BandRow(band + 1)));
+    for (const WindowBand band : AllBands<WindowBand>())
+        bands.SetStartsRow(band, m_settings.Flag(Keys::BandRow(band)));
     m_workspace.LayOut();
     bands.repaint();
     m_workspace.SetPanelWidth(
         int(std::clamp(m_settings.Number(Keys::PanelWidth, m_workspace.PanelWidth()), 0.0, MostTwips)));
-    for (int band = 0; band < panel.BandCount(); ++band) {
-        const double height = m_settings.Number(Keys::PanelBandHeight(band + 1), -1);
+    for (const PanelBand band : AllBands<PanelBand>()) {
+        const double height = m_settings.Number(Keys::PanelBandHeight(band), -1);
         panel.SetBandHeight(band, int(std::clamp(height, -1.0, MostTwips)));
     }
 
@@ -95,9 +97,9 @@ void WindowLayout::RestoreBands()
     for (const LayoutPart part : PartsOfThePanels)
         m_parts.Restore(part);
     m_appearance.Apply({Look::BandLabels});
-    for (int band = 0; band < bands.BandCount(); ++band) {
-        if (!m_settings.Flag(Keys::Band(band + 1)))
-            m_commands.Run(Cmd::mnuShowToolbar[WindowBand(band)]);
+    for (const WindowBand band : AllBands<WindowBand>()) {
+        if (!m_settings.Flag(Keys::Band(band)))
+            m_commands.Run(Cmd::mnuShowToolbar[band]);
     }
     if (!m_settings.Flag(Keys::StatusBar))
         m_commands.Run(Cmd::mnuShowStatusbar);
@@ -126,13 +128,12 @@ void WindowLayout::SaveBands()
 {
     const BandBar &bands = m_workspace.Bands();
     m_parts.SaveAll();
-    for (int band = 0; band < bands.BandCount(); ++band)
-        m_settings.SaveFlag(Keys::Band(band + 1),
-                            m_commands.IsChecked(Cmd::mnuShowToolbar[WindowBand(band)]));
+    for (const WindowBand band : AllBands<WindowBand>())
+        m_settings.SaveFlag(Keys::Band(band), m_commands.IsChecked(Cmd::mnuShowToolbar[band]));
     m_settings.SaveFlag(Keys::StatusBar, m_commands.IsChecked(Cmd::mnuShowStatusbar));
-    for (int band = 0; band < bands.BandCount(); ++band) {
-        m_settings.SaveNumber(Keys::BandWidth(band + 1), bands.BandWidth(band));
-        m_settings.SaveFlag(Keys::BandRow(band + 1), bands.StartsRow(band));
+    for (const WindowBand band : AllBands<WindowBand>()) {
+        m_settings.SaveNumber(Keys::BandWidth(band), bands.BandWidth(band));
+        m_settings.SaveFlag(Keys::BandRow(band), bands.StartsRow(band));
     }
 }
 
@@ -140,9 +141,9 @@ void WindowLayout::SavePanel()
 {
     const SidePanel &panel = m_workspace.Panel();
     m_settings.SaveNumber(Keys::PanelWidth, m_workspace.PanelWidth());
-    for (int band = 0; band < panel.BandCount(); ++band) {
-        m_settings.SaveNumber(Keys::PanelBandHeight(band + 1), panel.BandHeight(band));
-        m_settings.SaveFlag(Keys::PanelBandRow(band + 1), true);
+    for (const PanelBand band : AllBands<PanelBand>()) {
+        m_settings.SaveNumber(Keys::PanelBandHeight(band), panel.BandHeight(band));
+        m_settings.SaveFlag(Keys::PanelBandRow(band), true);
     }
 }
 

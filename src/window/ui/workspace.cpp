@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "window/ui/workspace.h"
 
+#include "shell/bands.h"
 #include "shell/ui/bandbar.h"
 #include "shell/ui/sidepanel.h"
 #include "shell/ui/splitter.h"
@@ -83,9 +84,9 @@ void Workspace::OrderTabs()
             before = stop;
         }
     };
-    for (int band = 0; band < CoolBar1->BandCount(); ++band)
+    for (const WindowBand band : AllBands<WindowBand>())
         append(CoolBar1->Control(band));
-    for (int band = 0; band < cc3Panel->BandCount(); ++band)
+    for (const PanelBand band : AllBands<PanelBand>())
         append(cc3Panel->Control(band));
 }
 
