@@ -14,7 +14,6 @@
 #include "shell/layoutkeys.h"
 #include "shell/mailbox.h"
 #include "shell/settings.h"
-#include "shell/splitpath.h"
 #include "shell/ui/formsplash.h"
 #include "shell/ui/legiblestyle.h"
 #include "window/ui/frmeditor.h"
@@ -106,38 +105,19 @@ private:
     bool m_reporting = false;
 };
 
-/// The hand-over: a running editor gets the command line, and this process may end.
-bool HandedOver(const CommandLine &command, SettingsStore &settings, InstanceLink &link,
-                const QByteArray &token)
-{
-    if (!MayHandOver(command, settings) || !link.FindRunning())
-        return false;
-    const bool hasMail = PutMail(command, settings);
-    if (link.Notify(hasMail ? InstanceLink::Call::HandOver : InstanceLink::Call::Raise, token))
-        return true;
-    // It has ended just now: this process opens the file itself, and takes its mail back.
-    if (hasMail)
-        TakeMail(settings);
-    return false;
-}
-
-/// Starts another editor on what still stands in the mailbox.
-void StartWithMail(SettingsStore &settings, Desktop &desktop)
-{
-    const QString mail = TakeMail(settings);
-    if (mail.isEmpty())
-        return;
-    desktop.ShellRun({.verb = u"open"_s,
-                      .file = QCoreApplication::applicationFilePath(),
-                      .parameters = SplitPath(PathPart::Quoted, DropOuterQuotes(mail))});
-}
-
 int RunEditor(Application &application, const CommandLine &command, const QByteArray &token)
 {
     SettingsStore settings;
     InstanceLink link(InstanceLink::RealmOf(ConfigFolder()));
     bool handedOver = false;
-    application.Guard([&] { handedOver = HandedOver(command, settings, link, token); });
+    application.Guard([&] {
+        using Call = InstanceLink::Call;
+        handedOver = Mailbox::Send(
+            command, settings,
+            {.find = [&] { return link.FindRunning(); },
+             .call =
+                 [&](bool hasMail) { return link.Notify(hasMail ? Call::HandOver : Call::Raise, token); }});
+    });
     if (handedOver)
         return 0;
     // From here on others find this editor. What they hand over waits until it has a document of its own.
@@ -181,19 +161,20 @@ int RunEditor(Application &application, const CommandLine &command, const QByteA
         splash.reset();
         link.SetHandler([&](InstanceLink::Call call) {
             if (call == InstanceLink::Call::HandOver)
-                editor->HandOver();
+                editor->Mail().Wake();
             else
                 editor->RaiseMainWindow();
         });
     };
-    bool mailLeft = false;
-    QObject::connect(editor.get(), &frmEditor::Ending, editor.get(), [&] { mailLeft = link.Close(); });
+    QObject::connect(editor.get(), &frmEditor::Ending, editor.get(), [&] {
+        if (link.Close())
+            editor->Mail().Wake(); // too late to be opened here
+    });
     application.Guard([&] { editor->Init(ready); });
     ready(); // also when Init has ended in a report
     const int code = QApplication::exec();
     // What was handed over while the last question stood is for another editor.
-    if (mailLeft || editor->HasMail())
-        application.Guard([&] { StartWithMail(settings, application.TheDesktop()); });
+    application.Guard([&] { editor->Mail().PassOn(); });
     return code;
 }
 

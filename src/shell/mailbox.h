@@ -2,7 +2,10 @@
 #pragma once
 
 #include <functional>
+#include <QObject>
 #include <QString>
+
+class QEvent;
 
 namespace zelvane
 {
@@ -11,47 +14,64 @@ class CommandLine;
 class SettingsStore;
 struct EditorContext;
 
-// The hand-over from a second process to a running editor. The mailbox is one key of the settings, so of
-// several files handed over before it is read the last one opens.
-
-/// Whether this start may end in a running editor: several are not allowed and no new one is asked for. The
-/// caller knows whether one is running.
-bool MayHandOver(const CommandLine &command, const SettingsStore &settings);
-
-/// The sender's half: puts a command line that is not empty into the mailbox. The file is not checked here.
-/// @return whether the running editor has to be woken, not only raised
-/// @throws RunTimeError when the store cannot be written
-bool PutMail(const CommandLine &command, SettingsStore &settings);
-
-/// Empties the mailbox. @return what stood in it
-/// @throws RunTimeError when the store cannot be written
-QString TakeMail(SettingsStore &settings);
-
-/// The receiver's half.
-class Mailbox
+/// The hand-over from a second process to a running editor. The mailbox is one key of the settings, so of
+/// several files handed over before it is read the last one opens.
+class Mailbox : public QObject
 {
 public:
+    /// The sender's way to a running editor.
+    struct RunningEditor {
+        std::function<bool()> find; ///< @return whether one is running
+        /// Calls the editor that was found: to open its mail, or else only to come to the front. @return
+        /// whether it has got the call
+        std::function<bool(bool hasMail)> call;
+    };
+
+    /// The sender's half: a start that may end in a running editor gives it the command line, unless that is
+    /// empty. The file is not checked here. An editor that cannot be called has ended just now: its mail is
+    /// taken back. @return whether this process may end
+    /// @throws RunTimeError when the store cannot be written
+    static bool Send(const CommandLine &command, SettingsStore &settings, const RunningEditor &editor);
+
+    /// Empties the mailbox. @return what stood in it
+    /// @throws RunTimeError when the store cannot be written
+    static QString Take(SettingsStore &settings);
+
+    /// The receiver's half.
     /// @param mayOpen asked at each wake-up: mail waits as long as it says no
     Mailbox(EditorContext &editor, std::function<bool()> mayOpen);
 
     /// An event entry point. Where mail may be opened it reads the key, opens what it names, deletes it and
-    /// brings the window to the front; a wake-up that comes while an earlier one still asks the user is
-    /// served right after it. Where it has to wait the window only comes to the front, and whoever made it
-    /// wait wakes the mailbox again. Failures are reported.
+    /// brings the window to the front; a wake-up that comes meanwhile is served right after it. Where it has
+    /// to wait the window only comes to the front. Failures are reported.
     void Wake();
 
+    /// Mail that waits for a dialog over this window is opened when the dialog has closed.
+    void ServeAfterDialogsOf(QObject &window);
+
     /// Whether the last wake-up left something waiting.
-    bool HasMail() const { return m_waits; }
+    bool Left() const { return m_state == State::Waiting || m_state == State::OpeningAgain; }
+
+    /// At the end of the program: starts another editor on what is left, if anything is.
+    /// @throws RunTimeError when the store cannot be written, or the editor does not start
+    void PassOn();
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    enum class State {
+        Idle,
+        Waiting, ///< there is mail, and it may not be opened yet
+        Opening,
+        OpeningAgain ///< a wake-up came during the opening
+    };
+
+    bool IsOpening() const { return m_state == State::Opening || m_state == State::OpeningAgain; }
     void Open();
-    void Remove(const QString &name);
 
     EditorContext &m_editor;
     std::function<bool()> m_mayOpen;
-    bool m_waits = false;
-    bool m_opening = false;
-    bool m_wokenAgain = false;
+    State m_state = State::Idle;
 };
 
 } // namespace zelvane

@@ -7,6 +7,8 @@
 #include "support/lifecyclefixture.h"
 
 #include <gtest/gtest.h>
+#include <QCoreApplication>
+#include <QStringList>
 #include <utility>
 
 using namespace Qt::Literals::StringLiterals;
@@ -20,33 +22,66 @@ namespace
 struct MailboxTest : LifecycleFixture {
     bool mayOpen = true;
     Mailbox mailbox{editor, [this] { return mayOpen; }};
+    bool running = true;
+    bool answers = true;
+    QStringList calls; ///< of the sender
     QString recent = context.WriteFile(u"recent.orc"_s, "recent");
 
     QString Stored() const { return settings.GetSetting(u"Options"_s, u"Open"_s, u"absent"_s); }
+    bool Send(const QStringList &arguments)
+    {
+        return Mailbox::Send(CommandLine(arguments), settings,
+                             {.find =
+                                  [this] {
+                                      calls.append(u"find"_s);
+                                      return running;
+                                  },
+                              .call =
+                                  [this](bool hasMail) {
+                                      calls.append(hasMail ? u"mail"_s : u"raise"_s);
+                                      return answers;
+                                  }});
+    }
 };
 
 } // namespace
 
 TEST_F(MailboxTest, MultipleInstancesAndNewInstanceForbidTheHandOver)
 {
-    const CommandLine file({u"x.orc"_s});
-    const CommandLine none{QStringList()};
-    const CommandLine instance({u"/i"_s});
-    EXPECT_TRUE(MayHandOver(file, settings));
-    EXPECT_TRUE(MayHandOver(none, settings));
-    EXPECT_FALSE(MayHandOver(instance, settings));
+    EXPECT_TRUE(Send({u"x.orc"_s}));
+    EXPECT_TRUE(Send({}));
+    calls.clear();
+    EXPECT_FALSE(Send({u"/i"_s}));
     settings.SaveSetting(u"Options"_s, u"MultipleInstances"_s, u"1"_s);
-    EXPECT_FALSE(MayHandOver(file, settings));
+    EXPECT_FALSE(Send({u"x.orc"_s}));
+    EXPECT_EQ(calls, QStringList()) << "nobody is looked for";
     settings.SaveSetting(u"Options"_s, u"MultipleInstances"_s, u"0"_s);
-    EXPECT_TRUE(MayHandOver(file, settings));
+    EXPECT_TRUE(Send({u"x.orc"_s}));
 }
 
 TEST_F(MailboxTest, TheSenderPutsTheWholeStringIntoTheMailbox)
 {
-    EXPECT_FALSE(PutMail(CommandLine{QStringList()}, settings));
-    EXPECT_EQ(settings.GetSetting(u"Options"_s, u"Open"_s, u"absent"_s), u"absent"_s);
-    EXPECT_TRUE(PutMail(CommandLine({u"\"/no/a b.orc\""_s}), settings));
-    EXPECT_EQ(settings.GetSetting(u"Options"_s, u"Open"_s), u"\"/no/a b.orc\""_s);
+    EXPECT_TRUE(Send({}));
+    EXPECT_EQ(Stored(), u"absent"_s);
+    EXPECT_TRUE(Send({u"\"/no/a b.orc\""_s}));
+    EXPECT_EQ(Stored(), u"\"/no/a b.orc\""_s);
+    EXPECT_EQ(calls, (QStringList{u"find"_s, u"raise"_s, u"find"_s, u"mail"_s}));
+}
+
+TEST_F(MailboxTest, WithoutARunningEditorThereIsNoMail)
+{
+    running = false;
+    EXPECT_FALSE(Send({u"x.orc"_s}));
+    EXPECT_EQ(Stored(), u"absent"_s);
+    EXPECT_EQ(calls, QStringList{u"find"_s});
+}
+
+TEST_F(MailboxTest, MailForAnEditorThatHasJustEndedIsTakenBack)
+{
+    answers = false;
+    EXPECT_FALSE(Send({u"x.orc"_s}));
+    EXPECT_EQ(Stored(), u"absent"_s);
+    EXPECT_EQ(calls, (QStringList{u"find"_s, u"mail"_s}));
 }
 
 TEST_F(MailboxTest, AWakeUpOpensTheMailAndRaisesTheWindow)
@@ -129,17 +164,17 @@ TEST_F(MailboxTest, MailWaitsWhileADialogIsOpen)
     settings.SaveText(Keys::Open, recent);
     mayOpen = false;
     mailbox.Wake();
-    EXPECT_TRUE(mailbox.HasMail());
+    EXPECT_TRUE(mailbox.Left());
     EXPECT_EQ(document.CurrentFile, u""_s);
     EXPECT_EQ(Stored(), recent);
     EXPECT_EQ(context.windows.calls, QStringList{u"raise"_s});
     mailbox.Wake(); // a second start while the dialog stands
-    EXPECT_TRUE(mailbox.HasMail());
+    EXPECT_TRUE(mailbox.Left());
     EXPECT_EQ(document.CurrentFile, u""_s);
 
     mayOpen = true;
     mailbox.Wake();
-    EXPECT_FALSE(mailbox.HasMail());
+    EXPECT_FALSE(mailbox.Left());
     EXPECT_EQ(document.CurrentFile, recent);
     EXPECT_EQ(Stored(), u"absent"_s);
 }
@@ -153,28 +188,43 @@ TEST_F(MailboxTest, TheQuestionOfAnOpeningIsADialogToo)
         mayOpen = false;
         settings.SaveText(Keys::Open, second);
         mailbox.Wake();
-        EXPECT_TRUE(mailbox.HasMail());
+        EXPECT_TRUE(mailbox.Left());
         EXPECT_EQ(document.CurrentFile, recent) << "no opening inside an opening";
     };
     mailbox.Wake();
-    EXPECT_TRUE(mailbox.HasMail());
+    EXPECT_TRUE(mailbox.Left());
     EXPECT_EQ(Stored(), second);
     view.duringHighlight = {};
     mayOpen = true;
     mailbox.Wake();
     EXPECT_EQ(document.CurrentFile, second);
-    EXPECT_FALSE(mailbox.HasMail());
+    EXPECT_FALSE(mailbox.Left());
     EXPECT_EQ(Stored(), u"absent"_s);
 }
 
 TEST_F(MailboxTest, MailIsTakenOnce)
 {
-    EXPECT_EQ(TakeMail(settings), u""_s);
+    EXPECT_EQ(Mailbox::Take(settings), u""_s);
     EXPECT_EQ(Stored(), u"absent"_s);
     settings.SaveText(Keys::Open, recent);
-    EXPECT_EQ(TakeMail(settings), recent);
+    EXPECT_EQ(Mailbox::Take(settings), recent);
     EXPECT_EQ(Stored(), u"absent"_s);
-    EXPECT_EQ(TakeMail(settings), u""_s);
+    EXPECT_EQ(Mailbox::Take(settings), u""_s);
+}
+
+TEST_F(MailboxTest, WhatIsLeftAtTheEndIsPassedOn)
+{
+    const QString mail = u"\"/no/a b.orc\""_s;
+    settings.SaveText(Keys::Open, mail);
+    mailbox.PassOn(); // nobody has called this editor: the mail is another one's
+    EXPECT_EQ(Stored(), mail);
+
+    mayOpen = false;
+    mailbox.Wake();
+    desktop.ExpectShellRun(
+        {.verb = u"open"_s, .file = QCoreApplication::applicationFilePath(), .parameters = mail});
+    mailbox.PassOn();
+    EXPECT_EQ(Stored(), u"absent"_s);
 }
 
 } // namespace zelvane::test

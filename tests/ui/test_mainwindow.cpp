@@ -206,10 +206,10 @@ void MainWindowTest::HandOverOpensAndClearsTheMailbox()
     const QString file = editor.WriteFile(u"given over.sco"_s, "i1 0 1\n");
     editor.Open();
     editor.settings.SaveText(Keys::Open, u'"' + file + u'"');
-    editor.window->HandOver();
+    editor.window->Mail().Wake();
     QCOMPARE(editor.window->Context().document.CurrentFile, file);
     QCOMPARE(editor.settings.GetSetting(u"Options"_s, u"Open"_s, u"gone"_s), u"gone"_s);
-    editor.window->HandOver();
+    editor.window->Mail().Wake();
     QCOMPARE(editor.window->Context().document.CurrentFile, file);
 }
 

@@ -346,16 +346,16 @@ void StartStopTest::MailWaitsForTheEndOfADialog()
     QDialog dialog(editor.window.get());
     QTimer::singleShot(0, &dialog, [&] {
         editor.settings.SaveText(Keys::Open, second);
-        editor.window->HandOver();
+        editor.window->Mail().Wake();
         QCOMPARE(editor.window->Context().document.CurrentFile, first);
         QCOMPARE(editor.settings.Text(Keys::Open), second);
         dialog.accept();
     });
     QCOMPARE(dialog.exec(), int(QDialog::Accepted));
     QCOMPARE(editor.window->Context().document.CurrentFile, first); // the command has not ended yet
-    QVERIFY(editor.window->HasMail());
+    QVERIFY(editor.window->Mail().Left());
     QVERIFY(Eventually([&] { return editor.window->Context().document.CurrentFile == second; }));
-    QVERIFY(!editor.window->HasMail());
+    QVERIFY(!editor.window->Mail().Left());
     QCOMPARE(editor.settings.GetSetting(u"Options"_s, u"Open"_s, u"gone"_s), u"gone"_s);
     // Without waiting mail the end of a dialog opens nothing.
     editor.settings.SaveText(Keys::Open, first);
@@ -385,7 +385,7 @@ void StartStopTest::MailIsServedWhileTheFirstUseMessageStands()
         QDialog box;
         QTimer::singleShot(0, &box, [&] {
             editor.settings.SaveText(Keys::Open, file);
-            editor.window->HandOver();
+            editor.window->Mail().Wake();
             QCOMPARE(editor.window->Context().document.CurrentFile, file);
             box.accept();
         });

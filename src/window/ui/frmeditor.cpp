@@ -81,7 +81,9 @@ frmEditor::frmEditor(SettingsStore &settings, Desktop &desktop, const CommandLin
                                               m_layoutParts)),
       // A dialog that waits for an answer works on the text that stands: mail is opened when it has closed.
       // The messages of the first use stand over nothing of the kind.
-      m_mailbox(m_context, [this] { return IsStarting() || !QApplication::activeModalWidget(); })
+      m_mailbox(m_context, [this] {
+          return m_life != Life::Closed && (IsStarting() || !QApplication::activeModalWidget());
+      })
 {
     setObjectName(u"frmEditor"_s);
     setWindowIcon(Icons::Load(u"zelvane"_s));
@@ -102,6 +104,7 @@ frmEditor::frmEditor(SettingsStore &settings, Desktop &desktop, const CommandLin
     ConnectText();
     new TabStops(this, TxtEdit);
     new WindowKeys(this, *m_commands);
+    m_mailbox.ServeAfterDialogsOf(*this);
 
     m_commands->Guard([this] {
         m_layout->RestoreGeometry(DesignSize);
@@ -231,12 +234,6 @@ void frmEditor::SetUpText()
     TxtEdit->SetDragMode(m_settings.Flag(Keys::DragAndDrop));
 }
 
-void frmEditor::HandOver()
-{
-    if (m_life != Life::Closed)
-        m_mailbox.Wake();
-}
-
 // The program's windows
 
 bool frmEditor::MainWindowActive() const
@@ -257,7 +254,8 @@ void frmEditor::MinimizeMainWindow()
 
 void frmEditor::RaiseMainWindow()
 {
-    RaiseWindow(*this);
+    if (m_life != Life::Closed)
+        RaiseWindow(*this);
 }
 
 void frmEditor::ShowPreferences()
@@ -266,14 +264,6 @@ void frmEditor::ShowPreferences()
 }
 
 // Events
-
-bool frmEditor::event(QEvent *event)
-{
-    // Not at once: the command that showed the dialog has not come to its end.
-    if (event->type() == QEvent::WindowUnblocked && HasMail())
-        QMetaObject::invokeMethod(this, &frmEditor::HandOver, Qt::QueuedConnection);
-    return QMainWindow::event(event);
-}
 
 void frmEditor::changeEvent(QEvent *event)
 {

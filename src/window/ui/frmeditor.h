@@ -45,12 +45,8 @@ public:
     /// @param closeSplash takes the splash away, near the end
     void Init(const std::function<void()> &closeSplash = {});
 
-    /// A second process has put something into the mailbox. While a dialog is open it stays there, and the
-    /// window only comes to the front.
-    void HandOver();
-
-    /// Whether something handed over still waits for the end of a dialog.
-    bool HasMail() const { return m_mailbox.HasMail(); }
+    /// What a second process hands over. While a dialog is open it waits, and when the window has closed.
+    Mailbox &Mail() { return m_mailbox; }
 
     /// Asks about unsaved work, as the close of the window does. @return whether the program may end
     bool MayEnd();
@@ -81,7 +77,6 @@ Q_SIGNALS:
     void Ending();
 
 protected:
-    bool event(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void changeEvent(QEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
