@@ -86,98 +86,98 @@ enum class RelatedOperation {
     Properties = 10
 };
 
-/// All commands, each called as its menu row.
+/// All commands, each called as its menu row: single ones, and item arrays with their entries' type.
+#define ZELVANE_COMMANDS(COMMAND, ARRAY)                                                                     \
+    COMMAND(mnuNew)                                                                                          \
+    COMMAND(mnuOpen)                                                                                         \
+    COMMAND(mnuSave)                                                                                         \
+    COMMAND(mnuSaveAs)                                                                                       \
+    COMMAND(mnuNewInstance)                                                                                  \
+    ARRAY(mnuPlatformItem, ExportFormat)                                                                     \
+    COMMAND(mnuBackupNow)                                                                                    \
+    COMMAND(mnuOpenWith)                                                                                     \
+    COMMAND(mnuSearchFiles)                                                                                  \
+    ARRAY(mnuFSO, FileOperation)                                                                             \
+    COMMAND(mnuPrint)                                                                                        \
+    COMMAND(mnuPreferences)                                                                                  \
+    /* Recent files, counted from 1. */                                                                      \
+    ARRAY(MRUfolder, int)                                                                                    \
+    COMMAND(mnuExit)                                                                                         \
+    COMMAND(mnuUndo)                                                                                         \
+    COMMAND(mnuRedo)                                                                                         \
+    ARRAY(mnuEditItem, EditItem)                                                                             \
+    COMMAND(mnuDelete)                                                                                       \
+    COMMAND(mnuSelectAll)                                                                                    \
+    COMMAND(mnuComment)                                                                                      \
+    COMMAND(mnuUncomment)                                                                                    \
+    COMMAND(mnuRemoveComments)                                                                               \
+    ARRAY(mnuIndent, IndentChange)                                                                           \
+    COMMAND(mnuTabSpace)                                                                                     \
+    ARRAY(mnuCase, CaseChange)                                                                               \
+    COMMAND(mnuFind)                                                                                         \
+    COMMAND(mnuFindAgain)                                                                                    \
+    COMMAND(mnuReplace)                                                                                      \
+    COMMAND(mnuGoTo)                                                                                         \
+    COMMAND(mnuOrchestra)                                                                                    \
+    COMMAND(mnuScore)                                                                                        \
+    COMMAND(mnuBrowse)                                                                                       \
+    COMMAND(mnuRelated)                                                                                      \
+    COMMAND(mnuRefreshSyntaxHighlight)                                                                       \
+    ARRAY(mnuDIR, KnownFolder)                                                                               \
+    ARRAY(mnuFontSize, FontSizeChange)                                                                       \
+    COMMAND(mnuWordWrap)                                                                                     \
+    ARRAY(mnuShowToolbar, WindowBand)                                                                        \
+    COMMAND(mnuShowStatusbar)                                                                                \
+    ARRAY(mnuLabels, LabelPlace)                                                                             \
+    COMMAND(mnuRandom)                                                                                       \
+    COMMAND(mnuHeader)                                                                                       \
+    COMMAND(mnuNewInstr)                                                                                     \
+    COMMAND(mnuNewMacro)                                                                                     \
+    COMMAND(mnuNewInclude)                                                                                   \
+    COMMAND(mnuInsertFilename)                                                                               \
+    ARRAY(mnuLineSeparation, LineStyle)                                                                      \
+    COMMAND(mnuDate)                                                                                         \
+    /* The presets, counted from 0. */                                                                       \
+    ARRAY(mnuPreset, int)                                                                                    \
+    COMMAND(mnuPresetsBox)                                                                                   \
+    COMMAND(mnuRunCsound)                                                                                    \
+    COMMAND(mnuCodeRes)                                                                                      \
+    COMMAND(mnuCodeResAdd)                                                                                   \
+    COMMAND(mnuInstrEdit)                                                                                    \
+    COMMAND(mnuInstrGUI)                                                                                     \
+    COMMAND(mnuPMapping)                                                                                     \
+    ARRAY(mnuCSD, Conversion)                                                                                \
+    COMMAND(mnuDeleteTempFiles)                                                                              \
+    COMMAND(mnuPlay)                                                                                         \
+    COMMAND(mnuPause)                                                                                        \
+    COMMAND(mnuStop)                                                                                         \
+    COMMAND(mnuLoop)                                                                                         \
+    COMMAND(mnuOpenSoundfile)                                                                                \
+    ARRAY(mnuSSO, FileOperation)                                                                             \
+    COMMAND(mnuVolumeControl)                                                                                \
+    COMMAND(mnuCsHelp)                                                                                       \
+    COMMAND(mnuAppHelp)                                                                                      \
+    COMMAND(mnuWebPage)                                                                                      \
+    ARRAY(mnuLinks, WebLink)                                                                                 \
+    COMMAND(mnuAbout)                                                                                        \
+    /* Context menus. */                                                                                     \
+    ARRAY(mnuBrowseEdit, InstrumentEntry)                                                                    \
+    ARRAY(mnuBInclude, IncludeEntry)                                                                         \
+    ARRAY(mnuTV, TreeEntry)                                                                                  \
+    ARRAY(mnuPresetPopupItem, PresetEntry)                                                                   \
+    ARRAY(mnuRelatedItem, RelatedEntry)                                                                      \
+    ARRAY(mnuRelatedShell, RelatedOperation)                                                                 \
+    /* Buttons of the toolbar that no menu has. */                                                           \
+    COMMAND(back)                                                                                            \
+    COMMAND(next)
+
+/// The constants of the list. Every one has a row in a menu or a button in a toolbar.
 struct Cmd {
-    static constexpr Command mnuNew{u"mnuNew"};
-    static constexpr Command mnuOpen{u"mnuOpen"};
-    static constexpr Command mnuSave{u"mnuSave"};
-    static constexpr Command mnuSaveAs{u"mnuSaveAs"};
-    static constexpr Command mnuNewInstance{u"mnuNewInstance"};
-    static constexpr CommandArray<ExportFormat> mnuPlatformItem{u"mnuPlatformItem"};
-    static constexpr Command mnuBackupNow{u"mnuBackupNow"};
-    static constexpr Command mnuOpenWith{u"mnuOpenWith"};
-    static constexpr Command mnuSearchFiles{u"mnuSearchFiles"};
-    static constexpr CommandArray<FileOperation> mnuFSO{u"mnuFSO"};
-    static constexpr Command mnuPrint{u"mnuPrint"};
-    static constexpr Command mnuPreferences{u"mnuPreferences"};
-    static constexpr CommandArray<int> MRUfolder{u"MRUfolder"}; ///< recent files, counted from 1
-    static constexpr Command mnuExit{u"mnuExit"};
-
-    static constexpr Command mnuUndo{u"mnuUndo"};
-    static constexpr Command mnuRedo{u"mnuRedo"};
-    static constexpr CommandArray<EditItem> mnuEditItem{u"mnuEditItem"};
-    static constexpr Command mnuDelete{u"mnuDelete"};
-    static constexpr Command mnuSelectAll{u"mnuSelectAll"};
-    static constexpr Command mnuComment{u"mnuComment"};
-    static constexpr Command mnuUncomment{u"mnuUncomment"};
-    static constexpr Command mnuRemoveComments{u"mnuRemoveComments"};
-    static constexpr CommandArray<IndentChange> mnuIndent{u"mnuIndent"};
-    static constexpr Command mnuTabSpace{u"mnuTabSpace"};
-    static constexpr CommandArray<CaseChange> mnuCase{u"mnuCase"};
-
-    static constexpr Command mnuFind{u"mnuFind"};
-    static constexpr Command mnuFindAgain{u"mnuFindAgain"};
-    static constexpr Command mnuReplace{u"mnuReplace"};
-    static constexpr Command mnuGoTo{u"mnuGoTo"};
-
-    static constexpr Command mnuOrchestra{u"mnuOrchestra"};
-    static constexpr Command mnuScore{u"mnuScore"};
-    static constexpr Command mnuBrowse{u"mnuBrowse"};
-    static constexpr Command mnuRelated{u"mnuRelated"};
-    static constexpr Command mnuRefreshSyntaxHighlight{u"mnuRefreshSyntaxHighlight"};
-    static constexpr CommandArray<KnownFolder> mnuDIR{u"mnuDIR"};
-    static constexpr CommandArray<FontSizeChange> mnuFontSize{u"mnuFontSize"};
-    static constexpr Command mnuWordWrap{u"mnuWordWrap"};
-    static constexpr CommandArray<WindowBand> mnuShowToolbar{u"mnuShowToolbar"};
-    static constexpr Command mnuShowStatusbar{u"mnuShowStatusbar"};
-    static constexpr CommandArray<LabelPlace> mnuLabels{u"mnuLabels"};
-
-    static constexpr Command mnuRandom{u"mnuRandom"};
-    static constexpr Command mnuHeader{u"mnuHeader"};
-    static constexpr Command mnuNewInstr{u"mnuNewInstr"};
-    static constexpr Command mnuNewMacro{u"mnuNewMacro"};
-    static constexpr Command mnuNewInclude{u"mnuNewInclude"};
-    static constexpr Command mnuInsertFilename{u"mnuInsertFilename"};
-    static constexpr CommandArray<LineStyle> mnuLineSeparation{u"mnuLineSeparation"};
-    static constexpr Command mnuDate{u"mnuDate"};
-
-    static constexpr CommandArray<int> mnuPreset{u"mnuPreset"}; ///< the presets, counted from 0
-    static constexpr Command mnuPresetsBox{u"mnuPresetsBox"};
-
-    static constexpr Command mnuRunCsound{u"mnuRunCsound"};
-    static constexpr Command mnuCodeRes{u"mnuCodeRes"};
-    static constexpr Command mnuCodeResAdd{u"mnuCodeResAdd"};
-    static constexpr Command mnuInstrEdit{u"mnuInstrEdit"};
-    static constexpr Command mnuInstrGUI{u"mnuInstrGUI"};
-    static constexpr Command mnuPMapping{u"mnuPMapping"};
-    static constexpr CommandArray<Conversion> mnuCSD{u"mnuCSD"};
-    static constexpr Command mnuDeleteTempFiles{u"mnuDeleteTempFiles"};
-
-    static constexpr Command mnuPlay{u"mnuPlay"};
-    static constexpr Command mnuPause{u"mnuPause"};
-    static constexpr Command mnuStop{u"mnuStop"};
-    static constexpr Command mnuLoop{u"mnuLoop"};
-    static constexpr Command mnuOpenSoundfile{u"mnuOpenSoundfile"};
-    static constexpr CommandArray<FileOperation> mnuSSO{u"mnuSSO"};
-    static constexpr Command mnuVolumeControl{u"mnuVolumeControl"};
-
-    static constexpr Command mnuCsHelp{u"mnuCsHelp"};
-    static constexpr Command mnuAppHelp{u"mnuAppHelp"};
-    static constexpr Command mnuWebPage{u"mnuWebPage"};
-    static constexpr CommandArray<WebLink> mnuLinks{u"mnuLinks"};
-    static constexpr Command mnuAbout{u"mnuAbout"};
-
-    // Context menus
-    static constexpr CommandArray<InstrumentEntry> mnuBrowseEdit{u"mnuBrowseEdit"};
-    static constexpr CommandArray<IncludeEntry> mnuBInclude{u"mnuBInclude"};
-    static constexpr CommandArray<TreeEntry> mnuTV{u"mnuTV"};
-    static constexpr CommandArray<PresetEntry> mnuPresetPopupItem{u"mnuPresetPopupItem"};
-    static constexpr CommandArray<RelatedEntry> mnuRelatedItem{u"mnuRelatedItem"};
-    static constexpr CommandArray<RelatedOperation> mnuRelatedShell{u"mnuRelatedShell"};
-
-    // Buttons of the toolbar that no menu has
-    static constexpr Command back{u"back"};
-    static constexpr Command next{u"next"};
+#define ZELVANE_DECLARE_COMMAND(name) static constexpr Command name{u"" #name};
+#define ZELVANE_DECLARE_COMMAND_ARRAY(name, Entry) static constexpr CommandArray<Entry> name{u"" #name};
+    ZELVANE_COMMANDS(ZELVANE_DECLARE_COMMAND, ZELVANE_DECLARE_COMMAND_ARRAY)
+#undef ZELVANE_DECLARE_COMMAND
+#undef ZELVANE_DECLARE_COMMAND_ARRAY
 };
 
 } // namespace zelvane

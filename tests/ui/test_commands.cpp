@@ -4,16 +4,21 @@
 
 #include "shell/command.h"
 #include "shell/exporttext.h"
+#include "shell/textops.h"
 #include "shell/ui/commandkeys.h"
 #include "shell/ui/commands.h"
 #include "shell/ui/menutable.h"
+#include "shell/ui/toolbutton.h"
 #include "support/editorwindow.h"
 #include "support/uitest.h"
+#include "window/ui/toolbartable.h"
 
 #include <QAction>
 #include <QKeySequence>
 #include <set>
+#include <string_view>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 using namespace zelvane;
@@ -107,6 +112,7 @@ QStringList RowNames(const std::vector<Command> &commands)
     return names;
 }
 
+/// The commands of the menus, and of the buttons that no menu has.
 std::vector<Command> AllCommands()
 {
     std::vector<Command> commands;
@@ -114,7 +120,43 @@ std::vector<Command> AllCommands()
         if (row.command)
             commands.push_back(*row.command);
     }
-    commands.insert(commands.end(), {Cmd::back, Cmd::next});
+    const std::set<Command> rows(commands.begin(), commands.end());
+    for (const ToolButton &button : ToolbarTable()) {
+        if (!rows.contains(button.command))
+            commands.push_back(button.command);
+    }
+    return commands;
+}
+
+/// Whether the value is a named one: the compiler writes the others as a cast of a number.
+template <auto value> constexpr bool IsEnumerator()
+{
+    return std::string_view(__PRETTY_FUNCTION__).find("(zelvane::") == std::string_view::npos;
+}
+static_assert(IsEnumerator<FileOperation::Properties>());
+static_assert(!IsEnumerator<FileOperation(4)>());
+
+template <typename Entry, int... number>
+void AddEntries(CommandArray<Entry> array, std::set<Command> &commands,
+                std::integer_sequence<int, number...> /*tried*/)
+{
+    ((IsEnumerator<Entry(number)>() ? void(commands.insert(array[Entry(number)])) : void()), ...);
+}
+
+/// All that Cmd declares, but for the arrays whose rows come and go.
+std::set<Command> DeclaredCommands()
+{
+    constexpr int MostEntries = 32;
+    std::set<Command> commands;
+    const auto add = [&]<typename Entry>(CommandArray<Entry> array) {
+        if constexpr (std::is_enum_v<Entry>)
+            AddEntries(array, commands, std::make_integer_sequence<int, MostEntries>());
+    };
+#define ADD_COMMAND(name) commands.insert(Cmd::name);
+#define ADD_ARRAY(name, Entry) add(Cmd::name);
+    ZELVANE_COMMANDS(ADD_COMMAND, ADD_ARRAY)
+#undef ADD_COMMAND
+#undef ADD_ARRAY
     return commands;
 }
 
@@ -124,6 +166,7 @@ class CommandsTest : public QObject
 
 private Q_SLOTS:
     void RowsWithoutAHandlerAreThoseNotBuilt();
+    void DeclaredCommandsAreThoseOfTheTables();
     void RowsStandOnce();
     void RowsWithoutAnActionStayEnabled();
     void HandlersOfEntriesGoFirst();
@@ -143,6 +186,14 @@ void CommandsTest::RowsWithoutAHandlerAreThoseNotBuilt()
             unbound.push_back(command);
     }
     QCOMPARE(RowNames(unbound), RowNames({std::begin(NotBuilt), std::end(NotBuilt)}));
+}
+
+void CommandsTest::DeclaredCommandsAreThoseOfTheTables()
+{
+    const std::vector<Command> tables = AllCommands();
+    const std::set<Command> inTables(tables.begin(), tables.end());
+    const std::set<Command> declared = DeclaredCommands();
+    QCOMPARE(RowNames({declared.begin(), declared.end()}), RowNames({inTables.begin(), inTables.end()}));
 }
 
 void CommandsTest::RowsStandOnce()
