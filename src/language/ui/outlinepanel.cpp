@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "language/ui/outlinepanel.h"
 
+#include "language/outlinenode.h"
 #include "shell/bands.h"
 #include "shell/command.h"
 #include "shell/ui/commands.h"
@@ -13,6 +14,24 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace zelvane
 {
+
+namespace
+{
+
+MenuName MenuOfNode(OutlineNode node)
+{
+    switch (node) {
+    case OutlineNode::Instrument:
+        return Menu::mnuBrowseEditable;
+    case OutlineNode::Include:
+        return Menu::mnuBrowseInclude;
+    case OutlineNode::Other:
+        break;
+    }
+    return Menu::mnuTreeView;
+}
+
+} // namespace
 
 OutlinePanel::OutlinePanel(const WindowContext &context)
     : PanelTree(context, PanelBand::Browse, Cmd::mnuBrowse), m_menus(context.menus)
@@ -30,13 +49,8 @@ void OutlinePanel::ShowMenu(const QPoint &at)
     const QTreeWidgetItem *node = itemAt(at);
     if (!node)
         node = currentItem();
-    const QString kind = node ? node->data(0, Qt::UserRole).toString().left(3) : QString();
-    MenuName menu = Menu::mnuTreeView;
-    if (kind == u"ins"_s)
-        menu = Menu::mnuBrowseEditable;
-    else if (kind == u"inc"_s)
-        menu = Menu::mnuBrowseInclude;
-    m_menus.Menu(menu)->popup(viewport()->mapToGlobal(at));
+    const QString key = node ? node->data(0, Qt::UserRole).toString() : QString();
+    m_menus.Menu(MenuOfNode(NodeOfKey(key)))->popup(viewport()->mapToGlobal(at));
 }
 
 } // namespace zelvane

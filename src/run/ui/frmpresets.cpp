@@ -14,6 +14,8 @@
 #include "shell/ui/icons.h"
 #include "shell/ui/plaintooltip.h"
 
+#include <algorithm>
+#include <iterator>
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
@@ -39,24 +41,6 @@ namespace zelvane
 namespace
 {
 
-/// A button of the dialog's toolbar: its key, its words, its tooltip and the key that does the same.
-struct Tool {
-    const char16_t *key;
-    const char16_t *caption;
-    const char16_t *tooltip;
-    int shortcut; ///< with Ctrl, but for F8
-};
-
-constexpr int SaveTool = 1; ///< its place among the tools
-constexpr Tool Tools[] = {
-    {u"new", u"New", u"Clear all fields for a new preset (Ctrl+N)", Qt::Key_N},
-    {u"save", u"Save", u"Save the preset (Ctrl+S)", Qt::Key_S},
-    {u"delete", u"Delete", u"Delete the preset (Ctrl+D)", Qt::Key_D},
-    {u"up", u"Up", u"Move the preset towards the top of the list (Ctrl+U)", Qt::Key_U},
-    {u"down", u"Down", u"Move the preset towards the end of the list (Ctrl+I)", Qt::Key_I},
-    {u"preset", u"Macro", u"Insert a macro into the text field (F8)", Qt::Key_F8},
-};
-
 ActionPage::Words FirstWords()
 {
     return {.folderHint =
@@ -74,6 +58,26 @@ ActionPage::Words SecondWords()
 }
 
 } // namespace
+
+const frmPresets::ToolRow frmPresets::Tools[] = {
+    {Tool::New, u"new", u"New", u"Clear all fields for a new preset (Ctrl+N)", Qt::Key_N},
+    {Tool::Save, u"save", u"Save", u"Save the preset (Ctrl+S)", Qt::Key_S},
+    {Tool::Delete, u"delete", u"Delete", u"Delete the preset (Ctrl+D)", Qt::Key_D},
+    {Tool::Up, u"up", u"Up", u"Move the preset towards the top of the list (Ctrl+U)", Qt::Key_U},
+    {Tool::Down, u"down", u"Down", u"Move the preset towards the end of the list (Ctrl+I)", Qt::Key_I},
+    {Tool::Macro, u"preset", u"Macro", u"Insert a macro into the text field (F8)", Qt::Key_F8},
+};
+
+const frmPresets::ToolRow &frmPresets::RowOf(Tool tool)
+{
+    return *std::find_if(std::begin(Tools), std::end(Tools),
+                         [tool](const ToolRow &row) { return row.tool == tool; });
+}
+
+QAction *frmPresets::ActionOf(Tool tool) const
+{
+    return tlbPreset->findChild<QAction *>(u"tlbPreset_"_s + QString::fromUtf16(RowOf(tool).name));
+}
 
 frmPresets::frmPresets(const RunContext &context, QWidget *parent)
     : QDialog(parent),
@@ -105,14 +109,15 @@ void frmPresets::BuildToolbar()
     tlbPreset->setIconSize(QSize(PresetImageSide, PresetImageSide));
     tlbPreset->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     const bool flat = m_context.editor.settings.Flag(Keys::FlatButtons);
-    for (const Tool &tool : Tools) {
-        const QString key = QString::fromUtf16(tool.key);
-        if (key == u"up"_s || key == u"preset"_s)
+    for (const ToolRow &row : Tools) {
+        const Tool tool = row.tool;
+        const QString name = QString::fromUtf16(row.name);
+        if (tool == Tool::Up || tool == Tool::Macro)
             tlbPreset->addSeparator();
-        QAction *action = tlbPreset->addAction(Icons::Load(key), QString::fromUtf16(tool.caption));
-        action->setObjectName(u"tlbPreset_"_s + key);
-        action->setToolTip(QString::fromUtf16(tool.tooltip));
-        connect(action, &QAction::triggered, this, [this, key] { RunTool(key); });
+        QAction *action = tlbPreset->addAction(Icons::Load(name), QString::fromUtf16(row.caption));
+        action->setObjectName(u"tlbPreset_"_s + name);
+        action->setToolTip(QString::fromUtf16(row.tooltip));
+        connect(action, &QAction::triggered, this, [this, tool] { RunTool(tool); });
         auto *face = qobject_cast<QToolButton *>(tlbPreset->widgetForAction(action));
         face->setObjectName(action->objectName());
         face->setAutoRaise(flat);
@@ -235,16 +240,12 @@ void frmPresets::SelectPreset(const QString &name)
 void frmPresets::EnableTools()
 {
     const PresetTools tools = EnabledPresetTools(cmbPreset->currentText(), SelectedRow(), cmbPreset->count());
-    const auto enable = [this](const QString &key, bool enabled) {
-        tlbPreset->findChild<QAction *>(u"tlbPreset_"_s + key)->setEnabled(enabled);
-    };
-    enable(u"save"_s, tools.save);
+    ActionOf(Tool::Save)->setEnabled(tools.save);
     const QString why = WhyNotSaved(cmbPreset->currentText());
-    tlbPreset->findChild<QAction *>(u"tlbPreset_save"_s)
-        ->setToolTip(why.isEmpty() ? QString::fromUtf16(Tools[SaveTool].tooltip) : why);
-    enable(u"delete"_s, tools.remove);
-    enable(u"up"_s, tools.up);
-    enable(u"down"_s, tools.down);
+    ActionOf(Tool::Save)->setToolTip(why.isEmpty() ? QString::fromUtf16(RowOf(Tool::Save).tooltip) : why);
+    ActionOf(Tool::Delete)->setEnabled(tools.remove);
+    ActionOf(Tool::Up)->setEnabled(tools.up);
+    ActionOf(Tool::Down)->setEnabled(tools.down);
 }
 
 PresetFields frmPresets::Fields() const
@@ -308,21 +309,24 @@ void frmPresets::setImgnumber(int number)
 
 // The commands
 
-void frmPresets::RunTool(const QString &key)
+void frmPresets::RunTool(Tool tool)
 {
-    if (!tlbPreset->findChild<QAction *>(u"tlbPreset_"_s + key)->isEnabled())
+    if (!ActionOf(tool)->isEnabled())
         return;
     Guard([&] {
-        if (key == u"new"_s)
-            NewPreset();
-        else if (key == u"save"_s)
-            Save();
-        else if (key == u"delete"_s)
-            Delete();
-        else if (key == u"preset"_s)
-            PopUpMacros();
-        else
-            Move(key == u"up"_s);
+        switch (tool) {
+        case Tool::New:
+            return NewPreset();
+        case Tool::Save:
+            return Save();
+        case Tool::Delete:
+            return Delete();
+        case Tool::Up:
+        case Tool::Down:
+            return Move(tool == Tool::Up);
+        case Tool::Macro:
+            return PopUpMacros();
+        }
     });
 }
 
@@ -376,7 +380,7 @@ void frmPresets::PopUpMacros()
         }
         SetColumns(*mnuMacros);
     }
-    const auto *face = tlbPreset->findChild<QToolButton *>(u"tlbPreset_preset"_s);
+    const QWidget *face = tlbPreset->widgetForAction(ActionOf(Tool::Macro));
     mnuMacros->popup(face->mapToGlobal(QPoint(0, face->height())));
 }
 
@@ -410,12 +414,12 @@ bool frmPresets::TakeKey(const QKeyEvent &event, bool onlyAsk)
             StepPage(event.key() == Qt::Key_Tab ? 1 : -1);
         return true;
     }
-    for (const Tool &tool : Tools) {
-        if (event.key() != tool.shortcut || ctrl == (tool.shortcut == Qt::Key_F8))
+    for (const ToolRow &row : Tools) {
+        if (event.key() != row.shortcut || ctrl == (row.shortcut == Qt::Key_F8))
             continue;
-        const bool moves = tool.shortcut == Qt::Key_U || tool.shortcut == Qt::Key_I;
+        const bool moves = row.tool == Tool::Up || row.tool == Tool::Down;
         if (!onlyAsk && (moves || !event.isAutoRepeat()))
-            RunTool(QString::fromUtf16(tool.key));
+            RunTool(row.tool);
         return true;
     }
     return false;

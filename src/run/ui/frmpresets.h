@@ -7,6 +7,7 @@
 #include <functional>
 #include <QDialog>
 
+class QAction;
 class QCheckBox;
 class QComboBox;
 class QMenu;
@@ -67,7 +68,20 @@ private:
     void ShowCommandFacts();
     void CommandChanged();
 
-    void RunTool(const QString &key);
+    /// The buttons of the toolbar.
+    enum class Tool { New, Save, Delete, Up, Down, Macro };
+    /// A button: its name (of its icon, and behind the toolbar's), its words and the key that does the same.
+    struct ToolRow {
+        Tool tool;
+        const char16_t *name;
+        const char16_t *caption;
+        const char16_t *tooltip;
+        int shortcut; ///< with Ctrl, but for F8
+    };
+    static const ToolRow Tools[];
+    static const ToolRow &RowOf(Tool tool);
+    QAction *ActionOf(Tool tool) const;
+    void RunTool(Tool tool);
     void NewPreset();
     void Save();
     void Delete();

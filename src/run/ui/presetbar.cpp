@@ -7,6 +7,7 @@
 #include "run/ui/presetimages.h"
 #include "shell/editorcontext.h"
 #include "shell/ui/commands.h"
+#include "shell/ui/menutable.h"
 #include "shell/ui/plaintooltip.h"
 
 #include <QContextMenuEvent>
@@ -41,10 +42,8 @@ PresetBar::PresetBar(const RunContext &context, Commands &commands, QMenu &prese
         const QString key = m_popup.property("tag").toString();
         RunPreset(key, entry == PresetEntry::Confirm, entry == PresetEntry::Edit, m_context);
     });
-    for (QAction *action : m_presets.actions()) {
-        if (action->objectName() == u"linea1"_s)
-            action->setVisible(false);
-    }
+    if (QAction *line = FindSeparator(m_presets, Separators::linea1))
+        line->setVisible(false);
 }
 
 void PresetBar::PresetsButtons()
@@ -102,11 +101,7 @@ void PresetBar::AddPresetButton(const QString &key)
 
 void PresetBar::BuildMenuRows(const QStringList &presets)
 {
-    QAction *line = nullptr;
-    for (QAction *action : m_presets.actions()) {
-        if (action->objectName() == u"linea1"_s)
-            line = action;
-    }
+    QAction *line = FindSeparator(m_presets, Separators::linea1);
     if (line)
         line->setVisible(true);
     for (int row = 0; row < int(presets.size()); ++row) {

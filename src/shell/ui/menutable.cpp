@@ -51,7 +51,7 @@ constexpr MenuRow Table[] = {
     {Menu::mnuFile, Cmd::mnuPrint, u"&Print...", {u"Ctrl+P", KeyTaker::Row}},
     {Menu::mnuFile, Separator{}},
     {Menu::mnuFile, Cmd::mnuPreferences, u"&Preferences..."},
-    {Menu::mnuFile, Separator{u"mnulinea"}},
+    {Menu::mnuFile, Separators::mnulinea},
     {Menu::mnuFile, Cmd::mnuExit, u"E&xit", {u"Ctrl+Q", KeyTaker::Row}},
 
     {Menu::Bar, Menu::mnuEdit, u"&Edit"},
@@ -143,7 +143,7 @@ constexpr MenuRow Table[] = {
     {Menu::mnuInsert, Cmd::mnuDate, u"&Date && time", {u"F6", KeyTaker::Row}},
 
     {Menu::Bar, Menu::mnuPresets, u"&Presets"},
-    {Menu::mnuPresets, Separator{u"linea1"}},
+    {Menu::mnuPresets, Separators::linea1},
     {Menu::mnuPresets, Cmd::mnuPresetsBox, u"Add/Remove &Presets...", {u"F8", KeyTaker::Row}},
 
     {Menu::Bar, Menu::mnuTools, u"&Tools"},
@@ -244,6 +244,11 @@ constexpr MenuRow Table[] = {
 std::span<const MenuRow> MenuTable()
 {
     return Table;
+}
+
+QAction *FindSeparator(const QMenu &menu, Separator line)
+{
+    return menu.findChild<QAction *>(QString::fromUtf16(line.name), Qt::FindDirectChildrenOnly);
 }
 
 QString ShownKey(const RowKey &key)

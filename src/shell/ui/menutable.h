@@ -11,6 +11,7 @@
 #include <QString>
 #include <span>
 
+class QAction;
 class QMenu;
 class QMenuBar;
 class QWidget;
@@ -38,6 +39,11 @@ struct RowKey {
 struct Separator {
     const char16_t *name = u"";
 };
+namespace Separators
+{
+inline constexpr Separator mnulinea{u"mnulinea"}; ///< behind the recent files
+inline constexpr Separator linea1{u"linea1"};     ///< behind the presets
+} // namespace Separators
 
 /// One entry of a menu: a command, a submenu, or a separator.
 struct MenuRow {
@@ -62,6 +68,9 @@ struct MenuRow {
 
 /// All menus, in the order on the screen.
 std::span<const MenuRow> MenuTable();
+
+/// The action of a separator with a name; null when the menu has none.
+QAction *FindSeparator(const QMenu &menu, Separator line);
 
 /// The key as the caption tells it, empty when there is none.
 QString ShownKey(const RowKey &key);

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <QGuiApplication>
 #include <QIconEngine>
+#include <QList>
 #include <QMenu>
 #include <QPainter>
 #include <QPalette>
@@ -20,6 +21,8 @@ namespace zelvane
 
 namespace
 {
+
+constexpr char CommandProperty[] = "command"; ///< of a button's action: the name of its command's row
 
 /// Enables the button as the row, and presses it as the row is checked, now and from now on.
 void Follow(QAction *button, QAction *row)
@@ -45,11 +48,6 @@ void RunOnPress(QAction *action, Commands &commands, Command command)
     });
 }
 
-QString ButtonName(const QToolBar &toolbar, const QString &key)
-{
-    return toolbar.objectName() + u'_' + key;
-}
-
 QMenu *NewDropDown(QToolBar &toolbar, Commands &commands, const ToolButton &button, const QString &name)
 {
     auto *menu = new QMenu(&toolbar);
@@ -71,9 +69,10 @@ void AddToolButton(QToolBar &toolbar, Commands &commands, const ToolButton &butt
     const QString key = QString::fromUtf16(button.key);
     const QString description = QString::fromUtf16(button.description);
     QAction *action = toolbar.addAction(Icons::Load(key), description);
-    action->setObjectName(ButtonName(toolbar, key));
+    action->setObjectName(toolbar.objectName() + u'_' + key);
     action->setToolTip(QString::fromUtf16(button.tooltip));
     action->setProperty("key", key);
+    action->setProperty(CommandProperty, button.command.RowName());
     if (QAction *row = commands.Action(button.command)) {
         RunOnPress(action, commands, button.command);
         if (button.followsRow)
@@ -136,9 +135,13 @@ void AddToolButtons(QToolBar &toolbar, Commands &commands, std::span<const ToolB
         AddToolButton(toolbar, commands, button);
 }
 
-QAction *FindToolButton(const QToolBar &toolbar, const QString &key)
+QAction *FindToolButton(const QToolBar &toolbar, Command command)
 {
-    return toolbar.findChild<QAction *>(ButtonName(toolbar, key));
+    const QList<QAction *> buttons = toolbar.actions();
+    const auto found = std::find_if(buttons.begin(), buttons.end(), [&](const QAction *button) {
+        return button->property(CommandProperty) == command.RowName();
+    });
+    return found == buttons.end() ? nullptr : *found;
 }
 
 void ShowToolLabels(QToolBar &toolbar, bool shown)

@@ -40,8 +40,8 @@ struct ToolButton {
 /// Puts the buttons at the toolbar's end. A command without a menu row takes its button as its action.
 void AddToolButtons(QToolBar &toolbar, Commands &commands, std::span<const ToolButton> table);
 
-/// The action of the button of this key; null when there is none.
-QAction *FindToolButton(const QToolBar &toolbar, const QString &key);
+/// The action of the button that runs this command; null when there is none.
+QAction *FindToolButton(const QToolBar &toolbar, Command command);
 
 /// Draws the button behind which a too narrow toolbar hides its rest in the colour of the window's text: the
 /// style's own picture is black on every desktop.

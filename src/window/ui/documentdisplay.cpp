@@ -82,7 +82,7 @@ void DocumentDisplay::EnableCommand(Command command, bool enabled)
 void DocumentDisplay::ShowRecentFiles(const QStringList &files)
 {
     QMenu *menu = m_menus.Menu(Menu::mnuFile);
-    QAction *line = menu->findChild<QAction *>(u"mnulinea"_s, Qt::FindDirectChildrenOnly);
+    QAction *line = FindSeparator(*menu, Separators::mnulinea);
     int row = 1;
     for (; row <= int(files.size()); ++row) {
         QAction *action = m_commands.Action(Cmd::MRUfolder[row]);

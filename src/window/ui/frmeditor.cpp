@@ -123,7 +123,7 @@ void frmEditor::BuildToolbar()
     Toolbar1->setObjectName(u"Toolbar1"_s);
     Toolbar1->setIconSize(IconSize);
     AddToolButtons(*Toolbar1, *m_commands, ToolbarTable());
-    m_display->SetSaveButton(FindToolButton(*Toolbar1, u"save"_s));
+    m_display->SetSaveButton(FindToolButton(*Toolbar1, Cmd::mnuSave));
 }
 
 void frmEditor::BuildBands()
