@@ -14,7 +14,9 @@
 #include "window/ui/toolbartable.h"
 
 #include <QAction>
+#include <QFile>
 #include <QKeySequence>
+#include <QRegularExpression>
 #include <set>
 #include <string_view>
 #include <type_traits>
@@ -171,6 +173,7 @@ private Q_SLOTS:
     void RowsWithoutAnActionStayEnabled();
     void HandlersOfEntriesGoFirst();
     void KeysBelongToOneRow();
+    void HelpPageTellsTheKeys();
     void KeysReachTheirTaker_data();
     void KeysReachTheirTaker();
 };
@@ -249,6 +252,35 @@ void CommandsTest::KeysBelongToOneRow()
     QVERIFY(seen.contains(u"Ctrl+Num++"_s));
     QVERIFY(seen.contains(u"Shift+Ins"_s));
     QVERIFY(!seen.contains(u"Tab"_s));
+}
+
+void CommandsTest::HelpPageTellsTheKeys()
+{
+    QFile file(QStringLiteral(ZELVANE_SOURCE_DIR "/data/zelvane.html"));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QString page = QString::fromUtf8(file.readAll());
+    const QString table = page.mid(page.indexOf(u"<h2 id=\"keys\">"_s)).section(u"</table>"_s, 0, 0);
+    // The presets' keys come and go with their rows.
+    static const QRegularExpression preset(u"^(Ctrl|Alt)[+][0-9]$"_s);
+    static const QRegularExpression marked(u"<kbd>([^<]*)</kbd>"_s);
+    QStringList told;
+    for (auto match = marked.globalMatch(table); match.hasNext();) {
+        const QString key = match.next().captured(1);
+        if (!preset.match(key).hasMatch())
+            told.append(key);
+    }
+
+    EditorWindow editor;
+    const Commands &commands = editor.Open().CommandTable();
+    QStringList shown;
+    for (const MenuRow &row : MenuTable()) {
+        const QString key = ShownKey(row.key);
+        if (!key.isEmpty() && !key.endsWith(u"Click"_s) && commands.IsBound(*row.command))
+            shown.append(key);
+    }
+    told.sort();
+    shown.sort();
+    QCOMPARE(told, shown);
 }
 
 void CommandsTest::KeysReachTheirTaker_data()

@@ -2,9 +2,11 @@
 #include "shell/ui/frmfind.h"
 
 #include "platform/ui/textcontrol.h"
+#include "shell/command.h"
 #include "shell/findkeys.h"
 #include "shell/ui/commands.h"
 #include "shell/ui/form.h"
+#include "shell/ui/menutable.h"
 #include "shell/ui/screenplace.h"
 
 #include <QCheckBox>
@@ -13,6 +15,7 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QKeySequence>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -212,7 +215,7 @@ void frmFind::UncoverSelection()
 
 void frmFind::keyPressEvent(QKeyEvent *event)
 {
-    if (event->key() == Qt::Key_F3 && event->modifiers() == Qt::NoModifier) {
+    if (KeySequences(Cmd::mnuFindAgain).contains(QKeySequence(event->keyCombination()))) {
         if (bFind->isEnabled())
             Find();
         return;

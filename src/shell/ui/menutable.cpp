@@ -6,6 +6,8 @@
 #include "shell/textops.h"
 #include "shell/ui/commands.h"
 
+#include <algorithm>
+#include <iterator>
 #include <QAction>
 #include <QMenu>
 #include <QMenuBar>
@@ -266,6 +268,13 @@ QList<QKeySequence> KeySequences(const RowKey &key)
     for (const QString &one : keys.split(QString::fromUtf16(KeySeparator), Qt::SkipEmptyParts))
         sequences.append(QKeySequence(one, QKeySequence::PortableText));
     return sequences;
+}
+
+QList<QKeySequence> KeySequences(Command command)
+{
+    const auto row = std::find_if(std::begin(Table), std::end(Table),
+                                  [&](const MenuRow &one) { return one.command == command; });
+    return row == std::end(Table) ? QList<QKeySequence>() : KeySequences(row->key);
 }
 
 namespace

@@ -76,6 +76,8 @@ QAction *FindSeparator(const QMenu &menu, Separator line);
 QString ShownKey(const RowKey &key);
 /// All keys of a row that somebody takes.
 QList<QKeySequence> KeySequences(const RowKey &key);
+/// The same of the row of a command; none when no menu has it.
+QList<QKeySequence> KeySequences(Command command);
 
 /// The menus that were built.
 class Menus
