@@ -123,4 +123,28 @@ def maximized_window_keeps_its_normal_place(stage):
     equal(stage.setting("Window"), "0", "the stored state")
 
 
-main(geometry_bands_and_recent_files_come_back, maximized_window_keeps_its_normal_place)
+def stored_at_100_fits_at_200(stage):
+    stage.write_store(STORE)
+    piece = copy_example(stage, "pluck.csd")
+    editor = stage.start(piece)
+    window = editor.window(lambda title: str(piece) in title)
+    window.move(300, 150)
+    window.resize(900, 640)
+    stage.until(lambda: window.geometry()[2:] == (900, 640), "the new size")
+    editor.close(window)
+
+    stage.environment["QT_SCALE_FACTOR"] = "2"
+    editor = stage.start(piece)
+    window = editor.window(lambda title: str(piece) in title)
+    window.activate()
+    editor.at_rest()
+    x, y, width, height = window.geometry()
+    screen = [int(part) for part in stage.size.split("x")[:2]]
+    check(x >= 0 and y >= 0, f"the upper left corner is on the screen: {x}, {y}")
+    check(x + width <= screen[0] and y + height <= screen[1], f"the screen holds it: {window.geometry()}")
+    check(width > 0.9 * screen[0], f"it is not smaller than it has to be: {width}")
+    window.screenshot("layout-200")
+    editor.close(window)
+
+
+main(geometry_bands_and_recent_files_come_back, maximized_window_keeps_its_normal_place, stored_at_100_fits_at_200)

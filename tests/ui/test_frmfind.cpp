@@ -101,6 +101,7 @@ private Q_SLOTS:
     void ReplaceAllOfManyHits();
     void ClosingSavesThePlace();
     void PlaceOffTheScreensComesBack();
+    void TheGrownDialogStaysOnTheScreen();
     void DialogGivesWayToTheHit();
     void AnOptionThatCannotBeReadIsReported();
 };
@@ -462,6 +463,20 @@ void FrmFindTest::PlaceOffTheScreensComesBack()
     on.settings.SaveNumber(Keys::FindY, -900000);
     const frmFind &dialog = on.Show(u"mnuFind"_s);
     QVERIFY(dialog.screen()->availableGeometry().contains(dialog.frameGeometry()));
+}
+
+void FrmFindTest::TheGrownDialogStaysOnTheScreen()
+{
+    Searching on(u"one"_s);
+    frmFind &dialog = on.Show(u"mnuFind"_s);
+    const QRect screen = dialog.screen()->availableGeometry();
+    const QSize frame = dialog.frameGeometry().size();
+    dialog.move(screen.right() - frame.width(), screen.bottom() - frame.height());
+    QVERIFY(screen.contains(dialog.frameGeometry()));
+    const int before = dialog.height();
+    on.Click(u"bReplace"_s);
+    QVERIFY(dialog.height() > before);
+    QVERIFY2(screen.contains(dialog.frameGeometry()), qPrintable(QDebug::toString(dialog.frameGeometry())));
 }
 
 void FrmFindTest::DialogGivesWayToTheHit()

@@ -29,6 +29,9 @@ private Q_SLOTS:
     void OffScreenPlacesComeBack_data();
     void OffScreenPlacesComeBack();
     void StoredPlaceOffTheScreenComesBack();
+    void StoredSizeFitsTheScreen();
+    void TheWindowHasALeastSize();
+    void APanelDraggedToNothingComesBack();
     void TwipsAreOf1440ToTheInch();
     void WordWrapIsKept();
     void WrappedTextFollowsTheWindow();
@@ -39,7 +42,7 @@ void WindowLayoutTest::LayoutComesBack()
     EditorWindow editor;
     editor.settings.SaveFlag(Keys::BandLabels, true);
     editor.Open();
-    editor.window->setGeometry(37, 41, 823, 611);
+    editor.window->setGeometry(37, 41, 723, 611);
     auto *bar = &editor.Find<BandBar>(u"CoolBar1"_s);
     auto *panel = &editor.Find<SidePanel>(u"cc3Panel"_s);
     QVERIFY(bar->AreCaptionsShown());
@@ -138,11 +141,16 @@ void WindowLayoutTest::OffScreenPlacesComeBack_data()
     QTest::addColumn<QRect>("shown");
     const QRect screen(0, 0, 800, 600);
     QTest::newRow("inside") << QRect(100, 50, 400, 300) << QRect(100, 50, 400, 300);
-    QTest::newRow("partly left") << QRect(-200, 50, 400, 300) << QRect(-200, 50, 400, 300);
+    QTest::newRow("partly left") << QRect(-200, 50, 400, 300) << QRect(0, 50, 400, 300);
+    QTest::newRow("partly right") << QRect(500, 50, 400, 300) << QRect(400, 50, 400, 300);
+    QTest::newRow("partly below") << QRect(100, 500, 400, 300) << QRect(100, 300, 400, 300);
     QTest::newRow("far left") << QRect(-5000, 50, 400, 300) << QRect(0, 50, 400, 300);
     QTest::newRow("above") << QRect(100, -40, 400, 300) << QRect(100, 0, 400, 300);
     QTest::newRow("below") << QRect(100, 9000, 400, 300) << QRect(100, 300, 400, 300);
     QTest::newRow("too large and away") << QRect(3000, 3000, 4000, 4000) << screen;
+    QTest::newRow("too large") << QRect(40, 40, 960, 680) << screen;
+    QTest::newRow("too wide") << QRect(40, 40, 960, 500) << QRect(0, 40, 800, 500);
+    QTest::newRow("on two screens") << QRect(700, 100, 400, 300) << QRect(700, 100, 400, 300);
     QTest::newRow("second screen") << QRect(900, 100, 400, 300) << QRect(900, 100, 400, 300);
 }
 
@@ -151,7 +159,7 @@ void WindowLayoutTest::OffScreenPlacesComeBack()
     QFETCH(QRect, stored);
     QFETCH(QRect, shown);
     std::vector<QRect> screens = {QRect(0, 0, 800, 600)};
-    if (stored.left() == 900)
+    if (stored.left() == 900 || stored.left() == 700)
         screens.emplace_back(800, 0, 1000, 800);
     QCOMPARE(OnScreen(stored, screens), shown);
 }
@@ -170,6 +178,49 @@ void WindowLayoutTest::StoredPlaceOffTheScreenComesBack()
     QVERIFY2(screen.contains(place.topLeft()), qPrintable(QDebug::toString(place)));
     QVERIFY2(seen.width() == place.width() && seen.height() >= 160, qPrintable(QDebug::toString(place)));
     QCOMPARE(editor.window->width(), FromTwips(6000, editor.window->logicalDpiX()));
+}
+
+void WindowLayoutTest::StoredSizeFitsTheScreen()
+{
+    EditorWindow editor;
+    editor.settings.SaveNumber(Keys::X, 600);
+    editor.settings.SaveNumber(Keys::Y, 600);
+    editor.settings.SaveNumber(Keys::Width, 90000);
+    editor.settings.SaveNumber(Keys::Height, 90000);
+    editor.Open();
+    const QRect screen = editor.window->screen()->availableGeometry();
+    QVERIFY2(screen.contains(editor.window->frameGeometry()),
+             qPrintable(QDebug::toString(editor.window->frameGeometry())));
+    QVERIFY(editor.window->width() > screen.width() - 10 && editor.window->height() > screen.height() - 40);
+}
+
+void WindowLayoutTest::TheWindowHasALeastSize()
+{
+    EditorWindow editor;
+    editor.Open();
+    editor.window->resize(10, 10);
+    QVERIFY2(editor.window->width() >= 300 && editor.window->height() >= 200,
+             qPrintable(QDebug::toString(editor.window->size())));
+    QVERIFY2(editor.Text().height() >= 40, qPrintable(QString::number(editor.Text().height())));
+}
+
+void WindowLayoutTest::APanelDraggedToNothingComesBack()
+{
+    EditorWindow editor;
+    editor.Open();
+    auto *panel = &editor.Find<SidePanel>(u"cc3Panel"_s);
+    const int before = panel->width();
+    Drag(editor.Find<Splitter>(u"Splitter"_s), QPoint(1, 5), QPoint(-2000, 5));
+    QCOMPARE(panel->width(), 0);
+    editor.Row(u"mnuBrowse"_s).trigger();
+    editor.Row(u"mnuBrowse"_s).trigger();
+    QVERIFY2(panel->isVisible() && panel->width() >= 100, qPrintable(QString::number(panel->width())));
+    QCOMPARE(panel->width(), before);
+
+    Drag(editor.Find<Splitter>(u"Splitter"_s), QPoint(1, 5), QPoint(-2000, 5));
+    QVERIFY(editor.window->close());
+    editor.Open();
+    QVERIFY(editor.Find<SidePanel>(u"cc3Panel"_s).width() >= 100);
 }
 
 void WindowLayoutTest::TwipsAreOf1440ToTheInch()

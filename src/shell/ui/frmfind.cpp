@@ -151,6 +151,7 @@ void frmFind::SetFindMode(bool replace)
     EnableButtons();
     layout()->activate();
     resize(width(), sizeHint().height());
+    KeepOnScreen(*this);
 }
 
 void frmFind::EnableButtons()

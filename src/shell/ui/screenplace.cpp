@@ -7,6 +7,7 @@
 #include <cmath>
 #include <QGuiApplication>
 #include <QPoint>
+#include <QRegion>
 #include <QScreen>
 #include <QSize>
 #include <QtGlobal>
@@ -19,7 +20,6 @@ namespace
 {
 
 constexpr double TwipsPerInch = 1440;
-constexpr int GrabWidth = 64; ///< as much of a window's upper edge has to be on a screen, pixels
 
 constexpr QSize Frame(16, 48); ///< about what the window manager puts around a dialog, pixels
 
@@ -35,27 +35,37 @@ int FromTwips(double twips, int dotsPerInch)
     return int(std::lround(std::clamp(twips, -MostTwips, MostTwips) * dotsPerInch / TwipsPerInch));
 }
 
+std::vector<QRect> UsableScreens()
+{
+    std::vector<QRect> screens;
+    for (const QScreen *screen : QGuiApplication::screens())
+        screens.push_back(screen->availableGeometry());
+    return screens;
+}
+
 QRect OnScreen(const QRect &place, const std::vector<QRect> &screens)
 {
-    if (screens.empty())
-        return place;
-    const QRect handle(place.topLeft(), QSize(place.width(), GrabHeight));
-    const QRect *nearest = nullptr;
-    qint64 least = 0;
+    QRegion all;
+    const QRect *best = nullptr;
+    qint64 mostSeen = 0;
+    qint64 leastAway = 0;
     for (const QRect &screen : screens) {
-        const QRect seen = screen & handle;
-        if (seen.width() >= std::min(GrabWidth, place.width()) && seen.height() >= GrabHeight)
-            return place;
+        all += screen;
+        const QRect seen = screen & place;
+        const qint64 area = seen.isEmpty() ? 0 : qint64(seen.width()) * seen.height();
         const QPoint away = screen.center() - place.center();
         const qint64 distance = qint64(away.x()) * away.x() + qint64(away.y()) * away.y();
-        if (!nearest || distance < least) {
-            nearest = &screen;
-            least = distance;
+        if (!best || area > mostSeen || (area == mostSeen && distance < leastAway)) {
+            best = &screen;
+            mostSeen = area;
+            leastAway = distance;
         }
     }
-    QRect moved(place.topLeft(), place.size().boundedTo(nearest->size()));
-    moved.moveLeft(std::clamp(moved.left(), nearest->left(), nearest->right() + 1 - moved.width()));
-    moved.moveTop(std::clamp(moved.top(), nearest->top(), nearest->bottom() + 1 - moved.height()));
+    if (!best || (QRegion(place) - all).isEmpty())
+        return place;
+    QRect moved(place.topLeft(), place.size().boundedTo(best->size()));
+    moved.moveLeft(std::clamp(moved.left(), best->left(), best->right() + 1 - moved.width()));
+    moved.moveTop(std::clamp(moved.top(), best->top(), best->bottom() + 1 - moved.height()));
     return moved;
 }
 
@@ -64,12 +74,16 @@ void RestorePlace(QWidget &dialog, const SettingsStore &settings, const BareNumb
 {
     if (settings.StoredText(x).isEmpty() || settings.StoredText(y).isEmpty())
         return;
-    std::vector<QRect> screens;
-    for (const QScreen *screen : QGuiApplication::screens())
-        screens.push_back(screen->availableGeometry());
     const int dpi = dialog.logicalDpiX();
     const QPoint place(FromTwips(settings.Number(x, 0), dpi), FromTwips(settings.Number(y, 0), dpi));
-    dialog.move(OnScreen(QRect(place, dialog.sizeHint() + Frame), screens).topLeft());
+    dialog.move(OnScreen(QRect(place, dialog.sizeHint() + Frame), UsableScreens()).topLeft());
+}
+
+void KeepOnScreen(QWidget &dialog)
+{
+    const QPoint seen = OnScreen(QRect(dialog.pos(), dialog.size() + Frame), UsableScreens()).topLeft();
+    if (dialog.isVisible() && seen != dialog.pos())
+        dialog.move(seen);
 }
 
 void SavePlace(const QWidget &dialog, SettingsStore &settings, const BareNumberKey &x, const BareNumberKey &y)

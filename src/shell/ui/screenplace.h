@@ -4,6 +4,7 @@
 #include "shell/settingkey.h"
 
 #include <QRect>
+#include <QSize>
 #include <vector>
 
 class QWidget;
@@ -20,11 +21,14 @@ inline constexpr double MostTwips = 1e7;
 double ToTwips(int pixels, int dotsPerInch);
 int FromTwips(double twips, int dotsPerInch);
 
-/// A window whose upper edge shows less height than this cannot be reached. Pixels.
-inline constexpr int GrabHeight = 24;
+/// The least that a window manager puts around a window, pixels.
+inline constexpr QSize LeastFrame(4, 28);
 
-/// A window place that can be reached: the place itself where enough of it is on a screen, else moved, and
-/// cut if need be, into the nearest one. @param screens the usable areas of the screens
+/// The usable areas of all screens.
+std::vector<QRect> UsableScreens();
+
+/// A window place that can be seen: the place itself where the screens hold the whole of it, else moved, and
+/// cut if need be, into the one that shows most of it or is nearest.
 QRect OnScreen(const QRect &place, const std::vector<QRect> &screens);
 
 /// Puts a dialog, which must be laid out already, where it stood when it was last closed, or as near as a
@@ -33,5 +37,8 @@ void RestorePlace(QWidget &dialog, const SettingsStore &settings, const BareNumb
                   const BareNumberKey &y);
 void SavePlace(const QWidget &dialog, SettingsStore &settings, const BareNumberKey &x,
                const BareNumberKey &y);
+
+/// Moves a shown dialog that has grown back onto the screen as a whole.
+void KeepOnScreen(QWidget &dialog);
 
 } // namespace zelvane

@@ -14,11 +14,10 @@
 
 #include <algorithm>
 #include <QCoreApplication>
-#include <QGuiApplication>
 #include <QMainWindow>
 #include <QRect>
 #include <QScreen>
-#include <vector>
+#include <QSize>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -29,7 +28,7 @@ namespace
 {
 
 constexpr int Maximized = 2;         ///< of the key `Window`
-constexpr QSize LeastSize(240, 160); ///< a smaller stored window would not show what it is
+constexpr QSize LeastSize(360, 260); ///< a smaller window would show bars and no text
 
 } // namespace
 
@@ -48,7 +47,7 @@ void WindowLayout::RestoreGeometry(const QSize &design)
 {
     const int dpi = m_window.logicalDpiX();
     const QRect screen = m_window.screen()->availableGeometry();
-    const QSize fitting = design.boundedTo(screen.size() - QSize(0, GrabHeight));
+    const QSize fitting = design.boundedTo(screen.size() - LeastFrame);
     const auto twips = [dpi](int pixels) { return ToTwips(pixels, dpi); };
 
     const double x =
@@ -58,14 +57,13 @@ void WindowLayout::RestoreGeometry(const QSize &design)
     const double width = m_settings.Number(Keys::Width, twips(fitting.width()) + 1);
     const double height = m_settings.Number(Keys::Height, twips(fitting.height()) + 1);
 
-    std::vector<QRect> screens;
-    for (const QScreen *one : QGuiApplication::screens())
-        screens.push_back(one->availableGeometry());
     const QSize least = m_window.minimumSizeHint().expandedTo(LeastSize);
+    m_window.setMinimumSize(least);
     const QSize size = QSize(FromTwips(width, dpi), FromTwips(height, dpi)).expandedTo(least);
-    const QRect place = OnScreen(QRect(QPoint(FromTwips(x, dpi), FromTwips(y, dpi)), size), screens);
+    const QRect place =
+        OnScreen(QRect(QPoint(FromTwips(x, dpi), FromTwips(y, dpi)), size + LeastFrame), UsableScreens());
     m_window.move(place.topLeft());
-    m_window.resize(place.size());
+    m_window.resize(place.size() - LeastFrame);
 
     if (m_settings.Integer(Keys::Window) == Maximized)
         m_window.setWindowState(Qt::WindowMaximized);

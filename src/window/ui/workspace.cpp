@@ -19,6 +19,7 @@ namespace
 {
 
 constexpr int Gap = 3;          ///< above and below the text
+constexpr int LeastPanel = 32;  ///< a narrower panel shows nothing
 constexpr int LeastText = 60;   ///< width that a wide panel leaves to the text
 constexpr int LeastHeight = 10; ///< of the text in a very low window
 
@@ -43,7 +44,11 @@ Workspace::Workspace(QWidget *text, StatusBar *status, QWidget *parent)
 
     connect(CoolBar1, &BandBar::HeightChanged, this, &Workspace::LayOut);
     connect(CoolBar1, &BandBar::BandShown, this, &Workspace::ShowBars);
-    connect(cc3Panel, &SidePanel::BandShown, this, &Workspace::ShowBars);
+    connect(cc3Panel, &SidePanel::BandShown, this, [this](PanelBand, bool shown) {
+        if (shown && m_panelWidth < LeastPanel)
+            m_panelWidth = cc3Panel->sizeHint().width();
+        ShowBars();
+    });
     connect(m_splitter, &Splitter::Dropped, this,
             [this](int right) { SetPanelWidth(right - Splitter::Thickness); });
 }
