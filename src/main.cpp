@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/programfolder.h"
 #include "platform/runtimeerror.h"
+#include "platform/ui/contextmenukey.h"
 #include "platform/ui/endrequest.h"
 #include "platform/ui/instancelink.h"
 #include "platform/ui/qtdesktop.h"
@@ -47,6 +48,7 @@ public:
         setApplicationVersion(ProgramVersion());
         setDesktopFileName(u"zelvane"_s);
         setStyle(new LegibleStyle);
+        new ContextMenuKey(this);
         setWindowIcon(QIcon(u":/zelvane/icons/zelvane.svg"_s));
         // The end of the terminal that the program was started in is no end of the text. Empty handlers and
         // not "ignore", which the programs that presets start would inherit.

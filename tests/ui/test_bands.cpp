@@ -44,7 +44,8 @@ void BandsTest::TabGoesThroughTheBandsInTheirOrder()
         if (one->window() == window && one->focusPolicy() & Qt::TabFocus && !one->focusProxy())
             stops.append(one->objectName());
     }
-    QCOMPARE(stops, (QStringList{u"cmbOpcodes"_s, u"SliderTime"_s, u"tvwBrowse"_s, u"tvwRelated"_s}));
+    QCOMPARE(stops, (QStringList{u"cmbOpcodes"_s, u"tbPlayer_play"_s, u"tbPlayer_pause"_s, u"tbPlayer_stop"_s,
+                                 u"tbPlayer_loop"_s, u"SliderTime"_s, u"tvwBrowse"_s, u"tvwRelated"_s}));
 }
 
 void BandsTest::BandsHideAndTheTextGoesUp()

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The keys that the window takes, and where the Tab key goes.
 
+#include "platform/ui/contextmenukey.h"
+#include "shell/layoutkeys.h"
 #include "support/editorwindow.h"
 #include "support/uitest.h"
 
@@ -20,7 +22,30 @@ private Q_SLOTS:
     void PresetKeysRunRows();
     void NoControlIsATabStopBesideTheText();
     void ControlKeysWithoutACommandTypeNothing();
+    void AKeyLeadsRound();
+    void TheRoundPassesWhatIsHidden();
+    void ContextMenusOpenWithAKey();
+    void TheTextHasTheKeyboardAfterGoToLine();
 };
+
+namespace
+{
+
+/// Presses the key where the keyboard is. @return the name of the control that has the keyboard then
+QString FocusAfter(Qt::Key key, Qt::KeyboardModifiers held = {})
+{
+    QTest::keyClick(QApplication::focusWidget(), key, held);
+    return QApplication::focusWidget()->objectName();
+}
+
+void FocusText(EditorWindow &editor)
+{
+    editor.window->activateWindow();
+    editor.Text().setFocus();
+    QVERIFY(Eventually([&] { return editor.Text().hasFocus(); }));
+}
+
+} // namespace
 
 void WindowKeysTest::FontSizeKeysAreNoEdit()
 {
@@ -109,6 +134,82 @@ void WindowKeysTest::ControlKeysWithoutACommandTypeNothing()
         QCOMPARE(editor.Text().Text(), u"one two\nthree\n"_s);
     }
     QVERIFY(!editor.window->Context().document.Modified);
+}
+
+void WindowKeysTest::AKeyLeadsRound()
+{
+    EditorWindow editor;
+    editor.settings.SaveFlag(Keys::RelatedFiles, true);
+    Commands &commands = editor.Open().CommandTable();
+    commands.Bind(Cmd::mnuPlay, [] {});
+    commands.Bind(Cmd::mnuStop, [] {});
+    FocusText(editor);
+    const QStringList round = {u"cmbOpcodes"_s, u"tvwBrowse"_s, u"tvwRelated"_s, u"tbPlayer_play"_s,
+                               u"TxtEdit"_s};
+    for (int turn = 0; turn < 2; ++turn) {
+        for (const QString &stop : round)
+            QCOMPARE(FocusAfter(Qt::Key_F6), stop);
+    }
+    for (const int stop : {3, 2, 1, 0, 4})
+        QCOMPARE(FocusAfter(Qt::Key_F6, Qt::ShiftModifier), round[stop]);
+    QCOMPARE(editor.Text().Text(), QString());
+
+    // From any button of the player.
+    editor.Find<QWidget>(u"tbPlayer_stop"_s).setFocus();
+    QCOMPARE(FocusAfter(Qt::Key_F6), u"TxtEdit"_s);
+}
+
+void WindowKeysTest::TheRoundPassesWhatIsHidden()
+{
+    EditorWindow editor;
+    editor.Open();
+    FocusText(editor);
+    editor.Row(u"mnuShowToolbar_1"_s).trigger();
+    editor.Row(u"mnuRelated"_s).trigger();
+    QVERIFY(!editor.Find<QWidget>(u"tvwRelated"_s).isVisible());
+    QCOMPARE(FocusAfter(Qt::Key_F6), u"tvwBrowse"_s);
+    QCOMPARE(FocusAfter(Qt::Key_F6), u"TxtEdit"_s); // nothing of the player can be used
+    editor.Row(u"mnuBrowse"_s).trigger();
+    QCOMPARE(FocusAfter(Qt::Key_F6), u"TxtEdit"_s);
+}
+
+void WindowKeysTest::ContextMenusOpenWithAKey()
+{
+    const ContextMenuKey key(qApp);
+    EditorWindow editor;
+    editor.Open();
+    FocusText(editor);
+    const auto opened = [&](QWidget &at) {
+        QTest::keyClick(&at, Qt::Key_F10, Qt::ShiftModifier);
+        QWidget *menu = QApplication::activePopupWidget();
+        const QString name = menu ? menu->objectName() : QString();
+        if (menu)
+            menu->close();
+        return name;
+    };
+    QCOMPARE(opened(editor.Text()), u"mnuEdit"_s);
+    auto &tree = editor.Find<QTreeWidget>(u"tvwBrowse"_s);
+    tree.setFocus();
+    QCOMPARE(opened(tree), u"mnuTreeView"_s);
+    auto *node = new QTreeWidgetItem(&tree, {u"instr 1"_s});
+    node->setData(0, Qt::UserRole, u"ins1"_s);
+    tree.setCurrentItem(node);
+    QCOMPARE(opened(tree), u"mnuBrowseEditable"_s);
+}
+
+void WindowKeysTest::TheTextHasTheKeyboardAfterGoToLine()
+{
+    EditorWindow editor;
+    editor.Open();
+    FocusText(editor);
+    editor.Find<QTreeWidget>(u"tvwBrowse"_s).setFocus();
+    editor.desktop.ExpectInput(u"Go to line"_s,
+                               u"Type the line number you want to go to.\n"
+                               "(Use + and - to move from current position).\n\nTotal lines: 1"_s,
+                               u"1"_s);
+    editor.Row(u"mnuGoTo"_s).trigger();
+    editor.desktop.CheckAllCame();
+    QVERIFY(editor.Text().hasFocus());
 }
 
 int main(int argc, char **argv)

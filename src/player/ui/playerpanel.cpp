@@ -4,6 +4,7 @@
 #include "shell/command.h"
 #include "shell/ui/toolbutton.h"
 
+#include <QAction>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QSlider>
@@ -45,6 +46,10 @@ PlayerPanel::PlayerPanel(Commands &commands, QWidget *parent)
     lblPos->setToolTip(u"Elapsed Time"_s);
 
     AddToolButtons(*tbPlayer, commands, Buttons);
+
+    // The keyboard gets here with F6 and goes on with Tab.
+    for (QAction *action : tbPlayer->actions())
+        tbPlayer->widgetForAction(action)->setFocusPolicy(Qt::TabFocus);
 
     Timer1->setObjectName(u"Timer1"_s);
     Timer1->setInterval(50);

@@ -142,7 +142,7 @@ constexpr MenuRow Table[] = {
     {Menu::mnuInsert, Cmd::mnuLineSeparation[LineStyle::First], u"----------------"},
     {Menu::mnuInsert, Cmd::mnuLineSeparation[LineStyle::Second], u"****************"},
     {Menu::mnuInsert, Separator{}},
-    {Menu::mnuInsert, Cmd::mnuDate, u"&Date && time", {u"F6", KeyTaker::Row}},
+    {Menu::mnuInsert, Cmd::mnuDate, u"&Date && time", {u"F7", KeyTaker::Row}},
 
     {Menu::Bar, Menu::mnuPresets, u"&Presets"},
     {Menu::mnuPresets, Separators::linea1},
@@ -256,6 +256,13 @@ QAction *FindSeparator(const QMenu &menu, Separator line)
 QString ShownKey(const RowKey &key)
 {
     return QString::fromUtf16(key.keys).section(QString::fromUtf16(KeySeparator), 0, 0);
+}
+
+QString ShownKey(Command command)
+{
+    const auto row = std::find_if(std::begin(Table), std::end(Table),
+                                  [command](const MenuRow &one) { return one.command == command; });
+    return row == std::end(Table) ? QString() : ShownKey(row->key);
 }
 
 QList<QKeySequence> KeySequences(const RowKey &key)

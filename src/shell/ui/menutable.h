@@ -74,6 +74,8 @@ QAction *FindSeparator(const QMenu &menu, Separator line);
 
 /// The key as the caption tells it, empty when there is none.
 QString ShownKey(const RowKey &key);
+/// The same of the command's row.
+QString ShownKey(Command command);
 /// All keys of a row that somebody takes.
 QList<QKeySequence> KeySequences(const RowKey &key);
 /// The same of the row of a command; none when no menu has it.

@@ -27,7 +27,10 @@ TextCommands::TextCommands(const WindowContext &context) : QObject(context.windo
         IndentSelection(m_context.editor, change == IndentChange::Decrease);
     });
     commands.Bind(Cmd::mnuCase, [this](CaseChange change) { ChangeCase(m_context.editor, change); });
-    commands.Bind(Cmd::mnuGoTo, [this] { GoToLine(m_context.editor); });
+    commands.Bind(Cmd::mnuGoTo, [this] {
+        GoToLine(m_context.editor);
+        m_context.view.FocusText();
+    });
     commands.Bind(Cmd::mnuFind, [this] { ShowFind(false); });
     commands.Bind(Cmd::mnuReplace, [this] { ShowFind(true); });
     commands.Bind(Cmd::mnuFindAgain, [this] { FindAgain(m_context.editor); });

@@ -22,6 +22,8 @@
 #include "shell/ui/textcommands.h"
 #include "shell/ui/toolbutton.h"
 #include "window/ui/documentdisplay.h"
+#include "window/ui/focusround.h"
+#include "window/ui/menuescape.h"
 #include "window/ui/rooms.h"
 #include "window/ui/tabstops.h"
 #include "window/ui/toolbartable.h"
@@ -105,6 +107,8 @@ frmEditor::frmEditor(SettingsStore &settings, Desktop &desktop, const CommandLin
     new TabStops(this, TxtEdit);
     new WindowKeys(this, *m_commands);
     m_mailbox.ServeAfterDialogsOf(*this);
+    new FocusRound(this, *TxtEdit, m_workspace->Bands(), m_workspace->Panel());
+    new MenuEscape(menuBar());
 
     m_commands->Guard([this] {
         m_layout->RestoreGeometry(DesignSize);

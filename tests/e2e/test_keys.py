@@ -1,0 +1,61 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Where the keyboard is after menus and dialogs; what is typed then must come into the text."""
+
+from support.stage import check, main
+
+STORE = """[Options]
+Used=2
+Splash=0
+RelatedFiles=0
+"""
+
+
+def the_text_gets_the_keyboard_back(stage):
+    stage.write_store(STORE)
+    piece = stage.home / "piece.txt"
+    piece.write_text("first\nsecond\nthird\n")
+    editor = stage.start(piece)
+    window = editor.window(lambda title: str(piece) in title)
+    window.activate()
+    editor.at_rest()
+
+    def typed(word):
+        stage.output("xdotool", "type", "--clearmodifiers", "--", word + " ")
+        stage.output("xdotool", "key", "--clearmodifiers", "ctrl+s")
+        stage.until(lambda: word in piece.read_text(), lambda: f"{word!r} in the file: {piece.read_text()!r}", 10)
+
+    def keys(*names):
+        for name in names:
+            stage.output("xdotool", "key", "--clearmodifiers", name)
+            editor.at_rest()
+
+    typed("begin")
+    keys("alt+f", "Escape")
+    typed("menu")
+    keys("Alt_L", "Escape")
+    typed("bar")
+    keys("alt+v", "Right", "Escape")
+    typed("next")
+    keys("alt+e", "Escape", "alt+s", "Escape")
+    typed("twice")
+    keys("shift+F10")
+    stage.screenshot("keys-context")
+    keys("Escape")
+    typed("context")
+    keys("Menu", "Escape")
+    typed("key")
+    keys("alt+s", "g", "2", "Return")
+    typed("goto")
+    lines = piece.read_text().split("\n")
+    check(lines[1].startswith("goto second"), f"the second line: {lines}")
+    keys("ctrl+g", "Escape")
+    typed("escaped")
+    keys("F6", "F6", "F6")  # opcode list, outline, text
+    typed("round")
+    keys("Home", "F6", "shift+F6")
+    typed("back")
+    check(piece.read_text().split("\n")[1].startswith("back goto"), f"the second line: {piece.read_text()!r}")
+    editor.close(window)
+
+
+main(the_text_gets_the_keyboard_back)
