@@ -3,6 +3,7 @@
 
 #include "shell/ui/commands.h"
 #include "shell/ui/icons.h"
+#include "shell/ui/menutable.h"
 
 #include <algorithm>
 #include <QGuiApplication>
@@ -62,6 +63,13 @@ QMenu *NewDropDown(QToolBar &toolbar, Commands &commands, const ToolButton &butt
     return menu;
 }
 
+QString ToolTip(const ToolButton &button)
+{
+    const QString tooltip = QString::fromUtf16(button.tooltip);
+    const QString shortcut = ShownKey(button.command);
+    return shortcut.isEmpty() ? tooltip : tooltip + u" ("_s + shortcut + u')';
+}
+
 void AddToolButton(QToolBar &toolbar, Commands &commands, const ToolButton &button)
 {
     if (button.group == ButtonGroup::New)
@@ -70,7 +78,7 @@ void AddToolButton(QToolBar &toolbar, Commands &commands, const ToolButton &butt
     const QString description = QString::fromUtf16(button.description);
     QAction *action = toolbar.addAction(Icons::Load(key), description);
     action->setObjectName(toolbar.objectName() + u'_' + key);
-    action->setToolTip(QString::fromUtf16(button.tooltip));
+    action->setToolTip(ToolTip(button));
     action->setProperty("key", key);
     action->setProperty(CommandProperty, button.command.RowName());
     if (QAction *row = commands.Action(button.command)) {

@@ -20,7 +20,8 @@ class Commands;
 enum class ButtonGroup { Same, New };
 
 /// A row of a toolbar's table: a button with its key (its icon, and its objectName behind the toolbar's and
-/// "_"), its description (the caption when labels are on), its tooltip and the command that it runs.
+/// "_"), its description (the caption when labels are on), its tooltip, behind which the key
+/// of the command is told, and the command that it runs.
 struct ToolButton {
     /// An entry of the drop-down.
     struct Choice {
