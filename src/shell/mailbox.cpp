@@ -68,6 +68,7 @@ void Mailbox::Wake()
 
 void Mailbox::Open()
 {
+    m_editor.windows.RaiseMainWindow(); // the opening may ask something
     const QString name = m_editor.settings.Text(Keys::Open);
     Guarded(m_editor.desktop, [&] { m_editor.operations.OpenFile(name); });
     // Whatever the opening met, the mail has been read. What came while the file opened stays for its own

@@ -52,6 +52,25 @@ def second_process_hands_over_and_ends(stage):
     editor.close(window)
 
 
+def minimized_window_comes_out_before_it_asks(stage):
+    stage.write_store(STORE)
+    first = copy_example(stage, "pluck.csd")
+    second = copy_example(stage, "oscil.csd")
+    editor, window = open_editor(stage, first)
+    window.type("x")
+    stage.output("xdotool", "windowminimize", window.number)
+    stage.until(lambda: "HIDDEN" in window.state(), "the minimized window")
+    equal(stage.start(second).ended(), 0, "exit code of the second process")
+    question = editor.dialog(window)
+    stage.until(question.is_active, "the question in front")
+    check("HIDDEN" not in window.state(), "the window is in the task bar while it asks")
+    stage.screenshot("handed-over-question")
+    question.keys("n")
+    shows(stage, window, second)
+    stage.until(window.is_active, "the window in front")
+    editor.close(window)
+
+
 def window_of_another_program_does_not_hold_it_back(stage):
     stage.write_store(STORE)
     first = copy_example(stage, "pluck.csd")
@@ -251,6 +270,7 @@ def chooser_switch_leaves_the_editor_alone(stage):
 
 main(
     second_process_hands_over_and_ends,
+    minimized_window_comes_out_before_it_asks,
     window_of_another_program_does_not_hold_it_back,
     relative_path_means_the_second_process_folder,
     three_at_once,
