@@ -136,10 +136,10 @@ int RunEditor(Application &application, const CommandLine &command, const QByteA
     std::unique_ptr<frmEditor> editor;
     const bool loaded = application.Guard([&] {
         editor = std::make_unique<frmEditor>(settings, application.TheDesktop(), command);
-        if (splash)
-            splash->SetOwner(*editor);
         QObject::connect(editor.get(), &frmEditor::Activated, &link, &InstanceLink::MarkRecent);
         editor->show();
+        if (splash)
+            splash->SetOwner(*editor);
         editor->repaint();
     });
     if (!loaded)

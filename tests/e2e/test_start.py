@@ -29,6 +29,12 @@ def first_use_welcomes_over_the_open_document(stage):
     equal(stage.setting("Used"), "2", "the count of uses")
 
 
+def stacked(stage):
+    """The windows on the screen, from the bottom up."""
+    listed = stage.output("xprop", "-root", "_NET_CLIENT_LIST_STACKING").split("#")[-1]
+    return [int(number, 16) for number in listed.split(",") if number.strip()]
+
+
 def splash_stands_until_the_document_does(stage):
     stage.write_store("[Options]\nUsed=2\n")
     piece = stage.home / "large.orc"
@@ -36,7 +42,14 @@ def splash_stands_until_the_document_does(stage):
     editor = stage.start(piece)
     splash = editor.window("Zelvane")
     equal(splash.geometry()[2:], (480, 300), "the size of the picture")
-    window = editor.window(lambda title: str(piece) in title)
+    # It stays above the main window, which comes to the front meanwhile.
+    window = editor.window(lambda title: True, beside=splash)
+    for moment in ("shown", "with the document"):
+        if moment == "with the document":
+            stage.until(lambda: str(piece) in window.title(), "the caption of the document")
+        stage.until(lambda: len(stacked(stage)) == 2, "both windows on the screen")
+        equal(stacked(stage), [window.number, splash.number], f"the windows from the bottom up, {moment}")
+    stage.screenshot("splash")
     stage.until(lambda: len(stage.windows_of(editor.pid)) == 1, "the end of the splash")
     editor.close(window)
 

@@ -53,6 +53,15 @@ void ActivateX11Window(xcb_connection_t *connection, xcb_window_t window)
 }
 #endif
 
+#ifdef ZELVANE_XCB
+void TellX11Owner(xcb_connection_t *connection, xcb_window_t window, xcb_window_t owner)
+{
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_TRANSIENT_FOR, XCB_ATOM_WINDOW,
+                        32, 1, &owner);
+    xcb_flush(connection);
+}
+#endif
+
 } // namespace
 
 QByteArray ActivationToken()
@@ -87,6 +96,23 @@ void RaiseWindow(QWidget &window)
 #endif
     for (const char *used : {WaylandToken, X11Token}) // good for one use, and not for programs started later
         qunsetenv(used);
+}
+
+void KeepAbove(QWidget &window, QWidget &owner)
+{
+    owner.winId(); // makes the native window, which may not be shown yet
+    window.winId();
+    window.windowHandle()->setTransientParent(owner.windowHandle());
+    if (!window.isVisible())
+        return; // it is told with the next show
+#ifdef ZELVANE_XCB
+    if (xcb_connection_t *connection = X11Connection()) {
+        TellX11Owner(connection, xcb_window_t(window.winId()), xcb_window_t(owner.winId()));
+        return;
+    }
+#endif
+    window.hide();
+    window.show();
 }
 
 void FlushWindowSystem()

@@ -20,6 +20,10 @@ void UseActivationToken(const QByteArray &token);
 /// it by opening a file from elsewhere, so the window manager is not to hold it back.
 void RaiseWindow(QWidget &window);
 
+/// Makes a window an owned one of another: it stays above it, and the window manager is told at once, for
+/// which the owner has to be shown already. The toolkit by itself tells it only when it shows a window.
+void KeepAbove(QWidget &window, QWidget &owner);
+
 /// Hands what has been asked of the window system over to it, without serving an event: for use before a
 /// wait.
 void FlushWindowSystem();

@@ -2,13 +2,13 @@
 #include "shell/ui/formsplash.h"
 
 #include "platform/programinfo.h"
+#include "platform/ui/raisewindow.h"
 
 #include <QGuiApplication>
 #include <QLabel>
 #include <QPainter>
 #include <QScreen>
 #include <QSvgRenderer>
-#include <QWindow>
 #include <utility>
 
 using namespace Qt::Literals::StringLiterals;
@@ -69,9 +69,7 @@ void FormSplash::ShowNow()
 
 void FormSplash::SetOwner(QWidget &owner)
 {
-    owner.winId(); // makes the native window, which may not be shown yet
-    if (windowHandle())
-        windowHandle()->setTransientParent(owner.windowHandle());
+    KeepAbove(*this, owner);
 }
 
 void FormSplash::paintEvent(QPaintEvent *)
