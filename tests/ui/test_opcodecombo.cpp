@@ -6,6 +6,7 @@
 
 #include <QAbstractItemView>
 #include <QComboBox>
+#include <QItemSelectionModel>
 #include <QLineEdit>
 
 using namespace Qt::Literals::StringLiterals;
@@ -60,6 +61,9 @@ private Q_SLOTS:
     void TheStatusLineTellsAgainWhatItTold();
     void TheFileLineStandsAfterTheStart();
     void AClickDropsTheList();
+    void AClickSelectsTheField();
+    void TheListMarksWhatEnterInserts();
+    void ThePointerMarksNothing();
 };
 
 void OpcodeComboTest::TheListIsSortedAndTheFieldKeepsItsText()
@@ -173,6 +177,71 @@ void OpcodeComboTest::AClickDropsTheList()
     QTest::mouseClick(on.Combo().lineEdit(), Qt::LeftButton);
     QVERIFY(QTest::qWaitFor([&] { return on.Combo().view()->isVisible(); }));
     on.Combo().hidePopup();
+}
+
+void OpcodeComboTest::AClickSelectsTheField()
+{
+    Opcodes on;
+    on.ToggleBand();
+    for (const QString &text : {Prompt, u"oscil"_s, u"mine"_s}) {
+        on.Combo().setEditText(text);
+        on.Combo().lineEdit()->deselect();
+        QTest::mouseClick(on.Combo().lineEdit(), Qt::LeftButton);
+        QVERIFY(Eventually([&] { return on.Combo().view()->isVisible(); }));
+        QCOMPARE(on.Combo().lineEdit()->selectedText(), text);
+        QTest::keyClicks(on.Combo().view(), u"li"_s);
+        QCOMPARE(on.Combo().currentText(), u"li"_s);
+        on.Combo().hidePopup();
+    }
+}
+
+void OpcodeComboTest::TheListMarksWhatEnterInserts()
+{
+    Opcodes on;
+    on.ToggleBand();
+    on.Combo().setFocus();
+    on.Combo().lineEdit()->clear();
+    on.Combo().showPopup();
+    QAbstractItemView &list = *on.Combo().view();
+    const auto marked = [&list] { return list.currentIndex().data().toString(); };
+    QTest::keyClicks(&list, u"osci"_s);
+    QCOMPARE(marked(), QString()); // the beginning of a name is no name
+    QVERIFY(list.selectionModel()->selectedIndexes().isEmpty());
+    QTest::keyClicks(&list, u"l"_s);
+    QCOMPARE(marked(), u"oscil"_s);
+    QTest::keyClick(&list, Qt::Key_Backspace);
+    QCOMPARE(marked(), QString());
+    QTest::keyClick(&list, Qt::Key_Down); // goes on from where the names begin so
+    QCOMPARE(marked(), u"Oscil"_s);
+    QCOMPARE(on.Combo().currentText(), u"Oscil"_s);
+    QTest::keyClick(&list, Qt::Key_Up);
+    QCOMPARE(on.Combo().currentText(), u"linen"_s);
+    on.Combo().setEditText({});
+    QTest::keyClicks(&list, u"ou"_s);
+    on.Load({}, {0, 0});
+    QTest::keyClick(&list, Qt::Key_Return);
+    QCOMPARE(on.Text().Text(), u"ou"_s);
+}
+
+void OpcodeComboTest::ThePointerMarksNothing()
+{
+    Opcodes on;
+    on.ToggleBand();
+    on.Combo().setCurrentIndex(2);
+    on.Combo().showPopup();
+    QAbstractItemView &list = *on.Combo().view();
+    QVERIFY(Eventually([&] { return list.isVisible(); }));
+    for (int row = 0; row < on.Combo().count(); ++row) {
+        QTest::mouseMove(list.viewport(), list.visualRect(list.model()->index(row, 0)).center());
+        QCoreApplication::processEvents();
+        QCOMPARE(list.currentIndex().row(), 2);
+    }
+    // A click still takes a name; right after it has dropped the list takes none.
+    QVERIFY(Eventually([&] {
+        QTest::mouseClick(list.viewport(), Qt::LeftButton, {},
+                          list.visualRect(list.model()->index(3, 0)).center());
+        return on.Combo().currentText() == u"outs"_s;
+    }));
 }
 
 int main(int argc, char **argv)

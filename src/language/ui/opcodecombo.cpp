@@ -65,6 +65,7 @@ OpcodeCombo::OpcodeCombo(EditorContext &editor, const QString &folder, std::func
     lineEdit()->setCursorPosition(0);
     lineEdit()->installEventFilter(this);
     view()->installEventFilter(this);
+    view()->viewport()->installEventFilter(this);
 }
 
 void OpcodeCombo::LoadOpcodeCombo()
@@ -145,8 +146,7 @@ void OpcodeCombo::keyPressEvent(QKeyEvent *event)
 void OpcodeCombo::showPopup()
 {
     QComboBox::showPopup();
-    if (currentIndex() < 0)
-        view()->setCurrentIndex({}); // nothing is chosen yet: the first arrow key goes to the first name
+    MarkField();
     if (currentText() == InitialText())
         lineEdit()->selectAll(); // what is typed takes its place
 }
@@ -156,7 +156,11 @@ bool OpcodeCombo::eventFilter(QObject *watched, QEvent *event)
     if (watched == lineEdit() && event->type() == QEvent::MouseButtonRelease) {
         // A drag selects text in the field, a click drops the list. The field is let finish first.
         if (static_cast<QMouseEvent *>(event)->button() == Qt::LeftButton && !lineEdit()->hasSelectedText())
-            QMetaObject::invokeMethod(this, &OpcodeCombo::showPopup, Qt::QueuedConnection);
+            QMetaObject::invokeMethod(this, &OpcodeCombo::TakeClick, Qt::QueuedConnection);
+    } else if (watched == view()->viewport() && event->type() == QEvent::MouseMove) {
+        // The list would mark what the pointer passes over, which Enter does not insert.
+        if (static_cast<QMouseEvent *>(event)->buttons() == Qt::NoButton)
+            return true;
     } else if (watched == view() && event->type() == QEvent::ShortcutOverride) {
         // The list's own filter would take the marked name for Enter here already.
         const int key = static_cast<QKeyEvent *>(event)->key();
@@ -171,10 +175,17 @@ bool OpcodeCombo::eventFilter(QObject *watched, QEvent *event)
     return QComboBox::eventFilter(watched, event);
 }
 
+void OpcodeCombo::TakeClick()
+{
+    showPopup();
+    lineEdit()->selectAll();
+}
+
 bool OpcodeCombo::PopupKey(QKeyEvent *event)
 {
     const int page = std::max(1, maxVisibleItems() - 1);
-    const int row = view()->currentIndex().row();
+    const int marked = view()->currentIndex().row();
+    const int row = marked < 0 ? m_place : marked;
     switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
@@ -185,7 +196,10 @@ bool OpcodeCombo::PopupKey(QKeyEvent *event)
     case Qt::Key_Down:
         if (event->modifiers() & Qt::AltModifier)
             return false;
-        MarkInPopup(row + (event->key() == Qt::Key_Up ? -1 : 1));
+        if (event->key() == Qt::Key_Up)
+            MarkInPopup(row - 1);
+        else
+            MarkInPopup(marked < 0 ? row : row + 1);
         return true;
     case Qt::Key_PageUp:
         MarkInPopup(row - page);
@@ -204,8 +218,8 @@ bool OpcodeCombo::PopupKey(QKeyEvent *event)
     const QString before = currentText();
     QKeyEvent copy(event->type(), event->key(), event->modifiers(), event->text(), event->isAutoRepeat());
     QCoreApplication::sendEvent(lineEdit(), &copy);
-    if (const QString typed = currentText(); typed != before)
-        ScrollToPrefix(typed);
+    if (currentText() != before)
+        MarkField();
     return true;
 }
 
@@ -217,14 +231,15 @@ void OpcodeCombo::MarkInPopup(int row)
     lineEdit()->selectAll();
 }
 
-void OpcodeCombo::ScrollToPrefix(const QString &prefix)
+void OpcodeCombo::MarkField()
 {
-    const int row = findText(prefix, Qt::MatchStartsWith);
-    if (row < 0)
-        return;
-    const QModelIndex index = model()->index(row, modelColumn());
-    view()->setCurrentIndex(index);
-    view()->scrollTo(index, QAbstractItemView::PositionAtTop);
+    const QString text = currentText();
+    const int same = findText(text, Qt::MatchExactly | Qt::MatchCaseSensitive);
+    const int place = same >= 0 ? same : findText(text, Qt::MatchStartsWith);
+    view()->setCurrentIndex(same >= 0 ? model()->index(same, modelColumn()) : QModelIndex());
+    m_place = std::max(0, place);
+    if (place >= 0 && !text.isEmpty())
+        view()->scrollTo(model()->index(place, modelColumn()), QAbstractItemView::PositionAtTop);
 }
 
 } // namespace zelvane

@@ -41,12 +41,17 @@ private:
     /// the field.
     bool PopupKey(QKeyEvent *event);
     void MarkInPopup(int row);
-    void ScrollToPrefix(const QString &prefix);
+    /// Marks the name that stands in the field, and no other: it is what Enter inserts. Where only the
+    /// beginning of names stands there, the list shows the first of these, and the arrow keys begin there.
+    void MarkField();
+    /// A click on the field drops the list, and selects the field: what is typed takes its place.
+    void TakeClick();
 
     EditorContext &m_editor;
     QString m_folder;
     std::function<void()> m_focusText;
     bool m_loading = false;
+    int m_place = 0; ///< the row where the arrow keys begin while no name is marked
 };
 
 } // namespace zelvane
