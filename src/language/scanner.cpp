@@ -17,7 +17,6 @@ class RunCollector
 {
 public:
     explicit RunCollector(StyleRuns &runs) : m_runs(runs) {}
-    ~RunCollector() { Flush(); }
     RunCollector(const RunCollector &) = delete;
     RunCollector &operator=(const RunCollector &) = delete;
 
@@ -35,14 +34,15 @@ public:
         *m_next++ = {qint32(start), qint32(end - start), style};
     }
 
-private:
-    static constexpr std::size_t Size = 1024;
-
+    /// Hands over what the buffer holds: at the end too, since a destructor may not run out of memory.
     void Flush()
     {
         m_runs.insert(m_runs.end(), m_buffer, m_next);
         m_next = m_buffer;
     }
+
+private:
+    static constexpr std::size_t Size = 1024;
 
     StyleRuns &m_runs;
     StyleRun m_buffer[Size];
@@ -83,6 +83,7 @@ public:
             else
                 base = GoOn(block.specials, base, base + CharBlockSize);
         }
+        m_runs.Flush();
     }
 
 private:

@@ -151,6 +151,7 @@ private Q_SLOTS:
     void LoadsAndReads_data();
     void LoadsAndReads();
     void MapsOffsetsOfEveryPlane();
+    void TakesPairsAnywhereInALongText();
     void CutsOffsetsToTheText();
     void FollowsAStringInRandomEdits_data();
     void FollowsAStringInRandomEdits();
@@ -296,6 +297,18 @@ void TestTextControl::MapsOffsetsOfEveryPlane()
         const qsizetype line = QStringView(text).first(start).count(u'\n');
         QCOMPARE(editor.text.LineOfOffset(start), line);
         QCOMPARE(editor.text.LineStart(line), start == 0 ? 0 : text.lastIndexOf(u'\n', start - 1) + 1);
+    }
+}
+
+void TestTextControl::TakesPairsAnywhereInALongText()
+{
+    Editor editor;
+    for (const qsizetype before : {65534, 65535, 65536}) {
+        const QString text = QString(before, u'a') + Clef + u"\u00E9"_s + QString(70000, u'b');
+        editor.text.LoadText(text);
+        QVERIFY(editor.text.Text() == text);
+        editor.text.SetText(text + text);
+        QVERIFY(editor.text.Text() == text + text);
     }
 }
 

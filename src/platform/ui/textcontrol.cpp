@@ -6,6 +6,7 @@
 #include "platform/ui/utf8text.h"
 
 #include <algorithm>
+#include <new>
 #include <QFontDatabase>
 #include <QGuiApplication>
 #include <QInputMethod>
@@ -39,6 +40,30 @@ QString KindText(UndoKind kind)
     }
     return {};
 }
+
+RunTimeError OutOfMemory()
+{
+    return {ErrorNumber::OutOfMemory, u"Out of memory"_s};
+}
+
+/// The room that a text of so many bytes is given, with some for what is typed.
+qsizetype RoomFor(qsizetype bytes)
+{
+    return bytes + 1 + std::clamp<qsizetype>(bytes / 16, 64 * 1024, 4 * 1024 * 1024);
+}
+
+/// Memory that is taken, not touched, and given back with the end of its scope.
+class Probe
+{
+public:
+    explicit Probe(qsizetype bytes) : m_block(::operator new(size_t(bytes))) {}
+    ~Probe() { ::operator delete(m_block); }
+    Probe(const Probe &) = delete;
+    Probe &operator=(const Probe &) = delete;
+
+private:
+    void *volatile m_block;
+};
 
 } // namespace
 
@@ -119,14 +144,21 @@ QString TextControl::TextRange(qsizetype start, qsizetype end) const
 void TextControl::LoadText(QString text)
 {
     LeaveStep();
-    QByteArray bytes = ToUtf8(text);
+    QByteArray bytes;
+    try {
+        bytes = ToUtf8(text);
+    } catch (const std::bad_alloc &) {
+        throw OutOfMemory();
+    }
     text = QString();
+    m_room = 0;
+    ExpectMemory(0, bytes, bytes.size());
 
     const long mask = Send(SCI_GETMODEVENTMASK);
     Send(SCI_SETMODEVENTMASK, 0);
     Send(SCI_SETUNDOCOLLECTION, 0);
     Send(SCI_CLEARALL);
-    Send(SCI_ALLOCATE, bytes.size() + 1);
+    MakeRoom(bytes.size());
     SendBytes(SCI_APPENDTEXT, bytes.size(), bytes.constData());
     Send(SCI_SETUNDOCOLLECTION, 1);
     Send(SCI_SETMODEVENTMASK, mask);
@@ -212,6 +244,13 @@ void TextControl::ReplaceBytes(qsizetype start, qsizetype end, const QByteArray 
     FinishOwnEdits();
     if (start == end && utf8.isEmpty())
         return;
+    const qsizetype length = m_map.Bytes() - (end - start) + utf8.size();
+    ExpectMemory(end - start, utf8, length);
+    // With its whole text Scintilla gives its room away.
+    if (end - start == m_map.Bytes())
+        m_room = 0;
+    else
+        MakeRoom(length);
     const bool newStep = !m_commandGroup;
     if (m_commandDepth > 0 && newStep) {
         m_commandGroup = true;
@@ -244,6 +283,33 @@ void TextControl::ReplaceBytes(qsizetype start, qsizetype end, const QByteArray 
     Send(SCI_CHOOSECARETX);
 }
 
+void TextControl::ExpectMemory(qsizetype gone, QByteArrayView come, qsizetype length)
+{
+    constexpr qsizetype perLine = 32;
+    constexpr qsizetype perStep = 128;
+    constexpr qsizetype always = 1024 * 1024;
+    m_largest = std::max({m_largest, length, m_map.Bytes()});
+    const qsizetype room = RoomFor(length);
+    try {
+        const Probe text(length < m_room ? 0 : room);
+        const Probe styles(length < m_room ? 0 : room);
+        const Probe rest(2 * gone + come.size() +
+                         perLine * (LineCount() + std::count(come.begin(), come.end(), '\n')) +
+                         perStep * qsizetype(m_steps.Count()) + always);
+    } catch (const std::bad_alloc &) {
+        throw OutOfMemory();
+    }
+}
+
+void TextControl::MakeRoom(qsizetype length)
+{
+    if (length < m_room)
+        return;
+    const qsizetype room = RoomFor(length);
+    Send(SCI_ALLOCATE, room);
+    m_room = room;
+}
+
 QByteArray TextControl::Replacing(qsizetype start, qsizetype end, QByteArrayView keeping)
 {
     if (m_plain || keeping.isEmpty()) {
@@ -253,8 +319,7 @@ QByteArray TextControl::Replacing(qsizetype start, qsizetype end, QByteArrayView
     const char before = start > 0 ? char(Send(SCI_GETSTYLEAT, start - 1)) : char(StyleClass::Text);
     const QByteArray old = StyleBytes(start, end - start);
     QByteArray classes = KeptClasses(Bytes(start, end - start), old, keeping, before);
-    m_undoStyles.Begin();
-    m_undoStyles.AddEach(old);
+    m_undoStyles.PushEach(old);
     m_map.Deleting(start, end - start);
     return classes;
 }
@@ -409,6 +474,8 @@ void TextControl::Modifying(int position, int type, int length)
     }
     if (TextAccessible::IsHeard())
         m_untold.push_back({m_map.ToUnits(position), FromUtf8(Bytes(position, length)), {}});
+    if (length == m_map.Bytes())
+        m_room = 0;
     TextGoes(position, length, styles);
 }
 
@@ -475,6 +542,7 @@ void TextControl::EmptyUndoBuffer()
     m_steps.Clear();
     m_undoStyles.Clear();
     m_redoStyles.Clear();
+    m_largest = m_map.Bytes();
     m_caretBeforeCommand = Caret();
     Q_EMIT undoBufferEmptied();
 }
@@ -546,6 +614,7 @@ void TextControl::LeaveStep()
 
 void TextControl::UndoOrRedo(unsigned message)
 {
+    ExpectMemory(0, {}, m_largest);
     Send(message);
     FinishInsertion();
 }

@@ -210,6 +210,10 @@ private:
     /// when nothing would change.
     void ReplaceBytes(qsizetype start, qsizetype end, const QByteArray &utf8, UndoKind kind,
                       bool goesOn = false);
+    /// Makes sure that there is memory for a change. Scintilla that runs out of it in the middle of one takes
+    /// no other any more. @throws RunTimeError "Out of memory"; nothing has changed then
+    void ExpectMemory(qsizetype gone, QByteArrayView come, qsizetype length);
+    void MakeRoom(qsizetype length);
     /// Bytes are about to go. @return the classes for the text that comes in their place: what is kept of
     /// them keeps its class; empty when nothing is
     QByteArray Replacing(qsizetype start, qsizetype end, QByteArrayView keeping);
@@ -255,6 +259,8 @@ private:
     Desktop &m_desktop;
     TextControlHooks m_hooks;
     OffsetMap m_map;
+    qsizetype m_room = 0;    ///< bytes that Scintilla is known to have room for
+    qsizetype m_largest = 0; ///< the most bytes that undo or redo may bring back
 
     UndoSteps m_steps;
     StyleStack m_undoStyles; ///< classes of text that undo would bring back

@@ -54,14 +54,19 @@ void TextControl::KeepStyles(qsizetype start, qsizetype length, StyleStack &stac
         stack.Add(length, char(StyleClass::Text));
         return;
     }
-    ReadStyles(start, length, [&stack](const char *cells, qsizetype count) {
-        for (qsizetype i = 0; i < count;) {
-            const qsizetype first = i;
-            while (++i < count && cells[2 * i] == cells[2 * first]) {
+    try {
+        ReadStyles(start, length, [&stack](const char *cells, qsizetype count) {
+            for (qsizetype i = 0; i < count;) {
+                const qsizetype first = i;
+                while (++i < count && cells[2 * i] == cells[2 * first]) {
+                }
+                stack.Add(i - first, cells[2 * first]);
             }
-            stack.Add(i - first, cells[2 * first]);
-        }
-    });
+        });
+    } catch (...) {
+        stack.Drop();
+        throw;
+    }
 }
 
 void TextControl::ApplyStyleBytes(qsizetype start, const QByteArray &styles)

@@ -58,13 +58,25 @@ void StyleStack::Add(qsizetype count, char style)
         m_runs.push_back({count, style});
 }
 
-void StyleStack::AddEach(QByteArrayView styles)
+void StyleStack::Drop()
 {
-    for (qsizetype i = 0; i < styles.size();) {
-        const qsizetype first = i;
-        while (++i < styles.size() && styles[i] == styles[first]) {
+    m_runs.resize(m_stretches.back(), Run{0, 0});
+    m_stretches.pop_back();
+}
+
+void StyleStack::PushEach(QByteArrayView styles)
+{
+    Begin();
+    try {
+        for (qsizetype i = 0; i < styles.size();) {
+            const qsizetype first = i;
+            while (++i < styles.size() && styles[i] == styles[first]) {
+            }
+            Add(i - first, styles[first]);
         }
-        Add(i - first, styles[first]);
+    } catch (...) {
+        Drop();
+        throw;
     }
 }
 
@@ -76,8 +88,7 @@ QByteArray StyleStack::Pop(qsizetype length)
     styles.reserve(length);
     for (size_t run = m_stretches.back(); run < m_runs.size(); ++run)
         styles.append(m_runs[run].length, m_runs[run].style);
-    m_runs.resize(m_stretches.back(), Run{0, 0});
-    m_stretches.pop_back();
+    Drop();
     return styles.size() == length ? styles : QByteArray();
 }
 

@@ -45,6 +45,7 @@ public:
     /// The step that the next undo or redo takes; null when there is none.
     const UndoStep *NextUndo() const;
     const UndoStep *NextRedo() const;
+    size_t Count() const { return m_steps.size(); }
 
 private:
     std::vector<UndoStep> m_steps;
@@ -59,7 +60,10 @@ public:
     void Begin();
     /// Lengthens the top stretch by so many bytes of one style.
     void Add(qsizetype count, char style);
-    void AddEach(QByteArrayView styles);
+    /// Forgets the top stretch.
+    void Drop();
+    /// Puts a stretch on top; nothing has changed when the memory does not suffice.
+    void PushEach(QByteArrayView styles);
     /// Takes the top stretch; empty when its length is another one.
     QByteArray Pop(qsizetype length);
     void Clear();

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/ui/utf8text.h"
 
+#include <algorithm>
+
 namespace zelvane
 {
 
@@ -11,9 +13,32 @@ QString FromUtf8(QByteArrayView bytes)
     return QChar(QChar::ByteOrderMark) + FromUtf8(bytes.sliced(3));
 }
 
+namespace
+{
+
+/// As QString::toUtf8, which takes three bytes a character at once.
+QByteArray Encoded(QStringView text)
+{
+    constexpr qsizetype chunk = 65536;
+    if (text.size() <= chunk)
+        return text.toUtf8();
+    QByteArray bytes;
+    bytes.reserve(text.size() + text.size() / 64);
+    while (!text.isEmpty()) {
+        qsizetype count = std::min(chunk, text.size());
+        if (count < text.size() && text[count - 1].isHighSurrogate())
+            --count;
+        bytes += text.first(count).toUtf8();
+        text = text.sliced(count);
+    }
+    return bytes;
+}
+
+} // namespace
+
 QByteArray ToUtf8(const QString &text)
 {
-    QByteArray bytes = text.toUtf8();
+    QByteArray bytes = Encoded(text);
     qsizetype to = bytes.indexOf('\r');
     if (to < 0)
         return bytes;
