@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <ctime>
 #include <fcntl.h>
+#include <QDateTime>
 #include <QFile>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -137,6 +138,12 @@ std::optional<FileStamp> StampOf(const QString &name)
     if (errno == ENOENT || errno == ENOTDIR)
         return std::nullopt;
     return FileStamp();
+}
+
+bool IsSettled(const FileStamp &stamp)
+{
+    constexpr qint64 slowestTick = 2'500'000'000;
+    return QDateTime::currentMSecsSinceEpoch() * 1'000'000 - stamp.modified > slowestTick;
 }
 
 QString FollowLinks(const QString &name)

@@ -63,6 +63,10 @@ FileStamp StampOf(const NativeFile &file);
 /// stamp.
 std::optional<FileStamp> StampOf(const QString &name);
 
+/// Whether a file that is written from now on has another stamp for sure. Clocks of files tick slowly, on
+/// some file systems every two seconds: within that time a file that is written in place may keep its stamp.
+bool IsSettled(const FileStamp &stamp);
+
 /// The name behind all symbolic links at the end of a path; the last one may not exist.
 QString FollowLinks(const QString &name);
 

@@ -129,9 +129,12 @@ QByteArray EncodeText(const QString &text, TextEncoding &encoding)
     return encoding.byteOrderMark ? Utf8Mark + text.toUtf8() : text.toUtf8();
 }
 
-QByteArray ReadFileBytes(const QString &name)
+QByteArray ReadFileBytes(const QString &name, FileStamp *stamp)
 {
-    return ReadWhole(OpenRegularFile(name), name);
+    const NativeFile file = OpenRegularFile(name);
+    if (stamp)
+        *stamp = StampOf(file);
+    return ReadWhole(file, name);
 }
 
 void WriteFileBytes(const QString &name, const QByteArray &bytes)

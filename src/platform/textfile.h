@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/nativefile.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -30,8 +32,9 @@ QByteArray EncodeText(const QString &text, TextEncoding &encoding);
 
 /// Reads a whole file. Refuses directories, FIFOs, devices and sockets with a clear description; never blocks
 /// on them.
+/// @param stamp given the state that the file was in before it was read
 /// @throws RunTimeError
-QByteArray ReadFileBytes(const QString &name);
+QByteArray ReadFileBytes(const QString &name, FileStamp *stamp = nullptr);
 /// Writes a whole file so that a failure leaves the old one whole: beside the target, flushed, renamed over
 /// it. Symbolic links are followed and permission bits kept; where the folder takes no second file, writes in
 /// place.

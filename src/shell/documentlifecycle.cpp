@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/documentlifecycle.h"
 
+#include "platform/nativefile.h"
 #include "platform/runtimeerror.h"
+#include "platform/textfile.h"
 #include "shell/documentkeys.h"
 #include "shell/documentkind.h"
 #include "shell/errorreport.h"
@@ -16,6 +18,7 @@
 #include <QCoreApplication>
 #include <QFileInfo>
 #include <QScopeGuard>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -39,6 +42,7 @@ constexpr qint64 LargestFile = std::numeric_limits<qint32>::max();
 
 /// The text of a file as the text control holds it, with what was found out about it.
 struct LoadedText {
+    DiskPicture picture = {};
     QString text = {};
     TextEncoding encoding = {};
     LineEndForm form = LineEndForm::Pc;
@@ -51,10 +55,16 @@ LoadedText LoadTextFile(const QString &name)
     try {
         if (QFileInfo(name).size() > LargestFile)
             throw std::bad_alloc();
-        DecodedText decoded = DecodeText(ReadFileBytes(name));
-        LoadedText loaded{.encoding = decoded.encoding,
-                          .form = DetectPlatform(decoded.text),
-                          .holdsNul = decoded.text.contains(QChar(0))};
+        LoadedText loaded;
+        DecodedText decoded = [&] {
+            FileStamp stamp;
+            const QByteArray bytes = ReadFileBytes(name, &stamp);
+            loaded.picture = DiskPicture::Of(bytes, stamp);
+            return DecodeText(bytes);
+        }();
+        loaded.encoding = decoded.encoding;
+        loaded.form = DetectPlatform(decoded.text);
+        loaded.holdsNul = decoded.text.contains(QChar(0));
         loaded.text = loaded.form == LineEndForm::Mac ? MacToUnix(std::move(decoded.text))
                                                       : ToLineFeeds(std::move(decoded.text));
         return loaded;
@@ -87,8 +97,12 @@ QString Trimmed(const QString &path)
 void DocumentLifecycle::OpenFile(const QString &quotedName, OpenOrigin origin)
 {
     const QString name = DropOuterQuotes(quotedName);
-    if (name.isEmpty() || !MayReplaceBy(name))
-        return;
+    if (!name.isEmpty() && MayReplaceBy(name))
+        OpenNow(name, origin);
+}
+
+void DocumentLifecycle::OpenNow(const QString &name, OpenOrigin origin)
+{
     bool loaded = false;
     try {
         auto putBack = qScopeGuard([this] {
@@ -145,6 +159,7 @@ void DocumentLifecycle::Load(const QString &name)
 {
     LoadedText loaded = LoadTextFile(name);
     m_text.LoadText(std::move(loaded.text));
+    m_disk.Remember(name, std::move(loaded.picture));
     m_document.CurrentFile = name;
     m_document.CurrentPlatform = loaded.form;
     m_document.Encoding = loaded.encoding;
@@ -179,11 +194,13 @@ bool DocumentLifecycle::Write(const QString &name)
 {
     if (name.isEmpty())
         return true;
-    if (!MayRewriteLineEnds())
+    if (!MaySaveOver(name) || !MayRewriteLineEnds())
         return false;
     TextEncoding encoding = m_document.Encoding;
     try {
-        WriteFileBytes(name, EncodeText(ToPcLineEnds(m_text.Text()), encoding));
+        const QByteArray bytes = EncodeText(ToPcLineEnds(m_text.Text()), encoding);
+        WriteFileBytes(name, bytes);
+        m_disk.Remember(name, bytes);
     } catch (const RunTimeError &error) {
         m_desktop.MessageBox({.text = u"Unable to save "_s + name + u".\n\n"_s + error.Description(),
                               .icon = BoxIcon::Warning});
@@ -204,15 +221,41 @@ bool DocumentLifecycle::Write(const QString &name)
     return true;
 }
 
+void DocumentLifecycle::WindowActivated()
+{
+    if (!m_disk.AskToLoad())
+        return;
+    const QString name = m_document.CurrentFile;
+    if (AskYesNo(name + u" was changed by another program. Load it again?"_s,
+                 m_document.Modified ? BoxAnswer::No : BoxAnswer::Yes))
+        OpenNow(name, OpenOrigin::Command);
+    else
+        m_disk.LeaveToSave();
+}
+
+bool DocumentLifecycle::MaySaveOver(const QString &name)
+{
+    if (name != m_document.CurrentFile || !m_disk.AskToSave())
+        return true;
+    return AskYesNo(name + (m_disk.IsNew() ? u" exists already. Save over it?"_s
+                                           : u" was changed by another program. Save over it?"_s),
+                    BoxAnswer::No);
+}
+
 bool DocumentLifecycle::MayRewriteLineEnds()
 {
     return !m_document.HoldsNul ||
-           m_desktop.MessageBox({.text = m_document.CurrentFile +
-                                         u" holds NUL bytes: it may be no text. Saving it rewrites its line "
-                                         "ends. Save it?"_s,
+           AskYesNo(m_document.CurrentFile + u" holds NUL bytes: it may be no text. Saving it rewrites its "
+                                             "line ends. Save it?"_s,
+                    BoxAnswer::No);
+}
+
+bool DocumentLifecycle::AskYesNo(const QString &question, BoxAnswer byDefault)
+{
+    return m_desktop.MessageBox({.text = question,
                                  .icon = BoxIcon::Warning,
                                  .buttons = BoxButtons::YesNo,
-                                 .defaultAnswer = BoxAnswer::No}) == BoxAnswer::Yes;
+                                 .defaultAnswer = byDefault}) == BoxAnswer::Yes;
 }
 
 bool DocumentLifecycle::QuerySave()
@@ -237,6 +280,7 @@ void DocumentLifecycle::NewFile(FileKind kind, const QString &name)
     m_document.Loading = false;
     m_text.LoadText(chosen == FileKind::Unified ? UnifiedSkeleton() : QString());
     m_view.ApplyTextColours();
+    m_disk.RememberNew(name);
     m_document.CurrentFile = name;
     m_document.Encoding = {};
     m_document.HoldsNul = false;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "shell/changedondisk.h"
 #include "shell/documentsteps.h"
 #include "shell/documentview.h"
 #include "shell/editorcontext.h"
@@ -63,17 +64,26 @@ public:
     void StatusInfo(const QString &name);
     void TypeEnable();
 
+    /// The window has become the active one: a file that another program has written meanwhile may be loaded
+    /// again.
+    void WindowActivated();
+
     /// The text control's change event: the first change marks the document as modified.
     void TextChanged();
 
 private:
     /// Whether the text may be discarded for that file; asks where it was changed.
     bool MayReplaceBy(const QString &name);
+    /// The steps of opening, when all questions have been answered.
+    void OpenNow(const QString &name, OpenOrigin origin);
     void Load(const QString &name);
     void BuildOutline();
     void BuildRelatedFiles(OpenOrigin origin);
     /// @return false when the write failed; true also when there was no name to write to
     bool Write(const QString &name);
+    bool AskYesNo(const QString &question, BoxAnswer byDefault);
+    /// Asks before another program's work is written over.
+    bool MaySaveOver(const QString &name);
     /// Asks before the first save of what may be no text.
     bool MayRewriteLineEnds();
     bool WriteCurrent();
@@ -89,6 +99,7 @@ private:
     StatusLine &m_status;
     DocumentView &m_view;
     DocumentSteps &m_steps;
+    ChangedOnDisk m_disk;
 };
 
 /// The caption of a row of the recent-file menu: "&", the number, a blank, the path, whose own "&" are

@@ -238,6 +238,12 @@ void frmEditor::SetUpText()
     TxtEdit->SetDragMode(m_settings.Flag(Keys::DragAndDrop));
 }
 
+void frmEditor::LookAtDisk()
+{
+    if (m_life == Life::Waiting && !QApplication::activeModalWidget())
+        m_commands->Guard([this] { m_documents.WindowActivated(); });
+}
+
 // The program's windows
 
 bool frmEditor::MainWindowActive() const
@@ -271,8 +277,11 @@ void frmEditor::ShowPreferences()
 
 void frmEditor::changeEvent(QEvent *event)
 {
-    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+    if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
         Q_EMIT Activated();
+        // Not at once: whoever gave the window back may have more to do, such as the next dialog.
+        QMetaObject::invokeMethod(this, &frmEditor::LookAtDisk, Qt::QueuedConnection);
+    }
     QMainWindow::changeEvent(event);
 }
 

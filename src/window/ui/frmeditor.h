@@ -100,6 +100,8 @@ private:
     };
     bool IsStarting() const { return m_life == Life::Starting || m_life == Life::CloseAfterStart; }
 
+    /// The document's file may have changed while another window was the active one.
+    void LookAtDisk();
     /// What is written at the close, in its order.
     void Unload();
 
