@@ -2,14 +2,17 @@
 #include "shell/ui/appearance.h"
 
 #include "platform/ui/textcontrol.h"
+#include "shell/command.h"
 #include "shell/editorkeys.h"
 #include "shell/layoutkeys.h"
 #include "shell/settings.h"
 #include "shell/ui/bandbar.h"
+#include "shell/ui/commands.h"
 #include "support/editorwindow.h"
 #include "support/testcontext.h"
 #include "support/uitest.h"
 
+#include <QAction>
 #include <QToolBar>
 #include <QToolButton>
 #include <QTreeWidget>
@@ -23,13 +26,13 @@ class AppearanceTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void LooksAreAppliedInTheOrderGiven();
+    void LooksAreAppliedInTheOrderOfTheStart();
     void AnUnreadableSettingKeepsNothingElseBack();
     void TheFontOfTheTextIsStoredAndComesBack();
     void TheRunningWindowFollowsChangedSettings();
 };
 
-void AppearanceTest::LooksAreAppliedInTheOrderGiven()
+void AppearanceTest::LooksAreAppliedInTheOrderOfTheStart()
 {
     TestContext context;
     Appearance appearance(context.settings);
@@ -37,31 +40,50 @@ void AppearanceTest::LooksAreAppliedInTheOrderGiven()
     const auto add = [&](Look look, const QString &name) {
         appearance.Add(look, [&calls, name](const SettingsStore &) { calls.append(name); });
     };
+    add(Look::ClassFormats, u"classes"_s);
+    add(Look::ToolPaths, u"tools"_s);
+    add(Look::DragMode, u"drag"_s);
+    add(Look::Font, u"font"_s);
+    add(Look::WordWrap, u"wrap"_s);
+    add(Look::TabStops, u"tabs"_s);
+    add(Look::TextColours, u"colours"_s);
+    add(Look::BandLabels, u"captions"_s);
+    add(Look::HotTracking, u"trees"_s);
     add(Look::FlatButtons, u"toolbar"_s);
-    add(Look::BandLabels, u"labels"_s);
     add(Look::FlatButtons, u"presets"_s);
-    appearance.Apply({Look::BandLabels, Look::FlatButtons, Look::Font});
-    QCOMPARE(calls, (QStringList{u"labels"_s, u"toolbar"_s, u"presets"_s}));
+    const auto applied = [&](LookTime time) {
+        calls.clear();
+        appearance.ApplyAtStart(time);
+        return calls.join(u' ');
+    };
+    QCOMPARE(applied(LookTime::Toolbars), u"toolbar presets"_s);
+    QCOMPARE(applied(LookTime::Trees), u"trees"_s);
+    QCOMPARE(applied(LookTime::Captions), u"captions"_s);
+    QCOMPARE(applied(LookTime::Text), u"colours tabs wrap font drag"_s);
+    QCOMPARE(applied(LookTime::Tools), u"tools"_s);
+    QCOMPARE(applied(LookTime::Tables), u"classes"_s);
+    // What commands change for the run, and what waits for the next start, is not touched later.
     calls.clear();
-    appearance.Apply({Look::FlatButtons, Look::BandLabels});
-    QCOMPARE(calls, (QStringList{u"toolbar"_s, u"presets"_s, u"labels"_s}));
+    appearance.ApplyAll();
+    QCOMPARE(calls.join(u' '), u"toolbar presets trees captions colours tabs drag tools"_s);
 }
 
 void AppearanceTest::AnUnreadableSettingKeepsNothingElseBack()
 {
     TestContext context;
     context.settings.SaveSetting(u"Options"_s, u"FontBold"_s, u"perhaps"_s);
+    context.settings.SaveFlag(Keys::DragAndDrop, false);
     TextControl text(context.desktop);
     context.settings.SaveNumber(Keys::FontSize, 17);
     const bool bold = text.CurrentFont().bold;
     Appearance appearance(context.settings);
     AddTextLooks(appearance, text);
-    bool applied = false;
-    appearance.Add(Look::HotTracking, [&](const SettingsStore &) { applied = true; });
-    appearance.Apply({Look::Font, Look::HotTracking});
+    const bool drops = text.viewport()->acceptDrops();
+    appearance.ApplyAtStart(LookTime::Text);
     QCOMPARE(text.CurrentFont().bold, bold);
     QCOMPARE(text.CurrentFont().points, 17);
-    QVERIFY(applied);
+    QVERIFY(drops);
+    QVERIFY(!text.viewport()->acceptDrops());
 }
 
 void AppearanceTest::TheFontOfTheTextIsStoredAndComesBack()
@@ -71,14 +93,14 @@ void AppearanceTest::TheFontOfTheTextIsStoredAndComesBack()
     Appearance appearance(context.settings);
     AddTextLooks(appearance, text);
     const TextFont first = text.CurrentFont();
-    appearance.Apply({Look::Font}); // nothing is stored
+    appearance.Apply(Look::Font); // nothing is stored
     QVERIFY(text.CurrentFont() == first);
 
     text.ApplyFont({.family = u"Monospace"_s, .points = 13.5, .bold = true, .italic = true});
     SaveTextFont(text, context.settings);
     const TextFont stored = text.CurrentFont();
     text.ApplyFont(first);
-    appearance.Apply({Look::Font});
+    appearance.Apply(Look::Font);
     QVERIFY(text.CurrentFont() == stored);
     QVERIFY(text.CurrentFont().bold && text.CurrentFont().italic);
     QCOMPARE(text.CurrentFont().points, 13.5);
@@ -98,12 +120,23 @@ void AppearanceTest::TheRunningWindowFollowsChangedSettings()
     editor.settings.SaveFlag(Keys::BandLabels, true);
     editor.settings.SaveFlag(Keys::FlatButtons, false);
     editor.settings.SaveFlag(Keys::HotTracking, true);
-    editor.window->Looks().Apply(
-        {Look::BandLabels, Look::FlatButtons, Look::HotTracking, Look::TextColours, Look::ToolPaths});
+    editor.settings.SaveNumber(Keys::TabSize, 64);
+    editor.settings.SaveFlag(Keys::DragAndDrop, false);
+    const auto columns = [&] { return editor.Text().SendScintilla(QsciScintillaBase::SCI_GETTABWIDTH); };
+    const long stops = columns();
+    editor.Row(u"mnuWordWrap"_s).trigger();
+    editor.window->CommandTable().Run(Cmd::mnuFontSize[FontSizeChange::Increase]);
+    const TextFont zoomed = editor.Text().CurrentFont();
+    editor.window->Looks().ApplyAll();
     QVERIFY(bar.AreCaptionsShown());
     QVERIFY(tree.hasMouseTracking());
     QVERIFY(editor.Find<QTreeWidget>(u"tvwRelated"_s).hasMouseTracking());
     QVERIFY(!faces.first()->autoRaise());
+    QVERIFY(columns() != stops);
+    QVERIFY(!editor.Text().viewport()->acceptDrops());
+    // What the user has changed by a command stays.
+    QVERIFY(editor.Text().WordWrap());
+    QVERIFY(editor.Text().CurrentFont() == zoomed);
 }
 
 int main(int argc, char **argv)

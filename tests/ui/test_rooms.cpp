@@ -220,14 +220,14 @@ void RoomsTest::TheFoldersOfTheToolsAreKnownWithTheTools()
 {
     BareWindow on;
     const RunRoom room(on.context);
-    on.appearance.Apply({Look::ToolPaths});
+    on.appearance.Apply(Look::ToolPaths);
     on.commands.MenuOpening(Menu::mnuView);
     QVERIFY(!on.commands.IsEnabled(Cmd::mnuDIR[KnownFolder::Csound]));
     QVERIFY(on.commands.IsEnabled(Cmd::mnuDIR[KnownFolder::Program]));
     on.settings.SaveText(Keys::Csound, u"/opt/csound/csound"_s);
     on.commands.MenuOpening(Menu::mnuView);
     QVERIFY(!on.commands.IsEnabled(Cmd::mnuDIR[KnownFolder::Csound])); // in memory as they were read
-    on.appearance.Apply({Look::ToolPaths});
+    on.appearance.Apply(Look::ToolPaths);
     on.commands.MenuOpening(Menu::mnuView);
     QVERIFY(on.commands.IsEnabled(Cmd::mnuDIR[KnownFolder::Csound]));
     on.desktop.ExpectShellRun({.verb = u"open"_s, .file = u"/opt/csound"_s});

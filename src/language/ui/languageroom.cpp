@@ -2,6 +2,7 @@
 #include "language/ui/languageroom.h"
 
 #include "language/helponword.h"
+#include "language/highlighter.h"
 #include "language/ui/opcodecombo.h"
 #include "language/ui/outlinepanel.h"
 #include "language/ui/relatedpanel.h"
@@ -50,6 +51,10 @@ LanguageRoom::LanguageRoom(const WindowContext &context)
         tvwRelated->SetHotTracking(on);
     });
 
+    context.appearance.Add(Look::ClassFormats, [&text = context.text](const SettingsStore &settings) {
+        text.SetStyleFormats(SyntaxHighlightSettings(settings));
+    });
+
     context.steps.colour.Take(*this);
     context.steps.outline.Take(*tvwBrowse);
     context.steps.relatedFiles.Take(*tvwRelated);
@@ -67,7 +72,6 @@ LanguageRoom::LanguageRoom(const WindowContext &context)
 void LanguageRoom::LoadTables()
 {
     LoadOpcodes(m_opcodes, ProgramFolder(), m_context.editor.desktop);
-    m_context.text.SetStyleFormats(SyntaxHighlightSettings(m_context.editor.settings));
 }
 
 void LanguageRoom::LoadShownOpcodes()

@@ -23,8 +23,7 @@ public:
     void performSyntaxHighlight() override { m_highlighter.performSyntaxHighlight(); }
 
 private:
-    /// Reads the opcode list and how the classes look. A list that cannot be read is reported, and start-up
-    /// goes on.
+    /// Reads the opcode list. A list that cannot be read is reported, and start-up goes on.
     void LoadTables();
     /// Fills the opcode combo if it is in sight and empty; else that waits until it is shown.
     void LoadShownOpcodes();

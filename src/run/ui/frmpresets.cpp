@@ -13,6 +13,7 @@
 #include "shell/ui/form.h"
 #include "shell/ui/icons.h"
 #include "shell/ui/plaintooltip.h"
+#include "shell/ui/toolbutton.h"
 
 #include <algorithm>
 #include <iterator>
@@ -108,7 +109,6 @@ void frmPresets::BuildToolbar()
 {
     tlbPreset->setIconSize(QSize(PresetImageSide, PresetImageSide));
     tlbPreset->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    const bool flat = m_context.editor.settings.Flag(Keys::FlatButtons);
     for (const ToolRow &row : Tools) {
         const Tool tool = row.tool;
         const QString name = QString::fromUtf16(row.name);
@@ -120,10 +120,10 @@ void frmPresets::BuildToolbar()
         connect(action, &QAction::triggered, this, [this, tool] { RunTool(tool); });
         auto *face = qobject_cast<QToolButton *>(tlbPreset->widgetForAction(action));
         face->setObjectName(action->objectName());
-        face->setAutoRaise(flat);
         // The macro goes into the field that has the focus; every button has a key of its own.
         face->setFocusPolicy(Qt::NoFocus);
     }
+    ShowFlatButtons(*tlbPreset, m_context.editor.settings.Flag(Keys::FlatButtons));
 }
 
 void frmPresets::BuildPages()

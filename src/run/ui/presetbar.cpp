@@ -9,6 +9,7 @@
 #include "shell/ui/commands.h"
 #include "shell/ui/menutable.h"
 #include "shell/ui/plaintooltip.h"
+#include "shell/ui/toolbutton.h"
 
 #include <QContextMenuEvent>
 #include <QMenu>
@@ -131,8 +132,7 @@ void PresetBar::ShowLabels(bool shown)
 void PresetBar::SetFlat(bool flat)
 {
     m_flat = flat;
-    for (QToolButton *face : findChildren<QToolButton *>())
-        face->setAutoRaise(flat);
+    ShowFlatButtons(*this, flat);
 }
 
 QString PresetBar::RowKey(int row) const

@@ -18,15 +18,29 @@ constexpr quint32 SystemWindowText = 0x80000008;
 
 } // namespace
 
-void Appearance::Apply(std::initializer_list<Look> looks) const
+void Appearance::ApplyAtStart(LookTime time) const
 {
-    for (const Look look : looks) {
-        const auto parts = m_parts.find(look);
-        if (parts == m_parts.end())
-            continue;
-        for (const Part &part : parts->second)
-            part(m_settings);
+    for (const LookRow &row : LookTable) {
+        if (row.time == time)
+            Apply(row.look);
     }
+}
+
+void Appearance::ApplyAll() const
+{
+    for (const LookRow &row : LookTable) {
+        if (row.change == LookChange::Anytime)
+            Apply(row.look);
+    }
+}
+
+void Appearance::Apply(Look look) const
+{
+    const auto parts = m_parts.find(look);
+    if (parts == m_parts.end())
+        return;
+    for (const Part &part : parts->second)
+        part(m_settings);
 }
 
 void AddTextLooks(Appearance &appearance, TextControl &text)
@@ -36,6 +50,12 @@ void AddTextLooks(Appearance &appearance, TextControl &text)
             text.SetTextColours(SystemWindowText, SystemWindow);
         else
             text.SetTextColours(settings.Colour(Keys::FontColor), settings.Colour(Keys::BackColor));
+    });
+    appearance.Add(Look::TabStops, [&text](const SettingsStore &settings) {
+        text.SetTabWidth(settings.Integer(Keys::TabSize));
+    });
+    appearance.Add(Look::DragMode, [&text](const SettingsStore &settings) {
+        text.SetDragMode(settings.Flag(Keys::DragAndDrop));
     });
     appearance.Add(Look::Font, [&text](const SettingsStore &settings) {
         TextFont font = text.CurrentFont();

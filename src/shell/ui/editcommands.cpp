@@ -5,6 +5,9 @@
 #include "platform/ui/textcontrol.h"
 #include "shell/command.h"
 #include "shell/editorcontext.h"
+#include "shell/editorkeys.h"
+#include "shell/settings.h"
+#include "shell/ui/appearance.h"
 #include "shell/ui/commands.h"
 #include "shell/ui/menuname.h"
 
@@ -37,6 +40,10 @@ void BindEditCommands(const WindowContext &context)
         const bool wrap = !commands.IsChecked(Cmd::mnuWordWrap);
         commands.SetChecked(Cmd::mnuWordWrap, wrap);
         text.SetWordWrap(wrap);
+    });
+    context.appearance.Add(Look::WordWrap, [&commands](const SettingsStore &settings) {
+        if (settings.Flag(Keys::WordWrap) != commands.IsChecked(Cmd::mnuWordWrap))
+            commands.Run(Cmd::mnuWordWrap);
     });
     commands.OnMenuOpening(Menu::mnuEdit,
                            [&text, &editor, &commands] { EnableEditRows(text, editor.desktop, commands); });

@@ -152,6 +152,12 @@ QAction *FindToolButton(const QToolBar &toolbar, Command command)
     return found == buttons.end() ? nullptr : *found;
 }
 
+void ShowFlatButtons(QToolBar &toolbar, bool flat)
+{
+    for (QToolButton *face : toolbar.findChildren<QToolButton *>())
+        face->setAutoRaise(flat);
+}
+
 void ShowToolLabels(QToolBar &toolbar, bool shown)
 {
     toolbar.setToolButtonStyle(shown ? Qt::ToolButtonTextUnderIcon : Qt::ToolButtonIconOnly);

@@ -48,6 +48,9 @@ QAction *FindToolButton(const QToolBar &toolbar, Command command);
 /// style's own picture is black on every desktop.
 void ShowExtensionInTextColour(QToolBar &toolbar);
 
+/// Buttons with or without a frame of their own. Those that come later keep the style's.
+void ShowFlatButtons(QToolBar &toolbar, bool flat);
+
 /// Icons with or without their descriptions under them.
 void ShowToolLabels(QToolBar &toolbar, bool shown);
 

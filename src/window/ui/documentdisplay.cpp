@@ -66,7 +66,7 @@ void DocumentDisplay::FocusText()
 
 void DocumentDisplay::ApplyTextColours()
 {
-    m_appearance.Apply({Look::TextColours});
+    m_appearance.Apply(Look::TextColours);
 }
 
 void DocumentDisplay::EnableSaveButton(bool enabled)

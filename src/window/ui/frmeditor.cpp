@@ -43,7 +43,6 @@
 #include <QScopeGuard>
 #include <QThread>
 #include <QToolBar>
-#include <QToolButton>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -148,9 +147,7 @@ void frmEditor::AddLooks()
         m_workspace->Bands().ShowCaptions(settings.Flag(Keys::BandLabels));
     });
     m_appearance.Add(Look::FlatButtons, [this](const SettingsStore &settings) {
-        const bool flat = settings.Flag(Keys::FlatButtons);
-        for (QToolButton *face : Toolbar1->findChildren<QToolButton *>())
-            face->setAutoRaise(flat);
+        ShowFlatButtons(*Toolbar1, settings.Flag(Keys::FlatButtons));
     });
 }
 
@@ -203,10 +200,11 @@ void frmEditor::Init(const std::function<void()> &closeSplash)
     });
     m_commands->Guard([&] {
         SetUpText();
-        m_appearance.Apply({Look::ToolPaths});
+        m_appearance.ApplyAtStart(LookTime::Tools);
         m_windowSteps.Run(WindowMoment::Bars);
         RaiseMainWindow();
         m_windowSteps.Run(WindowMoment::Tables);
+        m_appearance.ApplyAtStart(LookTime::Tables);
         RigaDiComando(m_commandLine, m_documents, m_settings);
         m_documents.MRUAggiornaMenu();
         setAcceptDrops(true);
@@ -229,13 +227,7 @@ void frmEditor::SetUpText()
         TxtEdit->setUpdatesEnabled(true);
         m_document.Modified = m_document.Loading = false;
     });
-    m_appearance.Apply({Look::TextColours});
-    TxtEdit->SetTabWidth(m_settings.Integer(Keys::TabSize));
-    if (m_settings.Flag(Keys::WordWrap))
-        m_commands->Run(Cmd::mnuWordWrap);
-    m_document.Modified = false;
-    m_appearance.Apply({Look::Font});
-    TxtEdit->SetDragMode(m_settings.Flag(Keys::DragAndDrop));
+    m_appearance.ApplyAtStart(LookTime::Text);
 }
 
 void frmEditor::LookAtDisk()

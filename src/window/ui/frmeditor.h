@@ -88,7 +88,7 @@ private:
     /// What the settings decide of the window's own controls.
     void AddLooks();
     void ConnectText();
-    /// Colours, tab stops, word wrap and font of the text control, as the settings have them.
+    /// Makes the text control look as the settings say.
     void SetUpText();
     /// The life of the window, and what stands between it and the end.
     enum class Life {

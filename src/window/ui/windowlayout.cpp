@@ -74,7 +74,7 @@ void WindowLayout::RestoreBands()
     BandBar &bands = m_workspace.Bands();
     SidePanel &panel = m_workspace.Panel();
 
-    m_appearance.Apply({Look::FlatButtons});
+    m_appearance.ApplyAtStart(LookTime::Toolbars);
     for (const WindowBand band : AllBands<WindowBand>()) {
         const double width = m_settings.Number(Keys::BandWidth(band), bands.BandWidth(band));
         if (width != bands.BandWidth(band))
@@ -91,10 +91,10 @@ void WindowLayout::RestoreBands()
         panel.SetBandHeight(band, int(std::clamp(height, -1.0, MostTwips)));
     }
 
-    m_appearance.Apply({Look::HotTracking});
+    m_appearance.ApplyAtStart(LookTime::Trees);
     for (const LayoutPart part : PartsOfThePanels)
         m_parts.Restore(part);
-    m_appearance.Apply({Look::BandLabels});
+    m_appearance.ApplyAtStart(LookTime::Captions);
     for (const WindowBand band : AllBands<WindowBand>()) {
         if (!m_settings.Flag(Keys::Band(band)))
             m_commands.Run(Cmd::mnuShowToolbar[band]);
