@@ -124,21 +124,22 @@ def editor_outlives_its_terminal(stage):
     check(editor.runs(), "the editor has gone")
 
 
-def broken_settings_do_not_keep_the_window_away(stage):
+def broken_settings_are_told_once_and_keep_nothing_back(stage):
     piece = copy_example(stage, "pluck.csd")
-    stage.write_store("[Options]\nUsed=2\nSplash=perhaps\nthis line is no setting\nWidth=wide\nStartup=2\n")
+    stage.write_store(
+        "[Options]\nUsed=2\nSplash=perhaps\nthis line is no setting\nWidth=wide\nX=abc\nFontSize=q\nWordWrap=q\n"
+        "SystemColors=0\nFontColor=zz\nStartup=2\n[Presets]\none=\n[one]\nNewGroup=q\n"
+    )
     editor = stage.start(piece)
-    window = None
-    for _ in range(10):  # each value that cannot be read is told once
-        stage.until(lambda: editor.titles(), "a window")
-        editor.at_rest()
-        titles = editor.titles()
-        if any(str(piece) in title for title in titles) and len(titles) == 1:
-            window = editor.window(lambda title: str(piece) in title)
-            break
-        stage.screenshot("broken-settings")
-        stage.output("xdotool", "key", "Escape")
-    check(window, f"the document; there are {editor.titles()}")
+    window = editor.window(lambda title: str(piece) in title)
+    report = editor.dialog(window)
+    editor.at_rest()
+    report.screenshot("broken-settings")
+    report.keys("Escape")
+    stage.until(lambda: len(stage.windows_of(editor.pid)) == 1, "the end of the one report")
+    editor.at_rest()
+    equal(len(stage.windows_of(editor.pid)), 1, "windows behind the report")
+    window.screenshot("behind-broken-settings")
     editor.close(window)
     check("this line is no setting" in stage.store.read_text(), "the line that is no setting")
 
@@ -173,6 +174,6 @@ main(
     paths_with_blanks_need_no_quotes,
     what_cannot_be_opened_says_so,
     editor_outlives_its_terminal,
-    broken_settings_do_not_keep_the_window_away,
+    broken_settings_are_told_once_and_keep_nothing_back,
     help_and_version_need_no_display,
 )
