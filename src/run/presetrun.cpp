@@ -31,16 +31,24 @@ void RunPreset(const QString &name, bool confirm, bool edit, RunContext &context
         return;
     EditorContext &editor = context.editor;
     const PresetStore store(editor.settings);
+    const bool minimize = editor.settings.Flag(Keys::MinimizeOnPresets);
+    bool saved = true;
     if (editor.windows.MainWindowActive()) {
-        if (editor.settings.Flag(Keys::MinimizeOnPresets))
+        if (minimize)
             editor.windows.MinimizeMainWindow();
         const DocumentRecord &document = editor.document;
         if (store.StoredText(name, PresetKeys::SaveFirst) == u"1" && !document.CurrentFile.isEmpty() &&
             document.Modified)
-            editor.operations.SaveFile(document.CurrentFile);
+            saved = editor.operations.SaveFile(document.CurrentFile);
     }
     if (edit) {
         context.presets.EditPreset(name);
+        return;
+    }
+    // The run would work on the old text.
+    if (!saved) {
+        if (minimize)
+            editor.windows.RaiseMainWindow(); // the preset that it gave way to does not come
         return;
     }
 

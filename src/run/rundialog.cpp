@@ -97,8 +97,9 @@ bool RunCsound(RunDialogFields &fields, RunContext &context)
             editor.windows.ShowPreferences();
         return true;
     }
-    if (fields.saveFirst)
-        editor.operations.SaveFile(editor.document.CurrentFile);
+    // A run would work on the old text.
+    if (fields.saveFirst && !editor.operations.SaveFile(editor.document.CurrentFile))
+        return false;
     const QString folder = fields.documentFolder ? SplitPath(PathPart::Folder, editor.document.CurrentFile)
                                                  : SplitPath(PathPart::Folder, UnquoteFile(compiler));
     QuoteField(fields.orchestra);

@@ -185,12 +185,7 @@ void DocumentLifecycle::BuildRelatedFiles(OpenOrigin origin)
     m_steps.relatedFiles->BuildRelatedFiles();
 }
 
-void DocumentLifecycle::SaveFile(const QString &name)
-{
-    Write(name);
-}
-
-bool DocumentLifecycle::Write(const QString &name)
+bool DocumentLifecycle::SaveFile(const QString &name)
 {
     if (name.isEmpty())
         return true;
@@ -327,7 +322,7 @@ void DocumentLifecycle::Save()
 
 bool DocumentLifecycle::WriteCurrent()
 {
-    return Write(m_document.CurrentFile.isEmpty() ? SaveBox() : m_document.CurrentFile);
+    return SaveFile(m_document.CurrentFile.isEmpty() ? SaveBox() : m_document.CurrentFile);
 }
 
 void DocumentLifecycle::SaveAs()

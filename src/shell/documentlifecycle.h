@@ -31,7 +31,7 @@ public:
     void OpenFile(const QString &name, OpenOrigin origin = OpenOrigin::Command) override;
     /// Writes the text with CR LF line ends and makes `name` the current file. Failures are shown; they
     /// change nothing.
-    void SaveFile(const QString &name) override;
+    bool SaveFile(const QString &name) override;
     /// Replaces the document by a new one, without asking. Cancelled as kind asks the user for the kind.
     void NewFile(FileKind kind, const QString &name) override;
     /// Puts a file's text in place of the selection and selects it. @throws RunTimeError when it cannot be
@@ -79,8 +79,6 @@ private:
     void Load(const QString &name);
     void BuildOutline();
     void BuildRelatedFiles(OpenOrigin origin);
-    /// @return false when the write failed; true also when there was no name to write to
-    bool Write(const QString &name);
     bool AskYesNo(const QString &question, BoxAnswer byDefault);
     /// Asks before another program's work is written over.
     bool MaySaveOver(const QString &name);

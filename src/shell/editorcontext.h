@@ -28,7 +28,9 @@ class DocumentOperations
 public:
     virtual ~DocumentOperations() = default;
     virtual void OpenFile(const QString &name, OpenOrigin origin = OpenOrigin::Command) = 0;
-    virtual void SaveFile(const QString &name) = 0;
+    /// @return false when the text was not saved; the user has been told. An empty name saves nothing, as
+    /// asked.
+    virtual bool SaveFile(const QString &name) = 0;
     virtual void NewFile(FileKind kind, const QString &name) = 0;
     virtual void InsertFile(const QString &name) = 0;
     /// @return true when the caller may go on and discard the text

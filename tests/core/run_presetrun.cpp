@@ -123,6 +123,27 @@ TEST_F(Run, SaveFirst)
     EXPECT_TRUE(context.operations.calls.isEmpty());
 }
 
+TEST_F(Run, AFailedSaveKeepsThePresetFromRunning)
+{
+    const QString document = Open(u"x.csd"_s);
+    context.document.Modified = true;
+    context.operations.saveAnswer = false;
+    Set(PresetKeys::SaveFirst, u"1"_s);
+    Set(PresetKeys::Command, u"/bin/x"_s);
+    Set(PresetKeys::SecondCommand, u"/bin/y"_s);
+    Go();
+    EXPECT_EQ(context.operations.calls, QStringList{u"save "_s + document});
+    EXPECT_TRUE(context.status.shown.isEmpty());
+    EXPECT_TRUE(context.windows.calls.isEmpty());
+    // Its editor needs no saved text.
+    Go(false, true);
+    EXPECT_EQ(context.windows.calls, QStringList{u"edit P"_s});
+    context.windows.calls.clear();
+    context.settings.SaveFlag(Keys::MinimizeOnPresets, true);
+    Go();
+    EXPECT_EQ(context.windows.calls, (QStringList{u"minimize"_s, u"raise"_s}));
+}
+
 TEST_F(Run, MinimizeOnPresets)
 {
     context.settings.SaveFlag(Keys::MinimizeOnPresets, true);

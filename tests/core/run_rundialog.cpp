@@ -98,6 +98,19 @@ TEST_F(RunDialog, RunsTheCompiler)
     EXPECT_TRUE(context.settings.Flag(Keys::ManualInitialFolder));
 }
 
+TEST_F(RunDialog, AFailedSaveKeepsTheDialogOpen)
+{
+    const QString document = Open(u"x.csd"_s);
+    context.operations.saveAnswer = false;
+    RunDialogFields fields{.orchestra = document, .flags = u"-d"_s, .csound2 = true, .saveFirst = true};
+    const RunDialogFields before = fields;
+    EXPECT_FALSE(RunCsound(fields, run));
+    EXPECT_EQ(context.operations.calls, QStringList{u"save "_s + document});
+    EXPECT_EQ(fields, before);
+    EXPECT_FALSE(context.settings.Flag(Keys::ManualCsound2)) << "nothing of it is kept";
+    EXPECT_EQ(context.settings.GetSetting(u"Recent Command Lines"_s, u"1"_s, u"none"_s), u"none"_s);
+}
+
 TEST_F(RunDialog, SecondCompilerInItsFolderWithSaving)
 {
     const QString document = Open(u"x.csd"_s);

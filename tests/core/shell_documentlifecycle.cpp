@@ -181,7 +181,7 @@ TEST_F(Lifecycle, SaveFileIgnoresAnEmptyName)
 {
     Type(u"text"_s);
     view.calls.clear();
-    documents.SaveFile({});
+    EXPECT_TRUE(documents.SaveFile({}));
     EXPECT_EQ(view.calls, QStringList());
     EXPECT_TRUE(document.Modified);
 }
@@ -194,7 +194,7 @@ TEST_F(Lifecycle, AFailedSaveChangesNothing)
     view.calls.clear();
     const QString bad = context.folder.filePath(u"no such folder/y.sco"_s);
     desktop.ExpectMessage(UnableToSave(bad));
-    documents.SaveFile(bad);
+    EXPECT_FALSE(documents.SaveFile(bad));
     EXPECT_EQ(view.calls, QStringList());
     EXPECT_EQ(document.CurrentFile, path);
     EXPECT_EQ(document.DocumentKind, FileKind::Orchestra);

@@ -37,8 +37,13 @@ struct TestWindows : ProgramWindows, PresetWindows {
 struct TestOperations : DocumentOperations {
     QStringList calls; ///< "open NAME", "save NAME", "new KIND NAME", "insert NAME", "query"
     bool queryAnswer = true;
+    bool saveAnswer = true;
     void OpenFile(const QString &name, OpenOrigin) override { calls.append(QStringLiteral("open ") + name); }
-    void SaveFile(const QString &name) override { calls.append(QStringLiteral("save ") + name); }
+    bool SaveFile(const QString &name) override
+    {
+        calls.append(QStringLiteral("save ") + name);
+        return saveAnswer;
+    }
     void NewFile(FileKind kind, const QString &name) override
     {
         calls.append(QStringLiteral("new %1 %2").arg(int(kind)).arg(name));

@@ -113,6 +113,7 @@ private Q_SLOTS:
     void EnterRuns();
     void EscapeCancels();
     void SecondCompilerInItsFolderWithSaving();
+    void AFailedSaveKeepsTheDialogOpen();
     void BlanksAreQuoted();
     void FailedMacroKeepsTheDialog();
     void WithoutCompilerPreferencesAreOffered();
@@ -494,6 +495,19 @@ void ManualTest::SecondCompilerInItsFolderWithSaving()
     QVERIFY(again.chkCsound2.isChecked());
     QVERIFY(again.chkSaveFirst.isChecked());
     QVERIFY(again.chkFolderComp.isChecked());
+}
+
+void ManualTest::AFailedSaveKeepsTheDialogOpen()
+{
+    Run run;
+    const QString document = run.Document(u"song.csd"_s);
+    Manual manual = run.Open();
+    manual.chkSaveFirst.click();
+    run.context.operations.saveAnswer = false;
+    manual.bOK.click();
+    QCOMPARE(run.context.operations.calls, QStringList{u"save "_s + document});
+    QVERIFY(manual.dialog.isVisible());
+    QVERIFY(manual.bOK.isEnabled());
 }
 
 void ManualTest::BlanksAreQuoted()

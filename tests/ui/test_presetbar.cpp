@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/runtimeerror.h"
+#include "platform/textfile.h"
 #include "run/ui/frmpresets.h"
 #include "run/ui/presetbar.h"
 #include "shell/bands.h"
@@ -13,6 +15,7 @@
 
 #include <QComboBox>
 #include <QContextMenuEvent>
+#include <QDir>
 #include <QImage>
 #include <QLabel>
 #include <QTimer>
@@ -137,6 +140,7 @@ private Q_SLOTS:
     void FlatButtonsReachNewButtons();
     void OldButtonsGo();
     void OddNamesWork();
+    void AFailedSaveKeepsThePresetFromRunning();
     void AMistypedValueOfAPresetIsReported();
 };
 
@@ -500,6 +504,36 @@ void PresetBarTest::OddNamesWork()
     editor.Button(odd).trigger();
     editor.ExpectRun(u"/bin/qa"_s);
     editor.Row(u"mnuPreset_1"_s).trigger();
+}
+
+void PresetBarTest::AFailedSaveKeepsThePresetFromRunning()
+{
+    PresetWindow editor;
+    editor.Add(u"one"_s, {{u"Command"_s, u"/bin/one"_s}, {u"SaveFirst"_s, u"1"_s}});
+    const QDir folder(editor.folder.path());
+    QVERIFY(folder.mkdir(u"gone"_s));
+    const QString file = editor.WriteFile(u"gone/a.orc"_s, "instr 1\n");
+    editor.Open({file});
+    QTest::keyClick(&editor.Text(), Qt::Key_Semicolon);
+    QVERIFY(QDir(folder.filePath(u"gone"_s)).removeRecursively());
+    QString description;
+    try {
+        WriteFileBytes(file, {});
+    } catch (const RunTimeError &error) {
+        description = error.Description();
+    }
+    editor.desktop.ExpectMessage(
+        {.text = u"Unable to save "_s + file + u".\n\n"_s + description, .icon = BoxIcon::Warning});
+    editor.Button(u"one"_s).trigger();
+    editor.desktop.CheckAllCame();
+    QVERIFY(editor.window->Context().document.Modified);
+    // The folder is back.
+    QVERIFY(folder.mkdir(u"gone"_s));
+    editor.ExpectRun(u"/bin/one"_s);
+    editor.Button(u"one"_s).trigger();
+    editor.desktop.CheckAllCame();
+    QVERIFY(!editor.window->Context().document.Modified);
+    QCOMPARE(ReadFileBytes(file), ";instr 1\r\n"_ba);
 }
 
 void PresetBarTest::AMistypedValueOfAPresetIsReported()

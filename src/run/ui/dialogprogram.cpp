@@ -47,7 +47,7 @@ class NoOperations : public DocumentOperations
 {
 public:
     void OpenFile(const QString &, OpenOrigin) override {}
-    void SaveFile(const QString &) override {}
+    bool SaveFile(const QString &) override { return true; }
     void NewFile(FileKind, const QString &) override {}
     void InsertFile(const QString &) override {}
     bool QuerySave() override { return true; }
