@@ -41,10 +41,10 @@ public:
     /// @param mayOpen asked at each wake-up: mail waits as long as it says no
     Mailbox(EditorContext &editor, std::function<bool()> mayOpen);
 
-    /// An event entry point. Where mail may be opened it brings the window to the front, since the opening may
-    /// ask something, reads the key, opens what it names, deletes it and brings the window to the front again;
-    /// a wake-up that comes meanwhile is served right after it. Where it has to wait the window only comes to
-    /// the front. Failures are reported.
+    /// An event entry point. Where mail may be opened it brings the window to the front, since the opening
+    /// may ask something, reads the key, opens what it names, deletes it and brings the window to the front
+    /// again; a wake-up that comes meanwhile is served right after it. Where it has to wait the window only
+    /// comes to the front. Failures are reported.
     void Wake();
 
     /// Mail that waits for a dialog over this window is opened when the dialog has closed.
