@@ -15,9 +15,9 @@ namespace zelvane
 
 QString PresetStore::RecordSection(const PresetKey &name)
 {
-    static constexpr std::array<QStringView, 5> own{Sections::Options, Sections::RecentFiles,
-                                                    Sections::RecentFindStrings, Sections::RecentCommandLines,
-                                                    Sections::Presets};
+    static const std::array<QStringView, 5> own{Sections::Options, Sections::RecentFiles,
+                                                Sections::RecentFindStrings, Sections::RecentCommandLines,
+                                                Sections::Presets};
     static const QString beside = u" (preset)"_s;
     // "Options" goes to "Options (preset)", so a preset of that name must give way too, and so on.
     QStringView stem = name;

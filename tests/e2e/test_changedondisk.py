@@ -19,6 +19,11 @@ def started(stage, piece):
     return editor, window
 
 
+def bring(stage, window):
+    """Gives the window the keyboard; a question may take it at once."""
+    stage.output("xdotool", "windowactivate", window.number)
+
+
 def answered(stage, editor, window, picture, *keys):
     """Answers the box that comes over the window."""
     box = editor.dialog(window)
@@ -39,21 +44,21 @@ def two_editors_on_one_file(stage):
     stage.until(lambda: piece.read_bytes().startswith(b";two"), "the second editor's text")
 
     # The first one's text is unchanged: Return loads.
-    one.activate()
+    bring(stage, one)
     answered(stage, first, one, "changed-load", "Return")
     one.type(";one")
     one.keys("ctrl+s")
     stage.until(lambda: piece.read_bytes().startswith(b";one;two"), "both editors' text")
 
     # The second one's is changed: Return leaves it.
-    two.activate()
+    bring(stage, two)
     answered(stage, second, two, "changed-load-again", "Return")
     two.type(";more")
     one.activate()
     second.at_rest()  # a window that is away for a moment only does not count as left
     with piece.open("ab") as file:
         file.write(b";sed\n")
-    two.activate()
+    bring(stage, two)
     answered(stage, second, two, "changed-keep", "Return")
     check("*" in two.title(), two.title())
     saved = piece.read_bytes()

@@ -171,7 +171,7 @@ private Q_SLOTS:
         on.DropByClick();
         QTest::keyClicks(on.combo.view(), u"ou"_s);
         QCOMPARE(on.combo.currentText(), u"ou"_s);
-        QCOMPARE(on.combo.view()->currentIndex().data().toString(), u"Outs"_s);
+        QVERIFY(!on.combo.view()->currentIndex().isValid()); // Enter inserts "ou"
         QTest::keyClick(on.combo.view(), Qt::Key_Backspace);
         QCOMPARE(on.combo.currentText(), u"o"_s);
         QTest::keyClick(on.combo.view(), Qt::Key_Return);

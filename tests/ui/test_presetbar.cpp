@@ -522,6 +522,11 @@ void PresetBarTest::AFailedSaveKeepsThePresetFromRunning()
     } catch (const RunTimeError &error) {
         description = error.Description();
     }
+    const MessageBoxRequest saveOver{.text = file + u" was changed by another program. Save over it?"_s,
+                                     .icon = BoxIcon::Warning,
+                                     .buttons = BoxButtons::YesNo,
+                                     .defaultAnswer = BoxAnswer::No};
+    editor.desktop.ExpectMessage(saveOver, BoxAnswer::Yes);
     editor.desktop.ExpectMessage(
         {.text = u"Unable to save "_s + file + u".\n\n"_s + description, .icon = BoxIcon::Warning});
     editor.Button(u"one"_s).trigger();
@@ -529,6 +534,7 @@ void PresetBarTest::AFailedSaveKeepsThePresetFromRunning()
     QVERIFY(editor.window->Context().document.Modified);
     // The folder is back.
     QVERIFY(folder.mkdir(u"gone"_s));
+    editor.desktop.ExpectMessage(saveOver, BoxAnswer::Yes);
     editor.ExpectRun(u"/bin/one"_s);
     editor.Button(u"one"_s).trigger();
     editor.desktop.CheckAllCame();

@@ -60,10 +60,10 @@ void ToolbarTest::ToolbarHasItsButtons()
     for (const char16_t *key : ButtonKeys)
         expected.append(QString::fromUtf16(key));
     QCOMPARE(keys, expected);
-    QCOMPARE(Button(editor, u"new"_s)->toolTip(), u"New (Ctrl+N)"_s);
-    QCOMPARE(Button(editor, u"cut"_s)->toolTip(), u"Cut (Ctrl+X)"_s);
-    QCOMPARE(Button(editor, u"fontsize"_s)->toolTip(), u"Increase font size (Ctrl+NumPad +)"_s);
-    QCOMPARE(Button(editor, u"back"_s)->toolTip(), u"Back"_s);
+    QCOMPARE(ToolbarButton(editor, u"new"_s)->toolTip(), u"New (Ctrl+N)"_s);
+    QCOMPARE(ToolbarButton(editor, u"cut"_s)->toolTip(), u"Cut (Ctrl+X)"_s);
+    QCOMPARE(ToolbarButton(editor, u"fontsize"_s)->toolTip(), u"Increase font size (Ctrl+NumPad +)"_s);
+    QCOMPARE(ToolbarButton(editor, u"back"_s)->toolTip(), u"Back"_s);
     QCOMPARE(editor.Find<QAction>(u"tbPlayer_play"_s).toolTip(), u"Play/Restart (F9)"_s);
     for (const QString &key : {u"play"_s, u"pause"_s, u"stop"_s, u"loop"_s})
         QVERIFY(!editor.Find<QAction>(u"tbPlayer_"_s + key).icon().isNull());

@@ -100,8 +100,8 @@ frmPresets::frmPresets(const RunContext &context, QWidget *parent)
     Connect();
     ShowFields({});
     m_second->setEnabled(false);
-    MarkSaved();
     Guard([this] { LoadLists(); });
+    MarkSaved(); // the lists have chosen their rows also where no preset is there to show
     cmbPreset->setFocus();
 }
 

@@ -57,7 +57,6 @@ public:
     }
 
     /// A part that nobody keeps stays as it is.
-    /// @throws RunTimeError for a setting that cannot be read
     void Restore(LayoutPart part) const
     {
         const auto keeper = m_keepers.find(part);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "window/ui/focusround.h"
 
+#include "shell/bands.h"
 #include "shell/ui/bandbar.h"
 #include "shell/ui/sidepanel.h"
 
@@ -64,8 +65,8 @@ bool FocusRound::eventFilter(QObject *watched, QEvent *event)
 
 std::array<QWidget *, FocusRound::StopCount> FocusRound::Regions() const
 {
-    return {&m_text, m_bands.Control(int(WindowBand::Opcodes)), m_panel.Control(int(PanelBand::Browse)),
-            m_panel.Control(int(PanelBand::Related)), m_bands.Control(int(WindowBand::Player))};
+    return {&m_text, m_bands.Control(WindowBand::Opcodes), m_panel.Control(PanelBand::Browse),
+            m_panel.Control(PanelBand::Related), m_bands.Control(WindowBand::Player)};
 }
 
 bool FocusRound::TakeKey(const QKeyEvent &event)
