@@ -147,9 +147,9 @@ void WritePreset(const PresetKey &name, const PresetFields &fields, RunContext &
         store.SaveTextOrDelete(name, PresetKeys::SecondFolder, record.SecondFolder);
         store.SaveNumber(name, PresetKeys::SecondWindow, record.SecondWindow);
     } else {
-        const std::initializer_list<SettingKey> second{PresetKeys::SecondCommand, PresetKeys::SecondArgs,
-                                                       PresetKeys::SecondFolder, PresetKeys::SecondWindow};
-        for (const SettingKey &key : second)
+        const std::initializer_list<RecordKey> second{PresetKeys::SecondCommand, PresetKeys::SecondArgs,
+                                                      PresetKeys::SecondFolder, PresetKeys::SecondWindow};
+        for (const RecordKey &key : second)
             store.DeleteKey(name, key);
     }
 

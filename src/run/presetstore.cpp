@@ -64,34 +64,34 @@ void PresetStore::RewritePresetOrder(const QStringList &names)
     m_settings.ReplaceSection(Sections::Presets, entries);
 }
 
-QString PresetStore::Text(const PresetKey &name, const TextKey &key) const
+QString PresetStore::Text(const PresetKey &name, const RecordTextKey &key) const
 {
-    return Text(name, key, QStringView(key.fallback).toString());
+    return m_settings.GetSetting(RecordSection(name), key.Name(), QStringView(key.fallback).toString());
 }
 
-QString PresetStore::Text(const PresetKey &name, const TextKey &key, const QString &fallback) const
+QString PresetStore::Text(const PresetKey &name, const BareRecordTextKey &key, const QString &fallback) const
 {
     return m_settings.GetSetting(RecordSection(name), key.Name(), fallback);
 }
 
-QString PresetStore::StoredText(const PresetKey &name, const SettingKey &key) const
+QString PresetStore::StoredText(const PresetKey &name, const RecordKey &key) const
 {
     return m_settings.GetSetting(RecordSection(name), key.Name());
 }
 
-int PresetStore::WindowState(const PresetKey &name, const NumberKey &key) const
+int PresetStore::WindowState(const PresetKey &name, const RecordNumberKey &key) const
 {
     return m_settings.Integer(RecordSection(name), key);
 }
 
-bool PresetStore::Flag(const PresetKey &name, const FlagKey &key) const
+bool PresetStore::Flag(const PresetKey &name, const RecordFlagKey &key) const
 {
     return m_settings.Flag(RecordSection(name), key);
 }
 
 PresetRecord PresetStore::ReadRecord(const PresetKey &name) const
 {
-    const auto state = [&](const NumberKey &key) {
+    const auto state = [&](const RecordNumberKey &key) {
         const int value = WindowState(name, key);
         return value >= 0 && value <= 3 ? value : 1; // a list has no other rows
     };
@@ -100,8 +100,8 @@ PresetRecord PresetStore::ReadRecord(const PresetKey &name) const
             .Folder = Text(name, PresetKeys::Folder),
             .Window = state(PresetKeys::Window),
             .SaveFirst = Flag(name, PresetKeys::SaveFirst),
-            .Name = Text(name, PresetKeys::Name),
-            .Tooltip = Text(name, PresetKeys::Tooltip),
+            .Name = Text(name, PresetKeys::Name, {}),
+            .Tooltip = Text(name, PresetKeys::Tooltip, {}),
             .CreateButton = Flag(name, PresetKeys::CreateButton),
             .NewGroup = Flag(name, PresetKeys::NewGroup),
             .Image = Text(name, PresetKeys::Image),
@@ -111,12 +111,14 @@ PresetRecord PresetStore::ReadRecord(const PresetKey &name) const
             .SecondWindow = state(PresetKeys::SecondWindow)};
 }
 
-void PresetStore::SaveText(const PresetKey &name, const TextKey &key, const QString &value)
+void PresetStore::SaveText(const PresetKey &name, const RecordKeyOf<SettingKind::Text> &key,
+                           const QString &value)
 {
     SaveStoredText(name, key, value);
 }
 
-void PresetStore::SaveTextOrDelete(const PresetKey &name, const TextKey &key, const QString &value)
+void PresetStore::SaveTextOrDelete(const PresetKey &name, const RecordKeyOf<SettingKind::Text> &key,
+                                   const QString &value)
 {
     if (value.isEmpty())
         DeleteKey(name, key);
@@ -124,22 +126,22 @@ void PresetStore::SaveTextOrDelete(const PresetKey &name, const TextKey &key, co
         SaveText(name, key, value);
 }
 
-void PresetStore::SaveNumber(const PresetKey &name, const NumberKey &key, int value)
+void PresetStore::SaveNumber(const PresetKey &name, const RecordKeyOf<SettingKind::Number> &key, int value)
 {
     SaveStoredText(name, key, QString::number(value));
 }
 
-void PresetStore::SaveFlag(const PresetKey &name, const FlagKey &key, bool value)
+void PresetStore::SaveFlag(const PresetKey &name, const RecordKeyOf<SettingKind::Flag> &key, bool value)
 {
     SaveStoredText(name, key, value ? u"1"_s : u"0"_s);
 }
 
-void PresetStore::SaveStoredText(const PresetKey &name, const SettingKey &key, const QString &text)
+void PresetStore::SaveStoredText(const PresetKey &name, const RecordKey &key, const QString &text)
 {
     m_settings.SaveSetting(RecordSection(name), key.Name(), text);
 }
 
-void PresetStore::DeleteKey(const PresetKey &name, const SettingKey &key)
+void PresetStore::DeleteKey(const PresetKey &name, const RecordKey &key)
 {
     m_settings.DeleteSetting(RecordSection(name), key.Name());
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "run/presetkeys.h"
+
 #include <QDate>
 #include <QString>
 #include <QStringList>
@@ -9,10 +11,6 @@ namespace zelvane
 {
 
 class SettingsStore;
-struct FlagKey;
-struct NumberKey;
-struct SettingKey;
-struct TextKey;
 
 /// The name of a preset: its key in the index, and what the user sees.
 using PresetKey = QString;
@@ -58,24 +56,25 @@ public:
 
     PresetRecord ReadRecord(const PresetKey &name) const;
     /// A stored text as it is, else the key's default.
-    QString Text(const PresetKey &name, const TextKey &key) const;
-    QString Text(const PresetKey &name, const TextKey &key, const QString &fallback) const;
+    QString Text(const PresetKey &name, const RecordTextKey &key) const;
+    QString Text(const PresetKey &name, const BareRecordTextKey &key, const QString &fallback) const;
     /// What the store holds for a key of any kind; empty when it is absent.
-    QString StoredText(const PresetKey &name, const SettingKey &key) const;
+    QString StoredText(const PresetKey &name, const RecordKey &key) const;
     /// A window state; the default for a value that is no number.
-    int WindowState(const PresetKey &name, const NumberKey &key) const;
+    int WindowState(const PresetKey &name, const RecordNumberKey &key) const;
     /// The default for a value that is no flag.
-    bool Flag(const PresetKey &name, const FlagKey &key) const;
+    bool Flag(const PresetKey &name, const RecordFlagKey &key) const;
 
-    void SaveText(const PresetKey &name, const TextKey &key, const QString &value);
+    void SaveText(const PresetKey &name, const RecordKeyOf<SettingKind::Text> &key, const QString &value);
     /// Writes a text, or removes the key when the text is empty.
-    void SaveTextOrDelete(const PresetKey &name, const TextKey &key, const QString &value);
-    void SaveNumber(const PresetKey &name, const NumberKey &key, int value);
+    void SaveTextOrDelete(const PresetKey &name, const RecordKeyOf<SettingKind::Text> &key,
+                          const QString &value);
+    void SaveNumber(const PresetKey &name, const RecordKeyOf<SettingKind::Number> &key, int value);
     /// Writes "1" or "0".
-    void SaveFlag(const PresetKey &name, const FlagKey &key, bool value);
+    void SaveFlag(const PresetKey &name, const RecordKeyOf<SettingKind::Flag> &key, bool value);
     /// Writes a value of any kind in the stored form that the caller gives.
-    void SaveStoredText(const PresetKey &name, const SettingKey &key, const QString &text);
-    void DeleteKey(const PresetKey &name, const SettingKey &key);
+    void SaveStoredText(const PresetKey &name, const RecordKey &key, const QString &text);
+    void DeleteKey(const PresetKey &name, const RecordKey &key);
 
     /// The section that holds a preset: its name. A preset named like a section of the program itself
     /// ("Options") has its record beside that section, or deleting the preset would delete the user's

@@ -32,7 +32,7 @@ QuickPresetPreview PreviewOf(const PresetKey &name, const EditorContext &context
 {
     const PresetStore store(context.settings);
     const PresetImage image = ImageOf(store.Text(name, PresetKeys::Image));
-    return {.tooltip = store.Text(name, PresetKeys::Tooltip), .imageNumber = image.number};
+    return {.tooltip = store.Text(name, PresetKeys::Tooltip, {}), .imageNumber = image.number};
 }
 
 void EditFromChooser(EditorContext &context)

@@ -22,9 +22,8 @@ namespace zelvane
 
 bool Mailbox::Send(const CommandLine &command, SettingsStore &settings, const RunningEditor &editor)
 {
-    const bool alone =
-        settings.GetSetting(Sections::Options, Keys::MultipleInstances.Name(), u"0"_s) != u"0" ||
-        command.Form() == StartForm::NewInstance;
+    const bool alone = settings.StoredText(Keys::MultipleInstances).value_or(u"0"_s) != u"0" ||
+                       command.Form() == StartForm::NewInstance;
     if (alone || !editor.find())
         return false;
     const bool hasMail = !command.Text().isEmpty();

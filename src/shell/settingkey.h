@@ -18,8 +18,10 @@ enum class SettingKind { Flag, NumericFlag, Number, Colour, Text };
 /// name.
 enum class KeyWriter { Owner, Preferences };
 
-/// What all keys of the store have in common. A key is of one of the types below, which decides how it can be
-/// read and written; this one is enough to remove a key or to ask for its text.
+/// Where a key stands: in section "Options", or in the section of a record, such as a preset's.
+enum class KeySection { Options, Record };
+
+/// What all keys of the store have in common.
 struct SettingKey {
     std::u16string_view stem; ///< the name; of a numbered key the part before the number
     SettingKind kind;
@@ -35,63 +37,64 @@ protected:
     }
 };
 
-/// A bare key has no default of its own: only its reader knows one, such as a control's present value.
-struct BareFlagKey : SettingKey {
-    constexpr explicit BareFlagKey(std::u16string_view name, KeyWriter keyWriter = KeyWriter::Owner,
-                                   SettingKind keyKind = SettingKind::Flag)
-        : SettingKey(name, keyKind, keyWriter)
-    {
-    }
+/// A key of a section: enough to remove it or to ask for its text.
+template <KeySection section> struct SectionKey : SettingKey {
+protected:
+    using SettingKey::SettingKey;
 };
-struct BareNumberKey : SettingKey {
-    constexpr explicit BareNumberKey(std::u16string_view name, KeyWriter keyWriter = KeyWriter::Owner)
-        : SettingKey(name, SettingKind::Number, keyWriter)
-    {
-    }
-};
-struct BareTextKey : SettingKey {
-    constexpr explicit BareTextKey(std::u16string_view name, KeyWriter keyWriter = KeyWriter::Owner)
-        : SettingKey(name, SettingKind::Text, keyWriter)
+
+/// A key of a section and a kind: enough to write it. How it is read is told by the two types made of it,
+/// neither of which is the other: no key with a default can be read with a second one.
+template <KeySection section, SettingKind keyKind> struct KindKey : SectionKey<section> {
+protected:
+    constexpr KindKey(std::u16string_view name, KeyWriter keyWriter)
+        : SectionKey<section>(name, keyKind, keyWriter)
     {
     }
 };
 
-struct FlagKey : BareFlagKey {
-    bool fallback;
-    constexpr FlagKey(std::u16string_view name, bool keyFallback, KeyWriter keyWriter = KeyWriter::Owner,
-                      SettingKind keyKind = SettingKind::Flag)
-        : BareFlagKey(name, keyWriter, keyKind), fallback(keyFallback)
+template <KeySection section, SettingKind keyKind, typename Value>
+struct DefaultKey : KindKey<section, keyKind> {
+    Value fallback;
+    constexpr DefaultKey(std::u16string_view name, Value keyFallback, KeyWriter keyWriter = KeyWriter::Owner)
+        : KindKey<section, keyKind>(name, keyWriter), fallback(keyFallback)
     {
     }
 };
+
+/// A bare key has no default of its own: only its reader knows one, such as a control's present value.
+template <KeySection section, SettingKind keyKind> struct BareKey : KindKey<section, keyKind> {
+    constexpr explicit BareKey(std::u16string_view name, KeyWriter keyWriter = KeyWriter::Owner)
+        : KindKey<section, keyKind>(name, keyWriter)
+    {
+    }
+};
+
+using OptionKey = SectionKey<KeySection::Options>;
+template <SettingKind kind> using OptionKeyOf = KindKey<KeySection::Options, kind>;
+
+using FlagKey = DefaultKey<KeySection::Options, SettingKind::Flag, bool>;
+using NumberKey = DefaultKey<KeySection::Options, SettingKind::Number, double>;
+using TextKey = DefaultKey<KeySection::Options, SettingKind::Text, std::u16string_view>;
+using ColourKey = DefaultKey<KeySection::Options, SettingKind::Colour, quint32>;
+using BareFlagKey = BareKey<KeySection::Options, SettingKind::Flag>;
+using BareNumberKey = BareKey<KeySection::Options, SettingKind::Number>;
+using BareTextKey = BareKey<KeySection::Options, SettingKind::Text>;
+
+using RecordKey = SectionKey<KeySection::Record>;
+template <SettingKind kind> using RecordKeyOf = KindKey<KeySection::Record, kind>;
+
+using RecordFlagKey = DefaultKey<KeySection::Record, SettingKind::Flag, bool>;
+using RecordNumberKey = DefaultKey<KeySection::Record, SettingKind::Number, double>;
+using RecordTextKey = DefaultKey<KeySection::Record, SettingKind::Text, std::u16string_view>;
+using BareRecordTextKey = BareKey<KeySection::Record, SettingKind::Text>;
+
 struct NumericFlagKey : FlagKey {
     constexpr NumericFlagKey(std::u16string_view name, bool keyFallback,
                              KeyWriter keyWriter = KeyWriter::Owner)
-        : FlagKey(name, keyFallback, keyWriter, SettingKind::NumericFlag)
+        : FlagKey(name, keyFallback, keyWriter)
     {
-    }
-};
-struct NumberKey : BareNumberKey {
-    double fallback;
-    constexpr NumberKey(std::u16string_view name, double keyFallback, KeyWriter keyWriter = KeyWriter::Owner)
-        : BareNumberKey(name, keyWriter), fallback(keyFallback)
-    {
-    }
-};
-struct TextKey : BareTextKey {
-    std::u16string_view fallback;
-    constexpr TextKey(std::u16string_view name, std::u16string_view keyFallback,
-                      KeyWriter keyWriter = KeyWriter::Owner)
-        : BareTextKey(name, keyWriter), fallback(keyFallback)
-    {
-    }
-};
-/// A colour is 0xBBGGRR, or a system colour with the top bit set.
-struct ColourKey : SettingKey {
-    quint32 fallback;
-    constexpr ColourKey(std::u16string_view name, quint32 keyFallback, KeyWriter keyWriter = KeyWriter::Owner)
-        : SettingKey(name, SettingKind::Colour, keyWriter), fallback(keyFallback)
-    {
+        kind = SettingKind::NumericFlag;
     }
 };
 

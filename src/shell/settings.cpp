@@ -93,11 +93,6 @@ std::vector<UnreadableSetting> SettingsStore::TakeUnreadable() const
 namespace
 {
 
-bool FlagFrom(const SettingKey &key, const QString &text)
-{
-    return key.kind == SettingKind::NumericFlag ? ToNumber(text) != 0 : ToBoolean(text);
-}
-
 int IntegerFrom(const QString &text)
 {
     return ToInteger<int>(ToNumber(text));
@@ -105,24 +100,31 @@ int IntegerFrom(const QString &text)
 
 } // namespace
 
+std::optional<bool> SettingsStore::ReadFlag(QStringView section, const SettingKey &key) const
+{
+    return Read<bool>(section, key, [&key](const QString &text) {
+        return key.kind == SettingKind::NumericFlag ? ToNumber(text) != 0 : ToBoolean(text);
+    });
+}
+
 QString SettingsStore::Text(const TextKey &key) const
 {
-    return Text(key, QStringView(key.fallback).toString());
+    return StoredText(key).value_or(QStringView(key.fallback).toString());
 }
 
 bool SettingsStore::Flag(const FlagKey &key) const
 {
-    return Flag(key, key.fallback);
+    return ReadFlag(Sections::Options, key).value_or(key.fallback);
 }
 
 double SettingsStore::Number(const NumberKey &key) const
 {
-    return Number(key, key.fallback);
+    return Read<double>(Sections::Options, key, ToNumber).value_or(key.fallback);
 }
 
 int SettingsStore::Integer(const NumberKey &key) const
 {
-    return Integer(key, int(key.fallback));
+    return Read<int>(Sections::Options, key, IntegerFrom).value_or(int(key.fallback));
 }
 
 quint32 SettingsStore::Colour(const ColourKey &key) const
@@ -132,13 +134,12 @@ quint32 SettingsStore::Colour(const ColourKey &key) const
 
 QString SettingsStore::Text(const BareTextKey &key, const QString &fallback) const
 {
-    return Stored(key).value_or(fallback);
+    return StoredText(key).value_or(fallback);
 }
 
 bool SettingsStore::Flag(const BareFlagKey &key, bool fallback) const
 {
-    const auto convert = [&key](const QString &text) { return FlagFrom(key, text); };
-    return Read<bool>(Sections::Options, key, convert).value_or(fallback);
+    return ReadFlag(Sections::Options, key).value_or(fallback);
 }
 
 double SettingsStore::Number(const BareNumberKey &key, double fallback) const
@@ -156,38 +157,32 @@ std::optional<quint32> SettingsStore::StoredColour(const ColourKey &key) const
     return Read<quint32>(Sections::Options, key, ToColour);
 }
 
-QString SettingsStore::StoredText(const SettingKey &key) const
-{
-    return Stored(key).value_or(QString());
-}
-
-std::optional<QString> SettingsStore::Stored(const SettingKey &key) const
+std::optional<QString> SettingsStore::StoredText(const OptionKey &key) const
 {
     return m_file->Value(Sections::Options, key.Name());
 }
 
-bool SettingsStore::Flag(QStringView section, const FlagKey &key) const
+bool SettingsStore::Flag(QStringView section, const RecordFlagKey &key) const
 {
-    const auto convert = [&key](const QString &text) { return FlagFrom(key, text); };
-    return Read<bool>(section, key, convert).value_or(key.fallback);
+    return ReadFlag(section, key).value_or(key.fallback);
 }
 
-int SettingsStore::Integer(QStringView section, const NumberKey &key) const
+int SettingsStore::Integer(QStringView section, const RecordNumberKey &key) const
 {
     return Read<int>(section, key, IntegerFrom).value_or(int(key.fallback));
 }
 
-void SettingsStore::SaveText(const BareTextKey &key, const QString &value)
+void SettingsStore::SaveText(const OptionKeyOf<SettingKind::Text> &key, const QString &value)
 {
     SaveStoredText(key, value);
 }
 
-void SettingsStore::SaveFlag(const BareFlagKey &key, bool value)
+void SettingsStore::SaveFlag(const OptionKeyOf<SettingKind::Flag> &key, bool value)
 {
     SaveStoredText(key, value ? u"-1"_s : u"0"_s);
 }
 
-void SettingsStore::SaveNumber(const BareNumberKey &key, double value)
+void SettingsStore::SaveNumber(const OptionKeyOf<SettingKind::Number> &key, double value)
 {
     SaveStoredText(key, NumberText(value));
 }
@@ -197,12 +192,12 @@ void SettingsStore::SaveColour(const ColourKey &key, quint32 value)
     SaveStoredText(key, QString::number(qint32(value)));
 }
 
-void SettingsStore::SaveStoredText(const SettingKey &key, const QString &text)
+void SettingsStore::SaveStoredText(const OptionKey &key, const QString &text)
 {
     m_file->SetValue(Sections::Options, key.Name(), text);
 }
 
-void SettingsStore::DeleteSetting(const SettingKey &key)
+void SettingsStore::DeleteSetting(const OptionKey &key)
 {
     m_file->RemoveKey(Sections::Options, key.Name());
 }

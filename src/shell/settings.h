@@ -87,11 +87,11 @@ public:
     int Integer(const BareNumberKey &key, int fallback) const;
     /// A colour that was stored and can be read.
     std::optional<quint32> StoredColour(const ColourKey &key) const;
-    /// What the store holds for a key of any kind; empty when it is absent.
-    QString StoredText(const SettingKey &key) const;
-    /// Readers of other sections.
-    bool Flag(QStringView section, const FlagKey &key) const;
-    int Integer(QStringView section, const NumberKey &key) const;
+    /// What the store holds for a key of any kind.
+    std::optional<QString> StoredText(const OptionKey &key) const;
+    /// Readers of a record's section.
+    bool Flag(QStringView section, const RecordFlagKey &key) const;
+    int Integer(QStringView section, const RecordNumberKey &key) const;
 
     /// The values that readers could not read since the last call; each is noted once.
     std::vector<UnreadableSetting> TakeUnreadable() const;
@@ -99,19 +99,19 @@ public:
     void OnUnreadable(std::function<void()> noted) { m_noted = std::move(noted); }
 
     /// Writers of section "Options". A flag is written as "-1" or "0", a number as its shortest decimal text.
-    void SaveText(const BareTextKey &key, const QString &value);
-    void SaveFlag(const BareFlagKey &key, bool value);
-    void SaveNumber(const BareNumberKey &key, double value);
+    void SaveText(const OptionKeyOf<SettingKind::Text> &key, const QString &value);
+    void SaveFlag(const OptionKeyOf<SettingKind::Flag> &key, bool value);
+    void SaveNumber(const OptionKeyOf<SettingKind::Number> &key, double value);
     void SaveColour(const ColourKey &key, quint32 value);
     /// Writes a value in a stored form of the caller's choice, such as a check box's "1".
-    void SaveStoredText(const SettingKey &key, const QString &text);
-    void DeleteSetting(const SettingKey &key);
+    void SaveStoredText(const OptionKey &key, const QString &text);
+    void DeleteSetting(const OptionKey &key);
 
 private:
-    std::optional<QString> Stored(const SettingKey &key) const;
     /// @param convert makes the value from its stored text, or throws
     template <typename Value, typename Convert>
     std::optional<Value> Read(QStringView section, const SettingKey &key, Convert convert) const;
+    std::optional<bool> ReadFlag(QStringView section, const SettingKey &key) const;
 
     std::unique_ptr<ProfileFile> m_file;
     mutable std::vector<UnreadableSetting> m_unreadable;

@@ -2,6 +2,7 @@
 #include "preferences/allsettingkeys.h"
 
 #include "platform/runtimeerror.h"
+#include "run/presetstore.h"
 #include "shell/bands.h"
 #include "shell/settings.h"
 #include "support/printers.h"
@@ -29,10 +30,10 @@ template <typename Key, typename Band> Key Plain(const NumberedByBand<Key, Band>
     return keys(AllBands<Band>().back());
 }
 
-template <typename Key> constexpr bool IsFlag = std::is_base_of_v<BareFlagKey, Key>;
-template <typename Key> constexpr bool IsNumber = std::is_base_of_v<BareNumberKey, Key>;
-template <typename Key> constexpr bool IsText = std::is_base_of_v<BareTextKey, Key>;
-template <typename Key> constexpr bool IsColour = std::is_same_v<ColourKey, Key>;
+template <typename Key> constexpr bool IsFlag = std::is_base_of_v<OptionKeyOf<SettingKind::Flag>, Key>;
+template <typename Key> constexpr bool IsNumber = std::is_base_of_v<OptionKeyOf<SettingKind::Number>, Key>;
+template <typename Key> constexpr bool IsText = std::is_base_of_v<OptionKeyOf<SettingKind::Text>, Key>;
+template <typename Key> constexpr bool IsColour = std::is_base_of_v<OptionKeyOf<SettingKind::Colour>, Key>;
 template <typename Key> constexpr bool HasDefault = requires(Key key)
 {
     key.fallback;
@@ -95,6 +96,25 @@ concept ReadAsColour = requires(SettingsStore store, Key key)
     store.Colour(key);
 };
 template <typename Key>
+concept ReadAsFlagWithDefault = requires(SettingsStore store, Key key)
+{
+    store.Flag(key, true);
+};
+template <typename Key>
+concept ReadAsNumberWithDefault = requires(SettingsStore store, Key key)
+{
+    store.Number(key, 1.0);
+}
+|| requires(SettingsStore store, Key key)
+{
+    store.Integer(key, 1);
+};
+template <typename Key>
+concept ReadAsTextWithDefault = requires(SettingsStore store, Key key)
+{
+    store.Text(key, QString());
+};
+template <typename Key>
 concept SavedAsFlag = requires(SettingsStore store, Key key)
 {
     store.SaveFlag(key, true);
@@ -121,11 +141,58 @@ template <typename Key> constexpr void CheckType()
     static_assert(ReadAsNumber<Key> == (IsNumber<Key> && HasDefault<Key>));
     static_assert(ReadAsText<Key> == (IsText<Key> && HasDefault<Key>));
     static_assert(ReadAsColour<Key> == IsColour<Key>);
+    static_assert(ReadAsFlagWithDefault<Key> == (IsFlag<Key> && !HasDefault<Key>));
+    static_assert(ReadAsNumberWithDefault<Key> == (IsNumber<Key> && !HasDefault<Key>));
+    static_assert(ReadAsTextWithDefault<Key> == (IsText<Key> && !HasDefault<Key>));
     static_assert(SavedAsFlag<Key> == IsFlag<Key>);
     static_assert(SavedAsNumber<Key> == IsNumber<Key>);
     static_assert(SavedAsText<Key> == IsText<Key>);
     static_assert(SavedAsColour<Key> == IsColour<Key>);
 }
+
+// The keys of a preset's section are none of section "Options", and the other way about.
+
+template <typename Key>
+concept OfOptions = ReadAsFlag<Key> || ReadAsNumber<Key> || ReadAsText<Key> || ReadAsColour<Key> ||
+    ReadAsFlagWithDefault<Key> || ReadAsNumberWithDefault<Key> || ReadAsTextWithDefault<Key> ||
+    SavedAsFlag<Key> || SavedAsNumber<Key> || SavedAsText<Key> || SavedAsColour<Key> ||
+    requires(SettingsStore store, Key key)
+{
+    store.StoredText(key);
+} || requires(SettingsStore store, Key key)
+{
+    store.SaveStoredText(key, QString());
+} || requires(SettingsStore store, Key key)
+{
+    store.DeleteSetting(key);
+};
+template <typename Key>
+concept OfPresets = requires(PresetStore store, QString name, Key key)
+{
+    store.Text(name, key);
+}
+|| requires(PresetStore store, QString name, Key key)
+{
+    store.Text(name, key, QString());
+}
+|| requires(PresetStore store, QString name, Key key)
+{
+    store.Flag(name, key);
+}
+|| requires(PresetStore store, QString name, Key key)
+{
+    store.WindowState(name, key);
+}
+|| requires(PresetStore store, QString name, Key key)
+{
+    store.StoredText(name, key);
+};
+
+static_assert(OfOptions<TextKey> && OfOptions<BareNumberKey> && OfOptions<NumericFlagKey>);
+static_assert(!OfPresets<TextKey> && !OfPresets<BareTextKey> && !OfPresets<NumberKey> && !OfPresets<FlagKey>);
+static_assert(OfPresets<RecordTextKey> && OfPresets<RecordNumberKey> && OfPresets<RecordFlagKey>);
+static_assert(!OfOptions<RecordTextKey> && !OfOptions<BareRecordTextKey> && !OfOptions<RecordNumberKey> &&
+              !OfOptions<RecordFlagKey>);
 
 /// What the stores of the program's users hold and leave out: these names and defaults keep their meaning.
 struct Row {
@@ -257,25 +324,28 @@ TEST_F(AllKeys, AnAbsentKeyHasItsDefault)
         if constexpr (IsFlag<Key>) {
             if constexpr (HasDefault<Key>) {
                 EXPECT_EQ(store.Flag(key), key.fallback);
+            } else {
+                EXPECT_TRUE(store.Flag(key, true));
+                EXPECT_FALSE(store.Flag(key, false));
             }
-            EXPECT_TRUE(store.Flag(key, true));
-            EXPECT_FALSE(store.Flag(key, false));
         }
         if constexpr (IsNumber<Key>) {
             if constexpr (HasDefault<Key>) {
                 EXPECT_EQ(store.Number(key), key.fallback);
                 EXPECT_EQ(store.Integer(key), int(key.fallback));
+            } else {
+                EXPECT_EQ(store.Number(key, 345.5), 345.5);
+                EXPECT_EQ(store.Integer(key, -4), -4);
             }
-            EXPECT_EQ(store.Number(key, 345.5), 345.5);
-            EXPECT_EQ(store.Integer(key, -4), -4);
         }
         if constexpr (IsText<Key>) {
             if constexpr (HasDefault<Key>) {
                 EXPECT_EQ(store.Text(key), QStringView(key.fallback));
+            } else {
+                EXPECT_EQ(store.Text(key, u"given"_s), u"given"_s);
             }
-            EXPECT_EQ(store.Text(key, u"given"_s), u"given"_s);
         }
-        EXPECT_EQ(store.StoredText(key), QString());
+        EXPECT_EQ(store.StoredText(key), std::nullopt);
     });
     EXPECT_FALSE(QFile::exists(folder.filePath(u"settings"_s))) << "reading makes nothing";
 }
@@ -290,20 +360,32 @@ TEST_F(AllKeys, WhatIsSavedIsRead)
         if constexpr (IsFlag<Key>) {
             for (const bool value : {true, false}) {
                 store.SaveFlag(key, value);
-                EXPECT_EQ(store.Flag(key, !value), value);
+                if constexpr (HasDefault<Key>) {
+                    EXPECT_EQ(store.Flag(key), value);
+                } else {
+                    EXPECT_EQ(store.Flag(key, !value), value);
+                }
             }
         }
         if constexpr (IsNumber<Key>) {
             store.SaveNumber(key, 12.5);
-            EXPECT_EQ(store.Number(key, 0), 12.5);
+            if constexpr (HasDefault<Key>) {
+                EXPECT_EQ(store.Number(key), 12.5);
+            } else {
+                EXPECT_EQ(store.Number(key, 0), 12.5);
+            }
         }
         if constexpr (IsText<Key>) {
             store.SaveText(key, u" a=b "_s);
-            EXPECT_EQ(store.Text(key, {}), u" a=b "_s);
+            if constexpr (HasDefault<Key>) {
+                EXPECT_EQ(store.Text(key), u" a=b "_s);
+            } else {
+                EXPECT_EQ(store.Text(key, {}), u" a=b "_s);
+            }
         }
         EXPECT_EQ(store.GetAllSettings(Sections::Options).back().first, key.Name());
         store.DeleteSetting(key);
-        EXPECT_EQ(store.StoredText(key), QString());
+        EXPECT_EQ(store.StoredText(key), std::nullopt);
     });
 }
 
@@ -316,19 +398,24 @@ TEST_F(AllKeys, AMistypedValueIsNotedAndTheDefaultRead)
             EXPECT_EQ(Noted(), ErrorNumber::TypeMismatch);
         }
         if constexpr (IsFlag<Key>) {
-            EXPECT_TRUE(store.Flag(key, true));
-            EXPECT_EQ(Noted(), ErrorNumber::TypeMismatch);
-            EXPECT_FALSE(store.Flag(key, false));
             if constexpr (HasDefault<Key>) {
                 EXPECT_EQ(store.Flag(key), key.fallback);
+                EXPECT_EQ(Noted(), ErrorNumber::TypeMismatch);
+            } else {
+                EXPECT_TRUE(store.Flag(key, true));
+                EXPECT_EQ(Noted(), ErrorNumber::TypeMismatch);
+                EXPECT_FALSE(store.Flag(key, false));
             }
         }
         if constexpr (IsNumber<Key>) {
-            EXPECT_EQ(store.Number(key, 1), 1);
-            EXPECT_EQ(Noted(), ErrorNumber::TypeMismatch);
-            EXPECT_EQ(store.Integer(key, 2), 2);
             if constexpr (HasDefault<Key>) {
                 EXPECT_EQ(store.Number(key), key.fallback);
+                EXPECT_EQ(Noted(), ErrorNumber::TypeMismatch);
+                EXPECT_EQ(store.Integer(key), int(key.fallback));
+            } else {
+                EXPECT_EQ(store.Number(key, 1), 1);
+                EXPECT_EQ(Noted(), ErrorNumber::TypeMismatch);
+                EXPECT_EQ(store.Integer(key, 2), 2);
             }
         }
         EXPECT_TRUE(store.TakeUnreadable().empty()) << "each value is noted once";

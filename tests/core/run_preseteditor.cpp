@@ -164,15 +164,15 @@ TEST_F(PresetEditor, SecondActionOnlyBehindAProgram)
     fields.record.Command = u"/a.html"_s;
     context.desktop.ExpectMessage(ReplaceQuestion(u"p"_s), BoxAnswer::Yes);
     EXPECT_TRUE(Save(u"p"_s, fields));
-    const std::initializer_list<SettingKey> second{PresetKeys::SecondCommand, PresetKeys::SecondArgs,
-                                                   PresetKeys::SecondFolder, PresetKeys::SecondWindow};
-    for (const SettingKey &key : second)
+    const std::initializer_list<RecordKey> second{PresetKeys::SecondCommand, PresetKeys::SecondArgs,
+                                                  PresetKeys::SecondFolder, PresetKeys::SecondWindow};
+    for (const RecordKey &key : second)
         EXPECT_EQ(context.settings.GetSetting(u"p"_s, key.Name(), u"none"_s), u"none"_s);
     // Without a command of its own, its parameters go too.
     fields.record.Command = u"/bin/x"_s;
     fields.record.SecondCommand.clear();
     EXPECT_TRUE(Save(u"q"_s, fields));
-    EXPECT_EQ(store.Text(u"q"_s, PresetKeys::SecondArgs, u"none"_s), u"none"_s);
+    EXPECT_EQ(context.settings.GetSetting(u"q"_s, PresetKeys::SecondArgs.Name(), u"none"_s), u"none"_s);
 }
 
 TEST_F(PresetEditor, ProgramIsFoundThroughWholeFieldMacrosOnly)
@@ -204,7 +204,7 @@ TEST_F(PresetEditor, Images)
     EXPECT_EQ(store.Text(u"both"_s, PresetKeys::Image), u"120"_s);
     context.desktop.ExpectMessage(ReplaceQuestion(u"both"_s), BoxAnswer::Yes);
     EXPECT_TRUE(Save(u"both"_s, {}));
-    EXPECT_EQ(store.Text(u"both"_s, PresetKeys::Image, u"none"_s), u"none"_s);
+    EXPECT_EQ(context.settings.GetSetting(u"both"_s, PresetKeys::Image.Name(), u"none"_s), u"none"_s);
 }
 
 TEST_F(PresetEditor, DefaultFieldsAreThoseOfANewPreset)

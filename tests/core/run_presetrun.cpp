@@ -30,7 +30,7 @@ protected:
         return context.document.CurrentFile;
     }
 
-    void Set(const SettingKey &key, const QString &value)
+    void Set(const RecordKey &key, const QString &value)
     {
         PresetStore(context.settings).SaveStoredText(u"P"_s, key, value);
     }
@@ -302,10 +302,11 @@ TEST_F(Run, SecondActionThatIsOnlyAMacroWithoutTextEndsQuietly)
 
 TEST_F(Run, FailureInEachFieldOfTheSecondActionStops)
 {
-    const TextKey keys[] = {PresetKeys::SecondCommand, PresetKeys::SecondArgs, PresetKeys::SecondFolder};
-    for (const TextKey &key : keys) {
+    const RecordTextKey keys[] = {PresetKeys::SecondCommand, PresetKeys::SecondArgs,
+                                  PresetKeys::SecondFolder};
+    for (const RecordTextKey &key : keys) {
         Set(PresetKeys::Command, u"/bin/x"_s);
-        for (const TextKey &other : keys)
+        for (const RecordTextKey &other : keys)
             Set(other, other.Name() == key.Name() ? u"$DOCUMENT$"_s : u"/bin/y"_s);
         context.desktop.ExpectProcess({.command = u"/bin/x"_s, .folder = u"/bin"_s});
         Go();

@@ -81,10 +81,10 @@ TEST_F(Presets, RecordsStandBesideTheIndex)
 TEST_F(Presets, EmptyTextRemovesTheKey)
 {
     store.SaveTextOrDelete(u"x"_s, PresetKeys::Args, u"a"_s);
-    EXPECT_EQ(store.Text(u"x"_s, PresetKeys::Args, u"none"_s), u"a"_s);
+    EXPECT_EQ(context.settings.GetSetting(u"x"_s, PresetKeys::Args.Name(), u"none"_s), u"a"_s);
     store.SaveTextOrDelete(u"x"_s, PresetKeys::Args, {});
     store.SaveTextOrDelete(u"x"_s, PresetKeys::Args, {});
-    EXPECT_EQ(store.Text(u"x"_s, PresetKeys::Args, u"none"_s), u"none"_s);
+    EXPECT_EQ(context.settings.GetSetting(u"x"_s, PresetKeys::Args.Name(), u"none"_s), u"none"_s);
 }
 
 TEST_F(Presets, DamagedNumbersAreTheDefaults)
@@ -176,13 +176,13 @@ TEST_F(Presets, NamesLikeTheProgramsSectionsHarmNothing)
 
 TEST_F(Presets, NamesAndDefaultsOfTheKeys)
 {
-    const std::initializer_list<SettingKey> all{
+    const std::initializer_list<RecordKey> all{
         PresetKeys::Command,      PresetKeys::Args,          PresetKeys::Folder,     PresetKeys::Window,
         PresetKeys::SaveFirst,    PresetKeys::Name,          PresetKeys::Tooltip,    PresetKeys::CreateButton,
         PresetKeys::NewGroup,     PresetKeys::SecondCommand, PresetKeys::SecondArgs, PresetKeys::SecondFolder,
         PresetKeys::SecondWindow, PresetKeys::Image};
     QStringList names;
-    for (const SettingKey &key : all)
+    for (const RecordKey &key : all)
         names.append(key.Name());
     EXPECT_EQ(names.join(u' '),
               u"Command Args Folder Window SaveFirst Name Tooltip CreateButton NewGroup 2ndCommand 2ndArgs "

@@ -472,8 +472,8 @@ void StartStopTest::TheCloseWritesTheStoreOnce()
     QVERIFY(editor.window->close());
     QCOMPARE(cut.Replaced("settings"), 1);
     QVERIFY(editor.settings.GetAllSettings(u"Options"_s).size() > 30);
-    QVERIFY(!editor.settings.StoredText(Keys::X).isEmpty());
-    QVERIFY(!editor.settings.StoredText(Keys::FindX).isEmpty());
+    QVERIFY(editor.settings.StoredText(Keys::X));
+    QVERIFY(editor.settings.StoredText(Keys::FindX));
     QCOMPARE(editor.settings.Number(Keys::Used), 3.0);
     // A power cut leaves all of it or nothing of it, and nothing of it only before the close has come back.
     QCOMPARE(cut.Left("settings").size(), 1u);

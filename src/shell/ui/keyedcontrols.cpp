@@ -4,6 +4,7 @@
 #include "platform/numbers.h"
 #include "shell/settings.h"
 
+#include <optional>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
@@ -17,75 +18,71 @@ namespace zelvane
 
 void KeyedControls::Bind(QCheckBox *box, const FlagKey &key)
 {
-    Bind(box, static_cast<const BareFlagKey &>(key));
-    m_controls.back().showDefault = [box, key] { box->setChecked(key.fallback); };
+    BindBox(box, key, [this, box, key] { box->setChecked(m_settings.Flag(key)); });
 }
 
 void KeyedControls::Bind(QCheckBox *box, const BareFlagKey &key)
 {
-    m_controls.push_back(
-        {.key = key.Name(),
-         .showStored = [this, box, key] { box->setChecked(m_settings.Flag(key, box->isChecked())); },
-         .text = [box] { return box->isChecked() ? u"1"_s : u"0"_s; }});
+    BindBox(box, key, [this, box, key] { box->setChecked(m_settings.Flag(key, box->isChecked())); });
+}
+
+void KeyedControls::BindBox(QCheckBox *box, const SettingKey &key, std::function<void()> show)
+{
+    m_controls.push_back({key.Name(), std::move(show), [box] { return box->isChecked() ? u"1"_s : u"0"_s; }});
 }
 
 void KeyedControls::Bind(QRadioButton *option, const FlagKey &key)
 {
-    Bind(option, static_cast<const BareFlagKey &>(key));
-    m_controls.back().showDefault = [option, key] { option->setChecked(key.fallback); };
+    BindOption(option, key, [this, option, key] { option->setChecked(m_settings.Flag(key)); });
 }
 
 void KeyedControls::Bind(QRadioButton *option, const BareFlagKey &key)
 {
+    BindOption(option, key,
+               [this, option, key] { option->setChecked(m_settings.Flag(key, option->isChecked())); });
+}
+
+void KeyedControls::BindOption(QRadioButton *option, const SettingKey &key, std::function<void()> show)
+{
     m_controls.push_back(
-        {.key = key.Name(),
-         .showStored = [this, option, key] { option->setChecked(m_settings.Flag(key, option->isChecked())); },
-         .text = [option] { return option->isChecked() ? u"True"_s : u"False"_s; }});
+        {key.Name(), std::move(show), [option] { return option->isChecked() ? u"True"_s : u"False"_s; }});
 }
 
 void KeyedControls::Bind(QComboBox *list, const NumberKey &key)
 {
-    m_controls.push_back({.key = key.Name(),
-                          .showStored = [this, list, key] { list->setCurrentIndex(m_settings.Integer(key)); },
-                          .text = [list] { return QString::number(list->currentIndex()); },
-                          .showDefault = [list, key] { list->setCurrentIndex(int(key.fallback)); }});
+    m_controls.push_back({key.Name(), [this, list, key] { list->setCurrentIndex(m_settings.Integer(key)); },
+                          [list] { return QString::number(list->currentIndex()); }});
 }
 
 void KeyedControls::Bind(QLineEdit *field, const TextKey &key)
 {
-    Bind(field, static_cast<const BareTextKey &>(key));
-    m_controls.back().showDefault = [field, key] { field->setText(QStringView(key.fallback).toString()); };
-}
-
-void KeyedControls::Bind(QLineEdit *field, const BareTextKey &key)
-{
-    BindText(field, key);
+    BindField(field, key, [key] { return QStringView(key.fallback).toString(); });
 }
 
 void KeyedControls::Bind(QLineEdit *field, const NumberKey &key)
 {
-    BindText(field, key);
-    m_controls.back().showDefault = [field, key] { field->setText(NumberText(key.fallback)); };
+    BindField(field, key, [key] { return NumberText(key.fallback); });
 }
 
-void KeyedControls::BindText(QLineEdit *field, const SettingKey &key)
+void KeyedControls::Bind(QLineEdit *field, const BareTextKey &key)
 {
-    m_controls.push_back({.key = key.Name(),
-                          .showStored =
-                              [this, field, name = key.Name()] {
-                                  field->setText(
-                                      m_settings.GetSetting(Sections::Options, name, field->text()));
-                              },
-                          .text = [field] { return field->text(); }});
+    BindField(field, key, [field] { return field->text(); });
+}
+
+void KeyedControls::BindField(QLineEdit *field, const OptionKey &key, std::function<QString()> fallback)
+{
+    m_controls.push_back({key.Name(),
+                          [this, field, key, fallback = std::move(fallback)] {
+                              const std::optional<QString> stored = m_settings.StoredText(key);
+                              field->setText(stored ? *stored : fallback());
+                          },
+                          [field] { return field->text(); }});
 }
 
 void KeyedControls::Load() const
 {
-    for (const Bound &bound : m_controls) {
-        if (bound.showDefault)
-            bound.showDefault();
-        bound.showStored();
-    }
+    for (const Bound &bound : m_controls)
+        bound.show();
 }
 
 void KeyedControls::Save() const

@@ -47,12 +47,13 @@ public:
 private:
     struct Bound {
         QString key;
-        std::function<void()> showStored; ///< the stored value; what the control shows when there is none
-        std::function<QString()> text;    ///< what is stored
-        std::function<void()> showDefault = {};
+        std::function<void()> show;    ///< the stored value, else the default
+        std::function<QString()> text; ///< what is stored
     };
 
-    void BindText(QLineEdit *field, const SettingKey &key);
+    void BindBox(QCheckBox *box, const SettingKey &key, std::function<void()> show);
+    void BindOption(QRadioButton *option, const SettingKey &key, std::function<void()> show);
+    void BindField(QLineEdit *field, const OptionKey &key, std::function<QString()> fallback);
 
     SettingsStore &m_settings;
     std::vector<Bound> m_controls;

@@ -72,7 +72,8 @@ QRect OnScreen(const QRect &place, const std::vector<QRect> &screens)
 void RestorePlace(QWidget &dialog, const SettingsStore &settings, const BareNumberKey &x,
                   const BareNumberKey &y)
 {
-    if (settings.StoredText(x).isEmpty() || settings.StoredText(y).isEmpty())
+    if (settings.StoredText(x).value_or(QString()).isEmpty() ||
+        settings.StoredText(y).value_or(QString()).isEmpty())
         return;
     const int dpi = dialog.logicalDpiX();
     const QPoint place(FromTwips(settings.Number(x, 0), dpi), FromTwips(settings.Number(y, 0), dpi));
