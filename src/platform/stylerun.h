@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/systemcolour.h"
+
 #include <QtGlobal>
 #include <vector>
 
@@ -27,7 +29,7 @@ using StyleRuns = std::vector<StyleRun>;
 /// `isDefault`: no colour is stored; where the default cannot be read on the background, its light twin is
 /// shown.
 struct StyleFormat {
-    quint32 colour = 0x80000008;
+    quint32 colour = SystemWindowText;
     bool bold = false;
     bool isDefault = false;
 

@@ -2,7 +2,7 @@
 #include "run/filekinds.h"
 
 #include "platform/desktop.h"
-#include "run/runkeys.h"
+#include "shell/documentkeys.h"
 #include "shell/documentkind.h"
 #include "shell/settings.h"
 #include "shell/splitpath.h"
@@ -61,7 +61,7 @@ FileKind ClassifyFile(const QString &path, const SettingsStore &settings)
     const FileKind kind = KindOfPath(settings, path);
     if (kind != FileKind::Other)
         return kind;
-    return HasExtension(path, SplitExtensions(settings.Text(Keys::SoundExtensionsOfSearch)))
+    return HasExtension(path, SplitExtensions(settings.StoredText(Keys::SoundExtensions).value_or(u"wav"_s)))
                ? FileKind::Sound
                : FileKind::Other;
 }

@@ -15,6 +15,4 @@
 namespace zelvane::Keys
 {
 ZELVANE_RUN_KEYS(ZELVANE_DECLARE_SETTING)
-/// The search for a file by its kind reads the sound files' extensions with another default.
-inline constexpr TextKey SoundExtensionsOfSearch{u"SoundExtensions", u"wav", KeyWriter::Preferences};
 } // namespace zelvane::Keys

@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/systemcolour.h"
 #include "shell/settingkey.h"
 
 /// The text control and the commands on its text. The font defaults to the control's own.
 #define ZELVANE_EDITOR_KEYS(SETTING)                                                                         \
     SETTING(FlagKey, SystemColors, true, KeyWriter::Preferences)                                             \
-    SETTING(ColourKey, FontColor, 0x80000008)                                                                \
-    SETTING(ColourKey, BackColor, 0x80000005)                                                                \
+    SETTING(ColourKey, FontColor, SystemWindowText)                                                          \
+    SETTING(ColourKey, BackColor, SystemWindow)                                                              \
     SETTING(BareTextKey, Font)                                                                               \
     SETTING(BareNumberKey, FontSize)                                                                         \
     SETTING(BareFlagKey, FontItalic)                                                                         \

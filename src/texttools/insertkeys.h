@@ -9,13 +9,11 @@
     SETTING(NumberKey, RandomMax, 1)                                                                         \
     SETTING(NumberKey, RandomDigits, 3)                                                                      \
     SETTING(NumberKey, HeaderSR, 44100)                                                                      \
-    SETTING(NumberKey, HeaderKR, 4410)                                                                       \
+    /* So spelled as earlier versions wrote it; the store reads it in any case. */                           \
+    SETTING(NumberKey, HeaderkR, 4410)                                                                       \
     SETTING(NumberKey, HeaderChannels, 1)
 
 namespace zelvane::Keys
 {
 ZELVANE_INSERT_KEYS(ZELVANE_DECLARE_SETTING)
-/// The header dialog writes the control rate under this spelling, and reads it under the other: one key to
-/// the store, which keeps the spelling that came first.
-inline constexpr NumberKey HeaderKRWritten{u"HeaderkR", 4410};
 } // namespace zelvane::Keys

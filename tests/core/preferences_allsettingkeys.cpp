@@ -284,7 +284,7 @@ const Row Promised[] = {
     {"RandomMax", SettingKind::Number, "1", Owner},
     {"RandomDigits", SettingKind::Number, "3", Owner},
     {"HeaderSR", SettingKind::Number, "44100", Owner},
-    {"HeaderKR", SettingKind::Number, "4410", Owner},
+    {"HeaderkR", SettingKind::Number, "4410", Owner},
     {"HeaderChannels", SettingKind::Number, "1", Owner},
     {"FindX", SettingKind::Number, nullptr, Owner},
     {"FindY", SettingKind::Number, nullptr, Owner},

@@ -53,16 +53,13 @@ protected:
 
 } // namespace
 
-TEST_F(Settings, ReadersThatDifferHaveKeysOfTheirOwn)
+TEST_F(Settings, TheControlRateIsReadInEitherSpelling)
 {
-    EXPECT_EQ(store.Text(Keys::SoundExtensions), u"wav aif aiff"_s);
-    EXPECT_EQ(store.Text(Keys::SoundExtensionsOfSearch), u"wav"_s);
-    store.SaveText(Keys::SoundExtensions, u"flac"_s);
-    EXPECT_EQ(store.Text(Keys::SoundExtensionsOfSearch), u"flac"_s);
-
-    store.SaveStoredText(Keys::HeaderKRWritten, u"2205"_s);
-    EXPECT_EQ(store.Integer(Keys::HeaderKR), 2205);
+    store.SaveNumber(Keys::HeaderkR, 2205);
     EXPECT_EQ(store.GetAllSettings(u"Options"_s).back(), std::pair(u"HeaderkR"_s, u"2205"_s));
+    store.DeleteSetting(Keys::HeaderkR);
+    store.SaveSetting(u"Options"_s, u"HeaderKR"_s, u"441"_s);
+    EXPECT_EQ(store.Integer(Keys::HeaderkR), 441);
 }
 
 TEST_F(Settings, TheTextOfAKeyOfAnyKind)

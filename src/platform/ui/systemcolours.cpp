@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/ui/systemcolours.h"
 
+#include "platform/systemcolour.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -82,7 +84,7 @@ QColor SystemColour(int index, const QPalette &palette)
 
 QColor ResolveColour(quint32 stored, const QPalette &palette)
 {
-    if (stored & 0x80000000U)
+    if (stored & SystemColourBit)
         return SystemColour(int(stored & 0xFF), palette);
     return QColor(int(stored & 0xFF), int((stored >> 8) & 0xFF), int((stored >> 16) & 0xFF));
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/runtimeerror.h"
+#include "platform/systemcolour.h"
 #include "platform/textbuffer.h"
 #include "platform/ui/offsetmap.h"
 #include "platform/ui/scintilla.h"
@@ -284,8 +285,8 @@ private:
     std::array<StyleFormat, StyleClassCount> m_formats;
     bool m_formatsApplied = false;
     bool m_plain = true; ///< no character has another class than Text
-    quint32 m_textColour = 0x80000008;
-    quint32 m_backColour = 0x80000005;
+    quint32 m_textColour = SystemWindowText;
+    quint32 m_backColour = SystemWindow;
     TextFont m_font;
     int m_tabUnits = 0;
     bool m_dragMode = true;

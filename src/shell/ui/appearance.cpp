@@ -1,22 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ui/appearance.h"
 
+#include "platform/systemcolour.h"
 #include "platform/ui/textcontrol.h"
 #include "shell/editorkeys.h"
 #include "shell/settings.h"
 
-#include <QtGlobal>
-
 namespace zelvane
 {
-
-namespace
-{
-
-constexpr quint32 SystemWindow = 0x80000005;
-constexpr quint32 SystemWindowText = 0x80000008;
-
-} // namespace
 
 void Appearance::ApplyAtStart(LookTime time) const
 {
