@@ -27,13 +27,13 @@ ActionPage::ActionPage(const RunContext &context, const Words &words)
     : m_context(context),
       m_words(words),
       m_form(this),
-      m_command(Named(new QLineEdit, u"txt"_s + words.mark + u"Command"_s)),
-      m_browseCommand(Named(new QPushButton(u"Browse..."_s), u"b"_s + words.mark + u"Command"_s)),
-      m_args(Named(new QLineEdit, u"txt"_s + words.mark + u"Args"_s)),
-      m_pickFlag(Named(new QPushButton(u"Fla&gs..."_s), u"b"_s + words.mark + u"PickFlag"_s)),
-      m_folder(Named(new QLineEdit, u"txt"_s + words.mark + u"Folder"_s)),
-      m_browseFolder(Named(new QPushButton(u"Browse..."_s), u"b"_s + words.mark + u"Folder"_s)),
-      m_window(Named(new QComboBox, u"cmb"_s + words.mark + u"Window"_s))
+      m_command(Named(new QLineEdit, words.command)),
+      m_browseCommand(Named(new QPushButton(u"Browse..."_s), words.browseCommand)),
+      m_args(Named(new QLineEdit, words.args)),
+      m_pickFlag(Named(new QPushButton(u"Fla&gs..."_s), words.pickFlag)),
+      m_folder(Named(new QLineEdit, words.folder)),
+      m_browseFolder(Named(new QPushButton(u"Browse..."_s), words.browseFolder)),
+      m_window(Named(new QComboBox, words.window))
 {
     m_form.Add({.caption = u"&Command:"_s,
                 .field = m_command,

@@ -21,9 +21,15 @@ class ActionPage : public QWidget
     Q_OBJECT
 
 public:
-    /// What tells the two actions apart.
+    /// What tells the two actions apart: the names of the controls, and words.
     struct Words {
-        QString mark = {};   ///< in the names of the controls: `txt` and the mark and "Command"
+        QString command;
+        QString browseCommand;
+        QString args;
+        QString pickFlag;
+        QString folder;
+        QString browseFolder;
+        QString window;
         QString spoken = {}; ///< in front of the spoken names
         QString folderHint = {};
         QString folderTitle = {}; ///< of the picker

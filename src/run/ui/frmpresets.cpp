@@ -44,14 +44,27 @@ namespace
 
 ActionPage::Words FirstWords()
 {
-    return {.folderHint =
+    return {.command = u"txtCommand"_s,
+            .browseCommand = u"bCommand"_s,
+            .args = u"txtArgs"_s,
+            .pickFlag = u"bPickFlag"_s,
+            .folder = u"txtFolder"_s,
+            .browseFolder = u"bFolder"_s,
+            .window = u"cmbWindow"_s,
+            .folderHint =
                 u"Startup directory for the command. Defaults to Command directory. Macros allowed."_s,
             .folderTitle = u"Select initial directory for the preset."_s};
 }
 
 ActionPage::Words SecondWords()
 {
-    return {.mark = u"2nd"_s,
+    return {.command = u"txt2ndCommand"_s,
+            .browseCommand = u"b2ndCommand"_s,
+            .args = u"txt2ndArgs"_s,
+            .pickFlag = u"b2ndPickFlag"_s,
+            .folder = u"txt2ndFolder"_s,
+            .browseFolder = u"b2ndFolder"_s,
+            .window = u"cmb2ndWindow"_s,
             .spoken = u"Second action: "_s,
             .folderHint = u"Startup directory for the 2nd command. Defaults to 1st action Initaill Folder. "
                           "Macros allowed."_s,
