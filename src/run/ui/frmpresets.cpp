@@ -8,7 +8,6 @@
 #include "run/ui/presetimages.h"
 #include "shell/editorcontext.h"
 #include "shell/errorreport.h"
-#include "shell/layoutkeys.h"
 #include "shell/ui/columnmenu.h"
 #include "shell/ui/form.h"
 #include "shell/ui/icons.h"
@@ -136,7 +135,7 @@ void frmPresets::BuildToolbar()
         // The macro goes into the field that has the focus; every button has a key of its own.
         face->setFocusPolicy(Qt::NoFocus);
     }
-    ShowFlatButtons(*tlbPreset, m_context.editor.settings.Flag(Keys::FlatButtons));
+    ShowFlatButtons(*tlbPreset, m_context.editor.settings);
 }
 
 void frmPresets::BuildPages()

@@ -56,6 +56,7 @@ void PresetBar::PresetsButtons()
         // A preset that cannot be read is reported, and takes no other one's button away.
         for (const QString &key : presets)
             m_commands.Guard([&] { AddPresetButton(key); });
+        ShowFlatButtons(*this, m_context.editor.settings);
         setUpdatesEnabled(true);
         BuildMenuRows(presets);
         Q_EMIT Rebuilt();
@@ -97,7 +98,6 @@ void PresetBar::AddPresetButton(const QString &key)
     auto *face = qobject_cast<QToolButton *>(widgetForAction(action));
     face->setObjectName(action->objectName());
     face->setAccessibleName(key);
-    face->setAutoRaise(m_flat);
 }
 
 void PresetBar::BuildMenuRows(const QStringList &presets)
@@ -127,12 +127,6 @@ void PresetBar::BuildMenuRows(const QStringList &presets)
 void PresetBar::ShowLabels(bool shown)
 {
     setToolButtonStyle(shown ? Qt::ToolButtonTextBesideIcon : Qt::ToolButtonIconOnly);
-}
-
-void PresetBar::SetFlat(bool flat)
-{
-    m_flat = flat;
-    ShowFlatButtons(*this, flat);
 }
 
 QString PresetBar::RowKey(int row) const

@@ -26,11 +26,8 @@ public:
 
     /// Builds buttons and menu rows. Without any preset the menu's rows stay as they were.
     void PresetsButtons();
-    /// Adds the button of one preset at the end, unless the preset wants none.
-    void AddPresetButton(const QString &key);
 
     void ShowLabels(bool shown);
-    void SetFlat(bool flat);
 
     /// Runs the preset of a menu row, counted from 0, as a key does it: nothing is to be confirmed. A row
     /// that does not exist is ignored.
@@ -45,6 +42,8 @@ protected:
 
 private:
     void RemoveButtons();
+    /// Adds the button of one preset at the end, unless the preset wants none.
+    void AddPresetButton(const QString &key);
     void BuildMenuRows(const QStringList &presets);
     /// The key of the button at a point of the bar, empty outside all buttons.
     QString ButtonAt(const QPoint &point) const;
@@ -56,7 +55,6 @@ private:
     QMenu &m_presets;
     QMenu &m_popup;
     int m_rows = 0;
-    bool m_flat = true;
 };
 
 } // namespace zelvane

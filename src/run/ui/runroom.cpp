@@ -10,7 +10,6 @@
 #include "shell/command.h"
 #include "shell/editorcontext.h"
 #include "shell/layoutkeys.h"
-#include "shell/settings.h"
 #include "shell/showfolders.h"
 #include "shell/ui/appearance.h"
 #include "shell/ui/bandbar.h"
@@ -38,9 +37,8 @@ RunRoom::RunRoom(const WindowContext &context)
     ShowExtensionInTextColour(*tbPresets);
     QObject::connect(tbPresets, &PresetBar::Rebuilt, &bands,
                      [&bands] { bands.FitBand(WindowBand::Presets); });
-    context.appearance.Add(Look::FlatButtons, [this](const SettingsStore &settings) {
-        tbPresets->SetFlat(settings.Flag(Keys::FlatButtons));
-    });
+    context.appearance.Add(Look::FlatButtons,
+                           [this](const SettingsStore &settings) { ShowFlatButtons(*tbPresets, settings); });
     context.appearance.Add(Look::ToolPaths,
                            [this](const SettingsStore &settings) { m_tools = ReadToolPaths(settings); });
     context.windowSteps.Add(WindowMoment::Bars, [this] { LoadPresets(); });

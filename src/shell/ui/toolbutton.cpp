@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ui/toolbutton.h"
 
+#include "shell/layoutkeys.h"
+#include "shell/settings.h"
 #include "shell/ui/commands.h"
 #include "shell/ui/icons.h"
 #include "shell/ui/menutable.h"
@@ -152,8 +154,9 @@ QAction *FindToolButton(const QToolBar &toolbar, Command command)
     return found == buttons.end() ? nullptr : *found;
 }
 
-void ShowFlatButtons(QToolBar &toolbar, bool flat)
+void ShowFlatButtons(QToolBar &toolbar, const SettingsStore &settings)
 {
+    const bool flat = settings.Flag(Keys::FlatButtons);
     for (QToolButton *face : toolbar.findChildren<QToolButton *>())
         face->setAutoRaise(flat);
 }

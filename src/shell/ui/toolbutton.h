@@ -15,6 +15,7 @@ namespace zelvane
 {
 
 class Commands;
+class SettingsStore;
 
 /// Whether a separator stands before a button.
 enum class ButtonGroup { Same, New };
@@ -48,8 +49,8 @@ QAction *FindToolButton(const QToolBar &toolbar, Command command);
 /// style's own picture is black on every desktop.
 void ShowExtensionInTextColour(QToolBar &toolbar);
 
-/// Buttons with or without a frame of their own. Those that come later keep the style's.
-void ShowFlatButtons(QToolBar &toolbar, bool flat);
+/// Buttons with or without a frame of their own, as the settings say. Those that come later keep the style's.
+void ShowFlatButtons(QToolBar &toolbar, const SettingsStore &settings);
 
 /// Icons with or without their descriptions under them.
 void ShowToolLabels(QToolBar &toolbar, bool shown);

@@ -146,9 +146,8 @@ void frmEditor::AddLooks()
     m_appearance.Add(Look::BandLabels, [this](const SettingsStore &settings) {
         m_workspace->Bands().ShowCaptions(settings.Flag(Keys::BandLabels));
     });
-    m_appearance.Add(Look::FlatButtons, [this](const SettingsStore &settings) {
-        ShowFlatButtons(*Toolbar1, settings.Flag(Keys::FlatButtons));
-    });
+    m_appearance.Add(Look::FlatButtons,
+                     [this](const SettingsStore &settings) { ShowFlatButtons(*Toolbar1, settings); });
 }
 
 void frmEditor::ConnectText()
