@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/programfolder.h"
 #include "platform/runtimeerror.h"
 #include "platform/ui/contextmenukey.h"
 #include "platform/ui/endrequest.h"
 #include "platform/ui/instancelink.h"
 #include "platform/ui/qtdesktop.h"
 #include "platform/ui/raisewindow.h"
+#include "platform/userfolders.h"
 #include "run/ui/dialogprogram.h"
 #include "run/ui/frmmanual.h"
 #include "run/ui/frmquickpreset.h"

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/nativecalls.h"
 
-#include "platform/nativefile.h"
-
 #include <cstring>
 #include <fcntl.h>
 #include <QFile>
@@ -123,9 +121,11 @@ QByteArray FolderOf(const QByteArray &path)
 
 void FlushFolder(const QByteArray &folder)
 {
-    const NativeFile file(::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (file.IsOpen())
-        ::fsync(file.Descriptor());
+    const int descriptor = ::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0)
+        return;
+    ::fsync(descriptor);
+    ::close(descriptor);
 }
 
 } // namespace zelvane::native

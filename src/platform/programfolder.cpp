@@ -6,7 +6,6 @@
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
 
@@ -44,19 +43,6 @@ QString ShippedFolder()
 {
     const QString beside = QDir::cleanPath(QCoreApplication::applicationDirPath() + u"/../share/zelvane"_s);
     return QFileInfo(beside).isDir() ? beside : QStringLiteral(ZELVANE_DATA_DIR);
-}
-
-QString ConfigFolder()
-{
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u"/zelvane"_s;
-}
-
-QString StateFolder()
-{
-    // The toolkit knows this folder from version 6.7 on. A relative path does not count.
-    const QString set = QFile::decodeName(qgetenv("XDG_STATE_HOME"));
-    return (QDir::isAbsolutePath(set) ? QDir::cleanPath(set) : QDir::homePath() + u"/.local/state"_s) +
-           u"/zelvane"_s;
 }
 
 QString ProgramFolder()

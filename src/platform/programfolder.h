@@ -17,12 +17,6 @@ QString ProgramFolder();
 /// was told to install.
 QString ShippedFolder();
 
-/// `zelvane` in the user's configuration folder; it may not exist yet.
-QString ConfigFolder();
-
-/// `zelvane` in the user's folder for what programs keep of their own runs; it may not exist yet.
-QString StateFolder();
-
 /// The rule of ProgramFolder with all its inputs given. `home` may be empty.
 QString ChooseProgramFolder(const QString &home, const QString &executableFolder, const QString &dataFolder,
                             const QString &shippedFolder);

@@ -2,9 +2,9 @@
 #include "platform/unsavedcopy.h"
 
 #include "platform/nativecalls.h"
-#include "platform/programfolder.h"
 #include "platform/runtimeerror.h"
 #include "platform/temporaryfile.h"
+#include "platform/userfolders.h"
 
 #include <algorithm>
 #include <QCryptographicHash>

@@ -3,7 +3,7 @@
 
 #include "platform/numbers.h"
 #include "platform/profilefile.h"
-#include "platform/programfolder.h"
+#include "platform/userfolders.h"
 
 #include <utility>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/programfolder.h"
 #include "platform/runtimeerror.h"
 #include "platform/unsavedcopy.h"
+#include "platform/userfolders.h"
 #include "support/childprocess.h"
 #include "support/printers.h"
 
