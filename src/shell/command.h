@@ -48,9 +48,9 @@ private:
 };
 
 // The entries of the item arrays. The numbers left out are separators.
-enum class ExportFormat; // shell/exporttext.h
-enum class CaseChange;   // shell/textops.h
-enum class WindowBand;   // shell/bands.h
+enum class CaseChange; // shell/textops.h
+enum class WindowBand; // shell/bands.h
+enum class ExportFormat { Pc, Unix, Mac, Rtf = 4, Html };
 enum class FileOperation { Move, Copy, Rename, Delete, Properties = 5 };
 enum class EditItem { Cut, Copy, Paste };
 enum class IndentChange { Increase, Decrease };

@@ -21,9 +21,6 @@
     SETTING(FlagKey, TabInsertSpaces, false, KeyWriter::Preferences)                                         \
     SETTING(BareFlagKey, RealTabs, KeyWriter::Preferences)                                                   \
     SETTING(FlagKey, CppComments, false, KeyWriter::Preferences)                                             \
-    SETTING(TextKey, LineStyle1, u"-", KeyWriter::Preferences)                                               \
-    SETTING(TextKey, LineStyle2, u"*", KeyWriter::Preferences)                                               \
-    SETTING(NumberKey, LineWidth, 64, KeyWriter::Preferences)                                                \
     SETTING(BareFlagKey, FixedPitchFonts, KeyWriter::Preferences)
 
 namespace zelvane::Keys

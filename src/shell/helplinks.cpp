@@ -30,10 +30,4 @@ void OpenCsoundLink(WebLink link, Desktop &desktop)
     desktop.ShellRun(request);
 }
 
-QString DateAndTime(const QDateTime &now, const QLocale &locale)
-{
-    return locale.toString(now.date(), QLocale::ShortFormat) + u' ' +
-           locale.toString(now.time(), QLocale::ShortFormat);
-}
-
 } // namespace zelvane

@@ -5,8 +5,6 @@
 #include "shell/command.h"
 
 #include <array>
-#include <QDateTime>
-#include <QLocale>
 #include <QString>
 
 namespace zelvane
@@ -27,8 +25,5 @@ void OpenAppHelp(Desktop &desktop, const QString &programFolder, const QString &
 
 /// Opens the address behind an entry of `mnuLinks`.
 void OpenCsoundLink(WebLink link, Desktop &desktop);
-
-/// Date, a blank and time, in the short formats of the desktop.
-QString DateAndTime(const QDateTime &now, const QLocale &locale = QLocale::system());
 
 } // namespace zelvane

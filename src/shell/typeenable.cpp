@@ -2,7 +2,6 @@
 #include "shell/typeenable.h"
 
 #include "shell/documentview.h"
-#include "shell/exporttext.h"
 
 using namespace Qt::Literals::StringLiterals;
 

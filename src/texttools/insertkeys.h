@@ -3,8 +3,11 @@
 
 #include "shell/settingkey.h"
 
-/// The dialogs that insert random numbers and a header.
+/// The lines of the Insert menu, and the dialogs that insert random numbers and a header.
 #define ZELVANE_INSERT_KEYS(SETTING)                                                                         \
+    SETTING(TextKey, LineStyle1, u"-", KeyWriter::Preferences)                                               \
+    SETTING(TextKey, LineStyle2, u"*", KeyWriter::Preferences)                                               \
+    SETTING(NumberKey, LineWidth, 64, KeyWriter::Preferences)                                                \
     SETTING(NumberKey, RandomMin, 0)                                                                         \
     SETTING(NumberKey, RandomMax, 1)                                                                         \
     SETTING(NumberKey, RandomDigits, 3)                                                                      \

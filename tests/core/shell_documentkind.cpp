@@ -2,7 +2,6 @@
 #include "shell/command.h"
 #include "shell/documentkeys.h"
 #include "shell/documentkind.h"
-#include "shell/exporttext.h"
 #include "shell/typeenable.h"
 #include "support/recordingview.h"
 #include "support/testcontext.h"

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "language/languagekeys.h"
 #include "platform/runtimeerror.h"
-#include "run/runkeys.h"
 #include "shell/documentkeys.h"
 #include "shell/editorkeys.h"
 #include "shell/findkeys.h"

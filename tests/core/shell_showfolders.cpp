@@ -104,11 +104,4 @@ TEST(HelpLinks, EachLinkOpensItsAddress)
     }
 }
 
-TEST(HelpLinks, DateAndTimeAreShort)
-{
-    const QDateTime now(QDate(2001, 3, 7), QTime(14, 5, 59));
-    EXPECT_EQ(DateAndTime(now, QLocale(QLocale::German, QLocale::Germany)), u"07.03.01 14:05"_s);
-    EXPECT_EQ(DateAndTime(now, QLocale::c()), u"7 Mar 2001 14:05:59"_s);
-}
-
 } // namespace

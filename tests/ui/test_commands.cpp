@@ -3,7 +3,6 @@
 // The tables of commands: menu rows, their handlers and their keys.
 
 #include "shell/command.h"
-#include "shell/exporttext.h"
 #include "shell/textops.h"
 #include "shell/ui/commandkeys.h"
 #include "shell/ui/commands.h"

@@ -9,6 +9,7 @@
 #include "shell/ui/bandbar.h"
 #include "support/editorwindow.h"
 #include "support/uitest.h"
+#include "texttools/insertkeys.h"
 
 #include <QComboBox>
 #include <QDialog>

@@ -4,7 +4,6 @@
 #include "shell/command.h"
 #include "shell/documentlifecycle.h"
 #include "shell/editorcontext.h"
-#include "shell/exporttext.h"
 #include "shell/ui/commands.h"
 #include "shell/ui/menuname.h"
 
@@ -17,7 +16,6 @@ void BindDocumentCommands(const WindowContext &context, std::function<void()> cl
 {
     Commands &commands = context.commands;
     DocumentLifecycle &documents = context.documents;
-    EditorContext &editor = context.editor;
     commands.Bind(Cmd::mnuNew, [&documents] { documents.New(); });
     commands.Bind(Cmd::mnuOpen, [&documents] { documents.Open(); });
     commands.Bind(Cmd::mnuSave, [&documents] { documents.Save(); });
@@ -25,8 +23,6 @@ void BindDocumentCommands(const WindowContext &context, std::function<void()> cl
     commands.Bind(Cmd::mnuNewInstance, [&documents] { documents.NewInstance(); });
     commands.Bind(Cmd::MRUfolder, [&documents](int number) { documents.OpenRecent(number); });
     commands.Bind(Cmd::mnuExit, [closeWindow = std::move(closeWindow)] { closeWindow(); });
-    for (const ExportFormat format : {ExportFormat::Pc, ExportFormat::Unix, ExportFormat::Mac})
-        commands.Bind(Cmd::mnuPlatformItem[format], [&editor, format] { ExportText(format, editor); });
     commands.OnMenuOpening(Menu::mnuFile, [&documents] { documents.FileMenuOpening(); });
 }
 

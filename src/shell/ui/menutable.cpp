@@ -2,7 +2,6 @@
 #include "shell/ui/menutable.h"
 
 #include "shell/bands.h"
-#include "shell/exporttext.h"
 #include "shell/textops.h"
 #include "shell/ui/commands.h"
 

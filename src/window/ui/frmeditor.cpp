@@ -16,7 +16,6 @@
 #include "shell/ui/editcommands.h"
 #include "shell/ui/helpcommands.h"
 #include "shell/ui/icons.h"
-#include "shell/ui/insertcommands.h"
 #include "shell/ui/menutable.h"
 #include "shell/ui/statusbar.h"
 #include "shell/ui/textcommands.h"
@@ -98,7 +97,6 @@ frmEditor::frmEditor(SettingsStore &settings, Desktop &desktop, const CommandLin
     BindDocumentCommands(m_window, [this] { close(); });
     BindEditCommands(m_window);
     new TextCommands(m_window);
-    BindInsertCommands(m_window);
     BindHelpCommands(m_window);
     BindViewCommands(m_window, *m_workspace, *Toolbar1);
     m_workspace->OrderTabs();

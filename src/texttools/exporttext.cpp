@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "shell/exporttext.h"
+#include "texttools/exporttext.h"
 
 #include "shell/lineends.h"
 #include "shell/splitpath.h"

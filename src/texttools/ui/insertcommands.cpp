@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "shell/ui/insertcommands.h"
+#include "texttools/ui/insertcommands.h"
 
 #include "shell/command.h"
 #include "shell/editorcontext.h"
-#include "shell/editorkeys.h"
-#include "shell/helplinks.h"
 #include "shell/ui/commands.h"
 #include "shell/ui/menuname.h"
+#include "texttools/insertkeys.h"
+#include "texttools/inserts.h"
 
 using namespace Qt::Literals::StringLiterals;
 

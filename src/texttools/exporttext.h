@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "shell/command.h"
 #include "shell/editorcontext.h"
 
 namespace zelvane
 {
-
-/// Entries of `mnuPlatformItem`.
-enum class ExportFormat { Pc = 0, Unix = 1, Mac = 2, Rtf = 4, Html = 5 };
 
 /// Asks for a file and writes the text in another line-end form there, in the document's encoding. The
 /// document, its name and its Modified flag stay. Rtf and Html are written elsewhere and do nothing here.
