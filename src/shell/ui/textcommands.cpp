@@ -6,16 +6,49 @@
 #include "shell/documentlifecycle.h"
 #include "shell/documentview.h"
 #include "shell/editorcontext.h"
+#include "shell/editorkeys.h"
+#include "shell/errorreport.h"
 #include "shell/findtext.h"
+#include "shell/settings.h"
 #include "shell/textops.h"
+#include "shell/ui/commandkeys.h"
 #include "shell/ui/commands.h"
 #include "shell/ui/frmfind.h"
 
 #include <QEvent>
 #include <QWidget>
+#include <utility>
 
 namespace zelvane
 {
+
+namespace
+{
+
+/// Gives the text control what it asks for while it handles a key, and makes each command one step of undo.
+void HookText(const WindowContext &context)
+{
+    TextControl &text = context.text;
+    Commands &commands = context.commands;
+    EditorContext &editor = context.editor;
+    TextControlHooks hooks;
+    hooks.tabInsertsSpaces = [&editor] { return editor.settings.Flag(Keys::TabInsertSpaces); };
+    hooks.tabSpaces = [&editor] { return editor.settings.Integer(Keys::TabSpaces); };
+    hooks.indentSelection = [&commands](bool decrease) {
+        commands.Run(Cmd::mnuIndent[decrease ? IndentChange::Decrease : IndentChange::Increase]);
+    };
+    hooks.commandKey = [&commands](const QKeyEvent &event) {
+        return RunCommandOfKey(KeyTaker::Text, event, commands);
+    };
+    hooks.changeFontSize = [&commands](bool larger) {
+        commands.Run(Cmd::mnuFontSize[larger ? FontSizeChange::Increase : FontSizeChange::Decrease]);
+    };
+    hooks.reportError = [&editor](const RunTimeError &error) { ReportError(editor.desktop, error); };
+    text.SetHooks(std::move(hooks));
+    commands.Around([&text] { text.BeginCommand(); }, [&text] { text.EndCommand(); });
+}
+
+} // namespace
 
 TextCommands::TextCommands(const WindowContext &context) : QObject(context.window), m_context(context)
 {
@@ -34,6 +67,7 @@ TextCommands::TextCommands(const WindowContext &context) : QObject(context.windo
     commands.Bind(Cmd::mnuFind, [this] { ShowFind(false); });
     commands.Bind(Cmd::mnuReplace, [this] { ShowFind(true); });
     commands.Bind(Cmd::mnuFindAgain, [this] { FindAgain(m_context.editor); });
+    HookText(context);
     context.window->installEventFilter(this);
 }
 

@@ -11,8 +11,8 @@ namespace zelvane
 
 class frmFind;
 
-/// Binds the commands of the Edit and Search menus that transform and search the text. Each is one step of
-/// undo.
+/// Binds the commands of the Edit and Search menus that transform and search the text, and answers the text
+/// control's keys. Each is one step of undo.
 class TextCommands : public QObject
 {
     Q_OBJECT

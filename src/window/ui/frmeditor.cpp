@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "window/ui/frmeditor.h"
 
+#include "platform/programinfo.h"
 #include "platform/ui/canceldialogs.h"
 #include "platform/ui/raisewindow.h"
 #include "platform/ui/textcontrol.h"
 #include "shell/bands.h"
 #include "shell/editorkeys.h"
-#include "shell/errorreport.h"
 #include "shell/layoutkeys.h"
 #include "shell/startup.h"
 #include "shell/ui/bandbar.h"
@@ -150,37 +150,19 @@ void frmEditor::AddLooks()
 
 void frmEditor::ConnectText()
 {
-    TextControlHooks hooks;
-    hooks.tabInsertsSpaces = [this] { return m_settings.Flag(Keys::TabInsertSpaces); };
-    hooks.tabSpaces = [this] { return m_settings.Integer(Keys::TabSpaces); };
-    hooks.indentSelection = [this](bool decrease) {
-        m_commands->Run(Cmd::mnuIndent[decrease ? IndentChange::Decrease : IndentChange::Increase]);
-    };
-    hooks.commandKey = [this](const QKeyEvent &event) {
-        return RunCommandOfKey(KeyTaker::Text, event, *m_commands);
-    };
-    hooks.changeFontSize = [this](bool larger) {
-        m_commands->Run(Cmd::mnuFontSize[larger ? FontSizeChange::Increase : FontSizeChange::Decrease]);
-    };
-    hooks.reportError = [this](const RunTimeError &error) { ReportError(m_desktop, error); };
-    TxtEdit->SetHooks(std::move(hooks));
-    m_commands->Around([this] { TxtEdit->BeginCommand(); }, [this] { TxtEdit->EndCommand(); });
-
-    connect(TxtEdit, &TextControl::textChanged, this, [this] {
+    const auto enableRows = [this] { EnableEditRows(*TxtEdit, m_desktop, *m_commands); };
+    connect(TxtEdit, &TextControl::textChanged, this, [this, enableRows] {
         m_documents.TextChanged();
-        EnableEditRows(*TxtEdit, m_desktop, *m_commands);
+        enableRows();
     });
     connect(TxtEdit, &TextControl::selectionChanged, this, [this] {
         if (!m_document.Loading)
             m_display->SelectionChanged();
     });
-    connect(TxtEdit, &TextControl::clipboardFilled, this,
-            [this] { EnableEditRows(*TxtEdit, m_desktop, *m_commands); });
-    // By other programs too.
+    connect(TxtEdit, &TextControl::clipboardFilled, this, enableRows);
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
-            [this] { EnableEditRows(*TxtEdit, m_desktop, *m_commands); });
-    connect(TxtEdit, &TextControl::undoBufferEmptied, this,
-            [this] { EnableEditRows(*TxtEdit, m_desktop, *m_commands); });
+            enableRows); // by other programs too
+    connect(TxtEdit, &TextControl::undoBufferEmptied, this, enableRows);
     connect(TxtEdit, &TextControl::contextMenuRequested, this, [this](const QPoint &at, bool ctrl) {
         m_menus->Menu(ctrl ? Menu::mnuInsert : Menu::mnuEdit)->popup(at);
     });
