@@ -88,9 +88,15 @@ QString FreshPath(const CopyInfo &info, UnsavedCopy::Kind kind)
     QString stem = info.name.isEmpty() ? u"Untitled"_s : QFileInfo(info.name).fileName().left(longest);
     if (stem.back().isHighSurrogate())
         stem.chop(1);
-    const quint32 number = QRandomGenerator::global()->generate();
-    return UnsavedCopy::Folder() + u'/' + stem + u'-' + u"%1"_s.arg(number, 8, 16, QChar(u'0')) +
-           SuffixOf(kind);
+    for (;;) {
+        const quint32 number = QRandomGenerator::global()->generate();
+        const QString path =
+            UnsavedCopy::Folder() + u'/' + stem + u'-' + u"%1"_s.arg(number, 8, 16, QChar(u'0'));
+        // Also not once it is kept.
+        if (!QFile::exists(path + UnsavedSuffix) && !QFile::exists(path + ReplacedSuffix) &&
+            !QFile::exists(path + KeptSuffix))
+            return path + SuffixOf(kind);
+    }
 }
 
 void MakeFolder()
