@@ -3,6 +3,7 @@
 
 #include "platform/stylerun.h"
 
+#include <QByteArray>
 #include <QString>
 #include <QStringView>
 #include <vector>
@@ -31,6 +32,8 @@ public:
     virtual ~TextBuffer() = default;
 
     virtual QString Text() const = 0;
+    /// The whole text as UTF-8, for those who only keep it.
+    virtual QByteArray Utf8() const { return Text().toUtf8(); }
     virtual QString TextRange(qsizetype start, qsizetype end) const = 0;
     virtual qsizetype Length() const = 0;
     /// Replaces the whole text in one undoable step, all in class Text; the caret goes to 0.

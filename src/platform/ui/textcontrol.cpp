@@ -134,6 +134,19 @@ QString TextControl::Text() const
     return FromUtf8({bytes, m_map.Bytes()});
 }
 
+QByteArray TextControl::Utf8() const
+{
+    // The two sides of the gap where the user types: to close it would cost as much again, and once more at
+    // the next key.
+    const qsizetype length = m_map.Bytes();
+    const qsizetype gap = std::clamp<qsizetype>(Send(SCI_GETGAPPOSITION), 0, length);
+    QByteArray bytes;
+    bytes.reserve(length);
+    bytes.append(Bytes(0, gap));
+    bytes.append(Bytes(gap, length - gap));
+    return bytes;
+}
+
 QString TextControl::TextRange(qsizetype start, qsizetype end) const
 {
     const qsizetype first = m_map.ToByte(start);

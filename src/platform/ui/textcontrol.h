@@ -56,6 +56,7 @@ public:
     void SetHooks(TextControlHooks hooks) { m_hooks = std::move(hooks); }
 
     QString Text() const override;
+    QByteArray Utf8() const override;
     QString TextRange(qsizetype start, qsizetype end) const override;
     qsizetype Length() const override { return m_map.Units(); }
     void SetText(const QString &text) override;
