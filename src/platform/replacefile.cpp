@@ -187,6 +187,11 @@ void WriteInPlace(const QString &name, const NativeFile &target, const QByteArra
 
 } // namespace
 
+void RemoveLeftBeside(const QString &name)
+{
+    RemoveLeftTemporaries(FolderOf(PathOf(FollowLinks(name))));
+}
+
 void ReplaceFile(const QString &name, const QByteArray &bytes)
 {
     struct stat old = {};

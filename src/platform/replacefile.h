@@ -17,4 +17,7 @@ namespace zelvane
 /// @throws RunTimeError with the system's description
 void ReplaceFile(const QString &name, const QByteArray &bytes);
 
+/// Removes what killed saves have left beside a document; a save does so by itself.
+void RemoveLeftBeside(const QString &name);
+
 } // namespace zelvane
