@@ -49,6 +49,7 @@ struct NoOperations : DocumentOperations {
     void NewFile(FileKind, const QString &) override {}
     void InsertFile(const QString &) override {}
     bool QuerySave() override { return true; }
+    void KeepUnsaved() override {}
 };
 
 struct Editor {

@@ -14,6 +14,7 @@
     SETTING(BareTextKey, SaveFolder)                                                                         \
     SETTING(NumberKey, FilterIndex, 0)                                                                       \
     SETTING(TextKey, BakPath, u"", KeyWriter::Preferences)                                                   \
+    SETTING(FlagKey, SafetyCopy, true, KeyWriter::Preferences)                                               \
     SETTING(FlagKey, DeleteTempFiles, false, KeyWriter::Preferences)                                         \
     SETTING(FlagKey, SaveOnSwitch, false, KeyWriter::Preferences)                                            \
     SETTING(FlagKey, RememberCaret, true, KeyWriter::Preferences)                                            \

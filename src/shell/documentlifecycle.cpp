@@ -105,6 +105,8 @@ void DocumentLifecycle::OpenNow(const QString &name, OpenOrigin origin)
 {
     bool loaded = false;
     try {
+        m_loadFailed = false;
+        auto failed = qScopeGuard([this] { m_loadFailed = true; });
         auto putBack = qScopeGuard([this] {
             m_view.ShowText();
             m_status.Show({});
@@ -136,8 +138,10 @@ void DocumentLifecycle::OpenNow(const QString &name, OpenOrigin origin)
         m_steps.history->navAfterOpen();
         m_view.SetBusy(false);
         putBack.dismiss();
+        failed.dismiss();
     } catch (const RunTimeError &error) {
-        // Loading and Modified stay as the failure found them, so the next question about the text is asked.
+        // Loading and Modified stay as the failure found them, so the next question about the text is asked;
+        // the user's next edit ends that.
         if (loaded)
             throw;
         m_desktop.MessageBox({.text = u"Unable to open "_s + name + u".\n\n"_s + error.Description(),
@@ -157,8 +161,10 @@ bool DocumentLifecycle::MayReplaceBy(const QString &name)
 
 void DocumentLifecycle::Load(const QString &name)
 {
+    m_copy.Secure();
     LoadedText loaded = LoadTextFile(name);
     m_text.LoadText(std::move(loaded.text));
+    m_copy.Discarded();
     m_disk.Remember(name, std::move(loaded.picture));
     m_document.CurrentFile = name;
     m_document.CurrentPlatform = loaded.form;
@@ -207,7 +213,8 @@ bool DocumentLifecycle::SaveFile(const QString &name)
     m_document.OfferedName.clear();
     m_document.Modified = false;
     // A load that failed has left it set; from here on every change counts again.
-    m_document.Loading = false;
+    m_document.Loading = m_loadFailed = false;
+    m_copy.Saved();
     m_view.EnableSaveButton(false);
     ClassifyDocument(m_document, m_settings);
     ShowCaption();
@@ -270,10 +277,21 @@ void DocumentLifecycle::NewFile(FileKind kind, const QString &name)
     const FileKind chosen = kind == FileKind::Cancelled ? m_view.ChooseNewKind() : kind;
     if (chosen == FileKind::Cancelled)
         return;
-    m_document.DocumentKind = chosen;
-    // A load that failed has left it set; the new text is to be watched for changes.
-    m_document.Loading = false;
-    m_text.LoadText(chosen == FileKind::Unified ? UnifiedSkeleton() : QString());
+    Begin(chosen, name, chosen == FileKind::Unified ? UnifiedSkeleton() : QString());
+}
+
+void DocumentLifecycle::Begin(FileKind kind, const QString &name, const QString &text)
+{
+    m_copy.Secure();
+    m_document.DocumentKind = kind;
+    {
+        // Also where a load that failed has left it set: the new text is to be watched for changes.
+        const auto loaded = qScopeGuard([this] { m_document.Loading = m_loadFailed = false; });
+        m_document.Loading = true;
+        m_loadFailed = false;
+        m_text.LoadText(text);
+    }
+    m_copy.Discarded();
     m_view.ApplyTextColours();
     m_disk.RememberNew(name);
     m_document.CurrentFile = name;
@@ -288,6 +306,40 @@ void DocumentLifecycle::NewFile(FileKind kind, const QString &name)
     if (m_steps.outline->OutlineShown())
         m_steps.outline->BuildOutline();
     m_steps.relatedFiles->ClearRelatedFiles();
+}
+
+void DocumentLifecycle::OpenCopy(const CopyInfo &info, const QString &text, const TextEncoding &encoding,
+                                 UnsavedCopy copy)
+{
+    const auto kind = FileKind(info.kind);
+    const bool known = kind == FileKind::Orchestra || kind == FileKind::Score || kind == FileKind::Unified;
+    Begin(known ? kind : KindOfPath(m_settings, info.name), {}, text);
+    m_document.Encoding = encoding;
+    m_document.HoldsNul = text.contains(QChar(0));
+    m_document.OfferedName = info.name;
+    m_document.Modified = true;
+    m_copy.Adopt(std::move(copy));
+    m_steps.colour->performSyntaxHighlight();
+    if (m_document.Loading) {
+        // The pass has failed: the text must not stay out of sight, nor edits unseen.
+        m_document.Loading = false;
+        m_view.ShowText();
+    }
+    m_view.EnableSaveButton(true);
+    ShowCaption(u"*"_s);
+    if (!info.name.isEmpty())
+        m_status.Show(u"Not saved: "_s + info.name);
+}
+
+void DocumentLifecycle::KeepUnsaved()
+{
+    m_copy.Secure();
+    m_copy.Discarded();
+}
+
+void DocumentLifecycle::SecureText()
+{
+    m_copy.Finish();
 }
 
 void DocumentLifecycle::InsertFile(const QString &quotedName)
@@ -393,7 +445,10 @@ QString DocumentLifecycle::SaveBox()
     request.filters.push_back({u"All files"_s, u"*.*"_s});
     request.fileName = BareFileName(current);
     request.defaultExtension = current.isEmpty() ? extensions.value(0) : BareExtension(current);
-    request.folder = m_settings.Text(Keys::SaveFolder, current);
+    // A text that was left by another editor goes back where it came from.
+    request.folder = m_document.CurrentFile.isEmpty() && !current.isEmpty()
+                         ? current
+                         : m_settings.Text(Keys::SaveFolder, current);
     const QString picked = UpToNul(m_desktop.SaveFileDialog(request).path);
     // The dialog has asked about overwriting the name as it was picked: another file must not be meant by
     // trimming.
@@ -433,8 +488,12 @@ void DocumentLifecycle::TypeEnable()
 
 void DocumentLifecycle::TextChanged()
 {
-    if (m_document.Loading || m_document.Modified)
+    if (m_document.Loading && !m_loadFailed)
         return;
+    m_copy.Edited();
+    if (m_document.Modified && !m_loadFailed)
+        return;
+    m_document.Loading = m_loadFailed = false;
     m_document.Modified = true;
     m_view.EnableSaveButton(true);
     ShowCaption(u"*"_s);

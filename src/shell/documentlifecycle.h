@@ -5,6 +5,7 @@
 #include "shell/documentsteps.h"
 #include "shell/documentview.h"
 #include "shell/editorcontext.h"
+#include "shell/safetycopy.h"
 
 namespace zelvane
 {
@@ -22,12 +23,13 @@ public:
           m_desktop(desktop),
           m_status(status),
           m_view(view),
-          m_steps(steps)
+          m_steps(steps),
+          m_copy(document, text, settings, status)
     {
     }
 
     /// Loads a file into the window. Failures are shown; a load that fails leaves the old text and name, but
-    /// Modified and Loading set.
+    /// Modified and Loading set, until the user's next edit.
     void OpenFile(const QString &name, OpenOrigin origin = OpenOrigin::Command) override;
     /// Writes the text with CR LF line ends and makes `name` the current file. Failures are shown; they
     /// change nothing.
@@ -38,6 +40,13 @@ public:
     /// read
     void InsertFile(const QString &name) override;
     bool QuerySave() override;
+    void KeepUnsaved() override;
+
+    /// Puts a text that another editor has left unsaved into the window: an untitled, changed text that
+    /// offers the name that it had. The copy stands until it is saved or discarded.
+    void OpenCopy(const CopyInfo &info, const QString &text, const TextEncoding &encoding, UnsavedCopy copy);
+    /// Brings the copy of the unsaved text up to date, and waits until the disk has it.
+    void SecureText();
 
     // The commands of the File menu.
     void New();
@@ -77,6 +86,8 @@ private:
     /// The steps of opening, when all questions have been answered.
     void OpenNow(const QString &name, OpenOrigin origin);
     void Load(const QString &name);
+    /// Puts a text into the window that no file holds.
+    void Begin(FileKind kind, const QString &name, const QString &text);
     void BuildOutline();
     void BuildRelatedFiles(OpenOrigin origin);
     bool AskYesNo(const QString &question, BoxAnswer byDefault);
@@ -98,6 +109,8 @@ private:
     DocumentView &m_view;
     DocumentSteps &m_steps;
     ChangedOnDisk m_disk;
+    SafetyCopy m_copy;
+    bool m_loadFailed = false; ///< Loading and Modified are what a failed load has left
 };
 
 /// The caption of a row of the recent-file menu: "&", the number, a blank, the path, whose own "&" are

@@ -35,6 +35,9 @@ public:
     virtual void InsertFile(const QString &name) = 0;
     /// @return true when the caller may go on and discard the text
     virtual bool QuerySave() = 0;
+    /// Called before the text is discarded in another way than by OpenFile, NewFile or the close of the
+    /// window: where it is unsaved its copy stays for a week.
+    virtual void KeepUnsaved() = 0;
 };
 
 /// The program's own windows, as far as the core asks for them. In the chooser and in the Run Csound program

@@ -254,6 +254,7 @@ const Row Promised[] = {
     {"SaveFolder", SettingKind::Text, nullptr, Owner},
     {"FilterIndex", SettingKind::Number, "0", Owner},
     {"BakPath", SettingKind::Text, "", Preferences},
+    {"SafetyCopy", SettingKind::Flag, "1", Preferences},
     {"DeleteTempFiles", SettingKind::Flag, "0", Preferences},
     {"SingleSelection", SettingKind::Flag, "True", Preferences},
     {"ExpandBrowse", SettingKind::Flag, "False", Preferences},

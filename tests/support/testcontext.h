@@ -35,7 +35,7 @@ struct TestWindows : ProgramWindows, PresetWindows {
 };
 
 struct TestOperations : DocumentOperations {
-    QStringList calls; ///< "open NAME", "save NAME", "new KIND NAME", "insert NAME", "query"
+    QStringList calls; ///< "open NAME", "save NAME", "new KIND NAME", "insert NAME", "query", "keep"
     bool queryAnswer = true;
     bool saveAnswer = true;
     void OpenFile(const QString &name, OpenOrigin) override { calls.append(QStringLiteral("open ") + name); }
@@ -54,6 +54,7 @@ struct TestOperations : DocumentOperations {
         calls.append(QStringLiteral("query"));
         return queryAnswer;
     }
+    void KeepUnsaved() override { calls.append(QStringLiteral("keep")); }
 };
 
 /// An editor without a window, over a folder and a settings store of its own.

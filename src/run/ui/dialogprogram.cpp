@@ -51,6 +51,7 @@ public:
     void NewFile(FileKind, const QString &) override {}
     void InsertFile(const QString &) override {}
     bool QuerySave() override { return true; }
+    void KeepUnsaved() override {}
 };
 
 } // namespace

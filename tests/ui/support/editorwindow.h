@@ -17,7 +17,7 @@
 namespace zelvane::test
 {
 
-/// A main window over a store, a program folder and a scripted desktop of its own. Without further settings
+/// A main window over a store, a program folder, a state folder and a scripted desktop of its own. Without further settings
 /// it starts with an untitled text document and no message.
 class EditorWindow
 {
@@ -25,6 +25,7 @@ public:
     EditorWindow()
     {
         qputenv("ZELVANE_HOME", QFile::encodeName(folder.path()));
+        qputenv("XDG_STATE_HOME", QFile::encodeName(stateFolder.path()));
         WriteFile(QStringLiteral("opcodes.txt"), "oscil outs linen oscil\n");
         settings.SaveNumber(Keys::Used, 2);
         settings.SaveNumber(Keys::Startup, 2);
@@ -60,6 +61,7 @@ public:
 
     QTemporaryDir folder;
     QTemporaryDir storeFolder;
+    QTemporaryDir stateFolder;
     SettingsStore settings{storeFolder.filePath(QStringLiteral("settings"))};
     ScriptedDesktop desktop;
     std::unique_ptr<frmEditor> window;

@@ -49,7 +49,8 @@ void ModalWatchdog::Look()
 
 OwnFolders::OwnFolders()
 {
-    for (const char *name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR", "ZELVANE_HOME"})
+    for (const char *name :
+         {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME", "XDG_RUNTIME_DIR", "ZELVANE_HOME"})
         qputenv(name, m_home.path().toUtf8());
     for (const char *name : {"SFDIR", "SSDIR", "SADIR", "INCDIR"})
         qunsetenv(name);

@@ -1,0 +1,262 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/safetycopy.h"
+
+#include "platform/runtimeerror.h"
+#include "platform/textbuffer.h"
+#include "platform/worker.h"
+#include "shell/documentkeys.h"
+#include "shell/editorcontext.h"
+#include "shell/settings.h"
+
+#include <algorithm>
+#include <functional>
+#include <mutex>
+#include <new>
+#include <QFileInfo>
+#include <utility>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane
+{
+
+void CopyTimes::Edited(Clock::time_point now)
+{
+    if (!m_first)
+        m_first = now;
+    m_due = std::min(now + AfterEdit, *m_first + AtLatest);
+}
+
+void CopyTimes::Failed(Clock::time_point now)
+{
+    if (m_due)
+        return; // edited meanwhile
+    m_first = now;
+    m_due = now + AtLatest;
+}
+
+/// What the thread does, in the order in which it is asked for.
+class SafetyCopy::Writer
+{
+public:
+    /// @param written told on the thread how each writing has ended: empty, or why it failed
+    explicit Writer(std::function<void(const QString &)> written) : m_written(std::move(written)) {}
+
+    void Write(CopyInfo info, QByteArray bytes)
+    {
+        if (m_next) {
+            // A disk that is slower than the user gets the newest text only.
+            const std::lock_guard lock(m_next->mutex);
+            if (!m_next->taken) {
+                m_next->info = std::move(info);
+                m_next->bytes = std::move(bytes);
+                return;
+            }
+        }
+        m_next = std::make_shared<Request>();
+        m_next->info = std::move(info);
+        m_next->bytes = std::move(bytes);
+        m_worker.Do([this, request = m_next] { WriteNow(*request); });
+    }
+
+    void Remove()
+    {
+        if (m_next) {
+            const std::lock_guard lock(m_next->mutex);
+            m_next->taken = true;
+            m_next->bytes.clear();
+        }
+        m_next.reset();
+        m_worker.Do([this] {
+            m_copy.Remove();
+            m_adopted.Remove();
+        });
+    }
+
+    void RemoveOwn()
+    {
+        m_next.reset();
+        m_worker.Do([this] { m_copy.Remove(); });
+    }
+
+    void Keep()
+    {
+        m_next.reset();
+        m_worker.Do([this] {
+            if (m_copy.Stands())
+                m_adopted.Remove();
+            m_copy.Keep();
+            m_adopted.Keep();
+        });
+    }
+
+    void Adopt(UnsavedCopy copy)
+    {
+        m_next.reset();
+        m_worker.Do([this, adopted = std::make_shared<UnsavedCopy>(std::move(copy))] {
+            m_adopted.Keep();
+            m_adopted = std::move(*adopted);
+        });
+    }
+
+    void Finish() { m_worker.Finish(); }
+
+private:
+    struct Request {
+        std::mutex mutex;
+        CopyInfo info;
+        QByteArray bytes;
+        bool taken = false;
+    };
+
+    void WriteNow(Request &request)
+    {
+        CopyInfo info;
+        QByteArray bytes;
+        {
+            const std::lock_guard lock(request.mutex);
+            if (std::exchange(request.taken, true))
+                return;
+            info = std::exchange(request.info, {});
+            bytes = std::exchange(request.bytes, {});
+        }
+        try {
+            m_copy.Write(info, bytes);
+            m_adopted.Remove();
+            m_written({});
+        } catch (const RunTimeError &error) {
+            m_written(error.Description());
+        } catch (const std::bad_alloc &) {
+            m_written(u"Out of memory"_s);
+        }
+    }
+
+    std::function<void(const QString &)> m_written;
+    std::shared_ptr<Request> m_next; ///< the newest writing, while no other work has come behind it
+    UnsavedCopy m_copy;              ///< this and the next belong to the thread
+    UnsavedCopy m_adopted;
+    Worker m_worker; // ends first
+};
+
+SafetyCopy::SafetyCopy(const DocumentRecord &document, const TextBuffer &text, const SettingsStore &settings,
+                       StatusLine &status)
+    : m_document(document),
+      m_text(text),
+      m_settings(settings),
+      m_status(status),
+      m_writer(std::make_unique<Writer>([this](const QString &failure) {
+          QMetaObject::invokeMethod(
+              this,
+              [this, failure] {
+                  if (failure.isEmpty())
+                      m_told = false;
+                  else
+                      Failed(failure);
+              },
+              Qt::QueuedConnection);
+      }))
+{
+    m_timer.setSingleShot(true);
+    m_timer.setTimerType(Qt::CoarseTimer);
+    connect(&m_timer, &QTimer::timeout, this, &SafetyCopy::Look);
+}
+
+SafetyCopy::~SafetyCopy()
+{
+    m_writer.reset();
+}
+
+void SafetyCopy::Edited()
+{
+    const auto now = CopyTimes::Clock::now();
+    m_unsaved = true;
+    m_times.Edited(now);
+    if (!m_timer.isActive())
+        Wait(now);
+}
+
+void SafetyCopy::Wait(CopyTimes::Clock::time_point now)
+{
+    if (const auto due = m_times.Due())
+        m_timer.start(
+            std::max(std::chrono::milliseconds(1), std::chrono::ceil<std::chrono::milliseconds>(*due - now)));
+}
+
+void SafetyCopy::Look()
+{
+    const auto due = m_times.Due();
+    if (!due)
+        return;
+    // Keys that came while it waited have put it off.
+    if (const auto now = CopyTimes::Clock::now(); now < *due)
+        Wait(now);
+    else
+        Take();
+}
+
+void SafetyCopy::Take()
+{
+    m_times.Taken();
+    if (!m_settings.Flag(Keys::SafetyCopy)) {
+        m_writer->RemoveOwn();
+        return;
+    }
+    try {
+        const QString &name =
+            m_document.CurrentFile.isEmpty() ? m_document.OfferedName : m_document.CurrentFile;
+        m_writer->Write({.name = name.isEmpty() ? QString() : QFileInfo(name).absoluteFilePath(),
+                         .kind = int(m_document.DocumentKind),
+                         .encoding = m_document.Encoding},
+                        m_text.Utf8());
+    } catch (const std::bad_alloc &) {
+        Failed(u"Out of memory"_s);
+    }
+}
+
+void SafetyCopy::Failed(const QString &why)
+{
+    if (!m_unsaved)
+        return;
+    const auto now = CopyTimes::Clock::now();
+    m_times.Failed(now);
+    if (!m_timer.isActive())
+        Wait(now);
+    if (!std::exchange(m_told, true))
+        m_status.Show(u"No copy of the unsaved text can be kept: "_s + why);
+}
+
+void SafetyCopy::Secure()
+{
+    if (m_unsaved && m_times.Due())
+        Take();
+}
+
+void SafetyCopy::Saved()
+{
+    m_timer.stop();
+    m_times.Taken();
+    if (std::exchange(m_unsaved, false))
+        m_writer->Remove();
+}
+
+void SafetyCopy::Discarded()
+{
+    m_timer.stop();
+    m_times.Taken();
+    if (std::exchange(m_unsaved, false))
+        m_writer->Keep();
+}
+
+void SafetyCopy::Adopt(UnsavedCopy copy)
+{
+    m_unsaved = true;
+    m_writer->Adopt(std::move(copy));
+}
+
+void SafetyCopy::Finish()
+{
+    Secure();
+    m_writer->Finish();
+}
+
+} // namespace zelvane
