@@ -8,6 +8,7 @@
 #include "shell/bands.h"
 #include "shell/editorkeys.h"
 #include "shell/layoutkeys.h"
+#include "shell/leftwork.h"
 #include "shell/startup.h"
 #include "shell/ui/bandbar.h"
 #include "shell/ui/commandkeys.h"
@@ -193,6 +194,9 @@ void frmEditor::Init(const std::function<void()> &closeSplash)
             closeSplash();
         ShowFirstUseMessages(m_context);
     });
+    // Whoever ends the program has answered nothing.
+    m_commands->Guard(
+        [this] { OfferLeftWork(m_documents, m_context, [this] { return m_life == Life::Starting; }); });
     m_settingReports.Tell();
 }
 
@@ -289,6 +293,7 @@ void frmEditor::closeEvent(QCloseEvent *event)
     if (!MayEnd())
         return;
     m_life = Life::Closed;
+    m_commands->Guard([this] { m_documents.KeepUnsaved(); });
     Q_EMIT Ending();
     m_commands->Guard([this] { m_settings.InOneStep([this] { Unload(); }); });
     event->accept();
@@ -323,7 +328,11 @@ bool frmEditor::MayEndSession()
 {
     if (m_life != Life::Asking)
         CancelDialogs();
-    return MayEnd();
+    if (!MayEnd())
+        return false;
+    // The process may get no chance to close its window.
+    m_commands->Guard([this] { m_documents.KeepUnsaved(); });
+    return true;
 }
 
 void frmEditor::Unload()
