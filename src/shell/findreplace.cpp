@@ -48,6 +48,14 @@ int OptionsOf(const FindFields &fields)
            (fields.matchCase ? FindMatchCase : FindAnywhere);
 }
 
+SelectedForFind WhatIsSelected(const TextBuffer &text)
+{
+    const QString selected = text.SelectedText();
+    if (selected.contains(u'\n') || selected.contains(u'\r'))
+        return {.severalLines = true};
+    return {.text = selected};
+}
+
 FindFields OpeningFindFields(const EditorContext &editor)
 {
     const SettingsStore &settings = editor.settings;
@@ -59,13 +67,10 @@ FindFields OpeningFindFields(const EditorContext &editor)
     if (settings.Integer(Keys::FindScope, int(FindScope::EntireDocument)) == int(FindScope::SelectedText))
         fields.scope = FindScope::SelectedText;
 
-    const QString selected = editor.text.SelectedText();
-    if (selected.contains(u'\n') || selected.contains(u'\r'))
+    const SelectedForFind selected = WhatIsSelected(editor.text);
+    if (selected.severalLines)
         fields.scope = FindScope::SelectedText;
-    else
-        fields.find = selected;
-    if (fields.find.isEmpty())
-        fields.find = FindStringsOffered(settings).value(0);
+    fields.find = selected.text.isEmpty() ? FindStringsOffered(settings).value(0) : selected.text;
     return fields;
 }
 

@@ -22,8 +22,15 @@ struct FindFields {
     FindScope scope = FindScope::EntireDocument;
 };
 
-/// The fields as the dialog opens with them: those of the store, and what the selection says. A selection on
-/// one line is the text to find, one of several lines is the scope.
+/// What the selection says to the find dialog: one on one line is the text to find, one of several lines is
+/// the scope.
+struct SelectedForFind {
+    QString text = {}; ///< empty where nothing, or more than a line, is selected
+    bool severalLines = false;
+};
+SelectedForFind WhatIsSelected(const TextBuffer &text);
+
+/// The fields as the dialog opens with them: those of the store, and what the selection says.
 FindFields OpeningFindFields(const EditorContext &editor);
 
 /// The strings in the list of `txtFind`, the newest first. Kept: one less than the store holds.

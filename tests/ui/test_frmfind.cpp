@@ -14,6 +14,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace zelvane;
@@ -87,6 +88,9 @@ private Q_SLOTS:
     void FieldsComeFromTheStore();
     void SelectionOnOneLineIsTheText();
     void SeveralLinesAreTheScope();
+    void TheKeysStartAgain_data();
+    void TheKeysStartAgain();
+    void TheKeysLeaveWhatIsTyped();
     void TheListHoldsSevenStrings();
     void TypedTextIsNotCompleted();
     void EnterFindsAndTheDialogKeepsTheFocus();
@@ -226,6 +230,74 @@ void FrmFindTest::SeveralLinesAreTheScope()
     on.Show(u"mnuFind"_s);
     QVERIFY(on.Button(u"bFind"_s).isEnabled());
     QVERIFY(on.Button(u"bReplace"_s).isEnabled());
+}
+
+void FrmFindTest::TheKeysStartAgain_data()
+{
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<QString>("row");
+    QTest::addColumn<Qt::Key>("key");
+    QTest::addColumn<bool>("inDialog");
+    const std::pair<QString, Qt::Key> rows[] = {{u"mnuFind"_s, Qt::Key_F}, {u"mnuReplace"_s, Qt::Key_H}};
+    for (const auto &[before, unused] : rows) {
+        for (const auto &[row, key] : rows) {
+            for (const bool inDialog : {false, true}) {
+                const char *place = inDialog ? "dialog" : "window";
+                QTest::addRow("%s, then %s in the %s", qPrintable(before), qPrintable(row), place)
+                    << before << row << key << inDialog;
+            }
+        }
+    }
+}
+
+void FrmFindTest::TheKeysStartAgain()
+{
+    QFETCH(QString, before);
+    QFETCH(QString, row);
+    QFETCH(Qt::Key, key);
+    QFETCH(bool, inDialog);
+    Searching on(u"one two\nthree"_s);
+    on.Text().SetSelection(0, 3);
+    frmFind &dialog = on.Show(before);
+    on.Find().setEditText(u"typed"_s);
+    on.Check(u"chkCase"_s).setFocus();
+    on.Text().SetSelection(4, 7);
+    if (inDialog) {
+        on.Key(key, Qt::ControlModifier);
+    } else {
+        on.window->activateWindow();
+        on.Text().setFocus();
+        QVERIFY(Eventually([&] { return QApplication::activeWindow() == on.window.get(); }));
+        QTest::keyClick(&on.Text(), key, Qt::ControlModifier);
+    }
+    QVERIFY(Eventually([&] { return QApplication::activeWindow() == &dialog; }));
+    QCOMPARE(on.window->findChildren<frmFind *>().size(), 1);
+    QCOMPARE(dialog.windowTitle(), row == u"mnuFind"_s ? u"Find"_s : u"Replace"_s);
+    QCOMPARE(on.Find().currentText(), u"two"_s);
+    QCOMPARE(on.Find().lineEdit()->selectedText(), u"two"_s);
+    QCOMPARE(QApplication::focusWidget(), &on.Find());
+    QCOMPARE(on.Text().Text(), u"one two\nthree"_s);
+    QTest::keyClicks(QApplication::focusWidget(), u"thr"_s); // in place of what is selected
+    QCOMPARE(on.Find().currentText(), u"thr"_s);
+    on.Key(Qt::Key_Return);
+    QCOMPARE(on.Text().Selection(), (TextSpan{8, 11}));
+}
+
+void FrmFindTest::TheKeysLeaveWhatIsTyped()
+{
+    Searching on(u"one two\nthree"_s);
+    on.Show(u"mnuFind"_s);
+    on.Find().setEditText(u"typed"_s);
+    on.Check(u"chkCase"_s).setFocus();
+    on.Key(Qt::Key_H, Qt::ControlModifier); // nothing is selected in the text
+    QCOMPARE(on.Find().currentText(), u"typed"_s);
+    QCOMPARE(on.Find().lineEdit()->selectedText(), u"typed"_s);
+    QCOMPARE(QApplication::focusWidget(), &on.Find());
+    QVERIFY(on.Scope(1).isChecked());
+    on.Text().SetSelection(4, 10);
+    on.Key(Qt::Key_H, Qt::ControlModifier);
+    QCOMPARE(on.Find().currentText(), u"typed"_s);
+    QVERIFY(on.Scope(0).isChecked());
 }
 
 void FrmFindTest::TheListHoldsSevenStrings()

@@ -99,8 +99,7 @@ void frmFind::Load()
 {
     ShowRecentStrings();
     const FindFields fields = OpeningFindFields(m_editor);
-    txtFind->setEditText(fields.find);
-    txtFind->lineEdit()->selectAll();
+    OfferToFind(fields.find);
     txtReplace->setText(fields.replace);
     chkWholeWords->setChecked(fields.wholeWords);
     chkCase->setChecked(fields.matchCase);
@@ -108,6 +107,24 @@ void frmFind::Load()
     optScope[int(fields.scope)]->setChecked(true);
     EnableButtons();
     RestorePlace(*this, m_editor.settings, Keys::FindX, Keys::FindY);
+}
+
+void frmFind::OfferToFind(const QString &text)
+{
+    txtFind->setEditText(text);
+    txtFind->lineEdit()->selectAll();
+}
+
+void frmFind::StartAgain(bool replace)
+{
+    SetFindMode(replace);
+    txtFind->setFocus();
+    m_commands.Guard([this] {
+        const SelectedForFind selected = WhatIsSelected(m_editor.text);
+        OfferToFind(selected.text.isEmpty() ? txtFind->currentText() : selected.text);
+        if (selected.severalLines)
+            optScope[int(FindScope::SelectedText)]->setChecked(true);
+    });
 }
 
 void frmFind::ShowRecentStrings()
@@ -216,12 +233,20 @@ void frmFind::UncoverSelection()
 
 void frmFind::keyPressEvent(QKeyEvent *event)
 {
-    if (KeySequences(Cmd::mnuFindAgain).contains(QKeySequence(event->keyCombination()))) {
+    const auto isKeyOf = [event](Command command) {
+        return KeySequences(command).contains(QKeySequence(event->keyCombination()));
+    };
+    // The keys of the menu rows reach the main window only.
+    if (isKeyOf(Cmd::mnuFindAgain)) {
         if (bFind->isEnabled())
             Find();
-        return;
+    } else if (isKeyOf(Cmd::mnuFind)) {
+        StartAgain(false);
+    } else if (isKeyOf(Cmd::mnuReplace)) {
+        StartAgain(true);
+    } else {
+        QDialog::keyPressEvent(event);
     }
-    QDialog::keyPressEvent(event);
 }
 
 void frmFind::done(int result)

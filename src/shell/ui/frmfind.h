@@ -32,6 +32,10 @@ public:
     /// Shows or hides what only Replace needs.
     void SetFindMode(bool replace);
 
+    /// The command was given while the dialog is open: what is selected in the text now is what to find, or
+    /// the scope, and the keyboard goes to the text to find.
+    void StartAgain(bool replace);
+
     void done(int result) override;
 
 protected:
@@ -42,6 +46,8 @@ private:
     void Connect();
     /// Place and fields, as the store and the selection have them.
     void Load();
+    /// Fills in the text to find and selects it, so that typing replaces it.
+    void OfferToFind(const QString &text);
     FindFields Fields() const;
     /// Searching by steps works on the whole document only.
     void EnableButtons();

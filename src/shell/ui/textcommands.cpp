@@ -92,7 +92,7 @@ void TextCommands::RemoveCommentsQuietly()
 void TextCommands::ShowFind(bool replace)
 {
     if (m_find)
-        m_find->SetFindMode(replace);
+        m_find->StartAgain(replace);
     else
         m_find = new frmFind(m_context.editor, m_context.text, m_context.commands, replace, m_context.window);
     m_find->show();
