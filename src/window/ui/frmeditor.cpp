@@ -22,6 +22,7 @@
 #include "shell/ui/textcommands.h"
 #include "shell/ui/toolbutton.h"
 #include "window/ui/documentdisplay.h"
+#include "window/ui/filedrops.h"
 #include "window/ui/focusround.h"
 #include "window/ui/menuescape.h"
 #include "window/ui/rooms.h"
@@ -35,11 +36,9 @@
 #include <QClipboard>
 #include <QCloseEvent>
 #include <QDialog>
-#include <QDragEnterEvent>
 #include <QGuiApplication>
 #include <QMenu>
 #include <QMenuBar>
-#include <QMimeData>
 #include <QScopeGuard>
 #include <QThread>
 #include <QToolBar>
@@ -187,7 +186,9 @@ void frmEditor::Init(const std::function<void()> &closeSplash)
         m_appearance.ApplyAtStart(LookTime::Tables);
         RigaDiComando(m_commandLine, m_documents, m_settings);
         m_documents.MRUAggiornaMenu();
-        setAcceptDrops(true);
+        new FileDrops(this, [this](const QStringList &files) {
+            m_commands->Guard([&] { FilesDropped(files, m_context); });
+        });
         m_windowSteps.Run(WindowMoment::CleanUp);
         m_windowSteps.Run(WindowMoment::Lists);
         if (closeSplash)
@@ -258,27 +259,6 @@ void frmEditor::changeEvent(QEvent *event)
         QMetaObject::invokeMethod(this, &frmEditor::LookAtDisk, Qt::QueuedConnection);
     }
     QMainWindow::changeEvent(event);
-}
-
-void frmEditor::dragEnterEvent(QDragEnterEvent *event)
-{
-    const QList<QUrl> urls = event->mimeData()->urls();
-    if (!urls.isEmpty() && urls.first().isLocalFile())
-        event->acceptProposedAction();
-}
-
-void frmEditor::dropEvent(QDropEvent *event)
-{
-    QStringList files;
-    for (const QUrl &url : event->mimeData()->urls()) {
-        if (url.isLocalFile())
-            files.append(url.toLocalFile());
-    }
-    event->acceptProposedAction();
-    // The program that the files come from is not to wait for the user's answers.
-    QMetaObject::invokeMethod(
-        this, [this, files] { m_commands->Guard([&] { FilesDropped(files, m_context); }); },
-        Qt::QueuedConnection);
 }
 
 void frmEditor::closeEvent(QCloseEvent *event)
