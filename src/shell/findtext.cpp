@@ -10,15 +10,10 @@ using namespace Qt::Literals::StringLiterals;
 namespace zelvane
 {
 
-namespace
-{
-
 bool IsWordCharacter(QChar c)
 {
     return c.isLetterOrNumber() || c == u'_';
 }
-
-} // namespace
 
 qsizetype FindText(QStringView text, QStringView needle, qsizetype start, qsizetype end, int options)
 {

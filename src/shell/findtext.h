@@ -3,6 +3,7 @@
 
 #include "shell/editorcontext.h"
 
+#include <QChar>
 #include <QStringView>
 #include <vector>
 
@@ -11,6 +12,9 @@ namespace zelvane
 
 /// The options of a search; their sum travels as one number.
 enum FindOption { FindAnywhere = 0, FindWholeWord = 2, FindMatchCase = 4 };
+
+/// Whether the character keeps what touches it from being a whole word.
+bool IsWordCharacter(QChar c);
 
 /// The first hit of `needle` that lies in [start, end); offsets count from 0, an `end` of -1 is the text's
 /// length. A whole word has no letter, digit or underscore next to it, also beyond the range.
