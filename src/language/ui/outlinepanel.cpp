@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "language/ui/outlinepanel.h"
 
-#include "language/outlinenode.h"
 #include "shell/bands.h"
 #include "shell/command.h"
 #include "shell/ui/commands.h"
@@ -18,17 +17,12 @@ namespace zelvane
 namespace
 {
 
-MenuName MenuOfNode(OutlineNode node)
+/// The context menu of a node, by the letters that its key begins with.
+MenuName MenuOfKey(QStringView key)
 {
-    switch (node) {
-    case OutlineNode::Instrument:
+    if (key.startsWith(u"ins"))
         return Menu::mnuBrowseEditable;
-    case OutlineNode::Include:
-        return Menu::mnuBrowseInclude;
-    case OutlineNode::Other:
-        break;
-    }
-    return Menu::mnuTreeView;
+    return key.startsWith(u"inc") ? Menu::mnuBrowseInclude : Menu::mnuTreeView;
 }
 
 } // namespace
@@ -50,7 +44,7 @@ void OutlinePanel::ShowMenu(const QPoint &at)
     if (!node)
         node = currentItem();
     const QString key = node ? node->data(0, Qt::UserRole).toString() : QString();
-    m_menus.Menu(MenuOfNode(NodeOfKey(key)))->popup(viewport()->mapToGlobal(at));
+    m_menus.Menu(MenuOfKey(key))->popup(viewport()->mapToGlobal(at));
 }
 
 } // namespace zelvane

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/textbuffer.h"
+
+#include <QStringView>
+#include <span>
+
+namespace zelvane
+{
+
+/// Answers as IsCommented does, for many places of one text. Asked about rising offsets it reads no character
+/// twice, however long the lines are.
+class CommentLookup
+{
+public:
+    /// @param blockComments the half-open ranges of the text's block comments, in order; both outlive this
+    CommentLookup(QStringView text, std::span<const TextSpan> blockComments)
+        : m_text(text), m_blockComments(blockComments)
+    {
+    }
+
+    /// Whether the character at `offset`, from 0, is in a comment.
+    bool IsCommented(qsizetype offset);
+
+private:
+    bool IsInBlockComment(qsizetype offset) const;
+    bool IsInLineComment(qsizetype offset);
+
+    QStringView m_text;
+    std::span<const TextSpan> m_blockComments;
+    qsizetype m_asked = -1; ///< where the last line comment was looked for
+    bool m_answer = false;
+};
+
+} // namespace zelvane

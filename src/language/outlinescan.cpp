@@ -1,0 +1,606 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "language/blockcomments.h"
+#include "language/closingtags.h"
+#include "language/commentlookup.h"
+#include "language/macronames.h"
+#include "language/outline.h"
+#include "shell/findtext.h"
+
+#include <algorithm>
+#include <numeric>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane
+{
+
+/// Puts nodes into an outline.
+class OutlineBuilder
+{
+public:
+    explicit OutlineBuilder(const QString &text) { m_outline.m_text = text; }
+
+    qint32 AddRoot(OutlineKind kind) { return Add({.kind = kind, .isRoot = true}); }
+    /// @return the node's place
+    qint32 Add(const OutlineNode &node)
+    {
+        m_outline.m_nodes.push_back(node);
+        return qint32(m_outline.m_nodes.size()) - 1;
+    }
+    qint32 Count() const { return qint32(m_outline.m_nodes.size()); }
+    void SetInstruments(std::vector<TextSpan> spans) { m_outline.m_instruments = std::move(spans); }
+    void AddTable(qint32 parent, qsizetype tag, const TextSpan &number, const TextSpan &size,
+                  const TextSpan &generator)
+    {
+        m_outline.m_tables.push_back({number, size, generator});
+        Add({.kind = OutlineKind::FunctionTable,
+             .parent = parent,
+             .number = qint32(m_outline.m_tables.size()),
+             .tag = qint32(tag)});
+    }
+
+    /// Finds out the children of each node. @return the whole outline
+    Outline Done();
+
+private:
+    Outline m_outline;
+};
+
+Outline OutlineBuilder::Done()
+{
+    const std::vector<OutlineNode> &nodes = m_outline.m_nodes;
+    std::vector<qint32> &ends = m_outline.m_childrenEnd;
+    ends.assign(nodes.size() + 1, 0);
+    for (const OutlineNode &node : nodes)
+        ++ends[std::size_t(node.parent + 1)];
+    m_outline.m_rows.reserve(nodes.size());
+    std::vector<qint32> next(ends.size());
+    std::exclusive_scan(ends.begin(), ends.end(), next.begin(), 0);
+    const std::vector<qint32> starts = next;
+    std::partial_sum(ends.begin(), ends.end(), ends.begin());
+    m_outline.m_children.resize(nodes.size());
+    for (std::size_t place = 0; place < nodes.size(); ++place) {
+        const auto parent = std::size_t(nodes[place].parent + 1);
+        m_outline.m_rows.push_back(next[parent] - starts[parent]);
+        m_outline.m_children[std::size_t(next[parent]++)] = qint32(place);
+    }
+    return std::move(m_outline);
+}
+
+namespace
+{
+
+bool IsBlankOrTab(QChar c)
+{
+    return c == u' ' || c == u'\t';
+}
+bool IsLineEnd(QChar c)
+{
+    return c == u'\n' || c == u'\r';
+}
+bool IsSeparator(QChar c)
+{
+    return IsBlankOrTab(c) || IsLineEnd(c);
+}
+
+/// Whether no letter, digit or underscore touches the stretch.
+bool IsWholeWord(QStringView text, qsizetype start, qsizetype end)
+{
+    return (start == 0 || !IsWordCharacter(text[start - 1])) &&
+           (end == text.size() || !IsWordCharacter(text[end]));
+}
+
+/// A word that hits are searched for, in lower case.
+struct Keyword {
+    QLatin1String word;
+
+    /// The first hit as a whole word in [from, end), without regard to case; -1 without one.
+    qsizetype Find(QStringView text, qsizetype from, qsizetype end) const
+    {
+        const char16_t first = word[0].unicode();
+        const bool isLetter = QChar(first).isLetter();
+        const char16_t *const chars = text.utf16();
+        for (qsizetype at = from; at <= end - word.size(); ++at) {
+            if (isLetter) {
+                if ((chars[at] | 0x20) != first)
+                    continue;
+            } else {
+                at = text.first(end).indexOf(QChar(first), at);
+                if (at < 0 || at > end - word.size())
+                    return -1;
+            }
+            if (text.sliced(at, word.size()).compare(word, Qt::CaseInsensitive) == 0 &&
+                IsWholeWord(text, at, at + word.size()))
+                return at;
+        }
+        return -1;
+    }
+};
+
+constexpr Keyword Instr{"instr"_L1}, Endin{"endin"_L1}, Define{"#define"_L1}, Include{"#include"_L1};
+
+/// Whether more than `count` characters are left when spaces are normalized.
+bool IsLongerNormalized(QStringView text, qsizetype count)
+{
+    qsizetype length = 0;
+    bool blankBefore = false;
+    for (const QChar c : text) {
+        if (IsSeparator(c)) {
+            blankBefore = length > 0;
+            continue;
+        }
+        length += blankBefore ? 2 : 1;
+        blankBefore = false;
+        if (length > count)
+            return true;
+    }
+    return false;
+}
+
+/// Finds the next character of a kind. Asked about rising offsets it reads no character twice.
+template <bool (*IsWanted)(QChar)> class NextCharacter
+{
+public:
+    explicit NextCharacter(QStringView text) : m_text(text) {}
+
+    /// The next such character at or behind the offset, else the end of the text.
+    qsizetype From(qsizetype offset)
+    {
+        m_next = std::max(m_next, offset);
+        while (m_next < m_text.size() && !IsWanted(m_text[m_next]))
+            ++m_next;
+        return m_next;
+    }
+
+private:
+    QStringView m_text;
+    qsizetype m_next = 0;
+};
+
+bool EndsInclude(QChar c)
+{
+    return c == u';' || IsLineEnd(c);
+}
+bool EndsArguments(QChar c)
+{
+    return c == u')' || IsLineEnd(c);
+}
+
+/// Calls `found` for each hit of a letter as a whole word in [start, end), with regard to case.
+template <typename Found>
+void ForEachLetter(QStringView text, char16_t letter, qsizetype start, qsizetype end, Found found)
+{
+    const QStringView searched = text.first(end);
+    for (qsizetype hit = start - 1; (hit = searched.indexOf(letter, hit + 1)) >= 0;) {
+        if (IsWholeWord(text, hit, hit + 1))
+            found(hit);
+    }
+}
+
+/// Finds out whether a colon ends a label: a lone word at the start of a line, which may be indented. Asked
+/// about rising offsets it reads no character twice.
+class LabelLines
+{
+public:
+    explicit LabelLines(QStringView text) : m_text(text) {}
+
+    bool IsLabel(qsizetype colon)
+    {
+        qsizetype start = colon;
+        while (start > m_read && m_text[start - 1] != u'\n')
+            --start;
+        if (start > m_read || m_read == 0)
+            BeginLine(start);
+        for (; m_read < colon; ++m_read)
+            Read(m_text[m_read]);
+        return m_isLabel && m_place != Place::BehindReturn;
+    }
+    /// Where the line of the colon that was asked about last begins.
+    qsizetype LineStart() const { return m_lineStart; }
+
+private:
+    enum class Place { Indent, LeadingReturns, Word, BehindReturn };
+
+    void BeginLine(qsizetype start)
+    {
+        m_lineStart = m_read = start;
+        m_place = Place::Indent;
+        m_isLabel = true;
+    }
+    void Read(QChar c)
+    {
+        if (IsBlankOrTab(c)) {
+            m_isLabel = m_isLabel && m_place == Place::Indent;
+        } else if (c == u'\r') {
+            // A return within the word becomes a blank of the caption, one in front of it is trimmed.
+            m_place = m_place == Place::Word || m_place == Place::BehindReturn ? Place::BehindReturn
+                                                                               : Place::LeadingReturns;
+        } else {
+            m_isLabel = m_isLabel && c != u'(' && m_place != Place::BehindReturn;
+            m_place = Place::Word;
+        }
+    }
+
+    QStringView m_text;
+    qsizetype m_lineStart = 0;
+    qsizetype m_read = 0; ///< how far the line is read
+    Place m_place = Place::Indent;
+    bool m_isLabel = true;
+};
+
+/// Walks the fields of table statements.
+class TableWalk
+{
+public:
+    explicit TableWalk(QStringView text) : m_text(text) {}
+
+    /// @param start the offset behind the letter @return whether a table statement of four fields stands
+    /// there that is no "f 0"
+    bool IsTable(qsizetype start);
+    /// A field, from 1, of the last statement. Its length leaves out the slashes in it. Kept: a field that no
+    /// separator has ended has the length that the field of its number had before.
+    const TextSpan &Field(int number) const { return m_fields[number - 1]; }
+
+private:
+    static constexpr int Fields = 4;
+
+    QStringView m_text;
+    TextSpan m_fields[Fields];
+};
+
+bool TableWalk::IsTable(qsizetype start)
+{
+    int count = 0;
+    qsizetype length = 0; // of the field that the walk is in, 0 between fields
+    for (qsizetype at = start; at < m_text.size(); ++at) {
+        const QChar c = m_text[at];
+        if (c == u';')
+            break;
+        if (c == u'/') {
+            if (at + 1 < m_text.size() && m_text[at + 1] == u'*')
+                break;
+            continue;
+        }
+        if (IsSeparator(c)) {
+            if (length == 0)
+                continue;
+            TextSpan &field = m_fields[count - 1];
+            field.end = field.start + length;
+            length = 0;
+            if (count == Fields)
+                break;
+            continue;
+        }
+        if (length++ == 0) {
+            TextSpan &field = m_fields[count++];
+            field = {at, at + field.Length()};
+        }
+    }
+    const TextSpan &number = m_fields[0];
+    return count == Fields && m_text.sliced(number.start, number.Length()) != u"0";
+}
+
+/// The scanners, each over the part of the text that it is given: offsets from 0, the end exclusive.
+class Scanners
+{
+public:
+    explicit Scanners(const QString &text)
+        : m_text(text), m_blockComments(ParseCommentRanges(text)), m_builder(text)
+    {
+    }
+
+    void SearchInstr(qsizetype start, qsizetype end);
+    /// @param firstTag the tag of the first section
+    void SearchEndOFSection(qsizetype start, qsizetype end, qsizetype firstTag);
+    void SearchNamedSection(qsizetype start, qsizetype end);
+    void SearchFTables(qsizetype start, qsizetype end);
+    void SearchTags();
+    void SearchMacro();
+    void SearchInclude();
+
+    Outline Done() { return m_builder.Done(); }
+
+private:
+    struct Macro {
+        qsizetype define;
+        TextSpan caption;
+        qsizetype nameEnd;
+    };
+    struct Call {
+        qsizetype tag;
+        TextSpan caption;
+    };
+
+    void SearchLabel(const TextSpan &instrument, qint32 parent, CommentLookup &comments, LabelLines &lines);
+    std::vector<Macro> FindMacros() const;
+    /// The calls of each macro behind its definition.
+    std::vector<std::vector<Call>> SearchMacroCalls(const std::vector<Macro> &macros) const;
+    CommentLookup Comments() const { return CommentLookup(m_text, m_blockComments); }
+
+    QStringView m_text;
+    std::vector<TextSpan> m_blockComments;
+    OutlineBuilder m_builder;
+};
+
+void Scanners::SearchInstr(qsizetype start, qsizetype end)
+{
+    CommentLookup comments = Comments();
+    std::vector<TextSpan> instruments;
+    for (qsizetype from = start; (from = Instr.Find(m_text, from, end)) >= 0;) {
+        if (comments.IsCommented(from)) {
+            ++from;
+            continue;
+        }
+        // The one that closes may stand in a comment. Kept: without one, no further instrument is listed.
+        const qsizetype close = Endin.Find(m_text, from, end);
+        if (close < 0)
+            break;
+        instruments.push_back({from, close + Endin.word.size()});
+        from = close + 1;
+    }
+    if (instruments.empty())
+        return;
+
+    const qint32 root = m_builder.AddRoot(OutlineKind::Instrument);
+    CommentLookup labelComments = Comments();
+    LabelLines labelLines(m_text);
+    NextCharacter<IsLineEnd> lineEnds(m_text);
+    qint32 number = 0;
+    for (const TextSpan &instrument : instruments) {
+        const qsizetype behindWord = instrument.start + Instr.word.size();
+        ++number;
+        const qint32 node = m_builder.Add({.kind = OutlineKind::Instrument,
+                                           .parent = root,
+                                           .number = number,
+                                           .tag = number,
+                                           .caption = {behindWord, lineEnds.From(behindWord)}});
+        SearchLabel(instrument, node, labelComments, labelLines);
+    }
+    m_builder.SetInstruments(std::move(instruments));
+}
+
+void Scanners::SearchLabel(const TextSpan &instrument, qint32 parent, CommentLookup &comments,
+                           LabelLines &lines)
+{
+    const QStringView searched = m_text.first(instrument.end);
+    qint32 number = 0;
+    qsizetype colon = instrument.start - 1;
+    while ((colon = searched.indexOf(u':', colon + 1)) >= 0) {
+        if (comments.IsCommented(colon) || !lines.IsLabel(colon))
+            continue;
+        m_builder.Add({.kind = OutlineKind::Label,
+                       .parent = parent,
+                       .number = ++number,
+                       .tag = qint32(colon),
+                       .caption = {lines.LineStart(), colon + 1}});
+    }
+}
+
+void Scanners::SearchEndOFSection(qsizetype start, qsizetype end, qsizetype firstTag)
+{
+    const qint32 root = m_builder.AddRoot(OutlineKind::Section);
+    qint32 number = 0;
+    const auto add = [&](qsizetype tag) {
+        m_builder.Add({.kind = OutlineKind::Section, .parent = root, .number = number++, .tag = qint32(tag)});
+    };
+    add(firstTag);
+    CommentLookup comments = Comments();
+    ForEachLetter(m_text, u's', start, end, [&](qsizetype hit) {
+        if (!comments.IsCommented(hit))
+            add(hit);
+    });
+}
+
+void Scanners::SearchNamedSection(qsizetype start, qsizetype end)
+{
+    CommentLookup comments = Comments();
+    NextCharacter<IsLineEnd> lineEnds(m_text);
+    qint32 root = -1;
+    qint32 number = 0;
+    ForEachLetter(m_text, u'm', start, end, [&](qsizetype hit) {
+        if (comments.IsCommented(hit))
+            return;
+        if (root < 0)
+            root = m_builder.AddRoot(OutlineKind::NamedSection);
+        m_builder.Add({.kind = OutlineKind::NamedSection,
+                       .parent = root,
+                       .number = ++number,
+                       .tag = qint32(hit),
+                       .caption = {hit + 1, lineEnds.From(hit + 1)}});
+    });
+}
+
+void Scanners::SearchFTables(qsizetype start, qsizetype end)
+{
+    CommentLookup comments = Comments();
+    TableWalk walk(m_text);
+    qint32 root = -1;
+    const QStringView searched = m_text.first(end);
+    for (qsizetype hit = start - 1; (hit = searched.indexOf(u'f', hit + 1)) >= 0;) {
+        if (hit > 0 && !IsSeparator(m_text[hit - 1]))
+            continue;
+        if (comments.IsCommented(hit) || !walk.IsTable(hit + 1))
+            continue;
+        if (root < 0)
+            root = m_builder.AddRoot(OutlineKind::FunctionTable);
+        m_builder.AddTable(root, hit, walk.Field(1), walk.Field(3), walk.Field(4));
+    }
+}
+
+void Scanners::SearchTags()
+{
+    const ClosingTags closingTags(m_text);
+    CommentLookup comments = Comments();
+
+    // The levels that are open: what lies between a tag and its closing one, up to where a tag has to begin.
+    struct Level {
+        qint32 parent;
+        qsizetype end;
+    };
+    const qint32 root = m_builder.AddRoot(OutlineKind::Tag);
+    std::vector<Level> levels = {{root, std::max<qsizetype>(m_text.size() - 1, 0)}};
+    qsizetype from = 0;
+    while (!levels.empty()) {
+        const Level level = levels.back();
+        const QStringView searched = m_text.first(level.end);
+        const qsizetype sign = searched.indexOf(u'<', from);
+        const qsizetype bracket = sign < 0 ? -1 : searched.indexOf(u'>', sign);
+        const qsizetype closing =
+            bracket < 0 ? -1 : closingTags.Find(m_text.sliced(sign + 1, bracket - sign - 1), bracket);
+        if (closing < 0 || closing >= level.end) {
+            // Kept: a tag without a partner ends the whole level.
+            levels.pop_back();
+            from = level.end + 1;
+            continue;
+        }
+        const qint32 node = m_builder.Add({.kind = OutlineKind::Tag,
+                                           .isCommented = comments.IsCommented(sign),
+                                           .parent = level.parent,
+                                           .number = m_builder.Count(),
+                                           .tag = qint32(sign),
+                                           .caption = {sign + 1, bracket}});
+        levels.push_back({node, closing});
+        from = bracket;
+    }
+}
+
+std::vector<Scanners::Macro> Scanners::FindMacros() const
+{
+    CommentLookup comments = Comments();
+    std::vector<Macro> macros;
+    for (qsizetype hit = -1; (hit = Define.Find(m_text, hit + 1, m_text.size())) >= 0;) {
+        if (comments.IsCommented(hit))
+            continue;
+        // Whatever follows the word directly is passed over.
+        qsizetype start = std::min(hit + Define.word.size() + 1, m_text.size());
+        while (start < m_text.size() && IsBlankOrTab(m_text[start]))
+            ++start;
+        qsizetype nameEnd = -1;
+        qsizetype at = start;
+        for (; at < m_text.size() && m_text[at] != u'#'; ++at) {
+            if (nameEnd < 0 && (m_text[at] == u'(' || IsBlankOrTab(m_text[at])))
+                nameEnd = at;
+        }
+        macros.push_back({hit, {start, at}, nameEnd < 0 ? at : nameEnd});
+    }
+    return macros;
+}
+
+void Scanners::SearchMacro()
+{
+    const std::vector<Macro> macros = FindMacros();
+    if (macros.empty())
+        return;
+    const std::vector<std::vector<Call>> calls = SearchMacroCalls(macros);
+    const qint32 root = m_builder.AddRoot(OutlineKind::Macro);
+    for (std::size_t i = 0; i < macros.size(); ++i) {
+        const qint32 node = m_builder.Add({.kind = OutlineKind::Macro,
+                                           .parent = root,
+                                           .number = qint32(i) + 1,
+                                           .tag = qint32(macros[i].define),
+                                           .caption = macros[i].caption});
+        qint32 number = 0;
+        for (const Call &call : calls[i])
+            m_builder.Add({.kind = OutlineKind::MacroCall,
+                           .parent = node,
+                           .number = ++number,
+                           .tag = qint32(call.tag),
+                           .caption = call.caption});
+    }
+}
+
+std::vector<std::vector<Scanners::Call>> Scanners::SearchMacroCalls(const std::vector<Macro> &macros) const
+{
+    std::vector<QStringView> names;
+    names.reserve(macros.size());
+    for (const Macro &macro : macros)
+        names.push_back(m_text.sliced(macro.caption.start, macro.nameEnd - macro.caption.start));
+    const MacroNames macroNames(names);
+
+    CommentLookup comments = Comments();
+    NextCharacter<EndsArguments> brackets(m_text);
+    std::vector<std::vector<Call>> calls(macros.size());
+    for (qsizetype hit = macros.front().define; (hit = m_text.indexOf(u'$', hit)) >= 0; ++hit) {
+        if (hit > 0 && IsWordCharacter(m_text[hit - 1]))
+            continue;
+        macroNames.ForEachAt(m_text, hit + 1, [&](qsizetype length, const std::vector<qint32> &places) {
+            if (comments.IsCommented(hit))
+                return;
+            qsizetype end = hit + 1 + length;
+            if (end < m_text.size() && m_text[end] == u'(') {
+                const qsizetype bracket = brackets.From(end);
+                if (bracket < m_text.size() && m_text[bracket] == u')')
+                    end = bracket + 1;
+            }
+            for (const qint32 place : places) {
+                if (macros[std::size_t(place)].define > hit)
+                    break;
+                calls[std::size_t(place)].push_back({hit, {hit + 1, end}});
+            }
+        });
+    }
+    return calls;
+}
+
+void Scanners::SearchInclude()
+{
+    CommentLookup comments = Comments();
+    NextCharacter<EndsInclude> ends(m_text);
+    qint32 root = -1;
+    qint32 number = 0;
+    for (qsizetype hit = -1; (hit = Include.Find(m_text, hit + 1, m_text.size())) >= 0;) {
+        if (comments.IsCommented(hit))
+            continue;
+        const qsizetype start = hit + Include.word.size();
+        const qsizetype end = ends.From(start);
+        // More than the delimiters of the name, which are whatever stands at its ends.
+        if (!IsLongerNormalized(m_text.sliced(start, end - start), 2))
+            continue;
+        if (root < 0)
+            root = m_builder.AddRoot(OutlineKind::Include);
+        m_builder.Add({.kind = OutlineKind::Include,
+                       .parent = root,
+                       .number = ++number,
+                       .tag = qint32(hit),
+                       .caption = {start, end}});
+    }
+}
+
+} // namespace
+
+Outline ScanOutline(const QString &text, FileKind kind)
+{
+    Scanners scanners(text);
+    const auto scanScore = [&](qsizetype start, qsizetype end, qsizetype firstTag) {
+        scanners.SearchEndOFSection(start, end, firstTag);
+        scanners.SearchNamedSection(start, end);
+        scanners.SearchFTables(start, end);
+    };
+    switch (kind) {
+    case FileKind::Orchestra:
+        scanners.SearchInstr(0, text.size());
+        break;
+    case FileKind::Score:
+        scanScore(0, text.size(), 0);
+        break;
+    case FileKind::Unified: {
+        scanners.SearchTags();
+        const qsizetype instruments = text.indexOf(u"<CsInstruments>");
+        const qsizetype instrumentsEnd = text.indexOf(u"</CsInstruments>");
+        if (instruments >= 0 && instrumentsEnd >= 0)
+            scanners.SearchInstr(instruments, instrumentsEnd);
+        const qsizetype score = text.indexOf(u"<CsScore>");
+        const qsizetype scoreEnd = text.indexOf(u"</CsScore>");
+        if (score >= 0 && scoreEnd >= 0)
+            scanScore(score, scoreEnd, score + 1); // kept: counted from 1
+        break;
+    }
+    default:
+        return {};
+    }
+    scanners.SearchMacro();
+    scanners.SearchInclude();
+    return scanners.Done();
+}
+
+} // namespace zelvane
