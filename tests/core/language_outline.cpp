@@ -1,0 +1,412 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "language/outline.h"
+#include "oracle/outlineoracle.h"
+#include "support/printers.h"
+#include "support/randomtext.h"
+
+#include <gtest/gtest.h>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane::test
+{
+
+namespace
+{
+
+constexpr int RandomTexts = 20000;
+
+QString Line(const QString &parent, const QString &key, const QString &caption, const QString &image,
+             const QString &tag, bool grey)
+{
+    return parent + u" > "_s + key + u" ["_s + image + u' ' + tag + (grey ? u" grey"_s : QString()) +
+           u"] "_s + caption;
+}
+
+/// The nodes of an outline in their order, one line for each.
+QStringList Lines(const Outline &outline)
+{
+    QStringList lines;
+    for (qsizetype place = 0; place < outline.Count(); ++place) {
+        const OutlineNode &node = outline.At(place);
+        lines += Line(node.parent < 0 ? QString() : outline.Key(node.parent), outline.Key(place),
+                      outline.Caption(place), ImageOfKind(node.kind),
+                      node.isRoot ? QString() : QString::number(node.tag), node.isCommented);
+    }
+    return lines;
+}
+
+QStringList Lines(const oracle::OutlineLoops &loops)
+{
+    QStringList lines;
+    for (const oracle::TreeNode &node : loops.tree)
+        lines += Line(node.parent, node.key, node.caption, node.image, node.tag, node.grey);
+    return lines;
+}
+
+/// Key and caption of all nodes, joined by a colon, without the roots.
+QStringList Children(const QString &text, FileKind kind)
+{
+    const Outline outline = ScanOutline(text, kind);
+    QStringList children;
+    for (qsizetype place = 0; place < outline.Count(); ++place) {
+        if (!outline.At(place).isRoot)
+            children += outline.Key(place) + u'=' + outline.Caption(place);
+    }
+    return children;
+}
+QStringList Orchestra(const QString &text)
+{
+    return Children(text, FileKind::Orchestra);
+}
+QStringList Score(const QString &text)
+{
+    return Children(text, FileKind::Score).mid(1); // without the first section
+}
+QStringList Unified(const QString &text)
+{
+    return Children(text, FileKind::Unified);
+}
+
+const QStringList CommonPieces = {u" "_s,  u"\n"_s, u"\n"_s, u"\t"_s, u"\r"_s,     u";"_s,
+                                  u"/*"_s, u"*/"_s, u"/"_s,  u"*"_s,  u"\u00e9"_s, u"_"_s,
+                                  u"1"_s,  u"x"_s,  u"("_s,  u")"_s,  u"\u0416"_s, u"\""_s};
+
+/// Compares with the loops on texts of the pieces; `wanted` is an image that has to come up.
+void CompareWithLoops(const QStringList &pieces, FileKind kind, const QString &wanted, unsigned seed,
+                      int longest = 24)
+{
+    RandomText random(CommonPieces + pieces, longest, seed);
+    qsizetype hits = 0;
+    for (int i = 0; i < RandomTexts; ++i) {
+        const QString text = random.Next();
+        oracle::OutlineLoops loops;
+        loops.BuildOutline(text, int(kind));
+        const Outline outline = ScanOutline(text, kind);
+        ASSERT_EQ(Lines(outline), Lines(loops)) << ::testing::PrintToString(text);
+        for (qsizetype n = 1; n < loops.instrStart.size(); ++n)
+            ASSERT_EQ(outline.Instrument(n), (TextSpan{loops.instrStart[n], loops.instrEnd[n]}))
+                << ::testing::PrintToString(text);
+        for (const oracle::TreeNode &node : loops.tree)
+            hits += node.image == wanted && !node.tag.isEmpty();
+    }
+    EXPECT_GT(hits, RandomTexts / 10) << "the texts hold too little";
+}
+
+} // namespace
+
+TEST(OutlineOracle, Instruments)
+{
+    CompareWithLoops({u"instr"_s, u"instr "_s, u"instr 1\n"_s, u"endin"_s, u"\nendin\n"_s, u" endin "_s,
+                      u"INSTR"_s, u"Endin"_s, u"in\u017Ftr"_s, u"\u0130nstr"_s, u"endIn"_s},
+                     FileKind::Orchestra, u"instr"_s, 1);
+}
+
+TEST(OutlineOracle, Labels)
+{
+    CompareWithLoops({u"\ninstr "_s, u"\ninstr 1\n"_s, u"\nendin\n"_s, u":"_s, u":"_s, u":"_s, u"lab:"_s,
+                      u"\nlab"_s, u"\n\t lab:"_s, u"\r"_s},
+                     FileKind::Orchestra, u"label"_s, 2, 40);
+}
+
+TEST(OutlineOracle, Macros)
+{
+    CompareWithLoops({u"#define"_s, u"#define "_s, u"#define A"_s, u"#DEFINE x("_s, u"#"_s, u"#"_s, u"A"_s},
+                     FileKind::Orchestra, u"macro"_s, 3);
+}
+
+TEST(OutlineOracle, MacroCalls)
+{
+    CompareWithLoops({u"#define A#"_s, u"#define A #1#\n"_s, u"#define AB(x)#"_s, u"#define A.B#"_s,
+                      u"#define \n#"_s, u"#define #"_s, u"#define $A#"_s, u"$"_s, u"$A"_s, u"$A("_s, u"$AB"_s,
+                      u"$A.B "_s, u"$a"_s, u"$$A"_s, u"A"_s, u"B"_s, u" $AB(1)"_s, u"$x"_s, u"#define x #"_s},
+                     FileKind::Orchestra, u"macrocall"_s, 4, 30);
+}
+
+TEST(OutlineOracle, Includes)
+{
+    CompareWithLoops({u"#include"_s, u"#include \"a.orc\""_s, u"#Include <b>"_s, u"#include \"c d\";"_s,
+                      u"\""_s, u"#include ab"_s, u"include"_s, u"#"_s},
+                     FileKind::Score, u"include"_s, 5);
+}
+
+TEST(OutlineOracle, Sections)
+{
+    CompareWithLoops({u"s"_s, u"s "_s, u"\ns\n"_s, u"S"_s, u"s1"_s}, FileKind::Score, u"section"_s, 6);
+}
+
+TEST(OutlineOracle, NamedSections)
+{
+    CompareWithLoops({u"m"_s, u"m "_s, u"\nm name\n"_s, u"M"_s, u"m1"_s}, FileKind::Score, u"namedsection"_s,
+                     7);
+}
+
+TEST(OutlineOracle, FunctionTables)
+{
+    CompareWithLoops({u"f"_s, u"\nf"_s, u"f1 0 4096 10 "_s, u"\nf 1 0 4096 10"_s, u" f 0 "_s, u"\nf 0 10 "_s,
+                      u"0"_s, u" 0"_s, u"0 "_s, u"2 "_s, u" 34"_s, u"F"_s, u"5/6 "_s, u"//"_s},
+                     FileKind::Score, u"table"_s, 8, 30);
+}
+
+TEST(OutlineOracle, Tags)
+{
+    CompareWithLoops({u"<"_s, u">"_s, u"</"_s, u"<a>"_s, u"<a>"_s, u"</a>"_s, u"</a>"_s, u"<b>"_s, u"</b>"_s,
+                      u"<b c>"_s, u"</b c>"_s, u"<>"_s, u"</>"_s, u"a"_s, u"<x></x> "_s},
+                     FileKind::Unified, u"csd"_s, 9, 30);
+}
+
+TEST(OutlineOracle, UnifiedDocuments)
+{
+    CompareWithLoops({u"<CsInstruments>"_s, u"</CsInstruments>"_s, u"<CsScore>"_s, u"</CsScore>"_s,
+                      u"<CsScore>"_s, u"</CsScore>"_s, u"\ninstr 1\n"_s, u"\nendin\n"_s, u"\nendin\n"_s,
+                      u"\nlab:"_s, u"#define A #1#\n"_s, u"$A"_s, u"#include \"a\"\n"_s, u"\ns\n"_s,
+                      u"\nm x\n"_s, u"\nf 1 0 8 2 "_s, u"<a>"_s, u"</a>"_s},
+                     FileKind::Unified, u"section"_s, 10, 40);
+}
+
+TEST(Outline, RootsAndChildrenHaveTheirKeysCaptionsAndImages)
+{
+    const QString text =
+        u"<CsInstruments>\n#define A #1#\ninstr 7\nloop: a1 = $A\nendin\n#include \"u.orc\"\n"
+        "</CsInstruments>\n<CsScore>\nm verse\nf1 0 8 2 1\ns\n</CsScore>\n"_s;
+    EXPECT_EQ(Lines(ScanOutline(text, FileKind::Unified)),
+              (QStringList{
+                  u" > rootags [csd ] Tags"_s, u"rootags > tag1 [csd 0] CsInstruments"_s,
+                  u"rootags > tag2 [csd 92] CsScore"_s, u" > rootins [instr ] Instruments"_s,
+                  u"rootins > ins1 [instr 1] 7"_s, u"ins1 > ins1lbl1 [label 42] loop:"_s,
+                  u" > rootsec [section ] Sections"_s, u"rootsec > sec0 [section 93] Section 1"_s,
+                  u"rootsec > sec1 [section 121] Section 2"_s, u" > rootnse [namedsection ] Named Sections"_s,
+                  u"rootnse > nse1 [namedsection 102] verse"_s, u" > rootftb [table ] Function Tables"_s,
+                  u"rootftb > ftb1 [table 110] 1 GEN2 8"_s, u" > rootmac [macro ] Macros"_s,
+                  u"rootmac > mac1 [macro 16] A"_s, u"mac1 > mac1cal1 [macrocall 49] A"_s,
+                  u" > rootinc [include ] Include"_s, u"rootinc > inc1 [include 58] u.orc"_s}));
+}
+
+TEST(Outline, ChildrenRowsAndKeysAgree)
+{
+    const Outline outline =
+        ScanOutline(u"instr 1\na:\nb:\nendin\ninstr 2\nendin\n#define M ##\n"_s, FileKind::Orchestra);
+    ASSERT_EQ(outline.Children(-1).size(), 2u);
+    const auto instruments = outline.Children(outline.Children(-1)[0]);
+    ASSERT_EQ(instruments.size(), 2u);
+    const auto labels = outline.Children(instruments[0]);
+    ASSERT_EQ(labels.size(), 2u);
+    EXPECT_EQ(outline.Key(labels[1]), u"ins1lbl2");
+    EXPECT_EQ(outline.Row(labels[1]), 1);
+    EXPECT_EQ(outline.At(labels[1]).parent, instruments[0]);
+    EXPECT_TRUE(outline.Children(instruments[1]).empty());
+    EXPECT_EQ(outline.Find(u"ins1lbl2"), labels[1]);
+    EXPECT_EQ(outline.Find(u"ins3"), -1);
+    EXPECT_EQ(outline.Find(u""), -1);
+    EXPECT_TRUE(Outline().Children(-1).empty());
+}
+
+TEST(Outline, AnOtherDocumentHasNone)
+{
+    EXPECT_EQ(ScanOutline(u"instr 1\nendin\n#define A #1#"_s, FileKind::Other).Count(), 0);
+}
+
+TEST(Outline, AnEmptyOrchestraHasNoNodesAndAnEmptyScoreOneSection)
+{
+    EXPECT_EQ(ScanOutline({}, FileKind::Orchestra).Count(), 0);
+    EXPECT_EQ(Lines(ScanOutline({}, FileKind::Score)),
+              (QStringList{u" > rootsec [section ] Sections"_s, u"rootsec > sec0 [section 0] Section 1"_s}));
+    EXPECT_EQ(Lines(ScanOutline({}, FileKind::Unified)), QStringList{u" > rootags [csd ] Tags"_s});
+}
+
+TEST(Outline, AnInstrumentTakesTheWholeRestOfItsLine)
+{
+    EXPECT_EQ(Orchestra(u"instr 1, 2 ; bass\nendin"_s), QStringList{u"ins1=1, 2 ; bass"_s});
+    EXPECT_EQ(Orchestra(u"instr\t 1 ,\t2\r\nendin"_s), QStringList{u"ins1=1 , 2"_s});
+    EXPECT_EQ(Orchestra(u"instr\nendin"_s), QStringList{u"ins1="_s});
+}
+
+TEST(Outline, WithoutItsEndAnInstrumentAndThoseBehindItAreNotListed)
+{
+    EXPECT_EQ(Orchestra(u"instr 1\na1 = 0\n"_s), QStringList());
+    EXPECT_EQ(Orchestra(u"instr 1\nendin\ninstr 2\n"_s), QStringList{u"ins1=1"_s});
+    // The first takes the end of the second.
+    EXPECT_EQ(Orchestra(u"instr 1\ninstr 2\nendin\n"_s), QStringList{u"ins1=1"_s});
+}
+
+TEST(Outline, ACommentedInstrumentDoesNotCountButACommentedEndDoes)
+{
+    EXPECT_EQ(Orchestra(u";instr 1\ninstr 2\nendin\n"_s), QStringList{u"ins1=2"_s});
+    EXPECT_EQ(Orchestra(u"/* instr 1 */\ninstr 2\nendin\n"_s), QStringList{u"ins1=2"_s});
+    EXPECT_EQ(ScanOutline(u"instr 1\n;endin\nendin\n"_s, FileKind::Orchestra).Instrument(1),
+              (TextSpan{0, 14}));
+}
+
+TEST(Outline, AnInstrumentIsAWholeWordInAnyCase)
+{
+    EXPECT_EQ(Orchestra(u"Instrument 1\nendin"_s), QStringList());
+    EXPECT_EQ(Orchestra(u"instr 1\nendinx"_s), QStringList());
+    EXPECT_EQ(Orchestra(u"_instr 1\nendin"_s), QStringList());
+    EXPECT_EQ(Orchestra(u"INSTR 1\nEndIn"_s), QStringList{u"ins1=1"_s});
+}
+
+TEST(Outline, AHitInAStringCounts)
+{
+    EXPECT_EQ(Orchestra(u"prints \"instr 1\"\nendin"_s), QStringList{u"ins1=1\""_s});
+}
+
+TEST(Outline, ALabelIsALoneWordAtTheStartOfALine)
+{
+    const auto labels = [](const QString &line) {
+        return Orchestra(u"instr 1\n"_s + line + u"\nendin\n"_s).mid(1);
+    };
+    EXPECT_EQ(labels(u"loop: a1 = 1"_s), QStringList{u"ins1lbl1=loop:"_s});
+    EXPECT_EQ(labels(u"\t  loop:"_s), QStringList{u"ins1lbl1=loop:"_s});
+    EXPECT_EQ(labels(u"if (x) goto y:"_s), QStringList());
+    EXPECT_EQ(labels(u"x goto y:"_s), QStringList());
+    EXPECT_EQ(labels(u"oscil:k(1, 2)"_s), QStringList{u"ins1lbl1=oscil:"_s});
+    EXPECT_EQ(labels(u"f(oscil:k)"_s), QStringList()) << "a bracket is no part of a label";
+    EXPECT_EQ(labels(u";loop:"_s), QStringList());
+    EXPECT_EQ(labels(u"loop :"_s), QStringList());
+    EXPECT_EQ(labels(u"a:b: c"_s), (QStringList{u"ins1lbl1=a:"_s, u"ins1lbl2=a:b:"_s}));
+    EXPECT_EQ(labels(u":"_s), QStringList{u"ins1lbl1=:"_s});
+}
+
+TEST(Outline, ALabelWalkEndsAtTheStartOfTheText)
+{
+    EXPECT_EQ(Orchestra(u"instr:1\nendin"_s), (QStringList{u"ins1=:1"_s, u"ins1lbl1=instr:"_s}));
+}
+
+TEST(Outline, AMacroIsTakenUpToTheHash)
+{
+    EXPECT_EQ(Orchestra(u"#define FOO(a'b) #x#"_s), QStringList{u"mac1=FOO(a'b)"_s});
+    EXPECT_EQ(Orchestra(u"#define  FOO \t #x#"_s), QStringList{u"mac1=FOO"_s});
+    EXPECT_EQ(Orchestra(u"#define FOO\n  #x#"_s), QStringList{u"mac1=FOO"_s}) << "it may span lines";
+    EXPECT_EQ(Orchestra(u"#define FOO bar"_s), QStringList{u"mac1=FOO bar"_s});
+    EXPECT_EQ(Orchestra(u"#defined FOO #x#"_s), QStringList());
+    EXPECT_EQ(Orchestra(u"; #define FOO #x#"_s), QStringList());
+}
+
+TEST(Outline, TheFirstCharacterBehindDefineIsPassedOver)
+{
+    EXPECT_EQ(Orchestra(u"#define+FOO #x#"_s), QStringList{u"mac1=FOO"_s});
+    EXPECT_EQ(Orchestra(u"#define#FOO #x#"_s), QStringList{u"mac1=FOO"_s});
+    EXPECT_EQ(Orchestra(u"#define"_s), QStringList{u"mac1="_s});
+}
+
+TEST(Outline, CallsOfAMacroHaveTheirArguments)
+{
+    const QString text = u"$FOO\n#define FOO(a'b) #x#\n$FOO(1'2) + $FOO $FOO(3\n) ;$FOO\n$FOOD $foo a$FOO"_s;
+    EXPECT_EQ(Orchestra(text), (QStringList{u"mac1=FOO(a'b)"_s, u"mac1cal1=FOO(1'2)"_s, u"mac1cal2=FOO"_s,
+                                            u"mac1cal3=FOO"_s}));
+    EXPECT_EQ(Orchestra(u"#define A[x] #1#\n$A[x]"_s), (QStringList{u"mac1=A[x]"_s, u"mac1cal1=A[x]"_s}))
+        << "only a round bracket ends the bare name";
+}
+
+TEST(Outline, MacrosOfOneNameHaveTheCallsBehindThem)
+{
+    EXPECT_EQ(Orchestra(u"#define A #1#\n$A\n#define A #2#\n$A"_s),
+              (QStringList{u"mac1=A"_s, u"mac1cal1=A"_s, u"mac1cal2=A"_s, u"mac2=A"_s, u"mac2cal1=A"_s}));
+}
+
+TEST(Outline, TheFirstSectionAlwaysExists)
+{
+    EXPECT_EQ(Children(u"i1 0 1\ns\ni1 0 1\ns 4\nS\ns1\n;s\n"_s, FileKind::Score),
+              (QStringList{u"sec0=Section 1"_s, u"sec1=Section 2"_s, u"sec2=Section 3"_s}));
+}
+
+TEST(Outline, ANamedSectionTakesTheRestOfTheLine)
+{
+    EXPECT_EQ(Score(u"m  verse \t 1 ; x\nmain\nM x\n"_s), QStringList{u"nse1=verse 1 ; x"_s});
+}
+
+TEST(Outline, ATableNeedsFourFieldsAndANumber)
+{
+    EXPECT_EQ(Score(u"f 1 0 4096 10 1\n"_s), QStringList{u"ftb1=1 GEN10 4096"_s});
+    EXPECT_EQ(Score(u"f1 0 4096 10 1\n"_s), QStringList{u"ftb1=1 GEN10 4096"_s});
+    EXPECT_EQ(Score(u"f 0 10 20 30 \n"_s), QStringList());
+    EXPECT_EQ(Score(u"f0 10 20 30 \n"_s), QStringList());
+    EXPECT_EQ(Score(u"f 1 0 4096"_s), QStringList());
+    EXPECT_EQ(Score(u"F 1 0 4096 10 1\n"_s), QStringList());
+    EXPECT_EQ(Score(u"xf 1 0 4096 10 1\n"_s), QStringList());
+    EXPECT_EQ(Score(u";f 1 0 4096 10 1\n"_s), QStringList());
+}
+
+TEST(Outline, AnyWordThatBeginsWithFStartsATable)
+{
+    EXPECT_EQ(Score(u"foo 1 2 3 "_s), QStringList{u"ftb1=oo GEN3 2"_s});
+}
+
+TEST(Outline, TheFieldsOfATableMaySpanLines)
+{
+    EXPECT_EQ(Score(u"f 1 0\n4096\r\n10\n"_s), QStringList{u"ftb1=1 GEN10 4096"_s});
+}
+
+TEST(Outline, ATableEndsAtAComment)
+{
+    EXPECT_EQ(Score(u"f 1 0 4096 ;10 1\n"_s), QStringList());
+    EXPECT_EQ(Score(u"f 1 0 4096 /*10 1\n"_s), QStringList());
+}
+
+TEST(Outline, AFieldLeavesOutItsSlashesFromItsLength)
+{
+    EXPECT_EQ(Score(u"f 1/2 0 4/0/9/6 10 1\n"_s), QStringList{u"ftb1=1/ GEN10 4/0/"_s});
+    EXPECT_EQ(Score(u"f / 1 0 4096 10 1\n"_s), QStringList{u"ftb1=1 GEN10 4096"_s});
+}
+
+TEST(Outline, AnUnendedFieldHasTheLengthOfTheOneBefore)
+{
+    EXPECT_EQ(Score(u"f 1 0 8 10"_s), QStringList{u"ftb1=1 GEN 8"_s});
+    EXPECT_EQ(Score(u"f 1 0 8 10;"_s), QStringList{u"ftb1=1 GEN 8"_s});
+    EXPECT_EQ(Score(u"f 1 0 8 2 1\nf 2 0 16 10;"_s), (QStringList{u"ftb1=1 GEN2 8"_s, u"ftb2=2 GEN1 16"_s}));
+    EXPECT_EQ(Score(u"f 0 1 1 12 1\nf 2 0 16 10;"_s), QStringList{u"ftb1=2 GEN10 16"_s})
+        << "also of one that is not listed";
+    EXPECT_EQ(Score(u"f 1 0 8 777 1\nf 2 0 16 4"_s), (QStringList{u"ftb1=1 GEN777 8"_s, u"ftb2=2 GEN4 16"_s}))
+        << "no further than the text";
+}
+
+TEST(Outline, AnIncludeLosesItsDelimiters)
+{
+    EXPECT_EQ(Orchestra(u"#include \"a.orc\""_s), QStringList{u"inc1=a.orc"_s});
+    EXPECT_EQ(Orchestra(u"#include  <a  b.orc> ; old\n"_s), QStringList{u"inc1=a b.orc"_s});
+    EXPECT_EQ(Orchestra(u"#include abcd"_s), QStringList{u"inc1=bc"_s});
+    EXPECT_EQ(Orchestra(u"#include ab"_s), QStringList());
+    EXPECT_EQ(Orchestra(u"#include \"\""_s), QStringList());
+    EXPECT_EQ(Orchestra(u"#include a b"_s), QStringList{u"inc1= "_s});
+}
+
+TEST(Outline, TagsNestAndCountAllNodes)
+{
+    EXPECT_EQ(Unified(u"<a><b></b><c></c></a><d></d> "_s),
+              (QStringList{u"tag1=a"_s, u"tag2=b"_s, u"tag3=c"_s, u"tag4=d"_s}));
+}
+
+TEST(Outline, AnUnpairedTagStopsTheListingOfItsLevel)
+{
+    EXPECT_EQ(Unified(u"<a><x><b></b></a><d></d> "_s), (QStringList{u"tag1=a"_s, u"tag2=d"_s}));
+    EXPECT_EQ(Unified(u"<a></a><x><d></d> "_s), QStringList{u"tag1=a"_s});
+}
+
+TEST(Outline, TheLastCharacterClosesNoOpeningTag)
+{
+    EXPECT_EQ(Unified(u"<a></a>"_s), QStringList{u"tag1=a"_s});
+    EXPECT_EQ(Unified(u"</a><a>"_s), QStringList());
+}
+
+TEST(Outline, ACommentedTagIsKept)
+{
+    const Outline outline = ScanOutline(u";<a>\n</a>\n<b></b> "_s, FileKind::Unified);
+    ASSERT_EQ(outline.Count(), 3);
+    EXPECT_TRUE(outline.At(1).isCommented);
+    EXPECT_FALSE(outline.At(2).isCommented);
+}
+
+TEST(Outline, ASectionTagInTheWrongOrderGivesNoHits)
+{
+    EXPECT_EQ(Unified(u"</CsScore>\nf 1 0 8 2 1\ns\n<CsScore>\n"_s), QStringList{u"sec0=Section 1"_s});
+    EXPECT_EQ(Unified(u"</CsInstruments>\ninstr 1\nendin\n<CsInstruments>\n"_s), QStringList());
+    EXPECT_EQ(Unified(u"<csscore>\ns\n</csscore>\n"_s), QStringList{u"tag1=csscore"_s});
+}
+
+TEST(Outline, InstrumentsOfAUnifiedDocumentLieBetweenTheirTags)
+{
+    EXPECT_EQ(Unified(u"instr 9\nendin\n<CsInstruments>\ninstr 1\n</CsInstruments>\nendin\n"_s),
+              QStringList{u"tag1=CsInstruments"_s});
+}
+
+} // namespace zelvane::test
