@@ -1,0 +1,228 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "language/sections.h"
+
+#include "language/highlighter.h"
+#include "language/languagekeys.h"
+#include "language/scanner.h"
+#include "platform/desktop.h"
+#include "platform/runtimeerror.h"
+#include "platform/textbuffer.h"
+#include "run/filekinds.h"
+#include "run/kindsearch.h"
+#include "shell/documentkeys.h"
+#include "shell/documentkind.h"
+#include "shell/documentsteps.h"
+#include "shell/documentview.h"
+#include "shell/editorcontext.h"
+#include "shell/findtext.h"
+#include "shell/lineends.h"
+#include "shell/settings.h"
+#include "shell/splitpath.h"
+#include "shell/typeenable.h"
+
+#include <new>
+#include <QScopeGuard>
+#include <utility>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane
+{
+
+namespace
+{
+
+constexpr QLatin1String InstrumentsTag("CsInstruments");
+constexpr QLatin1String ScoreTag("CsScore");
+
+} // namespace
+
+QString ExtractTag(const QString &text, const QString &tag)
+{
+    const QString opening = u'<' + tag + u'>';
+    const qsizetype open = text.indexOf(opening);
+    const qsizetype close = text.indexOf(u"</"_s + tag + u'>');
+    if (open < 0 || close < 0)
+        return {};
+    const qsizetype start = open + opening.size();
+    if (close < start)
+        throw RunTimeError(ErrorNumber::InvalidCall, u"Invalid procedure call or argument"_s);
+    return text.sliced(start, close - start);
+}
+
+QString UnifiedText(const QString &orchestra, const QString &score)
+{
+    return u"<CsoundSynthesizer>\n"
+           "<CsOptions>\n\n</CsOptions>\n"
+           "<CsInstruments>\n"_s +
+           orchestra + u"\n</CsInstruments>\n<CsScore>\n"_s + score + u"\n</CsScore>\n</CsoundSynthesizer>"_s;
+}
+
+PieceSections::PieceSections(EditorContext &editor, DocumentView &view, DocumentSteps &steps,
+                             Highlighter &highlighter)
+    : m_editor(editor), m_view(view), m_steps(steps), m_highlighter(highlighter)
+{
+}
+
+void PieceSections::mnuOrchestra()
+{
+    if (m_editor.document.CurrentFile.isEmpty())
+        return;
+    if (m_editor.document.DocumentKind == FileKind::Unified)
+        GoToTag(InstrumentsTag);
+    else
+        GoToFile(FileKind::Orchestra, m_orchestraSide, m_scoreSide);
+}
+
+void PieceSections::mnuScore()
+{
+    if (m_editor.document.CurrentFile.isEmpty())
+        return;
+    if (m_editor.document.DocumentKind == FileKind::Unified)
+        GoToTag(ScoreTag);
+    else
+        GoToFile(FileKind::Score, m_scoreSide, m_orchestraSide);
+}
+
+void PieceSections::GoToTag(const QString &tag)
+{
+    const QString opening = u'<' + tag + u'>';
+    const qsizetype hit = FindText(m_editor.text.Text(), opening, 0, -1, FindAnywhere);
+    if (hit >= 0)
+        PutCaretAtTop(hit);
+    else
+        m_editor.desktop.MessageBox(
+            {.text = u"There is no "_s + opening + u" tag in this file."_s, .icon = BoxIcon::Information});
+}
+
+void PieceSections::GoToFile(FileKind kind, CaretMemory &ours, const CaretMemory &other)
+{
+    const DocumentRecord &document = m_editor.document;
+    const QString companion = SearchKindFile(kind, false, false, m_editor);
+    if (companion.isEmpty() || companion == document.CurrentFile)
+        return;
+    // When it cannot be saved, the opening asks about the text once more.
+    if (document.Modified && m_editor.settings.Flag(Keys::SaveOnSwitch))
+        m_editor.operations.SaveFile(document.CurrentFile);
+    ours = {document.CurrentFile, qint32(m_editor.text.Selection().start)};
+    // The list of related files stays as it is, since both files belong to it.
+    m_editor.operations.OpenFile(companion, OpenOrigin::RelatedFiles);
+    if (m_editor.settings.Flag(Keys::RememberCaret) &&
+        document.CurrentFile.compare(other.file, Qt::CaseInsensitive) == 0)
+        PutCaretAtTop(other.caret);
+}
+
+void PieceSections::PutCaretAtTop(qsizetype offset)
+{
+    TextBuffer &text = m_editor.text;
+    text.ScrollToLine(text.LineOfOffset(offset));
+    text.SetSelection(offset, offset);
+}
+
+void PieceSections::mnuCSD(Conversion conversion)
+{
+    if (m_editor.document.CurrentFile.isEmpty()) {
+        m_editor.desktop.MessageBox(
+            {.text = u"You should save the current document first."_s, .icon = BoxIcon::Information});
+        return;
+    }
+    try {
+        if (conversion == Conversion::ToUnified)
+            ConvertToUnified();
+        else
+            ConvertToPair();
+    } catch (const std::bad_alloc &) {
+        throw RunTimeError(ErrorNumber::OutOfMemory, u"Out of memory"_s);
+    }
+}
+
+void PieceSections::ConvertToUnified()
+{
+    // Both halves are here before the text on the screen goes.
+    const std::optional<Half> orchestra = ReadHalf(FileKind::Orchestra);
+    if (!orchestra)
+        return;
+    const std::optional<Half> score = ReadHalf(FileKind::Score);
+    if (!score)
+        return;
+    const QString name = SplitPath(PathPart::WithoutExtension, m_editor.document.CurrentFile) + u".csd"_s;
+    ShowUnified(name, UnifiedText(orchestra->text, score->text),
+                orchestra->encoding == score->encoding ? orchestra->encoding : TextEncoding());
+}
+
+std::optional<PieceSections::Half> PieceSections::ReadHalf(FileKind kind)
+{
+    const QString &current = m_editor.document.CurrentFile;
+    const QString name = SearchKindFile(kind, false, false, m_editor);
+    if (name.isEmpty()) {
+        // A document that is not on disk has no halves: what reading it meets is told. Else the user has
+        // cancelled.
+        ReadFileBytes(current);
+        return {};
+    }
+    DecodedText file = DecodeText(ReadFileBytes(name));
+    return Half{ToLineFeeds(std::move(file.text)), file.encoding};
+}
+
+void PieceSections::ShowUnified(const QString &name, const QString &text, const TextEncoding &encoding)
+{
+    {
+        m_view.HideText();
+        const auto shown = qScopeGuard([this] {
+            m_view.ShowText();
+            m_view.FocusText();
+        });
+        m_editor.operations.NewFile(FileKind::Unified, name);
+        m_editor.document.Encoding = encoding;
+        m_editor.document.HoldsNul = text.contains(QChar(0));
+        m_editor.text.LoadText(text);
+        if (m_editor.settings.Flag(Keys::ColorComments))
+            ColourAsOrchestra();
+    }
+    TypeEnable(m_editor.document.DocumentKind, m_view);
+    if (m_steps.outline->OutlineShown())
+        m_steps.outline->BuildOutline();
+}
+
+void PieceSections::ColourAsOrchestra()
+{
+    m_highlighter.HighlightRange(0, 0, int(ScanMode::Orchestra));
+    // A pass that failed leaves it set, and edits would go unseen.
+    m_editor.document.Loading = false;
+}
+
+void PieceSections::ConvertToPair()
+{
+    const QString text = m_editor.text.Text();
+    const QString orchestra = ExtractTag(text, InstrumentsTag);
+    const QString score = ExtractTag(text, ScoreTag);
+    const QString file = SaveHalf(FileKind::Orchestra, orchestra);
+    if (file.isEmpty() || SaveHalf(FileKind::Score, score).isEmpty())
+        return;
+    const QString question = BareFileName(file) + u" successfully converted to Orchestra/Score pair. "
+                                                  "Would you like to open Orchestra now?"_s;
+    if (m_editor.desktop.MessageBox({.text = question, .buttons = BoxButtons::YesNo}) == BoxAnswer::Yes)
+        m_editor.operations.OpenFile(file);
+}
+
+QString PieceSections::SaveHalf(FileKind kind, const QString &text)
+{
+    const QString &current = m_editor.document.CurrentFile;
+    const QString label = KindName(kind);
+    const QString extension = FirstExtension(kind, m_editor.settings);
+    const QString base = BareFileName(SplitPath(PathPart::WithoutExtension, current));
+    const QString file = m_editor.desktop
+                             .SaveFileDialog({.title = u"Save "_s + label,
+                                              .filters = {{label + u" Files"_s, u"*."_s + extension}},
+                                              .folder = current,
+                                              .fileName = base + u'.' + extension,
+                                              .defaultExtension = extension})
+                             .path;
+    if (file.isEmpty())
+        return {};
+    TextEncoding encoding = m_editor.document.Encoding;
+    WriteFileBytes(file, EncodeText(ToPcLineEnds(text + u'\n'), encoding));
+    return file;
+}
+
+} // namespace zelvane

@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/textfile.h"
+#include "shell/command.h"
+#include "shell/document.h"
+
+#include <optional>
+#include <QString>
+
+namespace zelvane
+{
+
+class DocumentView;
+class Highlighter;
+struct DocumentSteps;
+struct EditorContext;
+
+/// The text between the first "<tag>" and the first "</tag>" of the text, in exact case; empty when one of
+/// them is missing. Knows nothing of nesting. @throws RunTimeError when the closing one comes first
+QString ExtractTag(const QString &text, const QString &tag);
+
+/// The text of a unified file without options. Each half keeps its own last line end, and has one more behind
+/// it; there is none behind the last tag.
+QString UnifiedText(const QString &orchestra, const QString &score);
+
+/// The two halves of a piece: going from one to the other, in a unified file or in a pair of files, and the
+/// conversions between the two forms.
+class PieceSections
+{
+public:
+    /// @param steps gives the outline
+    PieceSections(EditorContext &editor, DocumentView &view, DocumentSteps &steps, Highlighter &highlighter);
+
+    /// In a unified document puts the caret to the half's opening tag, at the top of the view; tags are
+    /// looked for without regard to case. Else opens the file of the other half, where the caret goes back to
+    /// the place at which that file was left by these commands.
+    void mnuOrchestra();
+    void mnuScore();
+    /// Makes a new, modified unified document of the files of both halves as they are on disk, or writes the
+    /// halves of the document's text to two files. Without a file name neither does anything but tell so.
+    /// @throws RunTimeError when a file cannot be read, in which case the document is as it was, or cannot be
+    /// written
+    void mnuCSD(Conversion conversion);
+
+private:
+    /// Where a half was left.
+    struct CaretMemory {
+        QString file = {};
+        qint32 caret = 0; ///< offset from 0
+    };
+    /// A half as it is on disk.
+    struct Half {
+        QString text;
+        TextEncoding encoding;
+    };
+
+    void GoToTag(const QString &tag);
+    /// @param ours takes the place that is left; `other` is that of the command of the other half
+    void GoToFile(FileKind kind, CaretMemory &ours, const CaretMemory &other);
+    void PutCaretAtTop(qsizetype offset);
+
+    void ConvertToUnified();
+    void ConvertToPair();
+    /// No value when the user has cancelled the search.
+    std::optional<Half> ReadHalf(FileKind kind);
+    /// Replaces the document by a new one of that text, which nobody has saved yet.
+    void ShowUnified(const QString &name, const QString &text, const TextEncoding &encoding);
+    void ColourAsOrchestra();
+    /// Asks for a file and writes a half to it. @return its name, empty when the user has cancelled
+    QString SaveHalf(FileKind kind, const QString &text);
+
+    EditorContext &m_editor;
+    DocumentView &m_view;
+    DocumentSteps &m_steps;
+    Highlighter &m_highlighter;
+    CaretMemory m_orchestraSide; ///< of the command mnuOrchestra
+    CaretMemory m_scoreSide;     ///< of the command mnuScore
+};
+
+} // namespace zelvane

@@ -1,0 +1,612 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "language/sections.h"
+
+#include "language/highlighter.h"
+#include "language/languagekeys.h"
+#include "language/opcodelist.h"
+#include "oracle/sectionsoracle.h"
+#include "platform/runtimeerror.h"
+#include "platform/stylerun.h"
+#include "shell/documentkeys.h"
+#include "support/boxes.h"
+#include "support/lifecyclefixture.h"
+#include "support/randomtext.h"
+
+#include <algorithm>
+#include <optional>
+#include <QDir>
+#include <QFile>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane::test
+{
+
+namespace
+{
+
+const QByteArray Orchestra = "sr = 44100\r\ninstr 1\r\nendin";
+const QByteArray Score = "i1 0 1\r\ne\r\n";
+const QByteArray Unified = "<CsoundSynthesizer>\r\n<CsOptions>\r\n\r\n</CsOptions>\r\n<CsInstruments>\r\n" +
+                           Orchestra + "\r\n</CsInstruments>\r\n<CsScore>\r\n" + Score +
+                           "\r\n</CsScore>\r\n</CsoundSynthesizer>";
+
+struct SectionsTest : LifecycleFixture {
+    OpcodeList opcodes;
+    Highlighter highlighter{editor, view, opcodes};
+    PieceSections sections{editor, view, view.steps, highlighter};
+
+    QString Path(const QString &name) const { return context.folder.filePath(name); }
+    /// Opens a file of these bytes.
+    QString Open(const QString &name, const QByteArray &bytes)
+    {
+        const QString path = context.WriteFile(name, bytes);
+        documents.OpenFile(path);
+        return path;
+    }
+    /// The files of the folder, without the settings store's.
+    QStringList Files() const
+    {
+        return QDir(context.folder.path()).entryList({u"*.orc"_s, u"*.sco"_s, u"*.csd"_s, u"*.txt"_s});
+    }
+    FileDialogRequest SelectDialog(const QString &label, const QString &extension, const QString &similar,
+                                   int filter = 0) const
+    {
+        return {.title = u"Select "_s + label + u" file"_s,
+                .filters = {{label + u" Files"_s, u"*."_s + extension},
+                            {label + u" Files (similar names)"_s, similar + u'.' + extension},
+                            {u"All Files"_s, u"*"_s}},
+                .filterIndex = filter,
+                .folder = context.folder.path()};
+    }
+    FileDialogRequest SaveDialog(const QString &label, const QString &extension, const QString &base) const
+    {
+        return {.title = u"Save "_s + label,
+                .filters = {{label + u" Files"_s, u"*."_s + extension}},
+                .folder = document.CurrentFile,
+                .fileName = base + u'.' + extension,
+                .defaultExtension = extension};
+    }
+    void ExpectSaves(const QString &orchestra, const QString &score, const QString &base)
+    {
+        desktop.ExpectSaveDialog(SaveDialog(u"Orchestra"_s, u"orc"_s, base), {.path = orchestra});
+        if (!orchestra.isEmpty())
+            desktop.ExpectSaveDialog(SaveDialog(u"Score"_s, u"sco"_s, base), {.path = score});
+    }
+    static MessageBoxRequest Converted(const QString &name)
+    {
+        return {.text = name + u" successfully converted to Orchestra/Score pair. "
+                               "Would you like to open Orchestra now?"_s,
+                .buttons = BoxButtons::YesNo};
+    }
+    /// What a conversion that failed must have left of the document.
+    struct Kept {
+        QString file, text, caption;
+        FileKind kind;
+        bool modified, loading;
+        bool operator==(const Kept &) const = default;
+    };
+    Kept Now() const
+    {
+        return {document.CurrentFile,  text.text,         view.caption,
+                document.DocumentKind, document.Modified, document.Loading};
+    }
+};
+
+const MessageBoxRequest SaveFirst{.text = u"You should save the current document first."_s,
+                                  .icon = BoxIcon::Information};
+
+std::optional<QString> Extracted(const QString &text)
+{
+    try {
+        return ExtractTag(text, u"CsScore"_s);
+    } catch (const RunTimeError &error) {
+        EXPECT_EQ(error.Number(), ErrorNumber::InvalidCall);
+        return std::nullopt;
+    }
+}
+
+} // namespace
+
+// Tags and the layout
+
+TEST(ExtractTag, TakesWhatStandsBetweenTheFirstTags)
+{
+    EXPECT_EQ(Extracted(u"<CsScore>i1</CsScore>"_s), u"i1"_s);
+    EXPECT_EQ(Extracted(u"<CsScore></CsScore>"_s), QString());
+    EXPECT_EQ(Extracted(u"a<CsScore>b<CsScore>c</CsScore>d</CsScore>"_s), u"b<CsScore>c"_s);
+    EXPECT_EQ(Extracted(u"<CsScore>"_s), QString());
+    EXPECT_EQ(Extracted(u"</CsScore>"_s), QString());
+    EXPECT_EQ(Extracted(u"<csscore>i1</CsScore>"_s), QString());
+    EXPECT_EQ(Extracted(u"</CsScore><CsScore>i1</CsScore>"_s), std::nullopt);
+}
+
+TEST(ExtractTag, IsThatOfTheLoop)
+{
+    RandomText random({u"<CsScore>"_s, u"</CsScore>"_s, u"<csscore>"_s, u"<CsScore"_s, u"CsScore>"_s, u"<"_s,
+                       u"/"_s, u"i1"_s, u"\n"_s},
+                      6);
+    for (int i = 0; i < 20000; ++i) {
+        const QString text = random.Next();
+        ASSERT_EQ(Extracted(text), oracle::ExtractTag(text, u"CsScore"_s)) << ::testing::PrintToString(text);
+    }
+}
+
+TEST(UnifiedText, IsThatOfItsLines)
+{
+    RandomText random({u"a"_s, u"\n"_s, u"</CsScore>"_s, u"<CsInstruments>"_s, u" "_s}, 5);
+    for (int i = 0; i < 20000; ++i) {
+        const QString orchestra = random.Next();
+        const QString score = random.Next();
+        ASSERT_EQ(UnifiedText(orchestra, score), oracle::UnifiedText(orchestra, score))
+            << ::testing::PrintToString(orchestra) << ::testing::PrintToString(score);
+    }
+}
+
+// Orchestra and Score
+
+TEST_F(SectionsTest, WithoutAFileNameNothingHappens)
+{
+    documents.NewFile(FileKind::Unified, {});
+    sections.mnuOrchestra();
+    sections.mnuScore();
+    EXPECT_EQ(text.selection, (TextSpan{0, 0}));
+    EXPECT_EQ(document.CurrentFile, QString());
+}
+
+TEST_F(SectionsTest, InAUnifiedFileTheTagComesToTheTop)
+{
+    Open(u"x.csd"_s, Unified);
+    sections.mnuScore();
+    EXPECT_EQ(text.selection.start, text.text.indexOf(u"<CsScore>"_s));
+    EXPECT_TRUE(text.selection.IsEmpty());
+    EXPECT_EQ(text.firstVisibleLine, text.LineOfOffset(text.selection.start));
+    sections.mnuOrchestra();
+    EXPECT_EQ(text.selection.start, text.text.indexOf(u"<CsInstruments>"_s));
+    EXPECT_EQ(text.firstVisibleLine, 4);
+    EXPECT_FALSE(document.Modified);
+}
+
+TEST_F(SectionsTest, TagsAreFoundInAnyCase)
+{
+    Open(u"x.csd"_s, "\r\n<CSINSTRUMENTS>\r\n<csscore>");
+    sections.mnuOrchestra();
+    EXPECT_EQ(text.selection.start, 1);
+    sections.mnuScore();
+    EXPECT_EQ(text.selection.start, 17);
+}
+
+TEST_F(SectionsTest, TagSearchIsThatOfTheLoop)
+{
+    Open(u"x.csd"_s, {});
+    RandomText random({u"<CsScore>"_s, u"<csscore>"_s, u"</CsScore>"_s, u"<CsScor"_s, u"e>"_s, u"\n"_s}, 5);
+    for (int i = 0; i < 20000; ++i) {
+        text.text = random.Next();
+        const int hit = oracle::Search(text.text, u"<CsScore>"_s, true);
+        text.SetSelection(0, 0);
+        if (hit < 0)
+            desktop.ExpectMessage(
+                {.text = u"There is no <CsScore> tag in this file."_s, .icon = BoxIcon::Information});
+        sections.mnuScore();
+        ASSERT_EQ(text.selection.start, std::max(hit, 0)) << ::testing::PrintToString(text.text);
+    }
+    desktop.CheckAllCame();
+}
+
+TEST_F(SectionsTest, AMissingTagIsTold)
+{
+    Open(u"x.csd"_s, "</CsInstruments> <CsInstruments >\r\n");
+    text.SetSelection(3, 5);
+    desktop.ExpectMessage(
+        {.text = u"There is no <CsInstruments> tag in this file."_s, .icon = BoxIcon::Information});
+    sections.mnuOrchestra();
+    desktop.ExpectMessage(
+        {.text = u"There is no <CsScore> tag in this file."_s, .icon = BoxIcon::Information});
+    sections.mnuScore();
+    EXPECT_EQ(text.selection, (TextSpan{3, 5}));
+}
+
+TEST_F(SectionsTest, GoesToTheOtherFileAndBackToTheSamePlaces)
+{
+    view.relatedFilesShown = true;
+    const QString score = context.WriteFile(u"x.sco"_s, Score);
+    const QString orchestra = Open(u"x.orc"_s, Orchestra);
+    view.calls.clear();
+    text.SetSelection(13, 16);
+    sections.mnuScore();
+    EXPECT_EQ(document.CurrentFile, score);
+    EXPECT_EQ(text.selection, (TextSpan{0, 0}));
+    text.SetSelection(8, 8);
+    sections.mnuOrchestra();
+    EXPECT_EQ(document.CurrentFile, orchestra);
+    EXPECT_EQ(text.selection, (TextSpan{13, 13}));
+    EXPECT_EQ(text.firstVisibleLine, 1);
+    text.SetSelection(1, 1);
+    sections.mnuScore();
+    EXPECT_EQ(text.selection, (TextSpan{8, 8}));
+    sections.mnuOrchestra();
+    EXPECT_EQ(text.selection, (TextSpan{1, 1}));
+    // The list of related files is left as it is.
+    EXPECT_FALSE(view.calls.contains(u"related"_s));
+}
+
+TEST_F(SectionsTest, ThePlaceIsNotGivenBackWithoutRememberCaret)
+{
+    settings.SaveFlag(Keys::RememberCaret, false);
+    context.WriteFile(u"x.sco"_s, Score);
+    Open(u"x.orc"_s, Orchestra);
+    text.SetSelection(13, 13);
+    sections.mnuScore();
+    sections.mnuOrchestra();
+    EXPECT_EQ(text.selection, (TextSpan{0, 0}));
+}
+
+TEST_F(SectionsTest, ThePlaceBelongsToOneFile)
+{
+    context.WriteFile(u"x.sco"_s, Score);
+    context.WriteFile(u"y.sco"_s, Score);
+    Open(u"x.orc"_s, Orchestra);
+    text.SetSelection(13, 13);
+    sections.mnuScore();
+    Open(u"y.orc"_s, Orchestra);
+    sections.mnuScore();
+    sections.mnuOrchestra();
+    EXPECT_EQ(document.CurrentFile, Path(u"y.orc"_s));
+    EXPECT_EQ(text.selection, (TextSpan{0, 0}));
+}
+
+TEST_F(SectionsTest, TheHalfThatIsOpenStaysAsItIs)
+{
+    Open(u"x.orc"_s, Orchestra);
+    Type(u"x"_s);
+    sections.mnuOrchestra();
+    EXPECT_TRUE(document.Modified);
+    EXPECT_EQ(text.selection, (TextSpan{1, 1}));
+}
+
+TEST_F(SectionsTest, ACancelledSearchStaysWhereItIs)
+{
+    const QString orchestra = Open(u"piece.orc"_s, Orchestra);
+    desktop.ExpectOpenDialog(SelectDialog(u"Score"_s, u"sco"_s, u"pi*"_s), {});
+    sections.mnuScore();
+    EXPECT_EQ(document.CurrentFile, orchestra);
+}
+
+TEST_F(SectionsTest, TheUserMayChooseTheOtherFile)
+{
+    const QString other = context.WriteFile(u"pieces2.sco"_s, Score);
+    Open(u"piece.orc"_s, Orchestra);
+    desktop.ExpectOpenDialog(SelectDialog(u"Score"_s, u"sco"_s, u"pi*"_s, 1), {.path = other});
+    sections.mnuScore();
+    EXPECT_EQ(document.CurrentFile, other);
+}
+
+TEST_F(SectionsTest, AsksAboutUnsavedWork)
+{
+    context.WriteFile(u"x.sco"_s, Score);
+    const QString orchestra = Open(u"x.orc"_s, Orchestra);
+    Type(u"new "_s);
+    text.SetSelection(2, 2);
+    desktop.ExpectMessage(SaveChanges(orchestra), BoxAnswer::Cancel);
+    sections.mnuScore();
+    EXPECT_EQ(document.CurrentFile, orchestra);
+    EXPECT_TRUE(text.text.startsWith(u"new "));
+    EXPECT_EQ(text.selection, (TextSpan{2, 2}));
+}
+
+TEST_F(SectionsTest, SaveOnSwitchSavesWhatWasModified)
+{
+    settings.SaveFlag(Keys::SaveOnSwitch, true);
+    const QString score = context.WriteFile(u"x.sco"_s, "e\n");
+    const QString orchestra = Open(u"x.orc"_s, "old");
+    Type(u"new "_s);
+    sections.mnuScore();
+    EXPECT_EQ(document.CurrentFile, score);
+    EXPECT_EQ(FileBytes(orchestra), "new old");
+    sections.mnuOrchestra();
+    EXPECT_EQ(document.CurrentFile, orchestra);
+    EXPECT_EQ(FileBytes(score), "e\n") << "was not modified";
+}
+
+TEST_F(SectionsTest, ASaveOnSwitchThatFailsLeavesTheQuestion)
+{
+    settings.SaveFlag(Keys::SaveOnSwitch, true);
+    context.WriteFile(u"x.sco"_s, Score);
+    const QString orchestra = Open(u"x.orc"_s, "old");
+    Type(u"new "_s);
+    // Another program has written the file, and is not to be written over.
+    context.WriteFile(u"x.orc"_s, "theirs");
+    desktop.ExpectMessage({.text = orchestra + u" was changed by another program. Save over it?"_s,
+                           .icon = BoxIcon::Warning,
+                           .buttons = BoxButtons::YesNo,
+                           .defaultAnswer = BoxAnswer::No},
+                          BoxAnswer::No);
+    desktop.ExpectMessage(SaveChanges(orchestra), BoxAnswer::Cancel);
+    sections.mnuScore();
+    EXPECT_EQ(document.CurrentFile, orchestra);
+    EXPECT_EQ(text.text, u"new old"_s);
+    EXPECT_EQ(FileBytes(orchestra), "theirs");
+}
+
+// To the unified form
+
+TEST_F(SectionsTest, WithoutAFileNameNothingIsConverted)
+{
+    documents.NewFile(FileKind::Orchestra, {});
+    Type(u"instr 1"_s);
+    for (const Conversion conversion : {Conversion::ToUnified, Conversion::ToPair}) {
+        desktop.ExpectMessage(SaveFirst);
+        sections.mnuCSD(conversion);
+    }
+    EXPECT_EQ(text.text, u"instr 1"_s);
+    desktop.CheckAllCame();
+}
+
+TEST_F(SectionsTest, APairBecomesANewUnifiedDocument)
+{
+    context.WriteFile(u"x.sco"_s, Score);
+    Open(u"x.orc"_s, Orchestra);
+    view.outlineShown = true;
+    view.calls.clear();
+    sections.mnuCSD(Conversion::ToUnified);
+    EXPECT_EQ(document.CurrentFile, Path(u"x.csd"_s));
+    EXPECT_EQ(document.DocumentKind, FileKind::Unified);
+    EXPECT_TRUE(document.Modified);
+    EXPECT_FALSE(document.Loading);
+    EXPECT_TRUE(view.saveEnabled);
+    EXPECT_TRUE(view.textShown);
+    EXPECT_EQ(view.caption, u"Zelvane - "_s + Path(u"x.csd"_s) + u"* (Unified Format)"_s);
+    EXPECT_TRUE((view.enabled[Cmd::mnuCSD[Conversion::ToPair]]));
+    EXPECT_EQ(view.calls.mid(view.calls.lastIndexOf(u"show"_s)),
+              (QStringList{u"show"_s, u"focus"_s, u"outline"_s}));
+    EXPECT_EQ(Files(), (QStringList{u"x.orc"_s, u"x.sco"_s}));
+    documents.Save();
+    EXPECT_EQ(FileBytes(Path(u"x.csd"_s)), Unified);
+}
+
+TEST_F(SectionsTest, AScoreIsConvertedLikeItsOrchestra)
+{
+    context.WriteFile(u"x.orc"_s, Orchestra);
+    Open(u"x.sco"_s, Score);
+    sections.mnuCSD(Conversion::ToUnified);
+    EXPECT_EQ(text.text, QString::fromLatin1(Unified).remove(u'\r'));
+}
+
+TEST_F(SectionsTest, UnsavedEditsDoNotEnterTheUnifiedText)
+{
+    context.WriteFile(u"x.sco"_s, Score);
+    Open(u"x.orc"_s, Orchestra);
+    Type(u"; edited"_s);
+    sections.mnuCSD(Conversion::ToUnified);
+    EXPECT_EQ(text.text, QString::fromLatin1(Unified).remove(u'\r'));
+}
+
+TEST_F(SectionsTest, TheFirstSaveAsksBeforeAFileThatIsThere)
+{
+    context.WriteFile(u"x.csd"_s, "mine");
+    context.WriteFile(u"x.sco"_s, Score);
+    Open(u"x.orc"_s, Orchestra);
+    sections.mnuCSD(Conversion::ToUnified);
+    desktop.ExpectMessage({.text = Path(u"x.csd"_s) + u" exists already. Save over it?"_s,
+                           .icon = BoxIcon::Warning,
+                           .buttons = BoxButtons::YesNo,
+                           .defaultAnswer = BoxAnswer::No},
+                          BoxAnswer::No);
+    documents.Save();
+    EXPECT_EQ(FileBytes(Path(u"x.csd"_s)), "mine");
+    EXPECT_TRUE(document.Modified);
+}
+
+TEST_F(SectionsTest, ACancelledSearchKeepsTheDocument)
+{
+    Open(u"piece.sco"_s, Score);
+    Type(u"edited"_s);
+    const Kept before = Now();
+    desktop.ExpectOpenDialog(SelectDialog(u"Orchestra"_s, u"orc"_s, u"pi*"_s), {});
+    sections.mnuCSD(Conversion::ToUnified);
+    EXPECT_EQ(Now(), before);
+    EXPECT_TRUE(text.CanUndo());
+    EXPECT_TRUE(view.textShown);
+    EXPECT_EQ(Files(), QStringList{u"piece.sco"_s});
+}
+
+TEST_F(SectionsTest, AHalfThatCannotBeReadKeepsTheDocument)
+{
+    Open(u"piece.orc"_s, Orchestra);
+    Type(u"edited"_s);
+    const Kept before = Now();
+    // The second file: a folder that was picked by its name.
+    desktop.ExpectOpenDialog(SelectDialog(u"Score"_s, u"sco"_s, u"pi*"_s), {.path = context.folder.path()});
+    EXPECT_THROW(sections.mnuCSD(Conversion::ToUnified), RunTimeError);
+    EXPECT_EQ(Now(), before);
+    EXPECT_TRUE(text.CanUndo());
+    EXPECT_TRUE(view.textShown);
+}
+
+TEST_F(SectionsTest, ADocumentThatHasVanishedIsTold)
+{
+    const QString path = Open(u"piece.orc"_s, Orchestra);
+    const Kept before = Now();
+    ASSERT_TRUE(QFile::remove(path));
+    EXPECT_THROW(sections.mnuCSD(Conversion::ToUnified), RunTimeError);
+    EXPECT_EQ(Now(), before);
+}
+
+TEST_F(SectionsTest, ColoursOnlyWhereAskedAndByTheRulesOfOrchestras)
+{
+    const auto styleOf = [&](const QString &found) {
+        return StyleClass(text.styles.at(text.text.lastIndexOf(found)));
+    };
+    context.WriteFile(u"x.sco"_s, "i1 0 \"s\" ; c");
+    Open(u"x.orc"_s, "instr 1 ; c\r\nendin");
+    sections.mnuCSD(Conversion::ToUnified);
+    EXPECT_EQ(styleOf(u"; c"_s), StyleClass::Text);
+    settings.SaveFlag(Keys::ColorComments, true);
+    documents.NewFile(FileKind::Other, {});
+    documents.OpenFile(Path(u"x.orc"_s));
+    sections.mnuCSD(Conversion::ToUnified);
+    EXPECT_EQ(styleOf(u"; c"_s), StyleClass::Comment);
+    EXPECT_EQ(styleOf(u"\"s\""_s), StyleClass::Literal);
+    EXPECT_EQ(styleOf(u"CsScore"_s), StyleClass::Text);
+    EXPECT_TRUE(document.Modified);
+    EXPECT_FALSE(document.Loading);
+}
+
+TEST_F(SectionsTest, ColouringThatFailsLeavesTheTextInSight)
+{
+    struct : StringBuffer {
+        void ApplyStyles(qsizetype, qsizetype, const StyleRuns &) override
+        {
+            throw RunTimeError(ErrorNumber::OutOfMemory, u"Out of memory"_s);
+        }
+    } uncoloured;
+    EditorContext failing{document, uncoloured, settings, desktop, status, context.windows, documents};
+    Highlighter failingHighlighter(failing, view, opcodes);
+    PieceSections over(editor, view, view.steps, failingHighlighter);
+    settings.SaveFlag(Keys::ColorComments, true);
+    context.WriteFile(u"x.sco"_s, Score);
+    Open(u"x.orc"_s, Orchestra);
+    desktop.ExpectMessage(ErrorBox(RunTimeError(ErrorNumber::OutOfMemory, u"Out of memory"_s)),
+                          BoxAnswer::Cancel);
+    over.mnuCSD(Conversion::ToUnified);
+    EXPECT_EQ(text.text, QString::fromLatin1(Unified).remove(u'\r'));
+    EXPECT_TRUE(view.textShown);
+    EXPECT_FALSE(document.Loading);
+    EXPECT_TRUE(document.Modified);
+}
+
+TEST_F(SectionsTest, TheUnifiedTextKeepsTheEncodingOfItsHalves)
+{
+    context.WriteFile(u"x.sco"_s, "; caf\xE9");
+    Open(u"x.orc"_s, "; caf\xE9");
+    sections.mnuCSD(Conversion::ToUnified);
+    documents.Save();
+    EXPECT_EQ(FileBytes(Path(u"x.csd"_s)).count("caf\xE9"), 2);
+    context.WriteFile(u"y.sco"_s, "; caf\xC3\xA9");
+    Open(u"y.orc"_s, "; caf\xE9");
+    sections.mnuCSD(Conversion::ToUnified);
+    documents.Save();
+    EXPECT_EQ(FileBytes(Path(u"y.csd"_s)).count("caf\xC3\xA9"), 2);
+}
+
+// To a pair
+
+TEST_F(SectionsTest, AUnifiedDocumentBecomesAPair)
+{
+    const QString unified = Open(u"x.csd"_s, Unified);
+    Type(u"; not in a section\n"_s);
+    const Kept before = Now();
+    ExpectSaves(Path(u"x.orc"_s), Path(u"x.sco"_s), u"x"_s);
+    desktop.ExpectMessage(Converted(u"x.orc"_s), BoxAnswer::No);
+    sections.mnuCSD(Conversion::ToPair);
+    EXPECT_EQ(FileBytes(Path(u"x.orc"_s)), "\r\n" + Orchestra + "\r\n\r\n");
+    EXPECT_EQ(FileBytes(Path(u"x.sco"_s)), "\r\n" + Score + "\r\n\r\n");
+    EXPECT_EQ(Now(), before);
+    EXPECT_EQ(FileBytes(unified), Unified);
+}
+
+TEST_F(SectionsTest, TheNewOrchestraMayBeOpened)
+{
+    Open(u"x.csd"_s, Unified);
+    ExpectSaves(Path(u"other.orc"_s), Path(u"x.sco"_s), u"x"_s);
+    desktop.ExpectMessage(Converted(u"other.orc"_s), BoxAnswer::Yes);
+    sections.mnuCSD(Conversion::ToPair);
+    EXPECT_EQ(document.CurrentFile, Path(u"other.orc"_s));
+    EXPECT_EQ(view.recentFiles.first(), Path(u"other.orc"_s));
+}
+
+TEST_F(SectionsTest, OpeningTheNewOrchestraAsksAboutUnsavedWork)
+{
+    const QString unified = Open(u"x.csd"_s, Unified);
+    Type(u"edited"_s);
+    ExpectSaves(Path(u"x.orc"_s), Path(u"x.sco"_s), u"x"_s);
+    desktop.ExpectMessage(Converted(u"x.orc"_s), BoxAnswer::Yes);
+    desktop.ExpectMessage(SaveChanges(unified), BoxAnswer::Cancel);
+    sections.mnuCSD(Conversion::ToPair);
+    EXPECT_EQ(document.CurrentFile, unified);
+}
+
+TEST_F(SectionsTest, AMissingSectionGivesAFileOfOneLineEnd)
+{
+    Open(u"x.csd"_s, "<CsInstruments>\r\ninstr 1\r\n</CsInstruments>\r\n<csscore>\r\n</csscore>");
+    ExpectSaves(Path(u"x.orc"_s), Path(u"x.sco"_s), u"x"_s);
+    desktop.ExpectMessage(Converted(u"x.orc"_s), BoxAnswer::No);
+    sections.mnuCSD(Conversion::ToPair);
+    EXPECT_EQ(FileBytes(Path(u"x.orc"_s)), "\r\ninstr 1\r\n\r\n");
+    EXPECT_EQ(FileBytes(Path(u"x.sco"_s)), "\r\n");
+}
+
+TEST_F(SectionsTest, TagsInTheWrongOrderWriteNothing)
+{
+    Open(u"x.csd"_s, "<CsInstruments></CsInstruments></CsScore><CsScore>");
+    EXPECT_THROW(sections.mnuCSD(Conversion::ToPair), RunTimeError);
+    EXPECT_EQ(Files(), QStringList{u"x.csd"_s});
+}
+
+TEST_F(SectionsTest, ACancelledDialogWritesNothingMore)
+{
+    Open(u"x.csd"_s, Unified);
+    const Kept before = Now();
+    ExpectSaves({}, {}, u"x"_s);
+    sections.mnuCSD(Conversion::ToPair);
+    EXPECT_EQ(Files(), QStringList{u"x.csd"_s});
+    ExpectSaves(Path(u"x.orc"_s), {}, u"x"_s);
+    sections.mnuCSD(Conversion::ToPair);
+    EXPECT_EQ(Files(), (QStringList{u"x.csd"_s, u"x.orc"_s}));
+    EXPECT_EQ(FileBytes(Path(u"x.orc"_s)), "\r\n" + Orchestra + "\r\n\r\n");
+    EXPECT_EQ(Now(), before);
+    desktop.CheckAllCame();
+}
+
+TEST_F(SectionsTest, AFileThatCannotBeWrittenEndsTheConversion)
+{
+    Open(u"x.csd"_s, Unified);
+    const Kept before = Now();
+    desktop.ExpectSaveDialog(SaveDialog(u"Orchestra"_s, u"orc"_s, u"x"_s),
+                             {.path = Path(u"no folder/x.orc"_s)});
+    EXPECT_THROW(sections.mnuCSD(Conversion::ToPair), RunTimeError);
+    EXPECT_EQ(Files(), QStringList{u"x.csd"_s});
+    // The second one.
+    ExpectSaves(Path(u"x.orc"_s), Path(u"no folder/x.sco"_s), u"x"_s);
+    EXPECT_THROW(sections.mnuCSD(Conversion::ToPair), RunTimeError);
+    EXPECT_EQ(Files(), (QStringList{u"x.csd"_s, u"x.orc"_s}));
+    EXPECT_EQ(Now(), before);
+}
+
+TEST_F(SectionsTest, ThePairKeepsTheEncodingOfTheDocument)
+{
+    Open(u"x.csd"_s, "<CsInstruments>caf\xE9</CsInstruments>");
+    ExpectSaves(Path(u"x.orc"_s), Path(u"x.sco"_s), u"x"_s);
+    desktop.ExpectMessage(Converted(u"x.orc"_s), BoxAnswer::No);
+    sections.mnuCSD(Conversion::ToPair);
+    EXPECT_EQ(FileBytes(Path(u"x.orc"_s)), "caf\xE9\r\n");
+}
+
+TEST_F(SectionsTest, TheDialogsOfferTheFirstExtensionOfTheType)
+{
+    settings.SaveText(Keys::OrchestraExtensions, u"inst orc"_s);
+    Open(u"a.b.csd"_s, Unified);
+    desktop.ExpectSaveDialog(SaveDialog(u"Orchestra"_s, u"inst"_s, u"a.b"_s), {});
+    sections.mnuCSD(Conversion::ToPair);
+    desktop.CheckAllCame();
+}
+
+TEST_F(SectionsTest, APairComesBackWithALineEndBeforeAndTwoBehindEachHalf)
+{
+    RandomText random({u"a"_s, u"\n"_s, u"é"_s, u"; c"_s, u"<"_s}, 8);
+    for (int round = 0; round < 40; ++round) {
+        const QByteArray orchestra = random.Next().replace(u"\n"_s, u"\r\n"_s).toUtf8();
+        const QByteArray score = random.Next().replace(u"\n"_s, u"\r\n"_s).toUtf8();
+        context.WriteFile(u"x.sco"_s, score);
+        Open(u"x.orc"_s, orchestra);
+        sections.mnuCSD(Conversion::ToUnified);
+        ExpectSaves(Path(u"y.orc"_s), Path(u"y.sco"_s), u"x"_s);
+        desktop.ExpectMessage(Converted(u"y.orc"_s), BoxAnswer::No);
+        sections.mnuCSD(Conversion::ToPair);
+        ASSERT_EQ(FileBytes(Path(u"y.orc"_s)), "\r\n" + orchestra + "\r\n\r\n");
+        ASSERT_EQ(FileBytes(Path(u"y.sco"_s)), "\r\n" + score + "\r\n\r\n");
+        document.Modified = false;
+    }
+}
+
+} // namespace zelvane::test
