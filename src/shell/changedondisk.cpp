@@ -28,11 +28,6 @@ DiskPicture DiskPicture::Of(const QByteArray &bytes, const FileStamp &stamp)
     return {true, stamp, IsSettled(stamp), Fingerprint(bytes)};
 }
 
-void ChangedOnDisk::Forget()
-{
-    Remember({}, DiskPicture());
-}
-
 void ChangedOnDisk::Remember(const QString &name, DiskPicture picture)
 {
     m_name = name;
@@ -98,14 +93,6 @@ bool ChangedOnDisk::AskToSave()
     // Right after the answer the window is the active one again.
     m_asked = m_asked || ask;
     return ask;
-}
-
-bool ChangedOnDisk::HasVanished()
-{
-    if (m_name.isEmpty() || IsNew())
-        return false;
-    Look();
-    return !m_seen.exists;
 }
 
 } // namespace zelvane

@@ -27,8 +27,6 @@ struct DiskPicture {
 class ChangedOnDisk
 {
 public:
-    /// There is no file to look after.
-    void Forget();
     /// The document has been read from the file, in this state.
     void Remember(const QString &name, DiskPicture picture);
     /// The document has just been written to the file, as these bytes.
@@ -46,8 +44,6 @@ public:
     bool AskToSave();
     /// Whether the document is one that was to be new; what AskToSave says is then that a file is there.
     bool IsNew() const { return !m_name.isEmpty() && !m_known.exists; }
-    /// Whether the file was there and is no more.
-    bool HasVanished();
 
 private:
     DiskPicture PictureNow() const;

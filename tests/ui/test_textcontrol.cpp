@@ -1702,7 +1702,6 @@ void TestTextControl::TellsEachChangeOnce()
     told();
     editor.text.ReplaceRange(5, 5, u"!"_s);
     QCOMPARE(told(), u"1 0"_s);
-    editor.text.HideSelection(true);
     editor.text.SetWordWrap(true);
     editor.text.SetTabWidth(20);
     editor.text.ChangeFontSize(1);

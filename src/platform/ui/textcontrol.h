@@ -128,8 +128,6 @@ public:
     /// Whether selected text can be dragged, and text be dropped here.
     void SetDragMode(bool drag);
     bool DragMode() const { return m_dragMode; }
-    /// Whether the selection is painted.
-    void HideSelection(bool hidden);
 
     /// The offset of the character under a point of the screen, -1 when there is none.
     qsizetype OffsetAt(const QPoint &screen) const;

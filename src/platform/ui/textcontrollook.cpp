@@ -122,9 +122,4 @@ void TextControl::ApplyTabWidth()
     Send(SCI_SETTABWIDTH, columns);
 }
 
-void TextControl::HideSelection(bool hidden)
-{
-    Send(SCI_HIDESELECTION, hidden);
-}
-
 } // namespace zelvane

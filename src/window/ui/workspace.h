@@ -23,7 +23,6 @@ public:
 
     BandBar &Bands() { return *CoolBar1; }
     SidePanel &Panel() { return *cc3Panel; }
-    StatusBar &Status() { return *picStatus; }
 
     int PanelWidth() const { return m_panelWidth; }
     void SetPanelWidth(int width);
