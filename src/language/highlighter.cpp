@@ -2,6 +2,7 @@
 #include "language/highlighter.h"
 
 #include "language/languagekeys.h"
+#include "language/scanner.h"
 #include "shell/documentview.h"
 #include "shell/editorcontext.h"
 #include "shell/editorkeys.h"

@@ -1,16 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "language/scanner.h"
+#include "platform/stylerun.h"
 
 #include <array>
+#include <QtGlobal>
 
 namespace zelvane
 {
 
-struct EditorContext;
 class DocumentView;
+class OpcodeList;
 class SettingsStore;
+struct EditorContext;
 
 /// How the classes look, by the settings. With system colours on, class Text has the system's text colour and
 /// `FontColor` is not read.

@@ -2,7 +2,8 @@
 #pragma once
 
 #include "run/presetstore.h"
-#include "run/runcontext.h"
+
+#include <QString>
 
 namespace zelvane
 {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "language/highlighter.h"
 #include "language/languagekeys.h"
+#include "language/opcodelist.h"
 #include "shell/editorkeys.h"
 #include "support/boxes.h"
 #include "support/recordingview.h"

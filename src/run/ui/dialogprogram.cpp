@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "run/ui/dialogprogram.h"
 
+#include "platform/textbuffer.h"
 #include "run/ui/frmpresets.h"
 #include "shell/documentkind.h"
 

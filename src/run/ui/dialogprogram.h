@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/textbuffer.h"
 #include "run/runcontext.h"
 #include "run/toolpaths.h"
 #include "shell/editorcontext.h"

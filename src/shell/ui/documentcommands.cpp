@@ -3,7 +3,6 @@
 
 #include "shell/command.h"
 #include "shell/documentlifecycle.h"
-#include "shell/editorcontext.h"
 #include "shell/ui/commands.h"
 #include "shell/ui/menuname.h"
 
