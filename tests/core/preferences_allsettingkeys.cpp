@@ -6,12 +6,12 @@
 #include "shell/bands.h"
 #include "shell/settings.h"
 #include "support/printers.h"
+#include "support/settingsfixture.h"
 
 #include <gtest/gtest.h>
 #include <map>
 #include <optional>
 #include <QFile>
-#include <QTemporaryDir>
 #include <type_traits>
 
 using namespace Qt::Literals::StringLiterals;
@@ -39,12 +39,9 @@ template <typename Key> constexpr bool HasDefault = requires(Key key)
     key.fallback;
 };
 
-class AllKeys : public ::testing::Test
+class AllKeys : public test::SettingsFixture
 {
 protected:
-    QTemporaryDir folder;
-    SettingsStore store{folder.filePath(u"settings"_s)};
-
     /// Calls `test` with each key, of its own type.
     template <typename Test> void ForEach(Test test)
     {
@@ -53,19 +50,6 @@ protected:
             SCOPED_TRACE(key.Name().toStdString());
             test(key);
         });
-    }
-
-    /// What the store has noted; a test failure when it is not one value.
-    ErrorNumber Noted()
-    {
-        const std::vector<UnreadableSetting> noted = store.TakeUnreadable();
-        EXPECT_EQ(noted.size(), 1u);
-        if (noted.empty())
-            return ErrorNumber::InvalidCall;
-        const RunTimeError &error = noted.front().error;
-        EXPECT_EQ(error.Description(),
-                  error.Number() == ErrorNumber::Overflow ? u"Overflow"_s : u"Type mismatch"_s);
-        return error.Number();
     }
 };
 

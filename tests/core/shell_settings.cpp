@@ -10,13 +10,13 @@
 #include "support/childprocess.h"
 #include "support/printers.h"
 #include "support/scripteddesktop.h"
+#include "support/settingsfixture.h"
 #include "texttools/insertkeys.h"
 
 #include <gtest/gtest.h>
 #include <QCoreApplication>
 #include <QFile>
 #include <QSet>
-#include <QTemporaryDir>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace zelvane;
@@ -27,27 +27,11 @@ namespace
 
 using Pairs = std::vector<std::pair<QString, QString>>;
 
-class Settings : public ::testing::Test
+class Settings : public SettingsFixture
 {
 protected:
-    QTemporaryDir folder;
-    SettingsStore store{folder.filePath(u"settings"_s)};
-
     void Save(const OptionKey &key, const QString &value) { store.SaveStoredText(key, value); }
     QString Stored(const OptionKey &key) { return store.GetSetting(u"Options"_s, key.Name(), u"(absent)"_s); }
-
-    /// What the store has noted; a test failure when it is not one value.
-    ErrorNumber Noted()
-    {
-        const std::vector<UnreadableSetting> noted = store.TakeUnreadable();
-        EXPECT_EQ(noted.size(), 1u);
-        if (noted.empty())
-            return ErrorNumber::InvalidCall;
-        const RunTimeError &error = noted.front().error;
-        EXPECT_EQ(error.Description(),
-                  error.Number() == ErrorNumber::Overflow ? u"Overflow"_s : u"Type mismatch"_s);
-        return error.Number();
-    }
 };
 
 } // namespace

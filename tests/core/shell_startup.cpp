@@ -3,6 +3,7 @@
 
 #include "platform/runtimeerror.h"
 #include "shell/layoutkeys.h"
+#include "support/boxes.h"
 #include "support/lifecyclefixture.h"
 
 #include <utility>
@@ -98,14 +99,7 @@ TEST_F(Startup, OnlyTheFirstDroppedFileOpens)
 
 TEST_F(Startup, TheFirstUseWelcomesAndShowsThePreferences)
 {
-    desktop.ExpectMessage(
-        {.text =
-             u"Welcome to Zelvane! This program is FREE, you may download new versions at "_s +
-             QString::fromUtf16(WebAddress) +
-             u"\n\nIf you have questions, suggestions or you find a bug, please feel free to contact me at "_s +
-             Author + u"\n\nHappy Csounding!"_s,
-         .icon = BoxIcon::Information,
-         .title = u"Welcome!"_s});
+    desktop.ExpectMessage(test::Welcome());
     ShowFirstUseMessages(editor);
     EXPECT_EQ(context.windows.calls, QStringList{u"preferences"_s});
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/desktop.h"
+#include "platform/programinfo.h"
 #include "platform/runtimeerror.h"
 
 namespace zelvane::test
@@ -34,5 +35,19 @@ inline const FileDialogRequest OpenRequest{
                 {QStringLiteral("Text files"), QStringLiteral("*.txt")},
                 {QStringLiteral("C/C++"), QStringLiteral("*.cpp;*.c;*.h")},
                 {QStringLiteral("All files"), QStringLiteral("*.*")}}};
+
+/// The message of the first use.
+inline MessageBoxRequest Welcome()
+{
+    return {
+        .text =
+            QStringLiteral("Welcome to Zelvane! This program is FREE, you may download new versions at ") +
+            QString::fromUtf16(WebAddress) +
+            QStringLiteral("\n\nIf you have questions, suggestions or you find a bug, please feel free to "
+                           "contact me at ") +
+            QString::fromUtf16(AuthorAddress) + QStringLiteral("\n\nHappy Csounding!"),
+        .icon = BoxIcon::Information,
+        .title = QStringLiteral("Welcome!")};
+}
 
 } // namespace zelvane::test

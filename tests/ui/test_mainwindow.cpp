@@ -7,6 +7,7 @@
 #include "shell/editorkeys.h"
 #include "shell/layoutkeys.h"
 #include "shell/ui/bandbar.h"
+#include "support/boxes.h"
 #include "support/editorwindow.h"
 #include "support/uitest.h"
 #include "texttools/insertkeys.h"
@@ -231,14 +232,7 @@ void MainWindowTest::EmptyStoreAsksNothingAndWelcomes()
 {
     EditorWindow editor;
     editor.settings.DeleteSetting(u"Options"_s);
-    editor.desktop.ExpectMessage(
-        {.text =
-             u"Welcome to Zelvane! This program is FREE, you may download new versions at "_s +
-             QString::fromUtf16(WebAddress) +
-             u"\n\nIf you have questions, suggestions or you find a bug, please feel free to contact me at "_s +
-             QString::fromUtf16(AuthorAddress) + u"\n\nHappy Csounding!"_s,
-         .icon = BoxIcon::Information,
-         .title = u"Welcome!"_s});
+    editor.desktop.ExpectMessage(Welcome());
     bool splashClosed = false;
     editor.window = std::make_unique<frmEditor>(editor.settings, editor.desktop, CommandLine({}));
     editor.window->show();

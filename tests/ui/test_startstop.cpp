@@ -373,14 +373,7 @@ void StartStopTest::MailIsServedWhileTheFirstUseMessageStands()
     editor.settings.SaveNumber(Keys::Used, 1);
     editor.window = std::make_unique<frmEditor>(editor.settings, desktop, CommandLine({}));
     editor.window->show();
-    desktop.ExpectMessage(
-        {.text =
-             u"Welcome to Zelvane! This program is FREE, you may download new versions at "_s +
-             QString::fromUtf16(WebAddress) +
-             u"\n\nIf you have questions, suggestions or you find a bug, please feel free to contact me at "_s +
-             QString::fromUtf16(AuthorAddress) + u"\n\nHappy Csounding!"_s,
-         .icon = BoxIcon::Information,
-         .title = u"Welcome!"_s});
+    desktop.ExpectMessage(Welcome());
     desktop.duringMessage = [&] {
         QDialog box;
         QTimer::singleShot(0, &box, [&] {
