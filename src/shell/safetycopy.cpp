@@ -20,11 +20,11 @@ using namespace Qt::Literals::StringLiterals;
 namespace zelvane
 {
 
-void CopyTimes::Edited(Clock::time_point now)
+void CopyTimes::Edited(Clock::time_point now, qsizetype size)
 {
     if (!m_first)
         m_first = now;
-    m_due = std::min(now + AfterEdit, *m_first + AtLatest);
+    m_due = std::min(now + AfterEdit, *m_first + (size > Large ? AtLatest : WhileTyping));
 }
 
 void CopyTimes::Failed(Clock::time_point now)
@@ -170,7 +170,7 @@ void SafetyCopy::Edited()
 {
     const auto now = CopyTimes::Clock::now();
     m_unsaved = true;
-    m_times.Edited(now);
+    m_times.Edited(now, m_size);
     if (!m_timer.isActive())
         Wait(now);
 }
@@ -202,12 +202,14 @@ void SafetyCopy::Take()
         return;
     }
     try {
+        QByteArray text = m_text.Utf8();
+        m_size = text.size();
         const QString &name =
             m_document.CurrentFile.isEmpty() ? m_document.OfferedName : m_document.CurrentFile;
         m_writer->Write({.name = name.isEmpty() ? QString() : QFileInfo(name).absoluteFilePath(),
                          .kind = int(m_document.DocumentKind),
                          .encoding = m_document.Encoding},
-                        m_text.Utf8());
+                        std::move(text));
     } catch (const std::bad_alloc &) {
         Failed(u"Out of memory"_s);
     }

@@ -18,16 +18,19 @@ class SettingsStore;
 class StatusLine;
 class TextBuffer;
 
-/// When a copy of a text that is being edited is due: some seconds after the last edit, and at the latest
-/// half a minute after the first one that it lacks.
+/// When a copy of a text that is being edited is due: some seconds after the last edit, and while the user
+/// goes on, at the latest some more seconds after the first one that it lacks; of a large text half a minute.
 class CopyTimes
 {
 public:
     using Clock = std::chrono::steady_clock;
     static constexpr std::chrono::milliseconds AfterEdit{3'000};
+    static constexpr std::chrono::milliseconds WhileTyping{6'000};
     static constexpr std::chrono::milliseconds AtLatest{30'000};
+    static constexpr qsizetype Large = 1'000'000; ///< bytes
 
-    void Edited(Clock::time_point now);
+    /// @param size of the last copy, bytes
+    void Edited(Clock::time_point now, qsizetype size);
     /// The copy has not come about: it is tried again without an edit, after AtLatest.
     void Failed(Clock::time_point now);
     void Taken() { m_first = m_due = {}; }
@@ -81,6 +84,7 @@ private:
     StatusLine &m_status;
     CopyTimes m_times;
     QTimer m_timer;
+    qsizetype m_size = 0; ///< of the last copy, bytes
     bool m_unsaved = false;
     bool m_told = false; ///< of a failure, since the last success
     std::unique_ptr<Writer> m_writer;

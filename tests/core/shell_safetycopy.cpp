@@ -15,6 +15,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
@@ -67,28 +68,31 @@ TEST(CopyTimes, ThreeSecondsAfterTheLastEdit)
     const CopyTimes::Clock::time_point start;
     CopyTimes times;
     EXPECT_FALSE(times.Due());
-    times.Edited(start);
+    times.Edited(start, 0);
     EXPECT_EQ(*times.Due(), start + 3s);
-    times.Edited(start + 2s);
+    times.Edited(start + 2s, 0);
     EXPECT_EQ(*times.Due(), start + 5s);
     times.Taken();
     EXPECT_FALSE(times.Due());
-    times.Edited(start + 60s);
+    times.Edited(start + 60s, 0);
     EXPECT_EQ(*times.Due(), start + 63s);
 }
 
-TEST(CopyTimes, AtTheLatestEachHalfMinute)
+TEST(CopyTimes, WhoeverTypesOnIsNotWaitedForForLong)
 {
     const CopyTimes::Clock::time_point start;
-    CopyTimes times;
-    for (auto passed = 0s; passed <= 29s; ++passed)
-        times.Edited(start + passed);
-    EXPECT_EQ(*times.Due(), start + 30s);
-    times.Edited(start + 100s);
-    EXPECT_EQ(*times.Due(), start + 30s) << "long overdue: a dialog of the desktop may have held all up";
-    times.Taken();
-    times.Edited(start + 101s);
-    EXPECT_EQ(*times.Due(), start + 104s);
+    for (const auto &[size, latest] : {std::pair(CopyTimes::Large, 6s), {CopyTimes::Large + 1, 30s}}) {
+        CopyTimes times;
+        for (auto passed = 0s; passed < latest; ++passed)
+            times.Edited(start + passed, size);
+        EXPECT_EQ(*times.Due(), start + latest);
+        times.Edited(start + 100s, size);
+        EXPECT_EQ(*times.Due(), start + latest)
+            << "long overdue: a dialog of the desktop may have held it up";
+        times.Taken();
+        times.Edited(start + 101s, size);
+        EXPECT_EQ(*times.Due(), start + 104s);
+    }
 }
 
 TEST(CopyTimes, AFailureIsTriedAgain)
@@ -97,7 +101,7 @@ TEST(CopyTimes, AFailureIsTriedAgain)
     CopyTimes times;
     times.Failed(start);
     EXPECT_EQ(*times.Due(), start + 30s);
-    times.Edited(start + 1s);
+    times.Edited(start + 1s, 0);
     EXPECT_EQ(*times.Due(), start + 4s);
     times.Failed(start + 2s);
     EXPECT_EQ(*times.Due(), start + 4s);
