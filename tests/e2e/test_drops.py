@@ -30,7 +30,8 @@ class Source:
     def drag(self, target, x, y):
         """Through the display, to a place in the target window; gives what the source was told."""
         run = self.stage.output
-        run("xdotool", "mousemove", "--window", self.window.number, 20, 20, "mousedown", 1, "mousemove_relative", 20, 20)
+        run("xdotool", "mousemove", "--window", self.window.number, 20, 20, "mousedown", 1)
+        run("xdotool", "mousemove_relative", 20, 20)
         for step in range(5):
             run("xdotool", "mousemove", "--window", target.number, x - 4 + step, y, "sleep", "0.05")
         run("xdotool", "mouseup", 1)

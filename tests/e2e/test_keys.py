@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Where the keyboard is after menus and dialogs; what is typed then must come into the text."""
 
-from support.stage import check, main
+from support.stage import check, main, settled
 
 STORE = """[Options]
 Used=2
@@ -58,4 +58,45 @@ def the_text_gets_the_keyboard_back(stage):
     editor.close(window)
 
 
-main(the_text_gets_the_keyboard_back)
+def the_open_find_dialog_starts_again(stage):
+    stage.write_store(STORE)
+    piece = stage.home / "piece.txt"
+    piece.write_text("third\nsecond\nthird\n")
+    editor, window = settled(stage, piece)
+
+    def keys(*names):
+        for name in names:
+            stage.output("xdotool", "key", "--clearmodifiers", name)
+            editor.at_rest()
+
+    def searched(word):
+        keys("Return")
+        stage.until(
+            lambda: stage.setting("1", "Recent Find Strings") == word,
+            lambda: f"a search for {word!r}; the last was {stage.setting('1', 'Recent Find Strings')!r}",
+        )
+
+    keys("ctrl+f")
+    find = editor.window("Find")
+    stage.until(find.is_active, "the keyboard in the find dialog")
+    stage.output("xdotool", "type", "--clearmodifiers", "--", "typed")
+    window.activate()
+    keys("ctrl+Home", "shift+End", "ctrl+h")
+    stage.until(lambda: find.is_active() and find.title() == "Replace", "the dialog in front, in its other mode")
+    searched("third")
+    window.activate()
+    keys("ctrl+Home", "Down", "shift+End", "ctrl+f")
+    stage.until(lambda: find.is_active() and find.title() == "Find", "the dialog in front, in its first mode")
+    keys("Tab", "ctrl+h")  # in the dialog itself
+    stage.until(lambda: find.title() == "Replace", "the dialog in its other mode")
+    window.activate()
+    keys("ctrl+Home")
+    find.activate()
+    searched("second")
+    stage.output("xdotool", "type", "--clearmodifiers", "--", "thi")
+    searched("thi")
+    keys("Escape")
+    editor.close(window)
+
+
+main(the_text_gets_the_keyboard_back, the_open_find_dialog_starts_again)
