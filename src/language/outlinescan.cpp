@@ -8,6 +8,11 @@
 
 #include <algorithm>
 #include <numeric>
+#include <QString>
+#include <QStringView>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -90,34 +95,57 @@ bool IsWholeWord(QStringView text, qsizetype start, qsizetype end)
            (end == text.size() || !IsWordCharacter(text[end]));
 }
 
-/// A word that hits are searched for, in lower case.
-struct Keyword {
-    QLatin1String word;
+/// A word that is searched for without regard to case.
+class Keyword
+{
+public:
+    /// @param word in lower case
+    explicit constexpr Keyword(std::u16string_view word) : m_word(word) {}
 
-    /// The first hit as a whole word in [from, end), without regard to case; -1 without one.
+    qsizetype Size() const { return qsizetype(m_word.size()); }
+
+    /// The first hit as a whole word in [from, end), -1 without one.
     qsizetype Find(QStringView text, qsizetype from, qsizetype end) const
     {
-        const char16_t first = word[0].unicode();
-        const bool isLetter = QChar(first).isLetter();
-        const char16_t *const chars = text.utf16();
-        for (qsizetype at = from; at <= end - word.size(); ++at) {
-            if (isLetter) {
-                if ((chars[at] | 0x20) != first)
-                    continue;
-            } else {
-                at = text.first(end).indexOf(QChar(first), at);
-                if (at < 0 || at > end - word.size())
-                    return -1;
+        const qsizetype last = end - Size();
+        while (from <= last) {
+            // A look at many places at once is made without a branch; nearly always there is nothing.
+            const qsizetype count = std::min<qsizetype>(last - from + 1, 64);
+            if (MayStandIn(text.utf16() + from, count)) {
+                for (qsizetype at = from; at < from + count; ++at) {
+                    if (StandsAt(text, at))
+                        return at;
+                }
             }
-            if (text.sliced(at, word.size()).compare(word, Qt::CaseInsensitive) == 0 &&
-                IsWholeWord(text, at, at + word.size()))
-                return at;
+            from += count;
         }
         return -1;
     }
+
+private:
+    /// Whether the word may begin at one of the places; the letters looked at have no third form.
+    bool MayStandIn(const char16_t *places, qsizetype count) const
+    {
+        const char16_t first = m_word[0], second = m_word[1], last = m_word.back();
+        const char16_t *const ends = places + Size() - 1;
+        unsigned hits = 0;
+        for (qsizetype i = 0; i < count; ++i)
+            hits |= unsigned((places[i] | 0x20) == first) & unsigned((places[i + 1] | 0x20) == second) &
+                    unsigned((ends[i] | 0x20) == last);
+        return hits != 0;
+    }
+    bool StandsAt(QStringView text, qsizetype at) const
+    {
+        return (text[at].unicode() | 0x20) == m_word.front() &&
+               text.sliced(at, Size()).compare(m_word, Qt::CaseInsensitive) == 0 &&
+               IsWholeWord(text, at, at + Size());
+    }
+
+    std::u16string_view m_word;
 };
 
-constexpr Keyword Instr{"instr"_L1}, Endin{"endin"_L1}, Define{"#define"_L1}, Include{"#include"_L1};
+constexpr Keyword Instr(u"instr"), Endin(u"endin");
+constexpr std::u16string_view Define = u"#define", Include = u"#include";
 
 /// Whether more than `count` characters are left when spaces are normalized.
 bool IsLongerNormalized(QStringView text, qsizetype count)
@@ -295,6 +323,8 @@ public:
     void SearchNamedSection(qsizetype start, qsizetype end);
     void SearchFTables(qsizetype start, qsizetype end);
     void SearchTags();
+    /// Has to come before the searches for macros and includes.
+    void FindDirectives();
     void SearchMacro();
     void SearchInclude();
 
@@ -319,6 +349,7 @@ private:
 
     QStringView m_text;
     std::vector<TextSpan> m_blockComments;
+    std::vector<qsizetype> m_defines, m_includes; ///< all, commented ones too
     OutlineBuilder m_builder;
 };
 
@@ -335,7 +366,7 @@ void Scanners::SearchInstr(qsizetype start, qsizetype end)
         const qsizetype close = Endin.Find(m_text, from, end);
         if (close < 0)
             break;
-        instruments.push_back({from, close + Endin.word.size()});
+        instruments.push_back({from, close + Endin.Size()});
         from = close + 1;
     }
     if (instruments.empty())
@@ -347,7 +378,7 @@ void Scanners::SearchInstr(qsizetype start, qsizetype end)
     NextCharacter<IsLineEnd> lineEnds(m_text);
     qint32 number = 0;
     for (const TextSpan &instrument : instruments) {
-        const qsizetype behindWord = instrument.start + Instr.word.size();
+        const qsizetype behindWord = instrument.start + Instr.Size();
         ++number;
         const qint32 node = m_builder.Add({.kind = OutlineKind::Instrument,
                                            .parent = root,
@@ -464,15 +495,29 @@ void Scanners::SearchTags()
     }
 }
 
+void Scanners::FindDirectives()
+{
+    const auto standsAt = [this](qsizetype hit, QStringView directive) {
+        return m_text.sliced(hit).startsWith(directive, Qt::CaseInsensitive) &&
+               IsWholeWord(m_text, hit, hit + directive.size());
+    };
+    for (qsizetype hit = -1; (hit = m_text.indexOf(u'#', hit + 1)) >= 0;) {
+        if (standsAt(hit, Define))
+            m_defines.push_back(hit);
+        else if (standsAt(hit, Include))
+            m_includes.push_back(hit);
+    }
+}
+
 std::vector<Scanners::Macro> Scanners::FindMacros() const
 {
     CommentLookup comments = Comments();
     std::vector<Macro> macros;
-    for (qsizetype hit = -1; (hit = Define.Find(m_text, hit + 1, m_text.size())) >= 0;) {
+    for (const qsizetype hit : m_defines) {
         if (comments.IsCommented(hit))
             continue;
         // Whatever follows the word directly is passed over.
-        qsizetype start = std::min(hit + Define.word.size() + 1, m_text.size());
+        qsizetype start = std::min(hit + qsizetype(Define.size()) + 1, m_text.size());
         while (start < m_text.size() && IsBlankOrTab(m_text[start]))
             ++start;
         qsizetype nameEnd = -1;
@@ -548,10 +593,10 @@ void Scanners::SearchInclude()
     NextCharacter<EndsInclude> ends(m_text);
     qint32 root = -1;
     qint32 number = 0;
-    for (qsizetype hit = -1; (hit = Include.Find(m_text, hit + 1, m_text.size())) >= 0;) {
+    for (const qsizetype hit : m_includes) {
         if (comments.IsCommented(hit))
             continue;
-        const qsizetype start = hit + Include.word.size();
+        const qsizetype start = hit + qsizetype(Include.size());
         const qsizetype end = ends.From(start);
         // More than the delimiters of the name, which are whatever stands at its ends.
         if (!IsLongerNormalized(m_text.sliced(start, end - start), 2))
@@ -564,6 +609,27 @@ void Scanners::SearchInclude()
                        .tag = qint32(hit),
                        .caption = {start, end}});
     }
+}
+
+/// The offsets of the tags that the sections of a unified document lie between, -1 for one that is missing.
+struct SectionTags {
+    qsizetype instruments = -1, instrumentsEnd = -1, score = -1, scoreEnd = -1;
+};
+
+SectionTags FindSectionTags(QStringView text)
+{
+    SectionTags tags;
+    const std::pair<QStringView, qsizetype &> wanted[] = {{u"<CsInstruments>", tags.instruments},
+                                                          {u"</CsInstruments>", tags.instrumentsEnd},
+                                                          {u"<CsScore>", tags.score},
+                                                          {u"</CsScore>", tags.scoreEnd}};
+    for (qsizetype sign = -1; (sign = text.indexOf(u'<', sign + 1)) >= 0;) {
+        for (const auto &[tag, found] : wanted) {
+            if (found < 0 && text.sliced(sign).startsWith(tag))
+                found = sign;
+        }
+    }
+    return tags;
 }
 
 } // namespace
@@ -585,19 +651,17 @@ Outline ScanOutline(const QString &text, FileKind kind)
         break;
     case FileKind::Unified: {
         scanners.SearchTags();
-        const qsizetype instruments = text.indexOf(u"<CsInstruments>");
-        const qsizetype instrumentsEnd = text.indexOf(u"</CsInstruments>");
-        if (instruments >= 0 && instrumentsEnd >= 0)
-            scanners.SearchInstr(instruments, instrumentsEnd);
-        const qsizetype score = text.indexOf(u"<CsScore>");
-        const qsizetype scoreEnd = text.indexOf(u"</CsScore>");
-        if (score >= 0 && scoreEnd >= 0)
-            scanScore(score, scoreEnd, score + 1); // kept: counted from 1
+        const SectionTags tags = FindSectionTags(text);
+        if (tags.instruments >= 0 && tags.instrumentsEnd >= 0)
+            scanners.SearchInstr(tags.instruments, tags.instrumentsEnd);
+        if (tags.score >= 0 && tags.scoreEnd >= 0)
+            scanScore(tags.score, tags.scoreEnd, tags.score + 1); // kept: counted from 1
         break;
     }
     default:
         return {};
     }
+    scanners.FindDirectives();
     scanners.SearchMacro();
     scanners.SearchInclude();
     return scanners.Done();
