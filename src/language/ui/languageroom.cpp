@@ -3,6 +3,7 @@
 
 #include "language/helponword.h"
 #include "language/highlighter.h"
+#include "language/ui/navigationbuttons.h"
 #include "language/ui/opcodecombo.h"
 #include "language/ui/outlinepanel.h"
 #include "language/ui/relatedpanel.h"
@@ -58,6 +59,8 @@ LanguageRoom::LanguageRoom(const WindowContext &context)
     context.steps.colour.Take(*this);
     context.steps.outline.Take(*tvwBrowse);
     context.steps.relatedFiles.Take(*tvwRelated);
+
+    new NavigationButtons(context);
 
     context.windowSteps.Add(WindowMoment::Tables, [this] { LoadTables(); });
     context.windowSteps.Add(WindowMoment::Lists, [this] { LoadShownOpcodes(); });

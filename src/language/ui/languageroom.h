@@ -14,7 +14,7 @@ class OutlinePanel;
 class RelatedPanel;
 
 /// The language services of the window: the opcode list and its combo, colouring, the code outline, the
-/// related files, help on a word.
+/// related files, the history, help on a word.
 class LanguageRoom : public ColourStep
 {
 public:

@@ -6,10 +6,12 @@
 #include "shell/ui/commands.h"
 #include "shell/ui/icons.h"
 #include "shell/ui/menutable.h"
+#include "shell/ui/plaintooltip.h"
 
 #include <algorithm>
 #include <QGuiApplication>
 #include <QIconEngine>
+#include <QKeySequence>
 #include <QList>
 #include <QMenu>
 #include <QPainter>
@@ -65,11 +67,14 @@ QMenu *NewDropDown(QToolBar &toolbar, Commands &commands, const ToolButton &butt
     return menu;
 }
 
-QString ToolTip(const ToolButton &button)
+QString WithKey(const QString &tooltip, const QString &key)
 {
-    const QString tooltip = QString::fromUtf16(button.tooltip);
-    const QString shortcut = ShownKey(button.command);
-    return shortcut.isEmpty() ? tooltip : tooltip + u" ("_s + shortcut + u')';
+    return key.isEmpty() ? tooltip : tooltip + u" ("_s + key + u')';
+}
+
+QString ShownKey(const QAction &button)
+{
+    return button.shortcut().toString(QKeySequence::PortableText);
 }
 
 void AddToolButton(QToolBar &toolbar, Commands &commands, const ToolButton &button)
@@ -80,7 +85,10 @@ void AddToolButton(QToolBar &toolbar, Commands &commands, const ToolButton &butt
     const QString description = QString::fromUtf16(button.description);
     QAction *action = toolbar.addAction(Icons::Load(key), description);
     action->setObjectName(toolbar.objectName() + u'_' + key);
-    action->setToolTip(ToolTip(button));
+    action->setShortcut(QKeySequence(QString::fromUtf16(button.shortcut), QKeySequence::PortableText));
+    const QString shown = ShownKey(button.command);
+    action->setToolTip(
+        WithKey(QString::fromUtf16(button.tooltip), shown.isEmpty() ? ShownKey(*action) : shown));
     action->setProperty("key", key);
     action->setProperty(CommandProperty, button.command.RowName());
     if (QAction *row = commands.Action(button.command)) {
@@ -96,6 +104,11 @@ void AddToolButton(QToolBar &toolbar, Commands &commands, const ToolButton &butt
     face->setAccessibleName(description);
     if (button.choices[0].command) {
         action->setMenu(NewDropDown(toolbar, commands, button, action->objectName() + u"_menu"_s));
+        face->setPopupMode(QToolButton::MenuButtonPopup);
+    } else if (button.dropDown) {
+        auto *menu = new QMenu(&toolbar);
+        menu->setObjectName(action->objectName() + u"_menu"_s);
+        action->setMenu(menu);
         face->setPopupMode(QToolButton::MenuButtonPopup);
     }
 }
@@ -143,6 +156,18 @@ void AddToolButtons(QToolBar &toolbar, Commands &commands, std::span<const ToolB
 {
     for (const ToolButton &button : table)
         AddToolButton(toolbar, commands, button);
+}
+
+void SetButtonToolTip(QAction &button, const QString &tooltip)
+{
+    button.setToolTip(tooltip.isEmpty() ? QString() : PlainToolTip(WithKey(tooltip, ShownKey(button))));
+    if (!tooltip.isEmpty())
+        return;
+    // An action without a tooltip lends its caption to its buttons.
+    for (QObject *object : button.associatedObjects()) {
+        if (auto *face = qobject_cast<QToolButton *>(object))
+            face->setToolTip({});
+    }
 }
 
 QAction *FindToolButton(const QToolBar &toolbar, Command command)

@@ -37,10 +37,15 @@ struct ToolButton {
     ButtonGroup group = ButtonGroup::Same;
     std::array<Choice, 2> choices = {}; ///< both or none
     bool followsRow = true;             ///< enabled and pressed as the menu row of the command
+    const char16_t *shortcut = u"";     ///< the key of a command without a menu row
+    bool dropDown = false; ///< with a list whose entries come and go: who binds the command fills it
 };
 
 /// Puts the buttons at the toolbar's end. A command without a menu row takes its button as its action.
 void AddToolButtons(QToolBar &toolbar, Commands &commands, std::span<const ToolButton> table);
+
+/// A tooltip of a button that changes, with the key of the button behind it; an empty one shows nothing.
+void SetButtonToolTip(QAction &button, const QString &tooltip);
 
 /// The action of the button that runs this command; null when there is none.
 QAction *FindToolButton(const QToolBar &toolbar, Command command);

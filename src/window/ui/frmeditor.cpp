@@ -32,6 +32,7 @@
 #include "window/ui/windowlayout.h"
 #include "window/ui/workspace.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QClipboard>
 #include <QCloseEvent>
@@ -124,6 +125,11 @@ void frmEditor::BuildToolbar()
     Toolbar1->setObjectName(u"Toolbar1"_s);
     Toolbar1->setIconSize(IconSize);
     AddToolButtons(*Toolbar1, *m_commands, ToolbarTable());
+    for (QAction *button : Toolbar1->actions()) {
+        // The keys work while the toolbar is out of sight.
+        if (!button->shortcut().isEmpty())
+            addAction(button);
+    }
     m_display->SetSaveButton(FindToolButton(*Toolbar1, Cmd::mnuSave));
 }
 
