@@ -3,6 +3,7 @@
 
 #include "language/helponword.h"
 #include "language/highlighter.h"
+#include "language/sections.h"
 #include "language/ui/navigationbuttons.h"
 #include "language/ui/opcodecombo.h"
 #include "language/ui/outlinepanel.h"
@@ -34,6 +35,7 @@ constexpr int ComboCharacters = 48; ///< as wide as the opcode combo grows
 LanguageRoom::LanguageRoom(const WindowContext &context)
     : m_context(context),
       m_highlighter(context.editor, context.view, m_opcodes),
+      m_sections(context.editor, context.view, context.steps, m_highlighter),
       cmbOpcodes(
           new OpcodeCombo(context.editor, ProgramFolder(), [&view = context.view] { view.FocusText(); })),
       tvwBrowse(new OutlinePanel(context)),
@@ -70,6 +72,9 @@ LanguageRoom::LanguageRoom(const WindowContext &context)
     context.commands.Bind(Cmd::mnuCsHelp,
                           [&editor = context.editor] { HelpOnWord(editor, ProgramFolder()); });
     context.commands.Bind(Cmd::mnuRefreshSyntaxHighlight, [this] { Refresh(); });
+    context.commands.Bind(Cmd::mnuOrchestra, [this] { m_sections.mnuOrchestra(); });
+    context.commands.Bind(Cmd::mnuScore, [this] { m_sections.mnuScore(); });
+    context.commands.Bind(Cmd::mnuCSD, [this](Conversion conversion) { m_sections.mnuCSD(conversion); });
 }
 
 void LanguageRoom::LoadTables()

@@ -3,6 +3,7 @@
 
 #include "language/highlighter.h"
 #include "language/opcodelist.h"
+#include "language/sections.h"
 #include "shell/documentsteps.h"
 #include "shell/ui/windowcontext.h"
 
@@ -14,7 +15,7 @@ class OutlinePanel;
 class RelatedPanel;
 
 /// The language services of the window: the opcode list and its combo, colouring, the code outline, the
-/// related files, the history, help on a word.
+/// related files, the history, the sections of a piece, help on a word.
 class LanguageRoom : public ColourStep
 {
 public:
@@ -33,6 +34,7 @@ private:
     WindowContext m_context;
     OpcodeList m_opcodes;
     Highlighter m_highlighter;
+    PieceSections m_sections;
     OpcodeCombo *cmbOpcodes;
     OutlinePanel *tvwBrowse;
     RelatedPanel *tvwRelated;
