@@ -2,6 +2,7 @@
 
 // The file's road into and out of the text control, without the control: bytes a second beside memcpy.
 
+#include "platform/textencoding.h"
 #include "platform/textfile.h"
 #include "shell/lineends.h"
 

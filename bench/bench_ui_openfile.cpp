@@ -5,6 +5,7 @@
 
 #include "language/scanner.h"
 #include "peercontrol.h"
+#include "platform/textencoding.h"
 #include "platform/textfile.h"
 #include "platform/ui/qtdesktop.h"
 #include "platform/ui/textcontrol.h"

@@ -7,6 +7,8 @@
 #include "platform/desktop.h"
 #include "platform/runtimeerror.h"
 #include "platform/textbuffer.h"
+#include "platform/textencoding.h"
+#include "platform/textfile.h"
 #include "run/filekinds.h"
 #include "run/kindsearch.h"
 #include "shell/documentkeys.h"

@@ -2,7 +2,7 @@
 #include "platform/profilefile.h"
 
 #include "platform/runtimeerror.h"
-#include "platform/textfile.h"
+#include "platform/textencoding.h"
 
 #include <algorithm>
 #include <chrono>

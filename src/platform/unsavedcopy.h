@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/nativefile.h"
-#include "platform/textfile.h"
+#include "platform/textencoding.h"
 
 #include <optional>
 #include <QByteArray>

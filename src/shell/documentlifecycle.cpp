@@ -3,6 +3,7 @@
 
 #include "platform/nativefile.h"
 #include "platform/runtimeerror.h"
+#include "platform/textencoding.h"
 #include "platform/textfile.h"
 #include "shell/documentkeys.h"
 #include "shell/documentkind.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/textencoding.h"
 #include "shell/changedondisk.h"
 #include "shell/documentsteps.h"
 #include "shell/documentview.h"

@@ -3,6 +3,7 @@
 
 #include "platform/replacefile.h"
 #include "platform/runtimeerror.h"
+#include "platform/textencoding.h"
 #include "platform/textfile.h"
 #include "platform/unsavedcopy.h"
 #include "shell/documentlifecycle.h"

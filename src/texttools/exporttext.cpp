@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "texttools/exporttext.h"
 
+#include "platform/textencoding.h"
+#include "platform/textfile.h"
 #include "shell/lineends.h"
 #include "shell/splitpath.h"
 

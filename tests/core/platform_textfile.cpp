@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/lostnames.h"
 #include "platform/runtimeerror.h"
+#include "platform/textencoding.h"
 #include "platform/textfile.h"
 #include "platform/unsavedcopy.h"
 #include "support/childprocess.h"

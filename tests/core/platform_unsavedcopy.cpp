@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/runtimeerror.h"
+#include "platform/textencoding.h"
 #include "platform/unsavedcopy.h"
 #include "platform/userfolders.h"
 #include "support/childprocess.h"

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/runtimeerror.h"
+#include "platform/textencoding.h"
+#include "platform/textfile.h"
 #include "shell/documentkeys.h"
 #include "support/boxes.h"
 #include "support/lifecyclefixture.h"

@@ -2,7 +2,7 @@
 #include "shell/leftwork.h"
 
 #include "platform/runtimeerror.h"
-#include "platform/textfile.h"
+#include "platform/textencoding.h"
 #include "platform/unsavedcopy.h"
 #include "shell/documentkeys.h"
 #include "support/boxes.h"

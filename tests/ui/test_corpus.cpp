@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "language/scanner.h"
 #include "platform/programfolder.h"
+#include "platform/textencoding.h"
 #include "platform/textfile.h"
 #include "platform/ui/textcontrol.h"
 #include "shell/documentkeys.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The menus: their rows, which of them are enabled, and which menu comes up where.
 
+#include "platform/textfile.h"
 #include "shell/toolkeys.h"
 #include "shell/ui/menutable.h"
 #include "support/editorwindow.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The toolbar.
 
+#include "platform/textfile.h"
 #include "shell/ui/bandbar.h"
 #include "support/editorwindow.h"
 #include "support/uitest.h"
