@@ -9,7 +9,6 @@
 #include "platform/textbuffer.h"
 #include "platform/textencoding.h"
 #include "platform/textfile.h"
-#include "run/filekinds.h"
 #include "run/kindsearch.h"
 #include "shell/documentkeys.h"
 #include "shell/documentkind.h"

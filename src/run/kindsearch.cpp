@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "run/kindsearch.h"
 
-#include "run/filekinds.h"
 #include "run/runkeys.h"
 #include "shell/documentkind.h"
 #include "shell/editorcontext.h"

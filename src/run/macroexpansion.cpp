@@ -3,9 +3,9 @@
 
 #include "platform/parameters.h"
 #include "platform/runtimeerror.h"
-#include "run/filekinds.h"
 #include "run/kindsearch.h"
 #include "run/toolpaths.h"
+#include "shell/documentkind.h"
 #include "shell/editorcontext.h"
 #include "shell/splitpath.h"
 

@@ -2,9 +2,9 @@
 #include "run/quickpreset.h"
 
 #include "platform/parameters.h"
-#include "run/filekinds.h"
 #include "run/presetbuttons.h"
 #include "run/presetkeys.h"
+#include "shell/documentkind.h"
 #include "shell/editorcontext.h"
 #include "shell/splitpath.h"
 

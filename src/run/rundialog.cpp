@@ -2,11 +2,11 @@
 #include "run/rundialog.h"
 
 #include "platform/parameters.h"
-#include "run/filekinds.h"
 #include "run/kindsearch.h"
 #include "run/macroexpansion.h"
 #include "run/runkeys.h"
 #include "run/toolpaths.h"
+#include "shell/documentkind.h"
 #include "shell/editorcontext.h"
 #include "shell/recentlist.h"
 #include "shell/splitpath.h"

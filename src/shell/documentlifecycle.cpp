@@ -442,7 +442,8 @@ QString DocumentLifecycle::SaveBox()
         extensions = SplitExtensions(BareExtension(current));
     FileDialogRequest request;
     if (!extensions.isEmpty())
-        request.filters.push_back({KindLabel(), ExtensionPatterns(extensions)});
+        request.filters.push_back(
+            {KindLabel(m_document.DocumentKind, m_document, m_desktop), ExtensionPatterns(extensions)});
     request.filters.push_back({u"All files"_s, u"*.*"_s});
     request.fileName = BareFileName(current);
     request.defaultExtension = current.isEmpty() ? extensions.value(0) : BareExtension(current);
@@ -507,14 +508,8 @@ QString DocumentLifecycle::CaptionName() const
 
 void DocumentLifecycle::ShowCaption(const QString &mark)
 {
-    m_view.ShowCaption(ApplicationTitle() + u" - "_s + CaptionName() + mark + u" ("_s + KindLabel() + u')');
-}
-
-QString DocumentLifecycle::KindLabel() const
-{
-    if (m_document.DocumentKind == FileKind::Other && !m_document.CurrentFile.isEmpty())
-        return m_desktop.TypeName(m_document.CurrentFile);
-    return KindName(m_document.DocumentKind);
+    m_view.ShowCaption(ApplicationTitle() + u" - "_s + CaptionName() + mark + u" ("_s +
+                       KindLabel(m_document.DocumentKind, m_document, m_desktop) + u')');
 }
 
 QString RecentFileCaption(int number, const QString &path)

@@ -100,7 +100,6 @@ private:
     /// @param mark "*" for a changed text, right behind the name
     void ShowCaption(const QString &mark = {});
     QString CaptionName() const;
-    QString KindLabel() const;
 
     DocumentRecord &m_document;
     TextBuffer &m_text;
