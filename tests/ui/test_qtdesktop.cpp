@@ -722,6 +722,24 @@ private Q_SLOTS:
         QTRY_VERIFY(served);
     }
 
+    void TheProgramLooksAroundDuringTheWait()
+    {
+        const QString waits =
+            Write(u"waits"_s, "#!/bin/sh\nwhile [ ! -e go ]; do sleep 0.05; done\n", true);
+        QStringList told;
+        m_desktop.SetWaitHooks({.begins = [&] { told.append(u"begins"_s); },
+                                .looks =
+                                    [&] {
+                                        told.append(u"looks"_s);
+                                        if (told.size() == 4)
+                                            Write(u"go"_s, "");
+                                    }});
+        QVERIFY(m_desktop.RunAndWait({.command = waits, .folder = m_folder.path()},
+                                     [&] { told.append(u"started"_s); }));
+        m_desktop.SetWaitHooks({});
+        QCOMPARE(told.first(4), QStringList({u"started"_s, u"begins"_s, u"looks"_s, u"looks"_s}));
+    }
+
     void ExitCodeIsNotLookedAt()
     {
         QVERIFY(m_desktop.RunAndWait({.command = Write(u"fails"_s, "#!/bin/sh\nexit 7\n", true)}));

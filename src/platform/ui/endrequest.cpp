@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 #endif
 
@@ -68,6 +69,12 @@ EndRequest::~EndRequest()
     }
 }
 
+bool EndRequest::IsPending() const
+{
+    pollfd pipe = {s_pipe[0], POLLIN, 0};
+    return m_notifier && ::poll(&pipe, 1, 0) > 0;
+}
+
 void EndRequest::Read()
 {
     std::array<char, 64> bytes;
@@ -80,6 +87,10 @@ void EndRequest::Read()
 
 EndRequest::EndRequest(QObject *parent) : QObject(parent) {}
 EndRequest::~EndRequest() = default;
+bool EndRequest::IsPending() const
+{
+    return false;
+}
 void EndRequest::Read() {}
 
 #endif

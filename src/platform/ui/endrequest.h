@@ -19,6 +19,9 @@ public:
     explicit EndRequest(QObject *parent = nullptr);
     ~EndRequest() override;
 
+    /// Whether a request has come that the event loop has not seen yet.
+    bool IsPending() const;
+
 Q_SIGNALS:
     /// Several signals that come before the event loop runs are told as one.
     void Received();

@@ -45,6 +45,7 @@ namespace
 enum ShellResult { FileNotFound = 2, PathNotFound = 3, AccessDenied = 5, NoAssociation = 31, Started = 42 };
 
 constexpr int HandlerPatienceMs = 1500;
+constexpr int LookEveryMs = 100;
 constexpr int InputCharacters = 40; ///< room in an input box: file names and titles are typed there
 
 /// The window that a dialog stands over. A minimized one would hide its dialog with it.
@@ -503,8 +504,13 @@ bool QtDesktop::RunAndWait(const ProcessRequest &request, const std::function<vo
     if (started)
         started();
     FlushWindowSystem(); // what `started` did to the window has to be seen during the wait
-    while (process.state() != QProcess::NotRunning)
-        process.waitForFinished(-1);
+    if (m_waitHooks.begins)
+        m_waitHooks.begins();
+    while (process.state() != QProcess::NotRunning) {
+        process.waitForFinished(LookEveryMs);
+        if (m_waitHooks.looks)
+            m_waitHooks.looks();
+    }
     return true;
 }
 

@@ -3,14 +3,25 @@
 
 #include "platform/desktop.h"
 
+#include <functional>
+#include <utility>
+
 namespace zelvane
 {
+
+/// What the program does about a wait in which it handles no event.
+struct WaitHooks {
+    std::function<void()> begins; ///< called once, when what is waited for runs
+    std::function<void()> looks;  ///< called several times a second; may end the process
+};
 
 /// The real desktop: Qt's dialogs over the active window, processes of the operating system, the default
 /// handlers of the desktop.
 class QtDesktop : public Desktop
 {
 public:
+    void SetWaitHooks(WaitHooks hooks) { m_waitHooks = std::move(hooks); }
+
     BoxAnswer MessageBox(const MessageBoxRequest &request) override;
     std::optional<QString> InputBox(const QString &title, const QString &prompt,
                                     const QString &initial) override;
@@ -38,6 +49,9 @@ public:
     QString ExecutableKind(const QString &path) const override;
 
     QDateTime Now() const override;
+
+private:
+    WaitHooks m_waitHooks;
 };
 
 /// The rows of a file dialog in the toolkit's notation, "All Files" appended unless a row has that label.
