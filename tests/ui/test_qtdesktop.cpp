@@ -724,8 +724,7 @@ private Q_SLOTS:
 
     void TheProgramLooksAroundDuringTheWait()
     {
-        const QString waits =
-            Write(u"waits"_s, "#!/bin/sh\nwhile [ ! -e go ]; do sleep 0.05; done\n", true);
+        const QString waits = Write(u"waits"_s, "#!/bin/sh\nwhile [ ! -e go ]; do sleep 0.05; done\n", true);
         QStringList told;
         m_desktop.SetWaitHooks({.begins = [&] { told.append(u"begins"_s); },
                                 .looks =

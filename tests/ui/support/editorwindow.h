@@ -17,8 +17,8 @@
 namespace zelvane::test
 {
 
-/// A main window over a store, a program folder, a state folder and a scripted desktop of its own. Without further settings
-/// it starts with an untitled text document and no message.
+/// A main window over a store, a program folder, a state folder and a scripted desktop of its own. Without
+/// further settings it starts with an untitled text document and no message.
 class EditorWindow
 {
 public:
