@@ -64,6 +64,7 @@ void frmManual::LayOut()
     chkFolderDoc->setToolTip(u"Required when #includes with relative paths are used."_s);
 
     Fill(*fraFolder, {chkFolderComp, chkFolderDoc});
+    TabToTheChosen({chkFolderComp, chkFolderDoc});
     auto *options = new QHBoxLayout;
     options->addLayout(Column({chkCsound2, chkSaveFirst}), 1);
     options->addWidget(fraFolder, 1);
@@ -102,9 +103,6 @@ void frmManual::Load()
     chkCsound2->setChecked(fields.csound2);
     chkSaveFirst->setChecked(fields.saveFirst);
     (fields.documentFolder ? chkFolderDoc : chkFolderComp)->setChecked(true);
-    // The pair is one stop of the Tab key, at the option that holds; the toolkit sees to it from the first
-    // focus on.
-    (fields.documentFolder ? chkFolderComp : chkFolderDoc)->setFocusPolicy(Qt::ClickFocus);
     // What is left to say when the files are known are the flags.
     if (fields.orchestra.isEmpty())
         txtORC->setFocus();

@@ -16,6 +16,7 @@
 #include <QLayout>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QWidget>
 
 using namespace Qt::Literals::StringLiterals;
@@ -209,6 +210,17 @@ void Fill(QWidget &frame, std::initializer_list<QWidget *> controls)
     auto *column = new QVBoxLayout(&frame);
     for (QWidget *control : controls)
         column->addWidget(control);
+}
+
+void TabToTheChosen(std::initializer_list<QRadioButton *> options)
+{
+    for (QRadioButton *option : options) {
+        const auto follow = [option] {
+            option->setFocusPolicy(option->isChecked() ? Qt::StrongFocus : Qt::ClickFocus);
+        };
+        QObject::connect(option, &QRadioButton::toggled, option, follow);
+        follow();
+    }
 }
 
 void SetTabOrder(const QList<QWidget *> &controls)

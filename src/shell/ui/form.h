@@ -15,6 +15,7 @@ class QLabel;
 class QLayout;
 class QLineEdit;
 class QPushButton;
+class QRadioButton;
 class QVBoxLayout;
 class QWidget;
 
@@ -107,6 +108,9 @@ QVBoxLayout *Column(std::initializer_list<QWidget *> controls);
 QHBoxLayout *Line(std::initializer_list<QWidget *> controls);
 /// Fills a frame with controls under one another.
 void Fill(QWidget &frame, std::initializer_list<QWidget *> controls);
+
+/// Lets Tab go to the option that is chosen, as it does by itself once the keyboard has been among them.
+void TabToTheChosen(std::initializer_list<QRadioButton *> options);
 
 /// Lets the Tab key go from each control to the next.
 void SetTabOrder(const QList<QWidget *> &controls);

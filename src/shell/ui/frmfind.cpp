@@ -69,6 +69,7 @@ void frmFind::LayOut()
     txtFind->setAccessibleName(u"Text to find"_s);
     txtFind->setMinimumContentsLength(FieldWidth);
     Fill(*fraScope, {optScope[0], optScope[1]});
+    TabToTheChosen({optScope[0], optScope[1]});
     auto *options = new QHBoxLayout;
     options->addLayout(Column({chkWholeWords, chkCase, chkWrap}));
     options->addWidget(fraScope);

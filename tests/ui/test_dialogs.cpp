@@ -1,0 +1,268 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What all dialogs have to keep: nothing is cut off, every control is reached by the keyboard and has a name.
+
+#include "run/toolpaths.h"
+#include "run/ui/frmflags.h"
+#include "run/ui/frmimages.h"
+#include "run/ui/frmmanual.h"
+#include "run/ui/frmpresets.h"
+#include "run/ui/frmquickpreset.h"
+#include "shell/ui/frmfind.h"
+#include "shell/ui/frmnew.h"
+#include "support/editorwindow.h"
+#include "support/testcontext.h"
+#include "support/uitest.h"
+#include "texttools/ui/frmtabspace.h"
+
+#include <functional>
+#include <memory>
+#include <QAbstractButton>
+#include <QAccessible>
+#include <QApplication>
+#include <QComboBox>
+#include <QDialog>
+#include <QFont>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QList>
+#include <QScopeGuard>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QWidget>
+#include <vector>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace zelvane;
+using namespace zelvane::test;
+
+namespace
+{
+
+/// What a dialog needs, and a presets' store that shows all its controls.
+struct Place {
+    Place()
+    {
+        for (const QString &name : {u"First"_s, u"Second"_s, u"Third"_s})
+            context.settings.SaveSetting(u"Presets"_s, name, QString());
+        context.settings.SaveSetting(u"Second"_s, u"Command"_s, u"/bin/sh"_s);
+        editor.Open();
+        editor.Text().LoadText(u"some text"_s);
+    }
+
+    RunContext Run() { return {context.editor, tools, context.windows}; }
+
+    TestContext context;
+    ToolPaths tools{.Csound = u"/opt/one/csound"_s, .Csound2 = u"/opt/two/csound"_s};
+    EditorWindow editor;
+};
+
+using Maker = std::function<std::unique_ptr<QDialog>(Place &)>;
+
+struct DialogRow {
+    const char *name;
+    Maker make;
+    QString tabs; ///< the controls that Tab goes round, from the one that has the keyboard; empty: not told
+};
+
+std::unique_ptr<QDialog> NewFind(Place &place, bool replace)
+{
+    return std::make_unique<frmFind>(place.editor.window->Context(), place.editor.Text(),
+                                     place.editor.window->CommandTable(), replace, nullptr);
+}
+
+const std::vector<DialogRow> &Dialogs()
+{
+    static const std::vector<DialogRow> rows = {
+        {"Find", [](Place &place) { return NewFind(place, false); },
+         u"txtFind chkWholeWords chkCase chkWrap bFind bReplace bClose"_s},
+        {"Replace", [](Place &place) { return NewFind(place, true); },
+         u"txtFind txtReplace chkWholeWords chkCase chkWrap optScope_1 bFind bReplace bReplaceAll bClose"_s},
+        {"New Document", [](Place &) { return std::make_unique<frmNew>(); }, u"lvwNew cmdOK cmdCancel"_s},
+        {"Formatting Algorythms",
+         [](Place &place) {
+             return std::make_unique<frmTabSpace>(place.editor.window->Context(), place.editor.Text(),
+                                                  nullptr);
+         },
+         u"lstMode bOK bCancel"_s},
+        {"Run Csound", [](Place &place) { return std::make_unique<frmManual>(place.Run()); },
+         u"txtORC bORC txtSCO bSCO cmbArgs bFlags chkCsound2 chkSaveFirst chkFolderDoc bOK bCancel"_s},
+        {"Csound Flags",
+         [](Place &place) { return std::make_unique<frmFlags>(place.context.editor, nullptr, nullptr); },
+         u"lvwFlags txtFlags cmdOK cmdCancel"_s},
+        {"Presets",
+         [](Place &place) {
+             auto dialog = std::make_unique<frmPresets>(place.Run(), nullptr);
+             dialog->SelectPreset(u"Second"_s);
+             return dialog;
+         },
+         u"cmbPreset qt_tabwidget_tabbar txtCommand bCommand txtArgs bPickFlag txtFolder bFolder cmbWindow "
+         "chkSaveFirst bCancel"_s},
+        {"Pick an image", [](Place &) { return std::make_unique<frmImages>(); }, {}},
+        {"Preset chooser", [](Place &place) { return std::make_unique<frmQuickPreset>(place.Run()); },
+         u"lstPreset cmdOK cmdCancel cmdEdit"_s},
+    };
+    return rows;
+}
+
+void Show(QDialog &dialog)
+{
+    dialog.setAttribute(Qt::WA_DeleteOnClose, false);
+    dialog.show();
+    if (!QTest::qWaitFor([&] { return QApplication::activeWindow() == &dialog; }))
+        QTest::qFail("the dialog is not the active window", __FILE__, __LINE__);
+}
+
+/// Each control has the room that it needs, and stands inside what it belongs to.
+void CheckWhole(const QDialog &dialog)
+{
+    for (const QWidget *control : dialog.findChildren<QWidget *>()) {
+        const bool hasWords =
+            qobject_cast<const QLabel *>(control) || qobject_cast<const QAbstractButton *>(control) ||
+            qobject_cast<const QGroupBox *>(control) || qobject_cast<const QLineEdit *>(control);
+        // The field of a list that drops down is the style's.
+        if (!hasWords || !control->isVisible() || control->window() != &dialog ||
+            qobject_cast<const QComboBox *>(control->parentWidget()))
+            continue;
+        QSize needed = control->minimumSizeHint();
+        if (const auto *label = qobject_cast<const QLabel *>(control); label && label->wordWrap())
+            needed = QSize(0, label->heightForWidth(label->width()));
+        const QString what = control->objectName() + u": %1x%2 of %3x%4"_s.arg(control->width())
+                                                         .arg(control->height())
+                                                         .arg(needed.width())
+                                                         .arg(needed.height());
+        QVERIFY2(control->width() >= needed.width() && control->height() >= needed.height(),
+                 qPrintable(what));
+        QVERIFY2(control->parentWidget()->rect().contains(control->geometry()), qPrintable(what));
+    }
+}
+
+} // namespace
+
+class DialogsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void TabGoesRound_data();
+    void TabGoesRound();
+    void NothingIsCutOff_data();
+    void NothingIsCutOff();
+    void EveryControlHasAName_data();
+    void EveryControlHasAName();
+    void EscapeCloses_data();
+    void EscapeCloses();
+};
+
+void DialogsTest::TabGoesRound_data()
+{
+    QTest::addColumn<int>("row");
+    for (size_t row = 0; row < Dialogs().size(); ++row)
+        QTest::newRow(Dialogs()[row].name) << int(row);
+}
+
+void DialogsTest::TabGoesRound()
+{
+    QFETCH(int, row);
+    Place place;
+    const auto dialog = Dialogs()[size_t(row)].make(place);
+    Show(*dialog);
+    QList<QWidget *> seen;
+    QStringList names;
+    for (QWidget *at = QApplication::focusWidget(); at && !seen.contains(at);
+         at = QApplication::focusWidget()) {
+        seen.append(at);
+        names.append(at->objectName());
+        QTest::keyClick(at, Qt::Key_Tab);
+    }
+    if (!Dialogs()[size_t(row)].tabs.isEmpty())
+        QCOMPARE(names.join(u' '), Dialogs()[size_t(row)].tabs);
+    QCOMPARE(QApplication::focusWidget(), seen.value(0));
+    // The way back is the same.
+    for (qsizetype i = seen.size() - 1; i >= 0; --i) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab, Qt::ShiftModifier);
+        QCOMPARE(QApplication::focusWidget(), seen[i]);
+    }
+    for (QWidget *control : dialog->findChildren<QWidget *>()) {
+        if (control->isVisible() && control->isEnabled() && !control->focusProxy() &&
+            (control->focusPolicy() & Qt::TabFocus) && control->window() == dialog.get())
+            QVERIFY2(seen.contains(control), qPrintable(control->objectName()));
+    }
+}
+
+void DialogsTest::NothingIsCutOff_data()
+{
+    QTest::addColumn<int>("row");
+    QTest::addColumn<int>("percent");
+    for (size_t row = 0; row < Dialogs().size(); ++row) {
+        for (const int percent : {100, 160})
+            QTest::addRow("%s, font %d%%", Dialogs()[row].name, percent) << int(row) << percent;
+    }
+}
+
+void DialogsTest::NothingIsCutOff()
+{
+    QFETCH(int, row);
+    QFETCH(int, percent);
+    const QFont before = QApplication::font();
+    const auto back = qScopeGuard([&] { QApplication::setFont(before); });
+    QFont font = before;
+    font.setPointSizeF(before.pointSizeF() * percent / 100);
+    QApplication::setFont(font);
+    Place place;
+    const auto dialog = Dialogs()[size_t(row)].make(place);
+    Show(*dialog);
+    dialog->resize(dialog->minimumSizeHint()); // as small as it gets
+    QCoreApplication::processEvents();
+    for (QTabWidget *pages : dialog->findChildren<QTabWidget *>()) {
+        for (int page = 0; page < pages->count(); ++page) {
+            pages->setCurrentIndex(page);
+            CheckWhole(*dialog);
+        }
+    }
+    CheckWhole(*dialog);
+}
+
+void DialogsTest::EveryControlHasAName_data()
+{
+    TabGoesRound_data();
+}
+
+void DialogsTest::EveryControlHasAName()
+{
+    QFETCH(int, row);
+    Place place;
+    const auto dialog = Dialogs()[size_t(row)].make(place);
+    Show(*dialog);
+    QVERIFY(!dialog->windowTitle().isEmpty());
+    for (QWidget *control : dialog->findChildren<QWidget *>()) {
+        if (!(control->focusPolicy() & Qt::TabFocus) || control->focusProxy() ||
+            control->window() != dialog.get() || qobject_cast<QTabBar *>(control))
+            continue;
+        QAccessibleInterface *reader = QAccessible::queryAccessibleInterface(control);
+        QVERIFY2(reader && !reader->text(QAccessible::Name).isEmpty(), qPrintable(control->objectName()));
+    }
+}
+
+void DialogsTest::EscapeCloses_data()
+{
+    TabGoesRound_data();
+}
+
+void DialogsTest::EscapeCloses()
+{
+    QFETCH(int, row);
+    Place place;
+    const auto dialog = Dialogs()[size_t(row)].make(place);
+    Show(*dialog);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    QVERIFY(!dialog->isVisible());
+    QCOMPARE(dialog->result(), int(QDialog::Rejected));
+}
+
+int main(int argc, char **argv)
+{
+    return RunUiTest<DialogsTest>(argc, argv);
+}
+
+#include "test_dialogs.moc"
