@@ -68,6 +68,26 @@ def chooser_runs_the_chosen_preset(stage):
     check_rendered(stage, process, piece.with_suffix(".wav"))
 
 
+def chooser_is_out_of_sight_while_it_waits(stage):
+    go = stage.home / "go"
+    done = stage.home / "done"
+    wait = stage.home / "wait.sh"
+    wait.write_text(f"#!/bin/sh\nwhile [ ! -e {go} ]; do sleep 0.05; done\n")
+    finish = stage.home / "finish.sh"
+    finish.write_text(f"#!/bin/sh\ntouch {done}\n")
+    for script in (wait, finish):
+        script.chmod(0o755)
+    stage.write_store(f"[Options]\nUsed=2\n[Presets]\nTwo=\n[Two]\nCommand={wait}\n2ndCommand={finish}\n")
+    piece = copy_example(stage, "oscil.csd")
+    process = stage.start("/p", piece)
+    process.window("Run Zelvane Preset").keys("Return")
+    stage.until(lambda: not stage.windows_of(process.pid), "no window of the chooser")
+    check(process.runs() and not done.exists(), "the first action runs")
+    go.touch()
+    equal(process.ended(), 0, "exit code")
+    stage.until(done.exists, "the second action")
+
+
 def chooser_cancelled_ends(stage):
     stage.write_store(STORE)
     piece = copy_example(stage, "oscil.csd")
@@ -81,5 +101,6 @@ main(
     run_dialog_cancelled_starts_nothing,
     run_dialog_without_a_file_ends_at_once,
     chooser_runs_the_chosen_preset,
+    chooser_is_out_of_sight_while_it_waits,
     chooser_cancelled_ends,
 )
