@@ -30,14 +30,6 @@ using namespace Qt::Literals::StringLiterals;
 namespace zelvane
 {
 
-namespace
-{
-
-constexpr QLatin1String InstrumentsTag("CsInstruments");
-constexpr QLatin1String ScoreTag("CsScore");
-
-} // namespace
-
 QString ExtractTag(const QString &text, const QString &tag)
 {
     const QString opening = u'<' + tag + u'>';
@@ -70,7 +62,7 @@ void PieceSections::mnuOrchestra()
     if (m_editor.document.CurrentFile.isEmpty())
         return;
     if (m_editor.document.DocumentKind == FileKind::Unified)
-        GoToTag(InstrumentsTag);
+        GoToTag(u"<CsInstruments>"_s, u"There is no <CsInstruments> tag in this file."_s);
     else
         GoToFile(FileKind::Orchestra, m_orchestraSide, m_scoreSide);
 }
@@ -80,20 +72,18 @@ void PieceSections::mnuScore()
     if (m_editor.document.CurrentFile.isEmpty())
         return;
     if (m_editor.document.DocumentKind == FileKind::Unified)
-        GoToTag(ScoreTag);
+        GoToTag(u"<CsScore>"_s, u"There is no <CsScore> tag in this file."_s);
     else
         GoToFile(FileKind::Score, m_scoreSide, m_orchestraSide);
 }
 
-void PieceSections::GoToTag(const QString &tag)
+void PieceSections::GoToTag(const QString &opening, const QString &missing)
 {
-    const QString opening = u'<' + tag + u'>';
     const qsizetype hit = FindText(m_editor.text.Text(), opening, 0, -1, FindAnywhere);
     if (hit >= 0)
         PutCaretAtTop(hit);
     else
-        m_editor.desktop.MessageBox(
-            {.text = u"There is no "_s + opening + u" tag in this file."_s, .icon = BoxIcon::Information});
+        m_editor.desktop.MessageBox({.text = missing, .icon = BoxIcon::Information});
 }
 
 void PieceSections::GoToFile(FileKind kind, CaretMemory &ours, const CaretMemory &other)
@@ -195,8 +185,8 @@ void PieceSections::ColourAsOrchestra()
 void PieceSections::ConvertToPair()
 {
     const QString text = m_editor.text.Text();
-    const QString orchestra = ExtractTag(text, InstrumentsTag);
-    const QString score = ExtractTag(text, ScoreTag);
+    const QString orchestra = ExtractTag(text, u"CsInstruments"_s);
+    const QString score = ExtractTag(text, u"CsScore"_s);
     const QString file = SaveHalf(FileKind::Orchestra, orchestra);
     if (file.isEmpty() || SaveHalf(FileKind::Score, score).isEmpty())
         return;

@@ -55,7 +55,8 @@ private:
         TextEncoding encoding;
     };
 
-    void GoToTag(const QString &tag);
+    /// @param missing tells that there is none
+    void GoToTag(const QString &opening, const QString &missing);
     /// @param ours takes the place that is left; `other` is that of the command of the other half
     void GoToFile(FileKind kind, CaretMemory &ours, const CaretMemory &other);
     void PutCaretAtTop(qsizetype offset);
