@@ -178,6 +178,7 @@ void TextControl::LoadText(QString text)
     m_map.Reset(bytes.size(), Utf16Length(bytes));
     bytes.clear();
     m_plain = true;
+    CutLongLines(0, m_map.Bytes());
 
     m_formatsApplied = false;
     ApplyLook();
@@ -195,6 +196,7 @@ void TextControl::SetText(const QString &text)
     const QByteArray bytes = ToUtf8(text);
     ReplaceBytes(0, m_map.Bytes(), bytes, UndoKind::None);
     PaintRun({0, bytes.size(), StyleClass::Text});
+    CutLongLines(0, bytes.size());
     SetCaret({});
     Settle();
 }
@@ -290,6 +292,7 @@ void TextControl::ReplaceBytes(qsizetype start, qsizetype end, const QByteArray 
         else
             ApplyStyleBytes(start, classes);
     }
+    CutLongLines(start, start + utf8.size());
     if (tell)
         m_untold.push_back({m_map.ToUnits(start), gone, FromUtf8(utf8)});
     EditedByUser(newStep, kind, goesOn && newStep);
@@ -329,7 +332,7 @@ QByteArray TextControl::Replacing(qsizetype start, qsizetype end, QByteArrayView
         TextGoes(start, end - start, &m_undoStyles);
         return {};
     }
-    const char before = start > 0 ? char(Send(SCI_GETSTYLEAT, start - 1)) : char(StyleClass::Text);
+    const char before = ClassBefore(start);
     const QByteArray old = StyleBytes(start, end - start);
     QByteArray classes = KeptClasses(Bytes(start, end - start), old, keeping, before);
     m_undoStyles.PushEach(old);
@@ -346,7 +349,7 @@ void TextControl::ReplaceEach(const std::vector<qint32> &starts, qsizetype lengt
     const QByteArray put = ToUtf8(text);
     const qsizetype first = m_map.ToByte(starts.front());
     const qsizetype last = m_map.ToByte(starts.back() + length);
-    char style = first > 0 ? char(Send(SCI_GETSTYLEAT, first - 1)) : char(StyleClass::Text);
+    char style = ClassBefore(first);
     const QByteArray styles = StyleBytes(first, last - first);
     const QByteArrayView bytes = Bytes(first, last - first);
     const qsizetype most = bytes.size() + qsizetype(starts.size()) * put.size();
@@ -387,6 +390,7 @@ void TextControl::ReplaceEach(const std::vector<qint32> &starts, qsizetype lengt
     newStyles.truncate(toStyle - newStyles.constData());
     ReplaceBytes(first, last, newBytes, UndoKind::None);
     ApplyStyleBytes(first, newStyles);
+    CutLongLines(first, first + newBytes.size());
     SetCaret({first + newBytes.size(), first + newBytes.size()});
     Settle();
 }
@@ -452,8 +456,7 @@ void TextControl::TextGoes(qsizetype position, qsizetype length, StyleStack *sty
 
 void TextControl::TakeClassBefore(qsizetype position, qsizetype length)
 {
-    const auto before =
-        StyleClass(position > 0 ? Send(SCI_GETSTYLEAT, position - 1) : long(StyleClass::Text));
+    const auto before = StyleClass(ClassBefore(position));
     if (before != StyleClass::Text)
         PaintRun({position, position + length, before});
 }
@@ -527,6 +530,7 @@ void TextControl::FinishInsertion()
         if (const QByteArray styles = kept.Pop(come.length); !styles.isEmpty())
             ApplyStyleBytes(come.position, styles);
     }
+    CutLongLines(come.position, come.position + come.length);
     if (TextAccessible::IsHeard())
         m_untold.push_back({m_map.ToUnits(come.position), {}, FromUtf8(Bytes(come.position, come.length))});
 }

@@ -189,6 +189,10 @@ private:
         int type = 0;
     };
 
+    /// The bit of a style byte, above the class, that tells neighbouring steps of a long line apart.
+    static constexpr char StepBit = 8;
+    static_assert(StyleClassCount <= StepBit);
+
     long Send(unsigned message, qint64 wParam = 0, qint64 lParam = 0) const;
     long SendBytes(unsigned message, qint64 wParam, const char *bytes) const;
     /// The bytes [start, start + length) inside the control; good until the next message.
@@ -203,6 +207,15 @@ private:
     void PaintChain(std::vector<ByteRun> &chain);
     void PaintRun(const ByteRun &run);
     void ApplyStyleBytes(qsizetype start, const QByteArray &styles);
+    /// The class of the byte before a position; Text at the start.
+    char ClassBefore(qsizetype position) const;
+    /// Scintilla measures the whole of a line whenever it changes, and is quick with short pieces of one
+    /// style that it has met before. So in a long line steps of two characters take turns between two styles
+    /// that look the same. To be called when the bytes [start, end) are new or have got other classes.
+    void CutLongLines(qsizetype start, qsizetype end);
+    /// Whether the bytes of a long line take turns already, as far as a few looks tell.
+    bool IsCut(qsizetype start, qsizetype length) const;
+    void Cut(qsizetype start, qsizetype end);
 
     CaretSpan Caret() const;
     void SetCaret(const CaretSpan &span);

@@ -83,9 +83,11 @@ void TextControl::ApplyLook()
             continue;
         const StyleFormat &format = m_formats[size_t(style)];
         const QColor colour = ResolveColour(format.colour, palette());
-        Send(SCI_STYLESETFORE, style,
-             ScintillaColour(format.isDefault ? ReadableTwin(colour, back) : colour));
-        Send(SCI_STYLESETBOLD, style, format.bold || (m_font.bold && !m_formatsApplied));
+        for (const int number : {style, style | StepBit}) {
+            Send(SCI_STYLESETFORE, number,
+                 ScintillaColour(format.isDefault ? ReadableTwin(colour, back) : colour));
+            Send(SCI_STYLESETBOLD, number, format.bold || (m_font.bold && !m_formatsApplied));
+        }
     }
     Send(SCI_SETCARETFORE, ScintillaColour(ReadableTwin(text, back)));
     Send(SCI_SETSELBACK, 1, ScintillaColour(palette().color(QPalette::Active, QPalette::Highlight)));
@@ -95,7 +97,7 @@ void TextControl::ApplyLook()
 
 void TextControl::SetWordWrap(bool wrap)
 {
-    Send(SCI_SETWRAPMODE, wrap ? SC_WRAP_WORD : SC_WRAP_NONE);
+    Send(SCI_SETWRAPMODE, wrap ? SC_WRAP_WHITESPACE : SC_WRAP_NONE);
     if (wrap)
         Send(SCI_SETXOFFSET, 0);
 }

@@ -21,6 +21,40 @@ constexpr qsizetype BytesAsDearAsARun = 10;
 // From so many runs on it pays to keep Scintilla from asking where each of them stands on the screen.
 constexpr size_t ManyRuns = 256;
 
+// Lines of so many bytes are cut into steps of so many characters.
+constexpr qsizetype LongLine = 4096;
+constexpr int StepLength = 2;
+
+/// The class in a style byte.
+char ClassOf(char style)
+{
+    return char(style & 7);
+}
+
+/// Whether a character looks the same wherever the text before it ends: a letter that joins others, or a mark
+/// over one, does not.
+bool StandsAlone(QByteArrayView character)
+{
+    if (character.size() == 1)
+        return uchar(character.front()) < 0x80;
+    const QString text = QString::fromUtf8(character);
+    if (text.size() != 1 || text.front().isMark() || text.front().category() == QChar::Other_Format)
+        return false;
+    switch (text.front().script()) {
+    case QChar::Script_Common:
+    case QChar::Script_Latin:
+    case QChar::Script_Greek:
+    case QChar::Script_Cyrillic:
+    case QChar::Script_Han:
+    case QChar::Script_Hiragana:
+    case QChar::Script_Katakana:
+    case QChar::Script_Hangul:
+        return true;
+    default:
+        return false;
+    }
+}
+
 } // namespace
 
 template <typename Cells> void TextControl::ReadStyles(qsizetype start, qsizetype length, Cells cells) const
@@ -42,7 +76,7 @@ QByteArray TextControl::StyleBytes(qsizetype start, qsizetype length) const
     char *to = styles.data();
     ReadStyles(start, length, [&to](const char *cells, qsizetype count) {
         for (qsizetype i = 0; i < count; ++i)
-            *to++ = cells[2 * i];
+            *to++ = ClassOf(cells[2 * i]);
     });
     return styles;
 }
@@ -58,9 +92,10 @@ void TextControl::KeepStyles(qsizetype start, qsizetype length, StyleStack &stac
         ReadStyles(start, length, [&stack](const char *cells, qsizetype count) {
             for (qsizetype i = 0; i < count;) {
                 const qsizetype first = i;
-                while (++i < count && cells[2 * i] == cells[2 * first]) {
+                const char style = ClassOf(cells[2 * first]);
+                while (++i < count && ClassOf(cells[2 * i]) == style) {
                 }
-                stack.Add(i - first, cells[2 * first]);
+                stack.Add(i - first, style);
             }
         });
     } catch (...) {
@@ -94,8 +129,11 @@ void TextControl::ApplyStyles(qsizetype start, qsizetype end, const StyleRuns &r
     const ByteRun range{m_map.ToByte(start), m_map.ToByte(end), StyleClass::Text};
     if (!m_plain)
         PaintRun(range);
-    m_plain = m_plain && runs.empty();
-    PaintRuns(range, runs);
+    if (!m_plain || !runs.empty()) {
+        m_plain = m_plain && runs.empty();
+        PaintRuns(range, runs);
+        CutLongLines(range.start, range.end);
+    }
     if (many) {
         Send(SCI_SETFIRSTVISIBLELINE, top);
         viewport()->setUpdatesEnabled(true);
@@ -151,7 +189,80 @@ void TextControl::PaintRun(const ByteRun &run)
 StyleClass TextControl::StyleAt(qsizetype offset) const
 {
     const qsizetype position = m_map.ToByte(offset);
-    return position < m_map.Bytes() ? StyleClass(Send(SCI_GETSTYLEAT, position)) : StyleClass::Text;
+    return position < m_map.Bytes() ? StyleClass(ClassOf(char(Send(SCI_GETSTYLEAT, position))))
+                                    : StyleClass::Text;
+}
+
+char TextControl::ClassBefore(qsizetype position) const
+{
+    return position > 0 ? ClassOf(char(Send(SCI_GETSTYLEAT, position - 1))) : char(StyleClass::Text);
+}
+
+// Long lines
+
+void TextControl::CutLongLines(qsizetype start, qsizetype end)
+{
+    qsizetype first = Send(SCI_POSITIONFROMLINE, Send(SCI_LINEFROMPOSITION, start));
+    while (first <= end && m_map.Bytes() - first >= LongLine) {
+        if (const qsizetype feed = Bytes(first, LongLine).lastIndexOf('\n'); feed >= 0) {
+            first += feed + 1;
+            continue;
+        }
+        const qsizetype length = Send(SCI_LINELENGTH, Send(SCI_LINEFROMPOSITION, first));
+        if (IsCut(first, length))
+            Cut(std::max(first, start), std::min(first + length, end));
+        else
+            Cut(first, first + length);
+        first += length;
+    }
+}
+
+bool TextControl::IsCut(qsizetype start, qsizetype length) const
+{
+    constexpr int looks = 16;
+    constexpr qsizetype width = 300;
+    static_assert(width <= LongLine);
+    for (int look = 0; look < looks; ++look) {
+        bool uniform = true;
+        ReadStyles(start + (length - width) * look / (looks - 1), width,
+                   [&uniform](const char *cells, qsizetype count) {
+                       for (qsizetype i = 1; i < count && uniform; ++i)
+                           uniform = cells[2 * i] == cells[0];
+                   });
+        if (uniform)
+            return false;
+    }
+    return true;
+}
+
+void TextControl::Cut(qsizetype start, qsizetype end)
+{
+    QByteArray styles(std::min(end - start, StyleChunk), Qt::Uninitialized);
+    const bool set = start > 0 && (Send(SCI_GETSTYLEAT, start - 1) & StepBit);
+    char bit = set ? 0 : StepBit;
+    int taken = 0;
+    for (qsizetype done = start; done < end; done += styles.size()) {
+        styles.resize(std::min(end - done, StyleChunk));
+        char *style = styles.data();
+        ReadStyles(done, styles.size(), [style](const char *cells, qsizetype count) {
+            for (qsizetype i = 0; i < count; ++i)
+                style[i] = ClassOf(cells[2 * i]);
+        });
+        const QByteArrayView text = Bytes(done, styles.size());
+        for (qsizetype at = 0; at < text.size();) {
+            qsizetype next = at + 1;
+            while (next < text.size() && (uchar(text[next]) & 0xC0) == 0x80)
+                ++next;
+            if (taken >= StepLength && StandsAlone(text.sliced(at, next - at))) {
+                bit ^= StepBit;
+                taken = 0;
+            }
+            ++taken;
+            for (; at < next; ++at)
+                style[at] = char(style[at] | bit);
+        }
+        ApplyStyleBytes(done, styles);
+    }
 }
 
 } // namespace zelvane
