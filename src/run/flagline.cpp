@@ -54,7 +54,7 @@ QString FlagLine(const std::vector<FlagChoice> &choices)
 QString FlagsBetween(const QString &before, const QString &flags, const QString &after)
 {
     const auto touch = [](const QString &left, const QString &right) {
-        return !left.isEmpty() && !right.isEmpty() && !left.back().isSpace() && !right.front().isSpace();
+        return !left.isEmpty() && !right.isEmpty() && left.back() != u' ' && right.front() != u' ';
     };
     return (touch(before, flags) ? u" "_s : QString()) + flags + (touch(flags, after) ? u" "_s : QString());
 }

@@ -27,7 +27,8 @@ void SetFlagChecked(FlagChoice &choice, bool checked, Desktop &desktop);
 /// The checked flags with their values, from the top, separated by blanks.
 QString FlagLine(const std::vector<FlagChoice> &choices);
 
-/// Flags as they are put between two parts of a line: with a blank towards a part that they would touch.
+/// Flags as they are put between two parts of a line: with a blank towards a part that they would touch. Only
+/// a blank separates arguments, so a tab there needs one too.
 QString FlagsBetween(const QString &before, const QString &flags, const QString &after);
 
 /// Whether the picker may close with this line; warns when it is empty.

@@ -82,7 +82,8 @@ TEST(FlagLine, FlagsDoNotTouchWhatStandsBesideThem)
     EXPECT_EQ(FlagsBetween({}, u"-W"_s, {}), u"-W"_s);
     EXPECT_EQ(FlagsBetween(u"-d"_s, u"-W"_s, {}), u" -W"_s);
     EXPECT_EQ(FlagsBetween(u"-d "_s, u"-W"_s, {}), u"-W"_s);
-    EXPECT_EQ(FlagsBetween(u"-d\t"_s, u"-W"_s, u" -o x"_s), u"-W"_s);
+    EXPECT_EQ(FlagsBetween(u"-d\t"_s, u"-W"_s, u" -o x"_s), u" -W"_s) << "a tab is part of an argument";
+    EXPECT_EQ(FlagsBetween(u"-d "_s, u"-W"_s, u"\t-o"_s), u"-W "_s);
     EXPECT_EQ(FlagsBetween({}, u"-W"_s, u"-o x"_s), u"-W "_s);
     EXPECT_EQ(FlagsBetween(u"-d"_s, u"-W -A"_s, u"$DOCUMENT$"_s), u" -W -A "_s);
     EXPECT_EQ(FlagsBetween(u"-d"_s, u" -W "_s, u"-o"_s), u" -W "_s);
