@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/keptclasses.h"
 
+#include "core/oracle/keptclassesoracle.h"
 #include "support/printers.h"
 #include "support/randomtext.h"
 
@@ -19,35 +20,6 @@ std::string Kept(const QString &oldText, const QByteArray &oldClasses, const QSt
                  char before = '9')
 {
     return KeptClasses(oldText, oldClasses, newText, before).toStdString();
-}
-
-/// What has to be the same in both texts, each character with its class.
-struct Core {
-    QString characters;
-    QByteArray classes;
-};
-
-Core CoreOf(const QString &text, const QByteArray &classes)
-{
-    Core core;
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        if (u" \t\n;/*"_s.contains(text[i]) || text[i].isLowSurrogate())
-            continue;
-        core.characters += text[i].unicode() < 0x80 ? text[i].toLower() : QChar(u'\u00e9');
-        core.classes += classes[i];
-    }
-    return core;
-}
-
-/// The classes of a text's bytes in UTF-8.
-QByteArray ForBytes(const QString &text, const QByteArray &classes)
-{
-    QByteArray wide;
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        if (!text[i].isLowSurrogate())
-            wide += QByteArray(text.mid(i, text[i].isHighSurrogate() ? 2 : 1).toUtf8().size(), classes[i]);
-    }
-    return wide;
 }
 
 } // namespace
@@ -106,20 +78,23 @@ TEST(KeptClasses, ClassesFollowTheCharactersInRandomTexts)
             }
         }
         const QByteArray kept = KeptClasses(oldText, classes, newText, '9');
-        const Core before = CoreOf(oldText, classes);
-        const bool same = before.characters == CoreOf(newText, QByteArray(newText.size(), '0')).characters;
+        const auto before = oracle::ClassedCharactersOf(oldText, classes);
+        const bool same = before.characters ==
+                          oracle::ClassedCharactersOf(newText, QByteArray(newText.size(), '0')).characters;
         ASSERT_EQ(kept.isEmpty(), !same || newText.isEmpty()) << oldText.toStdString();
         if (!kept.isEmpty()) {
             ++keptOnes;
             ASSERT_EQ(kept.size(), newText.size());
-            ASSERT_EQ(CoreOf(newText, kept).classes.toStdString(), before.classes.toStdString());
+            ASSERT_EQ(oracle::ClassedCharactersOf(newText, kept).classes.toStdString(),
+                      before.classes.toStdString());
         }
         if (!derived)
             continue;
         // In bytes it is the same, each class as often as its character has bytes.
         const QByteArray bytes =
-            KeptClasses(oldText.toUtf8(), ForBytes(oldText, classes), newText.toUtf8(), '9');
-        ASSERT_EQ(bytes.toStdString(), kept.isEmpty() ? "" : ForBytes(newText, kept).toStdString());
+            KeptClasses(oldText.toUtf8(), oracle::ClassesOfBytes(oldText, classes), newText.toUtf8(), '9');
+        ASSERT_EQ(bytes.toStdString(),
+                  kept.isEmpty() ? "" : oracle::ClassesOfBytes(newText, kept).toStdString());
     }
     EXPECT_GT(keptOnes, 5000);
 }

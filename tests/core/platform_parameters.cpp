@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/parameters.h"
+
+#include "core/oracle/commandlineoracle.h"
 #include "support/printers.h"
+#include "support/randomtext.h"
 
 #include <gtest/gtest.h>
 
@@ -53,6 +56,15 @@ TEST(SplitParameters, GivesBackWhatQuoteFilePutIn)
         EXPECT_EQ(SplitParameters(u"-o "_s + QuoteFile(name) + u" z"_s),
                   (QStringList{u"-o"_s, name, u"z"_s}));
         EXPECT_EQ(UnquoteFile(QuoteFile(name)), name);
+    }
+}
+
+TEST(SplitParameters, GivesWhatItsStepsGive)
+{
+    RandomText texts({u"a"_s, u" "_s, u"\""_s, u"\"\""_s, u"\t"_s, u"-o"_s});
+    for (int i = 0; i < 20000; ++i) {
+        const QString text = texts.Next();
+        ASSERT_EQ(SplitParameters(text), oracle::SplitParameters(text)) << ::testing::PrintToString(text);
     }
 }
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "core/oracle/profileoracle.h"
 #include "platform/profilefile.h"
 #include "platform/runtimeerror.h"
 #include "support/childprocess.h"
@@ -502,6 +503,10 @@ TEST_F(Profile, RandomBytesNeverHarmAndAreNeverDropped)
         std::vector<std::pair<QString, Pairs>> before;
         for (const QString &section : file.SectionNames())
             before.emplace_back(section, file.Entries(section));
+        std::vector<std::pair<QString, Pairs>> expectedBefore;
+        for (const oracle::ProfileSection &section : oracle::ReadProfile(bytes))
+            expectedBefore.emplace_back(section.name, section.entries);
+        ASSERT_EQ(before, expectedBefore) << bytes.toPercentEncoding().constData();
         file.SetValue(u"new section", u"new key", u"v");
         file.SetValue(u"Options", u"another", u"w");
         // All lines are still there, in their order.

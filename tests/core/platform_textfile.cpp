@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "core/oracle/encodingoracle.h"
 #include "platform/lostnames.h"
 #include "platform/runtimeerror.h"
 #include "platform/textencoding.h"
@@ -295,6 +296,9 @@ TEST(TextEncodings, AnyBytesComeBackAndAnyTextComesBack)
         if (round % 3 == 0)
             bytes.prepend(round % 2 ? "\xFF\xFE" : "\xFE\xFF");
         DecodedText decoded = DecodeText(bytes);
+        const DecodedText expected = oracle::Decode(bytes);
+        EXPECT_EQ(decoded.text, expected.text) << bytes.toHex().constData();
+        EXPECT_EQ(decoded.encoding, expected.encoding) << bytes.toHex().constData();
         EXPECT_EQ(EncodeText(decoded.text, decoded.encoding), bytes);
 
         QString text;

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/commandline.h"
+
+#include "core/oracle/commandlineoracle.h"
 #include "support/printers.h"
+#include "support/randomtext.h"
 
 #include <gtest/gtest.h>
 #include <QDir>
@@ -64,6 +67,20 @@ TEST(CommandLine, TestsTheSwitchesInTheirOrder)
         {{u"/no/p/x.orc"_s, u"/p"_s, u""_s}, StartForm::QuickPreset, u"/no/p/x.orc /p "_s, u"/nox.orc /p"_s});
     // The switch counts anywhere.
     Check({{u"x.orc"_s, u"/r"_s, u""_s}, StartForm::RunCsound, u"x.orc /r "_s, u"x.orc"_s});
+}
+
+TEST(CommandLine, IsCutAsItsStepsSay)
+{
+    test::RandomText texts(
+        {u"/p"_s, u"/r"_s, u"/i"_s, u" "_s, u" "_s, u"\""_s, u"/no/x.orc"_s, u"/p "_s, u"/r "_s, u"\t"_s}, 6);
+    for (int i = 0; i < 20000; ++i) {
+        const QString text = texts.Next();
+        const CommandLine found({text});
+        const oracle::CommandLineEnd expected = oracle::CutCommandLine(text);
+        ASSERT_EQ(int(found.Form()), int(expected.form)) << ::testing::PrintToString(text);
+        ASSERT_EQ(found.Text(), expected.text);
+        ASSERT_EQ(found.Document(), expected.document) << ::testing::PrintToString(text);
+    }
 }
 
 TEST(CommandLine, APathWithBlanksNeedsNoQuotesAndMayHaveThem)

@@ -54,6 +54,18 @@ TEST(TextOps, IndentGivesWhatItsLoopGives)
     }
 }
 
+TEST(TextOps, ChangeCaseGivesWhatItsLoopGives)
+{
+    test::RandomText texts({u"a"_s, u"B"_s, u" "_s, u"\n"_s, u"("_s, u"1"_s, u"\u00e9"_s, u"\u00df"_s,
+                            u"\u0130"_s, u"\u2170"_s, u"\u00a0"_s});
+    for (int i = 0; i < Rounds; ++i) {
+        const QString text = texts.Next();
+        for (const CaseChange change : {CaseChange::Upper, CaseChange::Lower, CaseChange::Capitalize})
+            ASSERT_EQ(ChangeCaseOfText(text, change), oracle::ChangeCase(text, int(change)))
+                << testing::PrintToString(text) << " change " << int(change);
+    }
+}
+
 TEST(TextOps, IsCommentedGivesWhatItsWalkGives)
 {
     auto texts = CommentTexts();

@@ -3,6 +3,8 @@
 
 #include "platform/runtimeerror.h"
 
+#include <functional>
+#include <optional>
 #include <QString>
 #include <QStringList>
 #include <utility>
@@ -12,6 +14,8 @@ namespace zelvane::oracle
 {
 
 using MacroTable = std::vector<std::pair<QString, QString>>;
+/// What a macro name, in upper case, stands for; no value for an unknown one.
+using MacroLookup = std::function<std::optional<QString>(const QString &name)>;
 
 /// What the plain loop ended with.
 struct MacroEnd {
@@ -23,7 +27,7 @@ struct MacroEnd {
 
 /// The expansion as a loop that builds the text anew for each macro; positions count from 1. Gives up after
 /// `patience` macros.
-inline MacroEnd ExpandPresetMacros(QString text, const MacroTable &table, int patience = 1 << 30)
+inline MacroEnd ExpandPresetMacros(QString text, const MacroLookup &lookup, int patience = 1 << 30)
 {
     static const QStringList quotedNames =
         QStringLiteral("WAVE AIFF LOG ORCHESTRA SCORE SOUNDINPUT MIDI DOCUMENT").split(u' ');
@@ -39,18 +43,12 @@ inline MacroEnd ExpandPresetMacros(QString text, const MacroTable &table, int pa
         while (j <= text.size() && text[j - 1] != u'$')
             j = j + 1;
         const QString name = text.mid(i, j - i - 1).toUpper();
-        const std::pair<QString, QString> *row = nullptr;
-        for (const auto &candidate : table) {
-            if (candidate.first == name) {
-                row = &candidate;
-                break;
-            }
-        }
-        if (!row) {
+        const std::optional<QString> known = lookup(name);
+        if (!known) {
             i = i + 1;
             continue;
         }
-        QString value = row->second;
+        QString value = *known;
         if (value.isEmpty() && name != QStringLiteral("CLIP"))
             return {MacroEnd::How::Failed, text, name};
         if (quotedNames.contains(name)) {
@@ -59,7 +57,9 @@ inline MacroEnd ExpandPresetMacros(QString text, const MacroTable &table, int pa
                 trimmed = trimmed.mid(1);
             while (trimmed.endsWith(u' '))
                 trimmed.chop(1);
-            if (trimmed.contains(u' '))
+            if (value.contains(u'"'))
+                value = u'"' + value.replace(QStringLiteral("\""), QStringLiteral("\"\"")) + u'"';
+            else if (trimmed.contains(u' '))
                 value = u'"' + value + u'"';
         }
         if (j > text.size())
@@ -70,6 +70,18 @@ inline MacroEnd ExpandPresetMacros(QString text, const MacroTable &table, int pa
             return {MacroEnd::How::GaveUp};
     }
     return {MacroEnd::How::Done, text};
+}
+
+inline MacroEnd ExpandPresetMacros(const QString &text, const MacroTable &table, int patience = 1 << 30)
+{
+    const auto lookup = [&table](const QString &name) -> std::optional<QString> {
+        for (const auto &row : table) {
+            if (row.first == name)
+                return row.second;
+        }
+        return std::nullopt;
+    };
+    return ExpandPresetMacros(text, MacroLookup(lookup), patience);
 }
 
 } // namespace zelvane::oracle

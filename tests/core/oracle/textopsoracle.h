@@ -100,6 +100,24 @@ inline bool InComment(const QString &text, qsizetype pos)
     return false;
 }
 
+/// 0 upper case, 1 lower case, 2 the first letter of each word upper and what stands behind it lower case.
+inline QString ChangeCase(const QString &text, int change)
+{
+    QString result;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        bool upper = change == 0;
+        if (change == 2) {
+            upper = true;
+            for (qsizetype k = i - 1; k >= 0 && !text[k].isSpace(); --k) {
+                if (text[k].isLetter())
+                    upper = text[i].isSpace();
+            }
+        }
+        result += upper ? text[i].toUpper() : text[i].toLower();
+    }
+    return result;
+}
+
 /// The first hit by looking at every place.
 inline qsizetype Find(const QString &text, const QString &what, qsizetype start, qsizetype end, int options)
 {
