@@ -2,7 +2,7 @@
 #include "core/oracle/encodingoracle.h"
 #include "fuzz/fuzzcheck.h"
 #include "fuzz/fuzzinput.h"
-#include "platform/textfile.h"
+#include "platform/textencoding.h"
 
 using namespace zelvane;
 

@@ -41,6 +41,8 @@ void NavigationButtons::ShowButton(Command command, const NavigationButton &butt
 {
     m_commands.SetEnabled(command, button.enabled);
     QAction *action = m_commands.Action(command);
+    if (!action) // no toolbar
+        return;
     QMenu *menu = action->menu();
     menu->clear();
     for (int entry = 1; entry <= int(button.captions.size()); ++entry) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/textfile.h"
+#include "platform/textencoding.h"
 
 #include <optional>
 #include <QByteArray>
