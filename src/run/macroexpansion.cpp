@@ -3,10 +3,11 @@
 
 #include "platform/parameters.h"
 #include "platform/runtimeerror.h"
-#include "run/kindsearch.h"
+#include "run/outputfile.h"
 #include "run/toolpaths.h"
 #include "shell/documentkind.h"
 #include "shell/editorcontext.h"
+#include "shell/kindsearch.h"
 #include "shell/splitpath.h"
 
 #include <array>

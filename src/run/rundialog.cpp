@@ -2,12 +2,12 @@
 #include "run/rundialog.h"
 
 #include "platform/parameters.h"
-#include "run/kindsearch.h"
 #include "run/macroexpansion.h"
 #include "run/runkeys.h"
 #include "run/toolpaths.h"
 #include "shell/documentkind.h"
 #include "shell/editorcontext.h"
+#include "shell/kindsearch.h"
 #include "shell/recentlist.h"
 #include "shell/splitpath.h"
 

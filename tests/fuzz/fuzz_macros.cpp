@@ -5,10 +5,11 @@
 #include "fuzz/fuzzinput.h"
 #include "platform/parameters.h"
 #include "platform/runtimeerror.h"
-#include "run/kindsearch.h"
 #include "run/macroexpansion.h"
+#include "run/outputfile.h"
 #include "run/toolpaths.h"
 #include "shell/documentkind.h"
+#include "shell/kindsearch.h"
 #include "shell/splitpath.h"
 
 #include <QCoreApplication>

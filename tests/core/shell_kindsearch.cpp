@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "run/kindsearch.h"
+#include "shell/kindsearch.h"
 
-#include "run/runkeys.h"
 #include "shell/documentkeys.h"
 #include "shell/documentkind.h"
 #include "support/testcontext.h"
@@ -261,33 +260,6 @@ TEST_F(KindSearch, FolderIsReadOnceForAllCutsAndExtensions)
     };
     const qint64 one = microseconds(u"a"_s);
     EXPECT_LT(microseconds(u"a b c d e f g h i j k l m n o p q r s t u v w x y z"_s), 13 * one);
-}
-
-TEST_F(KindSearch, OutputFileReplacesTheExtension)
-{
-    EXPECT_EQ(OutputFileFor(u"wav"_s, context.editor), QString());
-    context.document.CurrentFile = u"/a.b/x.csd"_s;
-    EXPECT_EQ(OutputFileFor(u"wav"_s, context.editor), u"/a.b/x.wav"_s);
-    context.document.CurrentFile = u"/a.b/x"_s;
-    EXPECT_EQ(OutputFileFor(u"log"_s, context.editor), u"/a.b/x.log"_s);
-}
-
-TEST_F(KindSearch, OverwritePromptAsksForExistingFiles)
-{
-    Open(u"x.csd"_s);
-    context.settings.SaveFlag(Keys::OverwritePrompt, true);
-    const QString path = context.folder.filePath(u"x.wav"_s);
-    EXPECT_EQ(OutputFileFor(u"wav"_s, context.editor), path);
-    context.WriteFile(u"x.wav"_s);
-    const MessageBoxRequest question{.text = path + u" already exists. Do you want to overwrite it?"_s,
-                                     .icon = BoxIcon::Warning,
-                                     .buttons = BoxButtons::YesNo};
-    context.desktop.ExpectMessage(question, BoxAnswer::Yes);
-    EXPECT_EQ(OutputFileFor(u"wav"_s, context.editor), path);
-    context.desktop.ExpectMessage(question, BoxAnswer::No);
-    EXPECT_EQ(OutputFileFor(u"wav"_s, context.editor), QString());
-    context.settings.SaveFlag(Keys::OverwritePrompt, false);
-    EXPECT_EQ(OutputFileFor(u"wav"_s, context.editor), path);
 }
 
 } // namespace zelvane::test

@@ -20,8 +20,4 @@ struct EditorContext;
 /// @return empty when there is none, when the user cancelled, or without a document on disk
 QString SearchKindFile(FileKind kind, bool similar, bool silent, EditorContext &context);
 
-/// The path of the current document with another extension; empty without a document, and when the file is
-/// there and the user does not want it overwritten (asked only with `OverwritePrompt`).
-QString OutputFileFor(const QString &extension, EditorContext &context);
-
 } // namespace zelvane

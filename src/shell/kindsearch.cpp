@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "run/kindsearch.h"
+#include "shell/kindsearch.h"
 
-#include "run/runkeys.h"
 #include "shell/documentkind.h"
 #include "shell/editorcontext.h"
 #include "shell/splitpath.h"
@@ -181,24 +180,6 @@ QString SearchKindFile(FileKind kind, bool similar, bool silent, EditorContext &
         .filterIndex = startWithSimilar ? 1 : 0,
         .folder = folders.first()};
     return context.desktop.OpenFileDialog(request).path;
-}
-
-QString OutputFileFor(const QString &extension, EditorContext &context)
-{
-    if (context.document.CurrentFile.isEmpty())
-        return {};
-    const QString path =
-        SplitPath(PathPart::WithoutExtension, context.document.CurrentFile) + u'.' + extension;
-    const bool prompt = context.settings.Flag(Keys::OverwritePrompt);
-    if (prompt && IsFile(path)) {
-        const BoxAnswer answer =
-            context.desktop.MessageBox({.text = path + u" already exists. Do you want to overwrite it?"_s,
-                                        .icon = BoxIcon::Warning,
-                                        .buttons = BoxButtons::YesNo});
-        if (answer == BoxAnswer::No)
-            return {};
-    }
-    return path;
 }
 
 } // namespace zelvane
