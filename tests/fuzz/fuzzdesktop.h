@@ -68,6 +68,7 @@ struct QuietWindow : StatusLine, ProgramWindows, PresetWindows, DocumentOperatio
     void NewFile(FileKind, const QString &) override {}
     void InsertFile(const QString &) override {}
     bool QuerySave() override { return true; }
+    void KeepUnsaved() override {}
 };
 
 /// An editor over a string. The settings are those of the caller, since a store is a file.
