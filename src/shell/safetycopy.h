@@ -67,9 +67,6 @@ public:
     /// Secures, and waits until the disk has it.
     void Finish();
 
-    /// Whether the text was edited since it was loaded, saved or discarded.
-    bool IsUnsaved() const { return m_unsaved; }
-
 private:
     class Writer;
 
