@@ -150,15 +150,14 @@ int RunEditor(Application &application, const CommandLine &command, const QByteA
     // does.
     EndRequest endRequest;
     QObject::connect(&endRequest, &EndRequest::Received, editor.get(), &frmEditor::EndBySystem);
-    // While a program is waited for no question can be asked: the copy of the unsaved text is what stays. The
-    // program goes on.
+    // While a program is waited for no question can be asked: the editor ends if the copy of the unsaved text
+    // stands, or else asks after the wait. The program goes on.
     application.TheDesktop().SetWaitHooks({.begins = [&] { editor->Documents().SecureText(); },
                                            .looks =
                                                [&] {
-                                                   if (!endRequest.IsPending())
-                                                       return;
-                                                   editor->Documents().SecureText();
-                                                   std::_Exit(0);
+                                                   if (endRequest.IsPending() &&
+                                                       editor->Documents().SecureText())
+                                                       std::_Exit(0);
                                                }});
     const auto unhook = qScopeGuard([&] { application.TheDesktop().SetWaitHooks({}); });
     QObject::connect(&application, &QGuiApplication::commitDataRequest, editor.get(),

@@ -338,9 +338,9 @@ void DocumentLifecycle::KeepUnsaved()
     m_copy.Discarded();
 }
 
-void DocumentLifecycle::SecureText()
+bool DocumentLifecycle::SecureText()
 {
-    m_copy.Finish();
+    return m_copy.Finish();
 }
 
 void DocumentLifecycle::InsertFile(const QString &quotedName)

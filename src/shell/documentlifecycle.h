@@ -46,8 +46,9 @@ public:
     /// Puts a text that another editor has left unsaved into the window: an untitled, changed text that
     /// offers the name that it had. The copy stands until it is saved or discarded.
     void OpenCopy(const CopyInfo &info, const QString &text, const TextEncoding &encoding, UnsavedCopy copy);
-    /// Brings the copy of the unsaved text up to date, and waits until the disk has it.
-    void SecureText();
+    /// Brings the copy of the unsaved text up to date, and waits for the disk. @return whether the process
+    /// may end without a loss
+    bool SecureText();
 
     // The commands of the File menu.
     void New();

@@ -68,6 +68,7 @@ public:
         }
         m_next.reset();
         m_worker.Do([this] {
+            m_upToDate = false;
             m_copy.Remove();
             m_adopted.Remove();
         });
@@ -76,13 +77,17 @@ public:
     void RemoveOwn()
     {
         m_next.reset();
-        m_worker.Do([this] { m_copy.Remove(); });
+        m_worker.Do([this] {
+            m_upToDate = false;
+            m_copy.Remove();
+        });
     }
 
     void Keep()
     {
         m_next.reset();
         m_worker.Do([this] {
+            m_upToDate = false;
             if (m_copy.Stands())
                 m_adopted.Remove();
             m_copy.Keep();
@@ -96,10 +101,16 @@ public:
         m_worker.Do([this, adopted = std::make_shared<UnsavedCopy>(std::move(copy))] {
             m_adopted.Keep();
             m_adopted = std::move(*adopted);
+            m_upToDate = true;
         });
     }
 
-    void Finish() { m_worker.Finish(); }
+    /// @return whether what stands is the newest text that was handed over
+    bool Finish()
+    {
+        m_worker.Finish();
+        return m_upToDate;
+    }
 
 private:
     struct Request {
@@ -120,8 +131,10 @@ private:
             info = std::exchange(request.info, {});
             bytes = std::exchange(request.bytes, {});
         }
+        m_upToDate = false;
         try {
             m_copy.Write(info, bytes);
+            m_upToDate = true;
             m_adopted.Remove();
             m_written({});
         } catch (const RunTimeError &error) {
@@ -133,8 +146,9 @@ private:
 
     std::function<void(const QString &)> m_written;
     std::shared_ptr<Request> m_next; ///< the newest writing, while no other work has come behind it
-    UnsavedCopy m_copy;              ///< this and the next belong to the thread
+    UnsavedCopy m_copy;              ///< this and the next two belong to the thread
     UnsavedCopy m_adopted;
+    bool m_upToDate = false;
     Worker m_worker; // ends first
 };
 
@@ -255,10 +269,10 @@ void SafetyCopy::Adopt(UnsavedCopy copy)
     m_writer->Adopt(std::move(copy));
 }
 
-void SafetyCopy::Finish()
+bool SafetyCopy::Finish()
 {
     Secure();
-    m_writer->Finish();
+    return m_writer->Finish() || !m_unsaved;
 }
 
 } // namespace zelvane

@@ -64,8 +64,8 @@ public:
     void Discarded();
     /// The text has come from this copy, which stands until the text is copied anew, saved or discarded.
     void Adopt(UnsavedCopy copy);
-    /// Secures, and waits until the disk has it.
-    void Finish();
+    /// Secures, and waits for the disk. @return whether no unsaved text would be lost now
+    bool Finish();
 
 private:
     class Writer;

@@ -159,14 +159,15 @@ TEST_F(Unsaved, ATextWithoutEditsHasNone)
 TEST_F(Unsaved, TheSettingTurnsItOff)
 {
     OpenAndType();
-    documents.SecureText();
+    EXPECT_TRUE(documents.SecureText());
     EXPECT_EQ(OwnStateFolder::Copies().size(), 1);
     settings.SaveFlag(Keys::SafetyCopy, false);
     Type(u"x"_s);
-    documents.SecureText();
+    EXPECT_FALSE(documents.SecureText());
+    EXPECT_FALSE(documents.SecureText());
     EXPECT_TRUE(OwnStateFolder::Copies().isEmpty());
     documents.KeepUnsaved();
-    documents.SecureText();
+    EXPECT_TRUE(documents.SecureText()) << "there is no text that is not let go of";
     EXPECT_TRUE(OwnStateFolder::Copies().isEmpty());
 }
 
@@ -340,7 +341,9 @@ TEST_F(Unsaved, AFullDiskLeavesTheFormerCopy)
     EXPECT_TRUE(WithFileSizeLimit(10'000, [this] {
         Type(u"short"_s);
         EXPECT_EQ(Standing(), "short");
+        EXPECT_TRUE(documents.SecureText());
         Type(QString(20'000, u'x'));
+        EXPECT_FALSE(documents.SecureText());
         EXPECT_EQ(Standing(), "short");
         QCoreApplication::processEvents();
         EXPECT_TRUE(status.text.startsWith(u"No copy of the unsaved text can be kept: "_s));

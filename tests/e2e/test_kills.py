@@ -254,12 +254,13 @@ def save_in_place_is_cut_off(stage):
     check(text_of(only_copy(stage)) == old, "the old contents")
 
 
-def signal_in_the_wait_for_a_program(stage):
+def wait_for_program(stage, more=""):
+    """An editor with a changed text that waits for a program: it runs until there is a file "go"."""
     program = stage.home / "program"
     program.write_text(f"#!/bin/sh\ncd '{stage.home}'\ntouch runs\nwhile [ ! -e go ]; do sleep 0.1; done\ntouch done\n")
     program.chmod(0o755)
     stage.write_store(
-        STORE.format(more=f"[Presets]\nWait=\n[Wait]\nCommand={program}\n2ndCommand=/bin/true\nCreateButton=1\n")
+        STORE.format(more=f"{more}[Presets]\nWait=\n[Wait]\nCommand={program}\n2ndCommand=/bin/true\n")
     )
     piece = copy_example(stage, "pluck.csd")
     editor, window = settled(stage, piece)
@@ -267,6 +268,11 @@ def signal_in_the_wait_for_a_program(stage):
     stage.until(lambda: "*" in window.title(), "the mark of a changed text")
     window.keys("ctrl+1")
     stage.until(lambda: (stage.home / "runs").exists(), "the program")
+    return editor, window
+
+
+def signal_in_the_wait_for_a_program(stage):
+    editor, _ = wait_for_program(stage)
     # Nothing else gets a turn meanwhile, so the copy is there from its beginning on.
     wait_for_copy(stage, b";mine")
     os.kill(editor.pid, signal.SIGTERM)
@@ -280,11 +286,21 @@ def signal_in_the_wait_for_a_program(stage):
     kill(editor)
 
 
+def signal_in_the_wait_asks_after_it_where_there_is_no_copy(stage):
+    editor, _ = wait_for_program(stage, "SafetyCopy=0\n")
+    os.kill(editor.pid, signal.SIGTERM)
+    (stage.home / "go").touch()
+    question(editor).keys("alt+n")
+    equal(editor.ended(), 0, "exit code")
+    equal(copies(stage), [], "copies")
+
+
 main(
     text_that_was_left_is_saved_where_it_was,
     no_keeps_the_text,
     each_window_asks_about_one_text,
     save_in_place_is_cut_off,
     signal_in_the_wait_for_a_program,
+    signal_in_the_wait_asks_after_it_where_there_is_no_copy,
     kills_while_text_is_typed,
 )
