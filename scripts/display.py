@@ -281,6 +281,17 @@ class Stage:
             lambda: "window id" in self.output("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"), "the window manager"
         )
 
+    def lose_display(self):
+        """The display goes with all windows, as at a crash of its server, and another comes."""
+        for servant in reversed(self.servants):
+            servant.kill()
+            servant.wait()
+        self.servants.clear()
+        self.environment.pop("DISPLAY")
+        for process in self.processes:
+            process.ended()
+        self._open_display()
+
     # Waiting
 
     def until(self, condition, what, patience=PATIENCE):

@@ -196,6 +196,19 @@ def no_keeps_the_text(stage):
     editor.close(window)
 
 
+def display_that_goes_leaves_the_text(stage):
+    stage.write_store(STORE.format(more=""))
+    _, window = settled(stage, copy_example(stage, "pluck.csd"))
+    window.type(";mine")
+    wait_for_copy(stage, b";mine")
+    stage.lose_display()
+    check(text_of(only_copy(stage, ".open")).startswith(b";mine"), "the copy")
+    editor = stage.start()
+    question(editor).keys("Return")
+    editor.window(lambda title: title.startswith("Zelvane - Untitled*"))
+    kill(editor)
+
+
 def each_window_asks_about_one_text(stage):
     stage.write_store(STORE.format(more="MultipleInstances=1"))
     for name in ("pluck.csd", "oscil.csd"):
@@ -298,6 +311,7 @@ def signal_in_the_wait_asks_after_it_where_there_is_no_copy(stage):
 main(
     text_that_was_left_is_saved_where_it_was,
     no_keeps_the_text,
+    display_that_goes_leaves_the_text,
     each_window_asks_about_one_text,
     save_in_place_is_cut_off,
     signal_in_the_wait_for_a_program,
