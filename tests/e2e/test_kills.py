@@ -50,6 +50,8 @@ def wait_for_copy(stage, text):
 
 
 def question(editor):
+    """The box over the window, which itself is called so for a moment before it has a document."""
+    editor.stage.until(lambda: sorted(title == "Zelvane" for title in editor.titles()) == [False, True], "a question")
     return editor.window(lambda title: title == "Zelvane")
 
 
