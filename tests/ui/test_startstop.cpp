@@ -514,10 +514,13 @@ void StartStopTest::SignalsAskForTheEnd()
         {
             EndRequest request;
             connect(&request, &EndRequest::Received, this, [&] { ++received; });
+            QVERIFY(!request.IsPending());
             std::raise(number);
             std::raise(number);
             QCOMPARE(received, 0);
+            QVERIFY(request.IsPending());
             QVERIFY(Eventually([&] { return received > 0; }));
+            QVERIFY(!request.IsPending());
             QTest::qWait(20);
             QCOMPARE(received, 1);
             std::raise(number);
