@@ -9,6 +9,7 @@
 #include "shell/documentkind.h"
 #include "shell/errorreport.h"
 #include "shell/lineends.h"
+#include "shell/longlines.h"
 #include "shell/recentlist.h"
 #include "shell/splitpath.h"
 #include "shell/statustexts.h"
@@ -98,7 +99,7 @@ QString Trimmed(const QString &path)
 void DocumentLifecycle::OpenFile(const QString &quotedName, OpenOrigin origin)
 {
     const QString name = DropOuterQuotes(quotedName);
-    if (!name.isEmpty() && MayReplaceBy(name))
+    if (!name.isEmpty() && MayReplaceBy(name) && MayShow(name))
         OpenNow(name, origin);
 }
 
@@ -158,6 +159,18 @@ bool DocumentLifecycle::MayReplaceBy(const QString &name)
            m_desktop.MessageBox({.text = u"Load last saved version of "_s + name + u'?',
                                  .icon = BoxIcon::Warning,
                                  .buttons = BoxButtons::YesNo}) == BoxAnswer::Yes;
+}
+
+bool DocumentLifecycle::MayShow(const QString &name)
+{
+    if (name == m_document.CurrentFile)
+        return true;
+    const qsizetype line = UnwieldyLineOf(name);
+    return line == 0 ||
+           AskYesNo(name + u" holds a line of "_s + QString::number(line) +
+                        u" characters. So long a line is not shown well up to its end, and keys in it take "
+                        "seconds. Open it?"_s,
+                    BoxAnswer::No);
 }
 
 void DocumentLifecycle::Load(const QString &name)

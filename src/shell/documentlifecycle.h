@@ -85,6 +85,8 @@ public:
 private:
     /// Whether the text may be discarded for that file; asks where it was changed.
     bool MayReplaceBy(const QString &name);
+    /// Asks before a text comes that the text control is slow with.
+    bool MayShow(const QString &name);
     /// The steps of opening, when all questions have been answered.
     void OpenNow(const QString &name, OpenOrigin origin);
     void Load(const QString &name);

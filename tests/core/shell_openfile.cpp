@@ -37,6 +37,16 @@ MessageBoxRequest LoadLastSaved(const QString &name)
             .buttons = BoxButtons::YesNo};
 }
 
+MessageBoxRequest LongLine(const QString &name, qsizetype characters)
+{
+    return {.text = name + u" holds a line of "_s + QString::number(characters) +
+                    u" characters. So long a line is not shown well up to its end, and keys in it take "
+                    "seconds. Open it?"_s,
+            .icon = BoxIcon::Warning,
+            .buttons = BoxButtons::YesNo,
+            .defaultAnswer = BoxAnswer::No};
+}
+
 /// The description that reading this file fails with.
 QString ReadFailure(const QString &name)
 {
@@ -301,6 +311,50 @@ TEST_F(OpenFile, AVeryLongLineLoads)
     EXPECT_EQ(document.CurrentPlatform, LineEndForm::Pc);
 }
 
+TEST_F(OpenFile, AnUnwieldyLineIsAskedAbout)
+{
+    const QString old = context.WriteFile(u"old.orc"_s, "instr 1\nendin\n");
+    const QString path = context.WriteFile(u"x.orc"_s, "instr 1\n" + QByteArray(8'000'001, 'a') + "\nb\n");
+    text.onlyLength = true;
+    documents.OpenFile(old);
+    Type(u"typed"_s);
+    const QString typed = text.text;
+    view.calls.clear();
+    // Whoever does not want it keeps the text that stands, changed as it is.
+    desktop.ExpectMessage(SaveChanges(old), BoxAnswer::No);
+    desktop.ExpectMessage(LongLine(path, 8'000'001), BoxAnswer::No);
+    documents.OpenFile(path);
+    EXPECT_EQ(text.text, typed);
+    EXPECT_EQ(document.CurrentFile, old);
+    EXPECT_TRUE(document.Modified);
+    EXPECT_FALSE(document.Loading);
+    EXPECT_TRUE(view.calls.isEmpty()) << view.calls.join(u", "_s).toStdString();
+
+    desktop.ExpectMessage(SaveChanges(old), BoxAnswer::No);
+    desktop.ExpectMessage(LongLine(path, 8'000'001), BoxAnswer::Yes);
+    documents.OpenFile(path);
+    EXPECT_EQ(document.CurrentFile, path);
+    EXPECT_EQ(text.loadedLength, 8'000'012);
+    documents.OpenFile(path); // it is loaded again without a question
+    desktop.CheckAllCame();
+}
+
+TEST_F(OpenFile, ShorterLinesComeWithoutAQuestion)
+{
+    text.onlyLength = true;
+    const QByteArray line(8'000'000, 'a');
+    // Characters count, not bytes.
+    QByteArray accents;
+    for (int i = 0; i < 8'000'000; ++i)
+        accents += "\xC3\xA9";
+    for (const QByteArray &bytes : {line, line + "\n" + line, line + "\r" + line + "\r\n", accents})
+        documents.OpenFile(context.WriteFile(u"x.orc"_s, bytes));
+    EXPECT_EQ(text.loadedLength, 8'000'000);
+    desktop.ExpectMessage(LongLine(context.folder.filePath(u"y.orc"_s), 8'000'001), BoxAnswer::No);
+    documents.OpenFile(context.WriteFile(u"y.orc"_s, accents + "\xC3\xA9\n" + line));
+    desktop.CheckAllCame();
+}
+
 TEST_F(OpenFile, AFileBeyondTheOffsetsIsRefused)
 {
     const QString path = context.WriteFile(u"x.orc"_s);
@@ -316,6 +370,7 @@ TEST_F(OpenFile, AVeryLargeFileOfNulBytesLoads)
     const QString path = context.WriteFile(u"x.orc"_s);
     ASSERT_TRUE(QFile::resize(path, 200'000'000));
     text.onlyLength = true;
+    desktop.ExpectMessage(LongLine(path, 200'000'000), BoxAnswer::Yes);
     documents.OpenFile(path);
     EXPECT_EQ(text.loadedLength, 200'000'000);
     EXPECT_FALSE(document.Loading);
