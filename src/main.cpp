@@ -141,7 +141,7 @@ int RunEditor(Application &application, const CommandLine &command, const QByteA
         editor->show();
         if (splash)
             splash->SetOwner(*editor);
-        editor->repaint();
+        PaintOnScreen(*editor);
     });
     if (!loaded)
         return 1;

@@ -3,6 +3,7 @@
 
 import subprocess
 
+from support.pictures import lightness
 from support.stage import check, copy_example, equal, main
 
 STORE = """[Options]
@@ -57,17 +58,6 @@ ForegroundNormal=252,252,252
 BackgroundNormal=49,54,59
 ForegroundNormal=252,252,252
 """
-
-
-def lightness(picture, area):
-    """Mean of a part of a picture, 0 black to 1 white; `area` as WIDTHxHEIGHT+X+Y."""
-    result = subprocess.run(
-        ["convert", str(picture), "-crop", area, "+repage", "-colorspace", "gray", "-format", "%[fx:mean]", "info:"],
-        capture_output=True,
-        text=True,
-        check=True,
-    )
-    return float(result.stdout)
 
 
 def different_colours(picture, area):

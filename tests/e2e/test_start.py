@@ -4,6 +4,7 @@
 import os
 import signal
 
+from support.pictures import lightness
 from support.stage import check, copy_example, equal, main, settled
 
 STORE = """[Options]
@@ -38,7 +39,7 @@ def stacked(stage):
 def splash_stands_until_the_document_does(stage):
     stage.write_store("[Options]\nUsed=2\n")
     piece = stage.home / "large.orc"
-    piece.write_text("instr 1\n a1 oscili 1000, 440 ; a tone\n out a1\nendin\n" * 400_000)
+    piece.write_text("instr 1\n a1 oscili 1000, 440 ; a tone\n out a1\nendin\n" * 1_200_000)
     editor = stage.start(piece)
     splash = editor.window("Zelvane")
     equal(splash.geometry()[2:], (480, 300), "the size of the picture")
@@ -50,6 +51,11 @@ def splash_stands_until_the_document_does(stage):
         stage.until(lambda: len(stacked(stage)) == 2, "both windows on the screen")
         equal(stacked(stage), [window.number, splash.number], f"the windows from the bottom up, {moment}")
     stage.screenshot("splash")
+    # The window was painted before the document began to come; nothing is painted while it does.
+    picture = window.screenshot("before-the-document")
+    equal(len(stage.windows_of(editor.pid)), 2, "windows while the document comes")
+    for area, what in (("400x20+10+2", "the menu bar"), ("300x60+700+600", "the place of the text")):
+        check(lightness(picture, area) > 0.8, f"{what} is painted: {lightness(picture, area)}")
     stage.until(lambda: len(stage.windows_of(editor.pid)) == 1, "the end of the splash")
     editor.close(window)
 

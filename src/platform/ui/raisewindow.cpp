@@ -2,6 +2,8 @@
 #include "platform/ui/raisewindow.h"
 
 #include <QApplication>
+#include <QDeadlineTimer>
+#include <QThread>
 #include <QWidget>
 #include <QWindow>
 
@@ -113,6 +115,19 @@ void KeepAbove(QWidget &window, QWidget &owner)
 #endif
     window.hide();
     window.show();
+}
+
+void PaintOnScreen(QWidget &window)
+{
+    constexpr int wait = 500;
+    constexpr int look = 5;
+    const QWindow *shown = window.windowHandle();
+    for (const QDeadlineTimer deadline(wait); shown && !shown->isExposed() && !deadline.hasExpired();) {
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+        QThread::msleep(look);
+    }
+    window.repaint();
+    QGuiApplication::sync();
 }
 
 void FlushWindowSystem()

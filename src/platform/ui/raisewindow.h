@@ -24,6 +24,10 @@ void RaiseWindow(QWidget &window);
 /// which the owner has to be shown already. The toolkit by itself tells it only when it shows a window.
 void KeepAbove(QWidget &window, QWidget &owner);
 
+/// Waits until a window that has just been shown stands on the screen, half a second at most, and paints it:
+/// before long work, in which nothing is painted. The user's input waits.
+void PaintOnScreen(QWidget &window);
+
 /// Hands what has been asked of the window system over to it, without serving an event: for use before a
 /// wait.
 void FlushWindowSystem();
