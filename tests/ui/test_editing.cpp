@@ -376,8 +376,9 @@ void EditingTest::UndoGivesBackEveryColour()
                                {at + 19, 4, StyleClass::Comment}});
     }
     const auto now = [&] { return State{on.Text().Text(), on.Colours()}; };
-    const QStringList rows = {u"mnuComment"_s, u"mnuUncomment"_s, u"mnuCase_0"_s,  u"mnuCase_1"_s,
-                              u"mnuCase_2"_s,  u"mnuIndent_0"_s,  u"mnuIndent_1"_s};
+    const QStringList rows = {u"mnuComment"_s,    u"mnuUncomment"_s, u"mnuCase_0"_s,   u"mnuCase_1"_s,
+                              u"mnuCase_2"_s,     u"mnuIndent_0"_s,  u"mnuIndent_1"_s, u"mnuRemoveComments"_s,
+                              u"mnuEditItem_0"_s, u"mnuEditItem_2"_s};
     std::vector<State> states = {now()};
     size_t current = 0;
     std::mt19937 random(3);
