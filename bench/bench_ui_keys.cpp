@@ -104,10 +104,13 @@ int main(int argc, char **argv)
     Measure(program, 10'000'000, false, true, 4);
     TextAccessible::SetListener([](QAccessibleEvent &) {});
     Measure(program, 10'000'000, true, false, 4);
+    if (!quick)
+        Measure(program, 200'000'000, true, false, 16);
     TextAccessible::SetListener({});
     if (!quick) {
         Measure(program, 200'000'000, false, false, 16);
         Measure(program, 200'000'000, true, false, 16);
+        Measure(program, 200'000'000, false, true, 16);
     }
     return 0;
 }

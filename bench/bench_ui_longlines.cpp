@@ -7,9 +7,9 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <functional>
 #include <QApplication>
-
 #include <QFile>
 #include <QKeyEvent>
 #include <QScrollBar>
@@ -132,7 +132,7 @@ int main(int argc, char **argv)
     Program program;
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
     const qsizetype only = argc > 1 ? std::atol(argv[1]) : 0;
-    for (const qsizetype megabytes : {5, 50}) {
+    for (const qsizetype megabytes : {5, 8, 50}) {
         if (only && megabytes != only)
             continue;
         for (const bool wrap : {false, true}) {
