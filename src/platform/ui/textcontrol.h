@@ -192,6 +192,8 @@ private:
     /// The bit of a style byte, above the class, that tells neighbouring steps of a long line apart.
     static constexpr char StepBit = 8;
     static_assert(StyleClassCount <= StepBit);
+    /// Lines of so many bytes are cut into steps.
+    static constexpr qsizetype LongLineBytes = 4096;
 
     long Send(unsigned message, qint64 wParam = 0, qint64 lParam = 0) const;
     long SendBytes(unsigned message, qint64 wParam, const char *bytes) const;
@@ -269,6 +271,18 @@ private:
     void ApplyLook();
     void ApplyTabWidth();
 
+    /// Lines between two bytes are about to lose text or to be cut in two. Scintilla's scroll range only
+    /// grows: remembers when one of them may have been the widest.
+    void MayNarrow(qsizetype start, qsizetype end);
+    /// After such an edit; waits until it pays.
+    void FollowEdit();
+    /// Makes the scroll range as wide as the widest line in sight and the longest one of all need.
+    void FollowWidth();
+    /// In pixels.
+    long LineWidth(qsizetype line) const;
+    /// The line of the most bytes.
+    qsizetype LongestLine() const;
+
     Desktop &m_desktop;
     TextControlHooks m_hooks;
     OffsetMap m_map;
@@ -293,6 +307,7 @@ private:
 
     bool m_textDirty = false;
     CaretSpan m_toldCaret;
+    bool m_mayBeNarrower = false; ///< the scroll range may be wider than the text needs
 
     std::array<StyleFormat, StyleClassCount> m_formats;
     bool m_formatsApplied = false;

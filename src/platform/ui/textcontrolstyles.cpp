@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
+#include <QScopeGuard>
 
 namespace zelvane
 {
@@ -21,8 +23,7 @@ constexpr qsizetype BytesAsDearAsARun = 10;
 // From so many runs on it pays to keep Scintilla from asking where each of them stands on the screen.
 constexpr size_t ManyRuns = 256;
 
-// Lines of so many bytes are cut into steps of so many characters.
-constexpr qsizetype LongLine = 4096;
+// In characters.
 constexpr int StepLength = 2;
 
 /// The class in a style byte.
@@ -121,7 +122,12 @@ void TextControl::ApplyStyles(qsizetype start, qsizetype end, const StyleRuns &r
     // What changes above the view needs no look at the lines. So the view goes to the end meanwhile,
     // unpainted.
     const bool many = runs.size() > ManyRuns;
-    const long top = Send(SCI_GETFIRSTVISIBLELINE);
+    const auto viewBack = qScopeGuard([this, many, top = Send(SCI_GETFIRSTVISIBLELINE)] {
+        if (!many)
+            return;
+        Send(SCI_SETFIRSTVISIBLELINE, top);
+        viewport()->setUpdatesEnabled(true);
+    });
     if (many) {
         viewport()->setUpdatesEnabled(false);
         Send(SCI_SETFIRSTVISIBLELINE, Send(SCI_VISIBLEFROMDOCLINE, LineCount() - 1));
@@ -133,10 +139,6 @@ void TextControl::ApplyStyles(qsizetype start, qsizetype end, const StyleRuns &r
         m_plain = m_plain && runs.empty();
         PaintRuns(range, runs);
         CutLongLines(range.start, range.end);
-    }
-    if (many) {
-        Send(SCI_SETFIRSTVISIBLELINE, top);
-        viewport()->setUpdatesEnabled(true);
     }
 }
 
@@ -201,10 +203,10 @@ char TextControl::ClassBefore(qsizetype position) const
 // Long lines
 
 void TextControl::CutLongLines(qsizetype start, qsizetype end)
-{
+try {
     qsizetype first = Send(SCI_POSITIONFROMLINE, Send(SCI_LINEFROMPOSITION, start));
-    while (first <= end && m_map.Bytes() - first >= LongLine) {
-        if (const qsizetype feed = Bytes(first, LongLine).lastIndexOf('\n'); feed >= 0) {
+    while (first <= end && m_map.Bytes() - first >= LongLineBytes) {
+        if (const qsizetype feed = Bytes(first, LongLineBytes).lastIndexOf('\n'); feed >= 0) {
             first += feed + 1;
             continue;
         }
@@ -215,13 +217,15 @@ void TextControl::CutLongLines(qsizetype start, qsizetype end)
             Cut(first, first + length);
         first += length;
     }
+} catch (const std::bad_alloc &) {
+    // Such a line is slow then. The edit that made it stands.
 }
 
 bool TextControl::IsCut(qsizetype start, qsizetype length) const
 {
     constexpr int looks = 16;
     constexpr qsizetype width = 300;
-    static_assert(width <= LongLine);
+    static_assert(width <= LongLineBytes);
     for (int look = 0; look < looks; ++look) {
         bool uniform = true;
         ReadStyles(start + (length - width) * look / (looks - 1), width,
