@@ -7,6 +7,7 @@
 #include "support/uitest.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <ctime>
 #include <functional>
 #include <limits>
@@ -118,6 +119,18 @@ struct Editor {
         for (qsizetype i = 0; i < text.Length(); ++i)
             styles.append(QChar(u'0' + int(text.StyleAt(i))));
         return styles;
+    }
+    /// How far the text can be scrolled sideways, when it has been shown.
+    int ScrollRange()
+    {
+        // The control learns of wide lines when it paints them, and tells the bar a little later.
+        text.viewport()->repaint();
+        const QScrollBar &bar = *text.horizontalScrollBar();
+        static_cast<void>(QTest::qWaitFor([&] {
+            const auto width = int(text.SendScintilla(QsciScintillaBase::SCI_GETSCROLLWIDTH));
+            return bar.maximum() == std::max(0, width - bar.pageStep());
+        }));
+        return bar.maximum();
     }
     /// The control's own style byte.
     int RawStyle(qsizetype offset) const
@@ -250,6 +263,9 @@ private Q_SLOTS:
     // Look
     void ChangesFontSizeByAPixel();
     void WrapsWords();
+    void TheScrollRangeFollowsTheWidestLine();
+    void TheScrollRangeFollowsTheFont();
+    void LinesOutOfSightKeepTheScrollRange();
     void TakesTabWidthInDialogUnits();
     void ShowsClassColours();
     void FollowsThePalette();
@@ -1729,6 +1745,87 @@ void TestTextControl::WrapsWords()
     editor.text.viewport()->repaint();
     QCOMPARE(rows(), 1L);
     QCOMPARE(changed.count(), 0);
+}
+
+void TestTextControl::TheScrollRangeFollowsTheWidestLine()
+{
+    Editor editor;
+    const auto range = [&] { return editor.ScrollRange(); };
+    const QString wide = u"0123456789"_s.repeated(100);
+    editor.text.LoadText(u"short\n"_s + wide + u"\nshort\n"_s);
+    const int whole = range();
+    QVERIFY(whole > 0);
+    editor.text.SetSelection(6, 6 + wide.size() + 1);
+    editor.text.DeleteSelection();
+    QCOMPARE(range(), 0);
+    editor.text.Undo();
+    QCOMPARE(range(), whole);
+    editor.text.Redo();
+    QCOMPARE(range(), 0);
+    editor.text.Undo();
+    range();
+
+    // A line end in its middle, and its letters going one by one.
+    editor.text.SetSelection(506, 506);
+    editor.Key(Qt::Key_Return);
+    QVERIFY(range() < whole * 6 / 10);
+    editor.text.Undo();
+    QCOMPARE(range(), whole);
+    editor.text.SetSelection(1006, 1006);
+    for (int i = 0; i < 500; ++i)
+        editor.Key(Qt::Key_Backspace);
+    QVERIFY(range() < whole * 6 / 10);
+    QVERIFY(range() > 0);
+
+    // The view never stands to the right of the text.
+    editor.text.LoadText(u"short\n"_s + wide);
+    editor.text.SetSelection(1006, 1006);
+    range();
+    QVERIFY(editor.text.horizontalScrollBar()->value() > 0);
+    editor.text.SetText(u"short"_s);
+    QCOMPARE(range(), 0);
+    QCOMPARE(editor.text.SendScintilla(QsciScintillaBase::SCI_GETXOFFSET), 0L);
+}
+
+void TestTextControl::TheScrollRangeFollowsTheFont()
+{
+    Editor editor;
+    editor.text.LoadText(u"short\n"_s + u"0123456789"_s.repeated(30));
+    editor.text.ApplyFont({u"DejaVu Sans Mono"_s, 30, false, false});
+    const int large = editor.ScrollRange();
+    editor.text.ApplyFont({u"DejaVu Sans Mono"_s, 20, false, false});
+    const int middle = editor.ScrollRange();
+    editor.text.ChangeFontSize(-2);
+    QVERIFY(middle < large * 8 / 10);
+    QVERIFY(editor.ScrollRange() < middle);
+    QVERIFY(editor.ScrollRange() > 0);
+    editor.text.ApplyFont({u"DejaVu Sans Mono"_s, 1, false, false});
+    QCOMPARE(editor.ScrollRange(), 0);
+    // What was deleted while it was wrapped counts too.
+    editor.text.ApplyFont({u"DejaVu Sans Mono"_s, 20, false, false});
+    QVERIFY(editor.ScrollRange() > 0);
+    editor.text.SetWordWrap(true);
+    editor.text.SetText(u"short"_s);
+    editor.text.SetWordWrap(false);
+    QCOMPARE(editor.ScrollRange(), 0);
+}
+
+void TestTextControl::LinesOutOfSightKeepTheScrollRange()
+{
+    Editor editor;
+    editor.text.LoadText(u"a line\n"_s.repeated(200) + u"0123456789"_s.repeated(100));
+    editor.text.SetSelection(editor.text.Length(), editor.text.Length());
+    const int range = editor.ScrollRange();
+    QVERIFY(range > 0);
+    editor.text.SetSelection(0, 0);
+    editor.Type(u"x y\n"_s);
+    editor.Key(Qt::Key_Backspace);
+    editor.text.SetSelection(0, 50);
+    editor.text.DeleteSelection();
+    editor.text.ReplaceRange(0, 700, u"other"_s);
+    editor.text.Undo();
+    const int after = editor.ScrollRange();
+    QVERIFY2(std::abs(after - range) <= 4, qPrintable(u"%1, it was %2"_s.arg(after).arg(range)));
 }
 
 void TestTextControl::TakesTabWidthInDialogUnits()

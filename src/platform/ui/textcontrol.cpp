@@ -94,7 +94,7 @@ TextControl::TextControl(Desktop &desktop, QWidget *parent)
     Send(SCI_SETSCROLLWIDTHTRACKING, 1);
     Send(SCI_SETSCROLLWIDTH, 1);
     Send(SCI_SETLAYOUTCACHE, SC_CACHE_PAGE);
-    // Measured words are kept: a very long coloured line is laid out again at each key.
+    // Measured pieces are kept: a long line is laid out again at each key.
     Send(SCI_SETPOSITIONCACHE, 32768);
     Send(SCI_SETCARETLINEVISIBLE, 0);
 
@@ -185,6 +185,7 @@ void TextControl::LoadText(QString text)
     Send(SCI_SETENDATLASTLINE, 1);
     Send(SCI_SETSCROLLWIDTH, 1);
     Send(SCI_SETXOFFSET, 0);
+    m_mayBeNarrower = false;
     SetCaret({});
     m_textDirty = true;
     EmptyUndoBuffer();
@@ -271,6 +272,8 @@ void TextControl::ReplaceBytes(qsizetype start, qsizetype end, const QByteArray 
         m_commandGroup = true;
         Send(SCI_BEGINUNDOACTION);
     }
+    if (start < end || utf8.contains('\n'))
+        MayNarrow(start, end);
     const bool tell = TextAccessible::IsHeard();
     const QString gone = tell ? FromUtf8(Bytes(start, end - start)) : QString();
     QByteArray classes;
@@ -475,6 +478,7 @@ void TextControl::Modifying(int position, int type, int length)
 {
     FinishInsertion();
     m_textDirty = true;
+    MayNarrow(position, type & SC_MOD_BEFOREDELETE ? position + length : position);
     const bool deletes = type & SC_MOD_BEFOREDELETE;
     StyleStack *styles = &m_undoStyles;
     if (type & SC_PERFORMED_USER) {
@@ -715,8 +719,10 @@ void TextControl::Settle()
     const bool selection = std::exchange(m_toldCaret, caret) != caret;
     for (const TextChange &change : std::exchange(m_untold, {}))
         TextAccessible::TellChange(*this, change);
-    if (text)
+    if (text) {
+        FollowEdit();
         Q_EMIT textChanged();
+    }
     if (selection) {
         TextAccessible::TellSelection(*this);
         Q_EMIT selectionChanged();

@@ -55,6 +55,7 @@ void TextControl::ApplyFont(const TextFont &font)
     m_font = font;
     m_formatsApplied = m_formatsApplied && !font.bold;
     ApplyLook();
+    FollowWidth();
 }
 
 void TextControl::ChangeFontSize(int pixels)
@@ -63,6 +64,7 @@ void TextControl::ChangeFontSize(int pixels)
     const double twips = std::clamp(m_font.points * 20 + pixels * pixel, pixel, 20.0 * 1638);
     m_font.points = std::round(twips) / 20;
     ApplyLook();
+    FollowWidth();
 }
 
 void TextControl::ApplyLook()
@@ -100,6 +102,8 @@ void TextControl::SetWordWrap(bool wrap)
     Send(SCI_SETWRAPMODE, wrap ? SC_WRAP_WHITESPACE : SC_WRAP_NONE);
     if (wrap)
         Send(SCI_SETXOFFSET, 0);
+    else
+        FollowWidth();
 }
 
 bool TextControl::WordWrap() const
@@ -122,6 +126,69 @@ void TextControl::ApplyTabWidth()
         columns = int(std::clamp(std::round(pixels / blank), 1.0, 1000.0));
     }
     Send(SCI_SETTABWIDTH, columns);
+}
+
+// The scroll range
+
+void TextControl::MayNarrow(qsizetype start, qsizetype end)
+{
+    constexpr long lookedAt = 64;
+    constexpr long close = 16; // Scintilla makes the range some pixels wider than the line
+    const long range = Send(SCI_GETSCROLLWIDTH);
+    if (m_mayBeNarrower || WordWrap() || range <= viewport()->width())
+        return;
+    const long first = Send(SCI_LINEFROMPOSITION, start);
+    const long last = Send(SCI_LINEFROMPOSITION, end);
+    m_mayBeNarrower = last - first >= lookedAt;
+    for (long line = first; line <= last && !m_mayBeNarrower; ++line)
+        m_mayBeNarrower = Send(SCI_LINELENGTH, line) >= LongLineBytes || LineWidth(line) + close >= range;
+}
+
+void TextControl::FollowEdit()
+{
+    if (!m_mayBeNarrower)
+        return;
+    // While the widest line is made shorter key by key, one look at the whole text has to do for many.
+    const long here = LineWidth(Send(SCI_LINEFROMPOSITION, Send(SCI_GETCURRENTPOS)));
+    if (here < Send(SCI_GETSCROLLWIDTH) / 10 * 9)
+        FollowWidth();
+}
+
+void TextControl::FollowWidth()
+{
+    m_mayBeNarrower = false;
+    if (WordWrap() || Send(SCI_GETSCROLLWIDTH) <= viewport()->width())
+        return;
+    const long top = Send(SCI_GETFIRSTVISIBLELINE);
+    const long behind = std::min<long>(top + Send(SCI_LINESONSCREEN) + 1, LineCount());
+    long widest = LineWidth(LongestLine());
+    for (long line = top; line < behind; ++line)
+        widest = std::max(widest, LineWidth(line));
+    Send(SCI_SETSCROLLWIDTH, std::max<long>(widest, 1));
+}
+
+long TextControl::LineWidth(qsizetype line) const
+{
+    const long end = Send(SCI_GETLINEENDPOSITION, line);
+    return Send(SCI_POINTXFROMPOSITION, 0, end) -
+           Send(SCI_POINTXFROMPOSITION, 0, Send(SCI_POSITIONFROMLINE, line));
+}
+
+qsizetype TextControl::LongestLine() const
+{
+    // Where no line end stands in one byte more than the longest line has, a longer one begins.
+    qsizetype longest = 0;
+    qsizetype most = 0;
+    for (qsizetype start = 0; m_map.Bytes() - start > most;) {
+        if (const qsizetype feed = Bytes(start, most + 1).lastIndexOf('\n'); feed >= 0) {
+            start += feed + 1;
+            continue;
+        }
+        longest = Send(SCI_LINEFROMPOSITION, start);
+        most = Send(SCI_LINELENGTH, longest);
+        start += most;
+    }
+    return longest;
 }
 
 } // namespace zelvane
