@@ -10,7 +10,9 @@
 
 #include <algorithm>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QImage>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
 #include <QPalette>
@@ -126,6 +128,21 @@ void LegibleStyleTest::LinesAreSeen()
     for (const QPoint &out : {QPoint(-circle.width() / 2 - 1, 0), QPoint(0, -circle.height() / 2 - 1)}) {
         QVERIFY(ContrastAlong(radioPicture, middle, middle + out, window) >= 3);
         QVERIFY(ContrastAlong(radioPicture, middle, middle + out, base) >= 3);
+    }
+
+    QLineEdit field;
+    QComboBox typing;
+    typing.setEditable(true);
+    for (QWidget *one : {static_cast<QWidget *>(&field), static_cast<QWidget *>(&typing)}) {
+        one->resize(one->sizeHint());
+        const QImage picture = PictureOf(*one);
+        const QPoint centre = picture.rect().center();
+        const QPoint edges[] = {QPoint(0, centre.y()), QPoint(picture.width() - 1, centre.y()),
+                                QPoint(centre.x(), 0), QPoint(centre.x(), picture.height() - 1)};
+        for (const QPoint &edge : edges) {
+            const QColor frame = picture.pixelColor(edge);
+            QVERIFY2(Contrast(frame, window) >= 3 && Contrast(frame, base) >= 3, qPrintable(frame.name()));
+        }
     }
 
     QListWidget list;

@@ -11,6 +11,7 @@
 #include <QPainter>
 #include <QPalette>
 #include <QScreen>
+#include <QStyleOptionComboBox>
 #include <QStyleOptionMenuItem>
 
 using namespace Qt::Literals::StringLiterals;
@@ -23,6 +24,7 @@ namespace
 
 constexpr int ArrowRoom = 6;       ///< from the middle of a tree's arrow to where its lines begin, pixels
 constexpr int SeparatorMargin = 5; ///< pixels
+constexpr int FieldCorner = 2;     ///< radius, pixels
 constexpr int LeastMenuWidth = 80; ///< pixels
 
 /// Of a line in front of the text field's colour as well as the window's.
@@ -39,6 +41,16 @@ void DrawBox(const QStyleOption &option, QPainter &painter)
     painter.setPen(LineColour(option.palette));
     painter.setBrush(Qt::NoBrush);
     painter.drawRect(option.rect.adjusted(0, 0, -1, -1));
+}
+
+/// On the rounded frame that the style has drawn.
+void DrawField(const QStyleOption &option, QPainter &painter)
+{
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(0.5, 0.5);
+    painter.setPen(LineColour(option.palette));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(option.rect.adjusted(0, 0, -1, -1), FieldCorner, FieldCorner);
 }
 
 /// On the circle that the style has drawn.
@@ -129,6 +141,10 @@ void LegibleStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *o
     case PE_IndicatorRadioButton:
         DrawCircle(*option, *painter);
         break;
+    case PE_FrameLineEdit:
+        if (!(option->state & State_HasFocus)) // which has a colour of its own
+            DrawField(*option, *painter);
+        break;
     default:
         break;
     }
@@ -163,6 +179,19 @@ void LegibleStyle::drawControl(ControlElement element, const QStyleOption *optio
         shown.text = metrics.elidedText(caption, Qt::ElideMiddle, std::max(0, room), Qt::TextShowMnemonic) +
                      item->text.mid(caption.size());
     QProxyStyle::drawControl(element, &shown, painter, widget);
+}
+
+void LegibleStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex *option,
+                                      QPainter *painter, const QWidget *widget) const
+{
+    QProxyStyle::drawComplexControl(control, option, painter, widget);
+    const auto *list = qstyleoption_cast<const QStyleOptionComboBox *>(option);
+    if (control != CC_ComboBox || !list || !list->editable || !list->frame ||
+        (option->state & State_HasFocus) || !DrawsLines())
+        return;
+    painter->save();
+    DrawField(*option, *painter);
+    painter->restore();
 }
 
 QSize LegibleStyle::sizeFromContents(ContentsType type, const QStyleOption *option, const QSize &size,

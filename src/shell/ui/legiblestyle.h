@@ -6,10 +6,10 @@
 namespace zelvane
 {
 
-/// The desktop's style, with the thin lines of check boxes, option buttons, menus and trees drawn so that
-/// they can be seen: the toolkit's own style derives them from the window's colour, and on a dark desktop
-/// they vanish. A style that the desktop brings along draws its lines itself. No menu is wider than the
-/// screen: captions that are too long lose their middle.
+/// The desktop's style, with the thin lines of check boxes, option buttons, fields, menus and trees drawn so
+/// that they can be seen: the toolkit's own style derives them from the window's colour, and on a dark
+/// desktop they vanish. A style that the desktop brings along draws its lines itself. No menu is wider than
+/// the screen: captions that are too long lose their middle.
 class LegibleStyle : public QProxyStyle
 {
     Q_OBJECT
@@ -22,6 +22,8 @@ public:
                        const QWidget *widget) const override;
     void drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
                      const QWidget *widget) const override;
+    void drawComplexControl(ComplexControl control, const QStyleOptionComplex *option, QPainter *painter,
+                            const QWidget *widget) const override;
     QSize sizeFromContents(ContentsType type, const QStyleOption *option, const QSize &size,
                            const QWidget *widget) const override;
     int pixelMetric(PixelMetric metric, const QStyleOption *option, const QWidget *widget) const override;
