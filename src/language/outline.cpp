@@ -43,9 +43,23 @@ QLatin1String ImageOfKind(OutlineKind kind)
     return NamesOf(kind).image;
 }
 
+OutlineNode Outline::At(qsizetype place) const
+{
+    if (place < NodeCount())
+        return m_nodes[std::size_t(place)];
+    const std::size_t macro = MacroOfCall(place);
+    const qsizetype row = Row(place);
+    const Call &call = m_calls[std::size_t(m_macros[macro].firstCall + row)];
+    return {.kind = OutlineKind::MacroCall,
+            .parent = m_firstMacro + qsizetype(macro),
+            .number = qint32(row) + 1,
+            .tag = call.tag,
+            .caption = call.caption};
+}
+
 QString Outline::Key(qsizetype place) const
 {
-    const OutlineNode &node = At(place);
+    const OutlineNode node = At(place);
     const KindNames &names = NamesOf(node.kind);
     if (node.isRoot)
         return names.rootKey;
@@ -55,7 +69,7 @@ QString Outline::Key(qsizetype place) const
 
 QString Outline::Caption(qsizetype place) const
 {
-    const OutlineNode &node = At(place);
+    const OutlineNode node = At(place);
     if (node.isRoot)
         return NamesOf(node.kind).rootCaption;
     switch (node.kind) {
@@ -84,20 +98,78 @@ QString Outline::Caption(qsizetype place) const
 
 qsizetype Outline::Find(QStringView key) const
 {
-    for (qsizetype place = 0; place < Count(); ++place) {
-        if (Key(place) == key)
-            return place;
+    // What the key would be the key of, if it is one.
+    qsizetype digits = key.size();
+    while (digits > 0 && key[digits - 1] >= u'0' && key[digits - 1] <= u'9')
+        --digits;
+    const QStringView prefix = key.first(digits);
+    const qsizetype number = key.sliced(digits).toLongLong();
+    qsizetype place = -1;
+    if (prefix.size() > 3) {
+        const qsizetype parent = Find(prefix.chopped(3));
+        place = parent < 0 ? -1 : ChildOrNone(parent, number - 1);
     }
-    return -1;
+    for (qsizetype row = 0; place < 0 && row < ChildCount(-1); ++row) {
+        const qsizetype root = Child(-1, row);
+        const OutlineKind kind = At(root).kind;
+        if (Key(root) == key)
+            return root;
+        if (NamesOf(kind).key != prefix)
+            continue;
+        if (kind == OutlineKind::Tag)
+            place = number < NodeCount() ? number : -1; // numbered as they came into the tree
+        else
+            place = ChildOrNone(root, kind == OutlineKind::Section ? number : number - 1);
+    }
+    return place >= 0 && Key(place) == key ? place : -1;
 }
 
-std::span<const qint32> Outline::Children(qsizetype place) const
+qsizetype Outline::ChildOrNone(qsizetype place, qsizetype row) const
 {
-    if (m_nodes.empty())
-        return {};
+    return row >= 0 && row < ChildCount(place) ? Child(place, row) : -1;
+}
+
+std::size_t Outline::MacroOfCall(qsizetype place) const
+{
+    const auto behind =
+        std::upper_bound(m_macros.begin(), m_macros.end(), place - NodeCount(),
+                         [](qsizetype call, const Macro &macro) { return call < macro.placesEnd; });
+    return std::size_t(behind - m_macros.begin());
+}
+
+const Outline::Macro *Outline::MacroAt(qsizetype place) const
+{
+    if (place < 0 || place >= NodeCount())
+        return nullptr;
+    const OutlineNode &node = m_nodes[std::size_t(place)];
+    return node.kind == OutlineKind::Macro && !node.isRoot ? &m_macros[std::size_t(node.number - 1)]
+                                                           : nullptr;
+}
+
+qsizetype Outline::ChildCount(qsizetype place) const
+{
+    if (m_nodes.empty() || place >= NodeCount())
+        return 0;
+    if (const Macro *macro = MacroAt(place))
+        return macro->CallCount();
     const auto parent = std::size_t(place + 1);
-    const qint32 start = parent == 0 ? 0 : m_childrenEnd[parent - 1];
-    return std::span(m_children).subspan(std::size_t(start), std::size_t(m_childrenEnd[parent] - start));
+    return m_childrenEnd[parent] - (parent == 0 ? 0 : m_childrenEnd[parent - 1]);
+}
+
+qsizetype Outline::Child(qsizetype place, qsizetype row) const
+{
+    if (const Macro *macro = MacroAt(place))
+        return NodeCount() + macro->placesEnd - macro->CallCount() + row;
+    const auto parent = std::size_t(place + 1);
+    return m_children[std::size_t((parent == 0 ? 0 : m_childrenEnd[parent - 1]) + row)];
+}
+
+qsizetype Outline::Row(qsizetype place) const
+{
+    if (place < NodeCount())
+        return m_rows[std::size_t(place)];
+    const Macro &macro = m_macros[MacroOfCall(place)];
+    return place - NodeCount() - (macro.placesEnd - macro.CallCount());
 }
 
 QStringView Outline::Part(const TextSpan &span) const

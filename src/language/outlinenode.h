@@ -30,7 +30,7 @@ struct OutlineNode {
     OutlineKind kind;
     bool isRoot = false;
     bool isCommented = false; ///< of a tag: it stands in a comment
-    qint32 parent = -1;       ///< its place in the outline, -1 for a root
+    qsizetype parent = -1;    ///< its place in the outline, -1 for a root
     qint32 number = 0;        ///< the number in its key
     /// Of an instrument its number, of the others the offset of what they show, from 0. Kept: the first
     /// section of a unified document has the place of its opening tag counted from 1.

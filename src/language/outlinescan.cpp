@@ -19,6 +19,13 @@ using namespace Qt::Literals::StringLiterals;
 namespace zelvane
 {
 
+/// A macro definition; offsets from 0.
+struct FoundMacro {
+    qsizetype define;
+    TextSpan caption; ///< begins with the bare name
+    qsizetype nameEnd;
+};
+
 /// Puts nodes into an outline.
 class OutlineBuilder
 {
@@ -44,12 +51,46 @@ public:
              .tag = qint32(tag)});
     }
 
+    using Call = Outline::Call;
+    /// Adds a root and its macros.
+    void AddMacros(const std::vector<FoundMacro> &macros, const std::vector<std::vector<Call>> &calls,
+                   const MacroNames &names);
+
     /// Finds out the children of each node. @return the whole outline
     Outline Done();
 
 private:
     Outline m_outline;
 };
+
+void OutlineBuilder::AddMacros(const std::vector<FoundMacro> &macros,
+                               const std::vector<std::vector<Call>> &calls, const MacroNames &names)
+{
+    std::vector<qsizetype> starts; // of the calls of each name in the outline's list
+    for (const std::vector<Call> &ofName : calls) {
+        starts.push_back(qsizetype(m_outline.m_calls.size()));
+        m_outline.m_calls.insert(m_outline.m_calls.end(), ofName.begin(), ofName.end());
+    }
+    const qint32 root = AddRoot(OutlineKind::Macro);
+    m_outline.m_firstMacro = Count();
+    qsizetype places = 0;
+    for (std::size_t i = 0; i < macros.size(); ++i) {
+        const FoundMacro &macro = macros[i];
+        const std::vector<Call> &ofName = calls[names.GroupOf(i)];
+        const auto first =
+            std::lower_bound(ofName.begin(), ofName.end(), macro.define,
+                             [](const Call &call, qsizetype define) { return call.tag < define; });
+        const qsizetype start = starts[names.GroupOf(i)];
+        places += ofName.end() - first;
+        m_outline.m_macros.push_back(
+            {start + (first - ofName.begin()), start + qsizetype(ofName.size()), places});
+        Add({.kind = OutlineKind::Macro,
+             .parent = root,
+             .number = qint32(i) + 1,
+             .tag = qint32(macro.define),
+             .caption = macro.caption});
+    }
+}
 
 Outline OutlineBuilder::Done()
 {
@@ -174,7 +215,8 @@ public:
     /// The next such character at or behind the offset, else the end of the text.
     qsizetype From(qsizetype offset)
     {
-        m_next = std::max(m_next, offset);
+        if (offset < m_from || offset > m_next)
+            m_from = m_next = offset;
         while (m_next < m_text.size() && !IsWanted(m_text[m_next]))
             ++m_next;
         return m_next;
@@ -182,6 +224,7 @@ public:
 
 private:
     QStringView m_text;
+    qsizetype m_from = 0; ///< up to m_next there is none
     qsizetype m_next = 0;
 };
 
@@ -331,20 +374,11 @@ public:
     Outline Done() { return m_builder.Done(); }
 
 private:
-    struct Macro {
-        qsizetype define;
-        TextSpan caption;
-        qsizetype nameEnd;
-    };
-    struct Call {
-        qsizetype tag;
-        TextSpan caption;
-    };
-
     void SearchLabel(const TextSpan &instrument, qint32 parent, CommentLookup &comments, LabelLines &lines);
-    std::vector<Macro> FindMacros() const;
-    /// The calls of each macro behind its definition.
-    std::vector<std::vector<Call>> SearchMacroCalls(const std::vector<Macro> &macros) const;
+    std::vector<FoundMacro> FindMacros() const;
+    using Call = OutlineBuilder::Call;
+    /// The calls of each name behind the offset.
+    std::vector<std::vector<Call>> SearchMacroCalls(const MacroNames &names, qsizetype from) const;
     CommentLookup Comments() const { return CommentLookup(m_text, m_blockComments); }
 
     QStringView m_text;
@@ -509,10 +543,10 @@ void Scanners::FindDirectives()
     }
 }
 
-std::vector<Scanners::Macro> Scanners::FindMacros() const
+std::vector<FoundMacro> Scanners::FindMacros() const
 {
     CommentLookup comments = Comments();
-    std::vector<Macro> macros;
+    std::vector<FoundMacro> macros;
     for (const qsizetype hit : m_defines) {
         if (comments.IsCommented(hit))
             continue;
@@ -533,42 +567,27 @@ std::vector<Scanners::Macro> Scanners::FindMacros() const
 
 void Scanners::SearchMacro()
 {
-    const std::vector<Macro> macros = FindMacros();
+    const std::vector<FoundMacro> macros = FindMacros();
     if (macros.empty())
         return;
-    const std::vector<std::vector<Call>> calls = SearchMacroCalls(macros);
-    const qint32 root = m_builder.AddRoot(OutlineKind::Macro);
-    for (std::size_t i = 0; i < macros.size(); ++i) {
-        const qint32 node = m_builder.Add({.kind = OutlineKind::Macro,
-                                           .parent = root,
-                                           .number = qint32(i) + 1,
-                                           .tag = qint32(macros[i].define),
-                                           .caption = macros[i].caption});
-        qint32 number = 0;
-        for (const Call &call : calls[i])
-            m_builder.Add({.kind = OutlineKind::MacroCall,
-                           .parent = node,
-                           .number = ++number,
-                           .tag = qint32(call.tag),
-                           .caption = call.caption});
-    }
+    std::vector<QStringView> bareNames;
+    bareNames.reserve(macros.size());
+    for (const FoundMacro &macro : macros)
+        bareNames.push_back(m_text.sliced(macro.caption.start, macro.nameEnd - macro.caption.start));
+    const MacroNames names(bareNames);
+    m_builder.AddMacros(macros, SearchMacroCalls(names, macros.front().define), names);
 }
 
-std::vector<std::vector<Scanners::Call>> Scanners::SearchMacroCalls(const std::vector<Macro> &macros) const
+std::vector<std::vector<Scanners::Call>> Scanners::SearchMacroCalls(const MacroNames &names,
+                                                                    qsizetype from) const
 {
-    std::vector<QStringView> names;
-    names.reserve(macros.size());
-    for (const Macro &macro : macros)
-        names.push_back(m_text.sliced(macro.caption.start, macro.nameEnd - macro.caption.start));
-    const MacroNames macroNames(names);
-
     CommentLookup comments = Comments();
     NextCharacter<EndsArguments> brackets(m_text);
-    std::vector<std::vector<Call>> calls(macros.size());
-    for (qsizetype hit = macros.front().define; (hit = m_text.indexOf(u'$', hit)) >= 0; ++hit) {
+    std::vector<std::vector<Call>> calls(names.GroupCount());
+    for (qsizetype hit = from; (hit = m_text.indexOf(u'$', hit)) >= 0; ++hit) {
         if (hit > 0 && IsWordCharacter(m_text[hit - 1]))
             continue;
-        macroNames.ForEachAt(m_text, hit + 1, [&](qsizetype length, const std::vector<qint32> &places) {
+        names.ForEachAt(m_text, hit + 1, [&](qsizetype length, std::size_t group) {
             if (comments.IsCommented(hit))
                 return;
             qsizetype end = hit + 1 + length;
@@ -577,11 +596,7 @@ std::vector<std::vector<Scanners::Call>> Scanners::SearchMacroCalls(const std::v
                 if (bracket < m_text.size() && m_text[bracket] == u')')
                     end = bracket + 1;
             }
-            for (const qint32 place : places) {
-                if (macros[std::size_t(place)].define > hit)
-                    break;
-                calls[std::size_t(place)].push_back({hit, {hit + 1, end}});
-            }
+            calls[group].push_back({qint32(hit), {hit + 1, end}});
         });
     }
     return calls;

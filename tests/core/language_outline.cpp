@@ -23,12 +23,30 @@ QString Line(const QString &parent, const QString &key, const QString &caption, 
            u"] "_s + caption;
 }
 
-/// The nodes of an outline in their order, one line for each.
+/// The places of the nodes below one in the order of a walk through the tree.
+void Walk(const Outline &outline, qsizetype place, std::vector<qsizetype> &places)
+{
+    for (qsizetype row = 0; row < outline.ChildCount(place); ++row) {
+        places.push_back(outline.Child(place, row));
+        Walk(outline, places.back(), places);
+    }
+}
+std::vector<qsizetype> Places(const Outline &outline)
+{
+    std::vector<qsizetype> places;
+    Walk(outline, -1, places);
+    EXPECT_EQ(qsizetype(places.size()), outline.Count());
+    return places;
+}
+
+/// One line for each node in the order of a walk.
 QStringList Lines(const Outline &outline)
 {
     QStringList lines;
-    for (qsizetype place = 0; place < outline.Count(); ++place) {
-        const OutlineNode &node = outline.At(place);
+    for (const qsizetype place : Places(outline)) {
+        const OutlineNode node = outline.At(place);
+        EXPECT_EQ(outline.Find(outline.Key(place)), place);
+        EXPECT_EQ(outline.Child(node.parent, outline.Row(place)), place);
         lines += Line(node.parent < 0 ? QString() : outline.Key(node.parent), outline.Key(place),
                       outline.Caption(place), ImageOfKind(node.kind),
                       node.isRoot ? QString() : QString::number(node.tag), node.isCommented);
@@ -49,7 +67,7 @@ QStringList Children(const QString &text, FileKind kind)
 {
     const Outline outline = ScanOutline(text, kind);
     QStringList children;
-    for (qsizetype place = 0; place < outline.Count(); ++place) {
+    for (const qsizetype place : Places(outline)) {
         if (!outline.At(place).isRoot)
             children += outline.Key(place) + u'=' + outline.Caption(place);
     }
@@ -182,23 +200,37 @@ TEST(Outline, RootsAndChildrenHaveTheirKeysCaptionsAndImages)
                   u" > rootinc [include ] Include"_s, u"rootinc > inc1 [include 58] u.orc"_s}));
 }
 
-TEST(Outline, ChildrenRowsAndKeysAgree)
+TEST(Outline, ANodeIsFoundByItsKeyAlone)
 {
-    const Outline outline =
-        ScanOutline(u"instr 1\na:\nb:\nendin\ninstr 2\nendin\n#define M ##\n"_s, FileKind::Orchestra);
-    ASSERT_EQ(outline.Children(-1).size(), 2u);
-    const auto instruments = outline.Children(outline.Children(-1)[0]);
-    ASSERT_EQ(instruments.size(), 2u);
-    const auto labels = outline.Children(instruments[0]);
-    ASSERT_EQ(labels.size(), 2u);
-    EXPECT_EQ(outline.Key(labels[1]), u"ins1lbl2");
-    EXPECT_EQ(outline.Row(labels[1]), 1);
-    EXPECT_EQ(outline.At(labels[1]).parent, instruments[0]);
-    EXPECT_TRUE(outline.Children(instruments[1]).empty());
-    EXPECT_EQ(outline.Find(u"ins1lbl2"), labels[1]);
-    EXPECT_EQ(outline.Find(u"ins3"), -1);
-    EXPECT_EQ(outline.Find(u""), -1);
-    EXPECT_TRUE(Outline().Children(-1).empty());
+    const Outline outline = ScanOutline(u"instr 1\na:\nb:\nendin\ninstr 2\nendin\n#define M ##\n$M $M\n"
+                                        "#define M ##\n$M\n"_s,
+                                        FileKind::Orchestra);
+    const qsizetype label = outline.Find(u"ins1lbl2"_s);
+    ASSERT_GE(label, 0);
+    EXPECT_EQ(outline.Caption(label), u"b:");
+    EXPECT_EQ(outline.Row(label), 1);
+    EXPECT_EQ(outline.Key(outline.At(label).parent), u"ins1");
+    const qsizetype call = outline.Find(u"mac2cal1"_s);
+    ASSERT_GE(call, 0);
+    EXPECT_EQ(outline.At(call).tag, outline.At(outline.Find(u"mac1cal3"_s)).tag);
+    EXPECT_EQ(outline.ChildCount(call), 0);
+    for (const QString &key :
+         {u""_s, u"ins"_s, u"ins0"_s, u"ins3"_s, u"ins01"_s, u"ins1lbl0"_s, u"ins1lbl3"_s, u"ins1cal1"_s,
+          u"mac2cal2"_s, u"mac3cal1"_s, u"lbl1"_s, u"root"_s, u"rootinc"_s, u"tag1"_s, u"7"_s})
+        EXPECT_EQ(outline.Find(key), -1) << qPrintable(key);
+    EXPECT_EQ(Outline().ChildCount(-1), 0);
+    EXPECT_EQ(Outline().Find(u"ins1"_s), -1);
+}
+
+TEST(Outline, ManyMacrosOfOneNameShareTheirCalls)
+{
+    constexpr qsizetype Macros = 20000;
+    const Outline outline = ScanOutline(u"#define A #1#\n$A\n"_s.repeated(Macros), FileKind::Orchestra);
+    EXPECT_EQ(outline.Count(), 1 + Macros + Macros * (Macros + 1) / 2);
+    EXPECT_EQ(outline.ChildCount(outline.Find(u"mac1"_s)), Macros);
+    const qsizetype last = outline.Find(u"mac20000cal1"_s);
+    EXPECT_EQ(last, outline.Count() - 1);
+    EXPECT_EQ(outline.At(last).tag, 17 * Macros - 3);
 }
 
 TEST(Outline, AnOtherDocumentHasNone)

@@ -38,21 +38,24 @@ FileKind KindOf(const QString &name)
     return name.endsWith(u".orc"_s) ? FileKind::Orchestra : FileKind::Score;
 }
 
-/// One line for each node, indented by its depth: key, image, tag, caption.
-QString TreeOf(const QString &name)
+/// One line for each node below one, indented by its depth: key, image, tag, caption.
+QString Tree(const Outline &outline, qsizetype below, const QString &indent)
 {
-    const Outline outline = ScanOutline(TextOf(name), KindOf(name));
     QString tree;
-    for (qsizetype place = 0; place < outline.Count(); ++place) {
-        const OutlineNode &node = outline.At(place);
-        for (qint32 above = node.parent; above >= 0; above = outline.At(above).parent)
-            tree += u"  "_s;
-        tree += outline.Key(place) + u" ["_s + ImageOfKind(node.kind);
+    for (qsizetype row = 0; row < outline.ChildCount(below); ++row) {
+        const qsizetype place = outline.Child(below, row);
+        const OutlineNode node = outline.At(place);
+        tree += indent + outline.Key(place) + u" ["_s + ImageOfKind(node.kind);
         if (!node.isRoot)
             tree += u' ' + QString::number(node.tag);
-        tree += (node.isCommented ? u" grey] "_s : u"] "_s) + outline.Caption(place) + u'\n';
+        tree += (node.isCommented ? u" grey] "_s : u"] "_s) + outline.Caption(place) + u'\n' +
+                Tree(outline, place, indent + u"  "_s);
     }
     return tree;
+}
+QString TreeOf(const QString &name)
+{
+    return Tree(ScanOutline(TextOf(name), KindOf(name)), -1, {});
 }
 
 QStringList Files(const QString &folder, const QString &pattern)
