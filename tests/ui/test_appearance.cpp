@@ -15,6 +15,7 @@
 #include <QAction>
 #include <QToolBar>
 #include <QToolButton>
+#include <QTreeView>
 #include <QTreeWidget>
 
 using namespace Qt::Literals::StringLiterals;
@@ -111,7 +112,7 @@ void AppearanceTest::TheRunningWindowFollowsChangedSettings()
     EditorWindow editor;
     editor.Open();
     const auto &bar = editor.Find<BandBar>(u"CoolBar1"_s);
-    const auto &tree = editor.Find<QTreeWidget>(u"tvwBrowse"_s);
+    const auto &tree = editor.Find<QTreeView>(u"tvwBrowse"_s);
     const auto faces = editor.Find<QToolBar>(u"Toolbar1"_s).findChildren<QToolButton *>();
     QVERIFY(!bar.AreCaptionsShown());
     QVERIFY(!tree.hasMouseTracking());

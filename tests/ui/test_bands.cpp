@@ -10,6 +10,7 @@
 #include "support/uitest.h"
 
 #include <QComboBox>
+#include <QTreeView>
 #include <QTreeWidget>
 
 using namespace Qt::Literals::StringLiterals;
@@ -105,12 +106,12 @@ void BandsTest::SidePanelHidesWithItsBands()
     auto &panel = editor.Find<SidePanel>(u"cc3Panel"_s);
     auto &splitter = editor.Find<Splitter>(u"Splitter"_s);
     QVERIFY(panel.isVisible() && splitter.isVisible());
-    QVERIFY(editor.Find<QTreeWidget>(u"tvwBrowse"_s).isVisible());
+    QVERIFY(editor.Find<QTreeView>(u"tvwBrowse"_s).isVisible());
     QVERIFY(editor.Find<QTreeWidget>(u"tvwRelated"_s).isVisible());
     QCOMPARE(editor.Text().x(), panel.width() + splitter.width());
     editor.Row(u"mnuBrowse"_s).trigger();
     QVERIFY(panel.isVisible());
-    QVERIFY(!editor.Find<QTreeWidget>(u"tvwBrowse"_s).isVisible());
+    QVERIFY(!editor.Find<QTreeView>(u"tvwBrowse"_s).isVisible());
     editor.Row(u"mnuRelated"_s).trigger();
     QVERIFY(!panel.isVisible() && !splitter.isVisible());
     QCOMPARE(editor.Text().x(), 0);
@@ -236,9 +237,9 @@ void BandsTest::BandAloneLeavesTheOtherItsShare()
     editor.Row(u"mnuRelated"_s).trigger();
     QVERIFY(panel.PlaceOf(PanelBand::Related).height() >= panel.height() / 2);
     // Without captions nothing stands above the first band.
-    QCOMPARE(editor.Find<QTreeWidget>(u"tvwBrowse"_s).y(), 0);
+    QCOMPARE(editor.Find<QTreeView>(u"tvwBrowse"_s).y(), 0);
     editor.Row(u"mnuLabels_2"_s).trigger();
-    QCOMPARE(editor.Find<QTreeWidget>(u"tvwBrowse"_s).y(), panel.HeaderOf(PanelBand::Browse).height());
+    QCOMPARE(editor.Find<QTreeView>(u"tvwBrowse"_s).y(), panel.HeaderOf(PanelBand::Browse).height());
     QVERIFY(panel.HeaderOf(PanelBand::Browse).height() > 0);
 }
 

@@ -5,11 +5,12 @@
 #include "shell/toolkeys.h"
 #include "shell/ui/menutable.h"
 #include "support/editorwindow.h"
+#include "support/outlinerows.h"
 #include "support/uitest.h"
 
 #include <QMenuBar>
 #include <QTimer>
-#include <QTreeWidget>
+#include <QTreeView>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace zelvane;
@@ -262,19 +263,19 @@ void MenusTest::ContextMenusOfTheText()
 void MenusTest::TreesHaveTheirMenus()
 {
     EditorWindow editor;
-    editor.Open();
-    auto &tree = editor.Find<QTreeWidget>(u"tvwBrowse"_s);
-    QCOMPARE(MenuOf(*tree.viewport(), QPoint(5, 50)), u"mnuTreeView"_s);
-    const std::pair<QString, QString> nodes[] = {
-        {u"ins1"_s, u"mnuBrowseEditable"_s}, {u"inc2"_s, u"mnuBrowseInclude"_s},
-        {u"rootins"_s, u"mnuTreeView"_s},    {u"mac1"_s, u"mnuTreeView"_s},
-        {u"in"_s, u"mnuTreeView"_s},         {QString(), u"mnuTreeView"_s}};
+    editor.Open({editor.WriteFile(u"a.orc"_s, OutlinedText)});
+    auto &tree = editor.Find<QTreeView>(u"tvwBrowse"_s);
+    editor.window->CommandTable().Run(Cmd::mnuTV[TreeEntry::ExpandAll]);
+    const std::pair<QString, QString> nodes[] = {{u"rootins"_s, u"mnuTreeView"_s},
+                                                 {u"ins1"_s, u"mnuBrowseEditable"_s},
+                                                 {u"ins1lbl1"_s, u"mnuBrowseEditable"_s},
+                                                 {u"mac1"_s, u"mnuTreeView"_s},
+                                                 {u"inc1"_s, u"mnuBrowseInclude"_s}};
     for (const auto &[key, menu] : nodes) {
-        tree.clear();
-        auto *item = new QTreeWidgetItem(&tree, {key});
-        item->setData(0, Qt::UserRole, key);
-        tree.setCurrentItem(item);
-        QCOMPARE(MenuOf(*tree.viewport(), tree.visualItemRect(item).center()), menu);
+        const QModelIndex row = RowOfKey(tree, key);
+        QVERIFY2(row.isValid(), qPrintable(key));
+        tree.setCurrentIndex(row);
+        QCOMPARE(MenuOf(*tree.viewport(), tree.visualRect(row).center()), menu);
         // Beside all nodes the current one counts.
         QCOMPARE(MenuOf(*tree.viewport(), QPoint(5, tree.viewport()->height() - 2)), menu);
     }
@@ -283,20 +284,18 @@ void MenusTest::TreesHaveTheirMenus()
 void MenusTest::ContextMenuKey()
 {
     EditorWindow editor;
-    editor.Open();
-    auto &tree = editor.Find<QTreeWidget>(u"tvwBrowse"_s);
-    for (const QString &key : {u"mac1"_s, u"ins1"_s, u"inc1"_s})
-        (new QTreeWidgetItem(&tree, {key}))->setData(0, Qt::UserRole, key);
+    editor.Open({editor.WriteFile(u"a.orc"_s, OutlinedText)});
+    auto &tree = editor.Find<QTreeView>(u"tvwBrowse"_s);
     // The key asks at the place that the control gives for its current item.
     const auto menu = [](QWidget &control) {
         const QPoint at = control.inputMethodQuery(Qt::ImCursorRectangle).toRect().center();
         return MenuOf(control, at, {}, QContextMenuEvent::Keyboard);
     };
-    tree.setCurrentItem(tree.topLevelItem(1));
+    tree.setCurrentIndex(RowOfKey(tree, u"ins1"_s));
     QCOMPARE(menu(tree), u"mnuBrowseEditable"_s);
-    tree.setCurrentItem(tree.topLevelItem(2));
+    tree.setCurrentIndex(RowOfKey(tree, u"inc1"_s));
     QCOMPARE(menu(tree), u"mnuBrowseInclude"_s);
-    tree.setCurrentItem(tree.topLevelItem(0));
+    tree.setCurrentIndex(RowOfKey(tree, u"rootmac"_s));
     QCOMPARE(menu(tree), u"mnuTreeView"_s);
     QCOMPARE(menu(editor.Text()), u"mnuEdit"_s);
 }

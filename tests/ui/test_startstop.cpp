@@ -27,7 +27,7 @@
 #include <QMimeData>
 #include <QToolBar>
 #include <QToolButton>
-#include <QTreeWidget>
+#include <QTreeView>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace zelvane;
@@ -278,7 +278,7 @@ void StartStopTest::AMistypedLayoutKeyKeepsNoOtherBack()
         !bar.StartsRow(WindowBand::Opcodes),
         static_cast<Workspace *>(editor.window->centralWidget())->PanelWidth() == 234,
         panel.BandHeight(PanelBand::Browse) == 77,
-        editor.Find<QTreeWidget>(u"tvwBrowse"_s).hasMouseTracking(),
+        editor.Find<QTreeView>(u"tvwBrowse"_s).hasMouseTracking(),
         editor.Row(u"mnuRelated"_s).isChecked(),
         editor.Row(u"mnuBrowse"_s).isChecked(),
         editor.Row(u"mnuLoop"_s).isChecked(),

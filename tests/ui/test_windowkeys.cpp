@@ -4,10 +4,11 @@
 #include "platform/ui/contextmenukey.h"
 #include "shell/layoutkeys.h"
 #include "support/editorwindow.h"
+#include "support/outlinerows.h"
 #include "support/uitest.h"
 
 #include <QComboBox>
-#include <QTreeWidget>
+#include <QTreeView>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace zelvane;
@@ -55,7 +56,7 @@ void WindowKeysTest::FontSizeKeysAreNoEdit()
     QTest::keyClick(&editor.Text(), Qt::Key_Plus, Qt::ControlModifier | Qt::KeypadModifier);
     const double larger = editor.Text().CurrentFont().points;
     QVERIFY(larger > before);
-    QTest::keyClick(&editor.Find<QTreeWidget>(u"tvwBrowse"_s), Qt::Key_Minus,
+    QTest::keyClick(&editor.Find<QTreeView>(u"tvwBrowse"_s), Qt::Key_Minus,
                     Qt::ControlModifier | Qt::KeypadModifier | Qt::AltModifier);
     QCOMPARE(editor.Text().CurrentFont().points, larger);
     QTest::keyClick(&editor.Find<QComboBox>(u"cmbOpcodes"_s), Qt::Key_Minus,
@@ -85,11 +86,11 @@ void WindowKeysTest::PresetKeysRunRows()
         QTest::keyClick(&editor.Text(), Qt::Key(Qt::Key_0 + digit % 10), Qt::AltModifier);
     }
     editor.desktop.CheckAllCame();
-    QTest::keyClick(&editor.Find<QTreeWidget>(u"tvwBrowse"_s), Qt::Key_1,
+    QTest::keyClick(&editor.Find<QTreeView>(u"tvwBrowse"_s), Qt::Key_1,
                     Qt::ControlModifier | Qt::AltModifier);
     QCOMPARE(editor.Text().Text(), QString());
     expect(3);
-    QTest::keyClick(&editor.Find<QTreeWidget>(u"tvwBrowse"_s), Qt::Key_3, Qt::ControlModifier);
+    QTest::keyClick(&editor.Find<QTreeView>(u"tvwBrowse"_s), Qt::Key_3, Qt::ControlModifier);
     // Ctrl held down counts for the click on a row, and not for the key.
     editor.desktop.keysDown = {KeyCode::Ctrl};
     expect(4);
@@ -108,7 +109,7 @@ void WindowKeysTest::NoControlIsATabStopBesideTheText()
     editor.Open();
     editor.window->activateWindow();
     auto &combo = editor.Find<QComboBox>(u"cmbOpcodes"_s);
-    auto &tree = editor.Find<QTreeWidget>(u"tvwBrowse"_s);
+    auto &tree = editor.Find<QTreeView>(u"tvwBrowse"_s);
     editor.Text().setFocus();
     QVERIFY(Eventually([&] { return editor.Text().hasFocus(); }));
     QVERIFY(!(editor.Text().focusPolicy() & Qt::TabFocus));
@@ -177,7 +178,7 @@ void WindowKeysTest::ContextMenusOpenWithAKey()
 {
     const ContextMenuKey key(qApp);
     EditorWindow editor;
-    editor.Open();
+    editor.Open({editor.WriteFile(u"a.orc"_s, OutlinedText)});
     FocusText(editor);
     const auto opened = [&](QWidget &at) {
         QTest::keyClick(&at, Qt::Key_F10, Qt::ShiftModifier);
@@ -188,12 +189,10 @@ void WindowKeysTest::ContextMenusOpenWithAKey()
         return name;
     };
     QCOMPARE(opened(editor.Text()), u"mnuEdit"_s);
-    auto &tree = editor.Find<QTreeWidget>(u"tvwBrowse"_s);
+    auto &tree = editor.Find<QTreeView>(u"tvwBrowse"_s);
     tree.setFocus();
     QCOMPARE(opened(tree), u"mnuTreeView"_s);
-    auto *node = new QTreeWidgetItem(&tree, {u"instr 1"_s});
-    node->setData(0, Qt::UserRole, u"ins1"_s);
-    tree.setCurrentItem(node);
+    tree.setCurrentIndex(RowOfKey(tree, u"ins1"_s));
     QCOMPARE(opened(tree), u"mnuBrowseEditable"_s);
 }
 
@@ -202,7 +201,7 @@ void WindowKeysTest::TheTextHasTheKeyboardAfterGoToLine()
     EditorWindow editor;
     editor.Open();
     FocusText(editor);
-    editor.Find<QTreeWidget>(u"tvwBrowse"_s).setFocus();
+    editor.Find<QTreeView>(u"tvwBrowse"_s).setFocus();
     editor.desktop.ExpectInput(u"Go to line"_s,
                                u"Type the line number you want to go to.\n"
                                "(Use + and - to move from current position).\n\nTotal lines: 1"_s,

@@ -2,6 +2,7 @@
 #include "language/ui/relatedpanel.h"
 
 #include "shell/bands.h"
+#include "shell/command.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -9,7 +10,9 @@ namespace zelvane
 {
 
 RelatedPanel::RelatedPanel(const WindowContext &context)
-    : PanelTree(context, PanelBand::Related, Cmd::mnuRelated)
+    : m_place(
+          context, *this, PanelBand::Related, Cmd::mnuRelated, [this] { BuildRelatedFiles(); },
+          [this] { ClearRelatedFiles(); })
 {
     setObjectName(u"tvwRelated"_s);
     setAccessibleName(u"Related Files"_s);

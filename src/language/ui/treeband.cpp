@@ -1,50 +1,54 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "language/ui/paneltree.h"
+#include "language/ui/treeband.h"
 
 #include "shell/ui/commands.h"
 #include "shell/ui/hottracking.h"
 
 #include <QFrame>
 #include <QSize>
+#include <utility>
 
 namespace zelvane
 {
 
-PanelTree::PanelTree(const WindowContext &context, PanelBand band, Command row)
+TreeBand::TreeBand(const WindowContext &context, QTreeView &tree, PanelBand band, Command row,
+                   std::function<void()> fill, std::function<void()> clear)
     : m_panel(context.panel),
       m_commands(context.commands),
       m_band(band),
       m_row(row),
-      m_tracking(new HotTracking(this))
+      m_fill(std::move(fill)),
+      m_clear(std::move(clear)),
+      m_tracking(new HotTracking(&tree))
 {
-    setHeaderHidden(true);
-    setFrameShape(QFrame::NoFrame);
-    setIconSize(QSize(16, 16));
-    setContextMenuPolicy(Qt::CustomContextMenu);
-    m_panel.AddBand(band, this);
-    m_commands.Bind(row, [this] { ToggleBand(); });
+    tree.setHeaderHidden(true);
+    tree.setFrameShape(QFrame::NoFrame);
+    tree.setIconSize(QSize(16, 16));
+    tree.setContextMenuPolicy(Qt::CustomContextMenu);
+    m_panel.AddBand(band, &tree);
+    m_commands.Bind(row, [this] { Toggle(); });
 }
 
-void PanelTree::SetHotTracking(bool on)
+void TreeBand::SetHotTracking(bool on)
 {
     m_tracking->SetEnabled(on);
 }
 
-bool PanelTree::IsBandShown() const
+bool TreeBand::IsShown() const
 {
     return m_commands.IsChecked(m_row);
 }
 
-void PanelTree::ToggleBand()
+void TreeBand::Toggle()
 {
-    const bool shown = !m_commands.IsChecked(m_row);
+    const bool shown = !IsShown();
     m_commands.SetChecked(m_row, shown);
     if (!shown)
-        clear();
+        m_clear();
     m_panel.SetBandVisible(m_band, shown);
     if (shown) {
         m_panel.repaint();
-        Fill();
+        m_fill();
     }
 }
 

@@ -6,37 +6,37 @@
 #include "shell/ui/sidepanel.h"
 #include "shell/ui/windowcontext.h"
 
-#include <QTreeWidget>
+#include <functional>
+#include <QTreeView>
 
 namespace zelvane
 {
 
 class HotTracking;
 
-/// A tree in a band of the side panel, and the row of the View menu that shows and hides the band.
-class PanelTree : public QTreeWidget
+/// The place of a tree in a band of the side panel, and the row of the View menu that shows and hides the
+/// band.
+class TreeBand
 {
-    Q_OBJECT
-
 public:
     /// Puts the tree into its band and binds the row.
-    PanelTree(const WindowContext &context, PanelBand band, Command row);
+    /// @param fill is called when the band has come into sight, `clear` when it has gone
+    TreeBand(const WindowContext &context, QTreeView &tree, PanelBand band, Command row,
+             std::function<void()> fill, std::function<void()> clear);
 
     /// Whether the item under the pointer is highlighted.
     void SetHotTracking(bool on);
-
-protected:
-    bool IsBandShown() const;
-    /// The band has come into sight.
-    virtual void Fill() = 0;
+    bool IsShown() const;
 
 private:
-    void ToggleBand();
+    void Toggle();
 
     SidePanel &m_panel;
     Commands &m_commands;
     PanelBand m_band;
     Command m_row;
+    std::function<void()> m_fill;
+    std::function<void()> m_clear;
     HotTracking *m_tracking;
 };
 
