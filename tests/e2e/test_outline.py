@@ -1,0 +1,81 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The code outline by keys alone, on a piece of Csound's own manual; the pictures are for looking at."""
+
+from support.stage import check, copy_example, equal, main
+
+STORE = """[Options]
+Used=2
+Splash=0
+RelatedFiles=0
+ExpandBrowse=1
+X=600
+Y=600
+Width=15000
+Height=12000
+"""
+
+DARK_DESKTOP = """[Colors:Window]
+BackgroundNormal=42,46,50
+ForegroundNormal=252,252,252
+[Colors:View]
+BackgroundNormal=27,30,32
+ForegroundNormal=252,252,252
+[Colors:Button]
+BackgroundNormal=49,54,59
+ForegroundNormal=252,252,252
+[Colors:Selection]
+BackgroundNormal=61,174,233
+ForegroundNormal=252,252,252
+"""
+
+
+def an_instrument_is_cut(stage):
+    stage.write_store(STORE)
+    piece = copy_example(stage, "wii.csd")
+    before = piece.read_text()
+    editor = stage.start(piece)
+    window = editor.window(lambda title: str(piece) in title)
+    window.activate()
+    editor.at_rest()
+
+    def keys(*names):
+        for name in names:
+            stage.output("xdotool", "key", "--clearmodifiers", name)
+            editor.at_rest()
+
+    keys("F6", "F6")  # opcode list, outline
+    # Tags, CsoundSynthesizer, CsOptions, CsInstruments, CsScore, Instruments, 1, 2
+    keys(*["Down"] * 6, "asterisk", "Return")
+    window.screenshot("outline")
+    keys("Down", "Return")
+    window.screenshot("outline-label")
+    keys("Down", "Down", "Down", "Menu")
+    stage.screenshot("outline-menu")
+    keys("t", "ctrl+s")
+    instrument = before[before.index("instr 2") : before.rindex("endin") + len("endin")]
+    stage.until(lambda: "instr 2" not in piece.read_text(), "the file without the instrument")
+    equal(piece.read_text(), before.replace(instrument, ""), "the saved piece")
+    window.screenshot("outline-cut")
+    editor.close(window)
+
+
+def a_dark_outline(stage):
+    stage.write_store(STORE)
+    (stage.folder / "config" / "kdeglobals").write_text(DARK_DESKTOP)
+    stage.environment |= {"XDG_CURRENT_DESKTOP": "KDE", "KDE_SESSION_VERSION": "5", "KDE_FULL_SESSION": "true"}
+    piece = stage.home / "piece.csd"
+    piece.write_text(
+        "; <old>\n; </old>\n<CsInstruments>\n#define LOUD #0.8#\ninstr 1 ; a long name for a voice of the piece\n"
+        "again:\nout oscil($LOUD, 440)\nendin\n</CsInstruments>\n<CsScore>\n#include \"notes.sco\"\nm verse\n"
+        "f1 0 4096 10 1\ns\ne\n</CsScore>\n"
+    )
+    editor = stage.start(piece)
+    window = editor.window(lambda title: str(piece) in title)
+    window.activate()
+    editor.at_rest()
+    picture = window.screenshot("outline-dark")
+    check(picture.exists(), "a picture")
+    editor.close(window)
+
+
+main(an_instrument_is_cut, a_dark_outline)
