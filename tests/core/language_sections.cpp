@@ -489,6 +489,23 @@ TEST_F(SectionsTest, TheUnifiedTextKeepsTheEncodingOfItsHalves)
     EXPECT_EQ(FileBytes(Path(u"y.csd"_s)).count("caf\xC3\xA9"), 2);
 }
 
+TEST_F(SectionsTest, AUnifiedTextThatHoldsNulAsksBeforeItsFirstSave)
+{
+    context.WriteFile(u"x.sco"_s, Score);
+    Open(u"x.orc"_s, QByteArray("a\0b", 3));
+    sections.mnuCSD(Conversion::ToUnified);
+    const QString unified = Path(u"x.csd"_s);
+    desktop.ExpectMessage({.text = unified + u" holds NUL bytes: it may be no text. Saving it rewrites its "
+                                             "line ends. Save it?"_s,
+                           .icon = BoxIcon::Warning,
+                           .buttons = BoxButtons::YesNo,
+                           .defaultAnswer = BoxAnswer::No},
+                          BoxAnswer::No);
+    documents.Save();
+    desktop.CheckAllCame();
+    EXPECT_FALSE(QFile::exists(unified));
+}
+
 // To a pair
 
 TEST_F(SectionsTest, AUnifiedDocumentBecomesAPair)
