@@ -77,7 +77,7 @@ const QString &Piece(quint8 byte)
         u"$SCORE$"_s,
         u"$SFDIR$"_s,
         u"$NAME$"_s,
-        u"$DIR$"_s,
+        u"$SOUNDINPUT$"_s,
         u"$$"_s,
         u"/p "_s,
         u"/r "_s,
@@ -157,6 +157,8 @@ const QString &Piece(quint8 byte)
 
 QString Input::Text()
 {
+    constexpr qsizetype longest = 400; // the loops that define the results take the square of it
+
     QString text;
     text.reserve(2 * (m_end - m_at));
     while (m_at != m_end) {
@@ -172,6 +174,7 @@ QString Input::Text()
             text += Piece(byte);
         }
     }
+    text.truncate(longest);
     return text;
 }
 
