@@ -2,6 +2,7 @@
 #include "shell/longlines.h"
 
 #include "platform/runtimeerror.h"
+#include "platform/textencoding.h"
 #include "platform/textfile.h"
 
 #include <algorithm>
