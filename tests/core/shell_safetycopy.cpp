@@ -10,6 +10,7 @@
 #include <chrono>
 #include <functional>
 #include <gtest/gtest.h>
+#include <new>
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QElapsedTimer>
@@ -350,4 +351,22 @@ TEST_F(Unsaved, AFullDiskLeavesTheFormerCopy)
         documents.KeepUnsaved();
         EXPECT_EQ(Kept(), "short");
     }));
+}
+
+TEST(SafetyCopy, MemoryThatDoesNotSufficeIsToldOnce)
+{
+    struct NoRoom : StringBuffer {
+        QByteArray Utf8() const override { throw std::bad_alloc(); }
+    };
+    const OwnStateFolder state;
+    TestContext context;
+    const NoRoom text;
+    SafetyCopy copy(context.document, text, context.settings, context.status);
+    copy.Edited();
+    EXPECT_FALSE(copy.Finish());
+    copy.Edited();
+    EXPECT_FALSE(copy.Finish());
+    copy.Discarded();
+    EXPECT_EQ(context.status.shown, QStringList(u"No copy of the unsaved text can be kept: Out of memory"_s));
+    EXPECT_TRUE(OwnStateFolder::Copies().isEmpty());
 }

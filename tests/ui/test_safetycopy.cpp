@@ -8,8 +8,10 @@
 #include <algorithm>
 #include <ctime>
 #include <QAction>
+#include <QDialog>
 #include <QFileInfo>
 #include <QRandomGenerator>
+#include <QTimer>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace zelvane;
@@ -98,6 +100,19 @@ private Q_SLOTS:
         QVERIFY(editor.window->MayEndSession());
         QVERIFY(Eventually([] { return Copies(u".kept"_s).size() == 1; }));
         QCOMPARE(OwnStateFolder::TextIn(Copies({}).first()), "mine"_ba);
+    }
+
+    void TheEndOfTheSessionCancelsAnOpenDialogFirst()
+    {
+        EditorWindow editor;
+        editor.Open();
+        QTest::keyClicks(&editor.Text(), u"mine"_s);
+        editor.desktop.ExpectMessage(SaveChanges(u"Untitled"_s), BoxAnswer::No);
+        bool mayEnd = false;
+        QDialog dialog(editor.window.get());
+        QTimer::singleShot(0, &dialog, [&] { mayEnd = editor.window->MayEndSession(); });
+        QCOMPARE(dialog.exec(), int(QDialog::Rejected));
+        QVERIFY(mayEnd);
     }
 
     void TheStartOffersWhatWasLeft()
