@@ -11,6 +11,7 @@
 #include "support/boxes.h"
 #include "support/lifecyclefixture.h"
 #include "support/randomtext.h"
+#include "support/statefolder.h"
 
 #include <algorithm>
 #include <optional>
@@ -379,6 +380,27 @@ TEST_F(SectionsTest, UnsavedEditsDoNotEnterTheUnifiedText)
     Type(u"; edited"_s);
     sections.mnuCSD(Conversion::ToUnified);
     EXPECT_EQ(text.text, QString::fromLatin1(Unified).remove(u'\r'));
+}
+
+TEST_F(SectionsTest, UnsavedEditsStayAmongTheKeptCopies)
+{
+    const OwnStateFolder state;
+    context.WriteFile(u"x.sco"_s, Score);
+    const QString orchestra = Open(u"x.orc"_s, Orchestra);
+    Type(u"; edited"_s);
+    const QByteArray edited = text.text.toUtf8();
+    sections.mnuCSD(Conversion::ToUnified);
+    documents.SecureText();
+    ASSERT_EQ(OwnStateFolder::Copies(u".kept"_s).size(), 1);
+    EXPECT_EQ(OwnStateFolder::TextIn(OwnStateFolder::Copies(u".kept"_s).first()), edited);
+    // The new text, which no file holds, has a copy too until it is saved.
+    ASSERT_EQ(OwnStateFolder::Copies(u".open"_s).size(), 1);
+    EXPECT_EQ(OwnStateFolder::TextIn(OwnStateFolder::Copies(u".open"_s).first()), text.text.toUtf8());
+    documents.Save();
+    documents.SecureText();
+    EXPECT_TRUE(OwnStateFolder::Copies(u".open"_s).isEmpty());
+    EXPECT_EQ(OwnStateFolder::Copies(u".kept"_s).size(), 1);
+    EXPECT_EQ(FileBytes(orchestra), Orchestra);
 }
 
 TEST_F(SectionsTest, TheFirstSaveAsksBeforeAFileThatIsThere)
