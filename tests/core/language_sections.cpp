@@ -331,6 +331,23 @@ TEST_F(SectionsTest, ASaveOnSwitchThatFailsLeavesTheQuestion)
 
 // To the unified form
 
+TEST_F(SectionsTest, AConversionKeepsTheUnsavedTextForItsWeek)
+{
+    const OwnStateFolder state;
+    context.WriteFile(u"piece.sco"_s, Score);
+    Open(u"piece.orc"_s, Orchestra);
+    Type(u";mine\n"_s);
+    sections.mnuCSD(Conversion::ToUnified);
+    EXPECT_TRUE(documents.SecureText());
+    const QStringList kept = OwnStateFolder::Copies(u".kept"_s);
+    ASSERT_EQ(kept.size(), 1);
+    EXPECT_EQ(OwnStateFolder::TextIn(kept.first()), ";mine\nsr = 44100\ninstr 1\nendin");
+    // The result is not on the disk either.
+    const QStringList open = OwnStateFolder::Copies(u".open"_s);
+    ASSERT_EQ(open.size(), 1);
+    EXPECT_EQ(OwnStateFolder::TextIn(open.first()), QByteArray(Unified).replace("\r\n", "\n"));
+}
+
 TEST_F(SectionsTest, WithoutAFileNameNothingIsConverted)
 {
     documents.NewFile(FileKind::Orchestra, {});
