@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/textfile.h"
 #include "platform/unsavedcopy.h"
 #include "support/boxes.h"
 #include "support/editorwindow.h"
