@@ -431,7 +431,7 @@ void Scanners::SearchLabel(const TextSpan &instrument, qint32 parent, CommentLoo
     qint32 number = 0;
     qsizetype colon = instrument.start - 1;
     while ((colon = searched.indexOf(u':', colon + 1)) >= 0) {
-        if (comments.IsCommented(colon) || !lines.IsLabel(colon))
+        if (!lines.IsLabel(colon) || comments.IsCommented(colon))
             continue;
         m_builder.Add({.kind = OutlineKind::Label,
                        .parent = parent,
