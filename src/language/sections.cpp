@@ -17,6 +17,7 @@
 #include "shell/findtext.h"
 #include "shell/kindsearch.h"
 #include "shell/lineends.h"
+#include "shell/loadedtext.h"
 #include "shell/settings.h"
 #include "shell/splitpath.h"
 #include "shell/typeenable.h"
@@ -151,8 +152,8 @@ std::optional<PieceSections::Half> PieceSections::ReadHalf(FileKind kind)
         ReadFileBytes(current);
         return {};
     }
-    DecodedText file = DecodeText(ReadFileBytes(name));
-    return Half{ToLineFeeds(std::move(file.text)), file.encoding};
+    LoadedText file = LoadTextFile(name);
+    return Half{std::move(file.text), file.encoding};
 }
 
 void PieceSections::ShowUnified(const QString &name, const QString &text, const TextEncoding &encoding)

@@ -9,14 +9,13 @@
 #include "shell/documentkind.h"
 #include "shell/errorreport.h"
 #include "shell/lineends.h"
+#include "shell/loadedtext.h"
 #include "shell/longlines.h"
 #include "shell/recentlist.h"
 #include "shell/splitpath.h"
 #include "shell/statustexts.h"
 #include "shell/typeenable.h"
 
-#include <limits>
-#include <new>
 #include <QCoreApplication>
 #include <QFileInfo>
 #include <QScopeGuard>
@@ -37,42 +36,6 @@ QString UnifiedSkeleton()
            "<CsInstruments>\n\n</CsInstruments>\n"
            "<CsScore>\n\n</CsScore>\n"
            "</CsoundSynthesizer>"_s;
-}
-
-/// In bytes: offsets in the text are 32-bit numbers in many places.
-constexpr qint64 LargestFile = std::numeric_limits<qint32>::max();
-
-/// The text of a file as the text control holds it, with what was found out about it.
-struct LoadedText {
-    DiskPicture picture = {};
-    QString text = {};
-    TextEncoding encoding = {};
-    LineEndForm form = LineEndForm::Pc;
-    bool holdsNul = false;
-};
-
-LoadedText LoadTextFile(const QString &name)
-{
-    // The raw bytes are gone when the text is converted: of a large file little is held twice.
-    try {
-        if (QFileInfo(name).size() > LargestFile)
-            throw std::bad_alloc();
-        LoadedText loaded;
-        DecodedText decoded = [&] {
-            FileStamp stamp;
-            const QByteArray bytes = ReadFileBytes(name, &stamp);
-            loaded.picture = DiskPicture::Of(bytes, stamp);
-            return DecodeText(bytes);
-        }();
-        loaded.encoding = decoded.encoding;
-        loaded.form = DetectPlatform(decoded.text);
-        loaded.holdsNul = decoded.text.contains(QChar(0));
-        loaded.text = loaded.form == LineEndForm::Mac ? MacToUnix(std::move(decoded.text))
-                                                      : ToLineFeeds(std::move(decoded.text));
-        return loaded;
-    } catch (const std::bad_alloc &) {
-        throw RunTimeError(ErrorNumber::OutOfMemory, u"Out of memory"_s, name);
-    }
 }
 
 /// What a file dialog answered, cut at the first NUL.

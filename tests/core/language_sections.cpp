@@ -471,6 +471,41 @@ TEST_F(SectionsTest, ADocumentThatHasVanishedIsTold)
     EXPECT_EQ(Now(), before);
 }
 
+TEST_F(SectionsTest, AHalfBeyondTheOffsetsIsRefused)
+{
+    Open(u"x.orc"_s, Orchestra);
+    const Kept before = Now();
+    const QString score = context.WriteFile(u"x.sco"_s);
+    if (!QFile::resize(score, (1LL << 31) + 1))
+        GTEST_SKIP() << "the disk holds no file of this size";
+    try {
+        sections.mnuCSD(Conversion::ToUnified);
+        ADD_FAILURE() << "no error";
+    } catch (const RunTimeError &error) {
+        EXPECT_EQ(error.Number(), ErrorNumber::OutOfMemory);
+        EXPECT_EQ(error.Source(), score);
+    }
+    EXPECT_EQ(Now(), before);
+}
+
+TEST_F(SectionsTest, TheHalvesHaveTheLineEndsThatTheyAreShownWith)
+{
+    const auto unified = [&](const QByteArray &orchestra, const QByteArray &score) {
+        context.WriteFile(u"x.sco"_s, score);
+        Open(u"x.orc"_s, orchestra);
+        const QString shown = text.text;
+        sections.mnuCSD(Conversion::ToUnified);
+        EXPECT_TRUE(text.text.contains(u"<CsInstruments>\n"_s + shown + u"\n</CsInstruments>"_s))
+            << text.text.toStdString();
+        document.Modified = false;
+        return text.text;
+    };
+    EXPECT_EQ(unified("a\rb\r", "c\nd"), oracle::UnifiedText(u"a\nb\n"_s, u"c\nd"_s));
+    EXPECT_EQ(unified("a\nb\r\n", "c\rd\r"), oracle::UnifiedText(u"a\nb\n"_s, u"c\nd\n"_s));
+    // The first line end makes it a Mac file, where a CR LF is two.
+    EXPECT_EQ(unified("a\rb\r\nc", "d"), oracle::UnifiedText(u"a\nb\n\nc"_s, u"d"_s));
+}
+
 TEST_F(SectionsTest, ColoursOnlyWhereAskedAndByTheRulesOfOrchestras)
 {
     const auto styleOf = [&](const QString &found) {
