@@ -39,9 +39,9 @@ public:
 
     bool canGoBack() const { return IsInList(m_current) && m_current > 1; }
     bool canGoNext() const { return m_current >= 0 && m_current < Length(); }
-    /// The entries around the current one; an empty entry where there is none.
-    NavigationFile nextItem() const { return Item(m_current + 1); }
-    NavigationFile backItem() const { return Item(m_current - 1); }
+    /// The entries that one step on or back leads to; an empty entry where there is no such step.
+    NavigationFile nextItem() const { return canGoNext() ? Item(m_current + 1) : NavigationFile(); }
+    NavigationFile backItem() const { return canGoBack() ? Item(m_current - 1) : NavigationFile(); }
     NavigationFile currentItem() const { return Item(m_current); }
     int nextCount() const { return Length() - m_current; }
     int backCount() const { return m_current - 1; }

@@ -225,9 +225,17 @@ TEST_F(HistoryTest, AMoveOutOfTheListIsKeptAndOpensNothing)
     EXPECT_EQ(navigation.backCount(), 2);
     EXPECT_FALSE(navigation.canGoBack());
     EXPECT_FALSE(navigation.canGoNext());
+    EXPECT_EQ(navigation.backItem(), NoFile);
+    EXPECT_EQ(navigation.nextItem(), NoFile);
     EXPECT_TRUE(navigation.go(-1));
-    EXPECT_FALSE(navigation.go(-3));
+    EXPECT_FALSE(navigation.go(-2));
+    EXPECT_TRUE(navigation.canGoNext());
+    EXPECT_EQ(navigation.nextItem().filename, a);
+    EXPECT_EQ(navigation.backItem(), NoFile);
+    EXPECT_FALSE(navigation.go(-1));
     EXPECT_FALSE(navigation.canGoNext());
+    EXPECT_EQ(navigation.nextItem(), NoFile);
+    EXPECT_EQ(navigation.backItem(), NoFile);
     documents.OpenFile(c);
     EXPECT_EQ(Shown(), u"[c.orc]"_s);
 }
@@ -310,6 +318,10 @@ TEST(Navigation, IsThatOfItsSteps)
                 << ::testing::PrintToString(trail);
             ASSERT_EQ(navigation.canGoBack(), history.CanGoBack()) << ::testing::PrintToString(trail);
             ASSERT_EQ(navigation.canGoNext(), history.CanGoNext()) << ::testing::PrintToString(trail);
+            ASSERT_EQ(navigation.backItem().filename, history.BackItem().filename)
+                << ::testing::PrintToString(trail);
+            ASSERT_EQ(navigation.nextItem().filename, history.NextItem().filename)
+                << ::testing::PrintToString(trail);
             for (int position = 0; position <= history.items.size() + 1; ++position) {
                 const oracle::HistoryEntry *entry = history.ItemAt(position);
                 const NavigationFile item = navigation.Item(position);

@@ -30,6 +30,8 @@ struct History {
         return current >= 1 && current <= items.size() && !items.isEmpty() && current > 1;
     }
     bool CanGoNext() const { return current < items.size() && current >= 0; }
+    HistoryEntry BackItem() const { return CanGoBack() ? items[current - 1 - 1] : HistoryEntry(); }
+    HistoryEntry NextItem() const { return CanGoNext() ? items[current + 1 - 1] : HistoryEntry(); }
 
     void Add(const HistoryEntry &item)
     {
