@@ -11,6 +11,7 @@
 #include "platform/textfile.h"
 #include "shell/documentkeys.h"
 #include "shell/documentkind.h"
+#include "shell/documentlifecycle.h"
 #include "shell/documentsteps.h"
 #include "shell/documentview.h"
 #include "shell/editorcontext.h"
@@ -52,9 +53,9 @@ QString UnifiedText(const QString &orchestra, const QString &score)
            orchestra + u"\n</CsInstruments>\n<CsScore>\n"_s + score + u"\n</CsScore>\n</CsoundSynthesizer>"_s;
 }
 
-PieceSections::PieceSections(EditorContext &editor, DocumentView &view, DocumentSteps &steps,
-                             Highlighter &highlighter)
-    : m_editor(editor), m_view(view), m_steps(steps), m_highlighter(highlighter)
+PieceSections::PieceSections(EditorContext &editor, DocumentLifecycle &documents, DocumentView &view,
+                             DocumentSteps &steps, Highlighter &highlighter)
+    : m_editor(editor), m_documents(documents), m_view(view), m_steps(steps), m_highlighter(highlighter)
 {
 }
 
@@ -164,10 +165,7 @@ void PieceSections::ShowUnified(const QString &name, const QString &text, const 
             m_view.ShowText();
             m_view.FocusText();
         });
-        m_editor.operations.NewFile(FileKind::Unified, name);
-        m_editor.document.Encoding = encoding;
-        m_editor.document.HoldsNul = text.contains(QChar(0));
-        m_editor.text.LoadText(text);
+        m_documents.NewText(FileKind::Unified, name, text, encoding);
         if (m_editor.settings.Flag(Keys::ColorComments))
             ColourAsOrchestra();
     }

@@ -11,6 +11,7 @@
 namespace zelvane
 {
 
+class DocumentLifecycle;
 class DocumentView;
 class Highlighter;
 struct DocumentSteps;
@@ -30,7 +31,8 @@ class PieceSections
 {
 public:
     /// @param steps gives the outline
-    PieceSections(EditorContext &editor, DocumentView &view, DocumentSteps &steps, Highlighter &highlighter);
+    PieceSections(EditorContext &editor, DocumentLifecycle &documents, DocumentView &view,
+                  DocumentSteps &steps, Highlighter &highlighter);
 
     /// In a unified document puts the caret to the half's opening tag, at the top of the view; tags are
     /// looked for without regard to case. Else opens the file of the other half, where the caret goes back to
@@ -72,6 +74,7 @@ private:
     QString SaveHalf(FileKind kind, const QString &text);
 
     EditorContext &m_editor;
+    DocumentLifecycle &m_documents;
     DocumentView &m_view;
     DocumentSteps &m_steps;
     Highlighter &m_highlighter;

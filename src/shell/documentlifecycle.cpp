@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/documentlifecycle.h"
 
-#include "platform/nativefile.h"
 #include "platform/runtimeerror.h"
 #include "platform/textencoding.h"
 #include "platform/textfile.h"
@@ -254,26 +253,39 @@ void DocumentLifecycle::NewFile(FileKind kind, const QString &name)
     const FileKind chosen = kind == FileKind::Cancelled ? m_view.ChooseNewKind() : kind;
     if (chosen == FileKind::Cancelled)
         return;
-    Begin(chosen, name, chosen == FileKind::Unified ? UnifiedSkeleton() : QString());
+    Begin(chosen, name, chosen == FileKind::Unified ? UnifiedSkeleton() : QString(), {});
 }
 
-void DocumentLifecycle::Begin(FileKind kind, const QString &name, const QString &text)
+void DocumentLifecycle::NewText(FileKind kind, const QString &name, const QString &text,
+                                const TextEncoding &encoding)
+{
+    Begin(kind, name, text, encoding);
+    TextChanged();
+}
+
+void DocumentLifecycle::Begin(FileKind kind, const QString &name, const QString &text,
+                              const TextEncoding &encoding)
 {
     m_copy.Secure();
-    m_document.DocumentKind = kind;
     {
-        // Also where a load that failed has left it set: the new text is to be watched for changes.
-        const auto loaded = qScopeGuard([this] { m_document.Loading = m_loadFailed = false; });
+        auto putBack = qScopeGuard([this, loading = m_document.Loading, failed = m_loadFailed] {
+            m_document.Loading = loading;
+            m_loadFailed = failed;
+        });
         m_document.Loading = true;
         m_loadFailed = false;
         m_text.LoadText(text);
+        putBack.dismiss();
     }
+    // Also where a load that failed has left it set: the new text is to be watched for changes.
+    m_document.Loading = false;
+    m_document.DocumentKind = kind;
     m_copy.Discarded();
     m_view.ApplyTextColours();
     m_disk.RememberNew(name);
     m_document.CurrentFile = name;
-    m_document.Encoding = {};
-    m_document.HoldsNul = false;
+    m_document.Encoding = encoding;
+    m_document.HoldsNul = text.contains(QChar(0));
     m_document.OfferedName.clear();
     ShowCaption();
     m_view.EnableSaveButton(false);
@@ -290,9 +302,7 @@ void DocumentLifecycle::OpenCopy(const CopyInfo &info, const QString &text, cons
 {
     const auto kind = FileKind(info.kind);
     const bool known = kind == FileKind::Orchestra || kind == FileKind::Score || kind == FileKind::Unified;
-    Begin(known ? kind : KindOfPath(m_settings, info.name), {}, text);
-    m_document.Encoding = encoding;
-    m_document.HoldsNul = text.contains(QChar(0));
+    Begin(known ? kind : KindOfPath(m_settings, info.name), {}, text, encoding);
     m_document.OfferedName = info.name;
     m_document.Modified = true;
     m_copy.Adopt(std::move(copy));

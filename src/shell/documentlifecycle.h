@@ -50,6 +50,10 @@ public:
     /// may end without a loss
     bool SecureText();
 
+    /// Puts a text that no file holds yet into the window: a new, changed document of that name, without
+    /// asking. @throws what the load throws for want of memory; the document is as it was then
+    void NewText(FileKind kind, const QString &name, const QString &text, const TextEncoding &encoding);
+
     // The commands of the File menu.
     void New();
     void Open();
@@ -91,7 +95,7 @@ private:
     void OpenNow(const QString &name, OpenOrigin origin);
     void Load(const QString &name);
     /// Puts a text into the window that no file holds.
-    void Begin(FileKind kind, const QString &name, const QString &text);
+    void Begin(FileKind kind, const QString &name, const QString &text, const TextEncoding &encoding);
     void BuildOutline();
     void BuildRelatedFiles(OpenOrigin origin);
     bool AskYesNo(const QString &question, BoxAnswer byDefault);

@@ -14,6 +14,7 @@
 #include "support/statefolder.h"
 
 #include <algorithm>
+#include <new>
 #include <optional>
 #include <QDir>
 #include <QFile>
@@ -35,7 +36,7 @@ const QByteArray Unified = "<CsoundSynthesizer>\r\n<CsOptions>\r\n\r\n</CsOption
 struct SectionsTest : LifecycleFixture {
     OpcodeList opcodes;
     Highlighter highlighter{editor, view, opcodes};
-    PieceSections sections{editor, view, view.steps, highlighter};
+    PieceSections sections{editor, documents, view, view.steps, highlighter};
 
     QString Path(const QString &name) const { return context.folder.filePath(name); }
     /// Opens a file of these bytes.
@@ -83,14 +84,16 @@ struct SectionsTest : LifecycleFixture {
     /// What a conversion that failed must have left of the document.
     struct Kept {
         QString file, text, caption;
+        TextSpan selection;
+        int undoSteps;
         FileKind kind;
-        bool modified, loading;
+        bool modified, loading, textShown, saveEnabled;
         bool operator==(const Kept &) const = default;
     };
     Kept Now() const
     {
-        return {document.CurrentFile,  text.text,         view.caption,
-                document.DocumentKind, document.Modified, document.Loading};
+        return {document.CurrentFile,  text.text,         view.caption,     text.selection, text.undoSteps,
+                document.DocumentKind, document.Modified, document.Loading, view.textShown, view.saveEnabled};
     }
 };
 
@@ -488,6 +491,29 @@ TEST_F(SectionsTest, AHalfBeyondTheOffsetsIsRefused)
     EXPECT_EQ(Now(), before);
 }
 
+TEST_F(SectionsTest, WithoutMemoryForTheUnifiedTextTheDocumentStays)
+{
+    const OwnStateFolder state;
+    context.WriteFile(u"x.sco"_s, Score);
+    const QString orchestra = Open(u"x.orc"_s, Orchestra);
+    Type(u"; edited"_s);
+    text.SetSelection(2, 5);
+    const Kept before = Now();
+    text.beforeLoad = [] { throw std::bad_alloc(); };
+    EXPECT_THROW(sections.mnuCSD(Conversion::ToUnified), RunTimeError);
+    EXPECT_EQ(Now(), before);
+    EXPECT_TRUE(view.textShown);
+    EXPECT_TRUE(before.undoSteps > 0 && before.modified && before.saveEnabled);
+    // The text is still the one that has a copy until it is saved.
+    documents.SecureText();
+    ASSERT_EQ(OwnStateFolder::Copies().size(), 1);
+    ASSERT_EQ(OwnStateFolder::Copies(u".open"_s).size(), 1);
+    EXPECT_EQ(OwnStateFolder::TextIn(OwnStateFolder::Copies().first()), before.text.toUtf8());
+    text.beforeLoad = {};
+    documents.Save();
+    EXPECT_EQ(FileBytes(orchestra), "; edited" + Orchestra);
+}
+
 TEST_F(SectionsTest, TheHalvesHaveTheLineEndsThatTheyAreShownWith)
 {
     const auto unified = [&](const QByteArray &orchestra, const QByteArray &score) {
@@ -536,7 +562,7 @@ TEST_F(SectionsTest, ColouringThatFailsLeavesTheTextInSight)
     } uncoloured;
     EditorContext failing{document, uncoloured, settings, desktop, status, context.windows, documents};
     Highlighter failingHighlighter(failing, view, opcodes);
-    PieceSections over(editor, view, view.steps, failingHighlighter);
+    PieceSections over(editor, documents, view, view.steps, failingHighlighter);
     settings.SaveFlag(Keys::ColorComments, true);
     context.WriteFile(u"x.sco"_s, Score);
     Open(u"x.orc"_s, Orchestra);

@@ -35,7 +35,7 @@ constexpr int ComboCharacters = 48; ///< as wide as the opcode combo grows
 LanguageRoom::LanguageRoom(const WindowContext &context)
     : m_context(context),
       m_highlighter(context.editor, context.view, m_opcodes),
-      m_sections(context.editor, context.view, context.steps, m_highlighter),
+      m_sections(context.editor, context.documents, context.view, context.steps, m_highlighter),
       cmbOpcodes(
           new OpcodeCombo(context.editor, ProgramFolder(), [&view = context.view] { view.FocusText(); })),
       tvwBrowse(new OutlinePanel(context)),
