@@ -23,7 +23,9 @@
 #include "shell/splitpath.h"
 #include "shell/typeenable.h"
 
+#include <algorithm>
 #include <new>
+#include <QChar>
 #include <QScopeGuard>
 #include <utility>
 
@@ -52,6 +54,18 @@ QString UnifiedText(const QString &orchestra, const QString &score)
            "<CsInstruments>\n"_s +
            orchestra + u"\n</CsInstruments>\n<CsScore>\n"_s + score + u"\n</CsScore>\n</CsoundSynthesizer>"_s;
 }
+
+namespace
+{
+
+/// Whether a text is ASCII without a mark, which is the same bytes in Windows-1252 and in UTF-8.
+bool IsPlain(const QString &text, const TextEncoding &encoding)
+{
+    return encoding == TextEncoding() &&
+           std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 128; });
+}
+
+} // namespace
 
 PieceSections::PieceSections(EditorContext &editor, DocumentLifecycle &documents, DocumentView &view,
                              DocumentSteps &steps, Highlighter &highlighter)
@@ -139,8 +153,16 @@ void PieceSections::ConvertToUnified()
     if (!score)
         return;
     const QString name = SplitPath(PathPart::WithoutExtension, m_editor.document.CurrentFile) + u".csd"_s;
-    ShowUnified(name, UnifiedText(orchestra->text, score->text),
-                orchestra->encoding == score->encoding ? orchestra->encoding : TextEncoding());
+    ShowUnified(name, UnifiedText(orchestra->text, score->text), CommonEncoding(*orchestra, *score));
+}
+
+TextEncoding PieceSections::CommonEncoding(const Half &orchestra, const Half &score)
+{
+    if (IsPlain(score.text, score.encoding))
+        return orchestra.encoding;
+    if (IsPlain(orchestra.text, orchestra.encoding) || orchestra.encoding == score.encoding)
+        return score.encoding;
+    return {};
 }
 
 std::optional<PieceSections::Half> PieceSections::ReadHalf(FileKind kind)

@@ -67,6 +67,8 @@ private:
     void ConvertToPair();
     /// No value when the user has cancelled the search.
     std::optional<Half> ReadHalf(FileKind kind);
+    /// That of both; a half that has none of its own goes along with the other.
+    static TextEncoding CommonEncoding(const Half &orchestra, const Half &score);
     /// Replaces the document by a new one of that text, which nobody has saved yet.
     void ShowUnified(const QString &name, const QString &text, const TextEncoding &encoding);
     void ColourAsOrchestra();

@@ -18,6 +18,7 @@
 #include <optional>
 #include <QDir>
 #include <QFile>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -587,6 +588,34 @@ TEST_F(SectionsTest, TheUnifiedTextKeepsTheEncodingOfItsHalves)
     sections.mnuCSD(Conversion::ToUnified);
     documents.Save();
     EXPECT_EQ(FileBytes(Path(u"y.csd"_s)).count("caf\xC3\xA9"), 2);
+}
+
+TEST_F(SectionsTest, AnAsciiHalfGoesAlongWithTheOther)
+{
+    const QByteArray accented = "; caf\xE9";
+    const QByteArray marked = "\xEF\xBB\xBF; caf\xC3\xA9";
+    const std::pair<QByteArray, QByteArray> pairs[] = {{accented, "i1"}, {"instr 1", accented},
+                                                       {accented, {}},   {{}, accented},
+                                                       {marked, "i1"},   {{}, marked}};
+    for (const auto &[orchestra, score] : pairs) {
+        context.WriteFile(u"x.sco"_s, score);
+        Open(u"x.orc"_s, orchestra);
+        sections.mnuCSD(Conversion::ToUnified);
+        QFile::remove(Path(u"x.csd"_s));
+        documents.Save();
+        QByteArray half = orchestra + score;
+        EXPECT_EQ(FileBytes(Path(u"x.csd"_s)).startsWith("\xEF\xBB\xBF"), half.contains("\xEF\xBB\xBF"));
+        EXPECT_TRUE(FileBytes(Path(u"x.csd"_s)).contains(half.contains('\xE9') ? "caf\xE9" : "caf\xC3\xA9"));
+        if (half.contains('\xE9')) {
+            // Back again they are the bytes that they were, but for the line ends around them.
+            ExpectSaves(Path(u"y.orc"_s), Path(u"y.sco"_s), u"x"_s);
+            desktop.ExpectMessage(Converted(u"y.orc"_s), BoxAnswer::No);
+            sections.mnuCSD(Conversion::ToPair);
+            EXPECT_EQ(FileBytes(Path(u"y.orc"_s)), "\r\n" + orchestra + "\r\n\r\n");
+            EXPECT_EQ(FileBytes(Path(u"y.sco"_s)), "\r\n" + score + "\r\n\r\n");
+        }
+    }
+    desktop.CheckAllCame();
 }
 
 TEST_F(SectionsTest, AUnifiedTextThatHoldsNulAsksBeforeItsFirstSave)
