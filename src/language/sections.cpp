@@ -145,6 +145,10 @@ void PieceSections::mnuCSD(Conversion conversion)
 
 void PieceSections::ConvertToUnified()
 {
+    // Unsaved edits do not enter the unified text. Their copy keeps them; where there is none, the user is
+    // asked as before any other loss.
+    if (!m_documents.SecureText() && !m_editor.operations.QuerySave())
+        return;
     // Both halves are here before the text on the screen goes.
     const std::optional<Half> orchestra = ReadHalf(FileKind::Orchestra);
     if (!orchestra)

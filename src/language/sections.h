@@ -41,6 +41,7 @@ public:
     void mnuScore();
     /// Makes a new, modified unified document of the files of both halves as they are on disk, or writes the
     /// halves of the document's text to two files. Without a file name neither does anything but tell so.
+    /// Unsaved edits stay out of the unified document: it asks about them only where no copy is kept.
     /// @throws RunTimeError when a file cannot be read, in which case the document is as it was, or cannot be
     /// written
     void mnuCSD(Conversion conversion);

@@ -424,6 +424,55 @@ TEST_F(SectionsTest, UnsavedEditsStayAmongTheKeptCopies)
     EXPECT_EQ(FileBytes(orchestra), Orchestra);
 }
 
+TEST_F(SectionsTest, UnsavedEditsThatHaveNoCopyAreAskedAbout)
+{
+    settings.SaveFlag(Keys::SafetyCopy, false);
+    context.WriteFile(u"x.sco"_s, Score);
+    const QString orchestra = Open(u"x.orc"_s, Orchestra);
+    Type(u"; edited "_s);
+    const Kept before = Now();
+    desktop.ExpectMessage(SaveChanges(orchestra), BoxAnswer::Cancel);
+    sections.mnuCSD(Conversion::ToUnified);
+    EXPECT_EQ(Now(), before);
+    // Saved, they enter the unified text.
+    desktop.ExpectMessage(SaveChanges(orchestra), BoxAnswer::Yes);
+    sections.mnuCSD(Conversion::ToUnified);
+    EXPECT_EQ(FileBytes(orchestra), "; edited " + Orchestra);
+    EXPECT_TRUE(text.text.contains(u"<CsInstruments>\n; edited sr"_s));
+    document.Modified = false;
+    documents.OpenFile(orchestra);
+    Type(u"; more "_s);
+    desktop.ExpectMessage(SaveChanges(orchestra), BoxAnswer::No);
+    sections.mnuCSD(Conversion::ToUnified);
+    EXPECT_EQ(FileBytes(orchestra), "; edited " + Orchestra);
+    EXPECT_TRUE(text.text.contains(u"<CsInstruments>\n; edited sr"_s));
+    desktop.CheckAllCame();
+}
+
+TEST_F(SectionsTest, WithoutEditsNothingIsAskedWhereNoCopyIsKept)
+{
+    settings.SaveFlag(Keys::SafetyCopy, false);
+    context.WriteFile(u"x.sco"_s, Score);
+    Open(u"x.orc"_s, Orchestra);
+    sections.mnuCSD(Conversion::ToUnified);
+    EXPECT_EQ(document.CurrentFile, Path(u"x.csd"_s));
+}
+
+TEST_F(SectionsTest, UnsavedEditsWhoseCopyFailsAreAskedAbout)
+{
+    const OwnStateFolder state;
+    // No folder can be made below a file.
+    qputenv("XDG_STATE_HOME", QFile::encodeName(context.WriteFile(u"state"_s)));
+    context.WriteFile(u"x.sco"_s, Score);
+    const QString orchestra = Open(u"x.orc"_s, Orchestra);
+    Type(u"; edited "_s);
+    const Kept before = Now();
+    desktop.ExpectMessage(SaveChanges(orchestra), BoxAnswer::Cancel);
+    sections.mnuCSD(Conversion::ToUnified);
+    EXPECT_EQ(Now(), before);
+    desktop.CheckAllCame();
+}
+
 TEST_F(SectionsTest, TheFirstSaveAsksBeforeAFileThatIsThere)
 {
     context.WriteFile(u"x.csd"_s, "mine");
