@@ -174,13 +174,23 @@ std::optional<PieceSections::Half> PieceSections::ReadHalf(FileKind kind)
     const QString &current = m_editor.document.CurrentFile;
     const QString name = SearchKindFile(kind, false, false, m_editor);
     if (name.isEmpty()) {
-        // A document that is not on disk has no halves: what reading it meets is told. Else the user has
-        // cancelled.
-        ReadFileBytes(current);
+        // Without a bare name nothing was looked for; else the user has cancelled.
+        if (SplitPath(PathPart::BaseName, current).isEmpty())
+            TellWhyNoHalfIsFound();
         return {};
     }
     LoadedText file = LoadTextFile(name);
     return Half{std::move(file.text), file.encoding};
+}
+
+void PieceSections::TellWhyNoHalfIsFound()
+{
+    const QString &current = m_editor.document.CurrentFile;
+    // Where the document is not on disk, what reading it meets is told.
+    ReadFileBytes(current);
+    m_editor.desktop.MessageBox({.text = BareFileName(current) + u" has no name before its extension, so its "
+                                                                 "other half cannot be found."_s,
+                                 .icon = BoxIcon::Information});
 }
 
 void PieceSections::ShowUnified(const QString &name, const QString &text, const TextEncoding &encoding)

@@ -66,8 +66,10 @@ private:
 
     void ConvertToUnified();
     void ConvertToPair();
-    /// No value when the user has cancelled the search.
+    /// No value when there is none: the user knows why.
     std::optional<Half> ReadHalf(FileKind kind);
+    /// @throws RunTimeError when the document is not on disk
+    void TellWhyNoHalfIsFound();
     /// That of both; a half that has none of its own goes along with the other.
     static TextEncoding CommonEncoding(const Half &orchestra, const Half &score);
     /// Replaces the document by a new one of that text, which nobody has saved yet.

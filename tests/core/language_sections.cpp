@@ -541,6 +541,19 @@ TEST_F(SectionsTest, AHalfBeyondTheOffsetsIsRefused)
     EXPECT_EQ(Now(), before);
 }
 
+TEST_F(SectionsTest, ANameThatIsAllExtensionIsTold)
+{
+    Open(u".orc"_s, Orchestra);
+    ASSERT_EQ(document.DocumentKind, FileKind::Orchestra);
+    const Kept before = Now();
+    desktop.ExpectMessage(
+        {.text = u".orc has no name before its extension, so its other half cannot be found."_s,
+         .icon = BoxIcon::Information});
+    sections.mnuCSD(Conversion::ToUnified);
+    EXPECT_EQ(Now(), before);
+    desktop.CheckAllCame();
+}
+
 TEST_F(SectionsTest, WithoutMemoryForTheUnifiedTextTheDocumentStays)
 {
     const OwnStateFolder state;
