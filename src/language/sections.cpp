@@ -26,6 +26,7 @@
 #include <algorithm>
 #include <new>
 #include <QChar>
+#include <QFileInfo>
 #include <QScopeGuard>
 #include <utility>
 
@@ -63,6 +64,15 @@ bool IsPlain(const QString &text, const TextEncoding &encoding)
 {
     return encoding == TextEncoding() &&
            std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 128; });
+}
+
+/// Also where two names lead to it.
+bool AreOneFile(const QString &one, const QString &other)
+{
+    if (one == other)
+        return true;
+    const QString real = QFileInfo(one).canonicalFilePath();
+    return !real.isEmpty() && real == QFileInfo(other).canonicalFilePath();
 }
 
 } // namespace
@@ -222,8 +232,9 @@ void PieceSections::ConvertToPair()
     const QString text = m_editor.text.Text();
     const QString orchestra = ExtractTag(text, u"CsInstruments"_s);
     const QString score = ExtractTag(text, u"CsScore"_s);
-    const QString file = SaveHalf(FileKind::Orchestra, orchestra);
-    if (file.isEmpty() || SaveHalf(FileKind::Score, score).isEmpty())
+    const QString &current = m_editor.document.CurrentFile;
+    const QString file = SaveHalf(FileKind::Orchestra, orchestra, {current});
+    if (file.isEmpty() || SaveHalf(FileKind::Score, score, {current, file}).isEmpty())
         return;
     const QString question = BareFileName(file) + u" successfully converted to Orchestra/Score pair. "
                                                   "Would you like to open Orchestra now?"_s;
@@ -231,24 +242,37 @@ void PieceSections::ConvertToPair()
         m_editor.operations.OpenFile(file);
 }
 
-QString PieceSections::SaveHalf(FileKind kind, const QString &text)
+QString PieceSections::SaveHalf(FileKind kind, const QString &text, const QStringList &taken)
 {
-    const QString &current = m_editor.document.CurrentFile;
-    const QString label = KindName(kind);
-    const QString extension = FirstExtension(kind, m_editor.settings);
-    const QString base = BareFileName(SplitPath(PathPart::WithoutExtension, current));
-    const QString file = m_editor.desktop
-                             .SaveFileDialog({.title = u"Save "_s + label,
-                                              .filters = {{label + u" Files"_s, u"*."_s + extension}},
-                                              .folder = current,
-                                              .fileName = base + u'.' + extension,
-                                              .defaultExtension = extension})
-                             .path;
+    const QString file = AskForHalf(kind, taken);
     if (file.isEmpty())
         return {};
     TextEncoding encoding = m_editor.document.Encoding;
     WriteFileBytes(file, EncodeText(ToPcLineEnds(text + u'\n'), encoding));
     return file;
+}
+
+QString PieceSections::AskForHalf(FileKind kind, const QStringList &taken)
+{
+    const QString &current = m_editor.document.CurrentFile;
+    const QString label = KindName(kind);
+    const QString extension = FirstExtension(kind, m_editor.settings);
+    const QString base = BareFileName(SplitPath(PathPart::WithoutExtension, current));
+    const FileDialogRequest request{.title = u"Save "_s + label,
+                                    .filters = {{label + u" Files"_s, u"*."_s + extension}},
+                                    .folder = current,
+                                    .fileName = base + u'.' + extension,
+                                    .defaultExtension = extension};
+    while (true) {
+        const QString file = m_editor.desktop.SaveFileDialog(request).path;
+        const auto other = std::find_if(taken.begin(), taken.end(),
+                                        [&](const QString &name) { return AreOneFile(name, file); });
+        if (file.isEmpty() || other == taken.end())
+            return file;
+        const QString refusal =
+            BareFileName(*other) + u" holds the other half. Choose another file for the "_s + label + u'.';
+        m_editor.desktop.MessageBox({.text = refusal, .icon = BoxIcon::Warning});
+    }
 }
 
 } // namespace zelvane

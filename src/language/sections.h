@@ -7,6 +7,7 @@
 
 #include <optional>
 #include <QString>
+#include <QStringList>
 
 namespace zelvane
 {
@@ -75,8 +76,10 @@ private:
     /// Replaces the document by a new one of that text, which nobody has saved yet.
     void ShowUnified(const QString &name, const QString &text, const TextEncoding &encoding);
     void ColourAsOrchestra();
-    /// Asks for a file and writes a half to it. @return its name, empty when the user has cancelled
-    QString SaveHalf(FileKind kind, const QString &text);
+    /// Asks for a file and writes a half to it. @param taken files that must not be written over: they hold
+    /// what is only there once. @return its name, empty when the user has cancelled
+    QString SaveHalf(FileKind kind, const QString &text, const QStringList &taken);
+    QString AskForHalf(FileKind kind, const QStringList &taken);
 
     EditorContext &m_editor;
     DocumentLifecycle &m_documents;

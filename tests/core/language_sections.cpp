@@ -734,6 +734,47 @@ TEST_F(SectionsTest, OpeningTheNewOrchestraAsksAboutUnsavedWork)
     EXPECT_EQ(document.CurrentFile, unified);
 }
 
+TEST_F(SectionsTest, NeitherTheUnifiedFileNorTheFirstHalfIsWrittenOver)
+{
+    const QString unified = Open(u"x.csd"_s, Unified);
+    const QString alias = Path(u"alias.orc"_s);
+    ASSERT_TRUE(QFile::link(unified, alias));
+    const auto refused = [&](const QString &label, const QString &extension, const QString &picked,
+                             const QString &holder) {
+        desktop.ExpectSaveDialog(SaveDialog(label, extension, u"x"_s), {.path = picked});
+        desktop.ExpectMessage(
+            {.text = holder + u" holds the other half. Choose another file for the "_s + label + u'.',
+             .icon = BoxIcon::Warning});
+    };
+    refused(u"Orchestra"_s, u"orc"_s, unified, u"x.csd"_s);
+    refused(u"Orchestra"_s, u"orc"_s, alias, u"x.csd"_s);
+    desktop.ExpectSaveDialog(SaveDialog(u"Orchestra"_s, u"orc"_s, u"x"_s), {.path = Path(u"x.orc"_s)});
+    refused(u"Score"_s, u"sco"_s, unified, u"x.csd"_s);
+    refused(u"Score"_s, u"sco"_s, Path(u"x.orc"_s), u"x.orc"_s);
+    desktop.ExpectSaveDialog(SaveDialog(u"Score"_s, u"sco"_s, u"x"_s), {.path = Path(u"x.sco"_s)});
+    desktop.ExpectMessage(Converted(u"x.orc"_s), BoxAnswer::No);
+    sections.mnuCSD(Conversion::ToPair);
+    desktop.CheckAllCame();
+    EXPECT_EQ(FileBytes(unified), Unified);
+    EXPECT_EQ(FileBytes(Path(u"x.orc"_s)), "\r\n" + Orchestra + "\r\n\r\n");
+    EXPECT_EQ(FileBytes(Path(u"x.sco"_s)), "\r\n" + Score + "\r\n\r\n");
+}
+
+TEST_F(SectionsTest, ARefusedFileMayBeFollowedByCancel)
+{
+    // Not on disk yet: its name is taken all the same.
+    context.WriteFile(u"x.sco"_s, Score);
+    Open(u"x.orc"_s, Orchestra);
+    sections.mnuCSD(Conversion::ToUnified);
+    desktop.ExpectSaveDialog(SaveDialog(u"Orchestra"_s, u"orc"_s, u"x"_s), {.path = Path(u"x.csd"_s)});
+    desktop.ExpectMessage({.text = u"x.csd holds the other half. Choose another file for the Orchestra."_s,
+                           .icon = BoxIcon::Warning});
+    desktop.ExpectSaveDialog(SaveDialog(u"Orchestra"_s, u"orc"_s, u"x"_s), {});
+    sections.mnuCSD(Conversion::ToPair);
+    desktop.CheckAllCame();
+    EXPECT_EQ(Files(), (QStringList{u"x.orc"_s, u"x.sco"_s}));
+}
+
 TEST_F(SectionsTest, AMissingSectionGivesAFileOfOneLineEnd)
 {
     Open(u"x.csd"_s, "<CsInstruments>\r\ninstr 1\r\n</CsInstruments>\r\n<csscore>\r\n</csscore>");
