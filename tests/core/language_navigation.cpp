@@ -129,6 +129,20 @@ TEST_F(HistoryTest, GivesBackTheSelectionThatAFileWasLeftWith)
     EXPECT_EQ(text.selection, (TextSpan{3, 7}));
 }
 
+TEST_F(HistoryTest, TheSelectionEndsWithAFileThatBecameShorter)
+{
+    documents.OpenFile(a);
+    text.SetSelection(3, 7);
+    documents.OpenFile(b);
+    context.WriteFile(u"a.orc"_s, "01234");
+    EXPECT_TRUE(navigation.go(-1));
+    EXPECT_EQ(text.selection, (TextSpan{3, 5}));
+    documents.OpenFile(b);
+    context.WriteFile(u"a.orc"_s, "0");
+    EXPECT_TRUE(navigation.go(-1));
+    EXPECT_EQ(text.selection, (TextSpan{1, 1}));
+}
+
 TEST_F(HistoryTest, AFileThatIsLeftByTheHistoryKeepsItsEarlierSelection)
 {
     documents.OpenFile(a);

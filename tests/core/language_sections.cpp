@@ -8,6 +8,7 @@
 #include "platform/runtimeerror.h"
 #include "platform/stylerun.h"
 #include "shell/documentkeys.h"
+#include "shell/settings.h"
 #include "support/boxes.h"
 #include "support/lifecyclefixture.h"
 #include "support/randomtext.h"
@@ -258,6 +259,53 @@ TEST_F(SectionsTest, ThePlaceBelongsToOneFile)
     sections.mnuOrchestra();
     EXPECT_EQ(document.CurrentFile, Path(u"y.orc"_s));
     EXPECT_EQ(text.selection, (TextSpan{0, 0}));
+}
+
+TEST_F(SectionsTest, ThePlaceIsThatOfAFileInAnyCase)
+{
+    context.WriteFile(u"x.sco"_s, Score);
+    const QString orchestra = Open(u"x.orc"_s, Orchestra);
+    text.SetSelection(13, 13);
+    sections.mnuScore();
+    ASSERT_TRUE(QFile::rename(orchestra, Path(u"X.ORC"_s)));
+    desktop.ExpectOpenDialog(SelectDialog(u"Orchestra"_s, u"orc"_s, u"x*"_s), {.path = Path(u"X.ORC"_s)});
+    sections.mnuOrchestra();
+    EXPECT_EQ(document.CurrentFile, Path(u"X.ORC"_s));
+    EXPECT_EQ(text.selection, (TextSpan{13, 13}));
+}
+
+TEST_F(SectionsTest, TheRecentListKeepsItsFiles)
+{
+    context.WriteFile(u"x.sco"_s, Score);
+    const QString orchestra = Open(u"x.orc"_s, Orchestra);
+    view.recentFiles.clear();
+    sections.mnuScore();
+    EXPECT_EQ(document.CurrentFile, Path(u"x.sco"_s));
+    sections.mnuOrchestra();
+    EXPECT_EQ(view.recentFiles, QStringList());
+    EXPECT_EQ(settings.GetSetting(Sections::RecentFiles, u"1"_s), orchestra);
+    EXPECT_EQ(settings.GetSetting(Sections::RecentFiles, u"2"_s), QString());
+}
+
+TEST_F(SectionsTest, AnOtherFileThatCannotBeOpenedLeavesThePlace)
+{
+    const QString score = context.WriteFile(u"x.sco"_s, Score);
+    const QString orchestra = Open(u"x.orc"_s, Orchestra);
+    text.SetSelection(13, 13);
+    text.beforeLoad = [] { throw RunTimeError(ErrorNumber::OutOfMemory, u"Out of memory"_s); };
+    desktop.ExpectMessage(
+        {.text = u"Unable to open "_s + score + u".\n\nOut of memory"_s, .icon = BoxIcon::Warning});
+    sections.mnuScore();
+    text.beforeLoad = {};
+    EXPECT_EQ(document.CurrentFile, orchestra);
+    EXPECT_EQ(text.text, QString::fromLatin1(Orchestra).remove(u'\r'));
+    text.SetSelection(5, 5);
+    desktop.ExpectMessage(SaveChanges(orchestra), BoxAnswer::No);
+    sections.mnuScore();
+    EXPECT_EQ(document.CurrentFile, score);
+    sections.mnuOrchestra();
+    EXPECT_EQ(text.selection, (TextSpan{5, 5}));
+    desktop.CheckAllCame();
 }
 
 TEST_F(SectionsTest, TheHalfThatIsOpenStaysAsItIs)
@@ -541,6 +589,29 @@ TEST_F(SectionsTest, AHalfBeyondTheOffsetsIsRefused)
     EXPECT_EQ(Now(), before);
 }
 
+TEST_F(SectionsTest, AHalfMayBePicked)
+{
+    const QString picked = context.WriteFile(u"other.sco"_s, Score);
+    Open(u"piece.orc"_s, Orchestra);
+    desktop.ExpectOpenDialog(SelectDialog(u"Score"_s, u"sco"_s, u"pi*"_s), {.path = picked});
+    sections.mnuCSD(Conversion::ToUnified);
+    EXPECT_EQ(document.CurrentFile, Path(u"piece.csd"_s));
+    EXPECT_EQ(text.text, QString::fromLatin1(Unified).remove(u'\r'));
+}
+
+TEST_F(SectionsTest, AScoreThatCanNoLongerBeReadKeepsItself)
+{
+    context.WriteFile(u"x.orc"_s, Orchestra);
+    const QString score = Open(u"x.sco"_s, Score);
+    Type(u"edited"_s);
+    text.SetSelection(1, 4);
+    const Kept before = Now();
+    if (!QFile::resize(score, (1LL << 31) + 1))
+        GTEST_SKIP() << "the disk holds no file of this size";
+    EXPECT_THROW(sections.mnuCSD(Conversion::ToUnified), RunTimeError);
+    EXPECT_EQ(Now(), before);
+}
+
 TEST_F(SectionsTest, ANameThatIsAllExtensionIsTold)
 {
     Open(u".orc"_s, Orchestra);
@@ -732,6 +803,18 @@ TEST_F(SectionsTest, OpeningTheNewOrchestraAsksAboutUnsavedWork)
     desktop.ExpectMessage(SaveChanges(unified), BoxAnswer::Cancel);
     sections.mnuCSD(Conversion::ToPair);
     EXPECT_EQ(document.CurrentFile, unified);
+}
+
+TEST_F(SectionsTest, TheUnifiedDocumentIsSavedBeforeTheNewOrchestraWhereWanted)
+{
+    const QString unified = Open(u"x.csd"_s, Unified);
+    Type(u"edited"_s);
+    ExpectSaves(Path(u"x.orc"_s), Path(u"x.sco"_s), u"x"_s);
+    desktop.ExpectMessage(Converted(u"x.orc"_s), BoxAnswer::Yes);
+    desktop.ExpectMessage(SaveChanges(unified), BoxAnswer::Yes);
+    sections.mnuCSD(Conversion::ToPair);
+    EXPECT_EQ(document.CurrentFile, Path(u"x.orc"_s));
+    EXPECT_EQ(FileBytes(unified), "edited" + Unified);
 }
 
 TEST_F(SectionsTest, NeitherTheUnifiedFileNorTheFirstHalfIsWrittenOver)
