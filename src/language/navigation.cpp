@@ -117,7 +117,8 @@ void LinkOver(int message, qsizetype start, qsizetype end, EditorContext &editor
     if (message != LeftButtonReleased)
         return;
     const QString address = LinkAddress(editor.text.Text(), start, end);
-    // A named verb: the shell is silent, and only a missing file is told.
+    // "open" stands for the default action; with a named verb the shell is silent, and only a missing file is
+    // told.
     if (editor.desktop.ShellRun({.verb = u"open"_s, .file = address}) == ShellFileNotFound)
         editor.desktop.MessageBox({.text = u"Link Failed"_s, .icon = BoxIcon::Warning});
 }

@@ -14,7 +14,7 @@ struct EditorContext;
 struct NavigationFile {
     QString filename = {};    ///< full path
     QString displayName = {}; ///< the name without the folder
-    qint32 position = 0;      ///< kept: always 0
+    qint32 position = 0;      ///< always 0: the selection tells the place
     qint32 selStart = 0;      ///< the selection when the file was left, in characters from 0
     qint32 selEnd = 0;        ///< end exclusive
 
@@ -78,7 +78,7 @@ NavigationButton NextButton(const Navigation &navigation);
 inline constexpr int LeftButtonReleased = 514;
 
 /// The address of a link, from the offsets that the text control reports: from `start` on `end` + 1
-/// characters, less where the text ends. Kept: it is not the text between the two.
+/// characters, less where the text ends: `end` is taken for a count, so this is not the text between the two.
 QString LinkAddress(const QString &text, qsizetype start, qsizetype end);
 
 /// What a text control that reports links calls: opens the address when the left button is released, and
