@@ -34,6 +34,11 @@ QString Fold(QStringView text)
     return folded;
 }
 
+bool IsHexDigit(QChar c)
+{
+    return (c >= u'0' && c <= u'9') || (c >= u'a' && c <= u'f') || (c >= u'A' && c <= u'F');
+}
+
 QString DecodeEscapes(QByteArrayView bytes)
 {
     const bool ascii = std::all_of(bytes.begin(), bytes.end(), [](char byte) { return (byte & 0x80) == 0; });
@@ -45,7 +50,6 @@ QString DecodeEscapes(QByteArrayView bytes)
     for (qsizetype from = to; from < text.size(); ++from) {
         QChar unit = text[from];
         if (unit == u'\\' && from + 1 < text.size()) {
-            bool ok = false;
             switch (text[from + 1].unicode()) {
             case u'\\':
                 ++from;
@@ -67,13 +71,11 @@ QString DecodeEscapes(QByteArrayView bytes)
                 ++from;
                 break;
             case u'u':
+                // A conversion to a number would take blanks, signs and a prefix too.
                 if (const QStringView digits = QStringView(text).mid(from + 2, 4);
-                    digits.size() == 4 && digits[0] != u'+' && digits[0] != u'-') {
-                    const ushort code = digits.toUShort(&ok, 16);
-                    if (ok) {
-                        unit = QChar(code);
-                        from += 5;
-                    }
+                    digits.size() == 4 && std::all_of(digits.begin(), digits.end(), IsHexDigit)) {
+                    unit = QChar(digits.toUShort(nullptr, 16));
+                    from += 5;
                 }
                 break;
             default:

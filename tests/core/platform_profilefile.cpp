@@ -252,6 +252,17 @@ TEST_F(Profile, ReadsWhatAPersonTyped)
     EXPECT_EQ(file.Value(u"Options", u"stray"), std::nullopt);
 }
 
+TEST_F(Profile, AnEscapeOfAUnitHasFourHexadecimalDigits)
+{
+    Put("[Options]\na=\\u0041\\u00e9\nb=\\u 041\nc=\\u0x41\nd=\\u+041\ne=\\u041\nf=\\u041 \n");
+    EXPECT_EQ(ProfileFile(path).Entries(u"Options"), (Pairs{{u"a"_s, u"A\u00E9"_s},
+                                                            {u"b"_s, u"\\u 041"_s},
+                                                            {u"c"_s, u"\\u0x41"_s},
+                                                            {u"d"_s, u"\\u+041"_s},
+                                                            {u"e"_s, u"\\u041"_s},
+                                                            {u"f"_s, u"\\u041"_s}}));
+}
+
 TEST_F(Profile, WritesKeepAllThatAPersonTyped)
 {
     const QByteArray typed = "\xEF\xBB\xBFstray=1\r\n"
