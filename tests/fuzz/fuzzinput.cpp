@@ -153,6 +153,40 @@ const QString &Piece(quint8 byte)
     return pieces[byte & 0x7F];
 }
 
+/// What the control characters stand for that no text needs; empty for the others.
+const QString &LinePiece(quint8 byte)
+{
+    static const QString pieces[32] = {
+        // 0 and 1 are no characters.
+        QString(),
+        QString(),
+        u"instr 1\n"_s,
+        u"\nendin\n"_s,
+        u"\n lab:"_s,
+        u":"_s,
+        u"#define A #1#\n"_s,
+        u"#define A(x)#"_s,
+        u" $A "_s,
+        QString(), // tab, line feed and the others between are themselves
+        QString(),
+        QString(),
+        QString(),
+        QString(),
+        u"$A(1)"_s,
+        u"#include \"a.orc\"\n"_s,
+        u"f1 0 8 10 1\n"_s,
+        u"\nm name\n"_s,
+        u"\ns\n"_s,
+        u"<a>"_s,
+        u"</a>"_s,
+        u"<a b>"_s,
+        u"</a b>"_s,
+        u"\n; c\n"_s,
+        u"/* c */"_s,
+    };
+    return pieces[byte];
+}
+
 } // namespace
 
 QString Input::Text()
@@ -168,6 +202,8 @@ QString Input::Text()
         if (byte == 1) {
             const quint8 high = Byte();
             text += QChar(high << 8 | Byte());
+        } else if (byte < 0x20 && !LinePiece(byte).isEmpty()) {
+            text += LinePiece(byte);
         } else if (byte < 0x80) {
             text += QChar(char16_t(byte));
         } else {

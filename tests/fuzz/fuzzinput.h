@@ -19,10 +19,9 @@ public:
     bool Bit() { return Byte() & 1; }
     /// A whole number from `low` to `high`, both included.
     int Number(int low, int high) { return low + (Byte() | Byte() << 8) % (high - low + 1); }
-    /// A text up to the next zero byte. A byte of ASCII is that character; the upper half stands for words,
-    /// marks and characters that mean something to Csound, to the editor or to Unicode; 1 and two bytes are
-    /// any UTF-16 unit. Of a long text only
-    /// the beginning.
+    /// A text up to the next zero byte. A byte of ASCII is that character; the upper half and most control
+    /// characters stand for words, marks and characters that mean something to Csound, to the editor or to
+    /// Unicode; 1 and two bytes are any UTF-16 unit. Of a long text only the beginning.
     QString Text();
     /// All that is left, as it is.
     QByteArray Rest() { return QByteArray(reinterpret_cast<const char *>(m_at), m_end - m_at); }
