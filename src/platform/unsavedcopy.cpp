@@ -211,8 +211,10 @@ std::vector<UnsavedCopy> UnsavedCopy::TakeLeft()
                 left.push_back(std::move(copy));
         }
     }
-    std::sort(left.begin(), left.end(),
-              [](const UnsavedCopy &a, const UnsavedCopy &b) { return a.Written() > b.Written(); });
+    // By name where the clock of files stood still, so that a start asks in the same order each time.
+    std::sort(left.begin(), left.end(), [](const UnsavedCopy &a, const UnsavedCopy &b) {
+        return std::pair(b.Written(), a.m_path) < std::pair(a.Written(), b.m_path);
+    });
     return left;
 }
 

@@ -7,8 +7,10 @@
 #include <csignal>
 #include <gtest/gtest.h>
 #include <QByteArray>
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
+#include <QFileDevice>
 #include <QStringList>
 #include <QTemporaryDir>
 #include <sys/types.h>
@@ -51,16 +53,26 @@ public:
             << whole.toStdString();
         return whole.sliced(end + 2);
     }
-    /// Writes a copy in a process that is killed then.
+    /// Writes a copy in a process that is killed then; each a second after the one before, since the clock
+    /// of files may stand still for longer than a write takes.
     static void Leave(const CopyInfo &info, const QByteArray &bytes,
                       UnsavedCopy::Kind kind = UnsavedCopy::Kind::Unsaved)
     {
+        const QStringList before = Copies();
         const pid_t child = StartChild([&] {
             UnsavedCopy copy(kind);
             copy.Write(info, bytes);
             ::kill(::getpid(), SIGKILL);
         });
         EXPECT_FALSE(ChildSucceeded(child));
+        for (const QString &path : Copies()) {
+            if (before.contains(path))
+                continue;
+            QFile copy(path);
+            EXPECT_TRUE(copy.open(QIODevice::ReadWrite));
+            EXPECT_TRUE(copy.setFileTime(QDateTime::currentDateTime().addSecs(before.size()),
+                                         QFileDevice::FileModificationTime));
+        }
     }
 
 private:
