@@ -143,7 +143,9 @@ std::optional<FileStamp> StampOf(const QString &name)
 bool IsSettled(const FileStamp &stamp)
 {
     constexpr qint64 slowestTick = 2'500'000'000;
-    return QDateTime::currentMSecsSinceEpoch() * 1'000'000 - stamp.modified > slowestTick;
+    // A program may set the time of the last modification back, but not that of the last change.
+    const qint64 last = std::max(stamp.modified, stamp.changed);
+    return QDateTime::currentMSecsSinceEpoch() * 1'000'000 - last > slowestTick;
 }
 
 QString FollowLinks(const QString &name)

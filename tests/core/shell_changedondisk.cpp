@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/changedondisk.h"
 
+#include "platform/nativefile.h"
 #include "support/boxes.h"
 #include "support/lifecyclefixture.h"
 
 #include <fcntl.h>
+#include <QDateTime>
 #include <QFile>
+#include <QTemporaryDir>
 #include <sys/stat.h>
 
 using namespace zelvane;
@@ -257,13 +260,23 @@ TEST(ChangedOnDisk, ASettledFileIsNotReadAgain)
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write("abc");
     file.close();
-    const timespec times[2] = {{1000, 0}, {1000, 0}};
-    ASSERT_EQ(utimensat(AT_FDCWD, QFile::encodeName(path).constData(), times, 0), 0);
+    DiskPicture picture = DiskPicture::Of("another content", *StampOf(path));
+    EXPECT_FALSE(picture.settled); // just written
     ChangedOnDisk disk;
-    disk.Remember(path, DiskPicture::Of("another content", *StampOf(path)));
+    disk.Remember(path, picture);
+    EXPECT_TRUE(disk.AskToSave());
+    picture.settled = true;
+    disk.Remember(path, picture);
     EXPECT_FALSE(disk.AskToSave()); // by its stamp it is what it was
-    disk.Remember(path, "another content"_ba);
-    EXPECT_FALSE(disk.AskToSave());
+}
+
+TEST(ChangedOnDisk, ATimeThatWasSetBackSettlesNothing)
+{
+    const qint64 second = 1'000'000'000;
+    const qint64 now = QDateTime::currentMSecsSinceEpoch() * 1'000'000;
+    EXPECT_TRUE(IsSettled({.modified = now - 9 * second, .changed = now - 9 * second}));
+    EXPECT_FALSE(IsSettled({.modified = now - 9 * second, .changed = now}));
+    EXPECT_FALSE(IsSettled({.modified = now, .changed = now - 9 * second}));
 }
 
 } // namespace
