@@ -151,13 +151,15 @@ struct Line {
     QByteArrayView value; // as written
 };
 
+constexpr QByteArrayView Mark = "\xEF\xBB\xBF";
+
+/// Reads the lines behind the mark that a file may begin with.
 class LineReader
 {
 public:
-    explicit LineReader(const QByteArray &bytes) : m_rest(bytes)
+    explicit LineReader(QByteArrayView bytes)
+        : m_rest(bytes.startsWith(Mark) ? bytes.sliced(Mark.size()) : bytes)
     {
-        if (m_rest.startsWith("\xEF\xBB\xBF"))
-            m_mark = 3;
     }
 
     bool Next(Line &line)
@@ -177,11 +179,8 @@ public:
             ++ending;
         }
         line.end = line.whole.last(ending);
-        QByteArrayView text = line.whole.first(length);
-        text = Trim(text.sliced(std::min(m_mark, text.size())));
-        m_mark = 0;
         m_rest = m_rest.sliced(line.whole.size());
-        Classify(text, line);
+        Classify(Trim(line.whole.first(length)), line);
         return true;
     }
 
@@ -207,8 +206,14 @@ private:
     }
 
     QByteArrayView m_rest;
-    qsizetype m_mark = 0;
 };
+
+/// The lines that are left of a file, with its mark; also where the first one begins like a mark, and would
+/// be taken for it.
+QByteArray WithMarkOf(const QByteArray &file, QByteArray lines)
+{
+    return file.startsWith(Mark) || lines.startsWith(Mark) ? lines.prepend(Mark) : lines;
+}
 
 /// Compares names as written in a file with one name.
 class NameMatcher
@@ -310,7 +315,7 @@ QByteArray WithoutKey(const QByteArray &bytes, QStringView section, QStringView 
         if (!inside || line.kind != Line::Kind::Entry || !keyMatcher.Matches(line.name))
             result += line.whole;
     }
-    return result;
+    return WithMarkOf(bytes, result);
 }
 
 QByteArray WithoutSection(const QByteArray &bytes, QStringView section)
@@ -333,7 +338,7 @@ QByteArray WithoutSection(const QByteArray &bytes, QStringView section)
             result += line.whole;
         blankBefore = !dropped && line.kind == Line::Kind::Blank ? line.whole.size() : 0;
     }
-    return result;
+    return WithMarkOf(bytes, result);
 }
 
 } // namespace

@@ -307,6 +307,20 @@ TEST_F(Profile, WritesKeepAllThatAPersonTyped)
               "\r\n; about the others\r\n[Other]\r\nx=1\r\ny=2\r\n"_ba);
 }
 
+TEST_F(Profile, ALineThatBecomesTheFirstIsNotTakenForTheFilesMark)
+{
+    // The second line is no section as long as it stands behind another.
+    Put("[a]\n\xEF\xBB\xBF[b]\nx=1\n");
+    ProfileFile file(path);
+    file.RemoveSection(u"a");
+    EXPECT_EQ(Content(), "\xEF\xBB\xBF\xEF\xBB\xBF[b]\n"_ba);
+    EXPECT_TRUE(ProfileFile(path).SectionNames().isEmpty());
+    // The mark is the file's, not its first line's.
+    Put("\xEF\xBB\xBF[a]\nx=1\n[b]\ny=2\n");
+    file.RemoveSection(u"a");
+    EXPECT_EQ(Content(), "\xEF\xBB\xBF[b]\ny=2\n"_ba);
+}
+
 TEST_F(Profile, RewritingASectionAgainAndAgainLeavesNoTrace)
 {
     ProfileFile file(path);
