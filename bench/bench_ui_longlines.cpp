@@ -87,6 +87,7 @@ void Measure(Program &program, const Sample &sample, qsizetype size, bool wrap)
 {
     Reader reader{program};
     reader.text.SetWordWrap(wrap);
+    reader.Timed([] {}); // the text before is wrapped
     const QString name =
         program.folder.filePath(QLatin1String(sample.name) + QString::number(size) + u".orc"_s);
     QFile file(name);

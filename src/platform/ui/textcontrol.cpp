@@ -186,7 +186,8 @@ void TextControl::LoadText(QString text)
     Send(SCI_SETSCROLLWIDTH, 1);
     Send(SCI_SETXOFFSET, 0);
     m_mayBeNarrower = false;
-    SetCaret({});
+    // Without a look at where it stands, which would lay out a text that is coloured next.
+    Send(SCI_SETEMPTYSELECTION, 0);
     m_textDirty = true;
     EmptyUndoBuffer();
     Settle();
