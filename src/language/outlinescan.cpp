@@ -355,11 +355,10 @@ bool TableWalk::IsTable(qsizetype start)
 class Scanners
 {
 public:
-    explicit Scanners(const QString &text)
-        : m_text(text), m_blockComments(ParseCommentRanges(text)), m_builder(text)
-    {
-    }
+    explicit Scanners(const QString &text) : m_text(text), m_builder(text) {}
 
+    /// Has to come before all searches.
+    void CollectBlockComments() { m_blockComments = ParseCommentRanges(m_text); }
     void SearchInstr(qsizetype start, qsizetype end);
     /// @param firstTag the tag of the first section
     void SearchEndOFSection(qsizetype start, qsizetype end, qsizetype firstTag);
@@ -377,8 +376,8 @@ private:
     void SearchLabel(const TextSpan &instrument, qint32 parent, CommentLookup &comments, LabelLines &lines);
     std::vector<FoundMacro> FindMacros() const;
     using Call = OutlineBuilder::Call;
-    /// The calls of each name behind the offset.
-    std::vector<std::vector<Call>> SearchMacroCalls(const MacroNames &names, qsizetype from) const;
+    /// The calls of each name behind the offset: all names are looked for in one walk.
+    std::vector<std::vector<Call>> SearchMacroCall(const MacroNames &names, qsizetype from) const;
     CommentLookup Comments() const { return CommentLookup(m_text, m_blockComments); }
 
     QStringView m_text;
@@ -575,11 +574,11 @@ void Scanners::SearchMacro()
     for (const FoundMacro &macro : macros)
         bareNames.push_back(m_text.sliced(macro.caption.start, macro.nameEnd - macro.caption.start));
     const MacroNames names(bareNames);
-    m_builder.AddMacros(macros, SearchMacroCalls(names, macros.front().define), names);
+    m_builder.AddMacros(macros, SearchMacroCall(names, macros.front().define), names);
 }
 
-std::vector<std::vector<Scanners::Call>> Scanners::SearchMacroCalls(const MacroNames &names,
-                                                                    qsizetype from) const
+std::vector<std::vector<Scanners::Call>> Scanners::SearchMacroCall(const MacroNames &names,
+                                                                   qsizetype from) const
 {
     CommentLookup comments = Comments();
     NextCharacter<EndsArguments> brackets(m_text);
@@ -652,6 +651,7 @@ SectionTags FindSectionTags(QStringView text)
 Outline ScanOutline(const QString &text, FileKind kind)
 {
     Scanners scanners(text);
+    scanners.CollectBlockComments();
     const auto scanScore = [&](qsizetype start, qsizetype end, qsizetype firstTag) {
         scanners.SearchEndOFSection(start, end, firstTag);
         scanners.SearchNamedSection(start, end);
