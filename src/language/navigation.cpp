@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "language/navigation.h"
 
-#include "platform/desktop.h"
 #include "platform/textbuffer.h"
 #include "shell/document.h"
 #include "shell/editorcontext.h"
@@ -17,8 +16,6 @@ namespace zelvane
 
 namespace
 {
-
-constexpr int ShellFileNotFound = 2;
 
 QString EntryCaption(const NavigationFile &file)
 {
@@ -105,22 +102,6 @@ NavigationButton NextButton(const Navigation &navigation)
     for (int step = 1; step <= navigation.nextCount(); ++step)
         button.captions.append(EntryCaption(navigation.Item(current + step)));
     return button;
-}
-
-QString LinkAddress(const QString &text, qsizetype start, qsizetype end)
-{
-    return text.mid(start, end + 1);
-}
-
-void LinkOver(int message, qsizetype start, qsizetype end, EditorContext &editor)
-{
-    if (message != LeftButtonReleased)
-        return;
-    const QString address = LinkAddress(editor.text.Text(), start, end);
-    // "open" stands for the default action; with a named verb the shell is silent, and only a missing file is
-    // told.
-    if (editor.desktop.ShellRun({.verb = u"open"_s, .file = address}) == ShellFileNotFound)
-        editor.desktop.MessageBox({.text = u"Link Failed"_s, .icon = BoxIcon::Warning});
 }
 
 } // namespace zelvane

@@ -74,15 +74,4 @@ struct NavigationButton {
 NavigationButton BackButton(const Navigation &navigation);
 NavigationButton NextButton(const Navigation &navigation);
 
-/// The message of a text control that the left button was released.
-inline constexpr int LeftButtonReleased = 514;
-
-/// The address of a link, from the offsets that the text control reports: from `start` on `end` + 1
-/// characters, less where the text ends: `end` is taken for a count, so this is not the text between the two.
-QString LinkAddress(const QString &text, qsizetype start, qsizetype end);
-
-/// What a text control that reports links calls: opens the address when the left button is released, and
-/// tells when there is no such file. No control reports links at present.
-void LinkOver(int message, qsizetype start, qsizetype end, EditorContext &editor);
-
 } // namespace zelvane

@@ -4,7 +4,7 @@
 #include <QList>
 #include <QString>
 
-/// Links, and the history as the steps that define it, one entry at a time.
+/// The history as the steps that define it, one entry at a time.
 namespace zelvane::oracle
 {
 
@@ -62,15 +62,5 @@ struct History {
             Add({file, 0, 0});
     }
 };
-
-/// From `start` on, `end` + 1 characters as far as the text has them.
-inline QString LinkAddress(const QString &text, int start, int end)
-{
-    QString address;
-    for (int i = start; i < start + end + 1; ++i)
-        if (i < text.size())
-            address += text[i];
-    return address;
-}
 
 } // namespace zelvane::oracle
