@@ -5,6 +5,7 @@
 #include "platform/userfolders.h"
 #include "support/childprocess.h"
 #include "support/printers.h"
+#include "support/statefolder.h"
 
 #include <csignal>
 #include <fcntl.h>
@@ -14,7 +15,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QRandomGenerator>
-#include <QTemporaryDir>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
@@ -30,9 +30,6 @@ namespace
 class Copies : public ::testing::Test
 {
 protected:
-    Copies() { qputenv("XDG_STATE_HOME", QFile::encodeName(m_state.path())); }
-    ~Copies() override { qputenv("XDG_STATE_HOME", m_before); }
-
     static QByteArray Bytes(const QString &path)
     {
         QFile file(path);
@@ -50,21 +47,8 @@ protected:
 
     static QStringList Names() { return NamesIn(UnsavedCopy::Folder()); }
 
-    /// Writes a copy in a process that ends without a word.
-    static void WriteAndDie(const CopyInfo &info, const QByteArray &bytes,
-                            UnsavedCopy::Kind kind = UnsavedCopy::Kind::Unsaved)
-    {
-        const pid_t child = StartChild([&] {
-            UnsavedCopy copy(kind);
-            copy.Write(info, bytes);
-            ::kill(::getpid(), SIGKILL);
-        });
-        EXPECT_FALSE(ChildSucceeded(child));
-    }
-
 private:
-    QTemporaryDir m_state;
-    QByteArray m_before = qgetenv("XDG_STATE_HOME");
+    OwnStateFolder m_state;
 };
 
 const CopyInfo Piece{.name = u"/music/piece.orc"_s,
@@ -146,9 +130,9 @@ TEST_F(Copies, OnlyThoseOfEndedProcessesAreFound)
     UnsavedCopy mine;
     mine.Write(Piece, "mine");
     EXPECT_TRUE(UnsavedCopy::TakeLeft().empty());
-    WriteAndDie({.name = u"/first"_s}, "1");
+    OwnStateFolder::Leave({.name = u"/first"_s}, "1");
     usleep(20000);
-    WriteAndDie({.name = u"/second"_s}, "2", UnsavedCopy::Kind::Replaced);
+    OwnStateFolder::Leave({.name = u"/second"_s}, "2", UnsavedCopy::Kind::Replaced);
     {
         const std::vector<UnsavedCopy> left = UnsavedCopy::TakeLeft();
         ASSERT_EQ(left.size(), 2u);
@@ -167,7 +151,7 @@ TEST_F(Copies, OnlyThoseOfEndedProcessesAreFound)
 
 TEST_F(Copies, OneThatWasTakenOverIsWrittenOverAndRemoved)
 {
-    WriteAndDie(Piece, "left");
+    OwnStateFolder::Leave(Piece, "left");
     UnsavedCopy copy = std::move(UnsavedCopy::TakeLeft().at(0));
     copy.Write({.name = {}}, "later");
     EXPECT_EQ(Names().size(), 1);
@@ -178,7 +162,7 @@ TEST_F(Copies, OneThatWasTakenOverIsWrittenOverAndRemoved)
 
 TEST_F(Copies, KeptOnesStayAWeekAndAreNotFound)
 {
-    WriteAndDie(Piece, "text");
+    OwnStateFolder::Leave(Piece, "text");
     // A week from when it was given up, not from when it was written.
     const QByteArray path = QFile::encodeName(UnsavedCopy::Folder() + u'/' + Names().at(0));
     const timespec longAgo[2] = {{1000, 0}, {1000, 0}};
