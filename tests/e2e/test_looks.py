@@ -4,7 +4,7 @@
 import subprocess
 
 from support.pictures import lightness
-from support.stage import check, copy_example, equal, main
+from support.stage import check, copy_example, dark_desktop, equal, main
 
 STORE = """[Options]
 Used=2
@@ -40,25 +40,6 @@ Command=$HELP$
 Image=137
 """
 
-# The colours of a dark desktop, as its settings program writes them.
-DARK_DESKTOP = """[Colors:Window]
-BackgroundNormal=42,46,50
-ForegroundNormal=252,252,252
-[Colors:View]
-BackgroundNormal=27,30,32
-BackgroundAlternate=35,38,41
-ForegroundNormal=252,252,252
-[Colors:Button]
-BackgroundNormal=49,54,59
-ForegroundNormal=252,252,252
-[Colors:Selection]
-BackgroundNormal=61,174,233
-ForegroundNormal=252,252,252
-[Colors:Tooltip]
-BackgroundNormal=49,54,59
-ForegroundNormal=252,252,252
-"""
-
 
 def different_colours(picture, area):
     result = subprocess.run(
@@ -74,8 +55,7 @@ def looks(stage, name, scale, dark):
     stage.write_store(STORE)
     stage.environment["QT_SCALE_FACTOR"] = str(scale)
     if dark:
-        (stage.folder / "config" / "kdeglobals").write_text(DARK_DESKTOP)
-        stage.environment |= {"XDG_CURRENT_DESKTOP": "KDE", "KDE_SESSION_VERSION": "5", "KDE_FULL_SESSION": "true"}
+        dark_desktop(stage)
     piece = copy_example(stage, "oscil.csd")
     editor = stage.start(piece)
     window = editor.window(lambda title: str(piece) in title)

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """The code outline by keys alone, on a piece of Csound's own manual; the pictures are for looking at."""
 
-from support.stage import check, copy_example, equal, main
+from support.stage import check, copy_example, dark_desktop, equal, main
 
 STORE = """[Options]
 Used=2
@@ -12,20 +12,6 @@ X=600
 Y=600
 Width=15000
 Height=12000
-"""
-
-DARK_DESKTOP = """[Colors:Window]
-BackgroundNormal=42,46,50
-ForegroundNormal=252,252,252
-[Colors:View]
-BackgroundNormal=27,30,32
-ForegroundNormal=252,252,252
-[Colors:Button]
-BackgroundNormal=49,54,59
-ForegroundNormal=252,252,252
-[Colors:Selection]
-BackgroundNormal=61,174,233
-ForegroundNormal=252,252,252
 """
 
 
@@ -61,8 +47,7 @@ def an_instrument_is_cut(stage):
 
 def a_dark_outline(stage):
     stage.write_store(STORE)
-    (stage.folder / "config" / "kdeglobals").write_text(DARK_DESKTOP)
-    stage.environment |= {"XDG_CURRENT_DESKTOP": "KDE", "KDE_SESSION_VERSION": "5", "KDE_FULL_SESSION": "true"}
+    dark_desktop(stage)
     piece = stage.home / "piece.csd"
     piece.write_text(
         "; <old>\n; </old>\n<CsInstruments>\n#define LOUD #0.8#\ninstr 1 ; a long name for a voice of the piece\n"

@@ -10,6 +10,25 @@ sys.path.insert(0, str(Path(__file__).resolve().parents[3] / "scripts"))
 
 from display import DISPLAY_SIZE, PATIENCE, Failure, Sound, Stage, Window, check, equal, rendered  # noqa: E402, F401
 
+# The colours of a dark desktop, as its settings program writes them.
+DARK_DESKTOP = """[Colors:Window]
+BackgroundNormal=42,46,50
+ForegroundNormal=252,252,252
+[Colors:View]
+BackgroundNormal=27,30,32
+BackgroundAlternate=35,38,41
+ForegroundNormal=252,252,252
+[Colors:Button]
+BackgroundNormal=49,54,59
+ForegroundNormal=252,252,252
+[Colors:Selection]
+BackgroundNormal=61,174,233
+ForegroundNormal=252,252,252
+[Colors:Tooltip]
+BackgroundNormal=49,54,59
+ForegroundNormal=252,252,252
+"""
+
 
 def settled(stage, *arguments):
     """An editor that has come to rest, and its window, in front."""
@@ -28,6 +47,12 @@ def copy_example(stage, name, folder="piece"):
     target.parent.mkdir(parents=True, exist_ok=True)
     shutil.copy(source, target)
     return target
+
+
+def dark_desktop(stage):
+    """What is started on the stage from here on finds itself in a dark desktop."""
+    (stage.folder / "config" / "kdeglobals").write_text(DARK_DESKTOP)
+    stage.environment |= {"XDG_CURRENT_DESKTOP": "KDE", "KDE_SESSION_VERSION": "5", "KDE_FULL_SESSION": "true"}
 
 
 def ran_to_end(pattern):
