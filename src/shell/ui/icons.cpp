@@ -1,11 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ui/icons.h"
 
+#include <algorithm>
 #include <memory>
+#include <QColor>
 #include <QFile>
+#include <QGuiApplication>
 #include <QIconEngine>
 #include <QPainter>
+#include <QPalette>
 #include <QPixmapCache>
+#include <QRectF>
 #include <QSvgRenderer>
 
 using namespace Qt::Literals::StringLiterals;
@@ -17,6 +22,21 @@ namespace
 {
 
 constexpr double DisabledOpacity = 0.35;
+constexpr double PlateCorner = 0.125; ///< radius, of the side
+
+/// What the rows of a list that are not selected are drawn on.
+QColor PlateColour()
+{
+    return QGuiApplication::palette().color(QPalette::Base);
+}
+
+void DrawPlate(QPainter &painter, const QRectF &square)
+{
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(PlateColour());
+    painter.drawRoundedRect(square, square.width() * PlateCorner, square.height() * PlateCorner);
+}
 
 /// Draws one SVG at whatever size is asked for.
 class SvgEngine : public QIconEngine
@@ -36,13 +56,19 @@ public:
         const int side = std::min(rect.width(), rect.height());
         const QRectF square(rect.left() + (rect.width() - side) / 2, rect.top() + (rect.height() - side) / 2,
                             side, side);
+        if (mode == QIcon::Selected)
+            DrawPlate(*painter, square);
         m_renderer->render(painter, square);
         painter->restore();
     }
 
     QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
     {
-        const QString key = u"%1 %2x%3 %4"_s.arg(m_file).arg(size.width()).arg(size.height()).arg(int(mode));
+        const QString key = u"%1 %2x%3 %4 %5"_s.arg(m_file)
+                                .arg(size.width())
+                                .arg(size.height())
+                                .arg(int(mode))
+                                .arg(mode == QIcon::Selected ? PlateColour().name() : QString());
         QPixmap pixmap;
         if (QPixmapCache::find(key, &pixmap))
             return pixmap;

@@ -7,7 +7,8 @@ namespace zelvane
 {
 
 /// The program's own pictures. They are drawn anew for each size and screen scale, so they are sharp at every
-/// one; a disabled icon is drawn faint. One set of colours serves light and dark windows.
+/// one; a disabled icon is drawn faint. One set of colours serves light and dark windows; in a selected row
+/// it would not be seen, so there an icon keeps the colour of the other rows behind it.
 class Icons
 {
 public:
