@@ -56,32 +56,17 @@ struct SectionsTest : LifecycleFixture {
     FileDialogRequest SelectDialog(const QString &label, const QString &extension, const QString &similar,
                                    int filter = 0) const
     {
-        return {.title = u"Select "_s + label + u" file"_s,
-                .filters = {{label + u" Files"_s, u"*."_s + extension},
-                            {label + u" Files (similar names)"_s, similar + u'.' + extension},
-                            {u"All Files"_s, u"*"_s}},
-                .filterIndex = filter,
-                .folder = context.folder.path()};
+        return SelectHalf(label, extension, similar, context.folder.path(), filter);
     }
     FileDialogRequest SaveDialog(const QString &label, const QString &extension, const QString &base) const
     {
-        return {.title = u"Save "_s + label,
-                .filters = {{label + u" Files"_s, u"*."_s + extension}},
-                .folder = document.CurrentFile,
-                .fileName = base + u'.' + extension,
-                .defaultExtension = extension};
+        return SaveHalf(label, extension, base, document.CurrentFile);
     }
     void ExpectSaves(const QString &orchestra, const QString &score, const QString &base)
     {
         desktop.ExpectSaveDialog(SaveDialog(u"Orchestra"_s, u"orc"_s, base), {.path = orchestra});
         if (!orchestra.isEmpty())
             desktop.ExpectSaveDialog(SaveDialog(u"Score"_s, u"sco"_s, base), {.path = score});
-    }
-    static MessageBoxRequest Converted(const QString &name)
-    {
-        return {.text = name + u" successfully converted to Orchestra/Score pair. "
-                               "Would you like to open Orchestra now?"_s,
-                .buttons = BoxButtons::YesNo};
     }
     /// What a conversion that failed must have left of the document.
     struct Kept {
@@ -552,15 +537,21 @@ TEST_F(SectionsTest, ACancelledSearchKeepsTheDocument)
 
 TEST_F(SectionsTest, AHalfThatCannotBeReadKeepsTheDocument)
 {
+    const OwnStateFolder state;
     Open(u"piece.orc"_s, Orchestra);
     Type(u"edited"_s);
+    text.SetSelection(2, 5);
     const Kept before = Now();
     // The second file: a folder that was picked by its name.
     desktop.ExpectOpenDialog(SelectDialog(u"Score"_s, u"sco"_s, u"pi*"_s), {.path = context.folder.path()});
     EXPECT_THROW(sections.mnuCSD(Conversion::ToUnified), RunTimeError);
     EXPECT_EQ(Now(), before);
-    EXPECT_TRUE(text.CanUndo());
-    EXPECT_TRUE(view.textShown);
+    EXPECT_TRUE(before.undoSteps > 0 && before.textShown && before.saveEnabled);
+    // It is still the text whose copy stands until it is saved.
+    documents.SecureText();
+    ASSERT_EQ(OwnStateFolder::Copies().size(), 1);
+    ASSERT_EQ(OwnStateFolder::Copies(u".open"_s).size(), 1);
+    EXPECT_EQ(OwnStateFolder::TextIn(OwnStateFolder::Copies().first()), before.text.toUtf8());
 }
 
 TEST_F(SectionsTest, ADocumentThatHasVanishedIsTold)
@@ -742,7 +733,7 @@ TEST_F(SectionsTest, AnAsciiHalfGoesAlongWithTheOther)
         if (half.contains('\xE9')) {
             // Back again they are the bytes that they were, but for the line ends around them.
             ExpectSaves(Path(u"y.orc"_s), Path(u"y.sco"_s), u"x"_s);
-            desktop.ExpectMessage(Converted(u"y.orc"_s), BoxAnswer::No);
+            desktop.ExpectMessage(ConvertedToPair(u"y.orc"_s), BoxAnswer::No);
             sections.mnuCSD(Conversion::ToPair);
             EXPECT_EQ(FileBytes(Path(u"y.orc"_s)), "\r\n" + orchestra + "\r\n\r\n");
             EXPECT_EQ(FileBytes(Path(u"y.sco"_s)), "\r\n" + score + "\r\n\r\n");
@@ -776,7 +767,7 @@ TEST_F(SectionsTest, AUnifiedDocumentBecomesAPair)
     Type(u"; not in a section\n"_s);
     const Kept before = Now();
     ExpectSaves(Path(u"x.orc"_s), Path(u"x.sco"_s), u"x"_s);
-    desktop.ExpectMessage(Converted(u"x.orc"_s), BoxAnswer::No);
+    desktop.ExpectMessage(ConvertedToPair(u"x.orc"_s), BoxAnswer::No);
     sections.mnuCSD(Conversion::ToPair);
     EXPECT_EQ(FileBytes(Path(u"x.orc"_s)), "\r\n" + Orchestra + "\r\n\r\n");
     EXPECT_EQ(FileBytes(Path(u"x.sco"_s)), "\r\n" + Score + "\r\n\r\n");
@@ -788,7 +779,7 @@ TEST_F(SectionsTest, TheNewOrchestraMayBeOpened)
 {
     Open(u"x.csd"_s, Unified);
     ExpectSaves(Path(u"other.orc"_s), Path(u"x.sco"_s), u"x"_s);
-    desktop.ExpectMessage(Converted(u"other.orc"_s), BoxAnswer::Yes);
+    desktop.ExpectMessage(ConvertedToPair(u"other.orc"_s), BoxAnswer::Yes);
     sections.mnuCSD(Conversion::ToPair);
     EXPECT_EQ(document.CurrentFile, Path(u"other.orc"_s));
     EXPECT_EQ(view.recentFiles.first(), Path(u"other.orc"_s));
@@ -799,7 +790,7 @@ TEST_F(SectionsTest, OpeningTheNewOrchestraAsksAboutUnsavedWork)
     const QString unified = Open(u"x.csd"_s, Unified);
     Type(u"edited"_s);
     ExpectSaves(Path(u"x.orc"_s), Path(u"x.sco"_s), u"x"_s);
-    desktop.ExpectMessage(Converted(u"x.orc"_s), BoxAnswer::Yes);
+    desktop.ExpectMessage(ConvertedToPair(u"x.orc"_s), BoxAnswer::Yes);
     desktop.ExpectMessage(SaveChanges(unified), BoxAnswer::Cancel);
     sections.mnuCSD(Conversion::ToPair);
     EXPECT_EQ(document.CurrentFile, unified);
@@ -810,7 +801,7 @@ TEST_F(SectionsTest, TheUnifiedDocumentIsSavedBeforeTheNewOrchestraWhereWanted)
     const QString unified = Open(u"x.csd"_s, Unified);
     Type(u"edited"_s);
     ExpectSaves(Path(u"x.orc"_s), Path(u"x.sco"_s), u"x"_s);
-    desktop.ExpectMessage(Converted(u"x.orc"_s), BoxAnswer::Yes);
+    desktop.ExpectMessage(ConvertedToPair(u"x.orc"_s), BoxAnswer::Yes);
     desktop.ExpectMessage(SaveChanges(unified), BoxAnswer::Yes);
     sections.mnuCSD(Conversion::ToPair);
     EXPECT_EQ(document.CurrentFile, Path(u"x.orc"_s));
@@ -835,7 +826,7 @@ TEST_F(SectionsTest, NeitherTheUnifiedFileNorTheFirstHalfIsWrittenOver)
     refused(u"Score"_s, u"sco"_s, unified, u"x.csd"_s);
     refused(u"Score"_s, u"sco"_s, Path(u"x.orc"_s), u"x.orc"_s);
     desktop.ExpectSaveDialog(SaveDialog(u"Score"_s, u"sco"_s, u"x"_s), {.path = Path(u"x.sco"_s)});
-    desktop.ExpectMessage(Converted(u"x.orc"_s), BoxAnswer::No);
+    desktop.ExpectMessage(ConvertedToPair(u"x.orc"_s), BoxAnswer::No);
     sections.mnuCSD(Conversion::ToPair);
     desktop.CheckAllCame();
     EXPECT_EQ(FileBytes(unified), Unified);
@@ -862,7 +853,7 @@ TEST_F(SectionsTest, AMissingSectionGivesAFileOfOneLineEnd)
 {
     Open(u"x.csd"_s, "<CsInstruments>\r\ninstr 1\r\n</CsInstruments>\r\n<csscore>\r\n</csscore>");
     ExpectSaves(Path(u"x.orc"_s), Path(u"x.sco"_s), u"x"_s);
-    desktop.ExpectMessage(Converted(u"x.orc"_s), BoxAnswer::No);
+    desktop.ExpectMessage(ConvertedToPair(u"x.orc"_s), BoxAnswer::No);
     sections.mnuCSD(Conversion::ToPair);
     EXPECT_EQ(FileBytes(Path(u"x.orc"_s)), "\r\ninstr 1\r\n\r\n");
     EXPECT_EQ(FileBytes(Path(u"x.sco"_s)), "\r\n");
@@ -909,7 +900,7 @@ TEST_F(SectionsTest, ThePairKeepsTheEncodingOfTheDocument)
 {
     Open(u"x.csd"_s, "<CsInstruments>caf\xE9</CsInstruments>");
     ExpectSaves(Path(u"x.orc"_s), Path(u"x.sco"_s), u"x"_s);
-    desktop.ExpectMessage(Converted(u"x.orc"_s), BoxAnswer::No);
+    desktop.ExpectMessage(ConvertedToPair(u"x.orc"_s), BoxAnswer::No);
     sections.mnuCSD(Conversion::ToPair);
     EXPECT_EQ(FileBytes(Path(u"x.orc"_s)), "caf\xE9\r\n");
 }
@@ -933,7 +924,7 @@ TEST_F(SectionsTest, APairComesBackWithALineEndBeforeAndTwoBehindEachHalf)
         Open(u"x.orc"_s, orchestra);
         sections.mnuCSD(Conversion::ToUnified);
         ExpectSaves(Path(u"y.orc"_s), Path(u"y.sco"_s), u"x"_s);
-        desktop.ExpectMessage(Converted(u"y.orc"_s), BoxAnswer::No);
+        desktop.ExpectMessage(ConvertedToPair(u"y.orc"_s), BoxAnswer::No);
         sections.mnuCSD(Conversion::ToPair);
         ASSERT_EQ(FileBytes(Path(u"y.orc"_s)), "\r\n" + orchestra + "\r\n\r\n");
         ASSERT_EQ(FileBytes(Path(u"y.sco"_s)), "\r\n" + score + "\r\n\r\n");

@@ -7,6 +7,7 @@
 #include "run/runkeys.h"
 #include "run/toolpaths.h"
 #include "shell/documentkind.h"
+#include "support/boxes.h"
 #include "support/testcontext.h"
 
 #include <gtest/gtest.h>
@@ -347,11 +348,7 @@ TEST_F(Macros, ConfirmAsksNothingForEmptyValuesAndOtherMacros)
 TEST_F(Macros, CancelledSearchFails)
 {
     Open(u"x.sco"_s);
-    context.desktop.ExpectOpenDialog({.title = u"Select Orchestra file"_s,
-                                      .filters = {{u"Orchestra Files"_s, u"*.orc"_s},
-                                                  {u"Orchestra Files (similar names)"_s, u"x*.orc"_s},
-                                                  {u"All Files"_s, u"*"_s}},
-                                      .folder = context.folder.path()},
+    context.desktop.ExpectOpenDialog(SelectHalf(u"Orchestra"_s, u"orc"_s, u"x*"_s, context.folder.path()),
                                      {});
     EXPECT_EQ(Expand(u"$ORCHESTRA$"_s, true), u"failed"_s);
     EXPECT_EQ(context.status.text, u"ORCHESTRA macro returned empty string."_s);

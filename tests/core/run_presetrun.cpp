@@ -7,6 +7,7 @@
 #include "run/runkeys.h"
 #include "run/toolpaths.h"
 #include "shell/documentkind.h"
+#include "support/boxes.h"
 #include "support/testcontext.h"
 
 #include <gtest/gtest.h>
@@ -212,11 +213,7 @@ TEST_F(Run, CancelledSearchStopsBeforeAnythingStarts)
     Open(u"x.sco"_s);
     Set(PresetKeys::Command, u"$CSOUND$"_s);
     Set(PresetKeys::Args, u"$ORCHESTRA$ $SCORE$"_s);
-    context.desktop.ExpectOpenDialog({.title = u"Select Orchestra file"_s,
-                                      .filters = {{u"Orchestra Files"_s, u"*.orc"_s},
-                                                  {u"Orchestra Files (similar names)"_s, u"x*.orc"_s},
-                                                  {u"All Files"_s, u"*"_s}},
-                                      .folder = context.folder.path()},
+    context.desktop.ExpectOpenDialog(SelectHalf(u"Orchestra"_s, u"orc"_s, u"x*"_s, context.folder.path()),
                                      {});
     Go();
     EXPECT_EQ(context.status.shown, QStringList{u"ORCHESTRA macro returned empty string."_s});

@@ -3,6 +3,7 @@
 
 #include "shell/documentkeys.h"
 #include "shell/documentkind.h"
+#include "support/boxes.h"
 #include "support/testcontext.h"
 
 #include <algorithm>
@@ -39,12 +40,7 @@ protected:
     FileDialogRequest Dialog(const QString &label, const QString &extension, const QString &similar,
                              int filter) const
     {
-        return {.title = u"Select "_s + label + u" file"_s,
-                .filters = {{label + u" Files"_s, u"*."_s + extension},
-                            {label + u" Files (similar names)"_s, similar + u'.' + extension},
-                            {u"All Files"_s, u"*"_s}},
-                .filterIndex = filter,
-                .folder = context.folder.path()};
+        return SelectHalf(label, extension, similar, context.folder.path(), filter);
     }
 
     QString MakeFolder(const QString &name)

@@ -5,6 +5,8 @@
 #include "platform/programinfo.h"
 #include "platform/runtimeerror.h"
 
+#include <QString>
+
 namespace zelvane::test
 {
 
@@ -35,6 +37,38 @@ inline const FileDialogRequest OpenRequest{
                 {QStringLiteral("Text files"), QStringLiteral("*.txt")},
                 {QStringLiteral("C/C++"), QStringLiteral("*.cpp;*.c;*.h")},
                 {QStringLiteral("All files"), QStringLiteral("*.*")}}};
+
+/// The dialog in which a half of a piece is picked where none or several go by the document's name.
+/// @param similar the pattern of similar names, without the extension
+inline FileDialogRequest SelectHalf(const QString &label, const QString &extension, const QString &similar,
+                                    const QString &folder, int filter = 0)
+{
+    return {.title = QStringLiteral("Select %1 file").arg(label),
+            .filters = {{label + QStringLiteral(" Files"), QStringLiteral("*.") + extension},
+                        {label + QStringLiteral(" Files (similar names)"), similar + u'.' + extension},
+                        {QStringLiteral("All Files"), QStringLiteral("*")}},
+            .filterIndex = filter,
+            .folder = folder};
+}
+
+/// The dialog that asks for the file of a half. @param base the document's name without its extension
+inline FileDialogRequest SaveHalf(const QString &label, const QString &extension, const QString &base,
+                                  const QString &document)
+{
+    return {.title = QStringLiteral("Save ") + label,
+            .filters = {{label + QStringLiteral(" Files"), QStringLiteral("*.") + extension}},
+            .folder = document,
+            .fileName = base + u'.' + extension,
+            .defaultExtension = extension};
+}
+
+/// The question after a conversion to a pair.
+inline MessageBoxRequest ConvertedToPair(const QString &orchestra)
+{
+    return {.text = orchestra + QStringLiteral(" successfully converted to Orchestra/Score pair. "
+                                               "Would you like to open Orchestra now?"),
+            .buttons = BoxButtons::YesNo};
+}
 
 /// The message of the first use.
 inline MessageBoxRequest Welcome()

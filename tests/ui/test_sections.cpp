@@ -45,19 +45,12 @@ private:
     const DocumentRecord &Document() const { return editor->window->Context().document; }
     void ExpectSave(const QString &label, const QString &extension, const QString &base, const QString &to)
     {
-        editor->desktop.ExpectSaveDialog({.title = u"Save "_s + label,
-                                          .filters = {{label + u" Files"_s, u"*."_s + extension}},
-                                          .folder = Document().CurrentFile,
-                                          .fileName = base + u'.' + extension,
-                                          .defaultExtension = extension},
+        editor->desktop.ExpectSaveDialog(SaveHalf(label, extension, base, Document().CurrentFile),
                                          {.path = to});
     }
     void ExpectConverted(const QString &name)
     {
-        editor->desktop.ExpectMessage({.text = name + u" successfully converted to Orchestra/Score pair. "
-                                                      "Would you like to open Orchestra now?"_s,
-                                       .buttons = BoxButtons::YesNo},
-                                      BoxAnswer::No);
+        editor->desktop.ExpectMessage(ConvertedToPair(name), BoxAnswer::No);
     }
 
     std::unique_ptr<EditorWindow> editor;
@@ -111,17 +104,23 @@ void SectionsTest::APairKeepsThePlaces()
     editor->WriteFile(u"x.sco"_s, QByteArray("i1 0 1\n").repeated(300));
     Open(u"x.orc"_s);
     TextControl &control = editor->Text();
+    // The caret is far out of sight, as after a pull at the scroll bar.
     control.SetSelection(2003, 2010);
+    control.ScrollToLine(0);
+    QCOMPARE(control.FirstVisibleLine(), qsizetype(0));
     editor->Row(u"mnuScore"_s).trigger();
     QCOMPARE(Document().CurrentFile, Path(u"x.sco"_s));
     QVERIFY(!editor->Row(u"mnuScore"_s).isEnabled());
     control.SetSelection(700, 700);
+    control.ScrollToLine(200);
+    QCOMPARE(control.FirstVisibleLine(), qsizetype(200));
     editor->Row(u"mnuOrchestra"_s).trigger();
     QCOMPARE(Document().CurrentFile, Path(u"x.orc"_s));
     QCOMPARE(control.Selection(), (TextSpan{2003, 2003}));
     QCOMPARE(control.FirstVisibleLine(), control.LineOfOffset(2003));
     editor->Row(u"mnuScore"_s).trigger();
     QCOMPARE(control.Selection(), (TextSpan{700, 700}));
+    QCOMPARE(control.FirstVisibleLine(), qsizetype(100));
     // The way is in the history too.
     QCOMPARE(ToolbarButton(*editor, u"back"_s)->toolTip(), u"Back to x.orc (Alt+Left)"_s);
 }
