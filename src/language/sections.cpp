@@ -212,19 +212,14 @@ void PieceSections::ShowUnified(const QString &name, const QString &text, const 
             m_view.FocusText();
         });
         m_documents.NewText(FileKind::Unified, name, text, encoding);
-        if (m_editor.settings.Flag(Keys::ColorComments))
-            ColourAsOrchestra();
+        if (m_editor.settings.Flag(Keys::ColorComments)) {
+            m_highlighter.HighlightRange(0, 0, int(ScanMode::Orchestra));
+            m_documents.BringTextBack();
+        }
     }
     TypeEnable(m_editor.document.DocumentKind, m_view);
     if (m_steps.outline->OutlineShown())
         m_steps.outline->BuildOutline();
-}
-
-void PieceSections::ColourAsOrchestra()
-{
-    m_highlighter.HighlightRange(0, 0, int(ScanMode::Orchestra));
-    // A pass that failed leaves it set, and edits would go unseen.
-    m_editor.document.Loading = false;
 }
 
 void PieceSections::ConvertToPair()

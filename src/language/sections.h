@@ -75,7 +75,6 @@ private:
     static TextEncoding CommonEncoding(const Half &orchestra, const Half &score);
     /// Replaces the document by a new one of that text, which nobody has saved yet.
     void ShowUnified(const QString &name, const QString &text, const TextEncoding &encoding);
-    void ColourAsOrchestra();
     /// Asks for a file and writes a half to it. @param taken files that must not be written over: they hold
     /// what is only there once. @return its name, empty when the user has cancelled
     QString SaveHalf(FileKind kind, const QString &text, const QStringList &taken);

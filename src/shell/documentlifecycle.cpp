@@ -307,11 +307,7 @@ void DocumentLifecycle::OpenCopy(const CopyInfo &info, const QString &text, cons
     m_document.Modified = true;
     m_copy.Adopt(std::move(copy));
     m_steps.colour->performSyntaxHighlight();
-    if (m_document.Loading) {
-        // The pass has failed: the text must not stay out of sight, nor edits unseen.
-        m_document.Loading = false;
-        m_view.ShowText();
-    }
+    BringTextBack();
     m_view.EnableSaveButton(true);
     ShowCaption(u"*"_s);
     if (!info.name.isEmpty())
@@ -327,6 +323,15 @@ void DocumentLifecycle::KeepUnsaved()
 bool DocumentLifecycle::SecureText()
 {
     return m_copy.Finish();
+}
+
+void DocumentLifecycle::BringTextBack()
+{
+    if (!m_document.Loading)
+        return;
+    m_document.Loading = false;
+    m_view.ShowText();
+    m_view.FocusText();
 }
 
 void DocumentLifecycle::InsertFile(const QString &quotedName)

@@ -50,6 +50,10 @@ public:
     /// may end without a loss
     bool SecureText();
 
+    /// After a colouring that the document's own steps do not end: one that failed has left the text out of
+    /// sight and Loading set. The text must not stay out of sight, nor edits unseen.
+    void BringTextBack();
+
     /// Puts a text that no file holds yet into the window: a new, changed document of that name, without
     /// asking. @throws what the load throws for want of memory; the document is as it was then
     void NewText(FileKind kind, const QString &name, const QString &text, const TextEncoding &encoding);

@@ -11,6 +11,7 @@
 #include "platform/programfolder.h"
 #include "platform/ui/textcontrol.h"
 #include "shell/bands.h"
+#include "shell/documentlifecycle.h"
 #include "shell/command.h"
 #include "shell/documentview.h"
 #include "shell/editorcontext.h"
@@ -91,12 +92,7 @@ void LanguageRoom::LoadShownOpcodes()
 void LanguageRoom::Refresh()
 {
     m_highlighter.performSyntaxHighlight();
-    if (!m_context.editor.document.Loading)
-        return;
-    // The pass failed. The text must not stay out of sight, nor edits unseen.
-    m_context.view.ShowText();
-    m_context.view.FocusText();
-    m_context.editor.document.Loading = false;
+    m_context.documents.BringTextBack();
 }
 
 } // namespace zelvane
