@@ -85,48 +85,56 @@ PieceSections::PieceSections(EditorContext &editor, DocumentLifecycle &documents
 
 void PieceSections::mnuOrchestra()
 {
-    if (m_editor.document.CurrentFile.isEmpty())
-        return;
-    if (m_editor.document.DocumentKind == FileKind::Unified)
-        GoToTag(u"<CsInstruments>"_s, u"There is no <CsInstruments> tag in this file."_s);
-    else
-        GoToFile(FileKind::Orchestra, m_orchestraSide, m_scoreSide);
+    Go({.kind = FileKind::Orchestra,
+        .opening = u"<CsInstruments>"_s,
+        .missing = u"There is no <CsInstruments> tag in this file."_s,
+        .ours = m_orchestraSide,
+        .other = m_scoreSide});
 }
 
 void PieceSections::mnuScore()
 {
+    Go({.kind = FileKind::Score,
+        .opening = u"<CsScore>"_s,
+        .missing = u"There is no <CsScore> tag in this file."_s,
+        .ours = m_scoreSide,
+        .other = m_orchestraSide});
+}
+
+void PieceSections::Go(const Way &way)
+{
     if (m_editor.document.CurrentFile.isEmpty())
         return;
     if (m_editor.document.DocumentKind == FileKind::Unified)
-        GoToTag(u"<CsScore>"_s, u"There is no <CsScore> tag in this file."_s);
+        GoToTag(way);
     else
-        GoToFile(FileKind::Score, m_scoreSide, m_orchestraSide);
+        GoToFile(way);
 }
 
-void PieceSections::GoToTag(const QString &opening, const QString &missing)
+void PieceSections::GoToTag(const Way &way)
 {
-    const qsizetype hit = FindText(m_editor.text.Text(), opening, 0, -1, FindAnywhere);
+    const qsizetype hit = FindText(m_editor.text.Text(), way.opening, 0, -1, FindAnywhere);
     if (hit >= 0)
         PutCaretAtTop(hit);
     else
-        m_editor.desktop.MessageBox({.text = missing, .icon = BoxIcon::Information});
+        m_editor.desktop.MessageBox({.text = way.missing, .icon = BoxIcon::Information});
 }
 
-void PieceSections::GoToFile(FileKind kind, CaretMemory &ours, const CaretMemory &other)
+void PieceSections::GoToFile(const Way &way)
 {
     const DocumentRecord &document = m_editor.document;
-    const QString companion = SearchKindFile(kind, false, false, m_editor);
+    const QString companion = SearchKindFile(way.kind, false, false, m_editor);
     if (companion.isEmpty() || companion == document.CurrentFile)
         return;
     // When it cannot be saved, the opening asks about the text once more.
     if (document.Modified && m_editor.settings.Flag(Keys::SaveOnSwitch))
         m_editor.operations.SaveFile(document.CurrentFile);
-    ours = {document.CurrentFile, qint32(m_editor.text.Selection().start)};
+    way.ours = {document.CurrentFile, qint32(m_editor.text.Selection().start)};
     // The list of related files stays as it is, since both files belong to it.
     m_editor.operations.OpenFile(companion, OpenOrigin::RelatedFiles);
     if (m_editor.settings.Flag(Keys::RememberCaret) &&
-        document.CurrentFile.compare(other.file, Qt::CaseInsensitive) == 0)
-        PutCaretAtTop(other.caret);
+        document.CurrentFile.compare(way.other.file, Qt::CaseInsensitive) == 0)
+        PutCaretAtTop(way.other.caret);
 }
 
 void PieceSections::PutCaretAtTop(qsizetype offset)

@@ -59,10 +59,17 @@ private:
         TextEncoding encoding;
     };
 
-    /// @param missing tells that there is none
-    void GoToTag(const QString &opening, const QString &missing);
-    /// @param ours takes the place that is left; `other` is that of the command of the other half
-    void GoToFile(FileKind kind, CaretMemory &ours, const CaretMemory &other);
+    /// What the commands of the two halves differ in.
+    struct Way {
+        FileKind kind;
+        QString opening;          ///< the tag of a unified file
+        QString missing;          ///< tells that there is none
+        CaretMemory &ours;        ///< takes the place that is left
+        const CaretMemory &other; ///< that of the command of the other half
+    };
+    void Go(const Way &way);
+    void GoToTag(const Way &way);
+    void GoToFile(const Way &way);
     void PutCaretAtTop(qsizetype offset);
 
     void ConvertToUnified();

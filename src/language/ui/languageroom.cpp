@@ -3,7 +3,6 @@
 
 #include "language/helponword.h"
 #include "language/highlighter.h"
-#include "language/sections.h"
 #include "language/ui/navigationbuttons.h"
 #include "language/ui/opcodecombo.h"
 #include "language/ui/outlinepanel.h"
@@ -11,8 +10,8 @@
 #include "platform/programfolder.h"
 #include "platform/ui/textcontrol.h"
 #include "shell/bands.h"
-#include "shell/documentlifecycle.h"
 #include "shell/command.h"
+#include "shell/documentlifecycle.h"
 #include "shell/documentview.h"
 #include "shell/editorcontext.h"
 #include "shell/layoutkeys.h"
@@ -36,7 +35,7 @@ constexpr int ComboCharacters = 48; ///< as wide as the opcode combo grows
 LanguageRoom::LanguageRoom(const WindowContext &context)
     : m_context(context),
       m_highlighter(context.editor, context.view, m_opcodes),
-      m_sections(context.editor, context.documents, context.view, context.steps, m_highlighter),
+      m_sections(context, m_highlighter),
       cmbOpcodes(
           new OpcodeCombo(context.editor, ProgramFolder(), [&view = context.view] { view.FocusText(); })),
       tvwBrowse(new OutlinePanel(context)),
@@ -73,9 +72,6 @@ LanguageRoom::LanguageRoom(const WindowContext &context)
     context.commands.Bind(Cmd::mnuCsHelp,
                           [&editor = context.editor] { HelpOnWord(editor, ProgramFolder()); });
     context.commands.Bind(Cmd::mnuRefreshSyntaxHighlight, [this] { Refresh(); });
-    context.commands.Bind(Cmd::mnuOrchestra, [this] { m_sections.mnuOrchestra(); });
-    context.commands.Bind(Cmd::mnuScore, [this] { m_sections.mnuScore(); });
-    context.commands.Bind(Cmd::mnuCSD, [this](Conversion conversion) { m_sections.mnuCSD(conversion); });
 }
 
 void LanguageRoom::LoadTables()

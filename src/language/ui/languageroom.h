@@ -3,7 +3,7 @@
 
 #include "language/highlighter.h"
 #include "language/opcodelist.h"
-#include "language/sections.h"
+#include "language/ui/sectioncommands.h"
 #include "shell/documentsteps.h"
 #include "shell/ui/windowcontext.h"
 
@@ -34,7 +34,7 @@ private:
     WindowContext m_context;
     OpcodeList m_opcodes;
     Highlighter m_highlighter;
-    PieceSections m_sections;
+    SectionCommands m_sections;
     OpcodeCombo *cmbOpcodes;
     OutlinePanel *tvwBrowse;
     RelatedPanel *tvwRelated;
