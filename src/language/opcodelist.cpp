@@ -4,6 +4,7 @@
 #include "language/opcodeset.h"
 #include "platform/textfile.h"
 #include "shell/errorreport.h"
+#include "shell/separators.h"
 
 #include <QDir>
 
@@ -11,16 +12,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace zelvane
 {
-
-namespace
-{
-
-bool IsSeparator(QChar c)
-{
-    return c == u' ' || c == u'\t' || c == u'\r' || c == u'\n';
-}
-
-} // namespace
 
 bool OpcodeWalk::Next()
 {

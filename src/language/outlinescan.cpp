@@ -4,186 +4,26 @@
 #include "language/commentlookup.h"
 #include "language/macronames.h"
 #include "language/outline.h"
+#include "language/outlinebuilder.h"
+#include "language/outlinenode.h"
+#include "language/outlinewalks.h"
+#include "platform/textbuffer.h"
 #include "shell/findtext.h"
+#include "shell/separators.h"
 
 #include <algorithm>
-#include <numeric>
+#include <cstddef>
 #include <QString>
 #include <QStringView>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-using namespace Qt::Literals::StringLiterals;
-
 namespace zelvane
 {
 
-/// A macro definition; offsets from 0.
-struct FoundMacro {
-    qsizetype define;
-    TextSpan caption; ///< begins with the bare name
-    qsizetype nameEnd;
-};
-
-/// Puts nodes into an outline.
-class OutlineBuilder
-{
-public:
-    explicit OutlineBuilder(const QString &text) { m_outline.m_text = text; }
-
-    qint32 AddRoot(OutlineKind kind) { return Add({.kind = kind, .isRoot = true}); }
-    /// @return the node's place
-    qint32 Add(const OutlineNode &node)
-    {
-        m_outline.m_nodes.push_back(node);
-        return qint32(m_outline.m_nodes.size()) - 1;
-    }
-    qint32 Count() const { return qint32(m_outline.m_nodes.size()); }
-    void SetInstruments(std::vector<TextSpan> spans) { m_outline.m_instruments = std::move(spans); }
-    void AddTable(qint32 parent, qsizetype tag, const TextSpan &number, const TextSpan &size,
-                  const TextSpan &generator)
-    {
-        m_outline.m_tables.push_back({number, size, generator});
-        Add({.kind = OutlineKind::FunctionTable,
-             .parent = parent,
-             .number = qint32(m_outline.m_tables.size()),
-             .tag = qint32(tag)});
-    }
-
-    using Call = Outline::Call;
-    /// Adds a root and its macros.
-    void AddMacros(const std::vector<FoundMacro> &macros, const std::vector<std::vector<Call>> &calls,
-                   const MacroNames &names);
-
-    /// Finds out the children of each node. @return the whole outline
-    Outline Done();
-
-private:
-    Outline m_outline;
-};
-
-void OutlineBuilder::AddMacros(const std::vector<FoundMacro> &macros,
-                               const std::vector<std::vector<Call>> &calls, const MacroNames &names)
-{
-    std::vector<qsizetype> starts; // of the calls of each name in the outline's list
-    for (const std::vector<Call> &ofName : calls) {
-        starts.push_back(qsizetype(m_outline.m_calls.size()));
-        m_outline.m_calls.insert(m_outline.m_calls.end(), ofName.begin(), ofName.end());
-    }
-    const qint32 root = AddRoot(OutlineKind::Macro);
-    m_outline.m_firstMacro = Count();
-    qsizetype places = 0;
-    for (std::size_t i = 0; i < macros.size(); ++i) {
-        const FoundMacro &macro = macros[i];
-        const std::vector<Call> &ofName = calls[names.GroupOf(i)];
-        const auto first =
-            std::lower_bound(ofName.begin(), ofName.end(), macro.define,
-                             [](const Call &call, qsizetype define) { return call.tag < define; });
-        const qsizetype start = starts[names.GroupOf(i)];
-        places += ofName.end() - first;
-        m_outline.m_macros.push_back(
-            {start + (first - ofName.begin()), start + qsizetype(ofName.size()), places});
-        Add({.kind = OutlineKind::Macro,
-             .parent = root,
-             .number = qint32(i) + 1,
-             .tag = qint32(macro.define),
-             .caption = macro.caption});
-    }
-}
-
-Outline OutlineBuilder::Done()
-{
-    const std::vector<OutlineNode> &nodes = m_outline.m_nodes;
-    std::vector<qint32> &ends = m_outline.m_childrenEnd;
-    ends.assign(nodes.size() + 1, 0);
-    for (const OutlineNode &node : nodes)
-        ++ends[std::size_t(node.parent + 1)];
-    m_outline.m_rows.reserve(nodes.size());
-    std::vector<qint32> next(ends.size());
-    std::exclusive_scan(ends.begin(), ends.end(), next.begin(), 0);
-    const std::vector<qint32> starts = next;
-    std::partial_sum(ends.begin(), ends.end(), ends.begin());
-    m_outline.m_children.resize(nodes.size());
-    for (std::size_t place = 0; place < nodes.size(); ++place) {
-        const auto parent = std::size_t(nodes[place].parent + 1);
-        m_outline.m_rows.push_back(next[parent] - starts[parent]);
-        m_outline.m_children[std::size_t(next[parent]++)] = qint32(place);
-    }
-    return std::move(m_outline);
-}
-
 namespace
 {
-
-bool IsBlankOrTab(QChar c)
-{
-    return c == u' ' || c == u'\t';
-}
-bool IsLineEnd(QChar c)
-{
-    return c == u'\n' || c == u'\r';
-}
-bool IsSeparator(QChar c)
-{
-    return IsBlankOrTab(c) || IsLineEnd(c);
-}
-
-/// Whether no letter, digit or underscore touches the stretch.
-bool IsWholeWord(QStringView text, qsizetype start, qsizetype end)
-{
-    return (start == 0 || !IsWordCharacter(text[start - 1])) &&
-           (end == text.size() || !IsWordCharacter(text[end]));
-}
-
-/// A word that is searched for without regard to case.
-class Keyword
-{
-public:
-    /// @param word in lower case
-    explicit constexpr Keyword(std::u16string_view word) : m_word(word) {}
-
-    qsizetype Size() const { return qsizetype(m_word.size()); }
-
-    /// The first hit as a whole word in [from, end), -1 without one.
-    qsizetype Find(QStringView text, qsizetype from, qsizetype end) const
-    {
-        const qsizetype last = end - Size();
-        while (from <= last) {
-            // A look at many places at once is made without a branch; nearly always there is nothing.
-            const qsizetype count = std::min<qsizetype>(last - from + 1, 64);
-            if (MayStandIn(text.utf16() + from, count)) {
-                for (qsizetype at = from; at < from + count; ++at) {
-                    if (StandsAt(text, at))
-                        return at;
-                }
-            }
-            from += count;
-        }
-        return -1;
-    }
-
-private:
-    /// Whether the word may begin at one of the places; the letters looked at have no third form.
-    bool MayStandIn(const char16_t *places, qsizetype count) const
-    {
-        const char16_t first = m_word[0], second = m_word[1], last = m_word.back();
-        const char16_t *const ends = places + Size() - 1;
-        unsigned hits = 0;
-        for (qsizetype i = 0; i < count; ++i)
-            hits |= unsigned((places[i] | 0x20) == first) & unsigned((places[i + 1] | 0x20) == second) &
-                    unsigned((ends[i] | 0x20) == last);
-        return hits != 0;
-    }
-    bool StandsAt(QStringView text, qsizetype at) const
-    {
-        return (text[at].unicode() | 0x20) == m_word.front() &&
-               text.sliced(at, Size()).compare(m_word, Qt::CaseInsensitive) == 0 &&
-               IsWholeWord(text, at, at + Size());
-    }
-
-    std::u16string_view m_word;
-};
 
 constexpr Keyword Instr(u"instr"), Endin(u"endin");
 constexpr std::u16string_view Define = u"#define", Include = u"#include";
@@ -206,28 +46,6 @@ bool IsLongerNormalized(QStringView text, qsizetype count)
     return false;
 }
 
-/// Finds the next character of a kind. Asked about rising offsets it reads no character twice.
-template <bool (*IsWanted)(QChar)> class NextCharacter
-{
-public:
-    explicit NextCharacter(QStringView text) : m_text(text) {}
-
-    /// The next such character at or behind the offset, else the end of the text.
-    qsizetype From(qsizetype offset)
-    {
-        if (offset < m_from || offset > m_next)
-            m_from = m_next = offset;
-        while (m_next < m_text.size() && !IsWanted(m_text[m_next]))
-            ++m_next;
-        return m_next;
-    }
-
-private:
-    QStringView m_text;
-    qsizetype m_from = 0; ///< up to m_next there is none
-    qsizetype m_next = 0;
-};
-
 bool EndsInclude(QChar c)
 {
     return c == u';' || IsLineEnd(c);
@@ -246,109 +64,6 @@ void ForEachLetter(QStringView text, char16_t letter, qsizetype start, qsizetype
         if (IsWholeWord(text, hit, hit + 1))
             found(hit);
     }
-}
-
-/// Finds out whether a colon ends a label: a lone word at the start of a line, which may be indented. Asked
-/// about rising offsets it reads no character twice.
-class LabelLines
-{
-public:
-    explicit LabelLines(QStringView text) : m_text(text) {}
-
-    bool IsLabel(qsizetype colon)
-    {
-        qsizetype start = colon;
-        while (start > m_read && m_text[start - 1] != u'\n')
-            --start;
-        if (start > m_read || m_read == 0)
-            BeginLine(start);
-        for (; m_read < colon; ++m_read)
-            Read(m_text[m_read]);
-        return m_isLabel && m_place != Place::BehindReturn;
-    }
-    /// Where the line of the colon that was asked about last begins.
-    qsizetype LineStart() const { return m_lineStart; }
-
-private:
-    enum class Place { Indent, LeadingReturns, Word, BehindReturn };
-
-    void BeginLine(qsizetype start)
-    {
-        m_lineStart = m_read = start;
-        m_place = Place::Indent;
-        m_isLabel = true;
-    }
-    void Read(QChar c)
-    {
-        if (IsBlankOrTab(c)) {
-            m_isLabel = m_isLabel && m_place == Place::Indent;
-        } else if (c == u'\r') {
-            // A return within the word becomes a blank of the caption, one in front of it is trimmed.
-            m_place = m_place == Place::Word || m_place == Place::BehindReturn ? Place::BehindReturn
-                                                                               : Place::LeadingReturns;
-        } else {
-            m_isLabel = m_isLabel && c != u'(' && m_place != Place::BehindReturn;
-            m_place = Place::Word;
-        }
-    }
-
-    QStringView m_text;
-    qsizetype m_lineStart = 0;
-    qsizetype m_read = 0; ///< how far the line is read
-    Place m_place = Place::Indent;
-    bool m_isLabel = true;
-};
-
-/// Walks the fields of table statements.
-class TableWalk
-{
-public:
-    explicit TableWalk(QStringView text) : m_text(text) {}
-
-    /// @param start the offset behind the letter @return whether a table statement of four fields stands
-    /// there that is no "f 0"
-    bool IsTable(qsizetype start);
-    /// A field, from 1, of the last statement. Its length leaves out the slashes in it. Kept: a field that no
-    /// separator has ended has the length that the field of its number had before.
-    const TextSpan &Field(int number) const { return m_fields[number - 1]; }
-
-private:
-    static constexpr int Fields = 4;
-
-    QStringView m_text;
-    TextSpan m_fields[Fields];
-};
-
-bool TableWalk::IsTable(qsizetype start)
-{
-    int count = 0;
-    qsizetype length = 0; // of the field that the walk is in, 0 between fields
-    for (qsizetype at = start; at < m_text.size(); ++at) {
-        const QChar c = m_text[at];
-        if (c == u';')
-            break;
-        if (c == u'/') {
-            if (at + 1 < m_text.size() && m_text[at + 1] == u'*')
-                break;
-            continue;
-        }
-        if (IsSeparator(c)) {
-            if (length == 0)
-                continue;
-            TextSpan &field = m_fields[count - 1];
-            field.end = field.start + length;
-            length = 0;
-            if (count == Fields)
-                break;
-            continue;
-        }
-        if (length++ == 0) {
-            TextSpan &field = m_fields[count++];
-            field = {at, at + field.Length()};
-        }
-    }
-    const TextSpan &number = m_fields[0];
-    return count == Fields && m_text.sliced(number.start, number.Length()) != u"0";
 }
 
 /// The scanners, each over the part of the text that it is given: offsets from 0, the end exclusive.

@@ -4,6 +4,7 @@
 #include "platform/runtimeerror.h"
 #include "platform/textwriter.h"
 #include "shell/editorkeys.h"
+#include "shell/separators.h"
 
 #include <algorithm>
 #include <array>
@@ -21,14 +22,6 @@ namespace
 bool IsBlank(QChar c)
 {
     return c == u' ';
-}
-bool IsBlankOrTab(QChar c)
-{
-    return c == u' ' || c == u'\t';
-}
-bool IsLineEnd(QChar c)
-{
-    return c == u'\n' || c == u'\r';
 }
 
 /// Asks whether to go on once for each stretch of text, so that asking costs nothing beside the work.
