@@ -295,24 +295,24 @@ void Scanners::SearchMacro()
 std::vector<std::vector<Scanners::Call>> Scanners::SearchMacroCall(const MacroNames &names,
                                                                    qsizetype from) const
 {
+    // The hits come by their ends; comments are looked for from the beginning on.
     CommentLookup comments = Comments();
+    std::vector<bool> mayBegin(std::size_t(m_text.size()));
+    for (qsizetype sign = from; (sign = m_text.indexOf(u'$', sign)) >= 0; ++sign)
+        mayBegin[std::size_t(sign)] =
+            (sign == 0 || !IsWordCharacter(m_text[sign - 1])) && !comments.IsCommented(sign);
     NextCharacter<EndsArguments> brackets(m_text);
     std::vector<std::vector<Call>> calls(names.GroupCount());
-    for (qsizetype hit = from; (hit = m_text.indexOf(u'$', hit)) >= 0; ++hit) {
-        if (hit > 0 && IsWordCharacter(m_text[hit - 1]))
-            continue;
-        names.ForEachAt(m_text, hit + 1, [&](qsizetype length, std::size_t group) {
-            if (comments.IsCommented(hit))
-                return;
-            qsizetype end = hit + 1 + length;
-            if (end < m_text.size() && m_text[end] == u'(') {
-                const qsizetype bracket = brackets.From(end);
-                if (bracket < m_text.size() && m_text[bracket] == u')')
-                    end = bracket + 1;
-            }
-            calls[group].push_back({qint32(hit), {hit + 1, end}});
-        });
-    }
+    names.ForEachCall(m_text, from, [&](qsizetype start, qsizetype end, std::size_t group) {
+        if (!mayBegin[std::size_t(start)])
+            return;
+        if (end < m_text.size() && m_text[end] == u'(') {
+            const qsizetype bracket = brackets.From(end);
+            if (bracket < m_text.size() && m_text[bracket] == u')')
+                end = bracket + 1;
+        }
+        calls[group].push_back({qint32(start), {start + 1, end}});
+    });
     return calls;
 }
 

@@ -5,6 +5,7 @@
 #include "support/randomtext.h"
 
 #include <gtest/gtest.h>
+#include <QElapsedTimer>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -141,6 +142,14 @@ TEST(OutlineOracle, MacroCalls)
                      FileKind::Orchestra, u"macrocall"_s, 4, 30);
 }
 
+TEST(OutlineOracle, CallsOfMacrosWhoseNamesHoldTheSign)
+{
+    CompareWithLoops({u"#define $#"_s, u"#define $$#"_s, u"#define A$A#"_s, u"#define $A$#"_s,
+                      u"#define A$#"_s, u"#define A$AB#"_s, u"#define \n$A#"_s, u"$"_s, u"$"_s, u"$A"_s,
+                      u"$A$"_s, u"$A$A"_s, u"A"_s, u"B"_s, u"\n"_s, u" "_s},
+                     FileKind::Orchestra, u"macrocall"_s, 11, 30);
+}
+
 TEST(OutlineOracle, Includes)
 {
     CompareWithLoops({u"#include"_s, u"#include \"a.orc\""_s, u"#Include <b>"_s, u"#include \"c d\";"_s,
@@ -231,6 +240,55 @@ TEST(Outline, ManyMacrosOfOneNameShareTheirCalls)
     const qsizetype last = outline.Find(u"mac20000cal1"_s);
     EXPECT_EQ(last, outline.Count() - 1);
     EXPECT_EQ(outline.At(last).tag, 17 * Macros - 3);
+}
+
+TEST(Outline, NoTextMakesItSlow)
+{
+    constexpr qsizetype size = 200'000; // a scan that were not linear would take minutes
+    const auto chain = [](QStringView piece) { return piece.toString().repeated(size / piece.size()); };
+    const QStringList texts = {
+        u"#define "_s + QString(size / 2, u'$') + u'#' + QString(size / 2, u'$'),
+        u"#define "_s + chain(u"$a") + u'#' + chain(u"$a"),
+        u"#define "_s + chain(u"$a") + u"b#"_s + chain(u"$a"),
+        u"#define "_s + QString(size / 2, u'a') + u'#' + chain(u"$a"),
+        chain(u"#define A #1# $A("),
+        u"#define A #1#"_s + chain(u"$A("),
+        chain(u"#define"),
+        chain(u"#define "),
+        chain(u"#include "),
+        chain(u"#include"),
+        u"; "_s + chain(u"$A instr : #include x #define A # m s "),
+        chain(u"instr "),
+        chain(u"instr ") + u"endin"_s,
+        chain(u";instr\n"),
+        chain(u"instr endin "),
+        u"instr "_s + QString(size, u':') + u" endin"_s,
+        u"instr "_s + chain(u"a:") + u" endin"_s,
+        u"instr "_s + chain(u" :") + u" endin"_s,
+        chain(u"f "),
+        u"f "_s + chain(u"/ f"),
+        u"f "_s + QString(size, u'/'),
+        chain(u"m "),
+        chain(u"s "),
+        chain(u"/* "),
+        chain(u"/*/ s "),
+        QString(size, u'<'),
+        chain(u"<a>"),
+        chain(u"<a>") + chain(u"</a>"),
+        chain(u"<a></a>"),
+        QString(size, u'$'),
+        QString(size, u'\0'),
+    };
+    for (const QString &text : texts) {
+        QElapsedTimer timer;
+        timer.start();
+        for (const FileKind kind : {FileKind::Orchestra, FileKind::Score, FileKind::Unified})
+            ScanOutline(text, kind);
+        ScanOutline(u"<CsInstruments>"_s + text + u"</CsInstruments><CsScore>"_s + text + u"</CsScore>"_s,
+                    FileKind::Unified);
+        EXPECT_LT(timer.elapsed(), 20000)
+            << "a text of " << ::testing::PrintToString(text.left(20)) << " and so on";
+    }
 }
 
 TEST(Outline, AnOtherDocumentHasNone)
