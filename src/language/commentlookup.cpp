@@ -1,24 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "language/commentlookup.h"
 
-#include <algorithm>
-#include <iterator>
+#include "shell/textops.h"
 
 namespace zelvane
 {
 
 bool CommentLookup::IsCommented(qsizetype offset)
 {
-    return IsInBlockComment(offset) || IsInLineComment(offset);
-}
-
-bool CommentLookup::IsInBlockComment(qsizetype offset) const
-{
-    // Ranges share no more than one character, so only the last that starts before the offset can hold it.
-    const auto behind =
-        std::lower_bound(m_blockComments.begin(), m_blockComments.end(), offset,
-                         [](const TextSpan &comment, qsizetype at) { return comment.start < at; });
-    return behind != m_blockComments.begin() && offset < std::prev(behind)->end;
+    return IsInBlockComment(offset, m_blockComments) || IsInLineComment(offset);
 }
 
 bool CommentLookup::IsInLineComment(qsizetype offset)

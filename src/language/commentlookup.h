@@ -24,7 +24,6 @@ public:
     bool IsCommented(qsizetype offset);
 
 private:
-    bool IsInBlockComment(qsizetype offset) const;
     bool IsInLineComment(qsizetype offset);
 
     QStringView m_text;

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <QDir>
 #include <QFileInfo>
+#include <QStringList>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -20,12 +21,11 @@ namespace zelvane
 namespace
 {
 
-void PutCaretOnTop(TextBuffer &text, qsizetype offset)
+/// A caret that is there already stays, and so does what is selected from there on.
+void ShowPlace(TextBuffer &text, qsizetype offset)
 {
-    if (text.Selection() == TextSpan{offset, offset})
-        return;
-    text.SetSelection(offset, offset);
-    text.ScrollToLine(text.LineOfOffset(offset));
+    if (text.Selection().start != offset)
+        PutCaretOnTop(text, offset);
 }
 
 QString TextWithLineEnd(const TextBuffer &text, const TextSpan &instrument)
@@ -62,12 +62,12 @@ void ShowOutlineNode(EditorContext &editor, const Outline &outline, qsizetype pl
             editor.status.Show(QString::number(outline.ChildCount(place)) + u' ' + outline.Caption(place));
     } else if (node.kind == OutlineKind::Instrument) {
         const TextSpan instrument = outline.Instrument(node.tag);
-        PutCaretOnTop(editor.text, instrument.start);
+        ShowPlace(editor.text, instrument.start);
         const qsizetype lines =
             editor.text.LineOfOffset(instrument.end) - editor.text.LineOfOffset(instrument.start) + 1;
         editor.status.Show(u"Instrument: %1 lines - %2 characters"_s.arg(lines).arg(instrument.Length()));
     } else {
-        PutCaretOnTop(editor.text, node.tag);
+        ShowPlace(editor.text, node.tag);
         editor.status.Show(outline.Caption(place) + u" @ character "_s + QString::number(node.tag));
     }
 }

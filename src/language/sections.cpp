@@ -21,6 +21,7 @@
 #include "shell/loadedtext.h"
 #include "shell/settings.h"
 #include "shell/splitpath.h"
+#include "shell/textops.h"
 #include "shell/typeenable.h"
 
 #include <algorithm>
@@ -115,7 +116,7 @@ void PieceSections::GoToTag(const Way &way)
 {
     const qsizetype hit = FindText(m_editor.text.Text(), way.opening, 0, -1, FindAnywhere);
     if (hit >= 0)
-        PutCaretAtTop(hit);
+        PutCaretOnTop(m_editor.text, hit);
     else
         m_editor.desktop.MessageBox({.text = way.missing, .icon = BoxIcon::Information});
 }
@@ -134,14 +135,7 @@ void PieceSections::GoToFile(const Way &way)
     m_editor.operations.OpenFile(companion, OpenOrigin::RelatedFiles);
     if (m_editor.settings.Flag(Keys::RememberCaret) &&
         document.CurrentFile.compare(way.other.file, Qt::CaseInsensitive) == 0)
-        PutCaretAtTop(way.other.caret);
-}
-
-void PieceSections::PutCaretAtTop(qsizetype offset)
-{
-    TextBuffer &text = m_editor.text;
-    text.ScrollToLine(text.LineOfOffset(offset));
-    text.SetSelection(offset, offset);
+        PutCaretOnTop(m_editor.text, way.other.caret);
 }
 
 void PieceSections::mnuCSD(Conversion conversion)

@@ -70,7 +70,6 @@ private:
     void Go(const Way &way);
     void GoToTag(const Way &way);
     void GoToFile(const Way &way);
-    void PutCaretAtTop(qsizetype offset);
 
     void ConvertToUnified();
     void ConvertToPair();

@@ -146,13 +146,25 @@ void SelectLine(TextBuffer &text, qsizetype pos)
     text.SetSelection(pos, line + 1 < text.LineCount() ? text.LineStart(line + 1) : text.Length());
 }
 
-bool IsCommented(QStringView text, qsizetype pos, std::span<const TextSpan> blockComments)
+void PutCaretOnTop(TextBuffer &text, qsizetype offset)
+{
+    text.ScrollToLine(text.LineOfOffset(offset));
+    // Last, so that a place deep in a wrapped line comes into sight.
+    text.SetSelection(offset, offset);
+}
+
+bool IsInBlockComment(qsizetype pos, std::span<const TextSpan> blockComments)
 {
     // A range may share its opening mark's first character with the one before it, and no more: so only the
     // last range that starts before `pos` can hold it.
     const auto behind = std::lower_bound(blockComments.begin(), blockComments.end(), pos,
                                          [](const TextSpan &span, qsizetype at) { return span.start < at; });
-    if (behind != blockComments.begin() && pos < std::prev(behind)->end)
+    return behind != blockComments.begin() && pos < std::prev(behind)->end;
+}
+
+bool IsCommented(QStringView text, qsizetype pos, std::span<const TextSpan> blockComments)
+{
+    if (IsInBlockComment(pos, blockComments))
         return true;
     for (qsizetype i = std::min(pos, text.size() - 1); i >= 0; --i) {
         if (text[i] == u';')
@@ -322,9 +334,7 @@ void GoToLine(EditorContext &editor)
         editor.desktop.MessageBox({.text = u"Invalid line number."_s, .icon = BoxIcon::Warning});
         return;
     }
-    const qsizetype start = editor.text.LineStart(qsizetype(target));
-    editor.text.SetSelection(start, start);
-    editor.text.ScrollToLine(qsizetype(target));
+    PutCaretOnTop(editor.text, editor.text.LineStart(qsizetype(target)));
 }
 
 } // namespace zelvane

@@ -23,10 +23,16 @@ QString GetLineHalf(const TextBuffer &text, qsizetype pos);
 /// Selects from `pos` to the start of the next line, or to the end of the text; nothing happens when the
 /// selection ends on another line than that of `pos`.
 void SelectLine(TextBuffer &text, qsizetype pos);
+/// Whether `pos` is strictly inside one of the block comments.
+/// @param blockComments the half-open ranges of the text's block comments, in order
+bool IsInBlockComment(qsizetype pos, std::span<const TextSpan> blockComments);
 /// Whether `pos` is in a comment: strictly inside one of the block comments, or with a ";" before it on its
 /// line or at it.
 /// @param blockComments the half-open ranges of the text's block comments, in order
 bool IsCommented(QStringView text, qsizetype pos, std::span<const TextSpan> blockComments);
+
+/// Puts the caret to an offset and its line to the top of the view.
+void PutCaretOnTop(TextBuffer &text, qsizetype offset);
 
 // Transformations of a selection's text. A line end is one LF.
 

@@ -204,6 +204,8 @@ TEST_F(OutlineCommands, AMissingIncludeIsTold)
 }
 
 TEST_F(OutlineCommands, AnInsertedIncludeTakesThePlaceOfItsLine)
+    // It need not belong to the same piece: the related files are looked for anew.
+    EXPECT_EQ(operations.lastOrigin, OpenOrigin::Command);
 {
     const QString path = WriteFile(u"pieces/u.orc"_s);
     InsertInclude(editor, u"u.orc"_s, 74);

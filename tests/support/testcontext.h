@@ -36,9 +36,14 @@ struct TestWindows : ProgramWindows, PresetWindows {
 
 struct TestOperations : DocumentOperations {
     QStringList calls; ///< "open NAME", "save NAME", "new KIND NAME", "insert NAME", "query", "keep"
+    OpenOrigin lastOrigin = OpenOrigin::Command; ///< of the last open
     bool queryAnswer = true;
     bool saveAnswer = true;
-    void OpenFile(const QString &name, OpenOrigin) override { calls.append(QStringLiteral("open ") + name); }
+    void OpenFile(const QString &name, OpenOrigin origin) override
+    {
+        calls.append(QStringLiteral("open ") + name);
+        lastOrigin = origin;
+    }
     bool SaveFile(const QString &name) override
     {
         calls.append(QStringLiteral("save ") + name);
