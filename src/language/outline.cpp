@@ -13,6 +13,8 @@ namespace zelvane
 namespace
 {
 
+constexpr qsizetype LongestShown = 300; ///< characters
+
 struct KindNames {
     QLatin1String rootKey;
     QLatin1String rootCaption;
@@ -94,6 +96,16 @@ QString Outline::Caption(qsizetype place) const
         break;
     }
     return NormalizeSpaces(Part(node.caption));
+}
+
+QString Outline::ShownCaption(qsizetype place) const
+{
+    QString caption = Caption(place);
+    if (caption.size() > LongestShown) {
+        caption.truncate(LongestShown - 1);
+        caption += u'\u2026';
+    }
+    return caption.replace(u'\n', u' ');
 }
 
 qsizetype Outline::Find(QStringView key) const

@@ -7,7 +7,6 @@
 
 #include <QString>
 #include <QStringView>
-#include <utility>
 #include <vector>
 
 namespace zelvane
@@ -28,6 +27,9 @@ public:
     /// "rootins" for a root, "ins3" for a child, "ins3lbl1" for a label or a call below one.
     QString Key(qsizetype place) const;
     QString Caption(qsizetype place) const;
+    /// A caption as people read it: one line of no more than 300 characters, the last of them "…" where it is
+    /// longer. The caption itself may be as long as the text.
+    QString ShownCaption(qsizetype place) const;
     /// The place of the node with this key, -1 if there is none.
     qsizetype Find(QStringView key) const;
 

@@ -68,7 +68,7 @@ void ShowOutlineNode(EditorContext &editor, const Outline &outline, qsizetype pl
         editor.status.Show(u"Instrument: %1 lines - %2 characters"_s.arg(lines).arg(instrument.Length()));
     } else {
         ShowPlace(editor.text, node.tag);
-        editor.status.Show(outline.Caption(place) + u" @ character "_s + QString::number(node.tag));
+        editor.status.Show(outline.ShownCaption(place) + u" @ character "_s + QString::number(node.tag));
     }
 }
 

@@ -2,6 +2,7 @@
 #include "language/ui/outlinemodel.h"
 
 #include "shell/ui/icons.h"
+#include "shell/ui/plaintooltip.h"
 
 #include <QBrush>
 #include <QFont>
@@ -18,18 +19,10 @@ namespace
 {
 
 constexpr quintptr MessageId = ~quintptr(0);
-constexpr qsizetype LongestShown = 300; ///< characters of a caption, which may be as long as the text
 
 QBrush GreyText()
 {
     return QGuiApplication::palette().brush(QPalette::Disabled, QPalette::Text);
-}
-
-/// A caption as a row shows it: the beginning of what may span lines.
-QString OneLine(QString caption)
-{
-    caption.truncate(LongestShown);
-    return caption.replace(u'\n', u' ');
 }
 
 } // namespace
@@ -91,17 +84,18 @@ QVariant OutlineModel::data(const QModelIndex &index, int role) const
     const OutlineNode node = m_outline.At(place);
     switch (role) {
     case Qt::DisplayRole:
+        return m_outline.ShownCaption(place);
     case Qt::ToolTipRole:
-        return OneLine(m_outline.Caption(place));
+        return PlainToolTip(m_outline.ShownCaption(place));
     case Qt::DecorationRole:
         return IconOf(node.kind);
     case KeyRole:
         return m_outline.Key(place);
     case Qt::FontRole:
         if (node.isRoot) {
-            QFont font = QGuiApplication::font();
-            font.setBold(true);
-            return font;
+            QFont bold; // all else is the tree's
+            bold.setBold(true);
+            return bold;
         }
         break;
     case Qt::ForegroundRole:
