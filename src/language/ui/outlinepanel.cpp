@@ -32,9 +32,10 @@ namespace
 constexpr int DeepestOpened = 100;          ///< levels
 constexpr qsizetype MostOpened = 1'000'000; ///< rows
 
-/// The context menu of a node, by the letters that its key begins with.
-MenuName MenuOfKey(QStringView key)
+/// The context menu of a row, by the letters that its key begins with.
+MenuName MenuOf(const QModelIndex &row)
 {
+    const QString key = row.data(OutlineModel::KeyRole).toString();
     if (key.startsWith(u"ins"))
         return Menu::mnuBrowseEditable;
     return key.startsWith(u"inc") ? Menu::mnuBrowseInclude : Menu::mnuTreeView;
@@ -144,11 +145,12 @@ void OutlinePanel::keyPressEvent(QKeyEvent *event)
 void OutlinePanel::ShowMenu(const QPoint &at)
 {
     const QModelIndex under = indexAt(at);
-    // What the menu works on has to be what is shown.
-    const QModelIndex row = Refreshed(under.isValid() ? under : currentIndex());
+    QModelIndex row = under.isValid() ? under : currentIndex();
+    // A menu that works on the text has to be that of what is shown.
+    if (MenuOf(row) != Menu::mnuTreeView)
+        row = Refreshed(row);
     m_menuRow = row;
-    m_context.menus.Menu(MenuOfKey(row.data(OutlineModel::KeyRole).toString()))
-        ->popup(viewport()->mapToGlobal(at));
+    m_context.menus.Menu(MenuOf(row))->popup(viewport()->mapToGlobal(at));
 }
 
 void OutlinePanel::EditInstrument(InstrumentEntry entry)
