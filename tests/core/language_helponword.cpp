@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "language/helponword.h"
 #include "language/normalizespaces.h"
+#include "oracle/scanoracle.h"
 #include "platform/helpviewer.h"
 #include "shell/toolkeys.h"
 #include "support/randomtext.h"
@@ -17,20 +18,6 @@ namespace zelvane::test
 
 namespace
 {
-
-/// The text rule as a loop over whole strings.
-QString NormalizeByReplacing(QString text)
-{
-    for (const QString &separator : {u"\t"_s, u"\n"_s, u"\r"_s})
-        text.replace(separator, u" "_s);
-    while (text.startsWith(u' '))
-        text.remove(0, 1);
-    while (text.endsWith(u' '))
-        text.chop(1);
-    while (text.contains(u"  "_s))
-        text.replace(u"  "_s, u" "_s);
-    return text;
-}
 
 class HelpOnAWord : public ::testing::Test
 {
@@ -57,7 +44,7 @@ TEST(NormalizeSpaces, IsThatOfReplacingUntilNothingIsLeft)
         {u" "_s, u"  "_s, u"\t"_s, u"\n"_s, u"\r"_s, u"\r\n"_s, u"a"_s, u"b c"_s, u"\u00a0"_s, u"\f"_s});
     for (int i = 0; i < 20000; ++i) {
         const QString text = random.Next();
-        ASSERT_EQ(NormalizeSpaces(text), NormalizeByReplacing(text)) << ::testing::PrintToString(text);
+        ASSERT_EQ(NormalizeSpaces(text), oracle::NormalizeSpaces(text)) << ::testing::PrintToString(text);
     }
     EXPECT_EQ(NormalizeSpaces(u" \t a \r\n b\n"_s), u"a b"_s);
     EXPECT_EQ(NormalizeSpaces(u" \t\n"_s), QString());

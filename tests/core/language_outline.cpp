@@ -5,6 +5,7 @@
 #include "support/randomtext.h"
 
 #include <gtest/gtest.h>
+#include <map>
 #include <QElapsedTimer>
 
 using namespace Qt::Literals::StringLiterals;
@@ -91,12 +92,12 @@ const QStringList CommonPieces = {u" "_s,  u"\n"_s, u"\n"_s, u"\t"_s, u"\r"_s,  
                                   u"/*"_s, u"*/"_s, u"/"_s,  u"*"_s,  u"\u00e9"_s, u"_"_s,
                                   u"1"_s,  u"x"_s,  u"("_s,  u")"_s,  u"\u0416"_s, u"\""_s};
 
-/// Compares with the loops on texts of the pieces; `wanted` is an image that has to come up.
-void CompareWithLoops(const QStringList &pieces, FileKind kind, const QString &wanted, unsigned seed,
+/// Compares with the loops on texts of the pieces; the `wanted` images have to come up.
+void CompareWithLoops(const QStringList &pieces, FileKind kind, const QStringList &wanted, unsigned seed,
                       int longest = 24)
 {
     RandomText random(CommonPieces + pieces, longest, seed);
-    qsizetype hits = 0;
+    std::map<QString, int> hits; // by image
     for (int i = 0; i < RandomTexts; ++i) {
         const QString text = random.Next();
         oracle::OutlineLoops loops;
@@ -107,9 +108,10 @@ void CompareWithLoops(const QStringList &pieces, FileKind kind, const QString &w
             ASSERT_EQ(outline.Instrument(n), (TextSpan{loops.instrStart[n], loops.instrEnd[n]}))
                 << ::testing::PrintToString(text);
         for (const oracle::TreeNode &node : loops.tree)
-            hits += node.image == wanted && !node.tag.isEmpty();
+            hits[node.image] += !node.tag.isEmpty();
     }
-    EXPECT_GT(hits, RandomTexts / 10) << "the texts hold too little";
+    for (const QString &image : wanted)
+        EXPECT_GT(hits[image], RandomTexts / 10) << "the texts hold too little: " << qPrintable(image);
 }
 
 } // namespace
@@ -118,20 +120,20 @@ TEST(OutlineOracle, Instruments)
 {
     CompareWithLoops({u"instr"_s, u"instr "_s, u"instr 1\n"_s, u"endin"_s, u"\nendin\n"_s, u" endin "_s,
                       u"INSTR"_s, u"Endin"_s, u"in\u017Ftr"_s, u"\u0130nstr"_s, u"endIn"_s},
-                     FileKind::Orchestra, u"instr"_s, 1);
+                     FileKind::Orchestra, {u"instr"_s}, 1);
 }
 
 TEST(OutlineOracle, Labels)
 {
     CompareWithLoops({u"\ninstr "_s, u"\ninstr 1\n"_s, u"\nendin\n"_s, u":"_s, u":"_s, u":"_s, u"lab:"_s,
                       u"\nlab"_s, u"\n\t lab:"_s, u"\r"_s},
-                     FileKind::Orchestra, u"label"_s, 2, 40);
+                     FileKind::Orchestra, {u"label"_s}, 2, 40);
 }
 
 TEST(OutlineOracle, Macros)
 {
     CompareWithLoops({u"#define"_s, u"#define "_s, u"#define A"_s, u"#DEFINE x("_s, u"#"_s, u"#"_s, u"A"_s},
-                     FileKind::Orchestra, u"macro"_s, 3);
+                     FileKind::Orchestra, {u"macro"_s}, 3);
 }
 
 TEST(OutlineOracle, MacroCalls)
@@ -139,7 +141,7 @@ TEST(OutlineOracle, MacroCalls)
     CompareWithLoops({u"#define A#"_s, u"#define A #1#\n"_s, u"#define AB(x)#"_s, u"#define A.B#"_s,
                       u"#define \n#"_s, u"#define #"_s, u"#define $A#"_s, u"$"_s, u"$A"_s, u"$A("_s, u"$AB"_s,
                       u"$A.B "_s, u"$a"_s, u"$$A"_s, u"A"_s, u"B"_s, u" $AB(1)"_s, u"$x"_s, u"#define x #"_s},
-                     FileKind::Orchestra, u"macrocall"_s, 4, 30);
+                     FileKind::Orchestra, {u"macrocall"_s}, 4, 30);
 }
 
 TEST(OutlineOracle, CallsOfMacrosWhoseNamesHoldTheSign)
@@ -147,48 +149,80 @@ TEST(OutlineOracle, CallsOfMacrosWhoseNamesHoldTheSign)
     CompareWithLoops({u"#define $#"_s, u"#define $$#"_s, u"#define A$A#"_s, u"#define $A$#"_s,
                       u"#define A$#"_s, u"#define A$AB#"_s, u"#define \n$A#"_s, u"$"_s, u"$"_s, u"$A"_s,
                       u"$A$"_s, u"$A$A"_s, u"A"_s, u"B"_s, u"\n"_s, u" "_s},
-                     FileKind::Orchestra, u"macrocall"_s, 11, 30);
+                     FileKind::Orchestra, {u"macrocall"_s}, 11, 30);
 }
 
 TEST(OutlineOracle, Includes)
 {
     CompareWithLoops({u"#include"_s, u"#include \"a.orc\""_s, u"#Include <b>"_s, u"#include \"c d\";"_s,
                       u"\""_s, u"#include ab"_s, u"include"_s, u"#"_s},
-                     FileKind::Score, u"include"_s, 5);
+                     FileKind::Score, {u"include"_s}, 5);
 }
 
 TEST(OutlineOracle, Sections)
 {
-    CompareWithLoops({u"s"_s, u"s "_s, u"\ns\n"_s, u"S"_s, u"s1"_s}, FileKind::Score, u"section"_s, 6);
+    CompareWithLoops({u"s"_s, u"s "_s, u"\ns\n"_s, u"S"_s, u"s1"_s}, FileKind::Score, {u"section"_s}, 6);
 }
 
 TEST(OutlineOracle, NamedSections)
 {
-    CompareWithLoops({u"m"_s, u"m "_s, u"\nm name\n"_s, u"M"_s, u"m1"_s}, FileKind::Score, u"namedsection"_s,
-                     7);
+    CompareWithLoops({u"m"_s, u"m "_s, u"\nm name\n"_s, u"M"_s, u"m1"_s}, FileKind::Score,
+                     {u"namedsection"_s}, 7);
 }
 
 TEST(OutlineOracle, FunctionTables)
 {
     CompareWithLoops({u"f"_s, u"\nf"_s, u"f1 0 4096 10 "_s, u"\nf 1 0 4096 10"_s, u" f 0 "_s, u"\nf 0 10 "_s,
                       u"0"_s, u" 0"_s, u"0 "_s, u"2 "_s, u" 34"_s, u"F"_s, u"5/6 "_s, u"//"_s},
-                     FileKind::Score, u"table"_s, 8, 30);
+                     FileKind::Score, {u"table"_s}, 8, 30);
 }
 
 TEST(OutlineOracle, Tags)
 {
     CompareWithLoops({u"<"_s, u">"_s, u"</"_s, u"<a>"_s, u"<a>"_s, u"</a>"_s, u"</a>"_s, u"<b>"_s, u"</b>"_s,
                       u"<b c>"_s, u"</b c>"_s, u"<>"_s, u"</>"_s, u"a"_s, u"<x></x> "_s},
-                     FileKind::Unified, u"csd"_s, 9, 30);
+                     FileKind::Unified, {u"csd"_s}, 9, 30);
 }
 
 TEST(OutlineOracle, UnifiedDocuments)
 {
-    CompareWithLoops({u"<CsInstruments>"_s, u"</CsInstruments>"_s, u"<CsScore>"_s, u"</CsScore>"_s,
-                      u"<CsScore>"_s, u"</CsScore>"_s, u"\ninstr 1\n"_s, u"\nendin\n"_s, u"\nendin\n"_s,
-                      u"\nlab:"_s, u"#define A #1#\n"_s, u"$A"_s, u"#include \"a\"\n"_s, u"\ns\n"_s,
-                      u"\nm x\n"_s, u"\nf 1 0 8 2 "_s, u"<a>"_s, u"</a>"_s},
-                     FileKind::Unified, u"section"_s, 10, 40);
+    const QString instruments = u"<CsInstruments>\ninstr 1\nlab:"_s;
+    const QString instrumentsEnd = u"\nendin\n</CsInstruments>"_s;
+    const QString score = u"<CsScore>\nm x\nf 1 0 8 "_s;
+    const QString scoreEnd = u"\n2 \ns\n</CsScore>"_s;
+    const QString macro = u"#define A #1#\n$A "_s;
+    CompareWithLoops({instruments,
+                      instruments,
+                      instruments,
+                      instrumentsEnd,
+                      instrumentsEnd,
+                      instrumentsEnd,
+                      score,
+                      score,
+                      score,
+                      scoreEnd,
+                      scoreEnd,
+                      scoreEnd,
+                      macro,
+                      macro,
+                      u"<CsInstruments>"_s,
+                      u"</CsInstruments>"_s,
+                      u"<CsScore>"_s,
+                      u"</CsScore>"_s,
+                      u"\ninstr 1\n"_s,
+                      u"\nendin\n"_s,
+                      u"\nlab:"_s,
+                      u"$A"_s,
+                      u"#include \"a\"\n"_s,
+                      u"\ns\n"_s,
+                      u"\nm x\n"_s,
+                      u"\nf 1 0 8 2 "_s,
+                      u"<a>"_s,
+                      u"</a>"_s},
+                     FileKind::Unified,
+                     {u"csd"_s, u"instr"_s, u"label"_s, u"macro"_s, u"macrocall"_s, u"include"_s,
+                      u"section"_s, u"namedsection"_s, u"table"_s},
+                     10, 40);
 }
 
 TEST(Outline, RootsAndChildrenHaveTheirKeysCaptionsAndImages)
@@ -291,6 +325,14 @@ TEST(Outline, NoTextMakesItSlow)
     }
 }
 
+TEST(Outline, AWholeWordMayTouchNothingBeyondItsPartOfTheText)
+{
+    // The letter behind the last word stands outside of what is searched.
+    EXPECT_EQ(Unified(u"<CsScore>\nm</CsScore>"_s).filter(u"nse"_s), QStringList{u"nse1=</CsScore>"_s});
+    EXPECT_EQ(Unified(u"x<CsInstruments>\ninstr 1\nendin</CsInstruments>"_s).filter(u"ins"_s),
+              QStringList{u"ins1=1"_s});
+}
+
 TEST(Outline, AnOtherDocumentHasNone)
 {
     EXPECT_EQ(ScanOutline(u"instr 1\nendin\n#define A #1#"_s, FileKind::Other).Count(), 0);
@@ -338,6 +380,10 @@ TEST(Outline, AnInstrumentIsAWholeWordInAnyCase)
 TEST(Outline, AHitInAStringCounts)
 {
     EXPECT_EQ(Orchestra(u"prints \"instr 1\"\nendin"_s), QStringList{u"ins1=1\""_s});
+    EXPECT_EQ(Orchestra(u"prints \"#define A #1#\" \"$A\""_s), (QStringList{u"mac1=A"_s, u"mac1cal1=A"_s}));
+    EXPECT_EQ(Orchestra(u"prints \"#include <x>\""_s), QStringList{u"inc1=x>"_s});
+    EXPECT_EQ(Score(u"i1 0 1 \"s\" \"m v\" \" f 1 0 8 2 \""_s),
+              (QStringList{u"sec1=Section 2"_s, u"nse1=v\" \" f 1 0 8 2 \""_s, u"ftb1=1 GEN2 8"_s}));
 }
 
 TEST(Outline, ALabelIsALoneWordAtTheStartOfALine)
@@ -370,6 +416,7 @@ TEST(Outline, AMacroIsTakenUpToTheHash)
     EXPECT_EQ(Orchestra(u"#define FOO bar"_s), QStringList{u"mac1=FOO bar"_s});
     EXPECT_EQ(Orchestra(u"#defined FOO #x#"_s), QStringList());
     EXPECT_EQ(Orchestra(u"; #define FOO #x#"_s), QStringList());
+    EXPECT_EQ(Orchestra(u"#DeFine FOO #x#"_s), QStringList{u"mac1=FOO"_s});
 }
 
 TEST(Outline, TheFirstCharacterBehindDefineIsPassedOver)
@@ -403,6 +450,7 @@ TEST(Outline, TheFirstSectionAlwaysExists)
 TEST(Outline, ANamedSectionTakesTheRestOfTheLine)
 {
     EXPECT_EQ(Score(u"m  verse \t 1 ; x\nmain\nM x\n"_s), QStringList{u"nse1=verse 1 ; x"_s});
+    EXPECT_EQ(Score(u"; m verse\n/* m verse */"_s), QStringList());
 }
 
 TEST(Outline, ATableNeedsFourFieldsAndANumber)
@@ -455,6 +503,9 @@ TEST(Outline, AnIncludeLosesItsDelimiters)
     EXPECT_EQ(Orchestra(u"#include \"a.orc\""_s), QStringList{u"inc1=a.orc"_s});
     EXPECT_EQ(Orchestra(u"#include  <a  b.orc> ; old\n"_s), QStringList{u"inc1=a b.orc"_s});
     EXPECT_EQ(Orchestra(u"#include abcd"_s), QStringList{u"inc1=bc"_s});
+    EXPECT_EQ(Orchestra(u"#INCLUDE \"a.orc\""_s), QStringList{u"inc1=a.orc"_s});
+    EXPECT_EQ(Orchestra(u"; #include \"a.orc\"\n/* #include \"b.orc\" */"_s), QStringList());
+    EXPECT_EQ(Orchestra(u"#included \"a.orc\" x#include \"a.orc\""_s), QStringList());
     EXPECT_EQ(Orchestra(u"#include ab"_s), QStringList());
     EXPECT_EQ(Orchestra(u"#include \"\""_s), QStringList());
     EXPECT_EQ(Orchestra(u"#include a b"_s), QStringList{u"inc1= "_s});
@@ -491,6 +542,32 @@ TEST(Outline, ASectionTagInTheWrongOrderGivesNoHits)
     EXPECT_EQ(Unified(u"</CsScore>\nf 1 0 8 2 1\ns\n<CsScore>\n"_s), QStringList{u"sec0=Section 1"_s});
     EXPECT_EQ(Unified(u"</CsInstruments>\ninstr 1\nendin\n<CsInstruments>\n"_s), QStringList());
     EXPECT_EQ(Unified(u"<csscore>\ns\n</csscore>\n"_s), QStringList{u"tag1=csscore"_s});
+}
+
+TEST(Outline, ATableOfAUnifiedDocumentMayEndBehindItsTag)
+{
+    EXPECT_EQ(Unified(u"<CsScore>\nf 1 0 8 </CsScore> x\n"_s),
+              (QStringList{u"tag1=CsScore"_s, u"sec0=Section 1"_s, u"ftb1=1 GEN</CsScore 8"_s}));
+    EXPECT_EQ(Unified(u"<CsScore>\n</CsScore>\nf 1 0 8 2 1\n"_s),
+              (QStringList{u"tag1=CsScore"_s, u"sec0=Section 1"_s}));
+}
+
+TEST(Outline, ATagMayHaveAnyName)
+{
+    EXPECT_EQ(Unified(u"<a b></a b><></><A\nB></A\nB> "_s),
+              (QStringList{u"tag1=a b"_s, u"tag2="_s, u"tag3=A\nB"_s}));
+    const Outline outline = ScanOutline(u"<A\nB></A\nB> "_s, FileKind::Unified);
+    EXPECT_EQ(outline.ShownCaption(1), u"A B") << "one line";
+}
+
+TEST(Outline, AShownCaptionIsCutWhereItIsTooLong)
+{
+    for (const int length : {299, 300, 301, 5000}) {
+        const QString name(length, u'x');
+        const Outline outline = ScanOutline(u"instr "_s + name + u"\nendin"_s, FileKind::Orchestra);
+        EXPECT_EQ(outline.Caption(1), name);
+        EXPECT_EQ(outline.ShownCaption(1), length <= 300 ? name : QString(299, u'x') + u'\u2026');
+    }
 }
 
 TEST(Outline, InstrumentsOfAUnifiedDocumentLieBetweenTheirTags)

@@ -75,11 +75,28 @@ TEST_F(OutlineCommands, NothingScrollsWhenTheCaretIsThereAlready)
     Click(u"mac1"_s);
     EXPECT_EQ(text.firstVisibleLine, 1);
     EXPECT_EQ(status.text, u"A @ character 49");
-    // A selection that begins there is no caret there.
+    // What is selected from there on stays.
     text.selection = {49, 52};
+    Click(u"mac1"_s);
+    EXPECT_EQ(text.selection, (TextSpan{49, 52}));
+    EXPECT_EQ(text.firstVisibleLine, 1);
+    text.selection = {48, 49};
     Click(u"mac1"_s);
     EXPECT_EQ(text.selection, (TextSpan{49, 49}));
     EXPECT_EQ(text.firstVisibleLine, 4);
+    text.selection = {11, 20};
+    text.firstVisibleLine = 0;
+    Click(u"ins1"_s);
+    EXPECT_EQ(text.selection, (TextSpan{11, 20}));
+    EXPECT_EQ(text.firstVisibleLine, 0);
+}
+
+TEST_F(OutlineCommands, ALongCaptionIsCutInTheStatusLine)
+{
+    Scan(u"#define A "_s + QString(1'000'000, u'x'));
+    Click(u"mac1"_s);
+    EXPECT_EQ(status.text, u"A "_s + QString(297, u'x') + u"\u2026 @ character 0"_s);
+    EXPECT_EQ(outline.Caption(outline.Find(u"mac1"_s)).size(), 1'000'002);
 }
 
 TEST_F(OutlineCommands, ARootTellsItsCountAndMovesNothing)
@@ -187,6 +204,8 @@ TEST_F(OutlineCommands, AnIncludeIsFoundInTheCurrentFolderFirst)
     OpenInclude(editor, u"u.orc"_s);
     QDir::setCurrent(before);
     OpenInclude(editor, here);
+    // It need not belong to the same piece: the related files are looked for anew.
+    EXPECT_EQ(operations.lastOrigin, OpenOrigin::Command);
     EXPECT_EQ(operations.calls, (QStringList{u"open "_s + includes, u"open "_s + beside, u"open "_s + here,
                                              u"open "_s + here}));
 }
@@ -204,8 +223,6 @@ TEST_F(OutlineCommands, AMissingIncludeIsTold)
 }
 
 TEST_F(OutlineCommands, AnInsertedIncludeTakesThePlaceOfItsLine)
-    // It need not belong to the same piece: the related files are looked for anew.
-    EXPECT_EQ(operations.lastOrigin, OpenOrigin::Command);
 {
     const QString path = WriteFile(u"pieces/u.orc"_s);
     InsertInclude(editor, u"u.orc"_s, 74);

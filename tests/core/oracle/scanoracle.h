@@ -23,6 +23,21 @@ inline qsizetype InStr(qsizetype from, const QString &text, const QString &part)
     return from > text.size() ? 0 : text.indexOf(part, from - 1) + 1;
 }
 
+/// A caption's spaces, one replacement after the other.
+inline QString NormalizeSpaces(QString text)
+{
+    const QString blank = QStringLiteral(" ");
+    for (const QString &separator : {QStringLiteral("\t"), QStringLiteral("\n"), QStringLiteral("\r")})
+        text.replace(separator, blank);
+    while (text.startsWith(blank))
+        text.remove(0, 1);
+    while (text.endsWith(blank))
+        text.chop(1);
+    while (text.contains(QStringLiteral("  ")))
+        text.replace(QStringLiteral("  "), blank);
+    return text;
+}
+
 struct OpcodeWalkResult {
     QString opcodeWords;
     QStringList words;
