@@ -3,12 +3,21 @@
 
 #include "language/languagekeys.h"
 #include "shell/ui/commands.h"
+#include "shell/ui/icons.h"
 #include "support/editorwindow.h"
 #include "support/outlinerows.h"
 #include "support/uitest.h"
 
 #include <QAbstractItemModel>
+#include <QBrush>
+#include <QComboBox>
+#include <QCursor>
+#include <QGuiApplication>
+#include <QIcon>
+#include <QImage>
 #include <QMenu>
+#include <QPainter>
+#include <QPalette>
 #include <QSignalSpy>
 #include <QTreeView>
 
@@ -55,7 +64,10 @@ struct OutlineWindow : EditorWindow {
     void TakeMenuRow(const QString &key, const QString &row)
     {
         Tree().scrollTo(RowOf(key));
-        const QPoint at = Tree().visualRect(RowOf(key)).center();
+        TakeMenuRowAt(Tree().visualRect(RowOf(key)).center(), row);
+    }
+    void TakeMenuRowAt(const QPoint &at, const QString &row)
+    {
         QContextMenuEvent event(QContextMenuEvent::Mouse, at, Tree().viewport()->mapToGlobal(at));
         QCoreApplication::sendEvent(Tree().viewport(), &event);
         auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
@@ -68,6 +80,11 @@ struct OutlineWindow : EditorWindow {
     }
 };
 
+QBrush GreyText()
+{
+    return QGuiApplication::palette().brush(QPalette::Disabled, QPalette::Text);
+}
+
 class OutlineTest : public QObject
 {
     Q_OBJECT
@@ -78,13 +95,20 @@ private Q_SLOTS:
     void WithoutElementsTheTreeSaysSo();
     void AnotherDocumentHasAnEmptyTree();
     void AClickBringsTheElementToTheTop();
+    void ASelectedIconIsSeen();
+    void ATooltipIsNoMarkedUpText();
     void AnEditMakesTheNextClickBuildAnew();
+    void AnEditWhileAFileIsLoadedCountsToo();
+    void ABuildWaitsAndKeepsTheFocus();
     void AClickOnAVanishedNodeDoesNothing();
     void TheKeyboardShowsANodeToo();
+    void TheKeyboardBuildsAStaleOutlineAnew();
     void InstrumentsAreSelectedAndCopied();
     void ACutInstrumentComesBackByUndo();
     void ADeletedInstrumentComesBackByUndo();
     void AMenuWorksOnTheTextAsItIs();
+    void AMenuOfTheTreeLeavesAStaleOutline();
+    void RoomBelowTheNodesHasTheMenuOfTheTree();
     void AnInstrumentIsExported();
     void AnIncludeIsInserted();
     void AnIncludeIsOpened();
@@ -94,6 +118,7 @@ private Q_SLOTS:
     void RefreshBuildsAnew();
     void TheOutlineIsTurnedOffAndOn();
     void DeepTagsAreNoFailure();
+    void NoMoreOpensThanCanBeLookedAt();
 };
 
 } // namespace
@@ -120,7 +145,7 @@ void OutlineTest::TheTreeHasTheNodesWithIconsAndBoldRoots()
 void OutlineTest::ACommentedTagIsGrey()
 {
     OutlineWindow on(";<a>\n</a>\n<b>\n</b>\n", u"a.csd"_s);
-    QVERIFY(on.RowOf(u"tag1"_s).data(Qt::ForegroundRole).isValid());
+    QCOMPARE(on.RowOf(u"tag1"_s).data(Qt::ForegroundRole).value<QBrush>(), GreyText());
     QVERIFY(!on.RowOf(u"tag2"_s).data(Qt::ForegroundRole).isValid());
 }
 
@@ -131,7 +156,7 @@ void OutlineTest::WithoutElementsTheTreeSaysSo()
     QCOMPARE(model.rowCount(), 1);
     const QModelIndex row = model.index(0, 0);
     QCOMPARE(row.data().toString(), u"No elements found."_s);
-    QVERIFY(row.data(Qt::ForegroundRole).isValid());
+    QCOMPARE(row.data(Qt::ForegroundRole).value<QBrush>(), GreyText());
     QVERIFY(!on.Tree().currentIndex().isValid());
     QTest::mouseClick(on.Tree().viewport(), Qt::LeftButton, {}, on.Tree().visualRect(row).center());
     QCOMPARE(model.rowCount(), 1);
@@ -170,6 +195,40 @@ void OutlineTest::AClickBringsTheElementToTheTop()
     QVERIFY(text.updatesEnabled());
 }
 
+void OutlineTest::ASelectedIconIsSeen()
+{
+    const QRect inner(2, 2, 12, 12); // the corners of what it is drawn on are round
+    const auto drawn = [&](QPalette::ColorRole on, QIcon::Mode mode) {
+        QImage image(16, 16, QImage::Format_ARGB32_Premultiplied);
+        image.fill(QGuiApplication::palette().color(on));
+        QPainter painter(&image);
+        Icons::Load(u"instr"_s).paint(&painter, image.rect(), Qt::AlignCenter, mode);
+        painter.end();
+        return image.copy(inner);
+    };
+    QVERIFY(drawn(QPalette::Highlight, QIcon::Normal) != drawn(QPalette::Base, QIcon::Normal));
+    QCOMPARE(drawn(QPalette::Highlight, QIcon::Selected), drawn(QPalette::Base, QIcon::Normal));
+    // As a pixmap too, and in the colours of the moment.
+    const auto pixmap = [&] {
+        return Icons::Load(u"instr"_s).pixmap(QSize(16, 16), QIcon::Selected).toImage().pixelColor(3, 13);
+    };
+    QCOMPARE(pixmap(), QGuiApplication::palette().color(QPalette::Base));
+    const QPalette before = QGuiApplication::palette();
+    QPalette dark = before;
+    dark.setColor(QPalette::Base, QColor(27, 30, 32));
+    QGuiApplication::setPalette(dark);
+    QCOMPARE(pixmap(), QColor(27, 30, 32));
+    QGuiApplication::setPalette(before);
+}
+
+void OutlineTest::ATooltipIsNoMarkedUpText()
+{
+    OutlineWindow on("instr <b>1</b>\nendin\n");
+    QCOMPARE(on.Caption(u"ins1"_s), u"<b>1</b>"_s);
+    QVERIFY(on.RowOf(u"ins1"_s).data(Qt::ToolTipRole).toString().contains(u"&lt;b&gt;1&lt;/b&gt;"_s));
+    QCOMPARE(on.RowOf(u"rootins"_s).data(Qt::ToolTipRole).toString(), u"Instruments"_s);
+}
+
 void OutlineTest::AnEditMakesTheNextClickBuildAnew()
 {
     OutlineWindow on;
@@ -187,6 +246,45 @@ void OutlineTest::AnEditMakesTheNextClickBuildAnew()
     QSignalSpy built(on.Tree().model(), &QAbstractItemModel::modelReset);
     on.Click(u"ins1"_s);
     QCOMPARE(built.count(), 0);
+}
+
+void OutlineTest::AnEditWhileAFileIsLoadedCountsToo()
+{
+    OutlineWindow on;
+    on.window->Context().document.Loading = true;
+    on.Text().SetSelection(0, 0);
+    on.Text().ReplaceSelection(u"instr 0\nendin\n"_s);
+    on.window->Context().document.Loading = false;
+    QSignalSpy built(on.Tree().model(), &QAbstractItemModel::modelReset);
+    on.Click(u"rootins"_s);
+    QCOMPARE(built.count(), 1);
+    QCOMPARE(on.Status(), u"3 Instruments"_s);
+}
+
+void OutlineTest::ABuildWaitsAndKeepsTheFocus()
+{
+    OutlineWindow on;
+    bool waited = false;
+    connect(on.Tree().model(), &QAbstractItemModel::modelReset, &on.Tree(), [&] {
+        const QCursor *pointer = QGuiApplication::overrideCursor();
+        waited = pointer && pointer->shape() == Qt::WaitCursor;
+    });
+    auto &opcodes = on.Find<QComboBox>(u"cmbOpcodes"_s);
+    on.window->activateWindow();
+    opcodes.setFocus();
+    QVERIFY(opcodes.hasFocus());
+    on.Text().SetText(u"instr 7\nendin\n"_s);
+    on.Click(u"rootins"_s);
+    QVERIFY(waited);
+    QCOMPARE(on.Status(), u"1 Instruments"_s);
+    QVERIFY(!QGuiApplication::overrideCursor());
+    opcodes.setFocus();
+    on.Row(u"mnuBrowse"_s).trigger();
+    waited = false;
+    on.Row(u"mnuBrowse"_s).trigger();
+    QVERIFY(waited);
+    QVERIFY(opcodes.hasFocus());
+    QVERIFY(!QGuiApplication::overrideCursor());
 }
 
 void OutlineTest::AClickOnAVanishedNodeDoesNothing()
@@ -209,6 +307,18 @@ void OutlineTest::TheKeyboardShowsANodeToo()
     QTest::keyClick(&on.Tree(), Qt::Key_Return);
     QCOMPARE(on.Text().Selection().start, on.Text().Text().indexOf(u"instr 2"_s));
     QVERIFY(on.Tree().hasFocus());
+}
+
+void OutlineTest::TheKeyboardBuildsAStaleOutlineAnew()
+{
+    OutlineWindow on;
+    on.Tree().setCurrentIndex(on.RowOf(u"ins2"_s));
+    on.Text().SetSelection(0, 0);
+    on.Text().ReplaceSelection(u"; one line more\n"_s);
+    on.Tree().setFocus();
+    QTest::keyClick(&on.Tree(), Qt::Key_Return);
+    QCOMPARE(on.Text().Selection().start, on.Text().Text().indexOf(u"instr 2"_s));
+    QCOMPARE(on.Tree().currentIndex(), on.RowOf(u"ins2"_s));
 }
 
 void OutlineTest::InstrumentsAreSelectedAndCopied()
@@ -260,6 +370,46 @@ void OutlineTest::AMenuWorksOnTheTextAsItIs()
     on.Text().ReplaceSelection(u"; one line more\n"_s);
     on.TakeMenuRow(u"ins2"_s, u"mnuBrowseEdit_1"_s);
     QCOMPARE(on.desktop.clipboard, u"instr 2\nendin"_s);
+}
+
+void OutlineTest::AMenuOfTheTreeLeavesAStaleOutline()
+{
+    OutlineWindow on;
+    on.OpenAll();
+    on.Tree().setCurrentIndex(on.RowOf(u"rootmac"_s));
+    on.Text().SetText(u"instr 7\nendin\n#define A #1#\n#include \"x.orc\"\n"_s);
+    QSignalSpy built(on.Tree().model(), &QAbstractItemModel::modelReset);
+    on.TakeMenuRow(u"rootmac"_s, u"mnuTV_4"_s);
+    QCOMPARE(built.count(), 0);
+    QCOMPARE(on.Caption(u"ins1"_s), u"1 ; low"_s);
+    QCOMPARE(on.Tree().currentIndex(), on.RowOf(u"rootmac"_s));
+    // What works on the text is up to date before it is chosen.
+    on.OpenAll();
+    on.TakeMenuRow(u"ins1"_s, u"mnuBrowseEdit_0"_s);
+    QCOMPARE(built.count(), 1);
+    QCOMPARE(on.Text().SelectedText(), u"instr 7\nendin"_s);
+}
+
+void OutlineTest::RoomBelowTheNodesHasTheMenuOfTheTree()
+{
+    OutlineWindow empty("sr = 44100\n");
+    const QPoint message = empty.Tree().visualRect(empty.Tree().model()->index(0, 0)).center();
+    empty.Text().SetText(u"instr 7\nendin\n"_s);
+    empty.TakeMenuRowAt(message, u"mnuTV_6"_s);
+    QCOMPARE(empty.Caption(u"ins1"_s), u"7"_s);
+    QVERIFY(empty.Tree().hasFocus());
+    // Below all nodes the current one counts.
+    const QPoint room(20, empty.Tree().viewport()->height() - 5);
+    QVERIFY(!empty.Tree().indexAt(room).isValid());
+    empty.TakeMenuRowAt(room, u"mnuTV_3"_s);
+    QVERIFY(empty.Tree().isExpanded(empty.RowOf(u"rootins"_s)));
+    empty.Tree().setCurrentIndex(empty.RowOf(u"ins1"_s));
+    empty.TakeMenuRowAt(room, u"mnuBrowseEdit_0"_s);
+    QCOMPARE(empty.Text().SelectedText(), u"instr 7\nendin"_s);
+
+    OutlineWindow other("instr 1\nendin\n", u"a.txt"_s);
+    other.TakeMenuRowAt(QPoint(20, 20), u"mnuTV_6"_s);
+    QCOMPARE(other.Tree().model()->rowCount(), 0);
 }
 
 void OutlineTest::AnInstrumentIsExported()
@@ -362,10 +512,11 @@ void OutlineTest::RefreshBuildsAnew()
     OutlineWindow on;
     on.Text().SetText(u"#define B #2#\n"_s);
     QCOMPARE(on.Caption(u"mac1"_s), u"TONE"_s);
-    // Without a node under the pointer; the menu itself is built on the text as it is.
-    on.window->CommandTable().Run(Cmd::mnuTV[TreeEntry::Refresh]);
+    on.Text().setFocus();
+    on.TakeMenuRow(u"rootmac"_s, u"mnuTV_6"_s);
     QCOMPARE(on.Caption(u"mac1"_s), u"B"_s);
     QVERIFY(!on.RowOf(u"rootins"_s).isValid());
+    QVERIFY(on.Tree().hasFocus());
 }
 
 void OutlineTest::TheOutlineIsTurnedOffAndOn()
@@ -399,9 +550,37 @@ void OutlineTest::DeepTagsAreNoFailure()
         row = on.Tree().model()->index(0, 0, row);
     QCOMPARE(depth, Depth);
     on.TakeMenuRow(u"rootags"_s, u"mnuTV_3"_s);
+    row = on.Tree().model()->index(0, 0);
+    int opened = 0;
+    for (; on.Tree().isExpanded(row); ++opened)
+        row = on.Tree().model()->index(0, 0, row);
+    QCOMPARE(opened, 100);
     QTest::keyClick(&on.Tree(), Qt::Key_Asterisk);
     on.Tree().grab();
     on.TakeMenuRow(u"rootags"_s, u"mnuTV_4"_s);
+}
+
+void OutlineTest::NoMoreOpensThanCanBeLookedAt()
+{
+    constexpr int Macros = 1500; // with 1,125,750 calls
+    OutlineWindow on("sr = 1\n");
+    on.window->Documents().OpenFile(
+        on.WriteFile(u"many.orc"_s, QByteArray("#define A #1#\n$A\n").repeated(Macros)));
+    on.OpenAll();
+    const QAbstractItemModel &model = *on.Tree().model();
+    const QModelIndex root = model.index(0, 0);
+    QVERIFY(on.Tree().isExpanded(root));
+    int rows = model.rowCount(root), calls = 0;
+    for (int i = 0; i < Macros; ++i) {
+        const QModelIndex macro = model.index(i, 0, root);
+        calls += model.rowCount(macro);
+        rows += on.Tree().isExpanded(macro) ? model.rowCount(macro) : 0;
+    }
+    QCOMPARE(calls, Macros * (Macros + 1) / 2);
+    QVERIFY2(rows > 998'000 && rows <= 1'000'000, qPrintable(QString::number(rows)));
+    QVERIFY(on.Tree().isExpanded(model.index(0, 0, root)));
+    on.TakeMenuRowAt(QPoint(60, 5), u"mnuTV_4"_s);
+    QVERIFY(!on.Tree().isExpanded(root));
 }
 
 int main(int argc, char **argv)
