@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """The code outline by keys alone, on a piece of Csound's own manual; the pictures are for looking at."""
 
+from support.pictures import pixels
 from support.stage import check, copy_example, dark_desktop, equal, main
 
 STORE = """[Options]
@@ -13,6 +14,9 @@ Y=600
 Width=15000
 Height=12000
 """
+
+HIGHLIGHT = (61, 174, 233)
+BACKGROUND = (27, 30, 32)
 
 
 def an_instrument_is_cut(stage):
@@ -58,8 +62,20 @@ def a_dark_outline(stage):
     window = editor.window(lambda title: str(piece) in title)
     window.activate()
     editor.at_rest()
-    picture = window.screenshot("outline-dark")
-    check(picture.exists(), "a picture")
+    # The tree's column: the first row is selected, the second a tag that is commented out, the third one is not.
+    rows = pixels(window.screenshot("outline-dark"), "180x600+0+80")
+    selected = [y for y, row in enumerate(rows) if row[2] == HIGHLIGHT]
+    check(selected, "a selected row")
+    first, height = selected[0], len(selected)
+    equal(selected[-1] - first + 1, height, "the height of the one selected row")
+
+    def points(row, left):
+        return [point for line in rows[first + row * height : first + (row + 1) * height] for point in line[left:]]
+
+    check(points(0, 0).count(BACKGROUND) > 50, "the selected row's icon stands on the colour of the other rows")
+    check(points(1, 0).count(BACKGROUND) > 1000, "the other rows are dark")
+    grey, plain = (max(sum(point) for point in points(row, 64)) for row in (1, 2))
+    check(grey < plain - 150, f"the commented tag is grey: {grey} beside {plain}")
     editor.close(window)
 
 
