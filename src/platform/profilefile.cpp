@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
 
@@ -348,10 +347,6 @@ ProfileFile::ProfileFile(const QString &name) : m_name(name) {}
 /// Reads the file again if it is another than at the last time.
 void ProfileFile::Refresh() const
 {
-    // Clocks of files tick slowly, on some file systems every two seconds: within that time a file that was
-    // written in place may have the same stamp as before.
-    constexpr qint64 slowestTick = 2'500'000'000;
-
     if (m_step)
         return; // m_bytes is what was read at the start of the step, with its changes
     const auto forget = [this] {
@@ -370,7 +365,7 @@ void ProfileFile::Refresh() const
     try {
         NativeFile file = OpenRegularFile(m_name);
         m_stamp = StampOf(file);
-        m_settled = QDateTime::currentMSecsSinceEpoch() * 1'000'000 - m_stamp->modified > slowestTick;
+        m_settled = IsSettled(*m_stamp);
         QByteArray bytes = ReadWhole(file, m_name);
         m_file = std::move(file);
         if (bytes != m_bytes) {

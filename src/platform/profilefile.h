@@ -32,7 +32,7 @@ class ProfileFile
 {
 public:
     /// How long a write waits for a lock that another process holds.
-    static constexpr std::chrono::milliseconds Patience{700};
+    static constexpr std::chrono::milliseconds Patience{400};
 
     explicit ProfileFile(const QString &name);
 

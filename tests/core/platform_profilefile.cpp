@@ -395,6 +395,21 @@ TEST_F(Profile, SeesWhatWasWrittenInPlaceInTheSameTick)
     }
 }
 
+TEST_F(Profile, SeesWhatWasWrittenInPlaceAndGivenItsOldTime)
+{
+    ProfileFile file(path);
+    file.SetValue(u"Options", u"a", u"0000");
+    for (int i = 1000; i < 1500; ++i) {
+        const int descriptor = open(QFile::encodeName(path).constData(), O_WRONLY);
+        const QByteArray line = "[Options]\na=" + QByteArray::number(i);
+        ASSERT_EQ(write(descriptor, line.constData(), size_t(line.size())), line.size());
+        const timespec longAgo[2] = {{1000, 0}, {1000, 0}};
+        ASSERT_EQ(futimens(descriptor, longAgo), 0);
+        close(descriptor);
+        ASSERT_EQ(file.Value(u"Options", u"a"), QString::number(i));
+    }
+}
+
 TEST_F(Profile, SeesThatTheFileWentAndCameBack)
 {
     ProfileFile file(path);
