@@ -62,8 +62,6 @@ bool CopyAttributes(int from, const struct stat &old, int to)
     }
     if ((made.st_uid != old.st_uid || made.st_gid != old.st_gid) && ::fchown(to, old.st_uid, old.st_gid) != 0)
         return false;
-    if (::fchmod(to, old.st_mode & 07777) != 0)
-        return false;
     for (const QByteArray &name : names) {
         QByteArray value(64 * 1024, Qt::Uninitialized);
         const ssize_t size = ::fgetxattr(from, name.constData(), value.data(), size_t(value.size()));
@@ -71,7 +69,7 @@ bool CopyAttributes(int from, const struct stat &old, int to)
             !IsLabel(name))
             return false;
     }
-    return true;
+    return ::fchmod(to, old.st_mode & 07777) == 0;
 }
 
 /// Writes over a file's own bytes, and puts the old ones back when a step fails. @return 0 or the error
@@ -189,7 +187,11 @@ void WriteInPlace(const QString &name, const NativeFile &target, const QByteArra
 
 void RemoveLeftBeside(const QString &name)
 {
-    RemoveLeftTemporaries(FolderOf(PathOf(FollowLinks(name))));
+    try {
+        RemoveLeftTemporaries(FolderOf(PathOf(FollowLinks(name))));
+    } catch (const RunTimeError &) {
+        // A name that leads nowhere has no folder to clear away in.
+    }
 }
 
 void ReplaceFile(const QString &name, const QByteArray &bytes)

@@ -17,7 +17,8 @@ namespace zelvane
 /// @throws RunTimeError with the system's description
 void ReplaceFile(const QString &name, const QByteArray &bytes);
 
-/// Removes what killed saves have left beside a document; a save does so by itself.
+/// Removes what killed saves have left beside a document; a save does so by itself. A name that leads nowhere
+/// is no failure.
 void RemoveLeftBeside(const QString &name);
 
 } // namespace zelvane
