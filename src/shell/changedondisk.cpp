@@ -3,6 +3,7 @@
 
 #include "platform/runtimeerror.h"
 
+#include <new>
 #include <optional>
 #include <QHashFunctions>
 #include <utility>
@@ -58,12 +59,13 @@ DiskPicture ChangedOnDisk::PictureNow() const
         const FileStamp opened = StampOf(file);
         return DiskPicture::Of(ReadWhole(file, m_name), opened);
     } catch (const RunTimeError &) {
-        // What cannot be read has what its size and time say.
-        if (stamp->size == m_known.stamp.size && stamp->modified == m_known.stamp.modified)
-            return {true, *stamp, false, m_known.content};
-        return {true, *stamp, false,
-                QByteArray::number(stamp->size) + ' ' + QByteArray::number(stamp->modified)};
+    } catch (const std::bad_alloc &) {
+        // A report of it would make the window the active one again, and the next look meet the same.
     }
+    // What cannot be read has what its size and time say.
+    if (stamp->size == m_known.stamp.size && stamp->modified == m_known.stamp.modified)
+        return {true, *stamp, false, m_known.content};
+    return {true, *stamp, false, QByteArray::number(stamp->size) + ' ' + QByteArray::number(stamp->modified)};
 }
 
 void ChangedOnDisk::Look()

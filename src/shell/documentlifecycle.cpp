@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/documentlifecycle.h"
 
+#include "platform/replacefile.h"
 #include "platform/runtimeerror.h"
 #include "platform/textencoding.h"
 #include "platform/textfile.h"
@@ -15,6 +16,7 @@
 #include "shell/statustexts.h"
 #include "shell/typeenable.h"
 
+#include <new>
 #include <QCoreApplication>
 #include <QFileInfo>
 #include <QScopeGuard>
@@ -36,6 +38,9 @@ QString UnifiedSkeleton()
            "<CsScore>\n\n</CsScore>\n"
            "</CsoundSynthesizer>"_s;
 }
+
+/// Before one save; a program that goes on writing the file is not to be caught up with.
+constexpr int MostQuestions = 3;
 
 /// What a file dialog answered, cut at the first NUL.
 QString UpToNul(const QString &answer)
@@ -125,9 +130,19 @@ bool DocumentLifecycle::MayReplaceBy(const QString &name)
 
 bool DocumentLifecycle::MayShow(const QString &name)
 {
-    if (name == m_document.CurrentFile)
-        return true;
     const qsizetype line = UnwieldyLineOf(name);
+    // Whoever has such a line of this file before him has been asked.
+    const bool asked = line != 0 && name == m_document.CurrentFile && UnwieldyLineIn(m_text.Text()) != 0;
+    return asked || MayShowLine(name, line);
+}
+
+bool DocumentLifecycle::MayShowText(const QString &name, QStringView text)
+{
+    return MayShowLine(name, UnwieldyLineIn(text));
+}
+
+bool DocumentLifecycle::MayShowLine(const QString &name, qsizetype line)
+{
     return line == 0 ||
            AskYesNo(name + u" holds a line of "_s + QString::number(line) +
                         u" characters. So long a line is not shown well up to its end, and keys in it take "
@@ -139,6 +154,7 @@ void DocumentLifecycle::Load(const QString &name)
 {
     m_copy.Secure();
     LoadedText loaded = LoadTextFile(name);
+    RemoveLeftBeside(name);
     m_text.LoadText(std::move(loaded.text));
     m_copy.Discarded();
     m_disk.Remember(name, std::move(loaded.picture));
@@ -171,16 +187,14 @@ bool DocumentLifecycle::SaveFile(const QString &name)
 {
     if (name.isEmpty())
         return true;
-    if (!MaySaveOver(name) || !MayRewriteLineEnds())
+    // The disk is looked at last: any question may stand for long.
+    if (!MayRewriteLineEnds(name) || !MaySaveOver(name))
         return false;
     TextEncoding encoding = m_document.Encoding;
     try {
-        const QByteArray bytes = EncodeText(ToPcLineEnds(m_text.Text()), encoding);
-        WriteFileBytes(name, bytes);
-        m_disk.Remember(name, bytes);
+        Write(name, encoding);
     } catch (const RunTimeError &error) {
-        m_desktop.MessageBox({.text = u"Unable to save "_s + name + u".\n\n"_s + error.Description(),
-                              .icon = BoxIcon::Warning});
+        TellUnsaved(name, error.Description());
         return false;
     }
     m_document.CurrentFile = name;
@@ -204,28 +218,54 @@ void DocumentLifecycle::WindowActivated()
     if (!m_disk.AskToLoad())
         return;
     const QString name = m_document.CurrentFile;
-    if (AskYesNo(name + u" was changed by another program. Load it again?"_s,
-                 m_document.Modified ? BoxAnswer::No : BoxAnswer::Yes))
-        OpenNow(name, OpenOrigin::Command);
-    else
+    if (!AskYesNo(name + u" was changed by another program. Load it again?"_s,
+                  m_document.Modified ? BoxAnswer::No : BoxAnswer::Yes))
         m_disk.LeaveToSave();
+    else if (MayShow(name))
+        OpenNow(name, OpenOrigin::Command);
 }
 
 bool DocumentLifecycle::MaySaveOver(const QString &name)
 {
-    if (name != m_document.CurrentFile || !m_disk.AskToSave())
+    if (name != m_document.CurrentFile)
         return true;
-    return AskYesNo(name + (m_disk.IsNew() ? u" exists already. Save over it?"_s
-                                           : u" was changed by another program. Save over it?"_s),
+    // The answer holds for the state that was asked about: the file may have been written again meanwhile.
+    for (int questions = 0; m_disk.AskToSave(); ++questions) {
+        if (questions == MostQuestions) {
+            TellUnsaved(name, u"Another program writes it again and again"_s);
+            return false;
+        }
+        if (!AskYesNo(name + (m_disk.IsNew() ? u" exists already. Save over it?"_s
+                                             : u" was changed by another program. Save over it?"_s),
+                      BoxAnswer::No))
+            return false;
+        m_disk.LeaveToSave();
+    }
+    return true;
+}
+
+bool DocumentLifecycle::MayRewriteLineEnds(const QString &name)
+{
+    return !m_document.HoldsNul ||
+           AskYesNo(name + u" holds NUL bytes: it may be no text. Saving it rewrites its line ends. "
+                           "Save it?"_s,
                     BoxAnswer::No);
 }
 
-bool DocumentLifecycle::MayRewriteLineEnds()
+void DocumentLifecycle::Write(const QString &name, TextEncoding &encoding)
 {
-    return !m_document.HoldsNul ||
-           AskYesNo(m_document.CurrentFile + u" holds NUL bytes: it may be no text. Saving it rewrites its "
-                                             "line ends. Save it?"_s,
-                    BoxAnswer::No);
+    try {
+        const QByteArray bytes = EncodeText(ToPcLineEnds(m_text.Text()), encoding);
+        WriteFileBytes(name, bytes);
+        m_disk.Remember(name, bytes);
+    } catch (const std::bad_alloc &) {
+        throw RunTimeError(ErrorNumber::OutOfMemory, u"Out of memory"_s, name);
+    }
+}
+
+void DocumentLifecycle::TellUnsaved(const QString &name, const QString &why)
+{
+    m_desktop.MessageBox({.text = u"Unable to save "_s + name + u".\n\n"_s + why, .icon = BoxIcon::Warning});
 }
 
 bool DocumentLifecycle::AskYesNo(const QString &question, BoxAnswer byDefault)

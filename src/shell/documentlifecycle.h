@@ -8,6 +8,9 @@
 #include "shell/editorcontext.h"
 #include "shell/safetycopy.h"
 
+#include <QString>
+#include <QStringView>
+
 namespace zelvane
 {
 
@@ -43,6 +46,8 @@ public:
     bool QuerySave() override;
     void KeepUnsaved() override;
 
+    /// Asks before a text comes that the text control is slow with. @param name what it is called then
+    bool MayShowText(const QString &name, QStringView text);
     /// Puts a text that another editor has left unsaved into the window: an untitled, changed text that
     /// offers the name that it had. The copy stands until it is saved or discarded.
     void OpenCopy(const CopyInfo &info, const QString &text, const TextEncoding &encoding, UnsavedCopy copy);
@@ -93,8 +98,10 @@ public:
 private:
     /// Whether the text may be discarded for that file; asks where it was changed.
     bool MayReplaceBy(const QString &name);
-    /// Asks before a text comes that the text control is slow with.
+    /// Asks before a file's text comes that the text control is slow with.
     bool MayShow(const QString &name);
+    /// @param line the length of the unwieldy line, 0 when there is none
+    bool MayShowLine(const QString &name, qsizetype line);
     /// The steps of opening, when all questions have been answered.
     void OpenNow(const QString &name, OpenOrigin origin);
     void Load(const QString &name);
@@ -106,7 +113,11 @@ private:
     /// Asks before another program's work is written over.
     bool MaySaveOver(const QString &name);
     /// Asks before the first save of what may be no text.
-    bool MayRewriteLineEnds();
+    bool MayRewriteLineEnds(const QString &name);
+    /// Writes the text with CR LF line ends. @param encoding that of the document; changed where it cannot
+    /// hold the text @throws RunTimeError
+    void Write(const QString &name, TextEncoding &encoding);
+    void TellUnsaved(const QString &name, const QString &why);
     bool WriteCurrent();
     /// @param mark "*" for a changed text, right behind the name
     void ShowCaption(const QString &mark = {});

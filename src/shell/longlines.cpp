@@ -36,7 +36,9 @@ bool LineEndsAreClose(const QString &name)
     QFile file(name);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         return true;
-    QByteArray piece;
+    QByteArray piece = file.read(2);
+    if (piece == "\xFF\xFE" || piece == "\xFE\xFF")
+        return false; // UTF-16: these bytes are parts of other characters too
     for (qint64 start = 0; start + stretch <= file.size(); start += stretch) {
         if (!file.seek(start))
             return true;
@@ -68,6 +70,12 @@ qsizetype LongestLine(QStringView text)
     return longest;
 }
 
+qsizetype UnwieldyLineIn(QStringView text)
+{
+    const qsizetype longest = text.size() > LongestWieldyLine ? LongestLine(text) : 0;
+    return longest > LongestWieldyLine ? longest : 0;
+}
+
 qsizetype UnwieldyLineOf(const QString &name)
 {
     // A pipe is not looked into: what is read of it is gone. Nor is a file that is too large to be opened.
@@ -76,8 +84,7 @@ qsizetype UnwieldyLineOf(const QString &name)
         info.size() > std::numeric_limits<qint32>::max() || LineEndsAreClose(name))
         return 0;
     try {
-        const qsizetype longest = LongestLine(DecodeText(ReadFileBytes(name)).text);
-        return longest > LongestWieldyLine ? longest : 0;
+        return UnwieldyLineIn(DecodeText(ReadFileBytes(name)).text);
     } catch (const RunTimeError &) {
         return 0; // whoever opens the file tells it
     } catch (const std::bad_alloc &) {

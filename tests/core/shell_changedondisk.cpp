@@ -3,13 +3,17 @@
 
 #include "platform/nativefile.h"
 #include "support/boxes.h"
+#include "support/childprocess.h"
 #include "support/lifecyclefixture.h"
 
 #include <fcntl.h>
+#include <functional>
 #include <QDateTime>
 #include <QFile>
 #include <QTemporaryDir>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <utility>
 
 using namespace zelvane;
 using namespace Qt::Literals::StringLiterals;
@@ -42,15 +46,17 @@ struct OnDisk : test::LifecycleFixture {
         const timespec times[2] = {{seconds, 0}, {seconds, 0}};
         EXPECT_EQ(utimensat(AT_FDCWD, QFile::encodeName(path).constData(), times, 0), 0);
     }
-    void ExpectLoad(BoxAnswer byDefault, BoxAnswer answer)
+    void ExpectLoad(BoxAnswer byDefault, BoxAnswer answer, std::function<void()> during = {})
     {
         desktop.ExpectMessage(
-            Question(path + u" was changed by another program. Load it again?"_s, byDefault), answer);
+            Question(path + u" was changed by another program. Load it again?"_s, byDefault), answer,
+            std::move(during));
     }
-    void ExpectSaveOver(BoxAnswer answer)
+    void ExpectSaveOver(BoxAnswer answer, std::function<void()> during = {})
     {
         desktop.ExpectMessage(
-            Question(path + u" was changed by another program. Save over it?"_s, BoxAnswer::No), answer);
+            Question(path + u" was changed by another program. Save over it?"_s, BoxAnswer::No), answer,
+            std::move(during));
     }
     void Save(const QString &typed = u";"_s)
     {
@@ -146,6 +152,67 @@ TEST_F(OnDisk, ASaveAsksEachTime)
     documents.Save();
     EXPECT_EQ(FileBytes(path), ";mine one\r\n"_ba);
     Save();
+}
+
+TEST_F(OnDisk, WhatIsWrittenWhileTheQuestionStandsIsAskedAboutToo)
+{
+    Write("two\r\n");
+    Type(u";mine "_s);
+    ExpectSaveOver(BoxAnswer::Yes, [this] { Write("three"); });
+    ExpectSaveOver(BoxAnswer::No);
+    documents.Save();
+    EXPECT_EQ(FileBytes(path), "three"_ba);
+    ExpectSaveOver(BoxAnswer::Yes, [this] { ASSERT_TRUE(QFile::remove(path)); });
+    ExpectSaveOver(BoxAnswer::Yes);
+    documents.Save();
+    EXPECT_EQ(FileBytes(path), ";mine one\r\n"_ba);
+
+    // So it is at the question whether to load it.
+    Write("four");
+    ExpectLoad(BoxAnswer::Yes, BoxAnswer::No, [this] { Write("five"); });
+    documents.WindowActivated();
+    Type(u";"_s);
+    ExpectSaveOver(BoxAnswer::No);
+    documents.Save();
+    EXPECT_EQ(FileBytes(path), "five"_ba);
+    Write("six");
+    ExpectLoad(BoxAnswer::No, BoxAnswer::Yes, [this] { Write("seven"); });
+    documents.WindowActivated();
+    EXPECT_EQ(text.text, u"seven"_s);
+}
+
+TEST_F(OnDisk, AProgramThatWritesWithoutAPauseIsNotWrittenOver)
+{
+    int writings = 0;
+    const auto write = [&] { Write(QByteArray::number(++writings)); };
+    write();
+    Type(u";mine "_s);
+    for (int i = 0; i < 3; ++i)
+        ExpectSaveOver(BoxAnswer::Yes, write);
+    desktop.ExpectMessage(
+        {.text = u"Unable to save "_s + path + u".\n\nAnother program writes it again and again"_s,
+         .icon = BoxIcon::Warning});
+    documents.Save();
+    EXPECT_EQ(FileBytes(path), "4"_ba);
+    EXPECT_TRUE(document.Modified);
+    // It has come to rest.
+    ExpectSaveOver(BoxAnswer::Yes);
+    documents.Save();
+    EXPECT_EQ(FileBytes(path), ";mine one\r\n"_ba);
+}
+
+TEST_F(OnDisk, TheDiskIsLookedAtAfterAllOtherQuestions)
+{
+    context.WriteFile(u"piece.orc"_s, QByteArray("a\0b", 3));
+    documents.OpenFile(path);
+    Type(u";"_s);
+    desktop.ExpectMessage(Question(path + u" holds NUL bytes: it may be no text. Saving it rewrites its line "
+                                          "ends. Save it?"_s,
+                                   BoxAnswer::No),
+                          BoxAnswer::Yes, [this] { Write("of another"); });
+    ExpectSaveOver(BoxAnswer::No);
+    documents.Save();
+    EXPECT_EQ(FileBytes(path), "of another"_ba);
 }
 
 TEST_F(OnDisk, TheSameBytesAskNothing)
@@ -268,6 +335,33 @@ TEST(ChangedOnDisk, ASettledFileIsNotReadAgain)
     picture.settled = true;
     disk.Remember(path, picture);
     EXPECT_FALSE(disk.AskToSave()); // by its stamp it is what it was
+}
+
+TEST(ChangedOnDisk, AFileThatThereIsNoMemoryForIsLookedAtByItsStamp)
+{
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "takes its memory in another way";
+#endif
+    QTemporaryDir folder;
+    const QString path = folder.filePath(u"large"_s);
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    ASSERT_TRUE(file.resize(900'000'000)); // of holes
+    file.close();
+    EXPECT_TRUE(test::ChildSucceeded(test::StartChild([&] {
+        const rlimit limit = {800'000'000, 800'000'000};
+        ASSERT_EQ(setrlimit(RLIMIT_AS, &limit), 0);
+        ChangedOnDisk disk;
+        disk.Remember(path, DiskPicture::Of("as it was read", *StampOf(path)));
+        for (int i = 0; i < 2; ++i) {
+            EXPECT_FALSE(disk.AskToLoad());
+            EXPECT_FALSE(disk.AskToSave());
+        }
+        ASSERT_TRUE(file.resize(900'000'001));
+        EXPECT_TRUE(disk.AskToLoad());
+        EXPECT_FALSE(disk.AskToLoad());
+        EXPECT_TRUE(disk.AskToSave());
+    })));
 }
 
 TEST(ChangedOnDisk, ATimeThatWasSetBackSettlesNothing)

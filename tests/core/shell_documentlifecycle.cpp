@@ -5,7 +5,9 @@
 #include "shell/documentkeys.h"
 #include "support/boxes.h"
 #include "support/lifecyclefixture.h"
+#include "support/stringbuffer.h"
 
+#include <new>
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
@@ -478,6 +480,39 @@ TEST_F(Lifecycle, Utf16IsWrittenBackAsItWas)
         documents.Save();
         EXPECT_EQ(FileBytes(path), mark + units(";instr 1\r\n"));
     }
+}
+
+TEST_F(Lifecycle, ASaveWithoutMemoryIsToldLikeAnyOtherFailure)
+{
+    struct NoRoom : test::StringBuffer {
+        bool full = false;
+        QString Text() const override
+        {
+            if (full)
+                throw std::bad_alloc();
+            return test::StringBuffer::Text();
+        }
+    };
+    NoRoom buffer;
+    DocumentLifecycle lifecycle(document, buffer, settings, desktop, status, view, view.steps);
+    const QString path = context.WriteFile(u"x.orc"_s, "old");
+    lifecycle.OpenFile(path);
+    buffer.full = true;
+    document.Modified = true;
+    desktop.ExpectMessage(
+        {.text = u"Unable to save "_s + path + u".\n\nOut of memory"_s, .icon = BoxIcon::Warning});
+    EXPECT_FALSE(lifecycle.SaveFile(path));
+    EXPECT_TRUE(document.Modified);
+    EXPECT_EQ(FileBytes(path), "old"_ba);
+}
+
+TEST_F(Lifecycle, OpeningClearsAwayWhatKilledSavesHaveLeft)
+{
+    const QString beside = context.WriteFile(u".zelvane-abcdefgh"_s, "half");
+    const QString like = context.WriteFile(u".zelvane-notes"_s, "a user's");
+    documents.OpenFile(context.WriteFile(u"x.orc"_s, "old"));
+    EXPECT_FALSE(QFile::exists(beside));
+    EXPECT_TRUE(QFile::exists(like));
 }
 
 TEST_F(Lifecycle, TheFirstSaveOfWhatMayBeNoTextAsks)

@@ -43,6 +43,10 @@ TEST(LongLines, AnUnwieldyLineIsFoundWhereverItStands)
         EXPECT_EQ(UnwieldyLineOf(name), line.size()) << before;
         EXPECT_EQ(UnwieldyLineOf(context.WriteFile(u"x"_s, first + line.chopped(1) + "\nb")), 0) << before;
     }
+    // In UTF-16 the bytes of line ends are parts of letters too.
+    const QByteArray line16 = QByteArray("\x0A\x0D").repeated(8'000'001);
+    EXPECT_EQ(UnwieldyLineOf(context.WriteFile(u"x"_s, "\xFF\xFE" + line16)), 8'000'001);
+    EXPECT_EQ(UnwieldyLineOf(context.WriteFile(u"x"_s, "\xFE\xFF" + line16)), 8'000'001);
     EXPECT_EQ(UnwieldyLineOf(context.WriteFile(u"x"_s, QByteArray("a line\n").repeated(2'000'000))), 0);
     EXPECT_EQ(UnwieldyLineOf(context.folder.filePath(u"not there"_s)), 0);
     EXPECT_EQ(UnwieldyLineOf(context.folder.path()), 0);

@@ -332,11 +332,44 @@ TEST_F(OpenFile, AnUnwieldyLineIsAskedAbout)
 
     desktop.ExpectMessage(SaveChanges(old), BoxAnswer::No);
     desktop.ExpectMessage(LongLine(path, 8'000'001), BoxAnswer::Yes);
+    text.onlyLength = false;
     documents.OpenFile(path);
     EXPECT_EQ(document.CurrentFile, path);
-    EXPECT_EQ(text.loadedLength, 8'000'012);
+    EXPECT_EQ(text.text.size(), 8'000'012);
     documents.OpenFile(path); // it is loaded again without a question
     desktop.CheckAllCame();
+}
+
+TEST_F(OpenFile, ALineThatHasBecomeUnwieldyIsAskedAbout)
+{
+    const QString path = context.WriteFile(u"x.orc"_s, "short\n");
+    const MessageBoxRequest changed{.text = path + u" was changed by another program. Load it again?"_s,
+                                    .icon = BoxIcon::Warning,
+                                    .buttons = BoxButtons::YesNo,
+                                    .defaultAnswer = BoxAnswer::Yes};
+    documents.OpenFile(path);
+    context.WriteFile(u"x.orc"_s, QByteArray(8'000'001, 'a'));
+    desktop.ExpectMessage(LongLine(path, 8'000'001), BoxAnswer::No);
+    documents.OpenFile(path);
+    EXPECT_EQ(text.text, u"short\n"_s);
+
+    desktop.ExpectMessage(changed, BoxAnswer::Yes);
+    desktop.ExpectMessage(LongLine(path, 8'000'001), BoxAnswer::No);
+    documents.WindowActivated();
+    EXPECT_EQ(text.text, u"short\n"_s);
+    // That was no leave to save over it.
+    Type(u";"_s);
+    desktop.ExpectMessage({.text = path + u" was changed by another program. Save over it?"_s,
+                           .icon = BoxIcon::Warning,
+                           .buttons = BoxButtons::YesNo,
+                           .defaultAnswer = BoxAnswer::No},
+                          BoxAnswer::No);
+    documents.Save();
+
+    desktop.ExpectMessage(LoadLastSaved(path), BoxAnswer::Yes);
+    desktop.ExpectMessage(LongLine(path, 8'000'001), BoxAnswer::Yes);
+    documents.OpenFile(path);
+    EXPECT_EQ(text.text.size(), 8'000'001);
 }
 
 TEST_F(OpenFile, ShorterLinesComeWithoutAQuestion)

@@ -43,9 +43,10 @@ void ScriptedDesktop::CheckAllCame()
     m_expected.clear();
 }
 
-void ScriptedDesktop::ExpectMessage(const MessageBoxRequest &request, BoxAnswer answer)
+void ScriptedDesktop::ExpectMessage(const MessageBoxRequest &request, BoxAnswer answer,
+                                    std::function<void()> during)
 {
-    m_expected.push_back(Message{request, answer});
+    m_expected.push_back(Message{request, answer, std::move(during)});
 }
 
 void ScriptedDesktop::ExpectInput(const QString &title, const QString &prompt, std::optional<QString> answer)
@@ -101,6 +102,8 @@ BoxAnswer ScriptedDesktop::MessageBox(const MessageBoxRequest &request)
     EXPECT_EQ(int(request.icon), int(expected->request.icon));
     EXPECT_EQ(int(request.buttons), int(expected->request.buttons));
     EXPECT_EQ(request.defaultAnswer, expected->request.defaultAnswer);
+    if (expected->during)
+        expected->during();
     return expected->answer;
 }
 

@@ -20,7 +20,9 @@ class ScriptedDesktop : public Desktop
 public:
     ~ScriptedDesktop() override;
 
-    void ExpectMessage(const MessageBoxRequest &request, BoxAnswer answer = BoxAnswer::Ok);
+    /// `during` runs while the box stands.
+    void ExpectMessage(const MessageBoxRequest &request, BoxAnswer answer = BoxAnswer::Ok,
+                       std::function<void()> during = {});
     void ExpectInput(const QString &title, const QString &prompt, std::optional<QString> answer);
     void ExpectOpenDialog(const FileDialogRequest &request, const FileDialogAnswer &answer);
     void ExpectSaveDialog(const FileDialogRequest &request, const FileDialogAnswer &answer);
@@ -61,6 +63,7 @@ private:
     struct Message {
         MessageBoxRequest request;
         BoxAnswer answer;
+        std::function<void()> during;
     };
     struct Input {
         QString title, prompt;
