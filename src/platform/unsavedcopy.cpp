@@ -85,7 +85,9 @@ std::optional<TextEncoding> EncodingOf(QByteArray name)
 QString FreshPath(const CopyInfo &info, UnsavedCopy::Kind kind)
 {
     constexpr qsizetype longest = 60; // characters: names may be short on some file systems
-    QString stem = info.name.isEmpty() ? u"Untitled"_s : QFileInfo(info.name).fileName().left(longest);
+    QString stem = QFileInfo(info.name).fileName().left(longest);
+    if (stem.isEmpty())
+        stem = u"Untitled"_s; // also where somebody has edited the name in a copy into that of a folder
     if (stem.back().isHighSurrogate())
         stem.chop(1);
     for (;;) {
@@ -220,11 +222,12 @@ std::vector<UnsavedCopy> UnsavedCopy::TakeLeft()
 
 void UnsavedCopy::RemoveOld(const QDateTime &now)
 {
+    constexpr qint64 secondsADay = 24 * 60 * 60;
     const QDir folder(Folder());
     const QFileInfoList kept =
         folder.entryInfoList({u'*' + KeptSuffix}, QDir::Files | QDir::Hidden | QDir::NoSymLinks);
     for (const QFileInfo &file : kept) {
-        if (file.lastModified().daysTo(now) > KeptDays)
+        if (file.lastModified().secsTo(now) > KeptDays * secondsADay)
             QFile::remove(file.filePath());
     }
     RemoveLeftTemporaries(PathOf(Folder()));

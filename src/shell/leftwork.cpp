@@ -94,9 +94,14 @@ std::vector<Left> TakeLeftWork()
     return left;
 }
 
+QString NameOf(const CopyInfo &info)
+{
+    return info.name.isEmpty() ? u"Untitled"_s : info.name;
+}
+
 QString QuestionAbout(const Left &left)
 {
-    const QString name = left.info.name.isEmpty() ? u"Untitled"_s : left.info.name;
+    const QString name = NameOf(left.info);
     if (left.copy.WhichKind() == UnsavedCopy::Kind::Replaced)
         return name + u" was being written when its editor ended. Open what it held before?"_s;
     return name + u" was not saved when its editor ended. Open the copy of its text of "_s +
@@ -109,9 +114,19 @@ bool OpenHere(Left left, DocumentLifecycle &documents, const EditorContext &edit
     if (editor.document.Modified)
         return false;
     const std::optional<UnsavedCopy::Content> content = left.copy.Read();
-    if (!content)
+    if (!content) {
+        // Written to while the question stood; it is for a person to look at.
+        const QString path = left.copy.Path();
+        left.copy.Keep();
+        editor.desktop.MessageBox(
+            {.text = u"Unable to open "_s + path + u".\n\nIt is not whole"_s, .icon = BoxIcon::Warning});
         return true;
+    }
     const DecodedText text = TextOf(*content);
+    if (!documents.MayShowText(NameOf(content->info), text.text)) {
+        left.copy.Keep();
+        return true;
+    }
     documents.OpenCopy(content->info, text.text, text.encoding, std::move(left.copy));
     return true;
 }

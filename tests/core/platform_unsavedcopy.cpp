@@ -104,6 +104,7 @@ TEST_F(Copies, AnythingComesBack)
         {.name = u"/x"_s, .encoding = TextEncoding{TextEncoding::Form::Utf16Big, false}},
         {.name = u'/' + QString(250, u'\u0416'), .replacedBy = ContentHash("new")},
         {.name = u'/' + QString(59, u'n') + u"\U0001D11E.orc"_s},
+        {.name = u"/folder/"_s},
     };
     QRandomGenerator random(3);
     UnsavedCopy copy;
@@ -131,7 +132,6 @@ TEST_F(Copies, OnlyThoseOfEndedProcessesAreFound)
     mine.Write(Piece, "mine");
     EXPECT_TRUE(UnsavedCopy::TakeLeft().empty());
     OwnStateFolder::Leave({.name = u"/first"_s}, "1");
-    usleep(20000);
     OwnStateFolder::Leave({.name = u"/second"_s}, "2", UnsavedCopy::Kind::Replaced);
     {
         const std::vector<UnsavedCopy> left = UnsavedCopy::TakeLeft();
@@ -178,9 +178,10 @@ TEST_F(Copies, KeptOnesStayAWeekAndAreNotFound)
     Put(u".zelvane-abcdefgh"_s, "half");
     Put(u"notes.txt"_s, "the user's own");
     const QDateTime now = QDateTime::currentDateTime();
-    UnsavedCopy::RemoveOld(now.addDays(7));
+    constexpr qint64 hour = 60 * 60;
+    UnsavedCopy::RemoveOld(now.addSecs((7 * 24 - 1) * hour));
     EXPECT_EQ(Names().size(), 2);
-    UnsavedCopy::RemoveOld(now.addDays(8));
+    UnsavedCopy::RemoveOld(now.addSecs((7 * 24 + 1) * hour));
     EXPECT_EQ(Names(), QStringList{u"notes.txt"_s});
 }
 

@@ -247,6 +247,53 @@ TEST_F(LeftBehind, AFileThatWasBeingWrittenIsOfferedAsItWas)
     EXPECT_EQ(OwnStateFolder::TextIn(OnlyCopy(u".open"_s)), "xcaf\u00E9\nold\n");
 }
 
+TEST_F(LeftBehind, ATextWhoseFileIsALinkInACircleIsOffered)
+{
+    ASSERT_EQ(::symlink("piece.orc", QFile::encodeName(Piece().name).constData()), 0);
+    OwnStateFolder::Leave(Piece(), "left");
+    desktop.ExpectMessage(TextQuestion(Piece().name, OnlyCopy()), BoxAnswer::Yes);
+    Offer();
+    EXPECT_EQ(text.text, u"left"_s);
+}
+
+TEST_F(LeftBehind, ACopyThatBreaksWhileTheQuestionStandsIsToldAndKept)
+{
+    OwnStateFolder::Leave(Piece(), "left");
+    const QString path = OnlyCopy();
+    desktop.ExpectMessage(TextQuestion(Piece().name, path), BoxAnswer::Yes, [&] {
+        QFile copy(path);
+        EXPECT_TRUE(copy.resize(copy.size() - 1));
+    });
+    desktop.ExpectMessage(
+        {.text = u"Unable to open "_s + path + u".\n\nIt is not whole"_s, .icon = BoxIcon::Warning});
+    Offer();
+    EXPECT_EQ(text.text, QString());
+    EXPECT_EQ(OwnStateFolder::Copies(u".kept"_s).size(), 1);
+}
+
+TEST_F(LeftBehind, AnUnwieldyLineIsAskedAbout)
+{
+    const qsizetype length = 8'000'001;
+    const MessageBoxRequest longLine{.text = Piece().name + u" holds a line of "_s + QString::number(length) +
+                                             u" characters. So long a line is not shown well up to its end, "
+                                             "and keys in it take seconds. Open it?"_s,
+                                     .icon = BoxIcon::Warning,
+                                     .buttons = BoxButtons::YesNo,
+                                     .defaultAnswer = BoxAnswer::No};
+    OwnStateFolder::Leave(Piece(), QByteArray(length, 'a'));
+    desktop.ExpectMessage(TextQuestion(Piece().name, OnlyCopy()), BoxAnswer::Yes);
+    desktop.ExpectMessage(longLine, BoxAnswer::No);
+    Offer();
+    EXPECT_EQ(text.text, QString());
+    EXPECT_EQ(OwnStateFolder::Copies(u".kept"_s).size(), 1);
+
+    OwnStateFolder::Leave(Piece(), QByteArray(length, 'a'));
+    desktop.ExpectMessage(TextQuestion(Piece().name, OnlyCopy(u".open"_s)), BoxAnswer::Yes);
+    desktop.ExpectMessage(longLine, BoxAnswer::Yes);
+    Offer();
+    EXPECT_EQ(text.text.size(), length);
+}
+
 TEST_F(LeftBehind, TextsAreAskedAboutBeforeFiles)
 {
     context.WriteFile(u"piece.orc"_s, "cut");
@@ -258,6 +305,26 @@ TEST_F(LeftBehind, TextsAreAskedAboutBeforeFiles)
     desktop.ExpectMessage(FileQuestion(Piece().name), BoxAnswer::No);
     Offer();
     EXPECT_EQ(OwnStateFolder::Copies(u".kept"_s).size(), 2);
+}
+
+TEST_F(LeftBehind, ATextWithNulBytesIsSavedByItsNameAfterAQuestion)
+{
+    OwnStateFolder::Leave(Piece(), QByteArray("a\0b", 3));
+    desktop.ExpectMessage(TextQuestion(Piece().name, OnlyCopy()), BoxAnswer::Yes);
+    Offer();
+    desktop.ExpectSaveDialog({.filters = {{u"Orchestra"_s, u"*.orc"_s}, {u"All files"_s, u"*.*"_s}},
+                              .folder = Piece().name,
+                              .fileName = u"piece.orc"_s,
+                              .defaultExtension = u"orc"_s},
+                             {.path = Piece().name});
+    desktop.ExpectMessage({.text = Piece().name + u" holds NUL bytes: it may be no text. Saving it rewrites "
+                                                  "its line ends. Save it?"_s,
+                           .icon = BoxIcon::Warning,
+                           .buttons = BoxButtons::YesNo,
+                           .defaultAnswer = BoxAnswer::No},
+                          BoxAnswer::Yes);
+    documents.Save();
+    EXPECT_EQ(FileBytes(Piece().name), QByteArray("a\0b", 3));
 }
 
 TEST_F(LeftBehind, WhatKilledSavesHaveLeftGoes)
@@ -281,10 +348,11 @@ TEST_F(LeftBehind, WhatWasKeptForItsWeekGoes)
     OwnStateFolder::Leave(Piece(), "left");
     desktop.ExpectMessage(TextQuestion(Piece().name, OnlyCopy()), BoxAnswer::No);
     Offer();
-    desktop.now = QDateTime::currentDateTime().addDays(7);
+    constexpr qint64 hour = 60 * 60;
+    desktop.now = QDateTime::currentDateTime().addSecs((7 * 24 - 1) * hour);
     Offer();
     EXPECT_EQ(OwnStateFolder::Copies(u".kept"_s).size(), 1);
-    desktop.now = QDateTime::currentDateTime().addDays(8);
+    desktop.now = QDateTime::currentDateTime().addSecs((7 * 24 + 1) * hour);
     Offer();
     EXPECT_TRUE(OwnStateFolder::Copies().isEmpty());
 }
