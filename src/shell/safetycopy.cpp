@@ -20,6 +20,13 @@ using namespace Qt::Literals::StringLiterals;
 namespace zelvane
 {
 
+namespace
+{
+
+const QString NotKept = u"No copy of the unsaved text can be kept: "_s;
+
+} // namespace
+
 void CopyTimes::Edited(Clock::time_point now, qsizetype size)
 {
     if (!m_first)
@@ -39,8 +46,12 @@ void CopyTimes::Failed(Clock::time_point now)
 class SafetyCopy::Writer
 {
 public:
-    /// @param written told on the thread how each writing has ended: empty, or why it failed
-    explicit Writer(std::function<void(const QString &)> written) : m_written(std::move(written)) {}
+    /// Both are told on the thread. @param written how each writing has ended: empty, or why it failed
+    /// @param lost why a text that is gone could not be kept
+    Writer(std::function<void(const QString &)> written, std::function<void(const QString &)> lost)
+        : m_written(std::move(written)), m_lost(std::move(lost))
+    {
+    }
 
     void Write(CopyInfo info, QByteArray bytes)
     {
@@ -69,6 +80,7 @@ public:
         m_next.reset();
         m_worker.Do([this] {
             m_upToDate = false;
+            m_failure.clear();
             m_copy.Remove();
             m_adopted.Remove();
         });
@@ -79,6 +91,7 @@ public:
         m_next.reset();
         m_worker.Do([this] {
             m_upToDate = false;
+            m_failure.clear();
             m_copy.Remove();
         });
     }
@@ -92,6 +105,8 @@ public:
                 m_adopted.Remove();
             m_copy.Keep();
             m_adopted.Keep();
+            if (const QString why = std::exchange(m_failure, {}); !why.isEmpty())
+                m_lost(why);
         });
     }
 
@@ -135,21 +150,24 @@ private:
         try {
             m_copy.Write(info, bytes);
             m_upToDate = true;
+            m_failure.clear();
             m_adopted.Remove();
-            m_written({});
         } catch (const RunTimeError &error) {
-            m_written(error.Description());
+            m_failure = error.Description();
         } catch (const std::bad_alloc &) {
-            m_written(u"Out of memory"_s);
+            m_failure = u"Out of memory"_s;
         }
+        m_written(m_failure);
     }
 
     std::function<void(const QString &)> m_written;
+    std::function<void(const QString &)> m_lost;
     std::shared_ptr<Request> m_next; ///< the newest writing, while no other work has come behind it
-    UnsavedCopy m_copy;              ///< this and the next two belong to the thread
+    UnsavedCopy m_copy;              ///< this and what follows belong to the thread
     UnsavedCopy m_adopted;
     bool m_upToDate = false;
-    Worker m_worker; // ends first
+    QString m_failure; ///< why the newest text is not in the copy
+    Worker m_worker;   // ends first
 };
 
 SafetyCopy::SafetyCopy(const DocumentRecord &document, const TextBuffer &text, const SettingsStore &settings,
@@ -158,17 +176,19 @@ SafetyCopy::SafetyCopy(const DocumentRecord &document, const TextBuffer &text, c
       m_text(text),
       m_settings(settings),
       m_status(status),
-      m_writer(std::make_unique<Writer>([this](const QString &failure) {
-          QMetaObject::invokeMethod(
-              this,
-              [this, failure] {
-                  if (failure.isEmpty())
-                      m_told = false;
-                  else
-                      Failed(failure);
-              },
-              Qt::QueuedConnection);
-      }))
+      m_writer(std::make_unique<Writer>(
+          [this](const QString &failure) {
+              QMetaObject::invokeMethod(
+                  this,
+                  [this, failure] {
+                      if (failure.isEmpty())
+                          m_told = false;
+                      else
+                          Failed(failure);
+                  },
+                  Qt::QueuedConnection);
+          },
+          [this](const QString &failure) { TellLater(failure); }))
 {
     m_timer.setSingleShot(true);
     m_timer.setTimerType(Qt::CoarseTimer);
@@ -212,9 +232,11 @@ void SafetyCopy::Take()
 {
     m_times.Taken();
     if (!m_settings.Flag(Keys::SafetyCopy)) {
+        m_taken = true;
         m_writer->RemoveOwn();
         return;
     }
+    m_taken = false;
     try {
         QByteArray text = m_text.Utf8();
         m_size = text.size();
@@ -224,9 +246,17 @@ void SafetyCopy::Take()
                          .kind = int(m_document.DocumentKind),
                          .encoding = m_document.Encoding},
                         std::move(text));
+        m_taken = true;
     } catch (const std::bad_alloc &) {
         Failed(u"Out of memory"_s);
     }
+}
+
+void SafetyCopy::TellLater(const QString &failure)
+{
+    // Whoever discards a text has more to show in the status line first.
+    QMetaObject::invokeMethod(
+        this, [this, failure] { m_status.Show(NotKept + failure); }, Qt::QueuedConnection);
 }
 
 void SafetyCopy::Failed(const QString &why)
@@ -238,7 +268,7 @@ void SafetyCopy::Failed(const QString &why)
     if (!m_timer.isActive())
         Wait(now);
     if (!std::exchange(m_told, true))
-        m_status.Show(u"No copy of the unsaved text can be kept: "_s + why);
+        m_status.Show(NotKept + why);
 }
 
 void SafetyCopy::Secure()
@@ -251,6 +281,7 @@ void SafetyCopy::Saved()
 {
     m_timer.stop();
     m_times.Taken();
+    m_taken = true;
     if (std::exchange(m_unsaved, false))
         m_writer->Remove();
 }
@@ -259,8 +290,11 @@ void SafetyCopy::Discarded()
 {
     m_timer.stop();
     m_times.Taken();
-    if (std::exchange(m_unsaved, false))
-        m_writer->Keep();
+    if (!std::exchange(m_unsaved, false))
+        return;
+    m_writer->Keep();
+    if (!std::exchange(m_taken, true))
+        TellLater(u"Out of memory"_s);
 }
 
 void SafetyCopy::Adopt(UnsavedCopy copy)

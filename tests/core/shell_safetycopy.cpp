@@ -114,7 +114,7 @@ TEST_F(Unsaved, ACopyComesSomeSecondsAfterTheLastEdit)
     passed.start();
     const QString path = OpenAndType();
     EXPECT_TRUE(OwnStateFolder::Copies().isEmpty());
-    ASSERT_TRUE(Eventually([] { return OwnStateFolder::Copies().size() == 1; }));
+    ASSERT_TRUE(Eventually([] { return OwnStateFolder::Copies(u".open"_s).size() == 1; }));
     EXPECT_GE(passed.elapsed(), 2'900);
     EXPECT_EQ(OwnStateFolder::TextIn(OwnStateFolder::Copies().first()), ";mine\ninstr 1\n");
     const QString copy = OwnStateFolder::Copies().first();
@@ -335,6 +335,25 @@ TEST_F(Unsaved, AStateFolderThatTakesNothingIsToldOnce)
     documents.NewFile(FileKind::Other, {}); // nothing can be kept, and nobody is kept from going on
     documents.SecureText();
     EXPECT_EQ(text.text, QString());
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(status.text.startsWith(u"No copy of the unsaved text can be kept: "_s)) << "it is gone now";
+    status.text.clear();
+    // A text that comes too late for a copy to be tried before it goes.
+    Type(u"e"_s);
+    documents.NewFile(FileKind::Other, {});
+    documents.SecureText();
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(status.text.startsWith(u"No copy of the unsaved text can be kept: "_s));
+    // One that went into its file lost nothing.
+    Type(u"f"_s);
+    documents.SecureText();
+    QCoreApplication::processEvents();
+    documents.SaveFile(context.folder.filePath(u"f.txt"_s));
+    status.text.clear();
+    documents.NewFile(FileKind::Other, {});
+    documents.SecureText();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(status.text, QString());
 }
 
 TEST_F(Unsaved, AFullDiskLeavesTheFormerCopy)
@@ -366,7 +385,13 @@ TEST(SafetyCopy, MemoryThatDoesNotSufficeIsToldOnce)
     EXPECT_FALSE(copy.Finish());
     copy.Edited();
     EXPECT_FALSE(copy.Finish());
+    const QString told = u"No copy of the unsaved text can be kept: Out of memory"_s;
+    EXPECT_EQ(context.status.shown, QStringList(told));
     copy.Discarded();
-    EXPECT_EQ(context.status.shown, QStringList(u"No copy of the unsaved text can be kept: Out of memory"_s));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(context.status.shown, QStringList({told, told})) << "it is gone now";
+    copy.Discarded();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(context.status.shown.size(), 2);
     EXPECT_TRUE(OwnStateFolder::Copies().isEmpty());
 }
