@@ -13,6 +13,7 @@ Everything waits for what must come, up to a limit, and fails with what it waite
 import array
 import os
 import re
+import select
 import shutil
 import subprocess
 import sys
@@ -50,6 +51,20 @@ def end(servant):
     except subprocess.TimeoutExpired:
         servant.kill()
         servant.wait()
+
+
+def read_line(pipe):
+    """The line that comes from a pipe; empty when the pipe ends without one, or none comes in time."""
+    limit = time.monotonic() + PATIENCE
+    line = b""
+    while not line.endswith(b"\n"):
+        if not select.select([pipe], [], [], max(0.0, limit - time.monotonic()))[0]:
+            return ""
+        piece = os.read(pipe, 64)
+        if not piece:
+            return ""
+        line += piece
+    return line.decode().strip()
 
 
 class Window:
@@ -163,10 +178,12 @@ class Process:
         seen = []
 
         def look():
+            check(self.runs(), f"the program has ended with {self.process.poll()}: {self.output()}")
             with open(f"/proc/{self.pid}/stat", encoding="ascii") as file:
                 fields = file.read().rsplit(")", 1)[1].split()
-            seen.append((fields[11], fields[12]))
-            return len(seen) > 8 and len(set(seen[-8:])) == 1
+            seen.append((fields[0], fields[11], fields[12]))
+            # Asleep, and not only waiting for a processor that others have.
+            return len(seen) > 8 and len(set(seen[-8:])) == 1 and fields[0] == "S"
 
         self.stage.until(look, f"rest in process {self.pid}")
 
@@ -257,8 +274,8 @@ class Stage:
         )
         self.servants.append(server)
         os.close(write)
-        with os.fdopen(read) as pipe:
-            number = pipe.readline().strip()
+        with os.fdopen(read, "rb") as pipe:
+            number = read_line(pipe.fileno())
         check(number, "the display server has not started")
         self.environment["DISPLAY"] = ":" + number
         # The first key that a new display gets changes its keyboard, and a window manager that takes its keys anew on

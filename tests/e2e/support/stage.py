@@ -4,6 +4,7 @@
 import shutil
 import sys
 import time
+import traceback
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[3] / "scripts"))
@@ -82,7 +83,9 @@ def main(*scenarios):
             with Stage(sys.argv[1], sys.argv[2], getattr(scenario, "size", DISPLAY_SIZE)) as stage:
                 scenario(stage)
             print(f"{scenario.__name__} passed, {time.monotonic() - begun:.1f} s", flush=True)
-        except Failure as failure:
+        except Exception as failure:  # whatever it is, the other scenarios run
             failed += 1
+            if not isinstance(failure, Failure):
+                traceback.print_exc()
             print(f"{scenario.__name__} FAILED after {time.monotonic() - begun:.1f} s: {failure}", flush=True)
     sys.exit(1 if failed else 0)
