@@ -108,6 +108,30 @@ def relative_path_means_the_second_process_folder(stage):
     shows(stage, window, piece)
 
 
+def name_that_is_not_utf8_is_told(stage):
+    stage.write_store(STORE)
+    lost = stage.home / os.fsdecode(b"caf\xe9.csd")
+    lost.write_text("a text")
+    first = copy_example(stage, "pluck.csd")
+    editor, window = open_editor(stage, first)
+
+    def told(window, picture):
+        box = editor.dialog(window)
+        box.screenshot(picture)
+        box.keys("Return")
+        stage.until(lambda: len(stage.windows_of(editor.pid)) == 1, "the end of the message")
+        check(editor.runs(), "the editor runs")
+
+    equal(stage.start(lost).ended(), 0, "exit code of the second process")
+    told(window, "name-not-utf8-handed-over")
+    shows(stage, window, first)
+    os.kill(editor.pid, signal.SIGKILL)
+    editor.ended()
+    editor = stage.start(lost)
+    stage.until(lambda: len(stage.windows_of(editor.pid)) == 2, "the message at the start")
+    told(editor.window(), "name-not-utf8")
+
+
 def three_at_once(stage):
     stage.write_store(STORE)
     first = copy_example(stage, "pluck.csd")
@@ -273,6 +297,7 @@ main(
     minimized_window_comes_out_before_it_asks,
     window_of_another_program_does_not_hold_it_back,
     relative_path_means_the_second_process_folder,
+    name_that_is_not_utf8_is_told,
     three_at_once,
     many_starts_at_once_end_with_one_editor,
     killed_editor_is_not_waited_for,

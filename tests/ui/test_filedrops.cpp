@@ -2,6 +2,7 @@
 #include "support/editorwindow.h"
 #include "support/uitest.h"
 
+#include <cstdio>
 #include <QComboBox>
 #include <QDragEnterEvent>
 #include <QDragMoveEvent>
@@ -97,6 +98,7 @@ private Q_SLOTS:
     void ADropIsNeverAMove_data();
     void ADropIsNeverAMove();
     void TheFirstFileIsTaken();
+    void ANameThatIsNotUtf8IsToldSo();
     void TextStaysText();
     void NothingElseIsTaken();
 };
@@ -179,6 +181,26 @@ void FileDropsTest::TheFirstFileIsTaken()
     QVERIFY(Eventually([&] { return target.IsOpen(); }));
     QCoreApplication::processEvents();
     QVERIFY(target.IsOpen());
+}
+
+void FileDropsTest::ANameThatIsNotUtf8IsToldSo()
+{
+    Target target;
+    const QByteArray folder = QFile::encodeName(target.folder.path());
+    std::FILE *made = std::fopen((folder + "/caf\xE9.orc").constData(), "wb");
+    QVERIFY(made);
+    std::fclose(made);
+    const QUrl url = QUrl::fromEncoded("file://" + folder + "/caf%E9.orc");
+    QMimeData data;
+    data.setUrls({url});
+    bool told = false;
+    target.desktop.ExpectMessage(
+        {.text = u"Unable to open "_s + url.toLocalFile() +
+                 u".\n\nA file whose name is not UTF-8 cannot be opened. Rename it first."_s,
+         .icon = BoxIcon::Warning},
+        BoxAnswer::Ok, [&] { told = true; });
+    QVERIFY(target.Drop(target.Text(), data, AllActions).dropped);
+    QVERIFY(Eventually([&] { return told; }));
 }
 
 void FileDropsTest::TextStaysText()

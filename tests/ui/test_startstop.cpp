@@ -4,10 +4,12 @@
 #include "platform/textfile.h"
 #include "platform/ui/endrequest.h"
 #include "shell/bands.h"
+#include "shell/commandline.h"
 #include "shell/documentkeys.h"
 #include "shell/editorkeys.h"
 #include "shell/findkeys.h"
 #include "shell/layoutkeys.h"
+#include "shell/mailbox.h"
 #include "shell/ui/bandbar.h"
 #include "shell/ui/sidepanel.h"
 #include "support/boxes.h"
@@ -17,6 +19,7 @@
 #include "window/ui/workspace.h"
 
 #include <csignal>
+#include <cstdio>
 #include <functional>
 #include <optional>
 #include <QComboBox>
@@ -82,6 +85,7 @@ private Q_SLOTS:
     void SettingsThatCannotBeReadLeaveAWindowToWorkIn_data();
     void SettingsThatCannotBeReadLeaveAWindowToWorkIn();
     void AFileThatCannotBeOpenedLeavesABareEditor();
+    void ANameThatIsNotUtf8IsToldSo();
     void AMistypedValueKeepsNothingElseBack_data();
     void AMistypedValueKeepsNothingElseBack();
     void AMistypedLayoutKeyKeepsNoOtherBack_data();
@@ -205,6 +209,31 @@ void StartStopTest::AFileThatCannotBeOpenedLeavesABareEditor()
     QCOMPARE(editor.Text().Text(), u"a"_s);
     editor.desktop.ExpectMessage(SaveChanges(u"Untitled"_s), BoxAnswer::Cancel);
     QVERIFY(!editor.window->close());
+}
+
+void StartStopTest::ANameThatIsNotUtf8IsToldSo()
+{
+    EditorWindow editor;
+    const QByteArray path = QFile::encodeName(editor.folder.path()) + "/caf\xE9.orc";
+    std::FILE *made = std::fopen(path.constData(), "wb");
+    QVERIFY(made);
+    std::fclose(made);
+    // As the command line gives it.
+    const QString name = QString::fromLocal8Bit(path);
+    const MessageBoxRequest told{
+        .text = u"Unable to open "_s + name +
+                u".\n\nA file whose name is not UTF-8 cannot be opened. Rename it first."_s,
+        .icon = BoxIcon::Warning};
+    editor.desktop.ExpectMessage(told);
+    editor.Open({name});
+    editor.desktop.CheckAllCame();
+    // As a second start hands it over.
+    editor.Open();
+    Mailbox::Send(CommandLine({name}), editor.settings,
+                  {.find = [] { return true; }, .call = [](bool hasMail) { return hasMail; }});
+    editor.desktop.ExpectMessage(told);
+    editor.window->Mail().Wake();
+    editor.desktop.CheckAllCame();
 }
 
 void StartStopTest::AMistypedValueKeepsNothingElseBack_data()
