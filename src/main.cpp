@@ -23,6 +23,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <exception>
 #include <functional>
 #include <memory>
 #include <new>
@@ -79,17 +80,32 @@ public:
         try {
             work();
             return true;
-        } catch (const RunTimeError &error) {
-            Report(error);
-        } catch (const std::bad_alloc &) {
-            Report(RunTimeError(ErrorNumber::OutOfMemory, u"Out of memory"_s));
-        } catch (const std::exception &error) {
-            Report(RunTimeError(ErrorNumber::InvalidCall, QString::fromLocal8Bit(error.what())));
+        } catch (...) {
+            Tell(std::current_exception());
         }
         return false;
     }
 
 private:
+    void Tell(const std::exception_ptr &failure)
+    {
+        try {
+            try {
+                std::rethrow_exception(failure);
+            } catch (const RunTimeError &error) {
+                Report(error);
+            } catch (const std::bad_alloc &) {
+                Report(RunTimeError(ErrorNumber::OutOfMemory, u"Out of memory"_s));
+            } catch (const std::exception &error) {
+                Report(RunTimeError(ErrorNumber::InvalidCall, QString::fromLocal8Bit(error.what())));
+            }
+        } catch (const std::exception &second) {
+            // The report's own fall-back, the clipboard, has failed; or what was to be told, too little
+            // memory, has kept it from being told.
+            std::fprintf(stderr, "%s\n", second.what());
+        }
+    }
+
     void Report(const RunTimeError &error)
     {
         qWarning("%s", error.what());
@@ -97,11 +113,7 @@ private:
             return; // the report is on the screen; a handler that fails again and again is told once
         m_reporting = true;
         const auto done = qScopeGuard([this] { m_reporting = false; });
-        try {
-            ReportError(m_desktop, error);
-        } catch (const RunTimeError &second) {
-            qWarning("%s", second.what()); // the report's own fall-back, the clipboard, has failed
-        }
+        ReportError(m_desktop, error);
     }
 
     QtDesktop m_desktop;
@@ -162,12 +174,11 @@ int RunEditor(Application &application, const CommandLine &command, const QByteA
     const auto unhook = qScopeGuard([&] { application.TheDesktop().SetWaitHooks({}); });
     QObject::connect(&application, &QGuiApplication::commitDataRequest, editor.get(),
                      [&](QSessionManager &session) {
-                         if (!session.allowsInteraction())
-                             return;
-                         if (editor->MayEndSession())
-                             session.release();
-                         else
+                         const bool mayAsk = session.allowsInteraction();
+                         if (!editor->MayEndSession(mayAsk))
                              session.cancel();
+                         else if (mayAsk)
+                             session.release();
                      });
 
     const auto ready = [&] {

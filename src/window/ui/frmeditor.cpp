@@ -310,14 +310,21 @@ void frmEditor::EndBySystem()
         CancelDialogs(*this, [this] { close(); });
 }
 
-bool frmEditor::MayEndSession()
+bool frmEditor::MayEndSession(bool mayAsk)
 {
+    if (!mayAsk) {
+        m_commands->Guard([this] { m_documents.SecureText(); });
+        return true;
+    }
     if (m_life != Life::Asking)
         CancelDialogs();
     if (!MayEnd())
         return false;
     // The process may get no chance to close its window.
-    m_commands->Guard([this] { m_documents.KeepUnsaved(); });
+    m_commands->Guard([this] {
+        m_documents.KeepUnsaved();
+        m_documents.SecureText();
+    });
     return true;
 }
 

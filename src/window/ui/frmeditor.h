@@ -54,8 +54,9 @@ public:
     /// The system ends the program: whatever dialog is open is cancelled, then the window closes as the user
     /// closes it. While the question about unsaved work stands it only comes to the front.
     void EndBySystem();
-    /// The session ends: an open dialog is cancelled and unsaved work asked about. @return whether it may end
-    bool MayEndSession();
+    /// The session ends: an open dialog is cancelled and unsaved work asked about, where the session lets the
+    /// program ask. When this returns the disk has what is to be kept. @return whether the session may end
+    bool MayEndSession(bool mayAsk = true);
 
     EditorContext &Context() { return m_context; }
     DocumentLifecycle &Documents() { return m_documents; }
