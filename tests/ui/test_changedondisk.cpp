@@ -2,9 +2,12 @@
 #include "support/editorwindow.h"
 #include "support/uitest.h"
 
+#include <functional>
+#include <QApplication>
 #include <QDialog>
 #include <QFile>
 #include <QTimer>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace zelvane;
@@ -32,21 +35,23 @@ class ChangedOnDiskTest : public QObject
         /// Another window comes to the front, and this one after it.
         void LookAway()
         {
-            QWidget other;
-            other.show();
-            other.activateWindow();
-            QVERIFY(QTest::qWaitForWindowActive(&other));
+            {
+                QWidget other;
+                other.show();
+                other.activateWindow();
+                QVERIFY(QTest::qWaitForWindowActive(&other));
+            }
             BringForward();
             QCoreApplication::processEvents();
         }
-        void ExpectLoad(BoxAnswer answer)
+        void ExpectLoad(BoxAnswer answer, std::function<void()> during = {})
         {
             editor.desktop.ExpectMessage(
                 {.text = path + u" was changed by another program. Load it again?"_s,
                  .icon = BoxIcon::Warning,
                  .buttons = BoxButtons::YesNo,
                  .defaultAnswer = editor.Text().Text() == u"one\n" ? BoxAnswer::Yes : BoxAnswer::No},
-                answer);
+                answer, std::move(during));
         }
     };
 
@@ -79,6 +84,38 @@ private Q_SLOTS:
         QFile file(piece.path);
         QVERIFY(file.open(QIODevice::ReadOnly));
         QCOMPARE(file.readAll(), "xone\r\n"_ba);
+    }
+
+    void AFileThatIsWrittenWithoutAPauseLetsTheUserGetOn()
+    {
+        Piece piece;
+        piece.LookAway();
+        int asked = 0;
+        const auto writtenMeanwhile = [&] {
+            ++asked;
+            QDialog box(&piece.window);
+            box.setModal(true);
+            box.show();
+            box.activateWindow();
+            QTRY_COMPARE(QApplication::activeWindow(), &box);
+            piece.editor.WriteFile(u"piece.orc"_s, QByteArray::number(asked));
+            box.close();
+            piece.window.activateWindow();
+        };
+        piece.editor.WriteFile(u"piece.orc"_s, "two\r\n");
+        piece.ExpectLoad(BoxAnswer::No, writtenMeanwhile);
+        piece.ExpectLoad(BoxAnswer::No, writtenMeanwhile);
+        piece.LookAway();
+        QTRY_COMPARE(asked, 2);
+        // A third question would be an unexpected one.
+        QVERIFY(QTest::qWaitForWindowActive(&piece.window));
+        for (int i = 0; i < 5; ++i)
+            QCoreApplication::processEvents();
+        QCOMPARE(piece.editor.Text().Text(), u"one\n"_s);
+        // Whoever has really been away is asked.
+        piece.ExpectLoad(BoxAnswer::Yes);
+        piece.LookAway();
+        QTRY_COMPARE(piece.editor.Text().Text(), u"2"_s);
     }
 
     void AnOpenDialogComesFirst()

@@ -222,8 +222,16 @@ void frmEditor::SetUpText()
 
 void frmEditor::LookAtDisk()
 {
-    if (m_life == Life::Waiting && !QApplication::activeModalWidget())
-        m_commands->Guard([this] { m_documents.WindowActivated(); });
+    constexpr int mostInARow = 2;
+    if (m_life != Life::Waiting || m_looksAtDisk || QApplication::activeModalWidget())
+        return;
+    // The end of a question makes this window the active one again. Where the file is written without a
+    // pause, as a log is, the user gets on with his text all the same; a save asks in any case.
+    if (m_disksAsked >= mostInARow)
+        return;
+    const auto done = qScopeGuard([this] { m_looksAtDisk = false; });
+    m_looksAtDisk = true;
+    m_commands->Guard([this] { m_documents.WindowActivated(); });
 }
 
 // The program's windows
@@ -259,7 +267,9 @@ void frmEditor::ShowPreferences()
 
 void frmEditor::changeEvent(QEvent *event)
 {
-    if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
+    if (event->type() == QEvent::ActivationChange && !isActiveWindow()) {
+        m_disksAsked = m_looksAtDisk ? m_disksAsked + 1 : 0;
+    } else if (event->type() == QEvent::ActivationChange) {
         Q_EMIT Activated();
         // Not at once: whoever gave the window back may have more to do, such as the next dialog.
         QMetaObject::invokeMethod(this, &frmEditor::LookAtDisk, Qt::QueuedConnection);

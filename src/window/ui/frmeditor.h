@@ -130,6 +130,8 @@ private:
     Mailbox m_mailbox;
 
     Life m_life = Life::Waiting;
+    bool m_looksAtDisk = false;
+    int m_disksAsked = 0; ///< questions of LookAtDisk since the window was left for anything else
 };
 
 } // namespace zelvane
