@@ -4,6 +4,7 @@
 #include "platform/desktop.h"
 #include "platform/profilefile.h"
 
+#include <algorithm>
 #include <QDir>
 #include <QFileInfo>
 #include <QUrl>
@@ -43,31 +44,46 @@ QString Manual::ContentsPage() const
 
 QString Manual::PageOf(const QString &word) const
 {
-    if (const auto named = pages.constFind(word); named != pages.constEnd())
-        return folder + u'/' + *named;
-    if (!IsLocal())
-        return folder + u'/' +
-               QString(page).replace(WordMark, QString::fromLatin1(QUrl::toPercentEncoding(word)));
-    // A word is no path: what is selected in a text leads to no file but a page.
-    if (word.contains(u'/') || word.contains(QDir::separator()))
-        return ContentsPage();
-    const QString file = folder + u'/' + QString(page).replace(WordMark, word);
-    return QFileInfo(file).isFile() ? file : ContentsPage();
+    QString name;
+    if (const auto named = pages.constFind(word); named != pages.constEnd()) {
+        name = *named;
+    } else if (const auto family =
+                   std::find_if(families.begin(), families.end(),
+                                [&word](const auto &row) { return word.startsWith(row.first); });
+               family != families.end()) {
+        name = family->second;
+    } else if (!IsLocal()) {
+        name = QString(page).replace(WordMark, QString::fromLatin1(QUrl::toPercentEncoding(word)));
+    } else if (!word.contains(u'/') && !word.contains(QDir::separator())) {
+        // A word is no path: what is selected in a text leads to no file but a page.
+        name = QString(page).replace(WordMark, word);
+    }
+    const QString file = folder + u'/' + name;
+    // Another edition of a manual may lack a page that the help file names.
+    return !IsLocal() || QFileInfo(file).isFile() ? file : ContentsPage();
 }
 
 std::optional<Manual> ReadManual(const QString &helpFile)
 {
     const ProfileFile file(helpFile);
     const auto key = [&file](QStringView name) { return file.Value(u"Manual", name).value_or(QString()); };
-    Manual manual{.folder = key(u"Folder"), .page = key(u"Page"), .contents = key(u"Contents"), .pages = {}};
+    Manual manual{.folder = key(u"Folder"),
+                  .page = key(u"Page"),
+                  .contents = key(u"Contents"),
+                  .pages = {},
+                  .families = {}};
     if (manual.folder.isEmpty() || manual.contents.isEmpty())
         return {};
     if (manual.IsLocal())
         manual.folder = QDir::cleanPath(QFileInfo(helpFile).absoluteDir().absoluteFilePath(manual.folder));
     while (manual.folder.endsWith(u'/'))
         manual.folder.chop(1);
-    for (const auto &[word, page] : file.Entries(u"Pages"))
-        manual.pages.insert(word, page);
+    for (const auto &[word, page] : file.Entries(u"Pages")) {
+        if (word.endsWith(u'*'))
+            manual.families.append({word.chopped(1), page});
+        else
+            manual.pages.insert(word, page);
+    }
     return manual;
 }
 

@@ -3,7 +3,9 @@
 
 #include <optional>
 #include <QHash>
+#include <QList>
 #include <QString>
+#include <utility>
 
 namespace zelvane
 {
@@ -16,12 +18,14 @@ enum class HelpCommand { Keyword, Contents };
 /// A manual of many pages, as a help file names it: a text file of sections and keys, section "Manual" with
 /// the keys Folder (a folder, relative to the help file's own, or an address of the web), Page (the page of a
 /// word, "$WORD$" being the word) and Contents, and section "Pages" with the words whose pages have other
-/// names.
+/// names. There "name*" is every word that begins so, unless it has a row of its own; the first such row
+/// counts.
 struct Manual {
     QString folder; ///< without a separator at its end
     QString page;
     QString contents;
     QHash<QString, QString> pages;
+    QList<std::pair<QString, QString>> families; ///< beginning of the words, page
 
     /// Whether it lies on this machine's disk.
     bool IsLocal() const;

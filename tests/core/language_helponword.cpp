@@ -9,7 +9,10 @@
 
 #include <gtest/gtest.h>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
+#include <QSet>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -132,11 +135,12 @@ TEST_F(HelpOnAWord, AManualOpensThePageOfTheWord)
 {
     const QString file =
         context.WriteFile(u"my.hlp"_s, "[Manual]\nFolder=manual\nPage=$WORD$.html\nContents=all.html\n"
-                                       "[Pages]\n0dbfs=Zero.html\n");
+                                       "[Pages]\n0dbfs=Zero.html\nlost=Lost.html\n"
+                                       "la_one=One.html\nla_*=all-la.html\n");
     const QString manual = context.folder.filePath(u"manual"_s);
     ASSERT_TRUE(QDir().mkdir(manual));
-    for (const QString &page : {u"manual/all.html"_s, u"manual/oscil.html"_s})
-        context.WriteFile(page, "x");
+    for (const char *page : {"all", "oscil", "Zero", "lost", "One", "all-la", "la_mc"})
+        context.WriteFile(u"manual/%1.html"_s.arg(QLatin1String(page)), "x");
     context.settings.SaveText(Keys::Help, file);
     const auto expect = [&](const QString &text, const QString &page) {
         context.text.SetText(text);
@@ -147,6 +151,10 @@ TEST_F(HelpOnAWord, AManualOpensThePageOfTheWord)
     expect(u"oscil"_s, u"oscil.html"_s);
     EXPECT_EQ(context.status.text, u"Help keyword: oscil"_s);
     expect(u"0dbfs"_s, u"Zero.html"_s);
+    expect(u"lost"_s, u"all.html"_s); // its page is named, but not there
+    expect(u"la_one"_s, u"One.html"_s);
+    expect(u"la_mc"_s, u"all-la.html"_s);
+    expect(u"la"_s, u"all.html"_s);
     expect(u"no such word"_s, u"all.html"_s);
     expect(u"../manual/oscil"_s, u"all.html"_s);
     expect(u"x"_s, u"all.html"_s);
@@ -207,6 +215,45 @@ TEST(Manual, TheShippedOneNamesItsPages)
     EXPECT_EQ(manual->PageOf(u"0dbfs"_s), manual->folder + u"/Zerodbfs.html"_s);
     for (const QString &page : manual->pages)
         EXPECT_TRUE(QFileInfo(manual->folder + u'/' + page).isFile()) << page.toStdString();
+    for (const auto &[words, page] : manual->families)
+        EXPECT_TRUE(QFileInfo(manual->folder + u'/' + page).isFile()) << page.toStdString();
+}
+
+TEST(Manual, TheShippedOneMissesNoWordThatAPageDescribes)
+{
+    const auto manual = ReadManual(QStringLiteral(ZELVANE_SOURCE_DIR "/data/csound.hlp"));
+    ASSERT_TRUE(manual && manual->IsThere()) << "csound-doc is not installed";
+    QFile words(QStringLiteral(ZELVANE_SOURCE_DIR "/data/opcodes.txt"));
+    ASSERT_TRUE(words.open(QIODevice::ReadOnly));
+    QSet<QString> without; // a word of one character opens the contents in any case
+    for (const QString &word : QString::fromLatin1(words.readAll()).simplified().split(u' ')) {
+        if (word.size() > 1 && manual->PageOf(word) == manual->ContentsPage())
+            without.insert(word);
+    }
+    EXPECT_LT(without.size(), 60);
+    // A page describes a word where it shows its syntax, or where the index of the manual leads to.
+    static const QRegularExpression synopsis(u"<pre class=\"synopsis\">(.*?)</pre>"_s,
+                                             QRegularExpression::DotMatchesEverythingOption);
+    static const QRegularExpression strong(u"<strong>\\s*(\\w+)\\s*</strong>"_s);
+    static const QRegularExpression indexed(u" id=\"Index(\\w+)\""_s);
+    int pages = 0;
+    for (const QFileInfo &info : QDir(manual->folder).entryInfoList({u"*.html"_s}, QDir::Files)) {
+        QFile page(info.filePath());
+        ASSERT_TRUE(page.open(QIODevice::ReadOnly));
+        ++pages;
+        const QString text = QString::fromUtf8(page.readAll());
+        const auto look = [&](const QRegularExpression &pattern, const QString &where) {
+            for (auto found = pattern.globalMatch(where); found.hasNext();) {
+                const QString word = found.next().captured(1);
+                EXPECT_FALSE(without.contains(word))
+                    << word.toStdString() << " is described by " << info.fileName().toStdString();
+            }
+        };
+        look(indexed, text);
+        for (auto found = synopsis.globalMatch(text); found.hasNext();)
+            look(strong, found.next().captured(1));
+    }
+    EXPECT_GT(pages, 1000);
 }
 
 } // namespace zelvane::test
