@@ -25,9 +25,19 @@ bool GoesOn(char16_t unit)
 /// A character as far as it is compared: letters in lower case.
 char16_t Folded(char16_t unit)
 {
-    if (unit >= Beyond)
+    if (unit < Beyond)
+        return unit >= u'A' && unit <= u'Z' ? char16_t(unit + (u'a' - u'A')) : unit;
+    switch (unit) { // those with an ASCII letter as their other case
+    case u'\u0130':
+    case u'\u0131':
+        return u'i';
+    case u'\u017f':
+        return u's';
+    case u'\u212a':
+        return u'k';
+    default:
         return Beyond;
-    return unit >= u'A' && unit <= u'Z' ? char16_t(unit + (u'a' - u'A')) : unit;
+    }
 }
 
 bool IsMark(char16_t folded)
@@ -46,9 +56,21 @@ template <typename Unit> struct Walk {
     char16_t Character() const
     {
         if constexpr (sizeof(Unit) == 1)
-            return Folded(uchar(*at));
+            return Folded(Decoded());
         else
             return Folded(*at);
+    }
+    /// A character of UTF-8 with up to three bytes; of one with four only that it is outside ASCII.
+    char16_t Decoded() const
+    {
+        const auto byte = [this](qsizetype i) { return i < Left() ? uint(uchar(at[i])) : 0U; };
+        if (byte(0) < Beyond)
+            return char16_t(byte(0));
+        if ((byte(0) & 0xE0) == 0xC0)
+            return char16_t((byte(0) & 0x1F) << 6 | (byte(1) & 0x3F));
+        if ((byte(0) & 0xF0) == 0xE0)
+            return char16_t((byte(0) & 0x0F) << 12 | (byte(1) & 0x3F) << 6 | (byte(2) & 0x3F));
+        return Beyond;
     }
     void Next()
     {

@@ -2,6 +2,7 @@
 #include "platform/keptclasses.h"
 
 #include "core/oracle/keptclassesoracle.h"
+#include "shell/textops.h"
 #include "support/printers.h"
 #include "support/randomtext.h"
 
@@ -36,15 +37,33 @@ TEST(KeptClasses, CommentsComeAndGo)
 TEST(KeptClasses, CaseAndIndent)
 {
     EXPECT_EQ(Kept(u"a1 oscil"_s, "00022222", u"A1 OSCIL"_s), "00022222");
-    EXPECT_EQ(Kept(u"\u00e9t\u0131"_s, "123", u"\u00c9TI"_s), "");
+    EXPECT_EQ(Kept(u"\u00e9t\u0131"_s, "123", u"\u00c9TI"_s), "123");
     EXPECT_EQ(Kept(u"\u00e9t\u00e9"_s, "123", u"\u00c9T\u00c9"_s), "123");
     EXPECT_EQ(Kept(u"a\nb"_s, "123", u"\ta\n\tb"_s), "91223");
     EXPECT_EQ(Kept(u"  a\n  b"_s, "0012003", u"a\nb"_s), "123");
     EXPECT_EQ(Kept(u"a  b"_s, "1002", u"a\tb"_s), "112");
 }
 
+TEST(KeptClasses, EveryLetterKeepsItsClassInTheOtherCase)
+{
+    for (char16_t unit = u'!'; unit < 0xFFFE; ++unit) {
+        const QChar c(unit);
+        if (c.isSurrogate() || unit == u';' || unit == u'/' || unit == u'*')
+            continue;
+        for (const CaseChange change : {CaseChange::Upper, CaseChange::Lower, CaseChange::Capitalize}) {
+            const QString other = ChangeCaseOfText(QString(c), change);
+            ASSERT_EQ(Kept(c, "3", other), "3") << std::hex << int(unit);
+            const QByteArray bytes = KeptClasses(
+                QString(c).toUtf8(), QByteArray(QString(c).toUtf8().size(), '3'), other.toUtf8(), '9');
+            ASSERT_EQ(bytes, QByteArray(other.toUtf8().size(), '3')) << std::hex << int(unit);
+        }
+    }
+}
+
 TEST(KeptClasses, OtherTextKeepsNothing)
 {
+    EXPECT_EQ(Kept(u"\u0131"_s, "1", u"s"_s), "");
+    EXPECT_EQ(Kept(u"\u00e9"_s, "1", u"e"_s), "");
     EXPECT_EQ(Kept(u"oscil"_s, "22222", u"line"_s), "");
     EXPECT_EQ(Kept(u"oscil"_s, "22222", u"oscili"_s), "");
     EXPECT_EQ(Kept(u"oscili"_s, "222222", u"oscil"_s), "");
@@ -56,7 +75,8 @@ TEST(KeptClasses, OtherTextKeepsNothing)
 TEST(KeptClasses, ClassesFollowTheCharactersInRandomTexts)
 {
     const QString clef = QString::fromUcs4(U"\U0001D11E");
-    RandomText texts({u"a"_s, u"A"_s, u"b"_s, u" "_s, u"\n"_s, u";"_s, u"/"_s, u"*"_s, u"\u00e9"_s, clef},
+    RandomText texts({u"a"_s, u"A"_s, u"b"_s, u" "_s, u"\n"_s, u";"_s, u"/"_s, u"*"_s, u"\u00e9"_s, clef,
+                      u"i"_s, u"\u0131"_s},
                      10);
     RandomText marks({u" "_s, u"\t"_s, u"\n"_s, u";"_s, u"/"_s, u"*"_s, QString()}, 2);
     int keptOnes = 0;

@@ -8,11 +8,21 @@ namespace zelvane::oracle
 {
 
 /// What has to be the same in two texts of which one takes the place of the other: its characters without
-/// regard to case, blanks and comment marks, each with its class. All characters outside ASCII are one.
+/// regard to case, blanks and comment marks, each with its class. All characters outside ASCII are one, but
+/// for those with an ASCII letter as their other case.
 struct ClassedCharacters {
     QString characters;
     QByteArray classes;
 };
+
+inline QChar ComparedCharacter(QChar c)
+{
+    for (const QChar other : {c, c.toLower(), c.toUpper()}) {
+        if (other.unicode() < 0x80)
+            return other.toLower();
+    }
+    return u'\u00e9';
+}
 
 inline ClassedCharacters ClassedCharactersOf(const QString &text, const QByteArray &classes)
 {
@@ -20,7 +30,7 @@ inline ClassedCharacters ClassedCharactersOf(const QString &text, const QByteArr
     for (qsizetype i = 0; i < text.size(); ++i) {
         if (QStringLiteral(" \t\n;/*").contains(text[i]) || text[i].isLowSurrogate())
             continue;
-        core.characters += text[i].unicode() < 0x80 ? text[i].toLower() : QChar(u'\u00e9');
+        core.characters += ComparedCharacter(text[i]);
         core.classes += classes[i];
     }
     return core;
