@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/soundstream.h"
+
+#include "platform/soundfile.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace zelvane
+{
+
+namespace
+{
+
+constexpr int ChunkFrames = 2048;
+constexpr int MostSamples = 1 << 20;
+
+/// Half a second, so that a slow disk is not heard, but no more memory than a sound of two channels needs
+/// where there are very many.
+int RingFrames(const SoundFormat &format)
+{
+    return std::max(std::min(format.rate / 2, MostSamples / format.channels), ChunkFrames);
+}
+
+} // namespace
+
+SoundStream::SoundStream(SoundFile &file, const AudioOutput &output, std::function<void()> ended)
+    : m_file(file),
+      m_output(output),
+      m_tellEnded(std::move(ended)),
+      m_ring(file.Format().channels, RingFrames(file.Format()))
+{
+}
+
+SoundStream::~SoundStream()
+{
+    Stop();
+}
+
+void SoundStream::Begin(qint64 frame)
+{
+    Stop();
+    m_ring.Clear();
+    m_ended = false;
+    m_stopping = false;
+    m_reader = std::thread([this, frame] { Run(frame); });
+}
+
+void SoundStream::Stop()
+{
+    if (!m_reader.joinable())
+        return;
+    m_stopping = true;
+    WakeReader();
+    m_reader.join();
+}
+
+int SoundStream::Pull(float *samples, int frames) noexcept
+{
+    const int taken = m_ring.Take(samples, frames);
+    WakeReader();
+    return taken;
+}
+
+void SoundStream::WakeReader() noexcept
+{
+    m_wakes.fetch_add(1);
+    m_wakes.notify_one();
+}
+
+void SoundStream::Run(qint64 frame)
+{
+    m_file.Seek(frame, [this] { return !m_stopping; });
+    qint64 written = 0;
+    for (bool more = true; !m_stopping;) {
+        const int seen = m_wakes;
+        if (more) {
+            const SampleRing::Space space = m_ring.Free();
+            if (space.frames > 0) {
+                const int read = m_file.Read(space.samples, std::min(space.frames, ChunkFrames));
+                m_ring.Put(read);
+                written += read;
+                more = read > 0;
+                continue;
+            }
+        } else if (m_output.Heard() >= written) {
+            m_ended = true;
+            m_tellEnded();
+            return;
+        }
+        // The output pulls on after the end, so that this looks again until all has been heard.
+        m_wakes.wait(seen);
+    }
+}
+
+} // namespace zelvane
