@@ -17,11 +17,24 @@ struct MediaAnswer {
     bool operator==(const MediaAnswer &) const = default;
 };
 
-/// The codes that decide what the player does next. All others are told to the user by their ErrorText.
+/// The error codes. DeviceNotKnown and DeviceBusy decide what the player does next; all others it tells to
+/// the user by their text.
 namespace MediaError
 {
-inline constexpr int DeviceNotKnown = 263; ///< open without a type: the file's extension tells no device type
-inline constexpr int DeviceBusy = 320;     ///< play: no sound device can be had
+inline constexpr int NotOpen = 257; ///< nothing is open under the alias
+inline constexpr int UnknownWord = 259;
+inline constexpr int UnknownCommand = 261;
+inline constexpr int DeviceNotKnown = 263; ///< open: the extension tells no device type, or the type is none
+inline constexpr int OutOfMemory = 264;
+inline constexpr int BadNumber = 270;
+inline constexpr int MissingWord = 273;
+inline constexpr int FileNotFound = 275;
+inline constexpr int FileNotReadable = 276; ///< no right to read it, or no file with bytes of its own
+inline constexpr int OutOfRange = 282;
+inline constexpr int AlreadyOpen = 289;
+inline constexpr int NoSound = 296; ///< open: the content is no sound that can be read
+inline constexpr int NotPlaying = 302;
+inline constexpr int DeviceBusy = 320; ///< play: no sound device can be had
 } // namespace MediaError
 
 /// How a "play ... notify" ended. The first is the end of the sound; the player ignores the others.
