@@ -24,10 +24,15 @@ void SampleRing::Put(int frames)
     m_put.store(m_put.load(std::memory_order_relaxed) + frames, std::memory_order_release);
 }
 
+int SampleRing::Filled() const noexcept
+{
+    return int(m_put.load(std::memory_order_acquire) - m_taken.load(std::memory_order_relaxed));
+}
+
 int SampleRing::Take(float *samples, int frames) noexcept
 {
     const qint64 taken = m_taken.load(std::memory_order_relaxed);
-    const int count = int(std::min<qint64>(frames, m_put.load(std::memory_order_acquire) - taken));
+    const int count = std::min(frames, Filled());
     const int at = int(taken % m_frames);
     const int first = std::min(count, m_frames - at);
     std::copy_n(m_samples.data() + qsizetype(at) * m_channels, qsizetype(first) * m_channels, samples);

@@ -26,6 +26,9 @@ public:
     /// So many frames were written there.
     void Put(int frames);
 
+    int Capacity() const { return m_frames; }
+    /// Frames that can be taken. For the thread that takes out.
+    int Filled() const noexcept;
     /// Takes up to `frames` frames, those that came first. For the thread that takes out.
     /// @return frames taken
     int Take(float *samples, int frames) noexcept;

@@ -41,7 +41,7 @@ void SoundStream::Begin(qint64 frame)
 {
     Stop();
     m_ring.Clear();
-    m_ended = false;
+    m_allRead = m_ended = false;
     m_stopping = false;
     m_reader = std::thread([this, frame] { Run(frame); });
 }
@@ -57,7 +57,9 @@ void SoundStream::Stop()
 
 int SoundStream::Pull(float *samples, int frames) noexcept
 {
-    const int taken = m_ring.Take(samples, frames);
+    // A block that is not there as a whole comes later, so that the beginning is not torn.
+    const bool isEnough = m_allRead || m_ring.Filled() >= std::min(frames, m_ring.Capacity() / 2);
+    const int taken = isEnough ? m_ring.Take(samples, frames) : 0;
     WakeReader();
     return taken;
 }
@@ -72,15 +74,15 @@ void SoundStream::Run(qint64 frame)
 {
     m_file.Seek(frame, [this] { return !m_stopping; });
     qint64 written = 0;
-    for (bool more = true; !m_stopping;) {
+    while (!m_stopping) {
         const int seen = m_wakes;
-        if (more) {
+        if (!m_allRead) {
             const SampleRing::Space space = m_ring.Free();
             if (space.frames > 0) {
                 const int read = m_file.Read(space.samples, std::min(space.frames, ChunkFrames));
                 m_ring.Put(read);
                 written += read;
-                more = read > 0;
+                m_allRead = read == 0;
                 continue;
             }
         } else if (m_output.Heard() >= written) {

@@ -42,6 +42,7 @@ private:
     SampleRing m_ring;
     std::atomic<int> m_wakes = 0; // counts what the reader may wait for
     std::atomic<bool> m_stopping = false;
+    std::atomic<bool> m_allRead = false; // to the end of the file
     std::atomic<bool> m_ended = false;
     std::thread m_reader;
 };
