@@ -48,14 +48,17 @@ QString GeneralDate(const QDateTime &time, const QLocale &locale)
     return locale.toString(time.date(), QLocale::ShortFormat) + u' ' + locale.toString(time.time(), format);
 }
 
+QString ShortSizeText(qint64 bytes)
+{
+    if (bytes < 1024)
+        return QString::number(bytes) + u" bytes"_s;
+    return bytes < 1048576 ? OneDecimal(bytes, 1024) + u"Kb"_s : OneDecimal(bytes, 1048576) + u"Mb"_s;
+}
+
 QString SizeText(qint64 bytes)
 {
-    const QString whole = QString::number(bytes) + u" bytes"_s;
-    if (bytes < 1024)
-        return whole;
-    if (bytes < 1048576)
-        return OneDecimal(bytes, 1024) + u"Kb ("_s + whole + u')';
-    return OneDecimal(bytes, 1048576) + u"Mb ("_s + whole + u')';
+    const QString text = ShortSizeText(bytes);
+    return bytes < 1024 ? text : text + u" ("_s + QString::number(bytes) + u" bytes)"_s;
 }
 
 QString FileFacts(const QString &name, const Desktop &desktop)

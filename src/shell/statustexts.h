@@ -17,7 +17,10 @@ class TextBuffer;
 /// Date and time as the desktop's locale writes them in short, with seconds.
 QString GeneralDate(const QDateTime &time, const QLocale &locale = QLocale::system());
 
-/// "12 bytes", "1.5Kb (1536 bytes)", "2Mb (2097152 bytes)": one decimal, ties to even, no ".0".
+/// "12 bytes", "1.5Kb", "2Mb": one decimal, ties to even, no ".0".
+QString ShortSizeText(qint64 bytes);
+
+/// The same with all bytes told: "12 bytes", "1.5Kb (1536 bytes)", "2Mb (2097152 bytes)".
 QString SizeText(qint64 bytes);
 
 /// Display name, ": last saved ", date, and the attributes that the file has: " Read only", " Hidden", "
