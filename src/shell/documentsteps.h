@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QString>
+
 namespace zelvane
 {
 
@@ -46,12 +48,14 @@ public:
     virtual void navAfterOpen() {}
 };
 
-/// The sound that belongs to the document.
+/// The sound that belongs to the document, and the player of any other.
 class SoundStep
 {
 public:
     virtual ~SoundStep() = default;
     virtual void SearchSoundFile() {}
+    /// Plays a sound file; a failure is shown.
+    virtual void MCIopen(const QString & /*path*/) {}
 };
 
 /// The place of a step. Until a room takes it, a step stands there that does nothing, so that a list of steps
