@@ -21,8 +21,7 @@
 #include "shell/ui/sidepanel.h"
 #include "shell/ui/windowcontext.h"
 #include "shell/windowsteps.h"
-#include "support/recordingview.h"
-#include "support/testcontext.h"
+#include "support/barewindow.h"
 #include "support/uitest.h"
 #include "texttools/ui/texttoolsroom.h"
 
@@ -40,40 +39,6 @@ using namespace zelvane::test;
 
 namespace
 {
-
-/// A window without any room: each test plugs in the one that it looks at.
-struct BareWindow : TestContext {
-    QMainWindow window;
-    TextControl control{desktop, &window};
-    RecordingView view;
-    DocumentSteps steps;
-    DocumentLifecycle documents{document, control, settings, desktop, status, view, steps};
-    EditorContext withControl{document, control, settings, desktop, status, windows, documents};
-    Commands commands{desktop, &window};
-    Menus menus{window.menuBar(), &window, commands};
-    BandBar bands{&window};
-    SidePanel panel{&window};
-    Appearance appearance{settings};
-    WindowSteps windowSteps;
-    LayoutParts layout{settings, commands};
-    WindowContext context{withControl, control, documents, view,       steps,       commands, menus,
-                          &window,     bands,   panel,     appearance, windowSteps, layout};
-
-    BareWindow()
-    {
-        WriteFile(u"opcodes.txt"_s, "oscil outs linen oscil\n");
-        qputenv("ZELVANE_HOME", QFile::encodeName(folder.path()));
-    }
-
-    template <typename Widget> Widget &Find(const QString &name)
-    {
-        auto *found = window.findChild<Widget *>(name);
-        if (!found)
-            qFatal("no child named %s", qPrintable(name));
-        return *found;
-    }
-    bool Has(WindowBand band) const { return bands.IsBandVisible(band); }
-};
 
 class RoomsTest : public QObject
 {
