@@ -27,7 +27,9 @@ namespace zelvane
 namespace
 {
 
-constexpr char CommandProperty[] = "command"; ///< of a button's action: the name of its command's row
+// Of a button's action.
+constexpr char CommandProperty[] = "command"; ///< the name of its command's row
+constexpr char KeyProperty[] = "shownKey";    ///< what its tooltip tells of its key
 
 /// Enables the button as the row, and presses it as the row is checked, now and from now on.
 void Follow(QAction *button, QAction *row)
@@ -72,11 +74,6 @@ QString WithKey(const QString &tooltip, const QString &key)
     return key.isEmpty() ? tooltip : tooltip + u" ("_s + key + u')';
 }
 
-QString ShownKey(const QAction &button)
-{
-    return button.shortcut().toString(QKeySequence::PortableText);
-}
-
 void AddToolButton(QToolBar &toolbar, Commands &commands, const ToolButton &button)
 {
     if (button.group == ButtonGroup::New)
@@ -86,9 +83,11 @@ void AddToolButton(QToolBar &toolbar, Commands &commands, const ToolButton &butt
     QAction *action = toolbar.addAction(Icons::Load(key), description);
     action->setObjectName(toolbar.objectName() + u'_' + key);
     action->setShortcut(QKeySequence(QString::fromUtf16(button.shortcut), QKeySequence::PortableText));
-    const QString shown = ShownKey(button.command);
-    action->setToolTip(
-        WithKey(QString::fromUtf16(button.tooltip), shown.isEmpty() ? ShownKey(*action) : shown));
+    const QString ownKey = action->shortcut().toString(QKeySequence::PortableText);
+    const QString rowKey = ShownKey(button.command);
+    const QString shownKey = rowKey.isEmpty() ? ownKey : rowKey;
+    action->setProperty(KeyProperty, shownKey);
+    action->setToolTip(WithKey(QString::fromUtf16(button.tooltip), shownKey));
     action->setProperty("key", key);
     action->setProperty(CommandProperty, button.command.RowName());
     if (QAction *row = commands.Action(button.command)) {
@@ -160,7 +159,9 @@ void AddToolButtons(QToolBar &toolbar, Commands &commands, std::span<const ToolB
 
 void SetButtonToolTip(QAction &button, const QString &tooltip)
 {
-    button.setToolTip(tooltip.isEmpty() ? QString() : PlainToolTip(WithKey(tooltip, ShownKey(button))));
+    button.setToolTip(tooltip.isEmpty()
+                          ? QString()
+                          : PlainToolTip(WithKey(tooltip, button.property(KeyProperty).toString())));
     if (!tooltip.isEmpty())
         return;
     // An action without a tooltip lends its caption to its buttons.
