@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/kindsearch.h"
 
+#include "platform/filenamecase.h"
 #include "shell/documentkind.h"
 #include "shell/editorcontext.h"
 #include "shell/splitpath.h"
@@ -18,12 +19,6 @@ namespace zelvane
 
 namespace
 {
-
-#if defined(Q_OS_WIN) || defined(Q_OS_MACOS)
-constexpr Qt::CaseSensitivity FileNameCase = Qt::CaseInsensitive;
-#else
-constexpr Qt::CaseSensitivity FileNameCase = Qt::CaseSensitive;
-#endif
 
 QString JoinPath(const QString &folder, const QString &name)
 {
