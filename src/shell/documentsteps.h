@@ -6,8 +6,10 @@
 namespace zelvane
 {
 
-// What other rooms do while a document is opened or made: one interface for each step. A method that a room
-// does not have does nothing.
+enum class FileOperation; // shell/command.h
+
+// What other rooms do while a document is opened or made, or with a file that another room shows: one
+// interface for each step. A method that a room does not have does nothing.
 
 /// Colouring.
 class ColourStep
@@ -37,6 +39,20 @@ public:
     virtual bool RelatedFilesShown() const { return false; }
     virtual void BuildRelatedFiles() {}
     virtual void ClearRelatedFiles() {}
+};
+
+/// What the shell does with any file, whether it is the document or not.
+class FileStep
+{
+public:
+    virtual ~FileStep() = default;
+    /// Whether a room is there for it.
+    virtual bool ServesFiles() const { return false; }
+    /// Lets the user pick the program that opens the file.
+    virtual void OpenWith(const QString & /*path*/) {}
+    /// Asks what there is to ask, and tells of failures.
+    /// @return whether files came, went or have other names now
+    virtual bool RunFileOperation(FileOperation /*operation*/, const QString & /*path*/) { return false; }
 };
 
 /// The history of documents behind the buttons back and next.
@@ -76,13 +92,14 @@ private:
     Step *m_step = &m_nothing;
 };
 
-/// The places of the steps that other rooms take in opening and making a document.
+/// The places of the steps that other rooms take.
 struct DocumentSteps {
     StepPlace<ColourStep> colour;
     StepPlace<OutlineStep> outline;
     StepPlace<RelatedFilesStep> relatedFiles;
     StepPlace<HistoryStep> history;
     StepPlace<SoundStep> sound;
+    StepPlace<FileStep> files;
 };
 
 } // namespace zelvane
