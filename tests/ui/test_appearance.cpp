@@ -16,7 +16,7 @@
 #include <QToolBar>
 #include <QToolButton>
 #include <QTreeView>
-#include <QTreeWidget>
+#include <QTreeView>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace zelvane;
@@ -131,7 +131,7 @@ void AppearanceTest::TheRunningWindowFollowsChangedSettings()
     editor.window->Looks().ApplyAll();
     QVERIFY(bar.AreCaptionsShown());
     QVERIFY(tree.hasMouseTracking());
-    QVERIFY(editor.Find<QTreeWidget>(u"tvwRelated"_s).hasMouseTracking());
+    QVERIFY(editor.Find<QTreeView>(u"tvwRelated"_s).hasMouseTracking());
     QVERIFY(!faces.first()->autoRaise());
     QVERIFY(columns() != stops);
     QVERIFY(!editor.Text().viewport()->acceptDrops());

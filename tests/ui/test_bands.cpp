@@ -11,7 +11,7 @@
 
 #include <QComboBox>
 #include <QTreeView>
-#include <QTreeWidget>
+#include <QTreeView>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace zelvane;
@@ -107,7 +107,7 @@ void BandsTest::SidePanelHidesWithItsBands()
     auto &splitter = editor.Find<Splitter>(u"Splitter"_s);
     QVERIFY(panel.isVisible() && splitter.isVisible());
     QVERIFY(editor.Find<QTreeView>(u"tvwBrowse"_s).isVisible());
-    QVERIFY(editor.Find<QTreeWidget>(u"tvwRelated"_s).isVisible());
+    QVERIFY(editor.Find<QTreeView>(u"tvwRelated"_s).isVisible());
     QCOMPARE(editor.Text().x(), panel.width() + splitter.width());
     editor.Row(u"mnuBrowse"_s).trigger();
     QVERIFY(panel.isVisible());

@@ -72,15 +72,6 @@ const Command NotBuilt[] = {
     Cmd::mnuSSO[FileOperation::Delete],
     Cmd::mnuSSO[FileOperation::Properties],
     Cmd::mnuAbout,
-    Cmd::mnuRelatedItem[RelatedEntry::Open],
-    Cmd::mnuRelatedShell[RelatedOperation::Open],
-    Cmd::mnuRelatedShell[RelatedOperation::OpenWith],
-    Cmd::mnuRelatedShell[RelatedOperation::Move],
-    Cmd::mnuRelatedShell[RelatedOperation::Copy],
-    Cmd::mnuRelatedShell[RelatedOperation::Rename],
-    Cmd::mnuRelatedShell[RelatedOperation::Delete],
-    Cmd::mnuRelatedShell[RelatedOperation::OpenContainer],
-    Cmd::mnuRelatedShell[RelatedOperation::Properties],
 };
 
 QStringList RowNames(const std::vector<Command> &commands)

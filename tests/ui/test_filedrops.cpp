@@ -13,7 +13,7 @@
 #include <QMenuBar>
 #include <QMimeData>
 #include <QToolBar>
-#include <QTreeWidget>
+#include <QTreeView>
 #include <QUrl>
 #include <QWidget>
 #include <QWindow>

@@ -25,13 +25,14 @@
 #include "support/uitest.h"
 #include "texttools/ui/texttoolsroom.h"
 
+#include <QAbstractItemModel>
 #include <QComboBox>
 #include <QFile>
 #include <QMainWindow>
 #include <QMenuBar>
 #include <QToolBar>
 #include <QToolButton>
-#include <QTreeWidget>
+#include <QTreeView>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace zelvane;
@@ -97,6 +98,7 @@ void RoomsTest::ATreeIsEmptiedWithItsBand()
     BareWindow on;
     const LanguageRoom room(on.context);
     on.document.DocumentKind = FileKind::Score;
+    on.document.CurrentFile = on.WriteFile(u"piece.sco"_s);
     const std::pair<QString, Command> trees[] = {{u"tvwBrowse"_s, Cmd::mnuBrowse},
                                                  {u"tvwRelated"_s, Cmd::mnuRelated}};
     for (const auto &[name, row] : trees) {
@@ -106,8 +108,6 @@ void RoomsTest::ATreeIsEmptiedWithItsBand()
         on.commands.Run(row);
         QVERIFY(on.panel.IsBandVisible(band));
         QVERIFY(on.commands.IsChecked(row));
-        if (auto *related = qobject_cast<QTreeWidget *>(&tree))
-            related->addTopLevelItem(new QTreeWidgetItem({u"one"_s}));
         QCOMPARE(tree.model()->rowCount(), 1);
         on.commands.Run(row);
         QVERIFY(!on.panel.IsBandVisible(band));
@@ -121,10 +121,11 @@ void RoomsTest::ANewDocumentEmptiesTheRelatedFiles()
     BareWindow on;
     const LanguageRoom room(on.context);
     on.commands.Run(Cmd::mnuRelated);
-    auto &tree = on.Find<QTreeWidget>(u"tvwRelated"_s);
-    tree.addTopLevelItem(new QTreeWidgetItem({u"x.sco"_s}));
+    const QAbstractItemModel &files = *on.Find<QTreeView>(u"tvwRelated"_s).model();
+    on.documents.OpenFile(on.WriteFile(u"piece.sco"_s));
+    QCOMPARE(files.rowCount(), 1);
     on.documents.NewFile(FileKind::Score, {});
-    QCOMPARE(tree.topLevelItemCount(), 0);
+    QCOMPARE(files.rowCount(), 0);
 }
 
 void RoomsTest::TheOpcodesAreLoadedWhenTheirBandIsShown()
