@@ -63,7 +63,7 @@ QStringList FilesNamedLike(const QString &folder, const QString &part)
     while (walk.hasNext()) {
         walk.next();
         const QString name = walk.fileName();
-        if (name.contains(part, FileNameCase) && IsFile(JoinPath(folder, name)))
+        if (name.contains(part, FileNameCase) && walk.fileInfo().isFile())
             names.append(name);
     }
     std::sort(names.begin(), names.end());

@@ -16,7 +16,6 @@
 #include <QToolBar>
 #include <QToolButton>
 #include <QTreeView>
-#include <QTreeView>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace zelvane;

@@ -11,7 +11,6 @@
 
 #include <QComboBox>
 #include <QTreeView>
-#include <QTreeView>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace zelvane;
