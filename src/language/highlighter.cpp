@@ -8,6 +8,7 @@
 #include "shell/editorkeys.h"
 #include "shell/errorreport.h"
 
+#include <algorithm>
 #include <new>
 #include <optional>
 
@@ -80,6 +81,30 @@ bool Highlighter::HighlightRange(qint32 start, qint32 end, int mode)
         if (found.ranOffText)
             throw RunTimeError(ErrorNumber::InvalidCall, u"Invalid procedure call or argument"_s);
     });
+}
+
+void Highlighter::HighlightInserted(qsizetype start, qsizetype end)
+{
+    if (start >= end || !m_editor.settings.Flag(Keys::SyntaxHighlight))
+        return;
+    StyleRuns runs;
+    const FileKind kind = m_editor.document.DocumentKind;
+    if (kind == FileKind::Unified)
+        runs = ScanUnified(m_editor.text.Text(), m_opcodes);
+    else if (kind == FileKind::Orchestra || kind == FileKind::Score)
+        // What a scan had found when it ran off the text is what there is to colour.
+        runs = ScanRange(m_editor.text.Text(), start, end,
+                         kind == FileKind::Score ? ScanMode::Score : ScanMode::Orchestra, m_opcodes)
+                   .runs;
+    // What begins before, or reaches beyond, is not the inserted text's.
+    StyleRuns inside;
+    for (const StyleRun &run : runs) {
+        const qsizetype from = std::max<qsizetype>(run.start, start);
+        const qsizetype to = std::min<qsizetype>(run.start + run.length, end);
+        if (from < to)
+            inside.push_back({qint32(from), qint32(to - from), run.style});
+    }
+    m_editor.text.ApplyStyles(start, end, inside);
 }
 
 bool Highlighter::HighlightUnified()

@@ -35,6 +35,11 @@ public:
     /// @return false when the scan failed
     bool HighlightRange(qint32 start, qint32 end, int mode);
 
+    /// Colours [start, end), which was put into the text, for what it is at its place, if the setting
+    /// `SyntaxHighlight` is on. Offsets from 0. Unlike a pass over a range it is part of an edit: what was
+    /// done before can still be undone.
+    void HighlightInserted(qsizetype start, qsizetype end);
+
 private:
     bool HighlightUnified();
     template <typename Work> bool Colour(Work work);

@@ -18,6 +18,9 @@ public:
     virtual ~ColourStep() = default;
     /// Colours the whole document, quietly and without a trace in the undo buffer.
     virtual void performSyntaxHighlight() {}
+    /// Colours a stretch that was put into the text, for what it is at its place. Undo stays as it is.
+    /// @param start, end offsets from 0, end exclusive
+    virtual void HighlightInserted(qsizetype /*start*/, qsizetype /*end*/) {}
 };
 
 /// The code outline.

@@ -151,6 +151,33 @@ TEST_F(Highlighting, ACommentReachesBeyondTheRange)
     EXPECT_EQ(Styles(), "001111113333");
 }
 
+TEST_F(Highlighting, InsertedTextIsColouredForItself)
+{
+    const auto inserted = [this](const QString &text, FileKind kind, qsizetype start, qsizetype end) {
+        Open(text, kind);
+        context.text.undoSteps = 1;
+        highlighter.HighlightInserted(start, end);
+        EXPECT_TRUE(context.text.CanUndo());
+        return Styles();
+    };
+    EXPECT_EQ(inserted(u"out out out "_s, FileKind::Orchestra, 4, 8), "333322203333");
+    EXPECT_EQ(inserted(u"out out out "_s, FileKind::Score, 4, 8), "333300003333");
+    EXPECT_EQ(inserted(u"out out out "_s, FileKind::Other, 4, 8), "333300003333");
+    EXPECT_EQ(inserted(u"out out out "_s, FileKind::Orchestra, 4, 4), "333333333333");
+    EXPECT_EQ(inserted(u"x ; out\nout "_s, FileKind::Orchestra, 0, 4), "001133333333") << "no further";
+    EXPECT_EQ(inserted(u"x out $abc"_s, FileKind::Orchestra, 0, 10), "0022200000") << "and no failure";
+    // In a unified file the place decides: the first word lies in no section.
+    const QString unified = u"out <CsInstruments>out x</CsInstruments><CsScore>out x</CsScore>"_s;
+    const qsizetype orchestra = unified.indexOf(u"out x"_s);
+    const qsizetype score = unified.lastIndexOf(u"out x"_s);
+    EXPECT_EQ(inserted(unified, FileKind::Unified, 0, 4).first(5), "00003");
+    EXPECT_EQ(inserted(unified, FileKind::Unified, orchestra, orchestra + 5).mid(orchestra - 1, 7),
+              "3222003");
+    EXPECT_EQ(inserted(unified, FileKind::Unified, score, score + 5).mid(score - 1, 7), "3000003");
+    context.settings.SaveFlag(Keys::SyntaxHighlight, false);
+    EXPECT_EQ(inserted(u"out out out "_s, FileKind::Orchestra, 4, 8), "333333333333");
+}
+
 TEST_F(Highlighting, LoadingIsSetWhileTheTextIsColoured)
 {
     struct WatchingBuffer : StringBuffer {

@@ -22,6 +22,10 @@ public:
     explicit LanguageRoom(const WindowContext &context);
 
     void performSyntaxHighlight() override { m_highlighter.performSyntaxHighlight(); }
+    void HighlightInserted(qsizetype start, qsizetype end) override
+    {
+        m_highlighter.HighlightInserted(start, end);
+    }
 
 private:
     /// Reads the opcode list. A list that cannot be read is reported, and start-up goes on.
