@@ -7,6 +7,14 @@
 #include "shell/ui/menuname.h"
 #include "texttools/insertkeys.h"
 #include "texttools/inserts.h"
+#include "texttools/ui/frmheader.h"
+#include "texttools/ui/frmnewinclude.h"
+#include "texttools/ui/frmnewinstr.h"
+#include "texttools/ui/frmnewmacro.h"
+#include "texttools/ui/frmrndnum.h"
+
+#include <QAction>
+#include <QString>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -21,7 +29,14 @@ constexpr qsizetype CaptionLength = 16;
 /// A row of the style's character; only the first one of the setting counts.
 QString LineCaption(const QString &style)
 {
-    return QString(CaptionLength, style.isEmpty() ? u' ' : style[0]).replace(u'&', u"&&"_s);
+    return StyleCharacter(style).repeated(CaptionLength).replace(u'&', u"&&"_s);
+}
+
+/// A command that shows a dialog.
+template <typename Dialog> void BindDialog(const WindowContext &context, Command command)
+{
+    context.commands.Bind(command, [&editor = context.editor, &steps = context.steps,
+                                    window = context.window] { Dialog(editor, steps, window).exec(); });
 }
 
 } // namespace
@@ -32,6 +47,14 @@ void BindInsertCommands(const WindowContext &context)
     EditorContext &editor = context.editor;
     commands.Bind(Cmd::mnuDate,
                   [&editor] { editor.text.ReplaceSelection(DateAndTime(editor.desktop.Now())); });
+    BindDialog<frmRndNum>(context, Cmd::mnuRandom);
+    BindDialog<frmHeader>(context, Cmd::mnuHeader);
+    BindDialog<frmNewInstr>(context, Cmd::mnuNewInstr);
+    BindDialog<frmNewMacro>(context, Cmd::mnuNewMacro);
+    BindDialog<frmNewInclude>(context, Cmd::mnuNewInclude);
+    commands.Bind(Cmd::mnuInsertFilename, [&editor] { InsertFilename(editor); });
+    commands.Bind(Cmd::mnuLineSeparation,
+                  [&editor](LineStyle style) { InsertLineSeparation(editor, style); });
     commands.OnMenuOpening(Menu::mnuInsert, [&editor, &commands] {
         const auto show = [&](LineStyle line, const QString &style) {
             commands.Action(Cmd::mnuLineSeparation[line])->setText(LineCaption(style));

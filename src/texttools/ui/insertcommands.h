@@ -6,7 +6,7 @@
 namespace zelvane
 {
 
-/// Binds date and time of the Insert menu, and gives the rows of the line separators their captions.
+/// Binds the Insert menu, and gives the rows of the line separators their captions.
 void BindInsertCommands(const WindowContext &context);
 
 } // namespace zelvane
