@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/nativecalls.h"
 
+#include <cstdio>
 #include <cstring>
 #include <fcntl.h>
 #include <QFile>
@@ -126,6 +127,19 @@ void FlushFolder(const QByteArray &folder)
         return;
     ::fsync(descriptor);
     ::close(descriptor);
+}
+
+int RenameNew(const QByteArray &from, const QByteArray &to)
+{
+    if (::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE) == 0)
+        return 0;
+    if (errno != EINVAL && errno != ENOSYS && errno != ENOTSUP)
+        return errno;
+    // A file system that cannot look and rename in one step.
+    struct stat found = {};
+    if (::lstat(to.constData(), &found) == 0)
+        return EEXIST;
+    return ::rename(from.constData(), to.constData()) == 0 ? 0 : errno;
 }
 
 } // namespace zelvane::native

@@ -55,5 +55,7 @@ int Flush(int descriptor);
 /// Makes a renaming last through a power cut. The file itself is safe by now, so a failure is none of the
 /// caller's.
 void FlushFolder(const QByteArray &folder);
+/// Gives a file a name that nothing has yet. @return 0 or the error, EEXIST when something has it
+int RenameNew(const QByteArray &from, const QByteArray &to);
 
 } // namespace zelvane::native

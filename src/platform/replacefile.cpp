@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/replacefile.h"
 
+#include "platform/fileattributes.h"
 #include "platform/nativecalls.h"
 #include "platform/nativefile.h"
 #include "platform/runtimeerror.h"
@@ -8,10 +9,8 @@
 #include "platform/unsavedcopy.h"
 
 #include <cerrno>
-#include <cstring>
 #include <fcntl.h>
 #include <QFileInfo>
-#include <set>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -30,43 +29,22 @@ constexpr mode_t OwnerOnly = 0600;
 /// What the umask, or the folder's own rules, leave of this is what the user wants new files to have.
 constexpr mode_t AsTheUserWants = 0666;
 
-/// The names of a file's extended attributes. @return false when they cannot be had
-bool AttributeNames(int descriptor, std::set<QByteArray> &names)
-{
-    QByteArray list(64 * 1024, Qt::Uninitialized);
-    const ssize_t length = ::flistxattr(descriptor, list.data(), size_t(list.size()));
-    if (length < 0)
-        return errno == ENOTSUP;
-    for (const char *name = list.constData(); name < list.constData() + length; name += std::strlen(name) + 1)
-        names.insert(name);
-    return true;
-}
-
-/// The system labels a new file by its own rules; whoever may not set the label may not mend it either.
-bool IsLabel(const QByteArray &attribute)
-{
-    return attribute.startsWith("security.") || attribute.startsWith("trusted.");
-}
-
 /// Makes a new file equal an old one in all but its bytes, its rights last. @return false when it cannot be
 bool CopyAttributes(int from, const struct stat &old, int to)
 {
     struct stat made = {};
-    std::set<QByteArray> names, inherited;
-    if (::fstat(to, &made) != 0 || !AttributeNames(from, names) || !AttributeNames(to, inherited))
+    const auto names = AttributeNames(from), inherited = AttributeNames(to);
+    if (::fstat(to, &made) != 0 || !names || !inherited)
         return false;
     // What the folder gives to its new files, such as rights of other users, the old file may not have.
-    for (const QByteArray &name : inherited) {
-        if (!names.contains(name) && ::fremovexattr(to, name.constData()) != 0 && !IsLabel(name))
+    for (const QByteArray &name : *inherited) {
+        if (!names->contains(name) && ::fremovexattr(to, name.constData()) != 0 && !IsLabel(name))
             return false;
     }
     if ((made.st_uid != old.st_uid || made.st_gid != old.st_gid) && ::fchown(to, old.st_uid, old.st_gid) != 0)
         return false;
-    for (const QByteArray &name : names) {
-        QByteArray value(64 * 1024, Qt::Uninitialized);
-        const ssize_t size = ::fgetxattr(from, name.constData(), value.data(), size_t(value.size()));
-        if ((size < 0 || ::fsetxattr(to, name.constData(), value.constData(), size_t(size), 0) != 0) &&
-            !IsLabel(name))
+    for (const QByteArray &name : *names) {
+        if (!CopyAttribute(from, to, name) && !IsLabel(name))
             return false;
     }
     return ::fchmod(to, old.st_mode & 07777) == 0;

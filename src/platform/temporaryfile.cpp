@@ -94,10 +94,14 @@ int TemporaryFile::GiveName()
 {
     if (!m_path.isEmpty())
         return 0;
+    return FindName([&](const char *path) { return Link(path); });
+}
+
+/// Gives the file without a name this one. @return false with errno, EEXIST when something has the name
+bool TemporaryFile::Link(const char *path)
+{
     const QByteArray self = "/proc/self/fd/" + QByteArray::number(m_file.Descriptor());
-    return FindName([&](const char *path) {
-        return ::linkat(AT_FDCWD, self.constData(), AT_FDCWD, path, AT_SYMLINK_FOLLOW) == 0;
-    });
+    return ::linkat(AT_FDCWD, self.constData(), AT_FDCWD, path, AT_SYMLINK_FOLLOW) == 0;
 }
 
 int TemporaryFile::RenameTo(const QByteArray &target)
@@ -112,11 +116,23 @@ int TemporaryFile::RenameTo(const QByteArray &target)
 
 int TemporaryFile::Become(const QByteArray &target)
 {
-    const QByteArray self = "/proc/self/fd/" + QByteArray::number(m_file.Descriptor());
-    if (m_path.isEmpty() &&
-        ::linkat(AT_FDCWD, self.constData(), AT_FDCWD, target.constData(), AT_SYMLINK_FOLLOW) == 0)
-        return 0;
-    return RenameTo(target);
+    return m_path.isEmpty() && Link(target.constData()) ? 0 : RenameTo(target);
+}
+
+int TemporaryFile::BecomeNew(const QByteArray &target)
+{
+    if (m_path.isEmpty()) {
+        if (Link(target.constData()))
+            return 0;
+        if (errno == EEXIST)
+            return errno;
+        if (const int error = GiveName())
+            return error;
+    }
+    const int error = RenameNew(m_path, target);
+    if (error == 0)
+        m_path.clear();
+    return error;
 }
 
 /// Tries names until `make` has one. They are short: the target's name may already be as long as names

@@ -35,12 +35,15 @@ public:
     /// The same for a target that was not there: nothing that a kill leaves ever has a name of its own where
     /// the system can do so. @return 0 or the error
     int Become(const QByteArray &target);
+    /// The same, but what stands there by now is not replaced. @return 0 or the error, EEXIST in that case
+    int BecomeNew(const QByteArray &target);
 
     /// The file, open, locked and with the name that it was given.
     NativeFile Take() { return std::move(m_file); }
 
 private:
     int GiveName();
+    bool Link(const char *path);
     template <typename Make> int FindName(Make make);
 
     QByteArray m_folder;

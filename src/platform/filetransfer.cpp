@@ -1,0 +1,282 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/filetransfer.h"
+
+#include "platform/fileattributes.h"
+#include "platform/nativecalls.h"
+#include "platform/nativefile.h"
+#include "platform/runtimeerror.h"
+#include "platform/temporaryfile.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <QByteArray>
+#include <QFile>
+#include <QFileInfo>
+#include <QRandomGenerator>
+#include <sys/stat.h>
+#include <tuple>
+#include <unistd.h>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane
+{
+
+using namespace native;
+
+namespace
+{
+
+constexpr qsizetype ChunkSize = 1024 * 1024;
+/// So much is forced to the disk in one go, so that the wait for it is short each time.
+constexpr qint64 FlushEvery = 32 * ChunkSize;
+constexpr mode_t OwnerOnly = 0600;
+
+enum class Owner { Taken, Kept };
+
+bool SameFile(const struct stat &one, const struct stat &other)
+{
+    return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
+}
+
+bool SameState(const struct stat &one, const struct stat &other)
+{
+    return SameFile(one, other) && one.st_size == other.st_size &&
+           one.st_mtim.tv_sec == other.st_mtim.tv_sec && one.st_mtim.tv_nsec == other.st_mtim.tv_nsec;
+}
+
+/// Whether there is something at the target. @throws RunTimeError for what no file can take the place of
+bool LookAtTarget(const QByteArray &source, const QByteArray &path, const QString &target)
+{
+    struct stat from = {}, to = {};
+    if (::stat(path.constData(), &to) == 0) {
+        if (::stat(source.constData(), &from) == 0 && SameFile(from, to))
+            throw RunTimeError(ErrorNumber::PathFileAccess, u"They are one and the same file"_s, target);
+        RefuseSpecial(to.st_mode, target);
+        return true;
+    }
+    return ::lstat(path.constData(), &to) == 0;
+}
+
+[[noreturn]] void FailForTarget(int error, const QString &target)
+{
+    if (error == ENOENT)
+        throw RunTimeError(ErrorNumber::PathNotFound, u"The target folder does not exist"_s, target);
+    Fail(error, target);
+}
+
+/// A full disk shows here, before the long work, on all file systems that can tell beforehand.
+void Reserve(int descriptor, qint64 size, const QString &target)
+{
+    const FileSizeSignalGuard guard;
+    if (size > 0 && Retry([&] { return ::fallocate(descriptor, FALLOC_FL_KEEP_SIZE, 0, size); }) != 0 &&
+        (errno == ENOSPC || errno == EDQUOT || errno == EFBIG))
+        Fail(errno, target);
+}
+
+/// @return false when it was stopped
+bool CopyBytes(const NativeFile &from, const struct stat &begun, const QString &source, int to,
+               const QString &target, const TransferProgress &progress)
+{
+    Reserve(to, begun.st_size, target);
+    const auto flush = [&] {
+        if (const int error = Flush(to))
+            Fail(error, target);
+    };
+    QByteArray buffer(ChunkSize, Qt::Uninitialized);
+    qint64 done = 0, flushed = 0;
+    for (;;) {
+        if (!progress(done, begun.st_size))
+            return false;
+        const ssize_t count =
+            Retry([&] { return ::read(from.Descriptor(), buffer.data(), size_t(buffer.size())); });
+        if (count < 0)
+            Fail(errno, source);
+        if (count == 0)
+            break;
+        if (const int error = WriteAll(to, QByteArray::fromRawData(buffer.constData(), count)))
+            Fail(error, target);
+        done += count;
+        if (done - flushed >= FlushEvery) {
+            flush();
+            flushed = done;
+        }
+    }
+    flush();
+    struct stat ended = {};
+    if (::fstat(from.Descriptor(), &ended) != 0 || !SameState(begun, ended))
+        throw RunTimeError(ErrorNumber::PathFileAccess, u"Another program has written the file meanwhile"_s,
+                           source);
+    return true;
+}
+
+/// What the target's file system cannot hold is left out: no reason to refuse the bytes.
+void GiveAttributes(int from, const struct stat &old, int to, Owner owner)
+{
+    bool owned = old.st_uid == ::geteuid() && old.st_gid == ::getegid();
+    if (!owned && owner == Owner::Kept)
+        owned = ::fchown(to, old.st_uid, old.st_gid) == 0;
+    if (const auto names = AttributeNames(from)) {
+        for (const QByteArray &name : *names) {
+            if (!IsLabel(name))
+                CopyAttribute(from, to, name);
+        }
+    }
+    // After the attributes, which a file without write permission does not take. A program that acts with its
+    // owner's rights must not get another owner's.
+    std::ignore = ::fchmod(to, old.st_mode & (owned ? 07777 : 0777));
+    const timespec times[] = {old.st_atim, old.st_mtim};
+    std::ignore = ::futimens(to, times);
+}
+
+/// Copies the file that stands open as `from`.
+TransferEnd CopyOpen(const NativeFile &from, const struct stat &info, const QString &source,
+                     const QString &target, Replacing replacing, Owner owner,
+                     const TransferProgress &progress)
+{
+    const QByteArray path = PathOf(target);
+    const QByteArray folder = FolderOf(path);
+    TemporaryFile temporary(folder, OwnerOnly);
+    if (const int error = temporary.Error())
+        FailForTarget(error, target);
+    if (!CopyBytes(from, info, source, temporary.Descriptor(), target, progress))
+        return TransferEnd::Stopped;
+    GiveAttributes(from.Descriptor(), info, temporary.Descriptor(), owner);
+    const int error = replacing == Replacing::Allowed ? temporary.RenameTo(path) : temporary.BecomeNew(path);
+    if (error == EEXIST)
+        return TransferEnd::Exists;
+    if (error != 0)
+        Fail(error, target);
+    FlushFolder(folder);
+    return TransferEnd::Done;
+}
+
+struct stat StatusOf(const NativeFile &file, const QString &name)
+{
+    struct stat info = {};
+    if (::fstat(file.Descriptor(), &info) != 0)
+        Fail(errno, name);
+    return info;
+}
+
+/// Where a link in one folder leads, as a link in another folder has to say it.
+QByteArray LinkText(const QByteArray &link, const QByteArray &newFolder, const QString &name)
+{
+    QByteArray text(64 * 1024, Qt::Uninitialized);
+    const ssize_t length = ::readlink(link.constData(), text.data(), size_t(text.size()));
+    if (length < 0)
+        Fail(errno, name);
+    text.truncate(length);
+    struct stat here = {}, there = {};
+    const QByteArray folder = FolderOf(link);
+    if (text.startsWith('/') || (::stat(folder.constData(), &here) == 0 &&
+                                 ::stat(newFolder.constData(), &there) == 0 && SameFile(here, there)))
+        return text;
+    return QFile::encodeName(QFileInfo(QFile::decodeName(folder)).canonicalFilePath()) + '/' + text;
+}
+
+/// Makes a link anew at the target. @return 0 or the error
+int PutLink(const QByteArray &text, const QByteArray &path, Replacing replacing)
+{
+    if (replacing == Replacing::Refused)
+        return ::symlink(text.constData(), path.constData()) == 0 ? 0 : errno;
+    const QByteArray beside =
+        FolderOf(path) + "/.zelvane-link-" + QByteArray::number(QRandomGenerator::global()->generate64(), 36);
+    if (::symlink(text.constData(), beside.constData()) != 0)
+        return errno;
+    if (::rename(beside.constData(), path.constData()) == 0)
+        return 0;
+    const int error = errno;
+    ::unlink(beside.constData());
+    return error;
+}
+
+/// Takes the source away behind its complete copy. Where that fails, a target that was not there before goes.
+void RemoveMoved(const QByteArray &source, const QByteArray &path, bool replaced, const QString &name)
+{
+    if (::unlink(source.constData()) == 0)
+        return;
+    const int error = errno;
+    if (!replaced)
+        ::unlink(path.constData());
+    throw RunTimeError(
+        NumberOf(error),
+        DescriptionOf(error) + (replaced ? u" (it was copied, and the original stays)"_s : u""_s), name);
+}
+
+} // namespace
+
+TransferEnd CopyFileTo(const QString &source, const QString &target, Replacing replacing,
+                       const TransferProgress &progress)
+{
+    const NativeFile from = OpenRegularFile(source);
+    const struct stat info = StatusOf(from, source);
+    if (LookAtTarget(PathOf(source), PathOf(target), target) && replacing == Replacing::Refused)
+        return TransferEnd::Exists;
+    return CopyOpen(from, info, source, target, replacing, Owner::Taken, progress);
+}
+
+TransferEnd MoveFileTo(const QString &source, const QString &target, Replacing replacing,
+                       const TransferProgress &progress)
+{
+    const QByteArray old = PathOf(source), path = PathOf(target);
+    struct stat info = {};
+    if (::lstat(old.constData(), &info) != 0)
+        Fail(errno, source);
+    const bool isLink = S_ISLNK(info.st_mode);
+    if (!isLink)
+        RefuseSpecial(info.st_mode, source);
+    const bool replaced = LookAtTarget(old, path, target);
+    if (replaced && replacing == Replacing::Refused)
+        return TransferEnd::Exists;
+
+    const QByteArray folder = FolderOf(path);
+    if (isLink) {
+        if (const int error = PutLink(LinkText(old, folder, source), path, replacing); error == EEXIST)
+            return TransferEnd::Exists;
+        else if (error != 0)
+            FailForTarget(error, target);
+        RemoveMoved(old, path, replaced, source);
+        return TransferEnd::Done;
+    }
+
+    const int error = replacing == Replacing::Refused                    ? RenameNew(old, path)
+                      : ::rename(old.constData(), path.constData()) == 0 ? 0
+                                                                         : errno;
+    if (error == 0) {
+        FlushFolder(folder);
+        FlushFolder(FolderOf(old));
+        return TransferEnd::Done;
+    }
+    if (error == EEXIST)
+        return TransferEnd::Exists;
+    if (error != EXDEV)
+        FailForTarget(error, target);
+
+    // Another file system. Whoever may not take the source away is told before the long work.
+    if (::faccessat(AT_FDCWD, FolderOf(old).constData(), W_OK | X_OK, AT_EACCESS) != 0)
+        Fail(errno, source);
+    const NativeFile from = OpenRegularFile(source);
+    const TransferEnd end =
+        CopyOpen(from, StatusOf(from, source), source, target, replacing, Owner::Kept, progress);
+    if (end != TransferEnd::Done)
+        return end;
+    RemoveMoved(old, path, replaced, source);
+    FlushFolder(FolderOf(old));
+    return TransferEnd::Done;
+}
+
+void RemoveFile(const QString &path)
+{
+    const QByteArray name = PathOf(path);
+    struct stat info = {};
+    if (::lstat(name.constData(), &info) != 0)
+        Fail(errno, path);
+    if (!S_ISLNK(info.st_mode))
+        RefuseSpecial(info.st_mode, path);
+    if (::unlink(name.constData()) != 0)
+        Fail(errno, path);
+}
+
+} // namespace zelvane
