@@ -3,9 +3,13 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusUnixFileDescriptor>
+#include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QUrl>
+#include <QVariant>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -17,17 +21,22 @@ namespace
 
 constexpr int PatienceMs = 3000;
 
-/// Calls the file manager's own D-Bus interface, which the session starts when it is not running.
+/// @return whether a service of the session has taken the call; the session starts one that is not running
+bool Answered(const QDBusMessage &call)
+{
+    const QDBusConnection session = QDBusConnection::sessionBus();
+    return session.isConnected() &&
+           session.call(call, QDBus::Block, PatienceMs).type() == QDBusMessage::ReplyMessage;
+}
+
+/// Calls the file manager's own D-Bus interface.
 bool Call(const QString &method, const QString &path)
 {
-    QDBusConnection session = QDBusConnection::sessionBus();
-    if (!session.isConnected())
-        return false;
     QDBusMessage call =
         QDBusMessage::createMethodCall(u"org.freedesktop.FileManager1"_s, u"/org/freedesktop/FileManager1"_s,
                                        u"org.freedesktop.FileManager1"_s, method);
     call.setArguments({QStringList{QString::fromUtf8(QUrl::fromLocalFile(path).toEncoded())}, QString()});
-    return session.call(call, QDBus::Block, PatienceMs).type() == QDBusMessage::ReplyMessage;
+    return Answered(call);
 }
 
 struct SearchTool {
@@ -45,6 +54,20 @@ bool ShowFolder(const QString &folder)
 bool ShowProperties(const QString &path)
 {
     return Call(u"ShowItemProperties"_s, path);
+}
+
+bool OpenWith(const QString &path)
+{
+    // The portal takes an open file: a program in a sandbox may see other paths than this one.
+    QFile file(path);
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
+        return false;
+    QDBusMessage call = QDBusMessage::createMethodCall(u"org.freedesktop.portal.Desktop"_s,
+                                                       u"/org/freedesktop/portal/desktop"_s,
+                                                       u"org.freedesktop.portal.OpenURI"_s, u"OpenFile"_s);
+    call.setArguments({QString(), QVariant::fromValue(QDBusUnixFileDescriptor(file.handle())),
+                       QVariantMap{{u"ask"_s, true}, {u"writable"_s, QFileInfo(path).isWritable()}}});
+    return Answered(call);
 }
 
 bool FindFiles(const QString &folder)

@@ -14,6 +14,8 @@ namespace FileManager
 bool ShowFolder(const QString &folder);
 /// Shows the properties sheet of a file.
 bool ShowProperties(const QString &path);
+/// Lets the user pick the program that opens a file.
+bool OpenWith(const QString &path);
 /// Starts the desktop's search for files in a folder.
 bool FindFiles(const QString &folder);
 

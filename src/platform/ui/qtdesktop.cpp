@@ -294,7 +294,10 @@ ShellOutcome RunInShell(const ShellRequest &request)
     if (file.isEmpty())
         return CannotFind(file);
 
-    if (const QString program = FindExecutable(file, folder); !ExecutableFileKind(program).isEmpty()) {
+    // A file that may be run is asked about like any other: it is not run then.
+    const bool starts = request.verb.isEmpty() || request.verb == u"open"_s;
+    if (const QString program = starts ? FindExecutable(file, folder) : QString();
+        !ExecutableFileKind(program).isEmpty()) {
         if (!folder.isEmpty() && !QFileInfo(folder).isDir())
             return {PathNotFound,
                     u"Cannot find the folder '"_s + folder + u"' to start '"_s + file + u"' in."_s};
@@ -312,6 +315,8 @@ ShellOutcome RunInShell(const ShellRequest &request)
                        : ShellOutcome{NoAssociation};
         if (request.verb == u"properties"_s)
             return FileManager::ShowProperties(path) ? ShellOutcome{} : ShellOutcome{NoAssociation};
+        if (request.verb == u"openas"_s)
+            return FileManager::OpenWith(path) ? ShellOutcome{} : ShellOutcome{NoAssociation};
         if (isFolder && request.verb == u"explore"_s && FileManager::ShowFolder(path))
             return {};
         return OpenByHandler(QUrl::fromLocalFile(path), path);
