@@ -33,6 +33,8 @@ public:
     void Remember(const QString &name, const QByteArray &bytes);
     /// A new document has this name: no file is to be there.
     void RememberNew(const QString &name);
+    /// The document's file has another name now.
+    void Follow(const QString &name) { m_name = name; }
 
     /// Whether another program has written the file, and this state of it has not been asked about yet; the
     /// answer counts as asking. A file that has vanished cannot be loaded: it is asked about at the save.

@@ -360,6 +360,18 @@ void DocumentLifecycle::KeepUnsaved()
     m_copy.Discarded();
 }
 
+void DocumentLifecycle::FileMoved(const QString &name)
+{
+    m_disk.Follow(name);
+    m_document.CurrentFile = name;
+    if (QuerySave())
+        return OpenNow(name, OpenOrigin::Command);
+    ClassifyDocument(m_document, m_settings);
+    TypeEnable();
+    ShowCaption(u"*"_s);
+    MRUsalva();
+}
+
 bool DocumentLifecycle::SecureText()
 {
     return m_copy.Finish();

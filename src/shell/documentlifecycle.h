@@ -63,6 +63,10 @@ public:
     /// asking. @throws what the load throws for want of memory; the document is as it was then
     void NewText(FileKind kind, const QString &name, const QString &text, const TextEncoding &encoding);
 
+    /// The document's file stands under another name now: it is opened from there. Of a changed text the user
+    /// is asked whether it is to be saved there; after a Cancel it goes on under the new name.
+    void FileMoved(const QString &name);
+
     // The commands of the File menu.
     void New();
     void Open();
