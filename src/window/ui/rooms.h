@@ -2,6 +2,7 @@
 #pragma once
 
 #include "language/ui/languageroom.h"
+#include "player/ui/fileroom.h"
 #include "player/ui/playerroom.h"
 #include "run/ui/runroom.h"
 #include "shell/ui/windowcontext.h"
@@ -16,6 +17,7 @@ struct RoomList {
     LanguageRoom language{context};
     RunRoom run{context};
     PlayerRoom player{context};
+    FileRoom files{context};
     TextToolsRoom textTools{context};
 };
 
