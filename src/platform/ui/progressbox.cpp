@@ -28,6 +28,7 @@ ProgressBox::~ProgressBox() = default;
 void ProgressBox::Begin(const QString &what)
 {
     m_what = what;
+    m_stopped = false;
     m_clock.start();
 }
 
@@ -49,12 +50,17 @@ bool ProgressBox::GoOn(qint64 done, qint64 total)
         m_box->setAutoReset(false);
         // A long name shows its beginning and end.
         m_box->setLabelText(m_box->fontMetrics().elidedText(m_what, Qt::ElideMiddle, m_box->minimumWidth()));
+        const auto stop = [this] { m_stopped = true; };
+        QObject::connect(m_box.get(), &QProgressDialog::canceled, m_box.get(), stop);
+        QObject::connect(m_box.get(), &QDialog::finished, m_box.get(), stop); // by whoever ends the program
         m_box->show();
     }
-    m_box->setValue(total > 0 ? int(std::min<qint64>(Steps, done / std::max<qint64>(1, total / Steps))) : 0);
-    QCoreApplication::processEvents();
-    // Whoever ends the program hides it.
-    return m_box->isVisible() && !m_box->wasCanceled();
+    if (!m_stopped) {
+        m_box->setValue(total > 0 ? int(std::min<qint64>(Steps, done / std::max<qint64>(1, total / Steps)))
+                                  : 0);
+        QCoreApplication::processEvents();
+    }
+    return !m_stopped;
 }
 
 void ProgressBox::End()

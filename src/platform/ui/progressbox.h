@@ -33,6 +33,7 @@ private:
     int m_patience;
     QString m_what;
     QElapsedTimer m_clock;
+    bool m_stopped = false;
     std::unique_ptr<QProgressDialog> m_box;
 };
 
