@@ -42,9 +42,9 @@ bool ProgressBox::GoOn(qint64 done, qint64 total)
         m_box->setWindowTitle(ApplicationTitle());
         m_box->setWindowModality(Qt::ApplicationModal);
         m_box->setMinimumWidth(m_box->fontMetrics().averageCharWidth() * TextCharacters);
-        auto *cancel = new QPushButton(u"Cancel"_s);
-        cancel->setObjectName(u"cmdCancel"_s);
-        m_box->setCancelButton(cancel);
+        // Its own button: with another one Esc is a key of both, and then of neither.
+        m_box->setCancelButtonText(u"Cancel"_s);
+        m_box->findChild<QPushButton *>()->setObjectName(u"cmdCancel"_s);
         m_box->setRange(0, Steps);
         m_box->setAutoClose(false);
         m_box->setAutoReset(false);
