@@ -1,0 +1,121 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The document's file renamed, copied, moved and deleted from the menu, by keys, and its properties looked at."""
+
+from support.stage import check, equal, main, settled
+
+STORE = """[Options]
+Used=2
+Splash=0
+Startup=2
+X=600
+Y=600
+Width=14400
+Height=10200
+"""
+
+ORCHESTRA = b"sr = 44100\r\ninstr 1\r\na1 oscil 10000, 440, 1\r\nout a1\r\nendin\r\n"
+
+
+def titled(stage, editor, window, path, mark=""):
+    stage.until(lambda: f"{path}{mark} (" in window.title(), lambda: f"{path}{mark} in the title; it is {window.title()}")
+    editor.at_rest()
+
+
+def asked(stage, editor, window, picture):
+    """The dialog that has come up over the window."""
+    dialog = editor.dialog(window)
+    stage.until(dialog.is_active, "the dialog in front")
+    editor.at_rest()
+    dialog.screenshot(picture)
+    return dialog
+
+
+def opened(stage, name):
+    """An editor with a document of this name in a folder of its own."""
+    stage.write_store(STORE)
+    folder = stage.home / "my piece"
+    folder.mkdir(exist_ok=True)
+    path = folder / name
+    path.write_bytes(ORCHESTRA)
+    path.chmod(0o640)
+    editor, window = settled(stage, path)
+    titled(stage, editor, window, path)
+    return editor, window, path
+
+
+def work_on_the_file(stage):
+    editor, window, path = opened(stage, "a.orc")
+    window.keys("alt+f", "h")
+    editor.at_rest()
+    stage.screenshot("files-menu")
+    window.keys("r")
+    dialog = asked(stage, editor, window, "files-rename")
+    dialog.keys("ctrl+a")
+    dialog.type("b.orc")
+    dialog.keys("Return")
+    renamed = path.with_name("b.orc")
+    titled(stage, editor, window, renamed)
+    check(not path.exists(), "the old name is gone")
+    equal(renamed.read_bytes(), ORCHESTRA, "the renamed file")
+
+    # A copy over another file asks first, and the copy is opened when the user wants it.
+    target = stage.home / "copies"
+    target.mkdir()
+    copy = target / "c.orc"
+    copy.write_bytes(b"old")
+    window.keys("alt+f", "h", "c")
+    dialog = asked(stage, editor, window, "files-copy-to")
+    dialog.keys("ctrl+a")
+    dialog.type(str(copy))
+    dialog.keys("Return")
+    question = asked(stage, editor, window, "files-replace")
+    question.keys("alt+y")
+    stage.until(lambda: copy.read_bytes() == ORCHESTRA, "the copy")
+    question = asked(stage, editor, window, "files-open-copy")
+    question.keys("alt+y")
+    titled(stage, editor, window, copy)
+    equal(copy.stat().st_mode & 0o777, 0o640, "the rights of the copy")
+    equal(stage.setting("CopyTo"), str(target), "the folder that is remembered")
+
+    # A changed text goes on in the new place.
+    window.type("; new")
+    titled(stage, editor, window, copy, "*")
+    moved = renamed.with_name("d.orc")
+    window.keys("alt+f", "h", "m")
+    dialog = asked(stage, editor, window, "files-move-to")
+    dialog.keys("ctrl+a")
+    dialog.type(str(moved))
+    dialog.keys("Return")
+    question = asked(stage, editor, window, "files-save-moved")
+    question.keys("Return")
+    titled(stage, editor, window, moved)
+    equal(moved.read_bytes(), b"; new" + ORCHESTRA, "the moved file")
+    check(not copy.exists(), "nothing stands in the old place")
+
+    window.keys("alt+f", "h", "p")
+    box = asked(stage, editor, window, "files-properties")
+    equal(box.title(), "Zelvane - d.orc Properties", "the title of the box")
+    box.keys("Escape")
+    editor.at_rest()
+    editor.close(window)
+
+
+def deleted_file_is_in_the_trash(stage):
+    editor, window, path = opened(stage, "gone.orc")
+    window.keys("alt+f", "h", "d")
+    question = asked(stage, editor, window, "files-delete")
+    question.keys("Escape")
+    editor.at_rest()
+    check(path.exists(), "a Cancel deletes nothing")
+    window.keys("alt+f", "h", "d")
+    asked(stage, editor, window, "files-delete").keys("Return")
+    stage.until(lambda: "- Untitled (" in window.title(), "a new document")
+    check(not path.exists(), "the file is gone")
+    trash = stage.folder / "data" / "Trash"
+    equal((trash / "files" / "gone.orc").read_bytes(), ORCHESTRA, "the file in the trash")
+    note = (trash / "info" / "gone.orc.trashinfo").read_text().splitlines()
+    equal(note[:2], ["[Trash Info]", "Path=" + str(path).replace(" ", "%20")], "its note")
+    editor.close(window)
+
+
+main(work_on_the_file, deleted_file_is_in_the_trash)
