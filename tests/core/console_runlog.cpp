@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "console/runlog.h"
+
+#include "support/printers.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <QByteArray>
+#include <QByteArrayView>
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QStringList>
+#include <QTemporaryDir>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace zelvane;
+
+namespace
+{
+
+struct RunLogTest : testing::Test {
+    QTemporaryDir folder;
+    QDateTime begun{QDate(2026, 1, 2), QTime(3, 4, 5, 6)};
+
+    QString Runs() const { return folder.path() + u"/runs"_s; }
+    QStringList Files() const { return QDir(Runs()).entryList(QDir::Files, QDir::Name); }
+    static QByteArray Bytes(const QString &path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("cannot be read");
+    }
+};
+
+QByteArray Numbers(int from, int to)
+{
+    QByteArray bytes;
+    for (int i = from; i < to; ++i)
+        bytes += QByteArray::number(i).rightJustified(9, '0') + '\n';
+    return bytes;
+}
+
+} // namespace
+
+TEST_F(RunLogTest, KeepsAllOfALittle)
+{
+    RunLog log(Runs(), u"Render: a/b"_s, begun);
+    log.Write("one\n");
+    EXPECT_EQ(Bytes(log.Path()), "one\n") << "what has come can be read at once";
+    log.Write("two\n");
+    log.Finish();
+    EXPECT_EQ(Bytes(log.Path()), "one\ntwo\n");
+    ASSERT_EQ(Files().size(), 1);
+    EXPECT_TRUE(Files()[0].startsWith(u"20260102-030405-006-"_s)) << Files()[0].toStdString();
+    EXPECT_TRUE(Files()[0].endsWith(u"-Render__a_b.log"_s)) << Files()[0].toStdString();
+#ifdef Q_OS_UNIX
+    EXPECT_EQ(QFile::permissions(log.Path()) & (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther),
+              QFile::Permissions());
+#endif
+}
+
+TEST_F(RunLogTest, KeepsHeadAndTailOfMuch)
+{
+    const QByteArray all = Numbers(0, 1000);
+    for (const qsizetype piece : {1, 7, 100, 5000, 10000}) {
+        RunLog log(Runs(), u"x"_s, begun.addMSecs(piece), {.head = 1000, .tail = 400, .logs = 20});
+        for (qsizetype i = 0; i < all.size(); i += piece)
+            log.Write(QByteArrayView(all).sliced(i, std::min(piece, all.size() - i)));
+        log.Finish();
+        const QByteArray kept = Bytes(log.Path());
+        EXPECT_TRUE(kept.startsWith(all.first(1000)));
+        EXPECT_TRUE(kept.endsWith(all.last(200)));
+        EXPECT_LT(kept.size(), 1000 + 400 + 50);
+        const qsizetype note = kept.indexOf("\n[", 1000);
+        ASSERT_EQ(note, 1000);
+        const qsizetype tail = kept.indexOf("here]\n") + 6;
+        const qint64 dropped = kept.mid(1002).left(kept.indexOf(' ', 1002) - 1002).toLongLong();
+        EXPECT_EQ(1000 + dropped + kept.size() - tail, all.size()) << "the note tells the truth";
+    }
+    for (const QString &name : Files())
+        EXPECT_TRUE(name.endsWith(u".log"_s)) << name.toStdString();
+}
+
+TEST_F(RunLogTest, NothingIsLeftOutWhereHeadAndTailMeet)
+{
+    const QByteArray all = Numbers(0, 139);
+    RunLog log(Runs(), u"x"_s, begun, {.head = 1000, .tail = 400, .logs = 20});
+    log.Write(all);
+    log.Finish();
+    EXPECT_EQ(Bytes(log.Path()), all);
+}
+
+TEST_F(RunLogTest, TheOldestLogsGo)
+{
+    for (int i = 0; i < 6; ++i)
+        RunLog(Runs(), u"x"_s, begun.addDays(i), {.head = 10, .tail = 10, .logs = 4});
+    const QStringList files = Files();
+    ASSERT_EQ(files.size(), 4);
+    EXPECT_TRUE(files.first().startsWith(u"20260104"_s));
+    EXPECT_TRUE(files.last().startsWith(u"20260107"_s));
+}
+
+TEST_F(RunLogTest, WithoutAFolderThereIsNoLog)
+{
+    QFile blocked(Runs());
+    ASSERT_TRUE(blocked.open(QIODevice::WriteOnly));
+    RunLog log(Runs(), u"x"_s, begun);
+    log.Write("one\n");
+    log.Finish();
+    EXPECT_EQ(log.Path(), QString());
+}
