@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "console/exitwords.h"
+
+#include <array>
+#include <QLatin1String>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane
+{
+
+namespace
+{
+
+struct SignalRow {
+    QLatin1String name;
+    QLatin1String words;
+};
+
+const std::array signalRows{
+    SignalRow{QLatin1String("SIGHUP"), QLatin1String("Ended: hung up")},
+    SignalRow{QLatin1String("SIGINT"), QLatin1String("Ended: interrupted")},
+    SignalRow{QLatin1String("SIGQUIT"), QLatin1String("Ended: quit")},
+    SignalRow{QLatin1String("SIGTERM"), QLatin1String("Ended: terminated")},
+    SignalRow{QLatin1String("SIGKILL"), QLatin1String("Ended: killed")},
+    SignalRow{QLatin1String("SIGPIPE"), QLatin1String("Ended: nobody read its output")},
+    SignalRow{QLatin1String("SIGALRM"), QLatin1String("Ended: alarm")},
+    SignalRow{QLatin1String("SIGSEGV"), QLatin1String("Crashed: segmentation fault")},
+    SignalRow{QLatin1String("SIGABRT"), QLatin1String("Crashed: aborted")},
+    SignalRow{QLatin1String("SIGBUS"), QLatin1String("Crashed: bus error")},
+    SignalRow{QLatin1String("SIGFPE"), QLatin1String("Crashed: arithmetic error")},
+    SignalRow{QLatin1String("SIGILL"), QLatin1String("Crashed: illegal instruction")},
+    SignalRow{QLatin1String("SIGSYS"), QLatin1String("Crashed: bad system call")},
+    SignalRow{QLatin1String("SIGTRAP"), QLatin1String("Crashed: trap")},
+    SignalRow{QLatin1String("SIGXCPU"), QLatin1String("Ended: processor time used up")},
+    SignalRow{QLatin1String("SIGXFSZ"), QLatin1String("Ended: file size limit reached")},
+};
+
+QString SignalWords(const ProgramEnd &end)
+{
+    for (const SignalRow &row : signalRows)
+        if (row.name == end.signalName)
+            return row.words + u" ("_s + end.signalName + u')';
+    const QString number = u"signal "_s + QString::number(end.number);
+    return u"Ended by "_s + (end.signalName.isEmpty() ? number : end.signalName);
+}
+
+} // namespace
+
+QString ExitWords(const ProgramEnd &end, bool stopped)
+{
+    const QString head = stopped ? u"Stopped. "_s : QString();
+    if (end.bySignal)
+        return head + SignalWords(end) + u'.';
+    if (end.number == 0)
+        return head + u"Ended well (exit code 0)."_s;
+    return head + u"Ended with exit code "_s + QString::number(end.number) + u'.';
+}
+
+QString DurationText(qint64 milliseconds)
+{
+    const qint64 seconds = milliseconds / 1000;
+    const auto twoDigits = [](qint64 number) { return QString::number(number).rightJustified(2, u'0'); };
+    const QString tail = u':' + twoDigits(seconds % 60);
+    if (seconds < 3600)
+        return QString::number(seconds / 60) + tail;
+    return QString::number(seconds / 3600) + u':' + twoDigits(seconds / 60 % 60) + tail;
+}
+
+} // namespace zelvane

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+
+namespace zelvane
+{
+
+/// How a program ended.
+struct ProgramEnd {
+    bool bySignal = false;
+    int number = 0;          ///< the exit code, or the number of the signal
+    QString signalName = {}; ///< "SIGSEGV"; empty where the system has no name for it
+
+    bool IsSuccess() const { return !bySignal && number == 0; }
+    bool operator==(const ProgramEnd &) const = default;
+};
+
+/// The end of a program in words: "Ended with exit code 1.", "Crashed: segmentation fault (SIGSEGV)."
+/// @param stopped the user has stopped it
+QString ExitWords(const ProgramEnd &end, bool stopped);
+
+/// A stretch of time on the screen: "0:07", "12:34", "1:00:05".
+/// @param milliseconds not negative
+QString DurationText(qint64 milliseconds);
+
+} // namespace zelvane

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "console/exitwords.h"
+
+#include "console/scoreprogress.h"
+#include "support/printers.h"
+
+#include <gtest/gtest.h>
+#include <optional>
+#include <QString>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace zelvane;
+
+TEST(ExitWords, TellTheCodeOrTheSignal)
+{
+    EXPECT_EQ(ExitWords({}, false), u"Ended well (exit code 0)."_s);
+    EXPECT_EQ(ExitWords({.number = 3}, false), u"Ended with exit code 3."_s);
+    EXPECT_EQ(ExitWords({.bySignal = true, .number = 11, .signalName = u"SIGSEGV"_s}, false),
+              u"Crashed: segmentation fault (SIGSEGV)."_s);
+    EXPECT_EQ(ExitWords({.bySignal = true, .number = 60}, false), u"Ended by signal 60."_s);
+    EXPECT_EQ(ExitWords({.bySignal = true, .number = 20, .signalName = u"SIGTSTP"_s}, false),
+              u"Ended by SIGTSTP."_s);
+    EXPECT_EQ(ExitWords({.bySignal = true, .number = 2, .signalName = u"SIGINT"_s}, true),
+              u"Stopped. Ended: interrupted (SIGINT)."_s);
+    EXPECT_TRUE(ProgramEnd{}.IsSuccess());
+    EXPECT_FALSE((ProgramEnd{.bySignal = true}.IsSuccess()));
+    EXPECT_FALSE((ProgramEnd{.number = 1}.IsSuccess()));
+}
+
+TEST(ExitWords, DurationsAreClockTimes)
+{
+    EXPECT_EQ(DurationText(0), u"0:00"_s);
+    EXPECT_EQ(DurationText(7999), u"0:07"_s);
+    EXPECT_EQ(DurationText(754'000), u"12:34"_s);
+    EXPECT_EQ(DurationText(3'605'000), u"1:00:05"_s);
+}
+
+TEST(ScoreProgress, IsTheTotalTimeOfABlock)
+{
+    EXPECT_EQ(ScoreProgress(u"B  0.000 ..  3.000 T  3.000 TT  3.000 M:  0.20000"), 3.0);
+    EXPECT_EQ(ScoreProgress(u"B150.000 ..1150.000 T1150.000 TT1150.000 M:  0.10000"), 1150.0);
+    EXPECT_EQ(ScoreProgress(u"B 60.000 .. 61.000 T 61.000 TT 1261.500 M:      0.0"), 1261.5);
+    EXPECT_EQ(ScoreProgress(u"B 60.000 - note deleted. instr 0(200) undefined"), std::nullopt);
+    EXPECT_EQ(ScoreProgress(u"a line TT 3.0"), std::nullopt);
+    EXPECT_EQ(ScoreProgress(u""), std::nullopt);
+}
