@@ -50,7 +50,7 @@ def the_text_gets_the_keyboard_back(stage):
     check(lines[1].startswith("goto second"), f"the second line: {lines}")
     keys("ctrl+g", "Escape")
     typed("escaped")
-    keys("F6", "F6", "F6")  # opcode list, outline, text
+    keys("F6", "F6", "F6", "F6")  # opcode list, outline, related files, text
     typed("round")
     keys("Home", "F6", "shift+F6")
     typed("back")
