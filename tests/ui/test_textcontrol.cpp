@@ -867,7 +867,7 @@ void TestTextControl::TypingIsUndoneByWords()
         editor.text.Undo();
         seen.append(editor.text.Text());
     }
-    QCOMPARE(seen, (QStringList{u"one two\nx\t"_s, u"one two\nx"_s, u"one two"_s, u"one"_s, QString()}));
+    QCOMPARE(seen, (QStringList{u"one two\nx"_s, u"one two"_s, u"one"_s, QString()}));
     editor.text.Redo();
     QCOMPARE(editor.text.Text(), u"one"_s);
     QCOMPARE(Described(editor.text.Selection()), Described({3, 3}));

@@ -258,7 +258,7 @@ bool TextControl::TabKey(const QKeyEvent &event)
         const qsizetype column = m_map.ToUnits(caret) - m_map.ToUnits(DisplayLineStart(caret));
         text = QString(unit - column % unit, u' ');
     }
-    ReplaceSelectionAs(text, UndoKind::Typing);
+    TypeOver(text); // what is typed behind it goes on with this step
     return true;
 }
 
