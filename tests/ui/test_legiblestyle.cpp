@@ -2,10 +2,15 @@
 // What the pictures of controls show, measured from their pixels.
 
 #include "language/languagekeys.h"
+#include "platform/stylerun.h"
 #include "platform/ui/systemcolours.h"
 #include "platform/ui/textcontrol.h"
+#include "run/ui/frmflags.h"
+#include "shell/editorkeys.h"
+#include "shell/settings.h"
 #include "shell/ui/legiblestyle.h"
 #include "support/editorwindow.h"
+#include "support/testcontext.h"
 #include "support/uitest.h"
 
 #include <algorithm>
@@ -18,6 +23,7 @@
 #include <QPalette>
 #include <QRadioButton>
 #include <QScreen>
+#include <QSignalBlocker>
 #include <QStyleFactory>
 #include <QStyleOptionButton>
 #include <QTreeWidget>
@@ -74,8 +80,11 @@ private Q_SLOTS:
     void init();
     void LinesAreSeen_data();
     void LinesAreSeen();
+    void TheBoxesOfTheFlagsAreSeen_data();
+    void TheBoxesOfTheFlagsAreSeen();
     void TextColoursAreRead_data();
     void TextColoursAreRead();
+    void FreshTextIsReadToo();
     void MenusFitTheScreen();
     void ShortCaptionsStayWhole();
 };
@@ -190,6 +199,48 @@ void LegibleStyleTest::LinesAreSeen()
                           base) >= 3);
 }
 
+void LegibleStyleTest::TheBoxesOfTheFlagsAreSeen_data()
+{
+    LinesAreSeen_data();
+}
+
+void LegibleStyleTest::TheBoxesOfTheFlagsAreSeen()
+{
+    QFETCH(QPalette, palette);
+    QApplication::setPalette(palette);
+    TestContext context;
+    frmFlags dialog(context.editor, nullptr, nullptr);
+    auto &list = *dialog.findChild<QTreeWidget *>(u"lvwFlags"_s);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    list.setCurrentItem(nullptr);
+    QTreeWidgetItem *item = nullptr; // one that asks for no value, and is not the current row
+    for (int i = 1; i < list.topLevelItemCount() && !item; ++i) {
+        if (list.topLevelItem(i)->text(1).isEmpty())
+            item = list.topLevelItem(i);
+    }
+    QVERIFY(item);
+    const QRect row = list.visualItemRect(item);
+    const auto picture = [&] { return list.viewport()->grab().toImage(); };
+    const QImage empty = picture();
+    const QColor base = palette.color(QPalette::Base);
+    // The frame: the first of the row's pixels that is not background.
+    const QPoint start(row.left(), row.center().y());
+    QVERIFY(ContrastAlong(empty, start, start + QPoint(12, 0), base) >= 3);
+    {
+        const QSignalBlocker quiet(list);
+        item->setCheckState(0, Qt::Checked);
+    }
+    // The mark: what has changed, against what was there.
+    const QImage checked = picture();
+    double mark = 1;
+    for (int y = row.top(); y <= row.bottom(); ++y) {
+        for (int x = row.left(); x < row.left() + 24; ++x)
+            mark = std::max(mark, Contrast(checked.pixelColor(x, y), empty.pixelColor(x, y)));
+    }
+    QVERIFY2(mark >= 3, qPrintable(QString::number(mark)));
+}
+
 void LegibleStyleTest::TextColoursAreRead_data()
 {
     LinesAreSeen_data();
@@ -210,6 +261,30 @@ void LegibleStyleTest::TextColoursAreRead()
         QCOMPARE(colour(QsciScintillaBase::SCI_STYLEGETBACK, style), back);
         const QColor fore = colour(QsciScintillaBase::SCI_STYLEGETFORE, style);
         QVERIFY2(Contrast(fore, back) >= 4.5, qPrintable(QString::number(style) + u' ' + fore.name()));
+    }
+}
+
+void LegibleStyleTest::FreshTextIsReadToo()
+{
+    QApplication::setPalette(Light());
+    for (const bool stored : {false, true}) {
+        EditorWindow editor;
+        editor.settings.SaveFlag(Keys::SystemColors, false);
+        editor.settings.SaveColour(Keys::BackColor, 0x202020);
+        if (stored)
+            editor.settings.SaveColour(Keys::FontColor, 0x303030);
+        editor.Open();
+        auto &text = editor.Text();
+        const auto colour = [&text](unsigned message) {
+            return ResolveColour(quint32(text.SendScintilla(message, long(StyleClass::Text))), {});
+        };
+        const QColor fore = colour(QsciScintillaBase::SCI_STYLEGETFORE);
+        const QColor back = colour(QsciScintillaBase::SCI_STYLEGETBACK);
+        QCOMPARE(back, QColor(0x20, 0x20, 0x20));
+        if (stored)
+            QCOMPARE(fore, QColor(0x30, 0x30, 0x30)); // the user's own choice
+        else
+            QVERIFY2(Contrast(fore, back) >= 4.5, qPrintable(fore.name()));
     }
 }
 

@@ -77,7 +77,10 @@ void TextControl::ApplyLook()
          std::lround(m_font.points * int(SC_FONT_SIZE_MULTIPLIER)));
     Send(SCI_STYLESETBOLD, STYLE_DEFAULT, m_font.bold);
     Send(SCI_STYLESETITALIC, STYLE_DEFAULT, m_font.italic);
-    Send(SCI_STYLESETFORE, STYLE_DEFAULT, ScintillaColour(text));
+    // Class Text has the colour of fresh text for its own, so it tells whether that is the default one.
+    const StyleFormat &own = m_formats[size_t(StyleClass::Text)];
+    const bool isDefault = own.isDefault && own.colour == m_textColour;
+    Send(SCI_STYLESETFORE, STYLE_DEFAULT, ScintillaColour(isDefault ? ReadableTwin(text, back) : text));
     Send(SCI_STYLESETBACK, STYLE_DEFAULT, ScintillaColour(back));
     Send(SCI_STYLECLEARALL);
     for (int style = 0; style < StyleClassCount; ++style) {
