@@ -8,6 +8,7 @@
 #include "support/uitest.h"
 
 #include <QComboBox>
+#include <QTimer>
 #include <QTreeView>
 
 using namespace Qt::Literals::StringLiterals;
@@ -179,14 +180,23 @@ void WindowKeysTest::ContextMenusOpenWithAKey()
 {
     const ContextMenuKey key(qApp);
     EditorWindow editor;
+    editor.settings.SaveSetting(u"Presets"_s, u"Listen"_s, {});
+    editor.settings.SaveSetting(u"Listen"_s, u"Command"_s, u"/bin/listen"_s);
+    editor.settings.SaveSetting(u"Listen"_s, u"CreateButton"_s, u"1"_s);
     editor.Open({editor.WriteFile(u"a.orc"_s, OutlinedText)});
     FocusText(editor);
     const auto opened = [&](QWidget &at) {
+        QString name;
+        QTimer look; // a menu may wait for its end inside the key
+        QObject::connect(&look, &QTimer::timeout, &look, [&name] {
+            if (QWidget *menu = QApplication::activePopupWidget()) {
+                name = menu->objectName();
+                menu->close();
+            }
+        });
+        look.start(0);
         QTest::keyClick(&at, Qt::Key_F10, Qt::ShiftModifier);
-        QWidget *menu = QApplication::activePopupWidget();
-        const QString name = menu ? menu->objectName() : QString();
-        if (menu)
-            menu->close();
+        Eventually([&name] { return !name.isEmpty(); });
         return name;
     };
     QCOMPARE(opened(editor.Text()), u"mnuEdit"_s);
@@ -195,6 +205,8 @@ void WindowKeysTest::ContextMenusOpenWithAKey()
     QCOMPARE(opened(tree), u"mnuTreeView"_s);
     tree.setCurrentIndex(RowOfKey(tree, u"ins1"_s));
     QCOMPARE(opened(tree), u"mnuBrowseEditable"_s);
+    QCOMPARE(opened(editor.Find<QWidget>(u"tbPresets_Listen"_s)), u"mnuPresetPopup"_s);
+    QCOMPARE(opened(editor.Find<QWidget>(u"CoolBar1"_s)), u"mnuToolbar"_s);
 }
 
 void WindowKeysTest::TheTextHasTheKeyboardAfterGoToLine()
