@@ -150,9 +150,11 @@ int RunEditor(Application &application, const CommandLine &command, const QByteA
     const bool loaded = application.Guard([&] {
         editor = std::make_unique<frmEditor>(settings, application.TheDesktop(), command);
         QObject::connect(editor.get(), &frmEditor::Activated, &link, &InstanceLink::MarkRecent);
-        editor->show();
         if (splash)
             splash->SetOwner(*editor);
+        editor->show();
+        if (splash)
+            splash->SetOwner(*editor); // again: before, it was kept above all windows
         PaintOnScreen(*editor);
     });
     if (!loaded)

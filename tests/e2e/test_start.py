@@ -2,7 +2,9 @@
 """How the program starts: first use, the start-up rule, the forms of the command line, and what it cannot open."""
 
 import os
+import re
 import signal
+import subprocess
 
 from support.pictures import lightness
 from support.stage import check, copy_example, equal, main, settled
@@ -40,6 +42,14 @@ def splash_stands_until_the_document_does(stage):
     stage.write_store("[Options]\nUsed=2\n")
     piece = stage.home / "large.orc"
     piece.write_text("instr 1\n a1 oscili 1000, 440 ; a tone\n out a1\nendin\n" * 1_200_000)
+    stacks = stage.folder / "stacks"
+    spy = subprocess.Popen(
+        ["xprop", "-root", "-spy", "_NET_CLIENT_LIST_STACKING"],
+        env=stage.environment,
+        stdin=subprocess.DEVNULL,
+        stdout=stacks.open("wb"),
+    )
+    stage.servants.append(spy)
     editor = stage.start(piece)
     splash = editor.window("Zelvane")
     equal(splash.geometry()[2:], (480, 300), "the size of the picture")
@@ -50,6 +60,7 @@ def splash_stands_until_the_document_does(stage):
             stage.until(lambda: str(piece) in window.title(), "the caption of the document")
         stage.until(lambda: len(stacked(stage)) == 2, "both windows on the screen")
         equal(stacked(stage), [window.number, splash.number], f"the windows from the bottom up, {moment}")
+    stage.until(lambda: "ABOVE" not in splash.state(), lambda: f"the splash over nothing else: {splash.state()}")
     stage.screenshot("splash")
     # The window was painted before the document began to come; nothing is painted while it does.
     picture = window.screenshot("before-the-document")
@@ -57,6 +68,12 @@ def splash_stands_until_the_document_does(stage):
     for area, what in (("400x20+10+2", "the menu bar"), ("300x60+700+600", "the place of the text")):
         check(lightness(picture, area) > 0.8, f"{what} is painted: {lightness(picture, area)}")
     stage.until(lambda: len(stage.windows_of(editor.pid)) == 1, "the end of the splash")
+    # Nor was it below for a moment, when the window came.
+    orders = [[int(number, 16) for number in re.findall("0x[0-9a-f]+", line)] for line in stacks.read_text().splitlines()]
+    both = [order for order in orders if {window.number, splash.number} <= set(order)]
+    check(both, f"the windows as they came: {orders}")
+    for order in both:
+        check(order.index(window.number) < order.index(splash.number), f"the splash is below: {orders}")
     editor.close(window)
 
 
@@ -163,9 +180,13 @@ def help_and_version_need_no_display(stage):
         ("-v", 0, "Zelvane "),
         ("--colour", 2, "zelvane: unknown option --colour"),
     ):
-        process = stage.start(option)
-        equal(process.ended(), code, f"exit code of {option}")
-        check(process.output().startswith(start), f"{option} printed {process.output()!r}")
+        told = subprocess.run(
+            [stage.program, option], env=stage.environment, capture_output=True, text=True, timeout=30, check=False
+        )
+        equal(told.returncode, code, f"exit code of {option}")
+        spoken, silent = (told.stderr, told.stdout) if code else (told.stdout, told.stderr)
+        check(spoken.startswith(start), f"{option} printed {spoken!r}")
+        equal(silent, "", f"the other output of {option}")
     stage.environment["DISPLAY"] = display
     editor.at_rest()
     equal(window.title(), title, "the running editor's document")

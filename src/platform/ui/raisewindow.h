@@ -20,8 +20,9 @@ void UseActivationToken(const QByteArray &token);
 /// it by opening a file from elsewhere, so the window manager is not to hold it back.
 void RaiseWindow(QWidget &window);
 
-/// Makes a window an owned one of another: it stays above it, and the window manager is told at once, for
-/// which the owner has to be shown already. The toolkit by itself tells it only when it shows a window.
+/// Makes a window an owned one of another: it stays above it, and the window manager is told at once, which
+/// the toolkit by itself does only when it shows a window. To be called before the owner is shown, so that it
+/// never comes above the window, and again after.
 void KeepAbove(QWidget &window, QWidget &owner);
 
 /// Waits until a window that has just been shown stands on the screen, half a second at most, and paints it:

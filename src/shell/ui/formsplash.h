@@ -20,7 +20,8 @@ public:
 
     /// Shows the window in the middle of the screen and paints it at once, before any event is served.
     void ShowNow();
-    /// Makes it an owned window of the main window, which is shown, so that it stays above that.
+    /// Makes it an owned window of the main window, so that it stays above that: before that is shown, and
+    /// once more after.
     void SetOwner(QWidget &owner);
 
 protected:
