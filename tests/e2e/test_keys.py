@@ -99,4 +99,37 @@ def the_open_find_dialog_starts_again(stage):
     editor.close(window)
 
 
-main(the_text_gets_the_keyboard_back, the_open_find_dialog_starts_again)
+def help_opens_the_page_of_the_selected_word(stage):
+    """What reaches the desktop's opener is the page: the opener knows no keywords."""
+    stage.write_store(STORE)
+    opened = stage.folder / "opened"
+    opener = stage.folder / "bin" / "xdg-open"
+    opener.parent.mkdir()
+    opener.write_text(f'#!/bin/sh\nprintf "%s\\n" "$@" >>"{opened}"\n')
+    opener.chmod(0o755)
+    stage.environment["PATH"] = f"{opener.parent}:{stage.environment['PATH']}"
+    piece = stage.home / "piece.orc"
+    piece.write_text("a1 oscili 1, 440\n")
+    editor, window = settled(stage, piece)
+
+    def help_gives(pages, *keys):
+        for name in (*keys, "F1"):
+            window.keys(name)
+        found = [f"/usr/share/doc/csound-doc/html/{page}.html" for page in pages]
+        stage.until(
+            lambda: opened.exists() and opened.read_text().split("\n")[:-1] == found,
+            lambda: f"{found}; opened was {opened.read_text() if opened.exists() else 'nothing'}",
+        )
+        editor.at_rest()
+
+    help_gives(["oscili"], "ctrl+Home", *["Right"] * 3, *["shift+Right"] * 6)
+    help_gives(["oscili", "index"], "Home")  # nothing selected
+    help_gives(["oscili", "index", "index"], "shift+Right", "shift+Right")  # no word of the manual
+    editor.close(window)
+
+
+main(
+    the_text_gets_the_keyboard_back,
+    the_open_find_dialog_starts_again,
+    help_opens_the_page_of_the_selected_word,
+)
