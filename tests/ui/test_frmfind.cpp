@@ -105,6 +105,8 @@ private Q_SLOTS:
     void ReplaceAllOfManyHits();
     void ClosingSavesThePlace();
     void PlaceOffTheScreensComesBack();
+    void TheReplaceFormComesWhole();
+    void WithoutAStoredPlaceItComesWhole();
     void TheGrownDialogStaysOnTheScreen();
     void DialogGivesWayToTheHit();
     void AnOptionThatCannotBeReadIsReported();
@@ -535,6 +537,44 @@ void FrmFindTest::PlaceOffTheScreensComesBack()
     on.settings.SaveNumber(Keys::FindY, -900000);
     const frmFind &dialog = on.Show(u"mnuFind"_s);
     QVERIFY(dialog.screen()->availableGeometry().contains(dialog.frameGeometry()));
+}
+
+void FrmFindTest::TheReplaceFormComesWhole()
+{
+    Searching on(u"one"_s);
+    const frmFind &small = on.Show(u"mnuFind"_s);
+    const QRect screen = small.screen()->availableGeometry();
+    const QPoint corner = screen.bottomRight() - QPoint(small.width(), small.height());
+    const int height = small.height();
+    const int dpi = small.logicalDpiX();
+    on.Key(Qt::Key_Escape);
+    Unload();
+    // Stored where the lower form of the dialog just fits.
+    on.settings.SaveNumber(Keys::FindX, ToTwips(corner.x(), dpi));
+    on.settings.SaveNumber(Keys::FindY, ToTwips(corner.y(), dpi));
+    const frmFind &dialog = on.Show(u"mnuReplace"_s);
+    QVERIFY(dialog.height() > height);
+    QVERIFY2(screen.contains(dialog.frameGeometry()), qPrintable(QDebug::toString(dialog.frameGeometry())));
+}
+
+void FrmFindTest::WithoutAStoredPlaceItComesWhole()
+{
+    Searching on(u"one"_s);
+    const QRect screen = on.window->screen()->availableGeometry();
+    on.window->resize(300, 200);
+    for (const QPoint &corner :
+         {screen.bottomRight() - QPoint(40, 40), screen.topLeft() - QPoint(250, 150)}) {
+        on.window->move(corner);
+        for (const QString &row : {u"mnuFind"_s, u"mnuReplace"_s}) {
+            on.settings.DeleteSetting(Keys::FindX);
+            on.settings.DeleteSetting(Keys::FindY);
+            const frmFind &dialog = on.Show(row);
+            QVERIFY2(screen.contains(dialog.frameGeometry()),
+                     qPrintable(QDebug::toString(dialog.frameGeometry())));
+            on.Key(Qt::Key_Escape);
+            Unload();
+        }
+    }
 }
 
 void FrmFindTest::TheGrownDialogStaysOnTheScreen()

@@ -21,6 +21,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
+#include <QShowEvent>
 #include <QVBoxLayout>
 
 using namespace Qt::Literals::StringLiterals;
@@ -230,6 +231,13 @@ void frmFind::UncoverSelection()
         move(x(), below);
     else if (above >= room.top())
         move(x(), above);
+}
+
+void frmFind::showEvent(QShowEvent *event)
+{
+    QDialog::showEvent(event); // finds a place over the window, not counting a frame that is still to come
+    if (!event->spontaneous())
+        KeepOnScreen(*this);
 }
 
 void frmFind::keyPressEvent(QKeyEvent *event)

@@ -38,7 +38,7 @@ void RestorePlace(QWidget &dialog, const SettingsStore &settings, const BareNumb
 void SavePlace(const QWidget &dialog, SettingsStore &settings, const BareNumberKey &x,
                const BareNumberKey &y);
 
-/// Moves a shown dialog that has grown back onto the screen as a whole.
+/// Moves a shown dialog that has grown, or is just coming, onto the screen as a whole.
 void KeepOnScreen(QWidget &dialog);
 
 } // namespace zelvane
