@@ -2,12 +2,16 @@
 // The keys that the window takes, and where the Tab key goes.
 
 #include "platform/ui/contextmenukey.h"
+#include "platform/ui/systemcolours.h"
 #include "shell/layoutkeys.h"
 #include "support/editorwindow.h"
 #include "support/outlinerows.h"
 #include "support/uitest.h"
 
+#include <QColor>
 #include <QComboBox>
+#include <QImage>
+#include <QPalette>
 #include <QTimer>
 #include <QTreeView>
 
@@ -28,6 +32,7 @@ private Q_SLOTS:
     void TheRoundPassesWhatIsHidden();
     void ContextMenusOpenWithAKey();
     void TheTextHasTheKeyboardAfterGoToLine();
+    void AnEmptyTreeShowsThatItHasTheKeyboard();
 };
 
 namespace
@@ -222,6 +227,25 @@ void WindowKeysTest::TheTextHasTheKeyboardAfterGoToLine()
     editor.Row(u"mnuGoTo"_s).trigger();
     editor.desktop.CheckAllCame();
     QVERIFY(editor.Text().hasFocus());
+}
+
+void WindowKeysTest::AnEmptyTreeShowsThatItHasTheKeyboard()
+{
+    EditorWindow editor;
+    editor.Open();
+    FocusText(editor);
+    auto &tree = editor.Find<QTreeView>(u"tvwBrowse"_s);
+    QCOMPARE(tree.model()->rowCount(), 0);
+    const auto edge = [&tree] {
+        const QImage picture = tree.viewport()->grab().toImage();
+        return picture.pixelColor(picture.width() / 2, 0);
+    };
+    const QColor base = tree.palette().color(QPalette::Base);
+    QCOMPARE(edge(), base);
+    tree.setFocus();
+    QVERIFY2(Contrast(edge(), base) >= 3, qPrintable(edge().name()));
+    editor.Text().setFocus();
+    QCOMPARE(edge(), base);
 }
 
 int main(int argc, char **argv)
