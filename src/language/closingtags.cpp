@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "language/closingtags.h"
 
+#include "language/findmark.h"
+
 #include <algorithm>
 #include <bit>
 #include <tuple>
@@ -29,7 +31,8 @@ ClosingTags::ClosingTags(QStringView text) : m_text(text)
     // From bracket to bracket, so that a text without closing tags is passed over fast.
     qsizetype before = -1;
     for (qsizetype bracket; (bracket = text.indexOf(u'>', before + 1)) >= 0; before = bracket) {
-        const qsizetype first = text.first(bracket).indexOf(u'<', before + 1);
+        // Most brackets are those of comparisons.
+        const qsizetype first = FindMark(text.first(bracket), u'<', u'/', before + 1);
         if (first < 0)
             continue;
         BackwardHash hash;

@@ -23,14 +23,18 @@ public:
     std::size_t GroupOf(std::size_t place) const { return m_groups[place]; }
 
     /// Calls `found(start, end, group)` for each "$" with a name behind it in the text from `from` on that is
-    /// not followed by a letter, digit or underscore, in the order of their ends. Reads each character once:
-    /// the time is linear in the text, the names and what is found.
-    template <typename Found> void ForEachCall(QStringView text, qsizetype from, Found found) const
+    /// not followed by a letter, digit or underscore, in the order of their ends; and before, in the order of
+    /// the text, `sign(start)` for each "$". Reads each character once: the time is linear in the text, the
+    /// names and what is found.
+    template <typename Sign, typename Found>
+    void ForEachCall(QStringView text, qsizetype from, Sign sign, Found found) const
     {
         qint32 state = None;
         for (qsizetype at = from; at < text.size(); ++at) {
             if (state == None && (at = text.indexOf(u'$', at)) < 0)
                 return;
+            if (text[at] == u'$')
+                sign(at);
             state = Next(state, text[at]);
             qint32 hit = LongestName(state);
             if (hit == None || (at + 1 < text.size() && IsWordCharacter(text[at + 1])))

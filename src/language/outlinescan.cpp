@@ -298,12 +298,13 @@ std::vector<std::vector<Scanners::Call>> Scanners::SearchMacroCall(const MacroNa
     // The hits come by their ends; comments are looked for from the beginning on.
     CommentLookup comments = Comments();
     std::vector<bool> mayBegin(std::size_t(m_text.size()));
-    for (qsizetype sign = from; (sign = m_text.indexOf(u'$', sign)) >= 0; ++sign)
-        mayBegin[std::size_t(sign)] =
-            (sign == 0 || !IsWordCharacter(m_text[sign - 1])) && !comments.IsCommented(sign);
     NextCharacter<EndsArguments> brackets(m_text);
     std::vector<std::vector<Call>> calls(names.GroupCount());
-    names.ForEachCall(m_text, from, [&](qsizetype start, qsizetype end, std::size_t group) {
+    const auto sign = [&](qsizetype start) {
+        mayBegin[std::size_t(start)] =
+            (start == 0 || !IsWordCharacter(m_text[start - 1])) && !comments.IsCommented(start);
+    };
+    const auto found = [&](qsizetype start, qsizetype end, std::size_t group) {
         if (!mayBegin[std::size_t(start)])
             return;
         if (end < m_text.size() && m_text[end] == u'(') {
@@ -312,7 +313,8 @@ std::vector<std::vector<Scanners::Call>> Scanners::SearchMacroCall(const MacroNa
                 end = bracket + 1;
         }
         calls[group].push_back({qint32(start), {start + 1, end}});
-    });
+    };
+    names.ForEachCall(m_text, from, sign, found);
     return calls;
 }
 

@@ -1,19 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "language/outlinewalks.h"
 
-#include "shell/findtext.h"
 #include "shell/separators.h"
 
 #include <algorithm>
 
 namespace zelvane
 {
-
-bool IsWholeWord(QStringView text, qsizetype start, qsizetype end)
-{
-    return (start == 0 || !IsWordCharacter(text[start - 1])) &&
-           (end == text.size() || !IsWordCharacter(text[end]));
-}
 
 qsizetype Keyword::Find(QStringView text, qsizetype from, qsizetype end) const
 {
@@ -50,26 +43,14 @@ bool Keyword::StandsAt(QStringView text, qsizetype at) const
            IsWholeWord(text, at, at + Size());
 }
 
-bool LabelLines::IsLabel(qsizetype colon)
-{
-    qsizetype start = colon;
-    while (start > m_read && m_text[start - 1] != u'\n')
-        --start;
-    if (start > m_read || m_read == 0)
-        BeginLine(start);
-    for (; m_read < colon; ++m_read)
-        Read(m_text[m_read]);
-    return m_isLabel && m_place != Place::BehindReturn;
-}
-
-void LabelLines::BeginLine(qsizetype start)
+inline void LabelLines::BeginLine(qsizetype start)
 {
     m_lineStart = m_read = start;
     m_place = Place::Indent;
     m_isLabel = true;
 }
 
-void LabelLines::Read(QChar c)
+inline void LabelLines::Read(QChar c)
 {
     if (IsBlankOrTab(c)) {
         m_isLabel = m_isLabel && m_place == Place::Indent;
@@ -81,6 +62,18 @@ void LabelLines::Read(QChar c)
         m_isLabel = m_isLabel && c != u'(' && m_place != Place::BehindReturn;
         m_place = Place::Word;
     }
+}
+
+bool LabelLines::IsLabel(qsizetype colon)
+{
+    qsizetype start = colon;
+    while (start > m_read && m_text[start - 1] != u'\n')
+        --start;
+    if (start > m_read || m_read == 0)
+        BeginLine(start);
+    for (; m_read < colon; ++m_read)
+        Read(m_text[m_read]);
+    return m_isLabel && m_place != Place::BehindReturn;
 }
 
 bool TableWalk::IsTable(qsizetype start)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/textbuffer.h"
+#include "shell/findtext.h"
 
 #include <QChar>
 #include <QStringView>
@@ -14,7 +15,11 @@ namespace zelvane
 // How the scanners of the outline walk over a text. Offsets count from 0.
 
 /// Whether no letter, digit or underscore touches the stretch.
-bool IsWholeWord(QStringView text, qsizetype start, qsizetype end);
+inline bool IsWholeWord(QStringView text, qsizetype start, qsizetype end)
+{
+    return (start == 0 || !IsWordCharacter(text[start - 1])) &&
+           (end == text.size() || !IsWordCharacter(text[end]));
+}
 
 /// A word that is searched for without regard to case.
 class Keyword
