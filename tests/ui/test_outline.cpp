@@ -15,6 +15,7 @@
 #include <QGuiApplication>
 #include <QIcon>
 #include <QImage>
+#include <QItemSelectionModel>
 #include <QMenu>
 #include <QPainter>
 #include <QPalette>
@@ -115,6 +116,7 @@ private Q_SLOTS:
     void BranchesOpenAndClose();
     void ExpandBrowseOpensRootsAndTags();
     void InSingleSelectionOneBranchIsOpen();
+    void ANodeOutOfSightIsNotCurrent();
     void RefreshBuildsAnew();
     void TheOutlineIsTurnedOffAndOn();
     void DeepTagsAreNoFailure();
@@ -505,6 +507,29 @@ void OutlineTest::InSingleSelectionOneBranchIsOpen()
     tree.expand(on.RowOf(u"rootins"_s));
     tree.expand(on.RowOf(u"rootmac"_s));
     QVERIFY(tree.isExpanded(on.RowOf(u"rootins"_s)));
+}
+
+void OutlineTest::ANodeOutOfSightIsNotCurrent()
+{
+    OutlineWindow on;
+    QTreeView &tree = on.Tree();
+    tree.expand(on.RowOf(u"rootins"_s));
+    tree.expand(on.RowOf(u"ins1"_s));
+    on.Click(u"ins1lbl1"_s);
+    tree.collapse(on.RowOf(u"ins1"_s));
+    QCOMPARE(tree.currentIndex(), on.RowOf(u"ins1"_s));
+    // Another branch that opens closes this one.
+    tree.expand(on.RowOf(u"rootmac"_s));
+    QCOMPARE(tree.currentIndex(), on.RowOf(u"rootins"_s));
+    QCOMPARE(tree.selectionModel()->selectedIndexes(), QModelIndexList{on.RowOf(u"rootins"_s)});
+    on.OpenAll();
+    on.Click(u"mac1cal1"_s);
+    on.TakeMenuRow(u"rootinc"_s, u"mnuTV_4"_s);
+    QCOMPARE(tree.currentIndex(), on.RowOf(u"rootmac"_s));
+    // One that is in sight stays.
+    on.OpenAll();
+    tree.collapse(on.RowOf(u"rootins"_s));
+    QCOMPARE(tree.currentIndex(), on.RowOf(u"rootmac"_s));
 }
 
 void OutlineTest::RefreshBuildsAnew()

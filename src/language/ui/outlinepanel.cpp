@@ -58,6 +58,7 @@ OutlinePanel::OutlinePanel(const WindowContext &context)
             [this](const QModelIndex &row) { m_context.commands.Guard([&] { ClickNode(row); }); });
     connect(this, &QWidget::customContextMenuRequested, this, &OutlinePanel::ShowMenu);
     connect(this, &QTreeView::expanded, this, &OutlinePanel::CloseOthers);
+    connect(this, &QTreeView::collapsed, this, &OutlinePanel::KeepCurrentInSight);
     connect(&context.text, &TextControl::textChanged, this, [this] { OutlineCurrent = false; });
 }
 
@@ -206,6 +207,8 @@ void OutlinePanel::ChangeTree(TreeEntry entry)
         break;
     case TreeEntry::CollapseAll:
         collapseAll();
+        for (const qsizetype root : Roots())
+            KeepCurrentInSight(m_model->IndexOf(root));
         break;
     case TreeEntry::Refresh:
         BuildOutline();
@@ -266,6 +269,16 @@ void OutlinePanel::CloseOthers(const QModelIndex &opened)
     for (int row = 0; row < count; ++row) {
         if (row != opened.row())
             collapse(m_model->index(row, 0, opened.parent()));
+    }
+}
+
+void OutlinePanel::KeepCurrentInSight(const QModelIndex &closed)
+{
+    for (QModelIndex row = currentIndex().parent(); row.isValid(); row = row.parent()) {
+        if (row == closed) {
+            setCurrentIndex(closed);
+            return;
+        }
     }
 }
 

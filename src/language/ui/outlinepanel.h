@@ -63,6 +63,8 @@ private:
     void OpenRootsAndTags();
     /// In single selection mode the opening of a branch closes the others.
     void CloseOthers(const QModelIndex &opened);
+    /// A branch that closes over the current node takes its place: the menus work on what is seen.
+    void KeepCurrentInSight(const QModelIndex &closed);
 
     WindowContext m_context;
     OutlineModel *m_model;
