@@ -33,9 +33,7 @@ QString TextOf(const QString &name)
 
 FileKind KindOf(const QString &name)
 {
-    if (name.endsWith(u".csd"_s))
-        return FileKind::Unified;
-    return name.endsWith(u".orc"_s) ? FileKind::Orchestra : FileKind::Score;
+    return name.endsWith(u".csd"_s) ? FileKind::Unified : FileKind::Orchestra;
 }
 
 /// One line for each node below one, indented by its depth: key, image, tag, caption.
