@@ -8,7 +8,16 @@ namespace zelvane
 
 bool CommentLookup::IsCommented(qsizetype offset)
 {
-    return IsInBlockComment(offset, m_blockComments) || IsInLineComment(offset);
+    return IsInBlockComment(offset, LastBefore(offset)) || IsInLineComment(offset);
+}
+
+std::span<const TextSpan> CommentLookup::LastBefore(qsizetype offset)
+{
+    if (m_begun > 0 && m_blockComments[m_begun - 1].start >= offset)
+        m_begun = 0;
+    while (m_begun < m_blockComments.size() && m_blockComments[m_begun].start < offset)
+        ++m_begun;
+    return m_begun == 0 ? std::span<const TextSpan>() : m_blockComments.subspan(m_begun - 1, 1);
 }
 
 bool CommentLookup::IsInLineComment(qsizetype offset)

@@ -3,6 +3,7 @@
 
 #include "platform/textbuffer.h"
 
+#include <cstddef>
 #include <QStringView>
 #include <span>
 
@@ -10,7 +11,7 @@ namespace zelvane
 {
 
 /// Answers as IsCommented does, for many places of one text. Asked about rising offsets it reads no character
-/// twice, however long the lines are.
+/// and no comment twice, however long the lines are.
 class CommentLookup
 {
 public:
@@ -24,11 +25,14 @@ public:
     bool IsCommented(qsizetype offset);
 
 private:
+    /// The last block comment that begins before the offset: no other can hold it.
+    std::span<const TextSpan> LastBefore(qsizetype offset);
     bool IsInLineComment(qsizetype offset);
 
     QStringView m_text;
     std::span<const TextSpan> m_blockComments;
-    qsizetype m_asked = -1; ///< where the last line comment was looked for
+    std::size_t m_begun = 0; ///< how many block comments begin before the offset asked about last
+    qsizetype m_asked = -1;  ///< where the last line comment was looked for
     bool m_answer = false;
 };
 
