@@ -207,7 +207,8 @@ std::vector<UnsavedCopy> UnsavedCopy::TakeLeft()
             folder.entryList({u'*' + SuffixOf(kind)}, QDir::Files | QDir::Hidden | QDir::NoSymLinks);
         for (const QString &name : names) {
             UnsavedCopy copy(kind);
-            copy.m_path = folder.filePath(name);
+            // Not QDir's own joining, which takes a name that begins with a colon for a place in the program.
+            copy.m_path = Folder() + u'/' + name;
             copy.m_file = LockLeftFile(copy.m_path);
             if (copy.Stands())
                 left.push_back(std::move(copy));

@@ -10,6 +10,7 @@
 #include <csignal>
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -147,6 +148,23 @@ TEST_F(Copies, OnlyThoseOfEndedProcessesAreFound)
     // Let go of without a word, they are there for the next.
     EXPECT_EQ(UnsavedCopy::TakeLeft().size(), 2u);
     EXPECT_TRUE(mine.Stands());
+}
+
+TEST_F(Copies, AnyNameIsFoundAndGoesAfterItsWeek)
+{
+    const QString names[] = {u"/:a.orc"_s, u"/[a]*?.orc"_s, u"/.hidden"_s,       u"/%1 %20.orc"_s,
+                             u"/-r"_s,     u"/a\n\r\tb"_s,  u"/\\back\\slash"_s, u"/qrc:a"_s};
+    for (const QString &name : names)
+        WriteAndDie({.name = name}, "text");
+    std::vector<UnsavedCopy> left = UnsavedCopy::TakeLeft();
+    EXPECT_EQ(left.size(), std::size(names));
+    for (UnsavedCopy &copy : left) {
+        EXPECT_TRUE(copy.Read());
+        copy.Keep();
+    }
+    EXPECT_EQ(NamesIn(UnsavedCopy::Folder()).filter(u".kept"_s).size(), qsizetype(std::size(names)));
+    UnsavedCopy::RemoveOld(QDateTime::currentDateTime().addDays(9));
+    EXPECT_EQ(Names(), QStringList());
 }
 
 TEST_F(Copies, OneThatWasTakenOverIsWrittenOverAndRemoved)
