@@ -272,7 +272,7 @@ def save_in_place_is_cut_off(stage):
     old = line * (60_000_000 // len(line))
     piece.write_bytes(old)
     os.link(piece, stage.home / "other name")
-    for _ in range(20):
+    for _ in range(10):
         if kill_in_a_save(stage, piece):
             break
         piece.write_bytes(old)  # in place
