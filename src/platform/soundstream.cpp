@@ -74,6 +74,7 @@ void SoundStream::Run(qint64 frame)
 {
     m_file.Seek(frame, [this] { return !m_stopping; });
     qint64 written = 0;
+    int last = 0; // the wake that came last when all had been read
     while (!m_stopping) {
         const int seen = m_wakes;
         if (!m_allRead) {
@@ -82,15 +83,19 @@ void SoundStream::Run(qint64 frame)
                 const int read = m_file.Read(space.samples, std::min(space.frames, ChunkFrames));
                 m_ring.Put(read);
                 written += read;
-                m_allRead = read == 0;
+                if (read == 0) {
+                    last = m_wakes;
+                    m_allRead = true;
+                }
                 continue;
             }
-        } else if (m_output.Heard() >= written) {
+        } else if (seen != last && m_output.Heard() >= written) {
             m_ended = true;
             m_tellEnded();
             return;
         }
-        // The output pulls on after the end, so that this looks again until all has been heard.
+        // The output pulls on after the end, so that this looks again until all has been heard. A sound
+        // without frames lasts for one pull, or playing it in a loop would take all of the processor.
         m_wakes.wait(seen);
     }
 }
