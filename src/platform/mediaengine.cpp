@@ -69,8 +69,6 @@ MediaAnswer MediaEngine::Send(const QString &command)
         failure = {CodeOf(error.Number()), error.Description()};
     } catch (const std::bad_alloc &) {
         failure = {MediaError::OutOfMemory};
-    } catch (const std::system_error &) { // no thread
-        failure = {MediaError::OutOfMemory};
     }
     m_failedCode = failure.code;
     m_failedDetail = failure.detail;
@@ -297,7 +295,11 @@ void MediaEngine::Begin(qint64 frame)
         m_hasDevice = true;
     }
     m_output->Restart();
-    m_stream->Begin(frame);
+    try {
+        m_stream->Begin(frame);
+    } catch (const std::system_error &) {
+        throw Failure{MediaError::DeviceBusy, u"The system has no thread for it"_s};
+    }
     m_output->Start();
 }
 
@@ -343,7 +345,8 @@ QString MediaEngine::ErrorText(int code) const
 {
     const QString detail = code == m_failedCode ? m_failedDetail : QString();
     const auto text = [&](const QString &sentence) {
-        return detail.isEmpty() ? sentence + u'.' : sentence + u": "_s + detail;
+        const QString whole = detail.isEmpty() ? sentence : sentence + u": "_s + detail;
+        return whole.endsWith(u'.') ? whole : whole + u'.';
     };
     switch (code) {
     case 0:
