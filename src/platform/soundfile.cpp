@@ -109,7 +109,9 @@ bool SoundFile::OpenFromStart()
         return false;
     SF_INFO info = {};
     m_sound.reset(sf_open_fd(m_file.Descriptor(), SFM_READ, &info, SF_FALSE));
-    if (!m_sound || m_format.rate > 0)
+    if (m_format.channels > 0 && m_format.channels != info.channels)
+        m_sound.reset(); // another was written over it
+    if (!m_sound || m_format.channels > 0)
         return m_sound != nullptr;
     const int bits = BitsOf(info.format & SF_FORMAT_SUBMASK);
     m_format = {.rate = info.samplerate,

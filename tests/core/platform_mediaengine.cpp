@@ -2,6 +2,7 @@
 #include "platform/mediacommand.h"
 #include "platform/mediaengine.h"
 #include "support/printers.h"
+#include "support/randomtext.h"
 #include "support/recordingoutput.h"
 #include "support/soundfiles.h"
 
@@ -134,6 +135,22 @@ TEST(MediaCommand, APathMayHoldAnything)
     EXPECT_EQ(CutOpenCommand(u"open"_s), Cut{});
     EXPECT_EQ(CutOpenCommand(u"open /a.wav"_s), (Cut{u"/a.wav"_s, {}, {}}));
     EXPECT_EQ(CutOpenCommand(u"open alias gino"_s), (Cut{{}, u"gino"_s, {}}));
+}
+
+TEST(MediaCommand, AnyPathComesBack)
+{
+    RandomText random({u"a"_s, u"\""_s, u"/"_s, u" "_s, u"\n"_s, u"alias"_s, u"type"_s, u"open"_s, u"gino"_s},
+                      12);
+    for (int i = 0; i < 20000; ++i) {
+        const QString path = u'/' + random.Next();
+        const QString quoted = u'"' + path + u'"';
+        for (const QString &named : path.contains(u' ') ? QStringList{quoted} : QStringList{path, quoted}) {
+            ASSERT_EQ(CutOpenCommand(u"open "_s + named + u" alias gino"_s),
+                      (OpenCommand{path, u"gino"_s, {}}));
+            ASSERT_EQ(CutOpenCommand(u"open "_s + named + u" alias gino type waveaudio"_s),
+                      (OpenCommand{path, u"gino"_s, u"waveaudio"_s}));
+        }
+    }
 }
 
 TEST_F(Media, PlaysEveryFormToItsLastSample)
@@ -631,6 +648,25 @@ TEST_F(Media, EndsWhereItsFileWasCut)
     EXPECT_EQ(Code(u"play gino from 0 notify"_s), 0);
     notices.clear();
     ASSERT_TRUE(PullToTheEnd());
+}
+
+TEST_F(Media, EndsWhereAnotherSoundWasWrittenOverItsFile)
+{
+    for (const int format :
+         {0x010002, 0x010020}) { // 16 bit, and GSM, which is read from its start for a seek
+        WriteSound(Path(u"a.wav"_s), Tones(100000, 1), {{}, format, 44100, 1});
+        ASSERT_EQ(Open(Path(u"a.wav"_s)), 0);
+        EXPECT_EQ(Code(u"play gino notify"_s), 0);
+        Pull(1000);
+        WriteSound(Path(u"a.wav"_s), Tones(100000, 16), {{}, 0x010002, 44100, 16});
+        EXPECT_EQ(Code(u"play gino from 1000 notify"_s), 0);
+        QCoreApplication::processEvents();
+        notices.clear();
+        ASSERT_TRUE(PullToTheEnd());
+        EXPECT_EQ(std::exchange(notices, {}), std::vector{MediaNotice::Successful});
+        EXPECT_EQ(Code(u"close gino"_s), 0);
+        QCoreApplication::processEvents();
+    }
 }
 
 TEST_F(Media, SamplesThatADeviceCannotTake)
