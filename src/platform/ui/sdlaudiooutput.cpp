@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/ui/sdlaudiooutput.h"
 
+#include "platform/programinfo.h"
+
 #include <algorithm>
 #include <chrono>
 #include <SDL.h>
@@ -141,7 +143,7 @@ QString SdlAudioOutput::Open(int rate, int channels, AudioSource &source)
     if (!m_isReady) {
         SDL_SetMainReady();
         SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1"); // the program has its own
-        SDL_SetHint(SDL_HINT_AUDIO_DEVICE_APP_NAME, "Zelvane");
+        SDL_SetHint(SDL_HINT_AUDIO_DEVICE_APP_NAME, ApplicationTitle().toUtf8().constData());
         if (SDL_InitSubSystem(SDL_INIT_AUDIO) != 0)
             return QString::fromUtf8(SDL_GetError());
         m_isReady = true;
