@@ -125,7 +125,10 @@ void Player::MCIopen(const QString &path)
         return;
     }
     SetPlayerEnabled(true);
-    MCIplay(); // it is heard before its facts are read
+    if (!MCIplay()) { // it is heard before its facts are read
+        m_editor.status.Show(path + u" - cannot load"_s);
+        return;
+    }
     int length = 0;
     const QString facts = Facts(path, length);
     if (length != 0)
@@ -166,16 +169,17 @@ QString Player::Facts(const QString &path, int &length)
     return facts + u" - size: "_s + ShortSizeText(QFileInfo(path).size()) + RateText(bytesPerSecond);
 }
 
-void Player::MCIplay()
+bool Player::MCIplay()
 {
     const int code = Send(u"play gino notify"_s).code;
-    if (code == 0) {
+    if (code == 0)
         m_controls.RunTimer(true);
-    } else if (code == MediaError::DeviceBusy) {
-        Warn(code);
-        Send(u"close gino"_s);
-        SetPlayerEnabled(false);
-    }
+    if (code != MediaError::DeviceBusy)
+        return true;
+    Warn(code);
+    Send(u"close gino"_s);
+    SetPlayerEnabled(false);
+    return false;
 }
 
 void Player::MCIpause()
@@ -206,9 +210,11 @@ void Player::Notified(int notice)
 {
     if (notice != MediaNotice::Successful)
         return;
-    // Closed at its end, so that the next play hears what was rendered meanwhile.
-    if (!m_controls.IsLooping() || Send(u"play gino from 0 notify"_s).code != 0)
-        MCIstop();
+    // A sound without a length would end and begin again without end.
+    const bool again = m_controls.IsLooping() && Number(u"status gino length"_s) != 0 &&
+                       Send(u"play gino from 0 notify"_s).code == 0;
+    if (!again)
+        MCIstop(); // closed, so that the next play hears what was rendered meanwhile
 }
 
 void Player::SetPlayerEnabled(bool enabled)

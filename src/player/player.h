@@ -61,7 +61,8 @@ public:
     void MCIopen(const QString &path) override;
     /// Plays on from where the sound is. A device that is busy is told to the user, and the sound closed;
     /// any other failure leaves all as it is.
-    void MCIplay();
+    /// @return whether it is still open
+    bool MCIplay();
     /// Pauses a sound that plays, resumes one that is paused.
     void MCIpause();
     /// Closes the sound.

@@ -98,6 +98,7 @@ protected:
 };
 
 const QString Mode = u"status gino mode"_s;
+const QString Length = u"status gino length"_s;
 
 TEST_F(PlayerTest, StartsClosed)
 {
@@ -292,6 +293,18 @@ TEST_F(PlayerTest, ABusyDeviceClosesTheSound)
     EXPECT_FALSE(controls.running);
 }
 
+TEST_F(PlayerTest, ASoundThatFindsNoDeviceIsNotOpen)
+{
+    media.Fail(u"play gino notify"_s, MediaError::DeviceBusy);
+    media.errorTexts[MediaError::DeviceBusy] = u"busy"_s;
+    ExpectWarning(u"busy"_s);
+    player.MCIopen(u"/s.wav"_s);
+    EXPECT_EQ(media.TakeCommands(), QStringList({u"close gino"_s, u"open /s.wav alias gino"_s,
+                                                 u"play gino notify"_s, u"close gino"_s}));
+    EXPECT_EQ(context.status.text, u"/s.wav - cannot load"_s);
+    EXPECT_FALSE(controls.enabled);
+}
+
 TEST_F(PlayerTest, AnotherFailureToPlayIsSilent)
 {
     controls.enabled = true;
@@ -356,10 +369,11 @@ TEST_F(PlayerTest, TheEndOfTheSoundCloses)
 TEST_F(PlayerTest, ALoopGoesOnUntilItIsSwitchedOff)
 {
     controls.looping = true;
+    media.Answer(Length, u"10"_s);
     media.End();
     media.End();
     EXPECT_EQ(media.TakeCommands(),
-              QStringList({u"play gino from 0 notify"_s, u"play gino from 0 notify"_s}));
+              QStringList({Length, u"play gino from 0 notify"_s, Length, u"play gino from 0 notify"_s}));
     EXPECT_TRUE(controls.TakeCalls().isEmpty());
     controls.looping = false;
     media.End();
@@ -369,10 +383,19 @@ TEST_F(PlayerTest, ALoopGoesOnUntilItIsSwitchedOff)
 TEST_F(PlayerTest, ALoopThatCannotBeginAgainCloses)
 {
     controls.looping = true;
+    media.Answer(Length, u"10"_s);
     media.Fail(u"play gino from 0 notify"_s, MediaError::DeviceBusy);
     media.End();
     EXPECT_EQ(media.TakeCommands(),
-              QStringList({u"play gino from 0 notify"_s, u"stop gino"_s, u"close gino"_s}));
+              QStringList({Length, u"play gino from 0 notify"_s, u"stop gino"_s, u"close gino"_s}));
+}
+
+TEST_F(PlayerTest, ASoundWithoutALengthIsNotRepeated)
+{
+    controls.looping = true;
+    media.Answer(Length, u"0"_s);
+    media.End();
+    EXPECT_EQ(media.TakeCommands(), QStringList({Length, u"stop gino"_s, u"close gino"_s}));
 }
 
 TEST_F(PlayerTest, OtherNoticesAreIgnored)
