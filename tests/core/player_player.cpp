@@ -3,6 +3,7 @@
 
 #include "platform/mediacontrol.h"
 #include "player/soundsearch.h"
+#include "support/recordedcontrols.h"
 #include "support/scriptedmediacontrol.h"
 #include "support/testcontext.h"
 
@@ -18,47 +19,6 @@ namespace zelvane::test
 
 namespace
 {
-
-/// The controls of the player, and what was done to them.
-struct RecordedControls : PlayerControls {
-    QStringList calls;
-    bool enabled = false;
-    bool running = false;
-    bool looping = false;
-    int position = -1;
-    int length = 0;
-    QString time, image, tooltip;
-    bool remaining = false;
-
-    void EnableSound(bool newEnabled) override
-    {
-        enabled = newEnabled;
-        calls.append(newEnabled ? u"enable"_s : u"disable"_s);
-    }
-    bool IsSoundEnabled() const override { return enabled; }
-    void LeaveSlider() override { calls.append(u"leave"_s); }
-    void RunTimer(bool run) override
-    {
-        running = run;
-        calls.append(run ? u"timer on"_s : u"timer off"_s);
-    }
-    void ShowPosition(int newPosition) override
-    {
-        position = newPosition;
-        calls.append(u"position "_s + QString::number(newPosition));
-    }
-    void SetLength(int newLength) override { length = newLength; }
-    void ShowTime(const QString &newTime) override { time = newTime; }
-    void ShowTimeMode(bool newRemaining) override { remaining = newRemaining; }
-    void ShowPlayButton(const QString &newImage, const QString &newTooltip) override
-    {
-        image = newImage;
-        tooltip = newTooltip;
-    }
-    bool IsLooping() const override { return looping; }
-
-    QStringList TakeCalls() { return std::exchange(calls, {}); }
-};
 
 class PlayerTest : public ::testing::Test
 {
