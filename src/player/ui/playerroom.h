@@ -20,6 +20,9 @@ public:
     explicit PlayerRoom(const WindowContext &context);
     PlayerRoom(const WindowContext &context, std::unique_ptr<MediaControl> media);
 
+    /// For what works on the file of the open sound.
+    Player &ThePlayer() { return m_player; }
+
 private:
     void BindCommands();
     void ConnectPanel();
