@@ -21,22 +21,22 @@ Args=-d -W -o $WAVE$ $DOCUMENT$
 # Long enough to be at an end only when it is taken there.
 PIECE = """<CsoundSynthesizer>
 <CsInstruments>
-sr = 44100
+sr = 22050
 ksmps = 441
-nchnls = 2
+nchnls = 1
 0dbfs = 1
 instr 1
   a1 oscili 0.1, 220
-  outs a1, a1
+  out a1
 endin
 </CsInstruments>
 <CsScore>
-i 1 0 100
+i 1 0 300
 </CsScore>
 </CsoundSynthesizer>
 """
 
-BARS = "x150+0+0"  # the part of the window that holds the player
+BARS = "x120+0+0"  # the part of the window that holds the player, and no caret that blinks
 
 
 class Listener:
