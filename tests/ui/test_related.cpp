@@ -376,11 +376,13 @@ void RelatedTest::LongChainsOpen()
 
 void RelatedTest::NamesOfManyLinesAreRows()
 {
-    RelatedWindow on("\"two\nlines.wav\" #include <" + QByteArray(5000, 'x') + ">");
+    RelatedWindow on("\"two\nlines.wav\" #include <" + QByteArray(5000, 'x') + ">\n#include \"<b>x</b>\"\n");
     on.WriteFile(u"two\nlines.wav"_s);
     on.documents.OpenFile(on.Path(u"song.orc"_s));
     QCOMPARE(on.Rows().value(1), u" two lines.wav"_s);
     QCOMPARE(on.Rows().value(2).size(), 301);
+    const QModelIndex marked = on.RowOf(u"<b>x</b>"_s);
+    QVERIFY(marked.data(Qt::ToolTipRole).toString().contains(u"&lt;b&gt;x"_s));
     on.DoubleClick(u"two lines.wav"_s);
     QCOMPARE(on.calls, QStringList{u"play "_s + on.Path(u"two\nlines.wav"_s)});
 }

@@ -4,6 +4,7 @@
 #include "shell/documentkind.h"
 #include "shell/splitpath.h"
 #include "shell/ui/icons.h"
+#include "shell/ui/plaintooltip.h"
 
 #include <QGuiApplication>
 #include <QPalette>
@@ -82,7 +83,7 @@ QVariant RelatedModel::data(const QModelIndex &index, int role) const
     case Qt::DisplayRole:
         return OneLine(file.displayName);
     case Qt::ToolTipRole:
-        return OneLine(file.exists ? file.filename : file.displayName);
+        return PlainToolTip(OneLine(file.exists ? file.filename : file.displayName));
     case Qt::DecorationRole:
         return IconOf(file);
     case Qt::ForegroundRole:
