@@ -3,7 +3,7 @@
 
 import os
 
-from support.stage import check, copy_example, equal, main, settled
+from support.stage import check, copy_example, dark_desktop, equal, main, settled
 
 STORE = """[Options]
 Used=2
@@ -13,22 +13,6 @@ X=600
 Y=600
 Width=15000
 Height=12000
-"""
-
-DARK_DESKTOP = """[Colors:Window]
-BackgroundNormal=42,46,50
-ForegroundNormal=252,252,252
-ForegroundInactive=161,169,177
-[Colors:View]
-BackgroundNormal=27,30,32
-ForegroundNormal=252,252,252
-ForegroundInactive=161,169,177
-[Colors:Button]
-BackgroundNormal=49,54,59
-ForegroundNormal=252,252,252
-[Colors:Selection]
-BackgroundNormal=61,174,233
-ForegroundNormal=252,252,252
 """
 
 
@@ -87,8 +71,7 @@ def files_are_opened_from_the_tree(stage):
 
 def a_dark_tree(stage):
     stage.write_store(STORE.replace("CodeOutline=0", "CodeOutline=1"))
-    (stage.folder / "config" / "kdeglobals").write_text(DARK_DESKTOP)
-    stage.environment |= {"XDG_CURRENT_DESKTOP": "KDE", "KDE_SESSION_VERSION": "5", "KDE_FULL_SESSION": "true"}
+    dark_desktop(stage)
     piece = piece_with_files(stage)
     editor, window = settled(stage, piece)
     titled(stage, editor, window, piece)
