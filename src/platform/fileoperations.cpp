@@ -125,6 +125,28 @@ bool SystemFileOperations::DeleteForGood(const QString &path)
     }
 }
 
+bool SystemFileOperations::DeleteUnasked(const QStringList &paths)
+{
+    QString first, why;
+    qsizetype failed = 0;
+    for (const QString &path : paths) {
+        try {
+            RemoveFile(path);
+        } catch (const RunTimeError &error) {
+            if (error.Number() == ErrorNumber::FileNotFound)
+                continue;
+            if (failed++ == 0) {
+                first = path;
+                why = error.Description();
+            }
+        }
+    }
+    if (failed > 0)
+        Tell(u"Unable to delete "_s + first + (failed > 1 ? u" and %1 more."_s.arg(failed - 1) : u"."_s),
+             why);
+    return failed == 0;
+}
+
 void SystemFileOperations::Tell(const QString &what, const QString &why)
 {
     m_desktop.MessageBox({.text = what + u"\n\n"_s + why, .icon = BoxIcon::Warning});

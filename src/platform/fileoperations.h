@@ -4,6 +4,7 @@
 #include "platform/filetransfer.h"
 
 #include <QString>
+#include <QStringList>
 #include <QtGlobal>
 
 namespace zelvane
@@ -25,6 +26,9 @@ public:
     /// Gives a file another name in its folder.
     virtual bool Rename(const QString &source, const QString &name) = 0;
     virtual bool Delete(const QString &path, Deletion way) = 0;
+    /// Deletes files for good, without a question; what is gone already is no failure. All failures are told
+    /// in one message.
+    virtual bool DeleteUnasked(const QStringList &paths) = 0;
 };
 
 /// How far a piece of work is, for the user to see when it takes long.
@@ -52,6 +56,7 @@ public:
     bool Copy(const QString &source, const QString &target) override;
     bool Rename(const QString &source, const QString &name) override;
     bool Delete(const QString &path, Deletion way) override;
+    bool DeleteUnasked(const QStringList &paths) override;
 
 private:
     using Transfer = TransferEnd (*)(const QString &, const QString &, Replacing, const TransferProgress &);

@@ -217,3 +217,20 @@ TEST_F(FileService, VanishedFileIsNotDeletedForGood)
     desktop.ExpectMessage(Warning(u"Unable to delete "_s + path + u".\n\n"_s + System(ENOENT)));
     EXPECT_FALSE(files.Delete(path, Deletion::ForGood));
 }
+
+TEST_F(FileService, DeletesManyWithoutAQuestion)
+{
+    const QString one = Put(u"one"_s, "1"), two = Put(u"two"_s, "2");
+    EXPECT_TRUE(files.DeleteUnasked({one, Path(u"gone"_s), two}));
+    EXPECT_EQ(NamesIn(Folder()), QStringList());
+    ASSERT_TRUE(QDir(Folder()).mkdir(u"a"_s));
+    ASSERT_TRUE(QDir(Folder()).mkdir(u"b"_s));
+    Put(u"one"_s, "1");
+    desktop.ExpectMessage(
+        Warning(u"Unable to delete "_s + Path(u"a"_s) + u" and 1 more.\n\nIt is a folder, not a file"_s));
+    EXPECT_FALSE(files.DeleteUnasked({Path(u"a"_s), one, Path(u"b"_s)}));
+    desktop.ExpectMessage(
+        Warning(u"Unable to delete "_s + Path(u"a"_s) + u".\n\nIt is a folder, not a file"_s));
+    EXPECT_FALSE(files.DeleteUnasked({Path(u"a"_s)}));
+    EXPECT_EQ(NamesIn(Folder()), QStringList({u"a"_s, u"b"_s}));
+}

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The document's file renamed, copied, moved and deleted from the menu, by keys, and its properties looked at."""
+"""The document's file renamed, copied, moved, deleted and backed up from the menus, by keys."""
 
 from support.stage import check, equal, main, settled
 
@@ -21,9 +21,9 @@ def titled(stage, editor, window, path, mark=""):
     editor.at_rest()
 
 
-def asked(stage, editor, window, picture):
-    """The dialog that has come up over the window."""
-    dialog = editor.dialog(window)
+def asked(stage, editor, window, picture, title="Zelvane"):
+    """The dialog of this title that has come up over the window."""
+    dialog = editor.window(title, beside=window)
     stage.until(dialog.is_active, "the dialog in front")
     editor.at_rest()
     dialog.screenshot(picture)
@@ -49,7 +49,7 @@ def work_on_the_file(stage):
     editor.at_rest()
     stage.screenshot("files-menu")
     window.keys("r")
-    dialog = asked(stage, editor, window, "files-rename")
+    dialog = asked(stage, editor, window, "files-rename", "Rename")
     dialog.keys("ctrl+a")
     dialog.type("b.orc")
     dialog.keys("Return")
@@ -64,13 +64,14 @@ def work_on_the_file(stage):
     copy = target / "c.orc"
     copy.write_bytes(b"old")
     window.keys("alt+f", "h", "c")
-    dialog = asked(stage, editor, window, "files-copy-to")
+    dialog = asked(stage, editor, window, "files-copy-to", "Copy to")
     dialog.keys("ctrl+a")
     dialog.type(str(copy))
     dialog.keys("Return")
     question = asked(stage, editor, window, "files-replace")
     question.keys("alt+y")
     stage.until(lambda: copy.read_bytes() == ORCHESTRA, "the copy")
+    stage.until(lambda: question.number not in stage.windows_of(editor.pid), "the end of the question")
     question = asked(stage, editor, window, "files-open-copy")
     question.keys("alt+y")
     titled(stage, editor, window, copy)
@@ -82,7 +83,7 @@ def work_on_the_file(stage):
     titled(stage, editor, window, copy, "*")
     moved = renamed.with_name("d.orc")
     window.keys("alt+f", "h", "m")
-    dialog = asked(stage, editor, window, "files-move-to")
+    dialog = asked(stage, editor, window, "files-move-to", "Move to")
     dialog.keys("ctrl+a")
     dialog.type(str(moved))
     dialog.keys("Return")
@@ -93,8 +94,7 @@ def work_on_the_file(stage):
     check(not copy.exists(), "nothing stands in the old place")
 
     window.keys("alt+f", "h", "p")
-    box = asked(stage, editor, window, "files-properties")
-    equal(box.title(), "Zelvane - d.orc Properties", "the title of the box")
+    box = asked(stage, editor, window, "files-properties", "Zelvane - d.orc Properties")
     box.keys("Escape")
     editor.at_rest()
     editor.close(window)
@@ -118,4 +118,28 @@ def deleted_file_is_in_the_trash(stage):
     editor.close(window)
 
 
-main(work_on_the_file, deleted_file_is_in_the_trash)
+def back_up_and_clear_away(stage):
+    temporary = stage.folder / "tmp"
+    temporary.mkdir()
+    (temporary / "csound1.tmp").write_bytes(b"left")
+    (temporary / "mine").write_bytes(b"mine")
+    stage.environment["TMPDIR"] = str(temporary)
+    editor, window, path = opened(stage, "song.orc")
+    window.keys("alt+f", "b")
+    asked(stage, editor, window, "files-backup", "Create Backup").keys("alt+y")
+    told = asked(stage, editor, window, "files-backup-made")
+    found = list(path.parent.glob("song(*).orc"))
+    equal(len(found), 1, "the number of backups")
+    equal(found[0].read_bytes(), ORCHESTRA, "the backup")
+    equal(found[0].stat().st_mode & 0o777, 0o440, "the rights of the backup")
+    told.keys("Return")
+    editor.at_rest()
+
+    window.keys("alt+t", "t")
+    asked(stage, editor, window, "files-temporary", "Delete Csound Temporary Files").keys("alt+y")
+    stage.until(lambda: [file.name for file in temporary.glob("[!.]*")] == ["mine"], "the temporary file is gone")
+    editor.at_rest()
+    editor.close(window)
+
+
+main(work_on_the_file, deleted_file_is_in_the_trash, back_up_and_clear_away)

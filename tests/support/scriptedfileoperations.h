@@ -15,7 +15,8 @@ namespace zelvane::test
 class ScriptedFileOperations : public FileOperations
 {
 public:
-    QStringList calls; ///< "move A > B", "copy A > B", "rename A > NAME", "trash A", "delete A"
+    QStringList calls; ///< "move A > B", "copy A > B", "rename A > NAME", "trash A", "delete A",
+                       ///< "delete unasked A, B"
     std::deque<bool> answers;
 
     bool Move(const QString &source, const QString &target) override
@@ -34,6 +35,10 @@ public:
     {
         return Answer((way == Deletion::ToTrash ? QStringLiteral("trash ") : QStringLiteral("delete ")) +
                       path);
+    }
+    bool DeleteUnasked(const QStringList &paths) override
+    {
+        return Answer(QStringLiteral("delete unasked ") + paths.join(QStringLiteral(", ")));
     }
 
 private:

@@ -42,7 +42,6 @@ static_assert(!std::is_constructible_v<MenuName, std::u16string_view>);
 const Command NotBuilt[] = {
     Cmd::mnuPlatformItem[ExportFormat::Rtf],
     Cmd::mnuPlatformItem[ExportFormat::Html],
-    Cmd::mnuBackupNow,
     Cmd::mnuPrint,
     Cmd::mnuPreferences,
     Cmd::mnuCodeRes,
@@ -50,7 +49,6 @@ const Command NotBuilt[] = {
     Cmd::mnuInstrEdit,
     Cmd::mnuInstrGUI,
     Cmd::mnuPMapping,
-    Cmd::mnuDeleteTempFiles,
     Cmd::mnuSSO[FileOperation::Move],
     Cmd::mnuSSO[FileOperation::Copy],
     Cmd::mnuSSO[FileOperation::Rename],

@@ -10,6 +10,7 @@
 #include "shell/layoutkeys.h"
 #include "shell/leftwork.h"
 #include "shell/startup.h"
+#include "shell/ui/backupcommands.h"
 #include "shell/ui/bandbar.h"
 #include "shell/ui/commandkeys.h"
 #include "shell/ui/commands.h"
@@ -98,6 +99,7 @@ frmEditor::frmEditor(SettingsStore &settings, Desktop &desktop, const CommandLin
     BindDocumentCommands(m_window, [this] { close(); });
     BindEditCommands(m_window);
     new TextCommands(m_window);
+    new BackupCommands(m_window);
     BindHelpCommands(m_window);
     BindViewCommands(m_window, *m_workspace, *Toolbar1);
     m_workspace->OrderTabs();
