@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <QDialogButtonBox>
 #include <QLineEdit>
+#include <QPalette>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -18,7 +19,8 @@ namespace
 {
 
 constexpr int LeastCharacters = 30;
-constexpr int MostCharacters = 70;
+constexpr int MostCharacters = 90;
+constexpr int Margin = 16; ///< pixels beside a text in its field
 
 } // namespace
 
@@ -29,15 +31,19 @@ frmProperties::frmProperties(const QString &name, const std::vector<FileProperty
     setObjectName(u"frmProperties"_s);
     setWindowTitle(ProgramCaption(QString(name).replace(u"[*]"_s, u"[*][*]"_s) + u" Properties"_s));
 
-    qsizetype longest = LeastCharacters;
+    int width = CharacterWidth(*this, LeastCharacters);
     for (const FileProperty &property : properties)
-        longest = std::max(longest, property.value.size() + 2);
+        width = std::max(width, fontMetrics().horizontalAdvance(property.value) + Margin);
+    width = std::min(width, CharacterWidth(*this, MostCharacters));
     FormGrid form;
     for (const FileProperty &property : properties) {
         auto *value = Named(new QLineEdit(this), u"txt"_s + QString(property.caption).remove(u' '));
         value->setReadOnly(true);
         value->setFrame(false);
-        value->setMinimumWidth(CharacterWidth(*value, int(std::min<qsizetype>(longest, MostCharacters))));
+        value->setMinimumWidth(width);
+        QPalette colours = value->palette();
+        colours.setBrush(QPalette::Base, Qt::transparent); // nothing can be typed here
+        value->setPalette(colours);
         ShowFromStart(*value, property.value);
         form.Add({.caption = property.caption + u':', .field = value});
     }
