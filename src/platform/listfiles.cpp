@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/listfiles.h"
 
+#include "platform/filenamecase.h"
+
 #include <dirent.h>
 #include <fcntl.h>
 #include <memory>
@@ -25,10 +27,13 @@ struct CloseFolder {
 /// All but "*" and "?" stands for itself.
 QRegularExpression PatternOf(const QString &pattern)
 {
+    QRegularExpression::PatternOptions options = QRegularExpression::DotMatchesEverythingOption;
+    if (FileNameCase == Qt::CaseInsensitive)
+        options |= QRegularExpression::CaseInsensitiveOption;
     return QRegularExpression(
         QRegularExpression::anchoredPattern(
             QRegularExpression::escape(pattern).replace(u"\\*"_s, u".*"_s).replace(u"\\?"_s, u"."_s)),
-        QRegularExpression::DotMatchesEverythingOption);
+        options);
 }
 
 } // namespace

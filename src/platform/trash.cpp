@@ -5,6 +5,7 @@
 #include "platform/nativefile.h"
 #include "platform/runtimeerror.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <optional>
@@ -177,6 +178,8 @@ TransferEnd MoveToTrash(const QString &path, const TransferProgress &progress)
     // The links of its folder are followed, one in its own place is what is deleted.
     const QByteArray folder =
         QFile::encodeName(QFileInfo(QFile::decodeName(FolderOf(given))).canonicalFilePath());
+    if (folder.isEmpty())
+        Fail(ENOENT, path);
     const QByteArray name = given.sliced(given.lastIndexOf('/') + 1);
     const QByteArray file = (folder == "/" ? QByteArray() : folder) + '/' + name;
     const Trash trash = TrashFor(folder, path);

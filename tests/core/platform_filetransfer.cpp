@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <cstring>
 #include <fcntl.h>
 #include <grp.h>
@@ -207,6 +208,21 @@ TEST_F(Transfers, StoppedCopyLeavesTheSourceAndNothingElse)
         EXPECT_EQ(Content(target), "old");
         EXPECT_EQ(NamesIn(HereFolder()), QStringList({u"a"_s, u"b"_s}));
     }
+}
+
+TEST_F(Transfers, KilledCopyLeavesTheSourceAndTheOldTarget)
+{
+    const QString source = Put(Here(u"a"_s), Long());
+    const QString target = Put(Here(u"b"_s), "old");
+    EXPECT_FALSE(ChildSucceeded(StartChild([&] {
+        CopyFileTo(source, target, Over, [](qint64 done, qint64) {
+            if (done > 0)
+                kill(getpid(), SIGKILL);
+            return true;
+        });
+    })));
+    EXPECT_EQ(Content(source), Long());
+    EXPECT_EQ(Content(target), "old");
 }
 
 TEST_F(Transfers, TargetIsReplacedOnlyWhenItMayBe)
