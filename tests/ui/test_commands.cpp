@@ -49,11 +49,6 @@ const Command NotBuilt[] = {
     Cmd::mnuInstrEdit,
     Cmd::mnuInstrGUI,
     Cmd::mnuPMapping,
-    Cmd::mnuSSO[FileOperation::Move],
-    Cmd::mnuSSO[FileOperation::Copy],
-    Cmd::mnuSSO[FileOperation::Rename],
-    Cmd::mnuSSO[FileOperation::Delete],
-    Cmd::mnuSSO[FileOperation::Properties],
     Cmd::mnuAbout,
 };
 

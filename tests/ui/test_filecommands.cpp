@@ -1,14 +1,22 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The shell commands of the File menu, and the boxes that they show.
+// The shell commands of the File and the Player menu, and the boxes that they show.
 
+#include "platform/mediacontrol.h"
 #include "platform/ui/progressbox.h"
+#include "player/playerkeys.h"
+#include "player/ui/fileroom.h"
 #include "player/ui/frmproperties.h"
+#include "player/ui/playerroom.h"
 #include "shell/command.h"
+#include "shell/ui/menuname.h"
+#include "support/barewindow.h"
 #include "support/editorwindow.h"
 #include "support/modaldriver.h"
+#include "support/scriptedmediacontrol.h"
 #include "support/uitest.h"
 
+#include <memory>
 #include <QAction>
 #include <QApplication>
 #include <QDir>
@@ -23,9 +31,11 @@
 
 using namespace zelvane;
 using namespace Qt::Literals::StringLiterals;
+using zelvane::test::BareWindow;
 using zelvane::test::EditorWindow;
 using zelvane::test::ModalDriver;
 using zelvane::test::RunUiTest;
+using zelvane::test::ScriptedMediaControl;
 
 namespace
 {
@@ -34,6 +44,37 @@ QByteArray Content(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<not there>");
+}
+
+/// A window with the player and the file commands alone.
+struct SoundWindow : BareWindow {
+    QTemporaryDir data;
+    ScriptedMediaControl *media = new ScriptedMediaControl;
+    PlayerRoom player{context, std::unique_ptr<MediaControl>(media)};
+    FileRoom files{context, player.ThePlayer()};
+    QString sound = WriteFile(u"x.wav"_s, "RIFF");
+
+    SoundWindow()
+    {
+        qputenv("XDG_DATA_HOME", QFile::encodeName(data.path()));
+        media->Answer(u"info gino file"_s, sound);
+    }
+    /// Opens the Player menu over an open sound, and runs a command of it.
+    void Choose(FileOperation operation)
+    {
+        player.ThePlayer().MCIopen(sound);
+        commands.MenuOpening(Menu::mnuPlayer);
+        media->TakeCommands();
+        commands.Run(Cmd::mnuSSO[operation]);
+    }
+};
+
+MessageBoxRequest ToTrash(const QString &path)
+{
+    return {.text = u"Do you want to move "_s + path + u" to the trash?"_s,
+            .icon = BoxIcon::Question,
+            .buttons = BoxButtons::YesNo,
+            .defaultAnswer = BoxAnswer::Yes};
 }
 
 /// A window with a document of its own, and a trash of its own.
@@ -119,11 +160,7 @@ private Q_SLOTS:
     void DeletedFileIsInTheTrashAndTheWindowEmpty()
     {
         Editor editor;
-        editor.desktop.ExpectMessage({.text = u"Do you want to move "_s + editor.path + u" to the trash?"_s,
-                                      .icon = BoxIcon::Question,
-                                      .buttons = BoxButtons::YesNo,
-                                      .defaultAnswer = BoxAnswer::Yes},
-                                     BoxAnswer::Yes);
+        editor.desktop.ExpectMessage(ToTrash(editor.path), BoxAnswer::Yes);
         editor.Choose(u"mnuFSO_3"_s);
         QVERIFY(!QFileInfo::exists(editor.path));
         QCOMPARE(Content(editor.data.filePath(u"Trash/files/a piece.orc"_s)),
@@ -158,6 +195,42 @@ private Q_SLOTS:
             QTest::keyClick(&box, Qt::Key_Escape);
         });
         editor.Choose(u"mnuFSO_5"_s);
+    }
+
+    void SoundIsClosedBeforeItIsDeleted()
+    {
+        SoundWindow on;
+        on.desktop.ExpectMessage(ToTrash(on.sound), BoxAnswer::Yes);
+        on.Choose(FileOperation::Delete);
+        QCOMPARE(on.media->TakeCommands(), QStringList({u"stop gino"_s, u"close gino"_s}));
+        QVERIFY(!QFileInfo::exists(on.sound));
+        QCOMPARE(Content(on.data.filePath(u"Trash/files/x.wav"_s)), QByteArray("RIFF"));
+    }
+
+    void SoundPlaysOnWhileItIsCopied()
+    {
+        SoundWindow on;
+        const QString copy = on.folder.filePath(u"y.wav"_s);
+        on.desktop.ExpectSaveDialog({.title = u"Copy to"_s,
+                                     .folder = on.folder.path(),
+                                     .fileName = u"x.wav"_s,
+                                     .overwritePrompt = false},
+                                    {.path = copy});
+        on.Choose(FileOperation::Copy);
+        QCOMPARE(on.media->TakeCommands(), QStringList());
+        QCOMPARE(Content(copy), QByteArray("RIFF"));
+        QCOMPARE(on.settings.Text(Keys::SFCopyTo), on.folder.path());
+    }
+
+    void OtherRoomsHaveTheirFilesWorkedOn()
+    {
+        SoundWindow on;
+        QVERIFY(on.steps.files->ServesFiles());
+        on.desktop.ExpectInput(u"Rename"_s, u"Rename 'x.wav' to:"_s, u"z.wav"_s);
+        QVERIFY(on.steps.files->RunFileOperation(FileOperation::Rename, on.sound));
+        QVERIFY(QFileInfo::exists(on.folder.filePath(u"z.wav"_s)));
+        on.desktop.ExpectShellRun({.verb = u"openas"_s, .file = u"/x.wav"_s});
+        on.steps.files->OpenWith(u"/x.wav"_s);
     }
 
     void ShortWorkShowsNoBox()

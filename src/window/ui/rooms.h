@@ -17,7 +17,7 @@ struct RoomList {
     LanguageRoom language{context};
     RunRoom run{context};
     PlayerRoom player{context};
-    FileRoom files{context};
+    FileRoom files{context, player.ThePlayer()};
     TextToolsRoom textTools{context};
 };
 
