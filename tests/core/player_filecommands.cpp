@@ -71,6 +71,19 @@ struct FileCommandsTest : LifecycleFixture {
                 .icon = BoxIcon::Warning,
                 .buttons = BoxButtons::YesNo};
     }
+    /// A changed document is moved, and the user answers whether it is to be saved. @return its new path
+    QString MoveChanged(const QString &name, BoxAnswer answer)
+    {
+        const QString path = Open(u"a.orc"_s, "old\r\n");
+        Type(u"new "_s);
+        const QString target = Path(name);
+        EXPECT_TRUE(QFile::rename(path, target)); // what the operation is to have done
+        ExpectTarget(u"Move to"_s, folder, u"a.orc"_s, target);
+        desktop.ExpectMessage(SaveChanges(target), answer);
+        commands.mnuFSO(FileOperation::Move);
+        desktop.CheckAllCame();
+        return target;
+    }
     /// The texts that are kept for a week.
     static QStringList KeptTexts()
     {
@@ -214,16 +227,9 @@ TEST_F(FileCommandsTest, BackslashInANameIsNoSeparator)
 
 TEST_F(FileCommandsTest, ChangedDocumentIsSavedToItsNewPlace)
 {
-    const QString path = Open(u"a.orc"_s, "old\r\n");
-    Type(u"new "_s);
-    const QString target = Path(u"b.orc"_s);
-    ASSERT_TRUE(QFile::rename(path, target));
-    ExpectTarget(u"Move to"_s, folder, u"a.orc"_s, target);
-    desktop.ExpectMessage(SaveChanges(target), BoxAnswer::Yes);
-    commands.mnuFSO(FileOperation::Move);
-    desktop.CheckAllCame();
+    const QString target = MoveChanged(u"b.orc"_s, BoxAnswer::Yes);
     EXPECT_EQ(FileBytes(target), "new old\r\n");
-    EXPECT_FALSE(QFileInfo::exists(path));
+    EXPECT_FALSE(QFileInfo::exists(Path(u"a.orc"_s)));
     EXPECT_EQ(document.CurrentFile, target);
     EXPECT_EQ(text.Text(), u"new old\n"_s);
     EXPECT_FALSE(document.Modified);
@@ -231,14 +237,7 @@ TEST_F(FileCommandsTest, ChangedDocumentIsSavedToItsNewPlace)
 
 TEST_F(FileCommandsTest, ChangesThatAreNotSavedToTheNewPlaceAreKept)
 {
-    const QString path = Open(u"a.orc"_s, "old\r\n");
-    Type(u"new "_s);
-    const QString target = Path(u"b.orc"_s);
-    ASSERT_TRUE(QFile::rename(path, target));
-    ExpectTarget(u"Move to"_s, folder, u"a.orc"_s, target);
-    desktop.ExpectMessage(SaveChanges(target), BoxAnswer::No);
-    commands.mnuFSO(FileOperation::Move);
-    desktop.CheckAllCame();
+    const QString target = MoveChanged(u"b.orc"_s, BoxAnswer::No);
     EXPECT_EQ(FileBytes(target), "old\r\n");
     EXPECT_EQ(text.Text(), u"old\n"_s);
     EXPECT_FALSE(document.Modified);
@@ -248,14 +247,7 @@ TEST_F(FileCommandsTest, ChangesThatAreNotSavedToTheNewPlaceAreKept)
 
 TEST_F(FileCommandsTest, ChangedDocumentGoesOnUnderItsNewNameAfterACancel)
 {
-    const QString path = Open(u"a.orc"_s, "old\r\n");
-    Type(u"new "_s);
-    const QString target = Path(u"b.sco"_s);
-    ASSERT_TRUE(QFile::rename(path, target));
-    ExpectNewName(u"a.orc"_s, u"b.sco"_s);
-    desktop.ExpectMessage(SaveChanges(target), BoxAnswer::Cancel);
-    commands.mnuFSO(FileOperation::Rename);
-    desktop.CheckAllCame();
+    const QString target = MoveChanged(u"b.sco"_s, BoxAnswer::Cancel);
     EXPECT_EQ(document.CurrentFile, target);
     EXPECT_EQ(document.DocumentKind, FileKind::Score);
     EXPECT_TRUE(document.Modified);
@@ -265,7 +257,7 @@ TEST_F(FileCommandsTest, ChangedDocumentGoesOnUnderItsNewNameAfterACancel)
     documents.Save();
     desktop.CheckAllCame();
     EXPECT_EQ(FileBytes(target), "new old\r\n");
-    EXPECT_FALSE(QFileInfo::exists(path));
+    EXPECT_FALSE(QFileInfo::exists(Path(u"a.orc"_s)));
 }
 
 // Delete
