@@ -1,5 +1,10 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The document's file renamed, copied, moved, deleted and backed up from the menus, by keys."""
+"""The document's file renamed, copied, moved, deleted and backed up from the menus, by keys, and the
+sound that plays renamed."""
+
+import os
+import wave
+from pathlib import Path
 
 from support.stage import check, equal, main, settled
 
@@ -142,4 +147,33 @@ def back_up_and_clear_away(stage):
     editor.close(window)
 
 
-main(work_on_the_file, deleted_file_is_in_the_trash, back_up_and_clear_away)
+def rename_the_sound_that_plays(stage):
+    editor, window, path = opened(stage, "song.orc")
+    sound = path.with_name("song.wav")
+    with wave.open(str(sound), "wb") as file:
+        file.setnchannels(1)
+        file.setsampwidth(2)
+        file.setframerate(8000)
+        file.writeframes(bytes(2 * 8000 * 600))
+    folder = Path(f"/proc/{editor.pid}/fd")
+
+    def is_open():
+        return any(os.path.realpath(number) == str(sound) for number in folder.iterdir())
+
+    window.keys("alt+l", "p")
+    stage.until(is_open, "the sound is open")
+    window.keys("alt+l", "h", "r")
+    # The clock of the player goes on under the dialog: there is no rest.
+    dialog = editor.window("Rename", beside=window)
+    stage.until(dialog.is_active, "the dialog in front")
+    dialog.keys("ctrl+a")
+    dialog.type("other.wav")
+    dialog.keys("Return")
+    stage.until(path.with_name("other.wav").exists, "the new name")
+    check(not sound.exists() and not is_open(), "the sound is closed, and its old name gone")
+    editor.at_rest()
+    titled(stage, editor, window, path)
+    editor.close(window)
+
+
+main(rename_the_sound_that_plays, work_on_the_file, deleted_file_is_in_the_trash, back_up_and_clear_away)
