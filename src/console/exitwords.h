@@ -1,20 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/terminalprocess.h"
+
 #include <QString>
 
 namespace zelvane
 {
-
-/// How a program ended.
-struct ProgramEnd {
-    bool bySignal = false;
-    int number = 0;          ///< the exit code, or the number of the signal
-    QString signalName = {}; ///< "SIGSEGV"; empty where the system has no name for it
-
-    bool IsSuccess() const { return !bySignal && number == 0; }
-    bool operator==(const ProgramEnd &) const = default;
-};
 
 /// The end of a program in words: "Ended with exit code 1.", "Crashed: segmentation fault (SIGSEGV)."
 /// @param stopped the user has stopped it

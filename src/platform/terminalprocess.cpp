@@ -1,0 +1,280 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/terminalprocess.h"
+
+#include "platform/nativecalls.h"
+#include "platform/nativefile.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <memory>
+#include <QObject>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QSocketNotifier>
+#include <sys/ioctl.h>
+#include <sys/types.h>
+#include <termios.h>
+#include <unistd.h>
+#include <utility>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane
+{
+
+namespace
+{
+
+/// What is read before events are served again.
+constexpr qsizetype MostAtOnce = 256 * 1024;
+/// What is read of a program that has ended while others that it started go on writing.
+constexpr qsizetype MostAtEnd = 16 * 1024 * 1024;
+constexpr unsigned short Columns = 132;
+constexpr unsigned short Rows = 40;
+constexpr char EndOfInput = 4;
+
+struct SignalName {
+    int number;
+    const char *name;
+};
+
+constexpr std::array signalNames{
+    SignalName{SIGHUP, "SIGHUP"},   SignalName{SIGINT, "SIGINT"},   SignalName{SIGQUIT, "SIGQUIT"},
+    SignalName{SIGILL, "SIGILL"},   SignalName{SIGTRAP, "SIGTRAP"}, SignalName{SIGABRT, "SIGABRT"},
+    SignalName{SIGBUS, "SIGBUS"},   SignalName{SIGFPE, "SIGFPE"},   SignalName{SIGKILL, "SIGKILL"},
+    SignalName{SIGSEGV, "SIGSEGV"}, SignalName{SIGPIPE, "SIGPIPE"}, SignalName{SIGALRM, "SIGALRM"},
+    SignalName{SIGTERM, "SIGTERM"}, SignalName{SIGXCPU, "SIGXCPU"}, SignalName{SIGXFSZ, "SIGXFSZ"},
+    SignalName{SIGSYS, "SIGSYS"},
+};
+
+QString NameOfSignal(int number)
+{
+    for (const SignalName &row : signalNames)
+        if (row.number == number)
+            return QString::fromLatin1(row.name);
+    return {};
+}
+
+int NumberOfSignal(StopSignal signal)
+{
+    switch (signal) {
+    case StopSignal::Interrupt:
+        return SIGINT;
+    case StopSignal::Terminate:
+        return SIGTERM;
+    case StopSignal::Kill:
+        return SIGKILL;
+    }
+    return SIGKILL;
+}
+
+/// A terminal that changes nothing on the way: no echo, no carriage returns. Lines and signals stay as
+/// programs expect them of a terminal.
+void MakePlain(int terminal)
+{
+    termios settings{};
+    if (::tcgetattr(terminal, &settings) == 0) {
+        settings.c_oflag &= ~tcflag_t(OPOST);
+        settings.c_lflag &= ~tcflag_t(ECHO | ECHONL);
+        settings.c_iflag |= ICRNL;
+#ifdef IUTF8
+        settings.c_iflag |= IUTF8;
+#endif
+        ::tcsetattr(terminal, TCSANOW, &settings);
+    }
+    winsize size{};
+    size.ws_row = Rows;
+    size.ws_col = Columns;
+    ::ioctl(terminal, TIOCSWINSZ, &size);
+}
+
+/// Opens both ends of a terminal. @return false with errno set
+bool OpenTerminal(NativeFile &master, NativeFile &terminal)
+{
+    master = NativeFile(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC));
+    if (!master.IsOpen() || ::grantpt(master.Descriptor()) != 0 || ::unlockpt(master.Descriptor()) != 0)
+        return false;
+    const char *name = ::ptsname(master.Descriptor());
+    if (!name)
+        return false;
+    terminal = NativeFile(::open(name, O_RDWR | O_NOCTTY | O_CLOEXEC));
+    if (!terminal.IsOpen())
+        return false;
+    MakePlain(terminal.Descriptor());
+    const int flags = ::fcntl(master.Descriptor(), F_GETFL);
+    return flags >= 0 && ::fcntl(master.Descriptor(), F_SETFL, flags | O_NONBLOCK) == 0;
+}
+
+/// In the child, between fork and exec.
+void EnterTerminal(int terminal)
+{
+    ::setsid();
+    ::ioctl(terminal, TIOCSCTTY, 0);
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        ::dup2(terminal, stream);
+    for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGPIPE, SIGTSTP})
+        ::signal(signal, SIG_DFL);
+    sigset_t none;
+    ::sigemptyset(&none);
+    ::sigprocmask(SIG_SETMASK, &none, nullptr);
+}
+
+} // namespace
+
+struct TerminalProcess::Parts {
+    Handlers handlers;
+    QProcess process;
+    pid_t group = 0;
+    NativeFile master;
+    std::unique_ptr<QSocketNotifier> readable;
+    std::unique_ptr<QSocketNotifier> writable;
+    QByteArray input;  ///< not taken yet
+    QByteArray buffer; ///< for one reading
+    QString error;
+};
+
+TerminalProcess::TerminalProcess(Handlers handlers) : m_parts(std::make_unique<Parts>())
+{
+    m_parts->handlers = std::move(handlers);
+    m_parts->buffer.resize(MostAtOnce);
+}
+
+TerminalProcess::~TerminalProcess()
+{
+    m_parts->handlers = {};
+    m_parts->process.disconnect();
+    Stop(StopSignal::Kill);
+    if (IsRunning())
+        m_parts->process.waitForFinished();
+}
+
+bool TerminalProcess::Start(const Request &request)
+{
+    NativeFile terminal;
+    if (!OpenTerminal(m_parts->master, terminal)) {
+        m_parts->error = native::DescriptionOf(errno);
+        return false;
+    }
+    QProcess &process = m_parts->process;
+    process.setProgram(request.program);
+    process.setArguments(request.arguments);
+    process.setWorkingDirectory(request.folder);
+    process.setProcessChannelMode(QProcess::ForwardedChannels);
+    process.setStandardInputFile(QProcess::nullDevice());
+    process.setChildProcessModifier([fd = terminal.Descriptor()] { EnterTerminal(fd); });
+    QObject::connect(&process, &QProcess::finished, &process, [this](int code, QProcess::ExitStatus status) {
+        // The output ends before the program does.
+        for (qsizetype read = -1, all = 0; read != 0 && all < MostAtEnd; all += read) {
+            const ssize_t got = native::Retry([this] {
+                return ::read(m_parts->master.Descriptor(), m_parts->buffer.data(),
+                              size_t(m_parts->buffer.size()));
+            });
+            read = std::max<ssize_t>(0, got);
+            if (read > 0 && m_parts->handlers.output)
+                m_parts->handlers.output(QByteArrayView(m_parts->buffer).first(read));
+        }
+        m_parts->readable.reset();
+        m_parts->writable.reset();
+        const bool bySignal = status == QProcess::CrashExit;
+        if (m_parts->handlers.ended)
+            m_parts->handlers.ended({.bySignal = bySignal,
+                                     .number = code,
+                                     .signalName = bySignal ? NameOfSignal(code) : QString()});
+    });
+    process.start();
+    if (!process.waitForStarted(-1)) {
+        m_parts->error = process.errorString();
+        return false;
+    }
+    m_parts->group = pid_t(process.processId());
+    m_parts->readable =
+        std::make_unique<QSocketNotifier>(m_parts->master.Descriptor(), QSocketNotifier::Read);
+    QObject::connect(m_parts->readable.get(), &QSocketNotifier::activated, &process, [this] { Read(); });
+    return true;
+}
+
+QString TerminalProcess::Error() const
+{
+    return m_parts->error;
+}
+
+bool TerminalProcess::IsRunning() const
+{
+    return m_parts->process.state() != QProcess::NotRunning;
+}
+
+bool TerminalProcess::AnyRuns() const
+{
+    return IsRunning() || (m_parts->group > 0 && ::kill(-m_parts->group, 0) == 0);
+}
+
+void TerminalProcess::Read()
+{
+    qsizetype length = 0;
+    while (length < MostAtOnce) {
+        const ssize_t got = native::Retry([&] {
+            return ::read(m_parts->master.Descriptor(), m_parts->buffer.data() + length,
+                          size_t(MostAtOnce - length));
+        });
+        if (got > 0) {
+            length += got;
+            continue;
+        }
+        if (got == 0 || (errno != EAGAIN && errno != EWOULDBLOCK))
+            m_parts->readable->setEnabled(false); // nobody has the terminal open any more
+        break;
+    }
+    if (length > 0 && m_parts->handlers.output)
+        m_parts->handlers.output(QByteArrayView(m_parts->buffer).first(length));
+}
+
+void TerminalProcess::Write(const QByteArray &bytes)
+{
+    if (!IsRunning())
+        return;
+    m_parts->input += bytes;
+    WritePending();
+}
+
+void TerminalProcess::WriteEnd()
+{
+    Write(QByteArray(1, EndOfInput));
+}
+
+void TerminalProcess::WritePending()
+{
+    QByteArray &input = m_parts->input;
+    while (!input.isEmpty()) {
+        const ssize_t written = native::Retry(
+            [&] { return ::write(m_parts->master.Descriptor(), input.constData(), size_t(input.size())); });
+        if (written <= 0)
+            break;
+        input.remove(0, written);
+    }
+    if (input.isEmpty()) {
+        if (m_parts->writable)
+            m_parts->writable->setEnabled(false);
+        return;
+    }
+    if (!m_parts->writable) {
+        m_parts->writable =
+            std::make_unique<QSocketNotifier>(m_parts->master.Descriptor(), QSocketNotifier::Write);
+        QObject::connect(m_parts->writable.get(), &QSocketNotifier::activated, &m_parts->process,
+                         [this] { WritePending(); });
+    }
+    m_parts->writable->setEnabled(true);
+}
+
+void TerminalProcess::Stop(StopSignal signal)
+{
+    if (!AnyRuns() || m_parts->group <= 0)
+        return;
+    ::kill(-m_parts->group, NumberOfSignal(signal));
+    ::kill(-m_parts->group, SIGCONT); // a halted program takes no other signal
+}
+
+} // namespace zelvane

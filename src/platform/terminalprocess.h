@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <QByteArray>
+#include <QByteArrayView>
+#include <QString>
+#include <QStringList>
+
+namespace zelvane
+{
+
+/// How a program ended.
+struct ProgramEnd {
+    bool bySignal = false;
+    int number = 0;          ///< the exit code, or the number of the signal
+    QString signalName = {}; ///< "SIGSEGV"; empty where the system has no name for it
+
+    bool IsSuccess() const { return !bySignal && number == 0; }
+    bool operator==(const ProgramEnd &) const = default;
+};
+
+/// What a program is asked, the gentlest first.
+enum class StopSignal { Interrupt, Terminate, Kill };
+
+/// A program that runs in a terminal of its own, so that it writes each line at once and may ask. It leads a
+/// session: a stop reaches all that it has started, and all ends with this process, even when that is killed.
+class TerminalProcess
+{
+public:
+    struct Request {
+        QString program = {}; ///< a path
+        QStringList arguments = {};
+        QString folder = {}; ///< empty for the current one
+    };
+    struct Handlers {
+        /// Called from the event loop with a few hundred kilobytes at most; a program that writes more waits.
+        std::function<void(QByteArrayView)> output;
+        /// Called once, when the program has ended and its output has been given.
+        std::function<void(const ProgramEnd &)> ended;
+    };
+
+    explicit TerminalProcess(Handlers handlers);
+    /// Kills what still runs.
+    ~TerminalProcess();
+    TerminalProcess(const TerminalProcess &) = delete;
+    TerminalProcess &operator=(const TerminalProcess &) = delete;
+
+    /// @return false when it cannot be started; Error tells why
+    bool Start(const Request &request);
+    QString Error() const;
+    bool IsRunning() const;
+    /// Whether anything of what was started runs, the program itself or others that it has started.
+    bool AnyRuns() const;
+
+    /// Gives bytes to the program's standard input. What it does not take in time is given later.
+    void Write(const QByteArray &bytes);
+    void WriteEnd(); ///< the end of the input, as Ctrl+D at a terminal
+    /// To the program and all that it has started.
+    void Stop(StopSignal signal);
+
+private:
+    struct Parts;
+    void Read();
+    void WritePending();
+
+    std::unique_ptr<Parts> m_parts;
+};
+
+} // namespace zelvane

@@ -1,0 +1,172 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/terminalprocess.h"
+
+#include "support/printers.h"
+
+#include <functional>
+#include <gtest/gtest.h>
+#include <optional>
+#include <QByteArray>
+#include <QByteArrayView>
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QEventLoop>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <QTimer>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace zelvane;
+
+namespace
+{
+
+/// Serves events for a moment.
+void Serve()
+{
+    QEventLoop loop;
+    QTimer::singleShot(10, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+struct TerminalProcessTest : testing::Test {
+    QByteArray output;
+    std::optional<ProgramEnd> end;
+    int ends = 0;
+    TerminalProcess process{{.output = [this](QByteArrayView bytes) { output += bytes.toByteArray(); },
+                             .ended =
+                                 [this](const ProgramEnd &programEnd) {
+                                     end = programEnd;
+                                     ++ends;
+                                 }}};
+
+    bool Shell(const QString &script) { return process.Start({u"/bin/sh"_s, {u"-c"_s, script}, {}}); }
+    static bool Until(const std::function<bool()> &holds)
+    {
+        for (const QDeadlineTimer deadline(60'000); !holds();) {
+            if (deadline.hasExpired())
+                return false;
+            Serve();
+        }
+        return true;
+    }
+    bool UntilEnd()
+    {
+        return Until([this] { return end.has_value(); });
+    }
+};
+
+} // namespace
+
+TEST_F(TerminalProcessTest, GivesAllOutputBeforeTheEnd)
+{
+    ASSERT_TRUE(Shell(u"echo one; echo two >&2; printf three; exit 5"_s));
+    EXPECT_TRUE(process.IsRunning());
+    ASSERT_TRUE(UntilEnd());
+    EXPECT_EQ(output, "one\ntwo\nthree");
+    EXPECT_EQ(end, (ProgramEnd{.number = 5}));
+    EXPECT_FALSE(process.IsRunning());
+    EXPECT_EQ(ends, 1);
+}
+
+TEST_F(TerminalProcessTest, MuchOutputIsWhole)
+{
+    ASSERT_TRUE(Shell(u"i=0; while [ $i -lt 20000 ]; do echo 0123456789012345678901234567890123456789; "
+                      "i=$((i+1)); done"_s));
+    ASSERT_TRUE(UntilEnd());
+    EXPECT_EQ(output.size(), 20000 * 41);
+}
+
+TEST_F(TerminalProcessTest, IsATerminalOfItsOwn)
+{
+    ASSERT_TRUE(Shell(u"test -t 0 && test -t 1 && test -t 2 && echo terminal; echo there > /dev/tty"_s));
+    ASSERT_TRUE(UntilEnd());
+    EXPECT_EQ(output, "terminal\nthere\n");
+}
+
+TEST_F(TerminalProcessTest, TakesInput)
+{
+    ASSERT_TRUE(Shell(u"read a; echo \"got $a\"; cat; echo end"_s));
+    process.Write("first\n");
+    process.Write("second\n");
+    process.WriteEnd();
+    ASSERT_TRUE(UntilEnd());
+    EXPECT_EQ(output, "got first\nsecond\nend\n") << "and shows none of it by itself";
+}
+
+TEST_F(TerminalProcessTest, RunsInItsFolder)
+{
+    const QTemporaryDir folder;
+    ASSERT_TRUE(process.Start({u"/bin/sh"_s, {u"-c"_s, u"pwd -P"_s}, folder.path()}));
+    ASSERT_TRUE(UntilEnd());
+    EXPECT_EQ(output, QDir(folder.path()).canonicalPath().toUtf8() + '\n');
+}
+
+TEST_F(TerminalProcessTest, WhatCannotStartSaysWhy)
+{
+    EXPECT_FALSE(process.Start({u"/no/such/program"_s, {}, {}}));
+    EXPECT_NE(process.Error(), QString());
+    EXPECT_FALSE(process.IsRunning());
+    EXPECT_FALSE(process.AnyRuns());
+    process.Stop(StopSignal::Kill);
+}
+
+TEST_F(TerminalProcessTest, AnInterruptReachesAllThatWasStarted)
+{
+    ASSERT_TRUE(Shell(u"trap 'echo outer; exit 3' INT; "
+                      "sh -c 'trap \"echo inner; exit\" INT; echo up; while :; do sleep 0.05; done'; :"_s));
+    ASSERT_TRUE(Until([this] { return output.contains("up"); }));
+    process.Stop(StopSignal::Interrupt);
+    ASSERT_TRUE(UntilEnd());
+    EXPECT_EQ(end, (ProgramEnd{.number = 3}));
+    EXPECT_TRUE(output.contains("inner")) << output.constData();
+    EXPECT_TRUE(output.endsWith("outer\n")) << output.constData();
+}
+
+TEST_F(TerminalProcessTest, ADeafProgramIsKilled)
+{
+    ASSERT_TRUE(Shell(u"trap '' INT TERM; echo up; while :; do sleep 0.05; done"_s));
+    ASSERT_TRUE(Until([this] { return output.contains("up"); }));
+    process.Stop(StopSignal::Interrupt);
+    process.Stop(StopSignal::Terminate);
+    EXPECT_TRUE(process.IsRunning());
+    process.Stop(StopSignal::Kill);
+    ASSERT_TRUE(UntilEnd());
+    EXPECT_EQ(end->signalName, u"SIGKILL"_s);
+    EXPECT_TRUE(end->bySignal);
+}
+
+TEST_F(TerminalProcessTest, AHaltedProgramCanBeStopped)
+{
+    ASSERT_TRUE(Shell(u"echo up; kill -STOP $$; echo on"_s));
+    ASSERT_TRUE(Until([this] { return output.contains("up"); }));
+    process.Stop(StopSignal::Terminate);
+    ASSERT_TRUE(UntilEnd());
+    EXPECT_TRUE(end->bySignal || output.contains("on"));
+}
+
+TEST_F(TerminalProcessTest, WhatAProgramLeftRunningIsKnown)
+{
+    ASSERT_TRUE(Shell(u"trap '' HUP; (trap '' HUP TERM; exec >/dev/null 2>&1 </dev/null; "
+                      "while :; do sleep 0.05; done) & echo up; exit 0"_s));
+    ASSERT_TRUE(UntilEnd());
+    EXPECT_FALSE(process.IsRunning());
+    EXPECT_TRUE(process.AnyRuns());
+    process.Stop(StopSignal::Kill);
+    EXPECT_TRUE(Until([this] { return !process.AnyRuns(); }));
+}
+
+TEST(TerminalProcess, EndsWithItsOwner)
+{
+    {
+        QByteArray output;
+        TerminalProcess process(
+            {.output = [&](QByteArrayView bytes) { output += bytes.toByteArray(); }, .ended = {}});
+        ASSERT_TRUE(
+            process.Start({u"/bin/sh"_s, {u"-c"_s, u"echo up; trap '' HUP INT TERM; sleep 600"_s}, {}}));
+        for (const QDeadlineTimer deadline(60'000); !output.contains("up") && !deadline.hasExpired();)
+            Serve();
+        ASSERT_TRUE(process.IsRunning());
+    } // waits for the end, or would hang here for ten minutes
+}
