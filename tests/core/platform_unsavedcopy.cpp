@@ -155,7 +155,7 @@ TEST_F(Copies, AnyNameIsFoundAndGoesAfterItsWeek)
     const QString names[] = {u"/:a.orc"_s, u"/[a]*?.orc"_s, u"/.hidden"_s,       u"/%1 %20.orc"_s,
                              u"/-r"_s,     u"/a\n\r\tb"_s,  u"/\\back\\slash"_s, u"/qrc:a"_s};
     for (const QString &name : names)
-        WriteAndDie({.name = name}, "text");
+        OwnStateFolder::Leave({.name = name}, "text");
     std::vector<UnsavedCopy> left = UnsavedCopy::TakeLeft();
     EXPECT_EQ(left.size(), std::size(names));
     for (UnsavedCopy &copy : left) {
