@@ -69,7 +69,7 @@ public:
 
     /// Does a command. Never throws, and shows nothing: the caller decides about failures.
     virtual MediaAnswer Send(const QString &command) = 0;
-    /// The text for an error code, for the user. It says why in detail when the code is that of the last
+    /// The text for an error code, for the user. A second line says why when the code is that of the last
     /// failure.
     virtual QString ErrorText(int code) const = 0;
 

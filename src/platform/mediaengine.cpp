@@ -345,8 +345,9 @@ QString MediaEngine::ErrorText(int code) const
 {
     const QString detail = code == m_failedCode ? m_failedDetail : QString();
     const auto text = [&](const QString &sentence) {
-        const QString whole = detail.isEmpty() ? sentence : sentence + u": "_s + detail;
-        return whole.endsWith(u'.') ? whole : whole + u'.';
+        if (detail.isEmpty())
+            return sentence + u'.';
+        return sentence + u".\n"_s + detail + (detail.endsWith(u'.') ? u""_s : u"."_s);
     };
     switch (code) {
     case 0:

@@ -502,7 +502,7 @@ TEST_F(Media, WithoutADevice)
     EXPECT_EQ(Code(u"play gino notify"_s), MediaError::DeviceBusy);
     EXPECT_EQ(
         media->ErrorText(MediaError::DeviceBusy),
-        u"No sound device can be had to play the sound, or another program holds it: The card is gone.");
+        u"No sound device can be had to play the sound, or another program holds it.\nThe card is gone.");
     EXPECT_EQ(Mode(), u"stopped");
     EXPECT_EQ(Position(), 0);
     QCoreApplication::processEvents();
@@ -517,7 +517,7 @@ TEST_F(Media, UnknownCommands)
 {
     EXPECT_EQ(Code(u""_s), MediaError::UnknownCommand);
     EXPECT_EQ(Code(u"dance gino"_s), MediaError::UnknownCommand);
-    EXPECT_EQ(media->ErrorText(MediaError::UnknownCommand), u"The player does not know the command: dance.");
+    EXPECT_EQ(media->ErrorText(MediaError::UnknownCommand), u"The player does not know the command.\ndance.");
     OpenTone(3000);
     EXPECT_EQ(Code(u"status gino colour"_s), MediaError::UnknownWord);
     EXPECT_EQ(Code(u"status gino"_s), MediaError::MissingWord);
@@ -566,7 +566,8 @@ TEST_F(Media, WhatIsNoSoundFile)
     for (const QString &name : {u"empty.wav"_s, u"text.wav"_s, u"zeros.wav"_s, u"head.wav"_s}) {
         EXPECT_EQ(Open(Path(name)), MediaError::NoSound) << name.toStdString();
         const QString text = media->ErrorText(MediaError::NoSound);
-        EXPECT_TRUE(text.startsWith(u"The file holds no sound that can be played: "_s)) << text.toStdString();
+        EXPECT_TRUE(text.startsWith(u"The file holds no sound that can be played.\n"_s))
+            << text.toStdString();
     }
 
     ASSERT_EQ(mkdir(QFile::encodeName(Path(u"folder.wav"_s)).constData(), 0755), 0);
