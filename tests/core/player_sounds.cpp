@@ -187,7 +187,7 @@ TEST_F(PlayedSounds, WithoutADeviceNothingIsOpen)
     const QString sound = Write(u"piece.wav"_s, Rate);
     output->refusal = u"no card"_s;
     context.desktop.ExpectMessage(
-        {.text = u"No sound device can be had to play the sound, or another program holds it: no card"_s,
+        {.text = u"No sound device can be had to play the sound, or another program holds it.\nno card."_s,
          .icon = BoxIcon::Warning});
     player.mnuPlay();
     EXPECT_EQ(context.status.text, sound + u" - cannot load"_s);
