@@ -28,7 +28,6 @@ char16_t Folded(char16_t unit)
     if (unit < Beyond)
         return unit >= u'A' && unit <= u'Z' ? char16_t(unit + (u'a' - u'A')) : unit;
     switch (unit) { // those with an ASCII letter as their other case
-    case u'\u0130':
     case u'\u0131':
         return u'i';
     case u'\u017f':

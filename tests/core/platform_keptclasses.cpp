@@ -39,6 +39,8 @@ TEST(KeptClasses, CaseAndIndent)
     EXPECT_EQ(Kept(u"a1 oscil"_s, "00022222", u"A1 OSCIL"_s), "00022222");
     EXPECT_EQ(Kept(u"\u00e9t\u0131"_s, "123", u"\u00c9TI"_s), "123");
     EXPECT_EQ(Kept(u"\u00e9t\u00e9"_s, "123", u"\u00c9T\u00c9"_s), "123");
+    EXPECT_EQ(Kept(u"\u0130"_s, "1", u"\u1e9e"_s), "1"); // no change of case leads from it into ASCII
+    EXPECT_EQ(Kept(u"\u0130"_s, "1", u"i"_s), "");
     EXPECT_EQ(Kept(u"a\nb"_s, "123", u"\ta\n\tb"_s), "91223");
     EXPECT_EQ(Kept(u"  a\n  b"_s, "0012003", u"a\nb"_s), "123");
     EXPECT_EQ(Kept(u"a  b"_s, "1002", u"a\tb"_s), "112");
