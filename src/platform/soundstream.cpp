@@ -75,8 +75,11 @@ void SoundStream::Run(qint64 frame)
     m_file.Seek(frame, [this] { return !m_stopping; });
     qint64 written = 0;
     int last = 0; // the wake that came last when all had been read
-    while (!m_stopping) {
+    for (;;) {
+        // Before the look at m_stopping: the wake of a stop that comes between would be taken for an old one.
         const int seen = m_wakes;
+        if (m_stopping)
+            return;
         if (!m_allRead) {
             const SampleRing::Space space = m_ring.Free();
             if (space.frames > 0) {
