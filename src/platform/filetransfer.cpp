@@ -75,6 +75,12 @@ void Reserve(int descriptor, qint64 size, const QString &target)
         Fail(errno, target);
 }
 
+[[noreturn]] void FailForWritten(const QString &source)
+{
+    throw RunTimeError(ErrorNumber::PathFileAccess, u"Another program has written the file meanwhile"_s,
+                       source);
+}
+
 /// @return false when it was stopped
 bool CopyBytes(const NativeFile &from, const struct stat &begun, const QString &source, int to,
                const QString &target, const TransferProgress &progress)
@@ -106,8 +112,11 @@ bool CopyBytes(const NativeFile &from, const struct stat &begun, const QString &
     flush();
     struct stat ended = {};
     if (::fstat(from.Descriptor(), &ended) != 0 || !SameState(begun, ended))
-        throw RunTimeError(ErrorNumber::PathFileAccess, u"Another program has written the file meanwhile"_s,
-                           source);
+        FailForWritten(source);
+    // Many programs save by putting a new file in the place of the old one, which stands open here.
+    struct stat named = {};
+    if (::stat(PathOf(source).constData(), &named) == 0 && !SameState(begun, named))
+        FailForWritten(source);
     return true;
 }
 
@@ -192,17 +201,25 @@ int PutLink(const QByteArray &text, const QByteArray &path, Replacing replacing)
     return error;
 }
 
-/// Takes the source away behind its complete copy. Where that fails, a target that was not there before goes.
-void RemoveMoved(const QByteArray &source, const QByteArray &path, bool replaced, const QString &name)
+/// Takes the source away behind its complete copy, but never what another program has put in its place. A
+/// target that was not there before goes again only while the source is seen to stand: nothing is ever the
+/// last copy.
+void RemoveMoved(const QByteArray &source, const struct stat &copied, const QByteArray &path, bool replaced,
+                 const QString &name)
 {
-    if (::unlink(source.constData()) == 0)
+    struct stat now = {};
+    const auto stands = [&] { return ::lstat(source.constData(), &now) == 0; };
+    if (stands() && !SameState(copied, now))
+        FailForWritten(name);
+    if (::unlink(source.constData()) == 0 || errno == ENOENT)
         return;
     const int error = errno;
-    if (!replaced)
+    const bool takeBack = !replaced && stands() && SameState(copied, now);
+    if (takeBack)
         ::unlink(path.constData());
     throw RunTimeError(
         NumberOf(error),
-        DescriptionOf(error) + (replaced ? u" (it was copied, and the original stays)"_s : u""_s), name);
+        DescriptionOf(error) + (takeBack ? u""_s : u" (it was copied, and the original stays)"_s), name);
 }
 
 } // namespace
@@ -237,7 +254,7 @@ TransferEnd MoveFileTo(const QString &source, const QString &target, Replacing r
             return TransferEnd::Exists;
         else if (error != 0)
             FailForTarget(error, target);
-        RemoveMoved(old, path, replaced, source);
+        RemoveMoved(old, info, path, replaced, source);
         return TransferEnd::Done;
     }
 
@@ -258,11 +275,11 @@ TransferEnd MoveFileTo(const QString &source, const QString &target, Replacing r
     if (::faccessat(AT_FDCWD, FolderOf(old).constData(), W_OK | X_OK, AT_EACCESS) != 0)
         Fail(errno, source);
     const NativeFile from = OpenRegularFile(source);
-    const TransferEnd end =
-        CopyOpen(from, StatusOf(from, source), source, target, replacing, Owner::Kept, progress);
+    const struct stat copied = StatusOf(from, source);
+    const TransferEnd end = CopyOpen(from, copied, source, target, replacing, Owner::Kept, progress);
     if (end != TransferEnd::Done)
         return end;
-    RemoveMoved(old, path, replaced, source);
+    RemoveMoved(old, copied, path, replaced, source);
     FlushFolder(FolderOf(old));
     return TransferEnd::Done;
 }

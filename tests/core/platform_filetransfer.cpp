@@ -402,6 +402,74 @@ TEST_F(Transfers, CopyIsWholeOnlyOfAFileThatNobodyWrites)
     EXPECT_EQ(NamesIn(HereFolder()), QStringList({u"a"_s}));
 }
 
+TEST_F(Transfers, FileThatWasPutInTheSourcesPlaceMeanwhileStays)
+{
+    const QString source = Here(u"a"_s);
+    const auto save = [&](qint64 done, qint64) {
+        if (done == Long().size()) {
+            EXPECT_EQ(rename(Native(Put(Here(u"new"_s), "new")), Native(source)), 0);
+        }
+        return true;
+    };
+    for (const auto transfer : {CopyFileTo, MoveFileTo}) {
+        if (transfer == MoveFileTo && !TwoSystems())
+            continue;
+        const QString target = transfer == MoveFileTo ? There(u"b"_s) : Here(u"b"_s);
+        Put(source, Long());
+        EXPECT_EQ(WhyNot([&] { transfer(source, target, New, save); }),
+                  u"Another program has written the file meanwhile"_s);
+        EXPECT_EQ(Content(source), "new");
+        EXPECT_FALSE(Stands(target));
+        Put(source, Long());
+        Put(target, "old");
+        EXPECT_EQ(WhyNot([&] { transfer(source, target, Over, save); }),
+                  u"Another program has written the file meanwhile"_s);
+        EXPECT_EQ(Content(source), "new");
+        EXPECT_EQ(Content(target), "old");
+    }
+}
+
+TEST_F(Transfers, CopyOfAFileThatWentMeanwhileStays)
+{
+    NEED_TWO_SYSTEMS();
+    const QString source = Put(Here(u"a"_s), Long());
+    EXPECT_EQ(MoveFileTo(source, There(u"b"_s), New,
+                         [&](qint64 done, qint64) {
+                             if (done == Long().size()) {
+                                 EXPECT_EQ(unlink(Native(source)), 0);
+                             }
+                             return true;
+                         }),
+              TransferEnd::Done);
+    EXPECT_EQ(Content(There(u"b"_s)), Long());
+    EXPECT_EQ(NamesIn(HereFolder()), QStringList());
+}
+
+TEST_F(Transfers, SourceThatMayNotGoStaysAlone)
+{
+    NEED_TWO_SYSTEMS();
+    if (geteuid() != 0)
+        GTEST_SKIP() << "a file of another user is needed";
+    ASSERT_TRUE(QDir(HereFolder()).mkdir(u"sticky"_s));
+    ASSERT_EQ(chmod(Native(ThereFolder()), 0777), 0);
+    EXPECT_TRUE(ChildSucceeded(StartChild([&] {
+        const QString source = Put(Here(u"sticky/x"_s), "x");
+        ASSERT_EQ(chmod(Native(source), 0644), 0);
+        ASSERT_EQ(chmod(Native(Here(u"sticky"_s)), 01777), 0);
+        ASSERT_EQ(setgroups(0, nullptr), 0);
+        ASSERT_EQ(setgid(12345), 0);
+        ASSERT_EQ(setuid(12345), 0);
+        EXPECT_EQ(WhyNot([&] { MoveFileTo(source, There(u"x"_s), New, Patient); }), System(EPERM));
+        EXPECT_EQ(NamesIn(ThereFolder()), QStringList());
+        Put(There(u"x"_s), "old");
+        EXPECT_EQ(WhyNot([&] { MoveFileTo(source, There(u"x"_s), Over, Patient); }),
+                  System(EPERM) + u" (it was copied, and the original stays)"_s);
+        EXPECT_EQ(Content(There(u"x"_s)), "x");
+        EXPECT_EQ(Content(source), "x");
+    })));
+    EXPECT_EQ(Content(Here(u"sticky/x"_s)), "x");
+}
+
 TEST_F(Transfers, CopyOfALinkIsAFile)
 {
     Put(Here(u"a"_s), "text");
