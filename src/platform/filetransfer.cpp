@@ -169,14 +169,21 @@ struct stat StatusOf(const NativeFile &file, const QString &name)
     return info;
 }
 
-/// Where a link in one folder leads, as a link in another folder has to say it.
-QByteArray LinkText(const QByteArray &link, const QByteArray &newFolder, const QString &name)
+/// What a link says.
+QByteArray TextOf(const QByteArray &link, const QString &name)
 {
     QByteArray text(64 * 1024, Qt::Uninitialized);
     const ssize_t length = ::readlink(link.constData(), text.data(), size_t(text.size()));
     if (length < 0)
         Fail(errno, name);
     text.truncate(length);
+    return text;
+}
+
+/// Where a link in one folder leads, as a link in another folder has to say it.
+QByteArray LinkText(const QByteArray &link, const QByteArray &newFolder, const QString &name)
+{
+    const QByteArray text = TextOf(link, name);
     struct stat here = {}, there = {};
     const QByteArray folder = FolderOf(link);
     if (text.startsWith('/') || (::stat(folder.constData(), &here) == 0 &&
@@ -249,14 +256,19 @@ TransferEnd MoveFileTo(const QString &source, const QString &target, Replacing r
         return TransferEnd::Exists;
 
     const QByteArray folder = FolderOf(path);
-    if (isLink) {
-        if (const int error = PutLink(LinkText(old, folder, source), path, replacing); error == EEXIST)
+    const auto makeAnew = [&](const QByteArray &text) {
+        if (const int error = PutLink(text, path, replacing); error == EEXIST)
             return TransferEnd::Exists;
         else if (error != 0)
             FailForTarget(error, target);
+        FlushFolder(folder);
         RemoveMoved(old, info, path, replaced, source);
+        FlushFolder(FolderOf(old));
         return TransferEnd::Done;
-    }
+    };
+    const QByteArray text = isLink ? LinkText(old, folder, source) : QByteArray();
+    if (isLink && text != TextOf(old, source))
+        return makeAnew(text);
 
     const int error = replacing == Replacing::Refused                    ? RenameNew(old, path)
                       : ::rename(old.constData(), path.constData()) == 0 ? 0
@@ -270,6 +282,8 @@ TransferEnd MoveFileTo(const QString &source, const QString &target, Replacing r
         return TransferEnd::Exists;
     if (error != EXDEV)
         FailForTarget(error, target);
+    if (isLink)
+        return makeAnew(text);
 
     // Another file system. Whoever may not take the source away is told before the long work.
     if (::faccessat(AT_FDCWD, FolderOf(old).constData(), W_OK | X_OK, AT_EACCESS) != 0)

@@ -546,6 +546,25 @@ TEST_F(Transfers, MovedLinkLeadsWhereItLed)
     EXPECT_EQ(Content(Here(u"a"_s)), "text");
 }
 
+TEST_F(Transfers, LinkThatSaysTheSameInItsNewPlaceIsTheSameLink)
+{
+    Put(Here(u"a"_s), "text");
+    ASSERT_TRUE(QDir(HereFolder()).mkdir(u"folder"_s));
+    ASSERT_EQ(symlink("a", Native(Here(u"near"_s))), 0);
+    ASSERT_EQ(symlink(Native(Here(u"a"_s)), Native(Here(u"full"_s))), 0);
+    const ino_t near = Status(Here(u"near"_s)).st_ino, full = Status(Here(u"full"_s)).st_ino;
+    EXPECT_EQ(MoveFileTo(Here(u"near"_s), Here(u"near2"_s), New, Patient), TransferEnd::Done);
+    EXPECT_EQ(Status(Here(u"near2"_s)).st_ino, near);
+    EXPECT_EQ(MoveFileTo(Here(u"full"_s), Here(u"folder/full"_s), New, Patient), TransferEnd::Done);
+    EXPECT_EQ(Status(Here(u"folder/full"_s)).st_ino, full);
+    EXPECT_EQ(NamesIn(HereFolder()), QStringList({u"a"_s, u"folder"_s, u"near2"_s}));
+    if (TwoSystems()) {
+        EXPECT_EQ(MoveFileTo(Here(u"folder/full"_s), There(u"full"_s), New, Patient), TransferEnd::Done);
+        EXPECT_EQ(LinkText(There(u"full"_s)), Native(Here(u"a"_s)));
+        EXPECT_FALSE(Stands(Here(u"folder/full"_s)));
+    }
+}
+
 TEST_F(Transfers, RemovedLinkLeavesWhatItLeadsTo)
 {
     Put(Here(u"a"_s), "text");
