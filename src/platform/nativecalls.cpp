@@ -135,7 +135,21 @@ int RenameNew(const QByteArray &from, const QByteArray &to)
         return 0;
     if (errno != EINVAL && errno != ENOSYS && errno != ENOTSUP)
         return errno;
-    // A file system that cannot look and rename in one step.
+    return LinkNew(from, to);
+}
+
+int LinkNew(const QByteArray &from, const QByteArray &to)
+{
+    if (::link(from.constData(), to.constData()) == 0) {
+        if (::unlink(from.constData()) == 0 || errno == ENOENT)
+            return 0;
+        const int error = errno;
+        ::unlink(to.constData());
+        return error;
+    }
+    if (errno != EPERM && errno != ENOTSUP && errno != ENOSYS && errno != EMLINK && errno != EINVAL)
+        return errno;
+    // A file system that can give a file no second name either.
     struct stat found = {};
     if (::lstat(to.constData(), &found) == 0)
         return EEXIST;

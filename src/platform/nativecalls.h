@@ -57,5 +57,8 @@ int Flush(int descriptor);
 void FlushFolder(const QByteArray &folder);
 /// Gives a file a name that nothing has yet. @return 0 or the error, EEXIST when something has it
 int RenameNew(const QByteArray &from, const QByteArray &to);
+/// The same on a file system that cannot look and rename in one step: by a second name of the file, which
+/// never takes another's place.
+int LinkNew(const QByteArray &from, const QByteArray &to);
 
 } // namespace zelvane::native

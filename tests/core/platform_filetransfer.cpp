@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/filetransfer.h"
+#include "platform/nativecalls.h"
 #include "platform/runtimeerror.h"
 #include "platform/trash.h"
 #include "support/childprocess.h"
@@ -253,6 +254,24 @@ TEST_F(Transfers, TargetThatComesMeanwhileIsNotReplaced)
               TransferEnd::Exists);
     EXPECT_EQ(Content(Here(u"b"_s)), "another's");
     EXPECT_EQ(NamesIn(HereFolder()), QStringList({u"a"_s, u"b"_s}));
+}
+
+TEST_F(Transfers, SecondNameTakesNobodysPlace)
+{
+    const QString source = Put(Here(u"a"_s), "new");
+    Put(Here(u"b"_s), "old");
+    ASSERT_EQ(symlink("gone", Native(Here(u"dead"_s))), 0);
+    for (const QString &name : {u"b"_s, u"dead"_s})
+        EXPECT_EQ(native::LinkNew(Native(source), Native(Here(name))), EEXIST);
+    EXPECT_EQ(native::LinkNew(Native(source), Native(Here(u"no/c"_s))), ENOENT);
+    EXPECT_EQ(Content(source), "new");
+    EXPECT_EQ(Content(Here(u"b"_s)), "old");
+    const ino_t file = Status(source).st_ino, link = Status(Here(u"dead"_s)).st_ino;
+    EXPECT_EQ(native::LinkNew(Native(source), Native(Here(u"c"_s))), 0);
+    EXPECT_EQ(native::LinkNew(Native(Here(u"dead"_s)), Native(Here(u"dead2"_s))), 0);
+    EXPECT_EQ(Status(Here(u"c"_s)).st_ino, file);
+    EXPECT_EQ(Status(Here(u"dead2"_s)).st_ino, link);
+    EXPECT_EQ(NamesIn(HereFolder()), QStringList({u"b"_s, u"c"_s, u"dead2"_s}));
 }
 
 TEST_F(Transfers, LinkInTheTargetsPlaceIsReplacedItself)
