@@ -152,6 +152,8 @@ TransferEnd CopyOpen(const NativeFile &from, const struct stat &info, const QStr
     if (!CopyBytes(from, info, source, temporary.Descriptor(), target, progress))
         return TransferEnd::Stopped;
     GiveAttributes(from.Descriptor(), info, temporary.Descriptor(), owner);
+    if (const int error = Flush(temporary.Descriptor()))
+        Fail(error, target);
     const int error = replacing == Replacing::Allowed ? temporary.RenameTo(path) : temporary.BecomeNew(path);
     if (error == EEXIST)
         return TransferEnd::Exists;
