@@ -31,6 +31,12 @@ bool IsReadOnly(const QString &path)
 
 } // namespace
 
+QString PathInFolder(const QString &folder, const QString &name)
+{
+    const QString plain = QDir(folder).path();
+    return plain == u"/"_s ? plain + name : plain + u'/' + name;
+}
+
 bool SystemFileOperations::Move(const QString &source, const QString &target)
 {
     return Run(MoveFileTo, u"move"_s, u"Moving"_s, source, target);
@@ -47,7 +53,7 @@ bool SystemFileOperations::Rename(const QString &source, const QString &name)
         Tell(u"Unable to rename "_s + source + u'.', u"\""_s + name + u"\" is no name for a file"_s);
         return false;
     }
-    return Run(MoveFileTo, u"rename"_s, u"Renaming"_s, source, QDir(QFileInfo(source).path()).filePath(name));
+    return Run(MoveFileTo, u"rename"_s, u"Renaming"_s, source, PathInFolder(QFileInfo(source).path(), name));
 }
 
 bool SystemFileOperations::Run(Transfer transfer, const QString &verb, const QString &doing,

@@ -12,6 +12,10 @@ namespace zelvane
 
 class Desktop;
 
+/// The path of a name in a folder. Any name is one of the folder's, also those that Qt's joining takes for
+/// paths of their own (":x").
+QString PathInFolder(const QString &folder, const QString &name);
+
 enum class Deletion { ToTrash, ForGood };
 
 /// The service for whole files. It asks its own questions (over an existing target, before a deletion), shows

@@ -37,8 +37,7 @@ QString BareName(const QString &path)
 
 QString Joined(const QString &folder, const QString &name)
 {
-    return QDir::toNativeSeparators(QDir(folder).path() == u"/"_s ? u'/' + name
-                                                                  : QDir(folder).path() + u'/' + name);
+    return QDir::toNativeSeparators(PathInFolder(folder, name));
 }
 
 } // namespace

@@ -154,6 +154,19 @@ TEST_F(FileService, RenamesToNamesOnly)
     EXPECT_EQ(Content(source), "text");
 }
 
+TEST_F(FileService, NameWithAColonStaysInItsFolder)
+{
+    QString source = Put(u"a"_s, "text");
+    for (const QString &name : {u":x"_s, u"a:b"_s, u":"_s, u"c:"_s}) {
+        EXPECT_TRUE(files.Rename(source, name));
+        EXPECT_EQ(NamesIn(Folder()), QStringList({name}));
+        source = Folder() + u'/' + name;
+        EXPECT_EQ(PathInFolder(Folder(), name), source);
+    }
+    EXPECT_EQ(PathInFolder(u"/"_s, u":x"_s), u"/:x"_s);
+    EXPECT_EQ(PathInFolder(u"/sub/"_s, u"x"_s), u"/sub/x"_s);
+}
+
 TEST_F(FileService, StoppedWorkSaysNothing)
 {
     const QString source = Put(u"a"_s, "text");
