@@ -364,12 +364,14 @@ void DocumentLifecycle::FileMoved(const QString &name)
 {
     m_disk.Follow(name);
     m_document.CurrentFile = name;
-    if (QuerySave())
-        return OpenNow(name, OpenOrigin::Command);
+    const bool load = QuerySave();
+    // Also before a load: where it fails, the text goes on under the new name.
     ClassifyDocument(m_document, m_settings);
     TypeEnable();
-    ShowCaption(u"*"_s);
+    ShowCaption(m_document.Modified ? u"*"_s : QString());
     MRUsalva();
+    if (load)
+        OpenNow(name, OpenOrigin::Command);
 }
 
 bool DocumentLifecycle::SecureText()

@@ -10,6 +10,8 @@
 #include "support/scriptedfileoperations.h"
 #include "support/statefolder.h"
 
+#include <cerrno>
+#include <cstring>
 #include <functional>
 #include <gtest/gtest.h>
 #include <map>
@@ -258,6 +260,31 @@ TEST_F(FileCommandsTest, ChangedDocumentGoesOnUnderItsNewNameAfterACancel)
     desktop.CheckAllCame();
     EXPECT_EQ(FileBytes(target), "new old\r\n");
     EXPECT_FALSE(QFileInfo::exists(Path(u"a.orc"_s)));
+}
+
+TEST_F(FileCommandsTest, MovedDocumentThatCannotBeReadHasItsNewNameEverywhere)
+{
+    for (const bool changed : {false, true}) {
+        Open(u"a.orc"_s, "old\r\n");
+        if (changed)
+            Type(u"new "_s);
+        const QString target = Path(changed ? u"c.sco"_s : u"b.sco"_s); // another program has taken it away
+        ExpectTarget(u"Move to"_s, folder, u"a.orc"_s, target);
+        settings.SaveText(Keys::CopyTo, {});
+        if (changed)
+            desktop.ExpectMessage(SaveChanges(target), BoxAnswer::No);
+        desktop.ExpectMessage({.text = u"Unable to open "_s + target + u".\n\n"_s +
+                                       QString::fromLocal8Bit(std::strerror(ENOENT)),
+                               .icon = BoxIcon::Warning});
+        commands.mnuFSO(FileOperation::Move);
+        desktop.CheckAllCame();
+        EXPECT_EQ(document.CurrentFile, target);
+        EXPECT_EQ(document.DocumentKind, FileKind::Score);
+        EXPECT_EQ(view.caption, u"Zelvane - "_s + target + (changed ? u"* (Score)"_s : u" (Score)"_s));
+        EXPECT_EQ(settings.GetSetting(Sections::RecentFiles, u"1"_s), target);
+        EXPECT_EQ(text.Text(), changed ? u"new old\n"_s : u"old\n"_s);
+        document.Modified = false;
+    }
 }
 
 // Delete
