@@ -236,7 +236,7 @@ private Q_SLOTS:
     void ShortWorkShowsNoBox()
     {
         QWidget window;
-        ProgressBox progress(&window);
+        ProgressBox progress(&window, 3'600'000); // so that no stall of the machine makes it long
         progress.Begin(u"Copying x..."_s);
         QVERIFY(progress.GoOn(1, 2));
         QVERIFY(!QApplication::activeModalWidget());
