@@ -40,15 +40,32 @@ QString Joined(const QString &folder, const QString &name)
     return QDir::toNativeSeparators(PathInFolder(folder, name));
 }
 
+/// Whether two paths are one name of one file, through whatever links their folders are reached. A link and
+/// what it leads to are two.
+bool IsSameName(const QString &one, const QString &other)
+{
+    if (one == other)
+        return true;
+    if (BareName(one) != BareName(other))
+        return false;
+    const QString folder = QFileInfo(FolderOf(one)).canonicalFilePath();
+    return !folder.isEmpty() && folder == QFileInfo(FolderOf(other)).canonicalFilePath();
+}
+
 } // namespace
 
 // Documents
 
 void FileCommands::mnuFSO(FileOperation operation)
 {
+    RunOnDocument(operation);
+}
+
+bool FileCommands::RunOnDocument(FileOperation operation)
+{
     const QString path = m_editor.document.CurrentFile;
     if (path.isEmpty())
-        return;
+        return false;
     const Family family{Keys::CopyTo};
     switch (operation) {
     case FileOperation::Move:
@@ -57,7 +74,7 @@ void FileCommands::mnuFSO(FileOperation operation)
             operation == FileOperation::Move ? MoveOrCopy(operation, path, family) : Rename(path, family);
         if (!target.isEmpty())
             m_documents.FileMoved(target);
-        return;
+        return !target.isEmpty();
     }
     case FileOperation::Copy: {
         const QString target = MoveOrCopy(operation, path, family);
@@ -66,15 +83,15 @@ void FileCommands::mnuFSO(FileOperation operation)
                                          .icon = BoxIcon::Warning,
                                          .buttons = BoxButtons::YesNo}) == BoxAnswer::Yes)
             m_editor.operations.OpenFile(target);
-        return;
+        return !target.isEmpty();
     }
     case FileOperation::Delete:
-        DeleteDocument();
-        return;
+        return DeleteDocument();
     case FileOperation::Properties:
         Properties(path);
-        return;
+        return false;
     }
+    return false;
 }
 
 bool FileCommands::DeleteDocument()
@@ -114,10 +131,9 @@ void FileCommands::mnuSSO(FileOperation operation, const QString &path, const st
 bool FileCommands::RunFileOperation(FileOperation operation, const QString &path)
 {
     const QString document = m_editor.document.CurrentFile;
-    if (path.isEmpty() || path != document)
+    if (path.isEmpty() || document.isEmpty() || !IsSameName(path, document))
         return Run(operation, path, {Keys::CopyTo});
-    mnuFSO(operation);
-    return operation != FileOperation::Properties;
+    return RunOnDocument(operation);
 }
 
 void FileCommands::OpenWith(const QString &path)

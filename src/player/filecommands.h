@@ -48,7 +48,7 @@ public:
     /// On a sound. @param stop closes it in the player; called before anything happens to its file
     void mnuSSO(FileOperation operation, const QString &path, const std::function<void()> &stop);
 
-    // On any file; the document's own is worked on as such.
+    // On any file; the document's own is worked on as such, however its folder is spelled.
 
     void OpenWith(const QString &path);
     /// @return whether files came, went or have other names now
@@ -67,7 +67,8 @@ private:
     QString Rename(const QString &path, const Family &family);
     bool Delete(const QString &path, const Family &family);
     void Properties(const QString &path);
-    /// @return whether something happened
+    /// Both: @return whether files came, went or have other names now
+    bool RunOnDocument(FileOperation operation);
     bool Run(FileOperation operation, const QString &path, const Family &family);
     bool DeleteDocument();
 

@@ -432,6 +432,45 @@ TEST_F(FileCommandsTest, AnyFileIsWorkedOnAndTheDocumentFollowsItsOwn)
     EXPECT_EQ(document.CurrentFile, QString());
 }
 
+TEST_F(FileCommandsTest, DocumentIsKnownThroughALinkedFolder)
+{
+    ASSERT_TRUE(QDir(folder).mkdir(u"real"_s));
+    ASSERT_EQ(symlink("real", QFile::encodeName(Path(u"linked"_s))), 0);
+    for (const QString &spelled :
+         {Path(u"linked/a.orc"_s), Path(u"real//a.orc"_s), Path(u"real/./a.orc"_s)}) {
+        const QString path = Open(u"real/a.orc"_s, "old\r\n");
+        Type(u"new "_s);
+        files.calls.clear();
+        EXPECT_TRUE(commands.RunFileOperation(FileOperation::Delete, spelled));
+        EXPECT_EQ(files.calls, QStringList({u"trash "_s + path}));
+        EXPECT_EQ(document.CurrentFile, QString());
+    }
+    // A link to the document's file is another file, and so is one of its name elsewhere.
+    const QString path = Open(u"real/a.orc"_s);
+    context.WriteFile(u"a.orc"_s, "other");
+    ASSERT_EQ(symlink("real/a.orc", QFile::encodeName(Path(u"b.orc"_s))), 0);
+    for (const QString &other : {Path(u"a.orc"_s), Path(u"b.orc"_s), Path(u"gone/a.orc"_s)}) {
+        files.calls.clear();
+        EXPECT_TRUE(commands.RunFileOperation(FileOperation::Delete, other));
+        EXPECT_EQ(files.calls, QStringList({u"trash "_s + other}));
+        EXPECT_EQ(document.CurrentFile, path);
+    }
+}
+
+TEST_F(FileCommandsTest, DocumentThatStayedIsNoChangeOfFiles)
+{
+    const QString path = Open(u"a.orc"_s);
+    ExpectTarget(u"Move to"_s, folder, u"a.orc"_s, {});
+    EXPECT_FALSE(commands.RunFileOperation(FileOperation::Move, path));
+    ExpectNewName(u"a.orc"_s, {});
+    EXPECT_FALSE(commands.RunFileOperation(FileOperation::Rename, path));
+    files.answers = {false};
+    EXPECT_FALSE(commands.RunFileOperation(FileOperation::Delete, path));
+    desktop.ExpectShellRun({.verb = u"properties"_s, .file = QuoteFile(path)});
+    EXPECT_FALSE(commands.RunFileOperation(FileOperation::Properties, path));
+    EXPECT_EQ(document.CurrentFile, path);
+}
+
 // Properties
 
 TEST_F(FileCommandsTest, PropertiesTellWhatTheSystemKnows)
