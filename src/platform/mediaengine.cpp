@@ -224,7 +224,7 @@ void MediaEngine::Play(const QStringList &arguments)
         m_frame = frame;
         Begin(frame);
     } else if (m_mode == Mode::Paused) {
-        m_output->Start();
+        GoOn();
     }
     m_mode = Mode::Playing;
     m_endDue = false;
@@ -245,8 +245,17 @@ void MediaEngine::Resume()
 {
     if (m_mode == Mode::Stopped)
         throw Failure{MediaError::NotPlaying};
-    m_output->Start();
+    GoOn();
     m_mode = Mode::Playing;
+}
+
+/// Goes on after a pause. What its last block met while it was being held was not told then.
+void MediaEngine::GoOn()
+{
+    m_output->Start();
+    if (m_stream->HasEnded())
+        QMetaObject::invokeMethod(
+            &m_events, [this] { TellEnd(); }, Qt::QueuedConnection);
 }
 
 void MediaEngine::Stop()
@@ -265,10 +274,11 @@ void MediaEngine::Seek(const QString &target)
     m_frame = frame;
 }
 
-/// Takes note of an end that the reading thread has met since the last command.
+/// Takes note of an end that the reading thread has met since the last command. A paused sound stays paused
+/// at its end: nothing ends or begins again while the user has stopped the time.
 void MediaEngine::Settle()
 {
-    if (m_mode == Mode::Stopped || !m_stream->HasEnded())
+    if (m_mode != Mode::Playing || !m_stream->HasEnded())
         return;
     Halt();
     m_endDue = m_notify;

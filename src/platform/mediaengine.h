@@ -47,6 +47,7 @@ private:
     void Stop();
     void Seek(const QString &target);
 
+    void GoOn();
     void Settle();
     void Halt();
     void Begin(qint64 frame);

@@ -14,6 +14,7 @@
 #include <memory>
 #include <QCoreApplication>
 #include <QDeadlineTimer>
+#include <QDir>
 #include <QFile>
 #include <QScopeGuard>
 #include <QStringList>
@@ -403,6 +404,31 @@ TEST_F(Media, ASeekWhilePausedStaysPausedAndStillTellsTheEnd)
     ASSERT_TRUE(PullToTheEnd());
     EXPECT_EQ(notices, std::vector{MediaNotice::Successful});
     EXPECT_EQ(output->samples, std::vector(tone.begin() + 39690 * 2, tone.end()));
+}
+
+TEST_F(Media, AnEndThatMeetsAPauseWaits)
+{
+    const auto threads = [] { return QDir(u"/proc/self/task"_s).entryList(QDir::Dirs).size(); };
+    OpenTone(44100);
+    const auto before = threads();
+    for (const QString &on : {u"resume gino"_s, u"play gino"_s}) {
+        EXPECT_EQ(Code(u"seek gino to 1000"_s), 0);
+        EXPECT_EQ(Code(u"play gino notify"_s), 0);
+        output->holding = [&] {
+            for (const QDeadlineTimer deadline(60000); threads() > before && !deadline.hasExpired();)
+                output->Pull(512);
+        };
+        EXPECT_EQ(Code(u"pause gino"_s), 0);
+        output->holding = {};
+        QCoreApplication::processEvents();
+        EXPECT_EQ(Mode(), u"paused");
+        EXPECT_EQ(Position(), 1000);
+        EXPECT_EQ(notices, std::vector<int>());
+        EXPECT_EQ(Code(on), 0);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(std::exchange(notices, {}), std::vector{MediaNotice::Successful});
+        EXPECT_EQ(Mode(), u"stopped");
+    }
 }
 
 TEST_F(Media, Notices)

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <functional>
 #include <QString>
 #include <vector>
 
@@ -21,7 +22,8 @@ public:
     int opened = 0; ///< how often
     int rate = 0;
     int channels = 0;
-    std::vector<float> samples; ///< all that was pulled, since the beginning
+    std::function<void()> holding; ///< runs before it is held
+    std::vector<float> samples;    ///< all that was pulled, since the beginning
 
     /// The device takes one block. @return frames that the source had, 0 when it pulls nothing
     int Pull(int frames)
@@ -52,7 +54,12 @@ public:
     }
     void Close() override { isOpen = isRunning = false; }
     void Start() override { isRunning = true; }
-    void Hold() override { isRunning = false; }
+    void Hold() override
+    {
+        if (holding)
+            holding();
+        isRunning = false;
+    }
     qint64 Heard() const override { return std::max<qint64>(m_pulled - m_unheard, 0); }
     void Restart() override { m_pulled = 0; }
 
