@@ -30,6 +30,7 @@
 #include <QToolTip>
 #include <QTreeView>
 #include <QWheelEvent>
+#include <QWidget>
 #include <utility>
 
 using namespace Qt::Literals::StringLiterals;
@@ -159,6 +160,7 @@ private Q_SLOTS:
     void KeysThatMoveNothingLeaveTheTimer();
     void TheWheelMovesTheSlider();
     void TheEndGivesTheKeyboardToTheText();
+    void TheEndBehindAnotherWindowLeavesTheKeyboardToTheText();
     void TheEndUnderTheMouseIsNoSeek();
     void TheLoopButtonFollowsItsRow();
     void LoopGivesTheKeyboardToTheOutline();
@@ -420,6 +422,20 @@ void PlayerTest::TheEndGivesTheKeyboardToTheText()
     // The next play opens the file anew.
     on.Press(u"play"_s);
     QVERIFY(on.media->TakeOrders().value(1).startsWith(u"open "_s));
+}
+
+void PlayerTest::TheEndBehindAnotherWindowLeavesTheKeyboardToTheText()
+{
+    PlayerWindow on;
+    on.Play();
+    on.SliderTime.setFocus();
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    QVERIFY(!on.SliderTime.hasFocus());
+    on.media->End();
+    QCOMPARE(on.SliderTime.window()->focusWidget(), &on.control);
 }
 
 void PlayerTest::TheEndUnderTheMouseIsNoSeek()

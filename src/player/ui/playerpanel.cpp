@@ -93,7 +93,8 @@ bool PlayerPanel::IsSoundEnabled() const
 
 void PlayerPanel::LeaveSlider()
 {
-    if (SliderTime->hasFocus())
+    // Also while another program has the keyboard: it comes back to the text then.
+    if (SliderTime->window()->focusWidget() == SliderTime)
         TxtEdit->setFocus();
 }
 
