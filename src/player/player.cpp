@@ -210,9 +210,7 @@ void Player::Notified(int notice)
 {
     if (notice != MediaNotice::Successful)
         return;
-    // A sound without a length would end and begin again without end.
-    const bool again = m_controls.IsLooping() && Number(u"status gino length"_s) != 0 &&
-                       Send(u"play gino from 0 notify"_s).code == 0;
+    const bool again = m_controls.IsLooping() && Send(u"play gino from 0 notify"_s).code == 0;
     if (!again)
         MCIstop(); // closed, so that the next play hears what was rendered meanwhile
 }
