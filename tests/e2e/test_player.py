@@ -77,6 +77,12 @@ class Listener:
 
     def check_still(self, what):
         """The time changes every second while a sound plays, the slider oftener."""
+        def rests():
+            before = self.bars()
+            time.sleep(1.5)
+            return self.bars() == before
+
+        self.stage.until(rests, what)
         first = self.bars()
         limit = time.monotonic() + 2.5
         while time.monotonic() < limit:
