@@ -160,6 +160,8 @@ TransferEnd CopyOpen(const NativeFile &from, const struct stat &info, const QStr
     if (error != 0)
         Fail(error, target);
     FlushFolder(folder);
+    // Of transfers that were killed: they can be as large as the files.
+    RemoveLeftTemporaries(folder);
     return TransferEnd::Done;
 }
 

@@ -226,6 +226,15 @@ TEST_F(Transfers, KilledCopyLeavesTheSourceAndTheOldTarget)
     EXPECT_EQ(Content(target), "old");
 }
 
+TEST_F(Transfers, NextCopyClearsAwayWhatAKilledOneLeft)
+{
+    const QString source = Put(Here(u"a"_s), "text");
+    Put(Here(u".zelvane-abcdefgh"_s), Long());
+    Put(Here(u".zelvane-mine"_s), "no such name");
+    EXPECT_EQ(CopyFileTo(source, Here(u"b"_s), New, Patient), TransferEnd::Done);
+    EXPECT_EQ(NamesIn(HereFolder()), QStringList({u".zelvane-mine"_s, u"a"_s, u"b"_s}));
+}
+
 TEST_F(Transfers, TargetIsReplacedOnlyWhenItMayBe)
 {
     const QString source = Put(Here(u"a"_s), "new");
