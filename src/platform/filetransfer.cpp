@@ -34,6 +34,7 @@ constexpr qint64 FlushEvery = 32 * ChunkSize;
 constexpr mode_t OwnerOnly = 0600;
 
 enum class Owner { Taken, Kept };
+enum class MovedLink { LeadsWhereItLed, SaysTheSame };
 
 bool SameFile(const struct stat &one, const struct stat &other)
 {
@@ -184,12 +185,10 @@ QByteArray TextOf(const QByteArray &link, const QString &name)
     return text;
 }
 
-/// Where a link in one folder leads, as a link in another folder has to say it.
-QByteArray LinkText(const QByteArray &link, const QByteArray &newFolder, const QString &name)
+/// What a link of one folder has to say in another one to lead where it led.
+QByteArray LinkText(const QByteArray &text, const QByteArray &folder, const QByteArray &newFolder)
 {
-    const QByteArray text = TextOf(link, name);
     struct stat here = {}, there = {};
-    const QByteArray folder = FolderOf(link);
     if (text.startsWith('/') || (::stat(folder.constData(), &here) == 0 &&
                                  ::stat(newFolder.constData(), &there) == 0 && SameFile(here, there)))
         return text;
@@ -233,20 +232,8 @@ void RemoveMoved(const QByteArray &source, const struct stat &copied, const QByt
         DescriptionOf(error) + (takeBack ? u""_s : u" (it was copied, and the original stays)"_s), name);
 }
 
-} // namespace
-
-TransferEnd CopyFileTo(const QString &source, const QString &target, Replacing replacing,
-                       const TransferProgress &progress)
-{
-    const NativeFile from = OpenRegularFile(source);
-    const struct stat info = StatusOf(from, source);
-    if (LookAtTarget(PathOf(source), PathOf(target), target) && replacing == Replacing::Refused)
-        return TransferEnd::Exists;
-    return CopyOpen(from, info, source, target, replacing, Owner::Taken, progress);
-}
-
-TransferEnd MoveFileTo(const QString &source, const QString &target, Replacing replacing,
-                       const TransferProgress &progress)
+TransferEnd Move(const QString &source, const QString &target, Replacing replacing,
+                 const TransferProgress &progress, MovedLink moved)
 {
     const QByteArray old = PathOf(source), path = PathOf(target);
     struct stat info = {};
@@ -270,8 +257,10 @@ TransferEnd MoveFileTo(const QString &source, const QString &target, Replacing r
         FlushFolder(FolderOf(old));
         return TransferEnd::Done;
     };
-    const QByteArray text = isLink ? LinkText(old, folder, source) : QByteArray();
-    if (isLink && text != TextOf(old, source))
+    const QByteArray said = isLink ? TextOf(old, source) : QByteArray();
+    const QByteArray text =
+        isLink && moved == MovedLink::LeadsWhereItLed ? LinkText(said, FolderOf(old), folder) : said;
+    if (text != said)
         return makeAnew(text);
 
     const int error = replacing == Replacing::Refused                    ? RenameNew(old, path)
@@ -300,6 +289,29 @@ TransferEnd MoveFileTo(const QString &source, const QString &target, Replacing r
     RemoveMoved(old, copied, path, replaced, source);
     FlushFolder(FolderOf(old));
     return TransferEnd::Done;
+}
+
+} // namespace
+
+TransferEnd CopyFileTo(const QString &source, const QString &target, Replacing replacing,
+                       const TransferProgress &progress)
+{
+    const NativeFile from = OpenRegularFile(source);
+    const struct stat info = StatusOf(from, source);
+    if (LookAtTarget(PathOf(source), PathOf(target), target) && replacing == Replacing::Refused)
+        return TransferEnd::Exists;
+    return CopyOpen(from, info, source, target, replacing, Owner::Taken, progress);
+}
+
+TransferEnd MoveFileTo(const QString &source, const QString &target, Replacing replacing,
+                       const TransferProgress &progress)
+{
+    return Move(source, target, replacing, progress, MovedLink::LeadsWhereItLed);
+}
+
+TransferEnd MoveFileAsItIs(const QString &source, const QString &target, const TransferProgress &progress)
+{
+    return Move(source, target, Replacing::Refused, progress, MovedLink::SaysTheSame);
 }
 
 void RemoveFile(const QString &path)

@@ -32,6 +32,9 @@ TransferEnd CopyFileTo(const QString &source, const QString &target, Replacing r
 TransferEnd MoveFileTo(const QString &source, const QString &target, Replacing replacing,
                        const TransferProgress &progress);
 
+/// The same to a target that is not there yet, for a file that is to come back: a link keeps its text.
+TransferEnd MoveFileAsItIs(const QString &source, const QString &target, const TransferProgress &progress);
+
 /// Removes a regular file, or a link and not what it leads to, for good. @throws RunTimeError
 void RemoveFile(const QString &path);
 

@@ -40,20 +40,25 @@ struct Trash {
 std::optional<dev_t> DeviceOf(const QByteArray &path)
 {
     struct stat info = {};
-    return ::lstat(path.constData(), &info) == 0 ? std::optional(info.st_dev) : std::nullopt;
+    return ::stat(path.constData(), &info) == 0 ? std::optional(info.st_dev) : std::nullopt;
 }
 
+using Look = int (*)(const char *, struct stat *);
+
 /// Makes a folder that its user alone may enter. @return whether it is one, and the user's own
-bool OwnFolder(const QByteArray &path)
+bool OwnFolder(const QByteArray &path, Look look)
 {
     std::ignore = ::mkdir(path.constData(), 0700);
     struct stat info = {};
-    return ::lstat(path.constData(), &info) == 0 && S_ISDIR(info.st_mode) && info.st_uid == ::geteuid();
+    return look(path.constData(), &info) == 0 && S_ISDIR(info.st_mode) && info.st_uid == ::geteuid();
 }
 
 bool IsUsable(const Trash &trash)
 {
-    return OwnFolder(trash.folder) && OwnFolder(trash.folder + "/files") && OwnFolder(trash.folder + "/info");
+    // The user may have led his own trash to a larger disk; beside other people's files, a link is anybody's.
+    const Look look = trash.top.isEmpty() ? Look(::stat) : Look(::lstat);
+    return OwnFolder(trash.folder, look) && OwnFolder(trash.folder + "/files", look) &&
+           OwnFolder(trash.folder + "/info", look);
 }
 
 Trash HomeTrash()
@@ -194,9 +199,8 @@ TransferEnd MoveToTrash(const QString &path, const TransferProgress &progress)
             Fail(note.Error(), path);
         if (const int error = note.Write(NoteText(trash, file)))
             Fail(error, path);
-        const TransferEnd end =
-            MoveFileTo(QFile::decodeName(file), QFile::decodeName(trash.folder + "/files/" + kept),
-                       Replacing::Refused, progress);
+        const TransferEnd end = MoveFileAsItIs(QFile::decodeName(file),
+                                               QFile::decodeName(trash.folder + "/files/" + kept), progress);
         if (end == TransferEnd::Exists)
             continue;
         if (end == TransferEnd::Done)

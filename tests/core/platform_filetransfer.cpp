@@ -688,6 +688,31 @@ TEST_F(Transfers, DeletedLinkIsInTheTrashItself)
     EXPECT_EQ(Content(Here(u"a"_s)), "text");
 }
 
+TEST_F(Transfers, DeletedLinkSaysTheSameInTheTrash)
+{
+    Put(Here(u"a"_s), "text");
+    ASSERT_EQ(symlink("a", Native(Here(u"link"_s))), 0);
+    EXPECT_EQ(MoveToTrash(Here(u"link"_s), Patient), TransferEnd::Done);
+    EXPECT_EQ(LinkText(Trash(u"files/link"_s)), "a");
+    EXPECT_FALSE(Stands(Here(u"link"_s)));
+    if (TwoSystems()) {
+        ASSERT_EQ(symlink("b", Native(There(u"x"_s))), 0);
+        EXPECT_EQ(MoveFileAsItIs(There(u"x"_s), Here(u"x"_s), Patient), TransferEnd::Done);
+        EXPECT_EQ(LinkText(Here(u"x"_s)), "b");
+        EXPECT_FALSE(Stands(There(u"x"_s)));
+    }
+}
+
+TEST_F(Transfers, TrashThatTheUserLedElsewhereIsHis)
+{
+    ASSERT_TRUE(QDir(HereFolder()).mkdir(u"big"_s));
+    ASSERT_EQ(symlink(Native(Here(u"big"_s)), Native(Trash({}).chopped(1))), 0);
+    Put(Here(u"a"_s), "text");
+    EXPECT_EQ(MoveToTrash(Here(u"a"_s), Patient), TransferEnd::Done);
+    EXPECT_EQ(Content(Here(u"big/files/a"_s)), "text");
+    EXPECT_TRUE(Stands(Here(u"big/info/a.trashinfo"_s)));
+}
+
 TEST_F(Transfers, FileThatCannotBeDeletedLeavesNoNote)
 {
     ASSERT_TRUE(QDir(HereFolder()).mkdir(u"closed"_s));
