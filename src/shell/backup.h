@@ -10,7 +10,8 @@ namespace zelvane
 class FileOperations;
 struct EditorContext;
 
-/// The name of a document's backup of that day: "song(01-03-07).orc".
+/// The name of a document's backup of that day: "song(01-03-07).orc". A name without an
+/// extension gets no point either: "song(01-03-07)".
 /// @param folder where backups go; empty for the document's own
 QString BackupPath(const QString &document, const QString &folder, QDate day);
 
