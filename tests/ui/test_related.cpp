@@ -9,6 +9,7 @@
 #include "shell/ui/commands.h"
 #include "shell/ui/icons.h"
 #include "support/barewindow.h"
+#include "support/editorwindow.h"
 #include "support/uitest.h"
 
 #include <QAbstractItemModel>
@@ -145,6 +146,7 @@ private Q_SLOTS:
     void WithoutAFileTheTreeIsEmpty();
     void LongChainsOpen();
     void NamesOfManyLinesAreRows();
+    void InTheWindowFilesAreRenamedAndDeleted();
 };
 
 void RelatedTest::TheTreeIsOpenAndItsFirstFileSelected()
@@ -385,6 +387,50 @@ void RelatedTest::NamesOfManyLinesAreRows()
     QVERIFY(marked.data(Qt::ToolTipRole).toString().contains(u"&lt;b&gt;x"_s));
     on.DoubleClick(u"two lines.wav"_s);
     QCOMPARE(on.calls, QStringList{u"play "_s + on.Path(u"two\nlines.wav"_s)});
+}
+
+void RelatedTest::InTheWindowFilesAreRenamedAndDeleted()
+{
+    EditorWindow on;
+    on.WriteFile(u"song.sco"_s, "");
+    const QString song = on.WriteFile(u"song.orc"_s, "#include \"song.sco\"\n");
+    on.Open({song});
+    auto &tree = on.Find<QTreeView>(u"tvwRelated"_s);
+    const QAbstractItemModel &files = *tree.model();
+    const auto openMenu = [&](const QModelIndex &row) {
+        const QPoint at = tree.visualRect(row).center();
+        QContextMenuEvent event(QContextMenuEvent::Mouse, at, tree.viewport()->mapToGlobal(at));
+        QCoreApplication::sendEvent(tree.viewport(), &event);
+        QVERIFY(QApplication::activePopupWidget());
+        QApplication::activePopupWidget()->close();
+    };
+    QCOMPARE(files.rowCount(), 2);
+
+    openMenu(files.index(1, 0));
+    on.desktop.ExpectInput(u"Rename"_s, u"Rename 'song.sco' to:"_s, u"song2.sco"_s);
+    on.Row(u"mnuRelatedShell_5"_s).trigger();
+    QVERIFY(QFile::exists(on.folder.filePath(u"song2.sco"_s)));
+    QCOMPARE(files.index(1, 0).data().toString(), u"song2.sco"_s);
+    QVERIFY(files.index(0, 0, files.index(0, 0)).data(Qt::ForegroundRole).isValid());
+
+    // The document goes with its file.
+    openMenu(files.index(0, 0));
+    on.desktop.ExpectInput(u"Rename"_s, u"Rename 'song.orc' to:"_s, u"tune.orc"_s);
+    on.Row(u"mnuRelatedShell_5"_s).trigger();
+    QCOMPARE(on.window->Context().document.CurrentFile, on.folder.filePath(u"tune.orc"_s));
+    QCOMPARE(files.rowCount(), 1);
+
+    openMenu(files.index(0, 0));
+    on.desktop.ExpectMessage(
+        {.text = u"Do you want to move "_s + on.folder.filePath(u"tune.orc"_s) + u" to the trash?"_s,
+         .icon = BoxIcon::Question,
+         .buttons = BoxButtons::YesNo,
+         .defaultAnswer = BoxAnswer::Yes},
+        BoxAnswer::Yes);
+    on.Row(u"mnuRelatedShell_6"_s).trigger();
+    QVERIFY(!QFile::exists(on.folder.filePath(u"tune.orc"_s)));
+    QVERIFY(on.window->Context().document.CurrentFile.isEmpty());
+    QCOMPARE(files.rowCount(), 0);
 }
 
 } // namespace
