@@ -114,6 +114,7 @@ private Q_SLOTS:
     void AnIncludeIsInserted();
     void AnIncludeIsOpened();
     void BranchesOpenAndClose();
+    void ADoubleClickOpensABranch();
     void ExpandBrowseOpensRootsAndTags();
     void InSingleSelectionOneBranchIsOpen();
     void ANodeOutOfSightIsNotCurrent();
@@ -477,6 +478,21 @@ void OutlineTest::BranchesOpenAndClose()
     QVERIFY(on.Tree().isExpanded(on.RowOf(u"rootins"_s)));
     QVERIFY(on.Tree().isExpanded(on.RowOf(u"ins1"_s)));
     QVERIFY(!on.Tree().isExpanded(on.RowOf(u"rootmac"_s)));
+}
+
+void OutlineTest::ADoubleClickOpensABranch()
+{
+    OutlineWindow on;
+    const auto doubleClick = [&on](Qt::MouseButton button) {
+        const QPoint at = on.Tree().visualRect(on.RowOf(u"rootins"_s)).center();
+        QTest::mouseClick(on.Tree().viewport(), button, {}, at);
+        QTest::mouseDClick(on.Tree().viewport(), button, {}, at);
+        return on.Tree().isExpanded(on.RowOf(u"rootins"_s));
+    };
+    // The left button's only: the others have no double click.
+    for (const Qt::MouseButton button : {Qt::MiddleButton, Qt::RightButton, Qt::BackButton})
+        QVERIFY(!doubleClick(button));
+    QVERIFY(doubleClick(Qt::LeftButton));
 }
 
 void OutlineTest::ExpandBrowseOpensRootsAndTags()

@@ -88,14 +88,14 @@ struct RelatedWindow : BareWindow, SoundStep, FileStep {
         return row;
     }
     QPoint PlaceOf(const QString &name) { return Tree().visualRect(RowOf(name)).center(); }
-    void Click(const QString &name)
+    void Click(const QString &name, Qt::MouseButton button = Qt::LeftButton)
     {
-        QTest::mouseClick(Tree().viewport(), Qt::LeftButton, {}, PlaceOf(name));
+        QTest::mouseClick(Tree().viewport(), button, {}, PlaceOf(name));
     }
-    void DoubleClick(const QString &name)
+    void DoubleClick(const QString &name, Qt::MouseButton button = Qt::LeftButton)
     {
-        Click(name);
-        QTest::mouseDClick(Tree().viewport(), Qt::LeftButton, {}, PlaceOf(name));
+        Click(name, button);
+        QTest::mouseDClick(Tree().viewport(), button, {}, PlaceOf(name));
     }
     /// The right mouse button at a place of the tree; the menu that came, if one did, is closed again.
     bool OpenMenu(const QPoint &at)
@@ -131,6 +131,7 @@ private Q_SLOTS:
     void AFileThatIsMissingIsGrey();
     void ADoubleClickOpensAFileAndKeepsTheTree();
     void ADoubleClickOnASoundPlaysIt();
+    void ADoubleClickIsThatOfTheLeftButton();
     void EnterIsADoubleClick();
     void SelectingAFileTellsAboutIt();
     void TheMenuOpensAFile();
@@ -206,6 +207,17 @@ void RelatedTest::ADoubleClickOnASoundPlaysIt()
     on.DoubleClick(u"kick.wav"_s);
     QCOMPARE(on.calls, QStringList{u"play "_s + on.Path(u"kick.wav"_s)});
     QCOMPARE(on.document.CurrentFile, on.Path(u"song.orc"_s));
+}
+
+void RelatedTest::ADoubleClickIsThatOfTheLeftButton()
+{
+    RelatedWindow on;
+    for (const Qt::MouseButton button : {Qt::MiddleButton, Qt::RightButton, Qt::BackButton}) {
+        on.DoubleClick(u"part.orc"_s, button);
+        on.DoubleClick(u"kick.wav"_s, button);
+        QCOMPARE(on.document.CurrentFile, on.Path(u"song.orc"_s));
+        QVERIFY(on.calls.isEmpty());
+    }
 }
 
 void RelatedTest::EnterIsADoubleClick()

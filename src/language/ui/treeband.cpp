@@ -8,6 +8,7 @@
 #include <QAbstractItemModel>
 #include <QEvent>
 #include <QFrame>
+#include <QMouseEvent>
 #include <QObject>
 #include <QPainter>
 #include <QPalette>
@@ -47,6 +48,20 @@ private:
     QTreeView &m_tree;
 };
 
+/// Keeps the double clicks of the other buttons from a tree, which would take them for the left one's.
+class LeftDoubleClick : public QObject
+{
+public:
+    explicit LeftDoubleClick(QTreeView &tree) : QObject(&tree) { tree.viewport()->installEventFilter(this); }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        return (event->type() == QEvent::MouseButtonDblClick &&
+                static_cast<QMouseEvent *>(event)->button() != Qt::LeftButton) ||
+               QObject::eventFilter(watched, event);
+    }
+};
+
 } // namespace
 
 TreeBand::TreeBand(const WindowContext &context, QTreeView &tree, PanelBand band, Command row,
@@ -64,6 +79,7 @@ TreeBand::TreeBand(const WindowContext &context, QTreeView &tree, PanelBand band
     tree.setIconSize(QSize(16, 16));
     tree.setContextMenuPolicy(Qt::CustomContextMenu);
     new EmptyFocus(tree);
+    new LeftDoubleClick(tree);
     m_panel.AddBand(band, &tree);
     m_commands.Bind(row, [this] { Toggle(); });
 }
