@@ -56,10 +56,12 @@ QString PlainPath(const QString &path)
 }
 
 /// The files of a folder whose names hold a text, by name.
-QStringList FilesNamedLike(const QString &folder, const QString &part)
+QStringList FilesNamedLike(const QString &folder, const QString &part, bool withHidden)
 {
     QStringList names;
-    QDirIterator walk(folder, QDir::AllEntries | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot);
+    QDir::Filters filters = QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot;
+    filters.setFlag(QDir::Hidden, withHidden);
+    QDirIterator walk(folder, filters);
     while (walk.hasNext()) {
         walk.next();
         const QString name = walk.fileName();
@@ -141,7 +143,10 @@ RelatedSearch::RelatedSearch(const QString &path, const SettingsStore &settings,
     if (path.isEmpty())
         return;
     // Cut without a look at the disk, where a document that is shown need not be any more.
-    m_baseName = SplitPath(PathPart::WithoutExtension, BareFileName(path));
+    const QString name = BareFileName(path);
+    m_baseName = SplitPath(PathPart::WithoutExtension, name);
+    // Beside a file in sight the hidden ones are what other programs keep about it.
+    m_listsHidden = name.startsWith(u'.');
     const auto folder = [&desktop](const QString &variable) { return desktop.EnvironmentVariable(variable); };
     const QString ssdir = folder(u"SSDIR"_s);
     const QString sfdir = folder(u"SFDIR"_s);
@@ -160,7 +165,7 @@ RelationsClass RelatedSearch::SearchRelated()
 {
     RelationsClass relations;
     for (const QString &folder : std::as_const(m_listedFolders)) {
-        const QStringList names = FilesNamedLike(folder, m_baseName);
+        const QStringList names = FilesNamedLike(folder, m_baseName, m_listsHidden);
         for (const QString &name : names)
             ScanRelatedFile(relations, relations.addRelatedFile(name, JoinPath(folder, name), true));
     }

@@ -67,7 +67,8 @@ public:
     RelatedSearch(const QString &path, const SettingsStore &settings, const Desktop &desktop);
 
     /// The files whose names hold the document's bare name without its extension, in its folder and those of
-    /// SSDIR, SFDIR, SADIR and INCDIR, by folder and name, and what they name in turn. None without a path.
+    /// SSDIR, SFDIR, SADIR and INCDIR, by folder and name, and what they name in turn. Hidden files are among
+    /// them only when the document's name begins with a point. None without a path.
     RelationsClass SearchRelated();
 
     /// Adds the files that a file names, and theirs. Only orchestras, scores and unified files are read, each
@@ -102,6 +103,7 @@ private:
     KnownFile &ReadOnce(const QString &path);
 
     QString m_baseName;
+    bool m_listsHidden = false;           ///< whether hidden files are found too
     QStringList m_listedFolders;          ///< where files are found by the document's name
     QStringList m_searchedFolders;        ///< where named files are looked for
     QStringList m_extensions;             ///< of the files that are read

@@ -186,6 +186,31 @@ TEST_F(RelatedFiles, ComeFolderByFolder)
     EXPECT_EQ(Found(), u"song.orc"_s);
 }
 
+TEST_F(RelatedFiles, OfAFolderThatIsListedTwiceComeTwice)
+{
+    desktop.environment[u"SSDIR"_s] = folder.path();
+    WriteFile(u"song.orc"_s);
+    WriteFile(u"song.wav"_s);
+    EXPECT_EQ(Found(), u"song.orc song.wav song.orc song.wav"_s);
+}
+
+TEST_F(RelatedFiles, HiddenOnesBelongToAHiddenDocumentOnly)
+{
+    for (const QString &name : {u"song.orc"_s, u".song.orc.swp"_s, u".song.orc"_s, u"a.song.sco"_s})
+        WriteFile(name);
+    EXPECT_EQ(Found(), u"a.song.sco song.orc"_s);
+    EXPECT_EQ(Found(u".song.orc"_s), u".song.orc .song.orc.swp a.song.sco"_s);
+    WriteFile(u"song.orc"_s, "#include \".song.orc\"\n");
+    EXPECT_EQ(Found(), u"a.song.sco song.orc(.song.orc)"_s);
+}
+
+TEST_F(RelatedFiles, OfADocumentWithoutABaseNameAreAll)
+{
+    for (const QString &name : {u".orc"_s, u".x"_s, u"a"_s, u"b.wav"_s})
+        WriteFile(name);
+    EXPECT_EQ(Found(u".orc"_s), u".orc .x a b.wav"_s);
+}
+
 TEST_F(RelatedFiles, ShowWhatTheyName)
 {
     WriteFile(u"song.orc"_s,
