@@ -7,6 +7,7 @@
 #include "shell/editorkeys.h"
 #include "shell/layoutkeys.h"
 #include "shell/ui/bandbar.h"
+#include "shell/ui/frmnew.h"
 #include "support/boxes.h"
 #include "support/editorwindow.h"
 #include "support/uitest.h"
@@ -16,7 +17,9 @@
 #include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMimeData>
+#include <QPushButton>
 #include <QTimer>
 
 using namespace Qt::Literals::StringLiterals;
@@ -44,6 +47,7 @@ private Q_SLOTS:
     void HelpCommandsOpenTheirPages();
     void CaptionKeepsOddNames();
     void BoxOfNewDocuments();
+    void BoxOfNewDocumentsByMouse();
 };
 
 void MainWindowTest::SelectionShowsInStatusAndButtons()
@@ -343,6 +347,39 @@ void MainWindowTest::BoxOfNewDocuments()
     editor.Row(u"mnuNew"_s).trigger();
     QCOMPARE(editor.window->windowTitle(), u"Zelvane - Untitled (Unified Format)"_s);
     QVERIFY(!editor.Text().Text().isEmpty());
+}
+
+void MainWindowTest::BoxOfNewDocumentsByMouse()
+{
+    frmNew box;
+    box.setAttribute(Qt::WA_DeleteOnClose, false);
+    box.show();
+    auto *kinds = box.findChild<QListWidget *>(u"lvwNew"_s);
+    QStringList texts;
+    for (int i = 0; i < kinds->count(); ++i) {
+        texts += kinds->item(i)->text();
+        QVERIFY(!kinds->item(i)->icon().isNull());
+    }
+    QCOMPARE(texts, (QStringList{u"Orchestra"_s, u"Score"_s, u"Unified Format"_s, u"Text"_s}));
+
+    const auto place = [&](int row) { return kinds->visualItemRect(kinds->item(row)).center(); };
+    const auto doubleClick = [&](Qt::MouseButton button, int row) {
+        QTest::mouseClick(kinds->viewport(), button, {}, place(row));
+        QTest::mouseDClick(kinds->viewport(), button, {}, place(row));
+    };
+    doubleClick(Qt::MiddleButton, 1);
+    doubleClick(Qt::RightButton, 1);
+    QVERIFY(box.isVisible());
+    doubleClick(Qt::LeftButton, 2);
+    QVERIFY(!box.isVisible());
+    QCOMPARE(box.Kind(), FileKind::Unified);
+
+    frmNew second;
+    second.setAttribute(Qt::WA_DeleteOnClose, false);
+    second.show();
+    QTest::mouseClick(second.findChild<QPushButton *>(u"cmdCancel"_s), Qt::LeftButton);
+    QVERIFY(!second.isVisible());
+    QCOMPARE(int(second.Kind()), 255);
 }
 
 int main(int argc, char **argv)

@@ -4,11 +4,11 @@
 #include "platform/ui/systemcolours.h"
 #include "shell/ui/commands.h"
 #include "shell/ui/hottracking.h"
+#include "shell/ui/leftdoubleclick.h"
 
 #include <QAbstractItemModel>
 #include <QEvent>
 #include <QFrame>
-#include <QMouseEvent>
 #include <QObject>
 #include <QPainter>
 #include <QPalette>
@@ -48,20 +48,6 @@ private:
     QTreeView &m_tree;
 };
 
-/// Keeps the double clicks of the other buttons from a tree, which would take them for the left one's.
-class LeftDoubleClick : public QObject
-{
-public:
-    explicit LeftDoubleClick(QTreeView &tree) : QObject(&tree) { tree.viewport()->installEventFilter(this); }
-
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        return (event->type() == QEvent::MouseButtonDblClick &&
-                static_cast<QMouseEvent *>(event)->button() != Qt::LeftButton) ||
-               QObject::eventFilter(watched, event);
-    }
-};
-
 } // namespace
 
 TreeBand::TreeBand(const WindowContext &context, QTreeView &tree, PanelBand band, Command row,
@@ -79,7 +65,7 @@ TreeBand::TreeBand(const WindowContext &context, QTreeView &tree, PanelBand band
     tree.setIconSize(QSize(16, 16));
     tree.setContextMenuPolicy(Qt::CustomContextMenu);
     new EmptyFocus(tree);
-    new LeftDoubleClick(tree);
+    OnlyLeftDoubleClicks(tree);
     m_panel.AddBand(band, &tree);
     m_commands.Bind(row, [this] { Toggle(); });
 }

@@ -10,6 +10,7 @@
 #include "shell/errorreport.h"
 #include "shell/ui/form.h"
 #include "shell/ui/icons.h"
+#include "shell/ui/leftdoubleclick.h"
 #include "shell/ui/plaintooltip.h"
 
 #include <algorithm>
@@ -70,6 +71,7 @@ void frmQuickPreset::BuildControls()
     cmdEdit->setToolTip(u"Open the document in the editor"_s);
 
     connect(lstPreset, &QListWidget::currentRowChanged, this, [this] { ShowSelected(); });
+    OnlyLeftDoubleClicks(*lstPreset);
     connect(lstPreset, &QListWidget::itemDoubleClicked, this, &frmQuickPreset::RunSelected);
     connect(cmdOK, &QPushButton::clicked, this, &frmQuickPreset::RunSelected);
     connect(cmdEdit, &QPushButton::clicked, this, &frmQuickPreset::Edit);

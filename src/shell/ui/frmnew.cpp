@@ -3,6 +3,7 @@
 
 #include "shell/ui/form.h"
 #include "shell/ui/icons.h"
+#include "shell/ui/leftdoubleclick.h"
 
 #include <QDialogButtonBox>
 #include <QListWidget>
@@ -68,6 +69,7 @@ frmNew::frmNew(QWidget *parent)
     layout->addWidget(ButtonBox(*this, cmdOK, cmdCancel, [this] { Confirm(); }));
     layout->setSizeConstraint(QLayout::SetFixedSize);
 
+    OnlyLeftDoubleClicks(*lvwNew);
     connect(lvwNew, &QListWidget::itemDoubleClicked, this, &frmNew::Confirm);
     lvwNew->setFocus();
 }

@@ -4,6 +4,7 @@
 #include "platform/ui/textcontrol.h"
 #include "shell/errorreport.h"
 #include "shell/ui/form.h"
+#include "shell/ui/leftdoubleclick.h"
 
 #include <QApplication>
 #include <QDialogButtonBox>
@@ -57,6 +58,7 @@ void frmTabSpace::BuildControls()
 
     lstMode->installEventFilter(this);
     connect(lstMode, &QListWidget::itemSelectionChanged, this, &frmTabSpace::ShowDescription);
+    OnlyLeftDoubleClicks(*lstMode);
     connect(lstMode, &QListWidget::itemDoubleClicked, this, &frmTabSpace::Confirm);
 }
 
