@@ -13,7 +13,9 @@
 #include "texttools/ui/frmrndnum.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QComboBox>
 #include <QFile>
 #include <QLabel>
@@ -124,6 +126,7 @@ private Q_SLOTS:
     void AnInstrumentIsInserted();
     void AnInstrumentGoesToTheEnd();
     void AnInstrumentNeedsANumber();
+    void PastedLineEndsBecomeBlanks();
     void TheMacroHasItsFields();
     void AMacroIsInserted();
     void AMacroNeedsANameAndNoHash();
@@ -377,6 +380,27 @@ void InsertsTest::AnInstrumentNeedsANumber()
         on.Key(Qt::Key_Escape);
     });
     QCOMPARE(on.TextNow(), u"abc\n"_s);
+}
+
+void InsertsTest::PastedLineEndsBecomeBlanks()
+{
+    Inserting on;
+    const auto paste = [&] { QTest::keyClick(on.Focus(), Qt::Key_V, Qt::ControlModifier); };
+    QGuiApplication::clipboard()->setText(u"one\ntwo"_s);
+    on.Instrument([&] {
+        on.Alt('N');
+        paste();
+        on.Key(Qt::Key_Return);
+    });
+    QVERIFY(on.TextNow().startsWith(u"instr 1 ; one two\n"_s));
+    // What a macro stands for may have several lines.
+    on.Macro([&] {
+        on.Type(u"M"_s);
+        on.Alt('R');
+        paste();
+        on.Key(Qt::Key_Return);
+    });
+    QVERIFY(on.TextNow().contains(u"#define M #one\ntwo#"_s));
 }
 
 void InsertsTest::TheMacroHasItsFields()

@@ -6,6 +6,7 @@
 #include "platform/parameters.h"
 #include "platform/runtimeerror.h"
 #include "platform/ui/filemanager.h"
+#include "platform/ui/onelinefield.h"
 #include "platform/ui/programfilter.h"
 #include "platform/ui/raisewindow.h"
 
@@ -384,8 +385,10 @@ std::optional<QString> QtDesktop::InputBox(const QString &title, const QString &
     box.setTextValue(initial);
     for (QLabel *label : box.findChildren<QLabel *>())
         label->setTextFormat(Qt::PlainText);
-    for (QLineEdit *field : box.findChildren<QLineEdit *>())
+    for (QLineEdit *field : box.findChildren<QLineEdit *>()) {
         field->setMinimumWidth(box.fontMetrics().averageCharWidth() * InputCharacters);
+        KeepOneLine(*field);
+    }
     if (box.exec() != QDialog::Accepted)
         return {};
     return box.textValue();

@@ -36,6 +36,7 @@ frmNewMacro::frmNewMacro(EditorContext &editor, const DocumentSteps &steps, QWid
          .hint = u"Arguments are separated by straight single quote characters. Do not type parenthesis."_s});
     form.Add({.caption = u"&Replacement text:"_s, .field = txtReplacement});
     LayOut(form.Layout());
+    txtReplacement->setValidator(nullptr); // what a macro stands for may have several lines
 }
 
 void frmNewMacro::Insert()

@@ -2,6 +2,7 @@
 #include "texttools/ui/insertdialog.h"
 
 #include "platform/numbers.h"
+#include "platform/ui/onelinefield.h"
 #include "shell/editorcontext.h"
 #include "shell/errorreport.h"
 #include "shell/settings.h"
@@ -29,6 +30,8 @@ InsertDialog::InsertDialog(EditorContext &editor, const DocumentSteps &steps, QW
 
 void InsertDialog::LayOut(QLayout *fields)
 {
+    for (QLineEdit *field : findChildren<QLineEdit *>())
+        KeepOneLine(*field);
     bOK = Named(new QPushButton(u"Insert"_s, this), u"bOK"_s);
     bCancel = Named(new QPushButton(u"Cancel"_s, this), u"bCancel"_s);
     auto *all = new QVBoxLayout(this);

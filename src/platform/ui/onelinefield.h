@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+class QLineEdit;
+
+namespace zelvane
+{
+
+/// Turns the line ends of what is pasted into a field into blanks. The field shows them as blanks, but would
+/// keep them, and so let a name or a comment run on into lines of code.
+void KeepOneLine(QLineEdit &field);
+
+} // namespace zelvane
