@@ -7,11 +7,17 @@
 #include "run/ui/frmmanual.h"
 #include "run/ui/frmpresets.h"
 #include "run/ui/frmquickpreset.h"
+#include "shell/documentsteps.h"
 #include "shell/ui/frmfind.h"
 #include "shell/ui/frmnew.h"
 #include "support/editorwindow.h"
 #include "support/testcontext.h"
 #include "support/uitest.h"
+#include "texttools/ui/frmheader.h"
+#include "texttools/ui/frmnewinclude.h"
+#include "texttools/ui/frmnewinstr.h"
+#include "texttools/ui/frmnewmacro.h"
+#include "texttools/ui/frmrndnum.h"
 #include "texttools/ui/frmtabspace.h"
 
 #include <functional>
@@ -50,9 +56,15 @@ struct Place {
         editor.Text().LoadText(u"some text"_s);
     }
 
+    template <typename Dialog> std::unique_ptr<QDialog> Insert()
+    {
+        return std::make_unique<Dialog>(context.editor, steps, nullptr);
+    }
+
     RunContext Run() { return {context.editor, tools, context.windows}; }
 
     TestContext context;
+    DocumentSteps steps;
     ToolPaths tools{.Csound = u"/opt/one/csound"_s, .Csound2 = u"/opt/two/csound"_s};
     EditorWindow editor;
 };
@@ -98,6 +110,14 @@ const std::vector<DialogRow> &Dialogs()
          },
          u"cmbPreset qt_tabwidget_tabbar txtCommand bCommand txtArgs bPickFlag txtFolder bFolder cmbWindow "
          "chkSaveFirst bCancel"_s},
+        {"Orchestra Header", [](Place &place) { return place.Insert<frmHeader>(); }, {}},
+        {"Random Number", [](Place &place) { return place.Insert<frmRndNum>(); },
+         u"txtMin txtMax txtDigits bOK bCancel"_s},
+        {"Instrument", [](Place &place) { return place.Insert<frmNewInstr>(); },
+         u"txtNumber txtName chkEndofFile bOK bCancel"_s},
+        {"Macro Definition", [](Place &place) { return place.Insert<frmNewMacro>(); },
+         u"txtName txtArgs txtReplacement bOK bCancel"_s},
+        {"Include", [](Place &place) { return place.Insert<frmNewInclude>(); }, {}},
         {"Pick an image", [](Place &) { return std::make_unique<frmImages>(); }, {}},
         {"Preset chooser", [](Place &place) { return std::make_unique<frmQuickPreset>(place.Run()); },
          u"lstPreset cmdOK cmdCancel cmdEdit"_s},
@@ -117,8 +137,9 @@ void Show(QDialog &dialog)
 void CheckWhole(const QDialog &dialog)
 {
     for (const QWidget *control : dialog.findChildren<QWidget *>()) {
+        const auto *button = qobject_cast<const QAbstractButton *>(control);
         const bool hasWords =
-            qobject_cast<const QLabel *>(control) || qobject_cast<const QAbstractButton *>(control) ||
+            qobject_cast<const QLabel *>(control) || (button && !button->text().isEmpty()) ||
             qobject_cast<const QGroupBox *>(control) || qobject_cast<const QLineEdit *>(control);
         // The field of a list that drops down is the style's.
         if (!hasWords || !control->isVisible() || control->window() != &dialog ||
