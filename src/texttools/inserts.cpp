@@ -27,6 +27,8 @@ constexpr auto DivisionByZero = ErrorNumber(11);
 constexpr double LargestExact =
     9007199254740992.0; ///< beyond it a 64-bit float has no digits behind the point
 
+constexpr int WidestSeparator = 32767; ///< of a store that was edited by hand, in characters
+
 QString Repeated(const QString &character, qint64 times)
 {
     return times > 0 ? character.repeated(times) : QString();
@@ -213,7 +215,7 @@ void InsertLineSeparation(EditorContext &editor, LineStyle style)
     const bool first = style == LineStyle::First;
     const QString character =
         StyleCharacter(editor.settings.Text(first ? Keys::LineStyle1 : Keys::LineStyle2));
-    const int width = editor.settings.Integer(Keys::LineWidth);
+    const int width = std::min(editor.settings.Integer(Keys::LineWidth), WidestSeparator);
     QString words;
     if (editor.desktop.IsKeyDown(KeyCode::Ctrl)) {
         words = editor.desktop.InputBox(u"Line Separation"_s, u"Type line text."_s, {}).value_or(QString());

@@ -249,6 +249,14 @@ TEST_F(Inserts, ASeparatorStandsUnderTheCaretsLine)
     EXPECT_EQ(Separated({}, 0), u";====\n"_s);
 }
 
+TEST_F(Inserts, ASeparatorOfAMadWidthIsCut)
+{
+    settings.SaveNumber(Keys::LineWidth, 2000000000);
+    EXPECT_EQ(Separated({}, 0), u';' + u"-"_s.repeated(32767) + u'\n');
+    settings.SaveNumber(Keys::LineWidth, -1);
+    EXPECT_EQ(Separated({}, 0), u";\n"_s);
+}
+
 TEST_F(Inserts, WithCtrlASeparatorAsksForItsText)
 {
     desktop.keysDown = {KeyCode::Ctrl};

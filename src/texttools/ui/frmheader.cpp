@@ -80,6 +80,7 @@ void frmHeader::Insert()
     if (chkStartofFile->isChecked())
         m_editor.text.SetSelection(0, 0);
     InsertAndClose(HeaderText(sampleRate, controlRate, txtChannels->text()));
+    // Behind the insertion: where the fields cannot be kept, a second try would insert twice.
     KeepFields(sampleRate, controlRate);
 }
 

@@ -49,11 +49,12 @@ void frmNewInstr::Insert()
         Refuse(u"Specify an Instrument number or press Cancel."_s, txtNumber);
         return;
     }
+    QString text = InstrumentText(txtNumber->text(), txtName->text());
     if (chkEndofFile->isChecked()) {
         m_editor.text.SetSelection(m_editor.text.Length(), -1);
-        m_editor.text.ReplaceSelection(u"\r\n"_s);
+        text.prepend(u"\r\n"_s);
     }
-    InsertAndClose(InstrumentText(txtNumber->text(), txtName->text()));
+    InsertAndClose(text);
 }
 
 } // namespace zelvane

@@ -63,6 +63,7 @@ void frmRndNum::Insert()
         RandomNumber(QRandomGenerator::global()->generateDouble(), ToNumber(txtMin->text()),
                      ToNumber(txtMax->text()), ToInteger<qint32>(ToNumber(txtDigits->text())));
     InsertAndClose(number);
+    // Behind the insertion: where the fields cannot be kept, a second try would insert twice.
     KeepFields();
 }
 
