@@ -29,4 +29,7 @@ bool SetTagText(EditorContext &editor, const QString &tag, const QString &text, 
 /// @return false when there is no parent: the user has been told
 bool CreateTag(EditorContext &editor, const QString &tag, const QString &parent);
 
+/// CreateTag at the end of the text and SetTagText of this tag in one: a single edit.
+void AppendTag(EditorContext &editor, const QString &tag, const QString &text);
+
 } // namespace zelvane
