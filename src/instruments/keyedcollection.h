@@ -4,9 +4,12 @@
 #include "platform/runtimeerror.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <iterator>
 #include <memory>
 #include <QHash>
 #include <QString>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -40,6 +43,14 @@ public:
     Item *Find(const QString &key) { return m_byKey.value(key); }
     const Item *Find(const QString &key) const { return m_byKey.value(key); }
 
+    /// The key of an item of the collection.
+    QString KeyOf(const Item &item) const
+    {
+        return std::find_if(m_items.begin(), m_items.end(),
+                            [&item](const Entry &entry) { return entry.item.get() == &item; })
+            ->key;
+    }
+
     /// @return false when there is no such key
     bool Remove(const QString &key)
     {
@@ -70,17 +81,31 @@ private:
     template <typename Base, typename Value> class Walk
     {
     public:
+        using iterator_category = std::forward_iterator_tag;
+        using difference_type = std::ptrdiff_t;
+        using value_type = std::remove_const_t<Value>;
+        using pointer = Value *;
+        using reference = Value &;
+
+        Walk() = default;
         explicit Walk(Base at) : m_at(at) {}
         Value &operator*() const { return *m_at->item; }
+        Value *operator->() const { return m_at->item.get(); }
         Walk &operator++()
         {
             ++m_at;
             return *this;
         }
+        Walk operator++(int)
+        {
+            Walk before = *this;
+            ++m_at;
+            return before;
+        }
         bool operator==(const Walk &) const = default;
 
     private:
-        Base m_at;
+        Base m_at = {};
     };
     using Entries = std::vector<Entry>;
 
