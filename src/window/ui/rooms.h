@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "instruments/ui/instrumentsroom.h"
 #include "language/ui/languageroom.h"
 #include "player/ui/fileroom.h"
 #include "player/ui/playerroom.h"
@@ -19,6 +20,7 @@ struct RoomList {
     PlayerRoom player{context};
     FileRoom files{context, player.ThePlayer()};
     TextToolsRoom textTools{context};
+    InstrumentsRoom instruments{context};
 };
 
 } // namespace zelvane

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "instruments/ui/instrumentsroom.h"
+
+#include "instruments/ui/frminstredit.h"
+#include "shell/command.h"
+#include "shell/ui/commands.h"
+#include "shell/ui/windowcontext.h"
+
+namespace zelvane
+{
+
+InstrumentsRoom::InstrumentsRoom(const WindowContext &context)
+{
+    context.commands.Bind(Cmd::mnuInstrEdit, [&editor = context.editor, window = context.window] {
+        frmInstrEdit(editor, window).exec();
+    });
+}
+
+} // namespace zelvane
