@@ -15,7 +15,7 @@ class XmlText;
 /// How many p-fields may still be read: an instrument inside another one shares its p-fields, so that few
 /// tags could fill the memory.
 struct FieldBudget {
-    qsizetype left = 1'000'000;
+    qsizetype left = 250'000;
 };
 
 /// The instrument of an element. @throws RunTimeError for an attribute that does not convert, for a p-field
