@@ -2,6 +2,7 @@
 #include "instruments/ui/instrumentsroom.h"
 
 #include "instruments/ui/frminstredit.h"
+#include "instruments/ui/frminstrgui.h"
 #include "shell/command.h"
 #include "shell/ui/commands.h"
 #include "shell/ui/windowcontext.h"
@@ -14,6 +15,7 @@ InstrumentsRoom::InstrumentsRoom(const WindowContext &context)
     context.commands.Bind(Cmd::mnuInstrEdit, [&editor = context.editor, window = context.window] {
         frmInstrEdit(editor, window).exec();
     });
+    context.commands.Bind(Cmd::mnuInstrGUI, [context] { ShowStatementDialog(context); });
 }
 
 } // namespace zelvane
