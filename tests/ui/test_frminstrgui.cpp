@@ -166,6 +166,7 @@ private Q_SLOTS:
     void TextsAndSlidersFollowEachOther();
     void KeysOfTheTextMoveTheSlider();
     void ControlSnaps();
+    void TabGoesThroughTheRows();
     void ARowTellsOfItself();
     void TheSliderButtonFollowsTheKeyboard();
     void TheSliderMenuMovesTheSlider();
@@ -357,6 +358,22 @@ void FrmInstrGuiTest::ControlSnaps()
         QCOMPARE(on.Value(2).text(), u"12"_s);
         QCOMPARE(on.Slider(2).value(), 1200);
         on.desktop.keysDown.clear();
+        on.Key(Qt::Key_Escape);
+    });
+}
+
+void FrmInstrGuiTest::TabGoesThroughTheRows()
+{
+    Stating on;
+    on.ShowSound([&] {
+        on.Groups().setFocus();
+        QStringList names;
+        do {
+            names += on.Focus()->objectName();
+            on.Key(Qt::Key_Tab);
+        } while (on.Focus() != &on.Groups() && names.size() < 20);
+        QCOMPARE(names, (QStringList{u"cmbGroup"_s, u"slP_0"_s, u"txtPValue_0"_s, u"slP_1"_s,
+                                     u"txtPValue_1"_s, u"slP_2"_s, u"txtPValue_2"_s, u"txtPValue_3"_s}));
         on.Key(Qt::Key_Escape);
     });
 }

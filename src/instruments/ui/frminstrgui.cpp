@@ -193,11 +193,13 @@ void frmInstrGUI::BuildForm()
     m_form->setColumnStretch(1, 2);
     m_form->setColumnStretch(2, 1);
     auto *column = new QVBoxLayout(page);
+    column->setContentsMargins(0, 0, 0, 0);
     column->addLayout(m_form);
     column->addStretch();
     m_scroll->setWidget(page);
     m_scroll->setWidgetResizable(true);
     m_scroll->setFrameShape(QFrame::NoFrame);
+    m_scroll->setFocusPolicy(Qt::NoFocus); // its rows have it
 }
 
 void frmInstrGUI::BuildList()
