@@ -24,8 +24,10 @@
 #include <QRadioButton>
 #include <QScreen>
 #include <QSignalBlocker>
+#include <QSlider>
 #include <QStyleFactory>
 #include <QStyleOptionButton>
+#include <QStyleOptionSlider>
 #include <QTreeWidget>
 
 using namespace Qt::Literals::StringLiterals;
@@ -180,6 +182,22 @@ void LegibleStyleTest::LinesAreSeen()
     const QRect between = menu.actionGeometry(separator);
     QVERIFY(ContrastAlong(menuPicture, QPoint(inside.x(), between.top()),
                           QPoint(inside.x(), between.bottom()), base) >= 3);
+
+    QSlider slider(Qt::Vertical);
+    slider.setTickPosition(QSlider::TicksBothSides);
+    slider.resize(slider.sizeHint());
+    QStyleOptionSlider option;
+    option.initFrom(&slider);
+    option.orientation = Qt::Vertical;
+    option.tickPosition = slider.tickPosition();
+    const QRect handle =
+        slider.style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, &slider);
+    const QImage sliderPicture = PictureOf(slider);
+    double ticks = 1; // beside the handle
+    for (int x = 0; x < handle.left(); ++x)
+        ticks = std::max(ticks,
+                         ContrastAlong(sliderPicture, QPoint(x, 0), QPoint(x, slider.height() - 1), window));
+    QVERIFY2(ticks >= 3, qPrintable(QString::number(ticks)));
 
     QTreeWidget tree;
     tree.setHeaderHidden(true);

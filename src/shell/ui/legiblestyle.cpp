@@ -13,6 +13,7 @@
 #include <QScreen>
 #include <QStyleOptionComboBox>
 #include <QStyleOptionMenuItem>
+#include <QStyleOptionSlider>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -184,6 +185,11 @@ void LegibleStyle::drawControl(ControlElement element, const QStyleOption *optio
 void LegibleStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex *option,
                                       QPainter *painter, const QWidget *widget) const
 {
+    const auto *slider = qstyleoption_cast<const QStyleOptionSlider *>(option);
+    if (control == CC_Slider && slider && slider->subControls.testFlag(SC_SliderTickmarks) && DrawsLines()) {
+        DrawSlider(*slider, painter, widget);
+        return;
+    }
     QProxyStyle::drawComplexControl(control, option, painter, widget);
     const auto *list = qstyleoption_cast<const QStyleOptionComboBox *>(option);
     if (control != CC_ComboBox || !list || !list->editable || !list->frame ||
@@ -192,6 +198,21 @@ void LegibleStyle::drawComplexControl(ComplexControl control, const QStyleOption
     painter->save();
     DrawField(*option, *painter);
     painter->restore();
+}
+
+void LegibleStyle::DrawSlider(const QStyleOptionSlider &option, QPainter *painter,
+                              const QWidget *widget) const
+{
+    constexpr int darker = 140; // per cent: what the style takes for its lines from the window's colour
+    QStyleOptionSlider part(option);
+    part.subControls = option.subControls & SC_SliderGroove;
+    QProxyStyle::drawComplexControl(CC_Slider, &part, painter, widget);
+    part.subControls = SC_SliderTickmarks;
+    part.palette.setColor(QPalette::Window, LineColour(option.palette).lighter(darker));
+    QProxyStyle::drawComplexControl(CC_Slider, &part, painter, widget);
+    part.palette = option.palette;
+    part.subControls = option.subControls & SC_SliderHandle;
+    QProxyStyle::drawComplexControl(CC_Slider, &part, painter, widget);
 }
 
 QSize LegibleStyle::sizeFromContents(ContentsType type, const QStyleOption *option, const QSize &size,

@@ -3,13 +3,15 @@
 
 #include <QProxyStyle>
 
+class QStyleOptionSlider;
+
 namespace zelvane
 {
 
-/// The desktop's style, with the thin lines of check boxes, option buttons, fields, menus and trees drawn so
-/// that they can be seen: the toolkit's own style derives them from the window's colour, and on a dark
-/// desktop they vanish. A style that the desktop brings along draws its lines itself. No menu is wider than
-/// the screen: captions that are too long lose their middle.
+/// The desktop's style, with the thin lines of check boxes, option buttons, fields, menus, trees and the
+/// ticks of sliders drawn so that they can be seen: the toolkit's own style derives them from the window's
+/// colour, and on a dark desktop they vanish. A style that the desktop brings along draws its lines itself.
+/// No menu is wider than the screen: captions that are too long lose their middle.
 class LegibleStyle : public QProxyStyle
 {
     Q_OBJECT
@@ -30,6 +32,7 @@ public:
 
 private:
     bool DrawsLines() const;
+    void DrawSlider(const QStyleOptionSlider &option, QPainter *painter, const QWidget *widget) const;
 };
 
 } // namespace zelvane
