@@ -48,7 +48,7 @@ def walk_through_the_history(stage):
     window.keys("alt+v", "s")
     titled(stage, editor, window, stage.home / "piece" / "second.sco")
     window.screenshot("history-buttons")
-    for key, path in (("alt+Left", second), ("alt+Left", first), ("alt+Right", second)):
+    for key, path in (("ctrl+Prior", second), ("ctrl+Prior", first), ("ctrl+Next", second)):
         window.keys(key)
         titled(stage, editor, window, path)
     # Nothing was asked, and nothing written.

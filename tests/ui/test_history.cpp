@@ -56,7 +56,7 @@ private:
     {
         editor->window->activateWindow();
         editor->Text().setFocus();
-        QTest::keyClick(editor->window->windowHandle(), key, Qt::AltModifier);
+        QTest::keyClick(editor->window->windowHandle(), key, Qt::ControlModifier);
     }
 
     std::unique_ptr<EditorWindow> editor;
@@ -89,12 +89,12 @@ void HistoryTest::WalksABA()
     const QString a = Open(u"a.orc"_s);
     editor->Text().SetSelection(8, 10);
     Open(u"b.orc"_s);
-    QCOMPARE(State(u"back"_s), u"on|Back to a.orc (Alt+Left)|&a.orc"_s);
+    QCOMPARE(State(u"back"_s), u"on|Back to a.orc (Ctrl+PgUp)|&a.orc"_s);
     QCOMPARE(State(u"next"_s), u"off||"_s);
     editor->Text().SetSelection(3, 3);
     editor->window->Documents().OpenFile(a);
     // A has moved to the end: only B is behind it.
-    QCOMPARE(State(u"back"_s), u"on|Back to b.orc (Alt+Left)|&b.orc"_s);
+    QCOMPARE(State(u"back"_s), u"on|Back to b.orc (Ctrl+PgUp)|&b.orc"_s);
     QCOMPARE(State(u"next"_s), u"off||"_s);
     editor->Text().SetSelection(1, 5);
 
@@ -102,7 +102,7 @@ void HistoryTest::WalksABA()
     QCOMPARE(CurrentName(), u"b.orc"_s);
     QCOMPARE(editor->Text().Selection(), (TextSpan{3, 3}));
     QCOMPARE(State(u"back"_s), u"off||"_s);
-    QCOMPARE(State(u"next"_s), u"on|Go to a.orc (Alt+Right)|&a.orc"_s);
+    QCOMPARE(State(u"next"_s), u"on|Go to a.orc (Ctrl+PgDown)|&a.orc"_s);
 
     Button(u"next"_s).trigger();
     QCOMPARE(CurrentName(), u"a.orc"_s);
@@ -116,34 +116,34 @@ void HistoryTest::ListsLeadToEachFile()
 {
     for (const QString &name : {u"a.orc"_s, u"b.orc"_s, u"c & d.orc"_s})
         Open(name);
-    QCOMPARE(State(u"back"_s), u"on|Back to b.orc (Alt+Left)|&b.orc,&a.orc"_s);
+    QCOMPARE(State(u"back"_s), u"on|Back to b.orc (Ctrl+PgUp)|&b.orc,&a.orc"_s);
     QMenu &back = *Button(u"back"_s).menu();
     back.actions().at(1)->trigger();
     QVERIFY(Eventually([&] { return CurrentName() == u"a.orc"; }));
     QCOMPARE(State(u"back"_s), u"off||"_s);
-    QCOMPARE(State(u"next"_s), u"on|Go to b.orc (Alt+Right)|&b.orc,&c && d.orc"_s);
+    QCOMPARE(State(u"next"_s), u"on|Go to b.orc (Ctrl+PgDown)|&b.orc,&c && d.orc"_s);
     editor->Find<QAction>(u"Toolbar1_next_menu_2"_s).trigger();
     QVERIFY(Eventually([&] { return CurrentName() == u"c & d.orc"; }));
     Button(u"back"_s).trigger();
     Open(u"e.orc"_s);
-    QCOMPARE(State(u"back"_s), u"on|Back to b.orc (Alt+Left)|&b.orc,&a.orc"_s);
+    QCOMPARE(State(u"back"_s), u"on|Back to b.orc (Ctrl+PgUp)|&b.orc,&a.orc"_s);
     QCOMPARE(State(u"next"_s), u"off||"_s);
 }
 
 void HistoryTest::KeysGoBackAndOn()
 {
     Open(u"a.orc"_s);
-    Press(Qt::Key_Left);
+    Press(Qt::Key_PageUp);
     QCOMPARE(CurrentName(), u"a.orc"_s);
     Open(u"b.orc"_s);
-    Press(Qt::Key_Left);
+    Press(Qt::Key_PageUp);
     QCOMPARE(CurrentName(), u"a.orc"_s);
-    Press(Qt::Key_Right);
+    Press(Qt::Key_PageDown);
     QCOMPARE(CurrentName(), u"b.orc"_s);
     // Also with the toolbar out of sight.
     editor->Row(u"mnuShowToolbar_0"_s).trigger();
     QVERIFY(!editor->Find<QToolBar>(u"Toolbar1"_s).isVisible());
-    Press(Qt::Key_Left);
+    Press(Qt::Key_PageUp);
     QCOMPARE(CurrentName(), u"a.orc"_s);
 }
 

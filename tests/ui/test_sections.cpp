@@ -122,7 +122,7 @@ void SectionsTest::APairKeepsThePlaces()
     QCOMPARE(control.Selection(), (TextSpan{700, 700}));
     QCOMPARE(control.FirstVisibleLine(), qsizetype(100));
     // The way is in the history too.
-    QCOMPARE(ToolbarButton(*editor, u"back"_s)->toolTip(), u"Back to x.orc (Alt+Left)"_s);
+    QCOMPARE(ToolbarButton(*editor, u"back"_s)->toolTip(), u"Back to x.orc (Ctrl+PgUp)"_s);
 }
 
 void SectionsTest::APairGoesToUnifiedAndBack_data()
