@@ -5,6 +5,7 @@
 #include "instruments/ui/frminstrgui.h"
 #include "shell/command.h"
 #include "shell/ui/commands.h"
+#include "instruments/ui/numericinput.h"
 #include "shell/ui/windowcontext.h"
 
 namespace zelvane
@@ -16,6 +17,7 @@ InstrumentsRoom::InstrumentsRoom(const WindowContext &context)
         frmInstrEdit(editor, window).exec();
     });
     context.commands.Bind(Cmd::mnuInstrGUI, [context] { ShowStatementDialog(context); });
+    new NumericInput(context);
 }
 
 } // namespace zelvane
