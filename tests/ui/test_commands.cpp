@@ -46,7 +46,6 @@ const Command NotBuilt[] = {
     Cmd::mnuPreferences,
     Cmd::mnuCodeRes,
     Cmd::mnuCodeResAdd,
-    Cmd::mnuPMapping,
     Cmd::mnuAbout,
 };
 

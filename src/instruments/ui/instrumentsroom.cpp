@@ -3,9 +3,10 @@
 
 #include "instruments/ui/frminstredit.h"
 #include "instruments/ui/frminstrgui.h"
+#include "instruments/ui/frmpmapping.h"
+#include "instruments/ui/numericinput.h"
 #include "shell/command.h"
 #include "shell/ui/commands.h"
-#include "instruments/ui/numericinput.h"
 #include "shell/ui/windowcontext.h"
 
 namespace zelvane
@@ -17,6 +18,10 @@ InstrumentsRoom::InstrumentsRoom(const WindowContext &context)
         frmInstrEdit(editor, window).exec();
     });
     context.commands.Bind(Cmd::mnuInstrGUI, [context] { ShowStatementDialog(context); });
+    context.commands.Bind(Cmd::mnuPMapping,
+                          [&editor = context.editor, &steps = context.steps, window = context.window] {
+                              frmPMapping(editor, steps, window).exec();
+                          });
     new NumericInput(context);
 }
 
