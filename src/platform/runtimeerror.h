@@ -13,6 +13,7 @@ enum class ErrorNumber {
     InvalidCall = 5,
     Overflow = 6,
     OutOfMemory = 7,
+    DivisionByZero = 11,
     TypeMismatch = 13,
     FileNotFound = 53,
     DeviceError = 57,
@@ -20,6 +21,7 @@ enum class ErrorNumber {
     PermissionDenied = 70,
     PathFileAccess = 75,
     PathNotFound = 76,
+    DialogCancelled = 32755,
 };
 
 /// An unexpected failure. It ends the command that met it; the command's entry point shows it with

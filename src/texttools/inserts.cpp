@@ -23,7 +23,6 @@ namespace zelvane
 namespace
 {
 
-constexpr auto DivisionByZero = ErrorNumber(11);
 constexpr double LargestExact =
     9007199254740992.0; ///< beyond it a 64-bit float has no digits behind the point
 
@@ -99,7 +98,7 @@ void InsertColoured(EditorContext &editor, const DocumentSteps &steps, const QSt
 bool IsControlRate(qint32 sampleRate, qint32 controlRate)
 {
     if (controlRate == 0)
-        throw RunTimeError(DivisionByZero, u"Division by zero"_s);
+        throw RunTimeError(ErrorNumber::DivisionByZero, u"Division by zero"_s);
     return qint64(sampleRate) % controlRate == 0;
 }
 
@@ -112,7 +111,7 @@ qint32 NextControlRate(qint32 sampleRate, qint32 controlRate, int direction)
         const qint64 start = std::max<qint64>(next, 1);
         found = rate == 0 ? start : DivisorUpTo(rate, start);
     } else if (next == 0) {
-        throw RunTimeError(DivisionByZero, u"Division by zero"_s);
+        throw RunTimeError(ErrorNumber::DivisionByZero, u"Division by zero"_s);
     } else if (next >= rate) {
         found = rate; // the last divisor, and the end of the way for all that lies beyond
     } else if (next > 0) {
