@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/runtimeerror.h"
+#include "platform/styledtext.h"
 #include "platform/systemcolour.h"
 #include "platform/textbuffer.h"
 #include "platform/ui/offsetmap.h"
@@ -17,16 +18,6 @@ namespace zelvane
 {
 
 class Desktop;
-
-/// The font of the whole text; `points` may have a fraction.
-struct TextFont {
-    QString family;
-    double points = 10;
-    bool bold = false;
-    bool italic = false;
-
-    bool operator==(const TextFont &) const = default;
-};
 
 /// What the text control asks the window while it handles a key. Settings are read at each use. Missing hooks
 /// do nothing: Tab then inserts a tab character.
@@ -45,7 +36,7 @@ struct TextControlHooks {
 /// `TxtEdit`, the rich-text control of the document: plain UTF-8 text in Scintilla, with one style class for
 /// each character, undo steps with kinds, and a filter on keys, clipboard and drops. Every offset outside is
 /// UTF-16.
-class TextControl : public QsciScintillaBase, public TextBuffer
+class TextControl : public QsciScintillaBase, public TextBuffer, public StyledSource
 {
     Q_OBJECT
 
@@ -82,6 +73,7 @@ public:
 
     /// The class of the character at an offset; Text at the end of the text.
     StyleClass StyleAt(qsizetype offset) const;
+    StyledText Styled(qsizetype start, qsizetype end) const override;
 
     /// The kind of the next undo or redo; None when there is none, and for the program's own replacements.
     UndoKind NextUndo() const;
@@ -203,6 +195,8 @@ private:
     /// place.
     template <typename Cells> void ReadStyles(qsizetype start, qsizetype length, Cells cells) const;
     QByteArray StyleBytes(qsizetype start, qsizetype length) const;
+    /// The runs of a stretch of bytes, counted in UTF-16 units from its start, without those of class Text.
+    StyleRuns RunsOf(qsizetype start, qsizetype length) const;
     void KeepStyles(qsizetype start, qsizetype length, StyleStack &stack) const;
     /// Runs in the order given; where they follow each other closely inside the range, as a block of bytes.
     void PaintRuns(const ByteRun &range, const StyleRuns &runs);
@@ -269,6 +263,9 @@ private:
     qsizetype DisplayLineStart(qsizetype position) const;
 
     void ApplyLook();
+    /// How the classes look at present.
+    std::array<StyleFormat, StyleClassCount> CurrentFormats() const;
+    bool TextColourIsDefault() const;
     void ApplyTabWidth();
 
     /// Lines between two bytes are about to lose text or to be cut in two. Scintilla's scroll range only

@@ -6,6 +6,7 @@
 #include "platform/ui/textcontrol.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <QApplication>
 #include <QEvent>
@@ -77,27 +78,42 @@ void TextControl::ApplyLook()
          std::lround(m_font.points * int(SC_FONT_SIZE_MULTIPLIER)));
     Send(SCI_STYLESETBOLD, STYLE_DEFAULT, m_font.bold);
     Send(SCI_STYLESETITALIC, STYLE_DEFAULT, m_font.italic);
-    // Class Text has the colour of fresh text for its own, so it tells whether that is the default one.
-    const StyleFormat &own = m_formats[size_t(StyleClass::Text)];
-    const bool isDefault = own.isDefault && own.colour == m_textColour;
+    const bool isDefault = TextColourIsDefault();
     Send(SCI_STYLESETFORE, STYLE_DEFAULT, ScintillaColour(isDefault ? ReadableTwin(text, back) : text));
     Send(SCI_STYLESETBACK, STYLE_DEFAULT, ScintillaColour(back));
     Send(SCI_STYLECLEARALL);
+    const std::array<StyleFormat, StyleClassCount> formats = CurrentFormats();
     for (int style = 0; style < StyleClassCount; ++style) {
-        if (style == int(StyleClass::Text) && !m_formatsApplied)
-            continue;
-        const StyleFormat &format = m_formats[size_t(style)];
+        const StyleFormat &format = formats[size_t(style)];
         const QColor colour = ResolveColour(format.colour, palette());
         for (const int number : {style, style | StepBit}) {
             Send(SCI_STYLESETFORE, number,
                  ScintillaColour(format.isDefault ? ReadableTwin(colour, back) : colour));
-            Send(SCI_STYLESETBOLD, number, format.bold || (m_font.bold && !m_formatsApplied));
+            Send(SCI_STYLESETBOLD, number, format.bold);
         }
     }
     Send(SCI_SETCARETFORE, ScintillaColour(ReadableTwin(text, back)));
     Send(SCI_SETSELBACK, 1, ScintillaColour(palette().color(QPalette::Active, QPalette::Highlight)));
     Send(SCI_SETSELFORE, 1, ScintillaColour(palette().color(QPalette::Active, QPalette::HighlightedText)));
     ApplyTabWidth();
+}
+
+std::array<StyleFormat, StyleClassCount> TextControl::CurrentFormats() const
+{
+    std::array<StyleFormat, StyleClassCount> formats = m_formats;
+    if (!m_formatsApplied) {
+        for (StyleFormat &format : formats)
+            format.bold = format.bold || m_font.bold;
+        formats[size_t(StyleClass::Text)] = {m_textColour, m_font.bold, TextColourIsDefault()};
+    }
+    return formats;
+}
+
+bool TextControl::TextColourIsDefault() const
+{
+    // Class Text has the colour of fresh text for its own, so it tells whether that is the default one.
+    const StyleFormat &own = m_formats[size_t(StyleClass::Text)];
+    return own.isDefault && own.colour == m_textColour;
 }
 
 void TextControl::SetWordWrap(bool wrap)

@@ -195,6 +195,47 @@ StyleClass TextControl::StyleAt(qsizetype offset) const
                                     : StyleClass::Text;
 }
 
+StyleRuns TextControl::RunsOf(qsizetype start, qsizetype length) const
+{
+    StyleRuns runs;
+    if (m_plain)
+        return runs;
+    qint32 unit = 0;
+    StyleRun run;
+    const auto end = [&] {
+        run.length = unit - run.start;
+        if (run.length > 0 && run.style != StyleClass::Text)
+            runs.push_back(run);
+    };
+    ReadStyles(start, length, [&](const char *cells, qsizetype count) {
+        for (qsizetype i = 0; i < count; ++i) {
+            // The byte of the text stands before its style.
+            const auto byte = uchar(cells[2 * i - 1]);
+            if ((byte & 0xC0) == 0x80)
+                continue;
+            if (const auto style = StyleClass(ClassOf(cells[2 * i])); style != run.style) {
+                end();
+                run = {unit, 0, style};
+            }
+            unit += byte >= 0xF0 ? 2 : 1;
+        }
+    });
+    end();
+    return runs;
+}
+
+StyledText TextControl::Styled(qsizetype start, qsizetype end) const
+{
+    start = std::clamp<qsizetype>(start, 0, Length());
+    end = std::clamp<qsizetype>(end, start, Length());
+    const qsizetype first = m_map.ToByte(start);
+    return {.text = TextRange(start, end),
+            .runs = RunsOf(first, m_map.ToByte(end) - first),
+            .formats = CurrentFormats(),
+            .font = m_font,
+            .tabColumns = int(Send(SCI_GETTABWIDTH))};
+}
+
 char TextControl::ClassBefore(qsizetype position) const
 {
     return position > 0 ? ClassOf(char(Send(SCI_GETSTYLEAT, position - 1))) : char(StyleClass::Text);
