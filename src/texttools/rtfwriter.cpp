@@ -1,0 +1,152 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "texttools/rtfwriter.h"
+
+#include "platform/styledtext.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <QByteArrayView>
+#include <QChar>
+#include <QString>
+#include <QStringView>
+#include <vector>
+
+namespace zelvane
+{
+
+namespace
+{
+
+constexpr qsizetype MostBytes = 12; ///< "\u-32768\'3f"
+constexpr double TwipsOfAPoint = 20;
+constexpr double EmsOfABlank = 0.6; ///< in the fonts that programs are written in
+
+char *Put(char *to, QByteArrayView bytes)
+{
+    return std::copy(bytes.begin(), bytes.end(), to);
+}
+
+/// A byte by its number.
+char *PutByte(char *to, uchar byte)
+{
+    constexpr char hex[] = "0123456789abcdef";
+    to = Put(to, "\\'");
+    *to++ = hex[byte >> 4];
+    *to++ = hex[byte & 15];
+    return to;
+}
+
+char *PutText(char *to, QStringView text)
+{
+    bool afterBlank = true; // nobody knows what stands before
+    for (const QChar character : text) {
+        const char16_t c = character.unicode();
+        if (c == u' ') {
+            // Of neighbouring blanks some readers make one, and some make wider ones.
+            to = Put(to, afterBlank ? "{} " : " ");
+            afterBlank = true;
+            continue;
+        }
+        afterBlank = false;
+        if (c == u'\n') {
+            to = Put(to, "\\par\r\n");
+        } else if (c == u'\t') {
+            to = Put(to, "\\tab ");
+        } else if (c == u'\\' || c == u'{' || c == u'}') {
+            *to++ = '\\';
+            *to++ = char(c);
+        } else if (c < 0x20 || c == 0x7F) {
+            to = PutByte(to, uchar(c));
+        } else if (c < 0x80) {
+            *to++ = char(c);
+        } else {
+            // The number is one of 16 bits with a sign; readers that do not know it show the byte behind it.
+            to = Put(to, "\\u");
+            if (c >= 0x8000)
+                *to++ = '-';
+            to = PutNumber(to, c >= 0x8000 ? 0x10000u - c : c);
+            to = PutByte(to, c >= 0xA0 && c <= 0xFF ? uchar(c) : uchar('?'));
+        }
+    }
+    return to;
+}
+
+/// A name in the table of fonts, where a semicolon ends it.
+QByteArray Encoded(QString name)
+{
+    name.remove(u';');
+    QByteArray bytes(name.size() * MostBytes, Qt::Uninitialized);
+    bytes.truncate(PutText(bytes.data(), name) - bytes.data());
+    return bytes;
+}
+
+/// The colours of the text, and the words that turn colour and bold on where they change.
+class Attributes
+{
+public:
+    explicit Attributes(const std::array<StyleFormat, StyleClassCount> &formats) : m_formats(formats)
+    {
+        for (size_t one = 0; one < formats.size(); ++one) {
+            const quint32 colour = ColourOnPaper(formats[one]);
+            const auto found = std::find(m_colours.begin(), m_colours.end(), colour);
+            m_places[one] = int(found - m_colours.begin()) + 1;
+            if (found == m_colours.end())
+                m_colours.push_back(colour);
+        }
+    }
+
+    QByteArray Table() const
+    {
+        QByteArray table = "{\\colortbl ;";
+        for (const quint32 colour : m_colours)
+            table += "\\red" + QByteArray::number(colour & 0xFF) + "\\green" +
+                     QByteArray::number((colour >> 8) & 0xFF) + "\\blue" +
+                     QByteArray::number((colour >> 16) & 0xFF) + ';';
+        return table + "}\r\n";
+    }
+
+    void TurnOn(StyleClass style, QByteArray &document)
+    {
+        const bool bold = m_formats[size_t(style)].bold;
+        const int place = m_places[size_t(style)];
+        if (bold == m_bold && place == m_place)
+            return;
+        if (bold != m_bold)
+            document += bold ? "\\b" : "\\b0";
+        if (place != m_place)
+            document += "\\cf" + QByteArray::number(place);
+        document += ' ';
+        m_bold = bold;
+        m_place = place;
+    }
+
+private:
+    std::array<StyleFormat, StyleClassCount> m_formats;
+    std::vector<quint32> m_colours;
+    std::array<int, StyleClassCount> m_places; ///< of the colours in the table, from 1
+    bool m_bold = false;
+    int m_place = 0; ///< the reader's own colour
+};
+
+} // namespace
+
+std::optional<QByteArray> RtfDocument(const StyledText &text, const WriteProgress &goOn)
+{
+    Attributes attributes(text.formats);
+    const double points = text.font.points;
+    QByteArray document =
+        "{\\rtf1\\ansi\\ansicpg1252\\uc1\\deff0\\deftab" +
+        QByteArray::number(qlonglong(std::lround(text.tabColumns * points * EmsOfABlank * TwipsOfAPoint))) +
+        "\r\n{\\fonttbl{\\f0\\fnil " + Encoded(text.font.family) + ";}}\r\n" + attributes.Table() +
+        "\\pard\\plain\\f0\\fs" + QByteArray::number(qlonglong(std::lround(points * 2))) +
+        (text.font.italic ? "\\i" : "") + ' ';
+    if (!WriteStretches<MostBytes>(
+            text, document, goOn,
+            [&attributes](StyleClass style, QByteArray &to) { attributes.TurnOn(style, to); }, PutText))
+        return std::nullopt;
+    document += "\\par\r\n}\r\n";
+    return document;
+}
+
+} // namespace zelvane
