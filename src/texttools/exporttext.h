@@ -7,9 +7,21 @@
 namespace zelvane
 {
 
-/// Asks for a file and writes the text in another line-end form there, in the document's encoding. The
-/// document, its name and its Modified flag stay. Rtf and Html are written elsewhere and do nothing here.
+class DocumentView;
+class StyledSource;
+class WorkProgress;
+
+/// What the export needs beside the editor.
+struct ExportParts {
+    const StyledSource &coloured; ///< of the document
+    DocumentView &view;
+    WorkProgress &progress;
+};
+
+/// Asks for a file and writes the text there: in another line-end form in the document's encoding, or
+/// coloured. The document, its name and its Modified flag stay. What the user stops, or what fails, leaves
+/// what stood under the name.
 /// @throws RunTimeError when the file cannot be written
-void ExportText(ExportFormat format, const EditorContext &editor);
+void ExportText(ExportFormat format, const EditorContext &editor, const ExportParts &parts);
 
 } // namespace zelvane

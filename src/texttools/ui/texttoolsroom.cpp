@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "texttools/ui/texttoolsroom.h"
 
+#include "platform/ui/textcontrol.h"
 #include "shell/command.h"
 #include "shell/ui/commands.h"
 #include "texttools/exporttext.h"
@@ -10,14 +11,15 @@
 namespace zelvane
 {
 
-TextToolsRoom::TextToolsRoom(const WindowContext &context)
+TextToolsRoom::TextToolsRoom(const WindowContext &context) : m_progress(context.window)
 {
     Commands &commands = context.commands;
     EditorContext &editor = context.editor;
     commands.Bind(Cmd::mnuTabSpace,
                   [context] { frmTabSpace(context.editor, context.text, context.window).exec(); });
-    for (const ExportFormat format : {ExportFormat::Pc, ExportFormat::Unix, ExportFormat::Mac})
-        commands.Bind(Cmd::mnuPlatformItem[format], [&editor, format] { ExportText(format, editor); });
+    commands.Bind(Cmd::mnuPlatformItem,
+                  [&editor, parts = ExportParts{context.text, context.view, m_progress}](
+                      ExportFormat format) { ExportText(format, editor, parts); });
     BindInsertCommands(context);
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/ui/progressbox.h"
 #include "shell/ui/windowcontext.h"
 
 namespace zelvane
@@ -11,6 +12,9 @@ class TextToolsRoom
 {
 public:
     explicit TextToolsRoom(const WindowContext &context);
+
+private:
+    ProgressBox m_progress;
 };
 
 } // namespace zelvane
