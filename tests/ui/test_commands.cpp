@@ -40,7 +40,10 @@ static_assert(!std::is_constructible_v<MenuName, std::u16string_view>);
 
 /// The commands whose part of the program is not there. Whoever builds one takes its rows away here.
 const Command NotBuilt[] = {
-    Cmd::mnuPrint, Cmd::mnuPreferences, Cmd::mnuCodeRes, Cmd::mnuCodeResAdd, Cmd::mnuAbout,
+    Cmd::mnuPreferences,
+    Cmd::mnuCodeRes,
+    Cmd::mnuCodeResAdd,
+    Cmd::mnuAbout,
 };
 
 QStringList RowNames(const std::vector<Command> &commands)

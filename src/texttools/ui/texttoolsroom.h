@@ -3,6 +3,7 @@
 
 #include "platform/ui/progressbox.h"
 #include "shell/ui/windowcontext.h"
+#include "texttools/ui/frmprint.h"
 
 namespace zelvane
 {
@@ -15,6 +16,7 @@ public:
 
 private:
     ProgressBox m_progress;
+    frmPrint m_print;
 };
 
 } // namespace zelvane
