@@ -31,6 +31,7 @@
 #include <QIcon>
 #include <QScopeGuard>
 #include <QSessionManager>
+#include <QStringList>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace zelvane;
@@ -233,9 +234,10 @@ int RunDialogMode(Application &application, const QString &document)
 }
 
 /// The command line alone decides which of three programs this process is.
-int Main(Application &application, const QByteArray &token)
+/// @param names the arguments that are no options of the toolkit either
+int Main(Application &application, const QStringList &names, const QByteArray &token)
 {
-    const CommandLine command(QCoreApplication::arguments().mid(1));
+    const CommandLine command(QCoreApplication::arguments().mid(1) + names);
     switch (command.Form()) {
     case StartForm::QuickPreset:
         return RunChooser(application, command.Document());
@@ -262,9 +264,14 @@ int main(int argc, char **argv)
         return answer->failure ? 2 : 0;
     }
 
+    // The toolkit takes its options from all arguments that it sees: from "--" on they are not shown to it.
+    const qsizetype end = arguments.indexOf(u"--"_s);
+    const QStringList names = end < 0 ? QStringList() : arguments.mid(end);
+    int shown = argc - int(names.size());
+
     const QByteArray token = ActivationToken();
-    Application application(argc, argv);
+    Application application(shown, argv);
     int code = 1;
-    application.Guard([&] { code = Main(application, token); });
+    application.Guard([&] { code = Main(application, names, token); });
     return code;
 }

@@ -17,9 +17,13 @@ enum class StartForm {
 };
 
 /// The argument string of the process. It is one string, never split: a path with blanks needs no quotes.
-/// The arguments of the process are joined by one blank. Those that name a file are made absolute, so that
-/// they mean the same to an editor that runs in another folder; and they are not searched for switches, so
-/// that a folder named "p " does not start the chooser.
+/// The arguments of the process are joined by one blank. Those that name a file, as a path, with or without
+/// double quotes, or as a "file://" address, are made absolute paths, so that they mean the same to an editor
+/// that runs in another folder; and they are not searched for switches, so that a folder named "p " does not
+/// start the chooser. Neither is what stands behind the first argument "--", which goes itself.
+///
+/// Where the whole string names a file, that is the document; else it is the first of the arguments that
+/// names one, and the others are ignored, as with files that are dropped.
 class CommandLine
 {
 public:

@@ -29,13 +29,15 @@ QString Usage()
 {
     return u"Usage: zelvane [FILE]\n"
            "\n"
-           "  zelvane FILE      opens FILE, in the running editor if there is one\n"
+           "  zelvane FILE      opens FILE, a path or a file:// address, in the running editor if there is "
+           "one\n"
            "  zelvane /i        starts another editor beside the running one\n"
            "  zelvane /p FILE   lets you choose a preset to run on FILE\n"
            "  zelvane /r FILE   shows the Run Csound dialog for FILE\n"
            "\n"
            "  -h, --help        prints this text\n"
-           "  -v, --version     prints the version\n"_s;
+           "  -v, --version     prints the version\n"
+           "  --                ends the options: what follows is a file\n"_s;
 }
 
 } // namespace

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 #include <QDir>
 #include <QFile>
+#include <QSysInfo>
 #include <QTemporaryDir>
 
 using namespace zelvane;
@@ -119,6 +120,108 @@ TEST(CommandLine, AFileIsMadeAbsoluteAndNotSearchedForSwitches)
            here + u"/none.orc"_s});
     Check({{u"none.orc"_s}, StartForm::Document, u"none.orc"_s, u"none.orc"_s});
     ASSERT_TRUE(QDir::setCurrent(before));
+}
+
+/// A folder that is the current one, with three files, as long as the test runs.
+class CommandLineFiles : public ::testing::Test
+{
+protected:
+    CommandLineFiles() : before(QDir::currentPath())
+    {
+        QDir::setCurrent(folder.path());
+        here = QDir::currentPath();
+        for (const QString &name : {u"a.orc"_s, u"b.sco"_s, u"c d#1?.csd"_s, u"-style"_s}) {
+            QFile file(name);
+            EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        }
+    }
+    ~CommandLineFiles() override { QDir::setCurrent(before); }
+
+    void Opens(const QStringList &arguments, const QString &name) const
+    {
+        Check({arguments, StartForm::Document, here + u'/' + name, here + u'/' + name});
+    }
+
+    QTemporaryDir folder;
+    QString before;
+    QString here;
+};
+
+TEST_F(CommandLineFiles, TheFirstOfSeveralIsOpened)
+{
+    Opens({u"a.orc"_s, u"b.sco"_s}, u"a.orc"_s);
+    Opens({u"b.sco"_s, u"a.orc"_s, u"b.sco"_s}, u"b.sco"_s);
+    Opens({u"none.orc"_s, u"b.sco"_s, u"a.orc"_s}, u"b.sco"_s);
+    Opens({u""_s, u"\"b.sco\""_s, u"a.orc"_s}, u"b.sco"_s);
+    Check({{u"/r"_s, u"b.sco"_s, u"a.orc"_s},
+           StartForm::RunCsound,
+           u"/r "_s + here + u"/b.sco "_s + here + u"/a.orc"_s,
+           here + u"/b.sco"_s});
+    // No file: the string as it stands. A switch that is no switch there is none either.
+    Check({{u"none.orc"_s, u"none.sco"_s},
+           StartForm::Document,
+           u"none.orc none.sco"_s,
+           u"none.orc none.sco"_s});
+    const QString asItStands = u"/i "_s + here + u"/a.orc"_s;
+    Check({{u"/i"_s, u"a.orc"_s}, StartForm::Document, asItStands, asItStands});
+}
+
+TEST_F(CommandLineFiles, TheWholeLineGoesBeforeItsParts)
+{
+    QFile file(u"a.orc b.sco"_s);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    Opens({u"a.orc"_s, u"b.sco"_s}, u"a.orc b.sco"_s);
+    Opens({u"--"_s, u"a.orc"_s, u"b.sco"_s}, u"a.orc b.sco"_s);
+    Check({{u"/p"_s, u"a.orc"_s, u"c d#1?.csd"_s},
+           StartForm::QuickPreset,
+           u"/p "_s + here + u"/a.orc "_s + here + u"/c d#1?.csd"_s,
+           here + u"/a.orc"_s});
+    // The switch of a split name is not its end.
+    Check({{u"/r"_s, u"c"_s, u"d#1?.csd"_s},
+           StartForm::RunCsound,
+           u"/r c d#1?.csd"_s,
+           here + u"/c d#1?.csd"_s});
+}
+
+TEST_F(CommandLineFiles, TwoDashesEndTheOptions)
+{
+    Opens({u"--"_s, u"a.orc"_s}, u"a.orc"_s);
+    Opens({u"--"_s, u"-style"_s}, u"-style"_s);
+    Opens({u"--"_s, u"b.sco"_s, u"a.orc"_s}, u"b.sco"_s);
+    Check({{u"--"_s}, StartForm::Nothing, {}, {}});
+    Check({{u"--"_s, u"/i"_s}, StartForm::Document, u"/i"_s, u"/i"_s});
+    Check({{u"/i"_s, u"--"_s}, StartForm::NewInstance, u"/i"_s, {}});
+    Check({{u"--"_s, u"/r /no/x.orc"_s}, StartForm::Document, u"/r /no/x.orc"_s, u"/r /no/x.orc"_s});
+    Check({{u"--"_s, u"/p"_s, u"/no"_s}, StartForm::Document, u"/p /no"_s, u"/p /no"_s});
+    Check({{u"/r"_s, u"--"_s, u"/p /no.orc"_s}, StartForm::RunCsound, u"/r /p /no.orc"_s, u"/p /no.orc"_s});
+    // Only the first one: the second is a name.
+    Check({{u"--"_s, u"--"_s}, StartForm::Document, u"--"_s, u"--"_s});
+    QFile dashes(u"--"_s);
+    ASSERT_TRUE(dashes.open(QIODevice::WriteOnly));
+    Opens({u"--"_s}, u"--"_s);
+    Opens({u"--"_s, u"a.orc"_s}, u"a.orc"_s);
+}
+
+TEST_F(CommandLineFiles, AnAddressIsAPath)
+{
+    const QString start = u"file://"_s + here;
+    Opens({start + u"/a.orc"_s}, u"a.orc"_s);
+    Opens({u"FILE://localhost"_s + here + u"/a.orc"_s}, u"a.orc"_s);
+    Opens({u"file://"_s + QSysInfo::machineHostName() + here + u"/a.orc"_s}, u"a.orc"_s);
+    Opens({start + u"/c%20d%231%3f.csd"_s}, u"c d#1?.csd"_s);
+    Opens({start + u"/c d#1?.csd"_s}, u"c d#1?.csd"_s);
+    Opens({start + u"/c"_s, u"d#1?.csd"_s}, u"c d#1?.csd"_s);
+    Opens({u"--"_s, start + u"/b.sco"_s, start + u"/a.orc"_s}, u"b.sco"_s);
+    Check({{u"/p"_s, start + u"/a.orc"_s},
+           StartForm::QuickPreset,
+           u"/p "_s + here + u"/a.orc"_s,
+           here + u"/a.orc"_s});
+    // A file that is not there is told by its path, and is searched for no switch either.
+    Check({{u"file:///no/p%20/x.orc"_s}, StartForm::Document, u"/no/p /x.orc"_s, u"/no/p /x.orc"_s});
+    // Another machine's file, and what is no path.
+    for (const QString &other : {u"file://elsewhere.example.org/x.orc"_s, u"file:x.orc"_s, u"file://"_s,
+                                 u"file:///a%00b.orc"_s, u"http://localhost/x.orc"_s})
+        Check({{other}, StartForm::Document, other, other});
 }
 
 } // namespace
