@@ -1,0 +1,302 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/runtimeerror.h"
+#include "platform/textfile.h"
+#include "platform/xdgfiletypes.h"
+#include "support/childprocess.h"
+#include "support/printers.h"
+#include "support/randomtext.h"
+
+#include <gtest/gtest.h>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+using namespace zelvane;
+using namespace Qt::Literals::StringLiterals;
+
+namespace
+{
+
+FileClass Example(const QString &executable)
+{
+    return {.title = u"Example"_s,
+            .kind = u"Kind"_s,
+            .summary = u"A \\ summary"_s,
+            .description = u"One & two"_s,
+            .executable = executable,
+            .icon = "<svg/>",
+            .types = {{u"text/x-a"_s, {u"AA"_s, u"a[1]"_s}}, {u"text/x-b"_s, {u"bb"_s, u"aa"_s}, {u"<B"_s}}},
+            .verbs = {{.caption = u"Example"_s},
+                      {.key = u"other"_s, .caption = u"Do &It"_s, .parameters = u"/x"_s}},
+            .actions = {{.key = u"new"_s, .caption = u"New"_s, .parameters = u"/i"_s}}};
+}
+
+QString ValueOf(const QString &entry, const QString &key)
+{
+    for (const QString &line : entry.split(u'\n'))
+        if (line.startsWith(key + u'='))
+            return line.sliced(key.size() + 1);
+    return u"(no line)"_s;
+}
+
+TEST(XdgFileTypes, AnEntryForEachVerb)
+{
+    const FileClass example = Example(u"/usr/bin/example"_s);
+    EXPECT_EQ(EntryName(example, example.verbs[0]), u"example.desktop"_s);
+    EXPECT_EQ(EntryText(example, example.verbs[0]), u"[Desktop Entry]\n"
+                                                    "Type=Application\n"
+                                                    "Version=1.0\n"
+                                                    "Name=Example\n"
+                                                    "GenericName=Kind\n"
+                                                    "Comment=A \\\\ summary\n"
+                                                    "Exec=/usr/bin/example %f\n"
+                                                    "TryExec=/usr/bin/example\n"
+                                                    "Icon=example\n"
+                                                    "Terminal=false\n"
+                                                    "Categories=AudioVideo;Audio;AudioVideoEditing;\n"
+                                                    "MimeType=text/x-a;text/x-b;\n"
+                                                    "StartupNotify=true\n"
+                                                    "StartupWMClass=example\n"
+                                                    "Actions=new;\n"
+                                                    "\n"
+                                                    "[Desktop Action new]\n"
+                                                    "Name=New\n"
+                                                    "Exec=/usr/bin/example /i\n"_s);
+    EXPECT_EQ(EntryName(example, example.verbs[1]), u"example-other.desktop"_s);
+    EXPECT_EQ(EntryText(example, example.verbs[1]), u"[Desktop Entry]\n"
+                                                    "Type=Application\n"
+                                                    "Version=1.0\n"
+                                                    "Name=Do It\n"
+                                                    "Exec=/usr/bin/example /x %f\n"
+                                                    "TryExec=/usr/bin/example\n"
+                                                    "Icon=example\n"
+                                                    "Terminal=false\n"
+                                                    "NoDisplay=true\n"
+                                                    "MimeType=text/x-a;text/x-b;\n"
+                                                    "StartupNotify=true\n"
+                                                    "StartupWMClass=example\n"_s);
+}
+
+TEST(XdgFileTypes, AProgramInQuotesWhereItNeedsThem)
+{
+    const auto command = [](const QString &executable) {
+        const FileClass example = Example(executable);
+        return ValueOf(EntryText(example, example.verbs[0]), u"Exec"_s);
+    };
+    EXPECT_EQ(command(u"/opt/a-b.c_d+/x"_s), u"/opt/a-b.c_d+/x %f"_s);
+    EXPECT_EQ(command(u"/a b/x"_s), u"\"/a b/x\" %f"_s);
+    EXPECT_EQ(command(u"/50%/x"_s), u"/50%%/x %f"_s);
+    EXPECT_EQ(command(u"/a\"b`$c/x"_s), u"\"/a\\\\\"b\\\\`\\\\$c/x\" %f"_s);
+    EXPECT_EQ(command(u"/a\\b/x"_s), u"\"/a\\\\\\\\b/x\" %f"_s);
+    EXPECT_EQ(command(u"/a\tb\n/x"_s), u"\"/a\\tb\\n/x\" %f"_s);
+}
+
+TEST(XdgFileTypes, AnExtensionBelongsToTheFirstType)
+{
+    EXPECT_EQ(MimePackageText(Example(u"/x"_s), 60),
+              u"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+              "<mime-info xmlns=\"http://www.freedesktop.org/standards/shared-mime-info\">\n"
+              "  <mime-type type=\"text/x-a\">\n"
+              "    <comment>One &amp; two</comment>\n"
+              "    <icon name=\"example\"/>\n"
+              "    <sub-class-of type=\"text/plain\"/>\n"
+              "    <glob pattern=\"*.aa\" weight=\"60\"/>\n"
+              "    <glob pattern=\"*.a[[]1]\" weight=\"60\"/>\n"
+              "  </mime-type>\n"
+              "  <mime-type type=\"text/x-b\">\n"
+              "    <comment>One &amp; two</comment>\n"
+              "    <icon name=\"example\"/>\n"
+              "    <sub-class-of type=\"text/plain\"/>\n"
+              "    <magic priority=\"50\">\n"
+              "      <match type=\"string\" offset=\"0:1024\" value=\"&lt;B\"/>\n"
+              "    </magic>\n"
+              "    <glob pattern=\"*.bb\" weight=\"60\"/>\n"
+              "  </mime-type>\n"
+              "</mime-info>\n"_s);
+    EXPECT_FALSE(MimePackageText(Example(u"/x"_s), 50).contains(u"weight"_s));
+}
+
+TEST(Associations, AreAddedAtTheEndOfTheirGroup)
+{
+    const QByteArrayList types = {"t/a", "t/b"};
+    const QByteArrayList entries = {"x.desktop", "y.desktop"};
+    EXPECT_EQ(WithAssociations({}, "G", types, entries),
+              "[G]\nt/a=x.desktop;y.desktop;\nt/b=x.desktop;y.desktop;\n");
+    EXPECT_EQ(WithAssociations("[G]", "G", {"t/a"}, {"x"}), "[G]\nt/a=x;\n");
+    EXPECT_EQ(WithAssociations("; note\n[F]\nt/a=f", "G", {"t/a"}, {"x"}),
+              "; note\n[F]\nt/a=f\n\n[G]\nt/a=x;\n");
+    EXPECT_EQ(WithAssociations("[G]\nt/z=z\n\n\n[F]\nt/a=f\n", "G", {"t/a"}, {"x"}),
+              "[G]\nt/z=z\nt/a=x;\n\n\n[F]\nt/a=f\n");
+}
+
+TEST(Associations, GoBeforeThoseThatStandThere)
+{
+    const QByteArray list = "[F]\nt/a=f;\n[G]\n t/a = o.desktop;x.desktop;;p.desktop\nt/ab=q\n";
+    EXPECT_EQ(WithAssociations(list, "G", {"t/a"}, {"x.desktop"}),
+              "[F]\nt/a=f;\n[G]\nt/a=x.desktop;o.desktop;p.desktop;\nt/ab=q\n");
+    EXPECT_EQ(WithAssociations("[G]\nt/a=\n", "G", {"t/a"}, {"x"}), "[G]\nt/a=x;\n");
+}
+
+TEST(Associations, AreRemovedWithTheirLine)
+{
+    const QByteArray list = "[G]\nt/a=x;o;\nt/b=x\n\nt/c=o\n[F]\nt/b=x\n";
+    EXPECT_EQ(WithoutAssociations(list, "G", {"t/a", "t/b", "t/c", "t/d"}, {"x", "y"}),
+              "[G]\nt/a=o;\n\nt/c=o\n[F]\nt/b=x\n");
+    EXPECT_EQ(WithoutAssociations(list, "none", {"t/a"}, {"x"}), list);
+    EXPECT_EQ(TypesIn(list, "G", {"t/a", "t/x", "t/c"}), QByteArrayList({"t/a", "t/c"}));
+    EXPECT_EQ(TypesIn("", "G", {"t/a"}), QByteArrayList());
+}
+
+/// What a line by line reading of the list says of a type.
+QByteArrayList EntriesOf(const QByteArray &list, const QByteArray &group, const QByteArray &type)
+{
+    QByteArray current;
+    for (const QByteArray &line : list.split('\n')) {
+        if (line.trimmed().startsWith('['))
+            current = line.trimmed();
+        else if (current == '[' + group + ']' && line.contains('=') &&
+                 line.left(line.indexOf('=')).trimmed() == type) {
+            QByteArrayList entries = line.mid(line.indexOf('=') + 1).trimmed().split(';');
+            entries.removeAll({});
+            return entries;
+        }
+    }
+    return {};
+}
+
+TEST(Associations, NothingElseOfAListChanges)
+{
+    test::RandomText texts({u"[G]\n"_s, u"[F]\n"_s, u"t/a=x;o\n"_s, u"t/b = o;\n"_s, u"\n"_s, u"# n\n"_s,
+                            u"t/a="_s, u"junk\n"_s, u" [G] \n"_s},
+                           8);
+    for (int i = 0; i < 5000; ++i) {
+        const QByteArray list = texts.Next().toUtf8();
+        SCOPED_TRACE(list.toStdString());
+        const QByteArray with = WithAssociations(list, "G", {"t/a"}, {"x", "y"});
+        const QByteArrayList had = EntriesOf(list, "G", "t/a");
+        QByteArrayList expected = {"x", "y"};
+        for (const QByteArray &entry : had)
+            if (!expected.contains(entry))
+                expected.append(entry);
+        // A second group of the same name is another's slip: the first one counts.
+        if (list.count("[G]") < 2) {
+            ASSERT_EQ(EntriesOf(with, "G", "t/a"), expected);
+        }
+        ASSERT_EQ(WithAssociations(with, "G", {"t/a"}, {"x", "y"}), with) << "the second time is the first";
+        // What is not the line itself stays, in its order.
+        QByteArrayList before = list.split('\n');
+        QByteArrayList after = with.split('\n');
+        const auto other = [](const QByteArray &line) {
+            return line.trimmed().isEmpty() || line.startsWith("t/a=") || line.trimmed() == "[G]";
+        };
+        before.removeIf(other);
+        after.removeIf(other);
+        ASSERT_EQ(after, before);
+    }
+}
+
+class Registering : public ::testing::Test
+{
+protected:
+    QTemporaryDir folder;
+    QString data = folder.path() + u"/data"_s;
+    QString config = folder.path() + u"/config"_s;
+    XdgFileTypes registry{data, config, {u"Some"_s, u"Other"_s}};
+    FileClass example = Example(u"/usr/bin/example"_s);
+
+    void Put(const QString &name, const QByteArray &bytes)
+    {
+        QDir().mkpath(QFileInfo(name).path());
+        WriteFileBytes(name, bytes);
+    }
+    void ExpectWhole()
+    {
+        EXPECT_EQ(ReadFileBytes(data + u"/applications/example.desktop"_s),
+                  EntryText(example, example.verbs[0]).toUtf8());
+        EXPECT_EQ(ReadFileBytes(data + u"/applications/example-other.desktop"_s),
+                  EntryText(example, example.verbs[1]).toUtf8());
+        EXPECT_EQ(ReadFileBytes(data + u"/mime/packages/example.xml"_s),
+                  MimePackageText(example, 60).toUtf8());
+        EXPECT_TRUE(ReadFileBytes(data + u"/mime/globs2"_s).contains("60:text/x-a:*.aa\n"));
+        EXPECT_EQ(ReadFileBytes(data + u"/icons/hicolor/scalable/apps/example.svg"_s), "<svg/>");
+        EXPECT_EQ(ReadFileBytes(data + u"/applications/mimeapps.list"_s),
+                  "[Added Associations]\n"
+                  "text/x-a=example.desktop;example-other.desktop;\n"
+                  "text/x-b=example.desktop;example-other.desktop;\n"
+                  "\n"
+                  "[Default Applications]\n"
+                  "text/x-a=example.desktop;\n"
+                  "text/x-b=example.desktop;\n");
+    }
+};
+
+TEST_F(Registering, WritesAllUnderTheDataFolder)
+{
+    registry.Register(example);
+    ExpectWhole();
+    EXPECT_FALSE(QFileInfo::exists(config)) << "nothing there says otherwise";
+    registry.Register(example);
+    ExpectWhole();
+}
+
+TEST_F(Registering, ChangesListsThatSayOtherwise)
+{
+    Put(config + u"/mimeapps.list"_s,
+        "[Default Applications]\ntext/x-b=rival.desktop\ntext/html=web.desktop\n"
+        "[Removed Associations]\ntext/x-a=example.desktop;rival.desktop;\n");
+    Put(config + u"/some-mimeapps.list"_s, "[Default Applications]\ntext/html=web.desktop\n");
+    Put(data + u"/applications/other-mimeapps.list"_s, "[Default Applications]\ntext/x-a=rival.desktop;\n");
+    registry.Register(example);
+    EXPECT_EQ(ReadFileBytes(config + u"/mimeapps.list"_s),
+              "[Default Applications]\ntext/x-b=example.desktop;rival.desktop;\ntext/html=web.desktop\n"
+              "[Removed Associations]\ntext/x-a=rival.desktop;\n");
+    EXPECT_EQ(ReadFileBytes(config + u"/some-mimeapps.list"_s),
+              "[Default Applications]\ntext/html=web.desktop\n");
+    EXPECT_EQ(ReadFileBytes(data + u"/applications/other-mimeapps.list"_s),
+              "[Default Applications]\ntext/x-a=example.desktop;rival.desktop;\n");
+    ExpectWhole();
+}
+
+TEST_F(Registering, AFailureAtAnyStepCanBeRepeated)
+{
+    // A folder where a file is to be, and a file where a folder is to be.
+    for (const QString &place :
+         {u"/mime"_s, u"/mime/packages/example.xml"_s, u"/icons/hicolor/scalable/apps/example.svg"_s,
+          u"/applications"_s, u"/applications/example.desktop"_s, u"/applications/example-other.desktop"_s,
+          u"/applications/mimeapps.list"_s}) {
+        SCOPED_TRACE(place.toStdString());
+        const bool isFolder = !place.contains(u'.');
+        const QString own = folder.path() + place.section(u'/', -1) + QString::number(isFolder);
+        const QString obstacle = own + place;
+        XdgFileTypes there(own, config);
+        if (isFolder)
+            Put(obstacle, "in the way");
+        else
+            ASSERT_TRUE(QDir().mkpath(obstacle));
+        EXPECT_THROW(there.Register(example), RunTimeError);
+        EXPECT_FALSE(QFileInfo(own + u"/applications/mimeapps.list"_s).isFile())
+            << "no default without the rest";
+        ASSERT_TRUE(isFolder ? QFile::remove(obstacle) : QDir().rmdir(obstacle));
+        there.Register(example);
+        data = own;
+        ExpectWhole();
+        EXPECT_FALSE(test::NamesIn(own + u"/applications"_s).join(u' ').contains(u'~'));
+    }
+}
+
+TEST_F(Registering, AToolThatFailsOrIsNotThereIsAFailure)
+{
+    const QByteArray path = qgetenv("PATH");
+    const QString tool = folder.path() + u"/bin/update-mime-database"_s;
+    Put(tool, "#!/bin/sh\nexit 1\n");
+    ASSERT_TRUE(QFile::setPermissions(tool, QFile::ReadOwner | QFile::ExeOwner));
+    qputenv("PATH", QFile::encodeName(folder.path() + u"/bin:"_s) + path);
+    EXPECT_THROW(registry.Register(example), RunTimeError);
+    qputenv("PATH", QFile::encodeName(folder.path() + u"/none"_s));
+    EXPECT_THROW(registry.Register(example), RunTimeError);
+    qputenv("PATH", path);
+    registry.Register(example);
+    ExpectWhole();
+}
+
+} // namespace
