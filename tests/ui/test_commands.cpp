@@ -43,7 +43,6 @@ const Command NotBuilt[] = {
     Cmd::mnuPreferences,
     Cmd::mnuCodeRes,
     Cmd::mnuCodeResAdd,
-    Cmd::mnuAbout,
 };
 
 QStringList RowNames(const std::vector<Command> &commands)

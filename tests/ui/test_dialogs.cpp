@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What all dialogs have to keep: nothing is cut off, every control is reached by the keyboard and has a name.
 
+#include "preferences/ui/formabout.h"
 #include "run/toolpaths.h"
 #include "run/ui/frmflags.h"
 #include "run/ui/frmimages.h"
@@ -121,6 +122,8 @@ const std::vector<DialogRow> &Dialogs()
         {"Pick an image", [](Place &) { return std::make_unique<frmImages>(); }, {}},
         {"Preset chooser", [](Place &place) { return std::make_unique<frmQuickPreset>(place.Run()); },
          u"lstPreset cmdOK cmdCancel cmdEdit"_s},
+        {"About", [](Place &place) { return std::make_unique<Formabout>(place.context.editor); },
+         u"bOK lblWeb lblMail bMM bOLE"_s},
     };
     return rows;
 }

@@ -305,7 +305,7 @@ void MainWindowTest::HelpCommandsOpenTheirPages()
     editor.desktop.ExpectShellRun({.verb = u"open"_s, .file = page}, 2);
     editor.desktop.ExpectMessage({.text = u"Cannot start Zelvane Help."_s, .icon = BoxIcon::Warning});
     editor.Row(u"mnuAppHelp"_s).trigger();
-    QVERIFY(!editor.Row(u"mnuAbout"_s).isEnabled());
+    QVERIFY(editor.Row(u"mnuAbout"_s).isEnabled());
 }
 
 void MainWindowTest::CaptionKeepsOddNames()

@@ -5,6 +5,7 @@
 #include "language/ui/languageroom.h"
 #include "player/ui/fileroom.h"
 #include "player/ui/playerroom.h"
+#include "preferences/ui/preferencesroom.h"
 #include "run/ui/runroom.h"
 #include "shell/ui/windowcontext.h"
 #include "texttools/ui/texttoolsroom.h"
@@ -21,6 +22,7 @@ struct RoomList {
     FileRoom files{context, player.ThePlayer()};
     TextToolsRoom textTools{context};
     InstrumentsRoom instruments{context};
+    PreferencesRoom preferences{context};
 };
 
 } // namespace zelvane

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "preferences/ui/preferencesroom.h"
+
+#include "preferences/ui/formabout.h"
+#include "shell/command.h"
+#include "shell/editorcontext.h"
+#include "shell/ui/commands.h"
+
+namespace zelvane
+{
+
+PreferencesRoom::PreferencesRoom(const WindowContext &context)
+{
+    EditorContext &editor = context.editor;
+    QWidget *window = context.window;
+    context.commands.Bind(Cmd::mnuAbout, [&editor, window] { Formabout(editor, window).exec(); });
+}
+
+} // namespace zelvane
