@@ -38,7 +38,7 @@ missing_packages() {
 install_missing() {
   local uses missing
   case "$*" in
-    test) uses="build run display test" ;;
+    test) uses="build package run display test" ;;
     *) uses="$*" ;;
   esac
   if ! command -v dpkg-query >/dev/null; then

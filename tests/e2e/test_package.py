@@ -1,0 +1,178 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The Debian package of the built program: made, checked by the tools of its formats, unpacked, and used."""
+
+import gzip
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+from pathlib import Path
+
+from support.stage import Sound, check, copy_example, equal, main, rendered
+
+SOURCE = Path(__file__).resolve().parents[2]
+BUILD = Path(sys.argv[1]).resolve().parents[1] if len(sys.argv) > 1 else None
+LARGEST = 5_000_000  # bytes
+SIDES = (16, 22, 24, 32, 48, 64, 128, 256)
+
+STORE = """[Options]
+Used=2
+Splash=0
+Csound=/usr/bin/csound
+
+[Presets]
+Render=
+
+[Render]
+Command=$CSOUND$
+Args=-d -W -o $WAVE$ $DOCUMENT$
+"""
+
+
+def run(*command, **options):
+    """Runs a tool to its good end and gives what it has printed."""
+    result = subprocess.run(
+        list(map(str, command)), capture_output=True, text=True, timeout=120, check=False, stdin=subprocess.DEVNULL, **options
+    )
+    check(result.returncode == 0, f"{command[0]} has ended with {result.returncode}: {result.stdout}{result.stderr}")
+    return result.stdout + result.stderr
+
+
+class Package:
+    """The package, made once for all scenarios, and what is in it."""
+
+    def __init__(self, folder):
+        self.folder = Path(folder)
+        run("cpack", "--config", BUILD / "CPackConfig.cmake", "-G", "DEB", "-B", self.folder / "made", cwd=BUILD)
+        made = list((self.folder / "made").glob("*.deb"))
+        equal(len(made), 1, "packages made")
+        self.file = made[0]
+        self.root = self.folder / "root"
+        run("dpkg-deb", "-x", self.file, self.root)
+        self.share = self.root / "usr" / "share"
+
+    def field(self, name):
+        return run("dpkg-deb", "-f", self.file, name).strip()
+
+
+def is_there_whole(stage):
+    size = package.file.stat().st_size
+    check(size < LARGEST, f"the package has {size} bytes")
+    version = re.search(r"VERSION (\d+\.\d+\.\d+)", (SOURCE / "CMakeLists.txt").read_text()).group(1)
+    equal(package.field("Version"), version, "version")
+    equal(package.field("Maintainer"), "the Zelvane authors <zelvane@example.org>", "maintainer")
+    depends = package.field("Depends")
+    for name in ("libc6", "libqt6widgets6", "libqt6svg6", "libqscintilla2-qt6-15", "libsndfile1", "libsdl2-2.0-0"):
+        check(re.search(rf"\b{re.escape(name)}\b", depends), f"{name} in {depends}")
+    for name in ("shared-mime-info", "xdg-utils"):  # called, not linked
+        check(name in depends, f"{name} in {depends}")
+    check("csound" in package.field("Recommends"), "Csound itself is recommended")
+
+    for name in ("opcodes.txt", "zelvane.html", "csound.hlp"):
+        check((package.share / "zelvane" / name).is_file(), f"{name} in the package")
+    for page in (SOURCE / "docs" / "guide").iterdir():
+        check((package.share / "doc" / "zelvane" / "guide" / page.name).is_file(), f"{page.name} of the guide")
+    for program in (Path(sys.argv[1]).parent / name for name in ("zelvane", "zelvane-console")):
+        if program.exists():
+            packed = package.root / "usr" / "bin" / program.name
+            check(packed.is_file() and packed.stat().st_mode & 0o111, f"{program.name} in the package")
+            check("not found" not in run("ldd", packed), f"the libraries of {program.name}")
+            check("RUNPATH" not in run("readelf", "-d", packed), f"{program.name} looks for libraries in the build")
+    changes = gzip.decompress((package.share / "doc" / "zelvane" / "changelog.gz").read_bytes()).decode()
+    check(changes.startswith(f"zelvane ({version}) "), "the log of changes begins with this version")
+    check("GPL-3" in (package.share / "doc" / "zelvane" / "copyright").read_text(), "the licence is told")
+
+
+def icons_have_their_sizes(stage):
+    icons = package.share / "icons" / "hicolor"
+    run("xmllint", "--noout", icons / "scalable" / "apps" / "zelvane.svg")
+    for side in SIDES:
+        picture = icons / f"{side}x{side}" / "apps" / "zelvane.png"
+        equal(run("identify", "-format", "%wx%h", picture), f"{side}x{side}", picture.name)
+        # The emblem's ground in the middle of its left side; outside its round corners nothing is drawn.
+        colours = run("convert", picture, "-format", f"%[pixel:p{{{side // 8},{side // 2}}}] %[pixel:p{{0,0}}]", "info:")
+        check(re.match(r"s?rgba?\((2\d|3\d|4\d),", colours) and colours.split()[-1].endswith(",0)"), f"{picture}: {colours}")
+
+
+def formats_are_right(stage):
+    applications = package.share / "applications"
+    for entry in applications.iterdir():
+        equal(run("desktop-file-validate", entry), "", entry.name)
+    metainfo = list((package.share / "metainfo").iterdir())
+    equal(len(metainfo), 1, "descriptions for software centres")
+    run("appstreamcli", "validate", "--no-net", metainfo[0])
+    run("xmllint", "--noout", metainfo[0], package.share / "mime" / "packages" / "zelvane.xml")
+    for page in (package.share / "man" / "man1").iterdir():
+        environment = stage.environment | {"MANWIDTH": "80", "MANROFFSEQ": ""}
+        warnings = run("man", "--warnings", "-E", "UTF-8", "-l", "-T", "utf8", "-Z", page, env=environment)
+        check("warning" not in warnings and "error" not in warnings.lower().replace("x error", ""), f"{page.name}: {warnings[-2000:]}")
+    told = run("lintian", "--fail-on", "error", "--allow-root", package.file, env=stage.environment)
+    check(not re.search(r"^E:", told, re.MULTILINE), told)
+
+
+def files_are_known_by_name_and_content(stage):
+    types = stage.folder / "data" / "mime"
+    shutil.copytree(package.share / "mime", types)
+    equal(run("update-mime-database", types, env=stage.environment), "", "what it says")
+    shutil.copytree(package.share / "applications", stage.folder / "data" / "applications")
+    environment = stage.environment | {"PATH": f"{package.root}/usr/bin:{stage.environment['PATH']}"}
+    unnamed = "; a piece\n<CsoundSynthesizer>\n</CsoundSynthesizer>\n"
+    for name, text, kind in (("a.orc", "; x\n", "orc"), ("B.SCO", "; x\n", "sco"), ("c d.csd", "; x\n", "csd"), ("d", unnamed, "csd")):
+        piece = stage.home / name
+        piece.write_text(text)
+        told = run("gio", "info", "--attributes=standard::content-type", piece, env=environment)
+        check(f"content-type: text/x-csound-{kind}" in told, f"{name}: {told}")
+        default = run("xdg-mime", "query", "default", f"text/x-csound-{kind}", env=environment)
+        equal(default.strip(), "zelvane.desktop", f"what opens {name}")
+
+
+def completion_offers_pieces_and_options(stage):
+    for name in ("piece.csd", "piece.ORC", "picture.png", "-style.sco"):
+        (stage.home / name).touch()
+    (stage.home / "pi dir").mkdir()
+    script = package.share / "bash-completion" / "completions" / "zelvane"
+
+    def offered(*words):
+        typed = f"source {script}; COMP_WORDS=(zelvane \"$@\"); COMP_CWORD=$#; _zelvane; printf '%s\\n' \"${{COMPREPLY[@]}}\""
+        told = run("bash", "--norc", "-uc", typed, "bash", *words, cwd=stage.home, env=stage.environment)
+        return sorted(filter(None, told.split("\n")))
+
+    equal(offered("pi"), ["pi dir", "piece.ORC", "piece.csd"], "names")
+    equal(offered("--v"), ["--version"], "an option")
+    equal(offered("--", "-"), ["./-style.sco"], "a name like an option")
+    check({"/i", "/p", "/r"} <= set(offered("/")), "the switches")
+    check("/p" not in offered("x", "/"), "no switch behind a name")
+    equal(offered("/r", "piece.c"), ["piece.csd"], "a name behind a switch")
+
+
+def unpacked_program_renders_a_piece(stage):
+    stage.program = str(package.root / "usr" / "bin" / "zelvane")
+    stage.write_store(STORE)
+    piece = copy_example(stage, "oscil.csd", "a piece")
+    wave = piece.with_suffix(".wav")
+    editor = stage.start("--", f"file://{str(piece).replace(' ', '%20')}")
+    window = editor.window(lambda title: str(piece) in title)
+    editor.at_rest()
+    check("Unified Format" in window.title(), window.title())
+    check((stage.folder / "data" / "zelvane" / "opcodes.txt").is_file(), "the list of opcodes comes from the package")
+    window.screenshot("package-opened")
+    window.keys("ctrl+1")
+    stage.until(lambda: rendered(wave), lambda: f"{wave}; the program said: {editor.output()}")
+    check(Sound(wave).seconds > 1 and Sound(wave).peak > 300, f"{wave} is no sound")
+    editor.close(window)
+
+
+with tempfile.TemporaryDirectory(prefix="zelvane-package-") as place:
+    try:
+        package = Package(place)
+    except AssertionError as failure:
+        sys.exit(f"the package FAILED: {failure}")
+    main(
+        is_there_whole,
+        icons_have_their_sizes,
+        formats_are_right,
+        files_are_known_by_name_and_content,
+        completion_offers_pieces_and_options,
+        unpacked_program_renders_a_piece,
+    )
