@@ -112,6 +112,24 @@ def paths_with_blanks_need_no_quotes(stage):
         editor.close(window)
 
 
+def several_files_and_names_like_options(stage):
+    stage.write_store(STORE.format(more=""))
+    for name in ("-style", "b.sco", "c d.csd"):
+        (stage.home / name).write_text("; a piece\n")
+    for arguments, name in (
+        (["none.orc", "b.sco", "c d.csd"], "b.sco"),
+        (["--", "-style"], "-style"),
+        ([f"file://{stage.home}/c%20d.csd", "b.sco"], "c d.csd"),
+    ):
+        editor = stage.start(*arguments)
+        window = editor.window(lambda title: str(stage.home / name) in title)
+        if name == "b.sco":
+            # A second start hands over a path that the running editor knows.
+            equal(stage.start("--", "-style", "b.sco").ended(), 0, "exit code of the second process")
+            stage.until(lambda: str(stage.home / "-style") in window.title(), window.title)
+        editor.close(window)
+
+
 def what_cannot_be_opened_says_so(stage):
     stage.write_store(STORE.format(more="Startup=2"))
     os.mkfifo(stage.home / "fifo.orc")
@@ -199,6 +217,7 @@ main(
     splash_stands_until_the_document_does,
     start_up_rule_without_a_file,
     paths_with_blanks_need_no_quotes,
+    several_files_and_names_like_options,
     what_cannot_be_opened_says_so,
     editor_outlives_its_terminal,
     broken_settings_are_told_once_and_keep_nothing_back,
