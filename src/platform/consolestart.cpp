@@ -1,0 +1,218 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/consolestart.h"
+
+#include "platform/executables.h"
+#include "platform/nativecalls.h"
+#include "platform/nativefile.h"
+
+#include <algorithm>
+#include <array>
+#include <fcntl.h>
+#include <poll.h>
+#include <QCoreApplication>
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+#include <QLatin1String>
+#include <QProcess>
+#include <QStandardPaths>
+#include <unistd.h>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane
+{
+
+namespace
+{
+
+constexpr int LookEveryMs = 100;
+constexpr char StartedWord = 's';
+constexpr char EndedWord = 'e';
+constexpr qint64 LargestEntry = 1 << 20;
+const QString ConsoleName = u"zelvane-console"_s;
+
+/// What entries use to run something else: that is named as graphical, not they.
+bool IsGeneralProgram(const QString &program)
+{
+    static const std::array names{QLatin1String("sh"),    QLatin1String("bash"),    QLatin1String("dash"),
+                                  QLatin1String("zsh"),   QLatin1String("env"),     QLatin1String("perl"),
+                                  QLatin1String("ruby"),  QLatin1String("java"),    QLatin1String("node"),
+                                  QLatin1String("wine"),  QLatin1String("flatpak"), QLatin1String("snap"),
+                                  QLatin1String("sudo"),  QLatin1String("pkexec"),  QLatin1String("csound"),
+                                  QLatin1String("nohup"), QLatin1String("busybox")};
+    const QString name = QFileInfo(program).fileName();
+    return name.startsWith(u"python"_s) ||
+           std::any_of(names.begin(), names.end(), [&](QLatin1String known) { return name == known; });
+}
+
+/// The first word of an entry's command line.
+QString FirstWord(const QString &exec)
+{
+    QString word;
+    bool quoted = false;
+    for (qsizetype i = 0; i < exec.size(); ++i) {
+        const QChar character = exec[i];
+        if (character == u'"')
+            quoted = !quoted;
+        else if (quoted && character == u'\\' && i + 1 < exec.size())
+            word += exec[++i];
+        else if (!quoted && character == u' ')
+            break;
+        else
+            word += character;
+    }
+    return word;
+}
+
+/// The program of an entry with windows of its own; empty for another entry.
+QString GraphicalProgramOf(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    QString exec;
+    bool inEntry = false;
+    bool isApplication = false;
+    for (const QByteArray &raw : file.read(LargestEntry).split('\n')) {
+        const QString line = QString::fromUtf8(raw).trimmed();
+        if (line.startsWith(u'[')) {
+            inEntry = line == u"[Desktop Entry]"_s;
+            continue;
+        }
+        if (!inEntry)
+            continue;
+        const qsizetype equals = line.indexOf(u'=');
+        const QString key = line.left(std::max<qsizetype>(0, equals)).trimmed();
+        const QString value = line.mid(equals + 1).trimmed();
+        if (key == u"Terminal"_s && value == u"true"_s)
+            return {};
+        if (key == u"Type"_s)
+            isApplication = value == u"Application"_s;
+        if (key == u"Exec"_s)
+            exec = value;
+    }
+    return isApplication ? FirstWord(exec) : QString();
+}
+
+bool IsOurs(const QString &program)
+{
+    const QFileInfo own(QCoreApplication::applicationFilePath());
+    const QString path = QFileInfo(program).canonicalFilePath();
+    return path == own.canonicalFilePath() || path == QFileInfo(ConsoleProgram()).canonicalFilePath() ||
+           path == QFileInfo(own.absolutePath() + u"/zelvane"_s).canonicalFilePath();
+}
+
+bool Start(QProcess &process, const QString &console, const ConsoleRun &run, int notify)
+{
+    process.setProgram(console);
+    process.setArguments(ConsoleArguments(run, notify));
+    process.setStandardInputFile(QProcess::nullDevice());
+    if (notify >= 0)
+        ::fcntl(notify, F_SETFD, 0); // no other program is started meanwhile
+    const bool started = process.startDetached();
+    KeepForSelf(notify);
+    return started;
+}
+
+} // namespace
+
+QStringList ConsoleArguments(const ConsoleRun &run, int notify)
+{
+    QStringList arguments{u"--title"_s, run.title, u"--window"_s, QString::number(run.showState)};
+    if (!run.folder.isEmpty())
+        arguments += {u"--folder"_s, run.folder};
+    if (notify >= 0)
+        arguments += {u"--notify"_s, QString::number(notify)};
+    arguments += {u"--"_s, run.program};
+    return arguments + run.arguments;
+}
+
+bool HasOwnWindow(const QString &program)
+{
+    if (IsOurs(program))
+        return true;
+    if (IsGeneralProgram(program))
+        return false;
+    const QString path = QFileInfo(program).canonicalFilePath();
+    const QString name = QFileInfo(program).fileName();
+    for (const QString &folder : QStandardPaths::standardLocations(QStandardPaths::ApplicationsLocation)) {
+        QDirIterator entries(folder, {u"*.desktop"_s}, QDir::Files, QDirIterator::Subdirectories);
+        while (entries.hasNext()) {
+            const QString entry = GraphicalProgramOf(entries.next());
+            // The name first: few entries need a look at the file system.
+            if (entry.isEmpty() || IsGeneralProgram(entry))
+                continue;
+            if (QFileInfo(entry).fileName() != name &&
+                QFileInfo(entry).fileName() != QFileInfo(path).fileName())
+                continue;
+            if (QFileInfo(FindExecutable(entry)).canonicalFilePath() == path)
+                return true;
+        }
+    }
+    return false;
+}
+
+QString ConsoleProgram()
+{
+    return FindExecutable(QCoreApplication::applicationDirPath() + u'/' + ConsoleName);
+}
+
+bool StartConsole(const QString &console, const ConsoleRun &run, QString *error)
+{
+    QProcess process;
+    if (Start(process, console, run, -1))
+        return true;
+    *error = process.errorString();
+    return false;
+}
+
+bool StartConsoleAndWait(const QString &console, const ConsoleRun &run, const ConsoleWait &wait)
+{
+    std::array<int, 2> ends{};
+    if (::pipe2(ends.data(), O_CLOEXEC) != 0)
+        return false;
+    const NativeFile reading(ends[0]);
+    NativeFile writing(ends[1]);
+    QProcess process;
+    if (!Start(process, console, run, writing.Descriptor()))
+        return false;
+    writing = NativeFile();
+    for (bool started = false;;) {
+        pollfd waiting{.fd = reading.Descriptor(), .events = POLLIN, .revents = 0};
+        const int ready = ::poll(&waiting, 1, LookEveryMs);
+        if (ready > 0) {
+            char word = EndedWord;
+            const ssize_t got = native::Retry([&] { return ::read(reading.Descriptor(), &word, 1); });
+            if (got <= 0 || word == EndedWord)
+                return started;
+            if (word == StartedWord && !started) {
+                started = true;
+                if (wait.started)
+                    wait.started();
+            }
+        }
+        if (started && wait.looks)
+            wait.looks();
+    }
+}
+
+void TellWaiting(int notify, ProgramNews news)
+{
+    if (notify < 0)
+        return;
+    const char word = news == ProgramNews::Started ? StartedWord : EndedWord;
+    // Nobody may wait any more: the editor has been killed.
+    [[maybe_unused]] const ssize_t written = native::Retry([&] { return ::write(notify, &word, 1); });
+    if (news == ProgramNews::Ended)
+        ::close(notify);
+}
+
+void KeepForSelf(int notify)
+{
+    if (notify >= 0)
+        ::fcntl(notify, F_SETFD, FD_CLOEXEC);
+}
+
+} // namespace zelvane

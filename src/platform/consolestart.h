@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <functional>
+#include <QString>
+#include <QStringList>
+
+namespace zelvane
+{
+
+/// A program that runs in a console window, which is a program of its own and outlives this process.
+struct ConsoleRun {
+    QString title = {}; ///< of the window; runs of the same title replace each other's finished consoles
+    QString program = {};
+    QStringList arguments = {};
+    QString folder = {}; ///< empty for the current one
+    int showState = 1;   ///< 0 hidden, 1 normal, 2 minimized, 3 maximized
+
+    bool operator==(const ConsoleRun &) const = default;
+};
+
+/// The console program's command line. @param notify a descriptor, or -1
+QStringList ConsoleArguments(const ConsoleRun &run, int notify = -1);
+
+/// Whether a program needs no console: a desktop entry names it as one with windows of its own, or it is one
+/// of ours. Interpreters are none, whatever entries run by them. @param program a path
+bool HasOwnWindow(const QString &program);
+
+/// The console program beside this one; empty where it is missing.
+QString ConsoleProgram();
+
+/// Starts a console. @return false with `error` set when it cannot be started
+bool StartConsole(const QString &console, const ConsoleRun &run, QString *error);
+
+/// What happens while a program in a console is waited for.
+struct ConsoleWait {
+    std::function<void()> started; ///< called once, when the program runs
+    std::function<void()> looks;   ///< called several times a second
+};
+/// Starts a console and waits until its program, not the console, has ended. Serves no event. A console that
+/// is killed takes its program along, which ends the wait.
+/// @return false when the console or its program cannot be started
+bool StartConsoleAndWait(const QString &console, const ConsoleRun &run, const ConsoleWait &wait);
+
+/// The console's half: tells the one that waits at a descriptor. Does nothing for -1.
+enum class ProgramNews { Started, Ended };
+void TellWaiting(int notify, ProgramNews news);
+/// To be called at once by the console: the descriptor is not for the programs that it starts.
+void KeepForSelf(int notify);
+
+} // namespace zelvane

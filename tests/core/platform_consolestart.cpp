@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/consolestart.h"
+
+#include "support/printers.h"
+
+#include <gtest/gtest.h>
+#include <QByteArray>
+#include <QDir>
+#include <QFile>
+#include <QString>
+#include <QTemporaryDir>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace zelvane;
+
+namespace
+{
+
+struct HasOwnWindowTest : testing::Test {
+    QTemporaryDir folder;
+    QByteArray oldData = qgetenv("XDG_DATA_HOME");
+    QByteArray oldPath = qgetenv("PATH");
+
+    void SetUp() override
+    {
+        qputenv("XDG_DATA_HOME", folder.path().toLocal8Bit());
+        qputenv("PATH", folder.path().toLocal8Bit() + ":" + oldPath);
+        QDir(folder.path()).mkpath(u"applications/more"_s);
+    }
+    void TearDown() override
+    {
+        qputenv("XDG_DATA_HOME", oldData);
+        qputenv("PATH", oldPath);
+    }
+    QString Program(const QString &name) const { return Write(name, "#!/bin/sh\nexit 0\n"); }
+    QString Write(const QString &name, const QByteArray &text) const
+    {
+        const QString path = folder.path() + u'/' + name;
+        QFile file(path);
+        if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
+            return {};
+        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        return path;
+    }
+};
+
+/// A console that does what a test says.
+QString FakeConsole(const QTemporaryDir &folder, const QByteArray &script)
+{
+    const QString path = folder.path() + u"/console"_s;
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return {};
+    // The descriptor is the argument behind "--notify".
+    file.write("#!/bin/bash\nwhile [ \"$1\" != --notify ]; do shift; done; fd=$2\n" + script);
+    file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    return path;
+}
+
+} // namespace
+
+TEST_F(HasOwnWindowTest, IsToldByDesktopEntries)
+{
+    const QString window = Program(u"window"_s);
+    const QString quoted = Program(u"with blank"_s);
+    const QString plain = Program(u"plain"_s);
+    const QString terminal = Program(u"terminal"_s);
+    Write(u"applications/a.desktop"_s, "[Desktop Entry]\nType=Application\nExec=window --new %f\n");
+    Write(u"applications/more/b.desktop"_s,
+          "[Desktop Entry]\nType=Application\nNoDisplay=true\nExec=\"" + quoted.toUtf8() + "\" %U\n");
+    Write(u"applications/c.desktop"_s, "[Desktop Entry]\nType=Application\nTerminal=true\nExec=terminal\n");
+    Write(u"applications/d.desktop"_s,
+          "[Desktop Entry]\nType=Application\nExec=/bin/sh -c plain\n[Desktop Action x]\nExec=plain\n");
+    EXPECT_TRUE(HasOwnWindow(window));
+    EXPECT_TRUE(HasOwnWindow(quoted));
+    EXPECT_FALSE(HasOwnWindow(plain));
+    EXPECT_FALSE(HasOwnWindow(terminal));
+    EXPECT_FALSE(HasOwnWindow(u"/bin/sh"_s)) << "an interpreter";
+    const QString link = folder.path() + u"/link"_s;
+    ASSERT_TRUE(QFile::link(window, link));
+    EXPECT_TRUE(HasOwnWindow(link));
+}
+
+TEST_F(HasOwnWindowTest, AnotherProgramOfTheSameNameIsNotMeant)
+{
+    const QString window = Program(u"window"_s);
+    QDir(folder.path()).mkpath(u"other"_s);
+    const QString other = Program(u"other/window"_s);
+    Write(u"applications/a.desktop"_s, "[Desktop Entry]\nType=Application\nExec=window\n");
+    EXPECT_FALSE(HasOwnWindow(other));
+}
+
+TEST(ConsoleWait, LastsAsLongAsTheProgram)
+{
+    const QTemporaryDir folder;
+    // The console itself goes on: it shows the output until it is closed.
+    const QString console =
+        FakeConsole(folder, "printf s >&$fd; sleep 0.3; touch \"$0.ended\"; printf e >&$fd; exit 0\n");
+    int started = 0;
+    int looks = 0;
+    const bool ran = StartConsoleAndWait(console, {.title = u"x"_s, .program = u"y"_s},
+                                         {.started = [&] { ++started; }, .looks = [&] { ++looks; }});
+    EXPECT_TRUE(ran);
+    EXPECT_EQ(started, 1);
+    EXPECT_GE(looks, 1);
+    EXPECT_TRUE(QFile::exists(console + u".ended"_s));
+}
+
+TEST(ConsoleWait, EndsWithAConsoleThatDies)
+{
+    const QTemporaryDir folder;
+    int started = 0;
+    EXPECT_TRUE(StartConsoleAndWait(FakeConsole(folder, "printf s >&$fd; exit 0\n"), {.program = u"y"_s},
+                                    {.started = [&] { ++started; }, .looks = {}}));
+    EXPECT_EQ(started, 1);
+    EXPECT_FALSE(StartConsoleAndWait(FakeConsole(folder, "exit 0\n"), {.program = u"y"_s},
+                                     {.started = [&] { ++started; }, .looks = {}}))
+        << "the program has not started";
+    EXPECT_FALSE(StartConsoleAndWait(u"/no/such/console"_s, {.program = u"y"_s}, {}));
+    EXPECT_EQ(started, 1);
+}
