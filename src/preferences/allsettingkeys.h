@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "console/consolekeys.h"
 #include "instruments/instrumentkeys.h"
 #include "language/languagekeys.h"
 #include "player/playerkeys.h"
@@ -10,6 +11,7 @@
 #include "shell/editorkeys.h"
 #include "shell/findkeys.h"
 #include "shell/layoutkeys.h"
+#include "shell/mailboxkeys.h"
 #include "shell/toolkeys.h"
 #include "texttools/insertkeys.h"
 
@@ -23,10 +25,12 @@ template <typename Visit> void ForEachSettingKey(Visit &&visit)
     ZELVANE_LAYOUT_KEYS(ZELVANE_VISIT_SETTING)
     ZELVANE_EDITOR_KEYS(ZELVANE_VISIT_SETTING)
     ZELVANE_DOCUMENT_KEYS(ZELVANE_VISIT_SETTING)
+    ZELVANE_MAILBOX_KEYS(ZELVANE_VISIT_SETTING)
     ZELVANE_FIND_KEYS(ZELVANE_VISIT_SETTING)
     ZELVANE_TOOL_KEYS(ZELVANE_VISIT_SETTING)
     ZELVANE_LANGUAGE_KEYS(ZELVANE_VISIT_SETTING)
     ZELVANE_RUN_KEYS(ZELVANE_VISIT_SETTING)
+    ZELVANE_CONSOLE_KEYS(ZELVANE_VISIT_SETTING)
     ZELVANE_PLAYER_KEYS(ZELVANE_VISIT_SETTING)
     ZELVANE_INSTRUMENT_KEYS(ZELVANE_VISIT_SETTING)
     ZELVANE_REPOSITORY_KEYS(ZELVANE_VISIT_SETTING)

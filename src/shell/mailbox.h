@@ -33,6 +33,13 @@ public:
     /// @throws RunTimeError when the store cannot be written
     static bool Send(const CommandLine &command, SettingsStore &settings, const RunningEditor &editor);
 
+    /// Hands a place in a file over to a running editor, whether or not other hand-overs are wanted.
+    /// @param line from 1; 0 for the file as a whole
+    /// @return false when none runs, or it cannot be called
+    /// @throws RunTimeError when the store cannot be written
+    static bool SendPlace(const QString &path, int line, SettingsStore &settings,
+                          const RunningEditor &editor);
+
     /// Empties the mailbox. @return what stood in it
     /// @throws RunTimeError when the store cannot be written
     static QString Take(SettingsStore &settings);
@@ -43,7 +50,8 @@ public:
 
     /// An event entry point. Where mail may be opened it brings the window to the front, since the opening
     /// may ask something, reads the key, opens what it names, deletes it and brings the window to the front
-    /// again; a wake-up that comes meanwhile is served right after it. Where it has to wait the window only
+    /// again. With a line number the line is selected, and a document that is open already stays as it is. A
+    /// wake-up that comes meanwhile is served right after it. Where it has to wait the window only
     /// comes to the front. Failures are reported.
     void Wake();
 
@@ -69,6 +77,8 @@ private:
 
     bool IsOpening() const { return m_state == State::Opening || m_state == State::OpeningAgain; }
     void Open();
+    /// Selects a line of the document that has been opened. @param line from 1
+    void SelectPlace(const QString &name, int line);
 
     EditorContext &m_editor;
     std::function<bool()> m_mayOpen;

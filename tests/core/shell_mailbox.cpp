@@ -4,6 +4,8 @@
 #include "platform/runtimeerror.h"
 #include "shell/commandline.h"
 #include "shell/documentkeys.h"
+#include "shell/mailboxkeys.h"
+#include "support/boxes.h"
 #include "support/lifecyclefixture.h"
 
 #include <gtest/gtest.h>
@@ -226,6 +228,77 @@ TEST_F(MailboxTest, WhatIsLeftAtTheEndIsPassedOn)
         {.verb = u"open"_s, .file = QCoreApplication::applicationFilePath(), .parameters = mail});
     mailbox.PassOn();
     EXPECT_EQ(Stored(), u"absent"_s);
+}
+
+TEST_F(MailboxTest, APlaceIsHandedOverWhateverTheSettingsSay)
+{
+    settings.SaveSetting(u"Options"_s, u"MultipleInstances"_s, u"1"_s);
+    const Mailbox::RunningEditor sender{.find = [this] { return running; },
+                                        .call = [this](bool) { return answers; }};
+    EXPECT_TRUE(Mailbox::SendPlace(u"/x.orc"_s, 7, settings, sender));
+    EXPECT_EQ(Stored(), u"/x.orc"_s);
+    EXPECT_EQ(settings.GetSetting(u"Options"_s, u"OpenLine"_s), u"7"_s);
+    EXPECT_TRUE(Mailbox::SendPlace(u"/y.orc"_s, 0, settings, sender));
+    EXPECT_EQ(settings.GetSetting(u"Options"_s, u"OpenLine"_s, u"absent"_s), u"absent"_s)
+        << "not the last one's";
+    answers = false;
+    EXPECT_FALSE(Mailbox::SendPlace(u"/x.orc"_s, 7, settings, sender));
+    EXPECT_EQ(Stored(), u"absent"_s) << "taken back";
+    EXPECT_EQ(settings.GetSetting(u"Options"_s, u"OpenLine"_s, u"absent"_s), u"absent"_s);
+    running = false;
+    EXPECT_FALSE(Mailbox::SendPlace(u"/x.orc"_s, 7, settings, sender));
+    EXPECT_EQ(Stored(), u"absent"_s);
+}
+
+TEST_F(MailboxTest, SelectsTheLineOfTheFileThatItOpens)
+{
+    const QString file = context.WriteFile(u"place.orc"_s, "one\ntwo\nthree");
+    for (const auto &[line, selected] :
+         {std::pair{2, u"two"_s}, std::pair{3, u"three"_s}, std::pair{99, u"three"_s}}) {
+        settings.SaveText(Keys::Open, file);
+        settings.SaveNumber(Keys::OpenLine, line);
+        mailbox.Wake();
+        EXPECT_EQ(document.CurrentFile, file);
+        EXPECT_EQ(text.SelectedText(), selected);
+        EXPECT_EQ(Stored(), u"absent"_s);
+        EXPECT_EQ(settings.GetSetting(u"Options"_s, u"OpenLine"_s, u"absent"_s), u"absent"_s);
+    }
+}
+
+TEST_F(MailboxTest, AFileThatIsOpenStaysAsItIs)
+{
+    const QString file = context.WriteFile(u"place.orc"_s, "one\ntwo\nthree");
+    documents.OpenFile(file);
+    text.SetText(u"typed\nlines"_s);
+    document.Modified = true;
+    settings.SaveText(Keys::Open, file);
+    settings.SaveNumber(Keys::OpenLine, 2);
+    mailbox.Wake(); // no question either
+    EXPECT_EQ(text.Text(), u"typed\nlines"_s);
+    EXPECT_EQ(text.SelectedText(), u"lines"_s);
+}
+
+TEST_F(MailboxTest, ACancelledHandOverSelectsNothing)
+{
+    const QString file = context.WriteFile(u"place.orc"_s, "one\ntwo\nthree");
+    documents.OpenFile(recent);
+    Type(u"typed "_s);
+    text.SetSelection(1, 2);
+    settings.SaveText(Keys::Open, file);
+    settings.SaveNumber(Keys::OpenLine, 3);
+    view.calls.clear();
+    desktop.ExpectMessage(SaveChanges(u"recent.orc"_s), BoxAnswer::Cancel);
+    mailbox.Wake();
+    EXPECT_EQ(document.CurrentFile, recent);
+    EXPECT_EQ(text.Selection().start, 1);
+    EXPECT_EQ(Stored(), u"absent"_s);
+}
+
+TEST_F(MailboxTest, ALineIsNotForTheNextFile)
+{
+    settings.SaveNumber(Keys::OpenLine, 3);
+    EXPECT_TRUE(Send({u"x.orc"_s}));
+    EXPECT_EQ(settings.GetSetting(u"Options"_s, u"OpenLine"_s, u"absent"_s), u"absent"_s);
 }
 
 } // namespace zelvane::test
