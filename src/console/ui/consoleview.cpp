@@ -1,0 +1,297 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "console/ui/consoleview.h"
+
+#include <algorithm>
+#include <array>
+#include <QClipboard>
+#include <QColor>
+#include <QEvent>
+#include <QFont>
+#include <QFontMetricsF>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPaintEvent>
+#include <QPalette>
+#include <QPointF>
+#include <QResizeEvent>
+#include <QScrollBar>
+#include <QStringList>
+#include <vector>
+
+namespace zelvane
+{
+
+namespace
+{
+
+constexpr int TabColumns = 8;
+constexpr int Margin = 4;
+constexpr int MarkWidth = 4;
+
+/// The sixteen colours, light enough to be read on a dark ground, dark enough on a light one.
+QColor ColourOf(int number, bool isDark)
+{
+    static constexpr std::array<QRgb, 16> onLight{0x000000, 0xb00000, 0x007000, 0x805000, 0x0000c0, 0x900090,
+                                                  0x006878, 0x606060, 0x505050, 0xd00000, 0x008000, 0x906000,
+                                                  0x2020e0, 0xb000b0, 0x007888, 0x404040};
+    static constexpr std::array<QRgb, 16> onDark{0x909090, 0xff7070, 0x60d060, 0xd8b040, 0x80a0ff, 0xe080e0,
+                                                 0x50d0d0, 0xd0d0d0, 0xa0a0a0, 0xff9090, 0x80f080, 0xf0d060,
+                                                 0xa0c0ff, 0xffa0ff, 0x70f0f0, 0xffffff};
+    return QColor((isDark ? onDark : onLight)[size_t(number)]);
+}
+
+/// The text as it is painted: tabs reach to the next stop.
+QString Expanded(const QString &text, std::vector<StyleSpan> &spans)
+{
+    if (!text.contains(u'\t'))
+        return text;
+    QString expanded;
+    std::vector<int> places(size_t(text.size()) + 1);
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        places[size_t(i)] = int(expanded.size());
+        if (text[i] == u'\t')
+            expanded.append(QString(TabColumns - expanded.size() % TabColumns, u' '));
+        else
+            expanded.append(text[i]);
+    }
+    places[size_t(text.size())] = int(expanded.size());
+    for (StyleSpan &span : spans) {
+        const int end = places[size_t(span.start + span.length)];
+        span.start = places[size_t(span.start)];
+        span.length = end - span.start;
+    }
+    return expanded;
+}
+
+} // namespace
+
+ConsoleView::ConsoleView(const LineStore &store, QWidget *parent)
+    : QAbstractScrollArea(parent), m_store(store)
+{
+    setFocusPolicy(Qt::StrongFocus);
+    viewport()->setBackgroundRole(QPalette::Base);
+    viewport()->setCursor(Qt::IBeamCursor);
+    horizontalScrollBar()->setSingleStep(20);
+}
+
+int ConsoleView::LineHeight() const
+{
+    return std::max(1, fontMetrics().lineSpacing());
+}
+
+int ConsoleView::LinesInView() const
+{
+    return std::max(1, viewport()->height() / LineHeight());
+}
+
+bool ConsoleView::IsAtEnd() const
+{
+    return verticalScrollBar()->value() >= verticalScrollBar()->maximum();
+}
+
+qint64 ConsoleView::LineAt(int y) const
+{
+    const qint64 number = m_store.First() + verticalScrollBar()->value() + std::max(0, y) / LineHeight();
+    return std::clamp(number, m_store.First() - 1, m_store.End() - 1);
+}
+
+void ConsoleView::SetRanges(bool follow)
+{
+    const qint64 lines = m_store.End() - m_store.First() + (m_unfinished.text.isEmpty() ? 0 : 1);
+    QScrollBar &vertical = *verticalScrollBar();
+    vertical.setPageStep(LinesInView());
+    vertical.setRange(0, int(std::max<qint64>(0, lines - LinesInView())));
+    if (follow)
+        vertical.setValue(vertical.maximum());
+    const qint64 longest = std::max(m_store.LongestLine(), m_unfinished.text.size());
+    const qint64 width = longest * fontMetrics().averageCharWidth() + 2 * Margin + MarkWidth;
+    horizontalScrollBar()->setPageStep(viewport()->width());
+    horizontalScrollBar()->setRange(0, int(std::max<qint64>(0, width - viewport()->width())));
+}
+
+void ConsoleView::UpdateLines(const StyledLine &unfinished)
+{
+    // Lines that have gone at the top move what is in view: it stays where the user looks.
+    const bool follow = IsAtEnd();
+    const int gone = int(m_store.First() - m_shownFirst);
+    m_shownFirst = m_store.First();
+    m_unfinished = unfinished;
+    const int value = verticalScrollBar()->value() - gone;
+    SetRanges(follow);
+    if (!follow)
+        verticalScrollBar()->setValue(std::max(0, value));
+    viewport()->update();
+}
+
+void ConsoleView::GoToLine(qint64 number)
+{
+    Move(number, false);
+    const qint64 row = number - m_store.First();
+    verticalScrollBar()->setValue(int(std::max<qint64>(0, row - LinesInView() / 3)));
+}
+
+void ConsoleView::Move(qint64 number, bool extend)
+{
+    if (m_store.End() == m_store.First())
+        return;
+    m_current = std::clamp(number, m_store.First(), m_store.End() - 1);
+    if (!extend || m_anchor < 0)
+        m_anchor = m_current;
+    const qint64 row = m_current - m_store.First();
+    QScrollBar &vertical = *verticalScrollBar();
+    if (row < vertical.value())
+        vertical.setValue(int(row));
+    else if (row >= vertical.value() + LinesInView())
+        vertical.setValue(int(row - LinesInView() + 1));
+    viewport()->update();
+}
+
+QString ConsoleView::SelectedText() const
+{
+    if (m_current < 0)
+        return {};
+    QStringList lines;
+    const qint64 last = std::min(std::max(m_anchor, m_current), m_store.End() - 1);
+    for (qint64 i = std::max(std::min(m_anchor, m_current), m_store.First()); i <= last; ++i)
+        lines.append(m_store.At(i).line.text);
+    return lines.join(u'\n');
+}
+
+void ConsoleView::CopySelected() const
+{
+    if (const QString text = SelectedText(); !text.isEmpty())
+        QGuiApplication::clipboard()->setText(text);
+}
+
+void ConsoleView::SelectAll()
+{
+    if (m_store.End() == m_store.First())
+        return;
+    m_anchor = m_store.First();
+    m_current = m_store.End() - 1;
+    viewport()->update();
+}
+
+void ConsoleView::PaintLine(QPainter &painter, int y, const StyledLine &line, LineMark mark,
+                            bool selected) const
+{
+    const QPalette &colours = palette();
+    const bool isDark = colours.color(QPalette::Base).lightness() < 128;
+    const int ascent = fontMetrics().ascent();
+    if (selected)
+        painter.fillRect(0, y, viewport()->width(), LineHeight(), colours.color(QPalette::Highlight));
+    if (mark != LineMark::None)
+        painter.fillRect(0, y, MarkWidth, LineHeight(), ColourOf(mark == LineMark::Error ? 1 : 3, isDark));
+    std::vector<StyleSpan> spans = line.spans;
+    const QString text = Expanded(line.text, spans);
+    double x = Margin + MarkWidth - horizontalScrollBar()->value();
+    const QColor plain = colours.color(selected ? QPalette::HighlightedText : QPalette::Text);
+    const auto draw = [&](qsizetype start, qsizetype end, TextStyle style) {
+        if (end <= start || x > viewport()->width())
+            return;
+        QFont font = this->font();
+        font.setBold(font.bold() || style.bold || mark == LineMark::Error);
+        painter.setFont(font);
+        painter.setPen(style.colour >= 0 && !selected ? ColourOf(style.colour, isDark) : plain);
+        const QString piece = text.mid(start, end - start);
+        painter.drawText(QPointF(x, y + ascent), piece);
+        x += QFontMetricsF(font).horizontalAdvance(piece);
+    };
+    qsizetype done = 0;
+    for (const StyleSpan &span : spans) {
+        draw(done, span.start, {});
+        draw(span.start, span.start + span.length, span.style);
+        done = span.start + span.length;
+    }
+    draw(done, text.size(), {});
+}
+
+void ConsoleView::paintEvent(QPaintEvent *event)
+{
+    Q_UNUSED(event);
+    QPainter painter(viewport());
+    const qint64 top = m_store.First() + verticalScrollBar()->value();
+    const qint64 from = std::min(m_anchor, m_current);
+    const qint64 to = std::max(m_anchor, m_current);
+    for (int row = 0; row <= LinesInView(); ++row) {
+        const qint64 number = top + row;
+        const int y = row * LineHeight();
+        if (number < m_store.End()) {
+            const StoredLine &line = m_store.At(number);
+            PaintLine(painter, y, line.line, line.mark, m_current >= 0 && number >= from && number <= to);
+        } else if (number == m_store.End()) {
+            PaintLine(painter, y, m_unfinished, LineMark::None, false);
+        }
+    }
+}
+
+void ConsoleView::resizeEvent(QResizeEvent *event)
+{
+    const bool follow = IsAtEnd();
+    QAbstractScrollArea::resizeEvent(event);
+    SetRanges(follow);
+}
+
+void ConsoleView::changeEvent(QEvent *event)
+{
+    QAbstractScrollArea::changeEvent(event);
+    if (event->type() == QEvent::FontChange)
+        SetRanges(IsAtEnd());
+}
+
+void ConsoleView::keyPressEvent(QKeyEvent *event)
+{
+    const bool extend = event->modifiers().testFlag(Qt::ShiftModifier);
+    const qint64 here = m_current < 0 ? m_store.End() : m_current;
+    switch (event->key()) {
+    case Qt::Key_Up:
+        Move(here - 1, extend);
+        return;
+    case Qt::Key_Down:
+        Move(here + 1, extend);
+        return;
+    case Qt::Key_PageUp:
+        Move(here - LinesInView(), extend);
+        return;
+    case Qt::Key_PageDown:
+        Move(here + LinesInView(), extend);
+        return;
+    case Qt::Key_Home:
+        Move(m_store.First(), extend);
+        return;
+    case Qt::Key_End:
+        Move(m_store.End() - 1, extend);
+        return;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (m_current >= 0)
+            Q_EMIT LineActivated(m_current);
+        return;
+    default:
+        QAbstractScrollArea::keyPressEvent(event);
+    }
+}
+
+void ConsoleView::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton)
+        Move(LineAt(event->pos().y()), event->modifiers().testFlag(Qt::ShiftModifier));
+}
+
+void ConsoleView::mouseMoveEvent(QMouseEvent *event)
+{
+    if (event->buttons().testFlag(Qt::LeftButton))
+        Move(LineAt(event->pos().y()), true);
+}
+
+void ConsoleView::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton || m_store.End() == m_store.First())
+        return;
+    Move(LineAt(event->pos().y()), false);
+    Q_EMIT LineActivated(m_current);
+}
+
+} // namespace zelvane

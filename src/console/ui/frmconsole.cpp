@@ -1,0 +1,417 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "console/ui/frmconsole.h"
+
+#include "console/consolekeys.h"
+#include "console/exitwords.h"
+#include "console/scoreprogress.h"
+#include "console/ui/consoleview.h"
+#include "platform/parameters.h"
+#include "shell/editorkeys.h"
+#include "shell/settings.h"
+
+#include <algorithm>
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QDir>
+#include <QEvent>
+#include <QFont>
+#include <QFontDatabase>
+#include <QFontMetrics>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QStringList>
+#include <QVBoxLayout>
+#include <utility>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane
+{
+
+namespace
+{
+
+constexpr int TickMs = 200;
+constexpr int NewsMs = 33;
+/// How long the end of a good run stands on the screen.
+constexpr int LeaveMs = 1200;
+constexpr int WidthCharacters = 100;
+constexpr int HeightLines = 26;
+
+QString CommandText(const ConsoleRun &run)
+{
+    QStringList words{QuoteFile(run.program)};
+    for (const QString &argument : run.arguments)
+        words.append(argument.isEmpty() ? u"\"\""_s : QuoteFile(argument));
+    return words.join(u' ');
+}
+
+template <typename Widget> Widget *Called(Widget *widget, const QString &name, const QString &spoken)
+{
+    widget->setObjectName(name);
+    widget->setAccessibleName(spoken);
+    return widget;
+}
+
+} // namespace
+
+frmConsole::frmConsole(const ConsoleOptions &options, Services services, QWidget *parent)
+    : QWidget(parent),
+      m_options(options),
+      m_services(std::move(services)),
+      m_reader([this](StyledLine line) { TakeLine(std::move(line)); }),
+      m_log(m_services.logFolder, options.run.title, QDateTime::currentDateTime()),
+      m_process({.output = [this](QByteArrayView bytes) { TakeOutput(bytes); },
+                 .ended = [this](const ProgramEnd &end) { Ended(end); }})
+{
+    setObjectName(u"frmConsole"_s);
+    setWindowTitle(QString(options.run.title).replace(u"[*]"_s, u"[*][*]"_s));
+    BuildWindow();
+    ApplyLook();
+    m_tick.setInterval(TickMs);
+    connect(&m_tick, &QTimer::timeout, this, &frmConsole::Tick);
+    m_news.setSingleShot(true);
+    m_news.setInterval(NewsMs);
+    connect(&m_news, &QTimer::timeout, this, &frmConsole::ShowNews);
+    m_leave.setSingleShot(true);
+    m_leave.setInterval(LeaveMs);
+    connect(&m_leave, &QTimer::timeout, this, [this] {
+        if (!m_touched && !chkKeepOpen->isChecked())
+            CloseNow();
+    });
+    QCoreApplication::instance()->installEventFilter(this);
+}
+
+frmConsole::~frmConsole()
+{
+    QCoreApplication::instance()->removeEventFilter(this);
+}
+
+void frmConsole::BuildWindow()
+{
+    txtCommand = Called(new QLineEdit(CommandText(m_options.run), this), u"txtCommand"_s, u"Command"_s);
+    txtCommand->setReadOnly(true);
+    txtCommand->setToolTip(txtCommand->text());
+    txtCommand->setCursorPosition(0);
+    m_view = Called(new ConsoleView(m_store, this), u"ConsoleView"_s, u"Output"_s);
+    txtInput = Called(new QLineEdit(this), u"txtInput"_s, u"Input"_s);
+    txtInput->setPlaceholderText(u"Input for the program"_s);
+    lblState = Called(new QLabel(this), u"lblState"_s, u"State"_s);
+    lblState->setTextFormat(Qt::PlainText);
+    lblProgress = Called(new QLabel(this), u"lblProgress"_s, u"Progress"_s);
+    lblTime = Called(new QLabel(this), u"lblTime"_s, u"Time"_s);
+    chkKeepOpen = Called(new QCheckBox(u"&Keep open"_s, this), u"chkKeepOpen"_s, u"Keep open"_s);
+    chkKeepOpen->setToolTip(u"This window stays after a run without errors."_s);
+    chkKeepOpen->setChecked(m_services.settings.Flag(Keys::ConsoleKeepOpen));
+    cmdStop = Called(new QPushButton(u"&Stop"_s, this), u"cmdStop"_s, u"Stop"_s);
+    cmdStop->setToolTip(u"Stop the program (Ctrl+C); once more if it does not listen"_s);
+    cmdStop->setEnabled(false);
+
+    auto *row = new QHBoxLayout;
+    row->addWidget(lblState, 1);
+    row->addWidget(lblProgress);
+    row->addWidget(lblTime);
+    row->addWidget(chkKeepOpen);
+    row->addWidget(cmdStop);
+    auto *column = new QVBoxLayout(this);
+    column->addWidget(txtCommand);
+    column->addWidget(m_view, 1);
+    column->addWidget(txtInput);
+    column->addLayout(row);
+    m_view->setFocus();
+
+    connect(m_view, &ConsoleView::LineActivated, this, &frmConsole::Activate);
+    connect(txtInput, &QLineEdit::returnPressed, this, &frmConsole::SendLine);
+    connect(cmdStop, &QPushButton::clicked, this, &frmConsole::Stop);
+    connect(chkKeepOpen, &QCheckBox::toggled, this, [this](bool keep) {
+        m_services.settings.SaveFlag(Keys::ConsoleKeepOpen, keep);
+        if (!keep && !m_leave.isActive() && IsFinished() && !m_messages.FirstError())
+            m_leave.start();
+    });
+}
+
+void frmConsole::ApplyLook()
+{
+    const SettingsStore &settings = m_services.settings;
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    if (const QString family = settings.Text(Keys::Font, QString()); !family.isEmpty())
+        font.setFamily(family);
+    if (const double points = settings.Number(Keys::FontSize, font.pointSizeF()); points > 0)
+        font.setPointSizeF(points);
+    m_view->setFont(font);
+    const QFontMetrics metrics(font);
+    resize(metrics.averageCharWidth() * WidthCharacters, metrics.lineSpacing() * HeightLines);
+}
+
+void frmConsole::ShowAs(int showState)
+{
+    switch (showState) {
+    case 0:
+        break; // the log is written all the same
+    case 2:
+        showMinimized();
+        break;
+    case 3:
+        showMaximized();
+        break;
+    default:
+        show();
+        break;
+    }
+}
+
+void frmConsole::Run()
+{
+    m_log.Write((CommandText(m_options.run) + u'\n').toUtf8());
+    m_clock.start();
+    const bool started =
+        m_process.Start({m_options.run.program, m_options.run.arguments, m_options.run.folder});
+    if (!started) {
+        TakeLine({.text = u"error: Cannot start '"_s + m_options.run.program + u"': "_s + m_process.Error()});
+        TellWaiting(m_options.notify, ProgramNews::Ended);
+        m_options.notify = -1;
+        ShowEnd(u"Not started."_s);
+        ShowAs(std::max(1, m_options.run.showState));
+        return;
+    }
+    m_running = true;
+    TellWaiting(m_options.notify, ProgramNews::Started);
+    lblState->setText(u"Running..."_s);
+    cmdStop->setEnabled(true);
+    m_tick.start();
+    ShowAs(m_options.run.showState);
+}
+
+bool frmConsole::IsFinished() const
+{
+    return !m_running && !(m_ladder.HasBegun() && m_process.AnyRuns());
+}
+
+void frmConsole::GiveWay()
+{
+    if (IsFinished())
+        CloseNow();
+}
+
+void frmConsole::TakeOutput(QByteArrayView bytes)
+{
+    m_log.Write(bytes);
+    m_reader.Read(bytes);
+    if (!m_news.isActive())
+        m_news.start();
+}
+
+void frmConsole::TakeLine(StyledLine line)
+{
+    if (const auto progress = ScoreProgress(line.text))
+        m_progress = progress;
+    const QString text = line.text;
+    const qint64 number = m_store.Append(std::move(line));
+    m_store.Mark(number, m_messages.Take(number, text));
+}
+
+void frmConsole::ShowNews()
+{
+    m_view->UpdateLines(m_reader.Unfinished());
+    if (m_progress)
+        lblProgress->setText(u"Score: "_s + QString::number(*m_progress, 'f', 1) + u" s"_s);
+}
+
+void frmConsole::Tick()
+{
+    if (m_running)
+        lblTime->setText(DurationText(m_clock.elapsed()));
+    if (!m_process.AnyRuns()) {
+        if (!m_running)
+            m_tick.stop();
+        if (m_closing && !m_running)
+            CloseNow();
+        return;
+    }
+    if (const auto signal = m_ladder.Due(m_clock.elapsed()))
+        m_process.Stop(*signal);
+}
+
+void frmConsole::Stop()
+{
+    if (!m_process.AnyRuns())
+        return;
+    const StopSignal signal = m_ladder.Press(m_clock.elapsed());
+    m_process.Stop(signal);
+    lblState->setText(signal == StopSignal::Interrupt   ? u"Stopping..."_s
+                      : signal == StopSignal::Terminate ? u"Terminating..."_s
+                                                        : u"Killing..."_s);
+}
+
+void frmConsole::Ended(const ProgramEnd &end)
+{
+    m_running = false;
+    m_reader.Finish();
+    const QString words = ExitWords(end, m_ladder.HasBegun());
+    m_log.Write((u'\n' + words + u'\n').toUtf8());
+    m_log.Finish();
+    TellWaiting(m_options.notify, ProgramNews::Ended);
+    m_options.notify = -1;
+    ShowEnd(words);
+    if (m_closing || !isVisible()) {
+        if (IsFinished())
+            CloseNow();
+        return;
+    }
+    const bool good = end.IsSuccess() && !m_messages.FirstError();
+    if (good && m_options.run.showState != 0)
+        m_leave.start();
+}
+
+void frmConsole::ShowEnd(const QString &words)
+{
+    lblTime->setText(DurationText(m_clock.elapsed()));
+    lblState->setText(words);
+    cmdStop->setEnabled(m_ladder.HasBegun() && m_process.AnyRuns());
+    txtInput->setEnabled(false);
+    ShowNews();
+    const std::optional<RunMessage> &error = m_messages.FirstError();
+    if (!error)
+        return;
+    lblState->setText(words + u' ' + error->text);
+    lblState->setToolTip(error->text);
+    if (!m_touched && error->first >= m_store.First())
+        m_view->GoToLine(error->first);
+}
+
+void frmConsole::SendLine()
+{
+    if (!m_running)
+        return;
+    const QString text = txtInput->text();
+    m_process.Write((text + u'\n').toUtf8());
+    TakeOutput((u"> "_s + text + u'\n').toUtf8());
+    txtInput->clear();
+}
+
+void frmConsole::GoToMessage(int step)
+{
+    const qint64 from = m_view->CurrentLine() >= 0 ? m_view->CurrentLine() : step > 0 ? -1 : m_store.End();
+    const std::optional<qint64> next = m_store.NextMarked(from, step);
+    if (!next)
+        return;
+    m_view->GoToLine(*next);
+    Activate(*next);
+}
+
+void frmConsole::Activate(qint64 line)
+{
+    const RunMessage *message = m_messages.At(line);
+    if (!message)
+        return;
+    QStringList documents;
+    for (const QString &argument : m_options.run.arguments)
+        if (!argument.startsWith(u'-'))
+            documents.append(argument);
+    const QString folder = m_options.run.folder.isEmpty() ? QDir::currentPath() : m_options.run.folder;
+    const QStringList included =
+        qEnvironmentVariable("INCDIR").split(QDir::listSeparator(), Qt::SkipEmptyParts);
+    if (const auto place =
+            FindPlace(*message, {.folder = folder, .folders = included, .documents = documents}))
+        m_services.openPlace(*place);
+}
+
+void frmConsole::closeEvent(QCloseEvent *event)
+{
+    if (m_closed || IsFinished()) {
+        event->accept();
+        CloseNow();
+        return;
+    }
+    event->ignore();
+    if (m_closing)
+        return;
+    QMessageBox box(QMessageBox::Question, m_options.run.title,
+                    m_options.run.title + u" is still running. Stop it?"_s,
+                    QMessageBox::Yes | QMessageBox::No, this);
+    box.setObjectName(u"MessageBox"_s);
+    box.setTextFormat(Qt::PlainText);
+    if (box.exec() == QMessageBox::Yes)
+        StopAndClose();
+}
+
+void frmConsole::StopAndClose()
+{
+    m_closing = true;
+    if (IsFinished())
+        CloseNow();
+    else if (!m_ladder.HasBegun())
+        Stop();
+}
+
+void frmConsole::CloseNow()
+{
+    if (std::exchange(m_closed, true))
+        return;
+    hide();
+    Q_EMIT Closed();
+}
+
+bool frmConsole::HandleKey(QObject *watched, int key, Qt::KeyboardModifiers modifiers)
+{
+    const bool ctrl = modifiers.testFlag(Qt::ControlModifier);
+    const bool shift = modifiers.testFlag(Qt::ShiftModifier);
+    if (key == Qt::Key_F4 && !ctrl && !modifiers.testFlag(Qt::AltModifier)) {
+        GoToMessage(shift ? -1 : 1);
+        return true;
+    }
+    if (!ctrl)
+        return false;
+    if (key == Qt::Key_C && shift) {
+        m_view->CopySelected();
+        return true;
+    }
+    if (key == Qt::Key_C) {
+        // In a field with a selection it copies, as everywhere.
+        const auto *field = qobject_cast<QLineEdit *>(watched);
+        if (field && field->hasSelectedText())
+            return false;
+        Stop();
+        return true;
+    }
+    if (key == Qt::Key_A && watched == m_view) {
+        m_view->SelectAll();
+        return true;
+    }
+    if (key == Qt::Key_D && m_running) {
+        m_process.WriteEnd();
+        return true;
+    }
+    return false;
+}
+
+bool frmConsole::eventFilter(QObject *watched, QEvent *event)
+{
+    auto *widget = qobject_cast<QWidget *>(watched);
+    if (!widget || widget->window() != this)
+        return QWidget::eventFilter(watched, event);
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::Wheel:
+        m_touched = true;
+        break;
+    case QEvent::KeyPress: {
+        m_touched = true;
+        const auto *press = static_cast<QKeyEvent *>(event);
+        if (HandleKey(watched, press->key(), press->modifiers()))
+            return true;
+        break;
+    }
+    default:
+        break;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+} // namespace zelvane

@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "console/ansireader.h"
+#include "console/consoleoptions.h"
+#include "console/linestore.h"
+#include "console/messageplace.h"
+#include "console/runlog.h"
+#include "console/runmessages.h"
+#include "console/stopladder.h"
+#include "platform/terminalprocess.h"
+
+#include <functional>
+#include <optional>
+#include <QByteArrayView>
+#include <QElapsedTimer>
+#include <QTimer>
+#include <QWidget>
+
+class QCheckBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+
+namespace zelvane
+{
+
+class ConsoleView;
+class SettingsStore;
+
+/// The window of a started program: what it writes, a line to answer it, the way to stop it, and the way from
+/// its errors to the lines that they are about.
+class frmConsole : public QWidget
+{
+    Q_OBJECT
+
+public:
+    struct Services {
+        SettingsStore &settings;
+        QString logFolder;
+        /// Brings the editor to the front with a place.
+        std::function<void(const MessagePlace &)> openPlace;
+    };
+
+    frmConsole(const ConsoleOptions &options, Services services, QWidget *parent = nullptr);
+    ~frmConsole() override;
+
+    /// Starts the program and shows the window as the options say. What cannot be started is told in the
+    /// window.
+    void Run();
+    /// Whether the program, and all that it has started while the user wanted it to stop, have ended.
+    bool IsFinished() const;
+    /// The same preset has been started again: a console that has finished goes.
+    void GiveWay();
+    /// Stops what runs and closes: the desktop wants it so.
+    void StopAndClose();
+    /// The next step from an interrupt to the end by force.
+    void Stop();
+
+Q_SIGNALS:
+    void Closed(); ///< nothing is left to do or to show
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void BuildWindow();
+    void ApplyLook();
+    void ShowAs(int showState);
+    void TakeOutput(QByteArrayView bytes);
+    void TakeLine(StyledLine line);
+    void Ended(const ProgramEnd &end);
+    void ShowEnd(const QString &words);
+    void Tick();
+    void ShowNews();
+    void SendLine();
+    void GoToMessage(int step);
+    void Activate(qint64 line);
+    void CloseNow();
+    bool HandleKey(QObject *watched, int key, Qt::KeyboardModifiers modifiers);
+
+    ConsoleOptions m_options;
+    Services m_services;
+    LineStore m_store;
+    RunMessages m_messages;
+    AnsiReader m_reader;
+    RunLog m_log;
+    StopLadder m_ladder;
+    TerminalProcess m_process;
+    QElapsedTimer m_clock;
+    QTimer m_tick;
+    QTimer m_news; ///< output is shown a few dozen times a second at most
+    QTimer m_leave;
+    std::optional<double> m_progress;
+    bool m_running = false;
+    bool m_touched = false;
+    bool m_closing = false;
+    bool m_closed = false;
+
+    ConsoleView *m_view = nullptr;
+    QLineEdit *txtCommand = nullptr;
+    QLineEdit *txtInput = nullptr;
+    QLabel *lblState = nullptr;
+    QLabel *lblProgress = nullptr;
+    QLabel *lblTime = nullptr;
+    QCheckBox *chkKeepOpen = nullptr;
+    QPushButton *cmdStop = nullptr;
+};
+
+} // namespace zelvane

@@ -1,0 +1,287 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "console/consolekeys.h"
+#include "console/consoleoptions.h"
+#include "console/messageplace.h"
+#include "console/ui/consolelink.h"
+#include "console/ui/consoleview.h"
+#include "console/ui/frmconsole.h"
+#include "shell/settings.h"
+#include "support/modaldriver.h"
+#include "support/uitest.h"
+
+#include <algorithm>
+#include <memory>
+#include <QApplication>
+#include <QCheckBox>
+#include <QClipboard>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QtTest>
+#include <vector>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace zelvane;
+using zelvane::test::ModalDriver;
+
+namespace
+{
+
+/// A console over a shell script.
+struct Console {
+    QTemporaryDir folder;
+    SettingsStore settings;
+    std::vector<MessagePlace> places;
+    std::unique_ptr<frmConsole> form;
+    std::unique_ptr<QSignalSpy> closed;
+
+    explicit Console(const QString &script, int showState = 1)
+    {
+        const ConsoleOptions options{.run = {.title = u"Render"_s,
+                                             .program = u"/bin/sh"_s,
+                                             .arguments = {u"-c"_s, script},
+                                             .folder = QDir(folder.path()).canonicalPath(),
+                                             .showState = showState}};
+        Make(options);
+    }
+    explicit Console(const ConsoleOptions &options) { Make(options); }
+    void Make(const ConsoleOptions &options)
+    {
+        form = std::make_unique<frmConsole>(
+            options, frmConsole::Services{
+                         .settings = settings,
+                         .logFolder = folder.path() + u"/runs"_s,
+                         .openPlace = [this](const MessagePlace &place) { places.push_back(place); }});
+        closed = std::make_unique<QSignalSpy>(form.get(), &frmConsole::Closed);
+    }
+    ~Console() { settings.DeleteSetting(Keys::ConsoleKeepOpen); }
+
+    template <typename Widget> Widget &Find(const QString &name) const
+    {
+        auto *widget = form->findChild<Widget *>(name);
+        if (!widget)
+            qFatal("%s is not there", name.toUtf8().constData());
+        return *widget;
+    }
+    ConsoleView &View() const { return Find<ConsoleView>(u"ConsoleView"_s); }
+    QString State() const { return Find<QLabel>(u"lblState"_s).text(); }
+    QString Log() const
+    {
+        const QDir runs(folder.path() + u"/runs"_s);
+        QFile file(runs.filePath(runs.entryList(QDir::Files).value(0)));
+        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    }
+    bool Shows(const QString &text) const
+    {
+        View().SelectAll();
+        return View().SelectedText().contains(text);
+    }
+};
+
+constexpr int Patience = 60'000;
+
+} // namespace
+
+class ConsoleTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void ShowsTheOutputAndClosesAfterSuccess()
+    {
+        Console console(u"echo first; echo second >&2; sleep 0.1; echo last"_s);
+        console.form->Run();
+        QVERIFY(console.form->isVisible());
+        QCOMPARE(console.form->windowTitle(), u"Render"_s);
+        QVERIFY(console.Find<QLineEdit>(u"txtCommand"_s).text().startsWith(u"/bin/sh -c \""_s));
+        QTRY_COMPARE_WITH_TIMEOUT(console.closed->count(), 1, Patience);
+        QVERIFY(console.Shows(u"first\nsecond\nlast"_s));
+        QCOMPARE(console.State(), u"Ended well (exit code 0)."_s);
+        QVERIFY(console.Log().contains(u"first\nsecond\nlast\n\nEnded well"_s));
+        QVERIFY(!console.form->isVisible());
+    }
+
+    void StaysAfterAnErrorWithTheFirstOneInView()
+    {
+        Console console(u"i=0; echo 'error: the first'; while [ $i -lt 300 ]; do echo line $i; i=$((i+1)); "
+                        "done; exit 3"_s);
+        console.form->Run();
+        QTRY_VERIFY_WITH_TIMEOUT(console.form->IsFinished(), Patience);
+        QTest::qWait(1500); // longer than a good run stays
+        QCOMPARE(console.closed->count(), 0);
+        QVERIFY(console.form->isVisible());
+        QCOMPARE(console.State(), u"Ended with exit code 3. error: the first"_s);
+        QCOMPARE(console.View().SelectedText(), u"error: the first"_s);
+        console.form->GiveWay();
+        QCOMPARE(console.closed->count(), 1);
+    }
+
+    void StaysWhereItWasTouched()
+    {
+        Console console(u"read answer; echo got $answer"_s);
+        console.form->Run();
+        auto &input = console.Find<QLineEdit>(u"txtInput"_s);
+        QTest::keyClicks(&input, u"words"_s);
+        QTest::keyClick(&input, Qt::Key_Return);
+        QTRY_VERIFY_WITH_TIMEOUT(console.form->IsFinished(), Patience);
+        QVERIFY(console.Shows(u"> words\ngot words"_s));
+        QTest::qWait(1500);
+        QCOMPARE(console.closed->count(), 0);
+        console.form->close();
+        QCOMPARE(console.closed->count(), 1);
+    }
+
+    void KeepOpenIsRemembered()
+    {
+        {
+            Console console(u"exit 0"_s);
+            console.Find<QCheckBox>(u"chkKeepOpen"_s).setChecked(true);
+            console.form->Run();
+            QTRY_VERIFY_WITH_TIMEOUT(console.form->IsFinished(), Patience);
+            QTest::qWait(1500);
+            QCOMPARE(console.closed->count(), 0);
+            Console next(u"exit 0"_s);
+            QVERIFY(next.Find<QCheckBox>(u"chkKeepOpen"_s).isChecked());
+            console.Find<QCheckBox>(u"chkKeepOpen"_s).setChecked(false);
+            QTRY_COMPARE_WITH_TIMEOUT(console.closed->count(), 1, Patience);
+        }
+    }
+
+    void StopInterruptsFirst()
+    {
+        Console console(u"trap 'echo closing; exit 0' INT; echo up; while :; do sleep 0.05; done"_s);
+        console.form->Run();
+        QTRY_VERIFY_WITH_TIMEOUT(console.Shows(u"up"_s), Patience);
+        auto &stop = console.Find<QPushButton>(u"cmdStop"_s);
+        QVERIFY(stop.isEnabled());
+        QTest::mouseClick(&stop, Qt::LeftButton);
+        QTRY_VERIFY_WITH_TIMEOUT(console.form->IsFinished(), Patience);
+        QVERIFY(console.Shows(u"closing"_s));
+        QVERIFY(console.State().startsWith(u"Stopped. Ended well"_s));
+        QVERIFY(!stop.isEnabled());
+    }
+
+    void ADeafProgramIsKilledInTheEnd()
+    {
+        Console console(u"trap '' INT TERM; echo up; while :; do sleep 0.05; done"_s);
+        console.form->Run();
+        QTRY_VERIFY_WITH_TIMEOUT(console.Shows(u"up"_s), Patience);
+        for (int press = 0; press < 3; ++press)
+            QTest::keyClick(&console.View(), Qt::Key_C, Qt::ControlModifier);
+        QTRY_VERIFY_WITH_TIMEOUT(console.form->IsFinished(), Patience);
+        QCOMPARE(console.State(), u"Stopped. Ended: killed (SIGKILL)."_s);
+    }
+
+    void ClosingAsksAndStops()
+    {
+        Console console(u"echo up; while :; do sleep 0.05; done"_s);
+        console.form->Run();
+        QTRY_VERIFY_WITH_TIMEOUT(console.Shows(u"up"_s), Patience);
+        {
+            ModalDriver driver;
+            driver.Expect<QMessageBox>([](QMessageBox &box) {
+                QCOMPARE(box.text(), u"Render is still running. Stop it?"_s);
+                box.button(QMessageBox::No)->click();
+            });
+            console.form->close();
+            QVERIFY(console.form->isVisible());
+        }
+        ModalDriver driver;
+        driver.Expect<QMessageBox>([](QMessageBox &box) { box.button(QMessageBox::Yes)->click(); });
+        console.form->close();
+        QTRY_COMPARE_WITH_TIMEOUT(console.closed->count(), 1, Patience);
+        QVERIFY(console.form->IsFinished());
+    }
+
+    void WhatCannotStartSaysSo()
+    {
+        Console console(ConsoleOptions{.run = {.title = u"x"_s, .program = u"/no/such/program"_s}});
+        console.form->Run();
+        QVERIFY(console.form->isVisible());
+        QVERIFY(console.State().startsWith(u"Not started. error: Cannot start '/no/such/program': "_s));
+        console.form->close();
+        QCOMPARE(console.closed->count(), 1);
+    }
+
+    void AHiddenRunHasALogAndNoWindow()
+    {
+        Console console(u"echo seen; exit 1"_s, 0);
+        console.form->Run();
+        QTRY_COMPARE_WITH_TIMEOUT(console.closed->count(), 1, Patience);
+        QVERIFY(!console.form->isVisible());
+        QVERIFY(console.Log().contains(u"seen\n\nEnded with exit code 1."_s));
+    }
+
+    void TheErrorLeadsToItsLine()
+    {
+        Console console(u"printf 'instr 1\\na1 nosuch 1\\nendin\\n' > a.orc; "
+                        "echo 'error: syntax error, unexpected T_IDENT  (token \"nosuch\")'; "
+                        "echo ' from file a.orc (1), line 2:'; echo ' >>> a1 nosuch <<<'; "
+                        "echo 'error: another'; exit 1"_s);
+        console.form->Run();
+        QTRY_VERIFY_WITH_TIMEOUT(console.form->IsFinished(), Patience);
+        const MessagePlace place{QDir(console.folder.path()).canonicalPath() + u"/a.orc"_s, 2};
+        QTest::keyClick(&console.View(), Qt::Key_Return);
+        QCOMPARE(console.places, std::vector{place});
+        QTest::keyClick(&console.View(), Qt::Key_F4); // the next one names no place
+        QCOMPARE(console.View().SelectedText(), u"error: another"_s);
+        QCOMPARE(console.places.size(), size_t(1));
+        QTest::keyClick(&console.View(), Qt::Key_F4, Qt::ShiftModifier);
+        QCOMPARE(console.places.size(), size_t(2));
+        QTest::keyClick(&console.View(), Qt::Key_Down); // a detail of the same message
+        QTest::keyClick(&console.View(), Qt::Key_Return);
+        QCOMPARE(console.places, (std::vector{place, place, place}));
+    }
+
+    void CopiesLines()
+    {
+        Console console(u"echo one; echo two; echo three; exit 1"_s);
+        console.form->Run();
+        QTRY_VERIFY_WITH_TIMEOUT(console.form->IsFinished(), Patience);
+        QTest::keyClick(&console.View(), Qt::Key_Home);
+        QTest::keyClick(&console.View(), Qt::Key_Down, Qt::ShiftModifier);
+        QTest::keyClick(&console.View(), Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
+        QCOMPARE(QApplication::clipboard()->text(), u"one\ntwo"_s);
+    }
+
+    void MuchOutputLeavesTheWindowAnswering()
+    {
+        Console console(u"yes 'a line of output that is about as long as one of Csound' | head -c 50000000; "
+                        "exit 1"_s);
+        console.form->Run();
+        qint64 longest = 0;
+        QElapsedTimer clock;
+        for (clock.start(); !console.form->IsFinished() && clock.elapsed() < Patience;) {
+            const qint64 before = clock.elapsed();
+            QCoreApplication::processEvents();
+            longest = std::max(longest, clock.elapsed() - before);
+        }
+        QVERIFY(console.form->IsFinished());
+        qInfo("50 MB in %lld ms, longest turn %lld ms", clock.elapsed(), longest);
+        QVERIFY2(longest < 1000, "the loop comes round"); // a tenth of that on a machine of its own
+    }
+
+    void OnlyFinishedConsolesOfTheSameKeyAreTold()
+    {
+        int told = 0;
+        ConsoleLink first(u"key"_s);
+        first.Listen([&] { ++told; });
+        ConsoleLink(u"other"_s).TellOthers();
+        first.TellOthers();
+        ConsoleLink(u"key"_s).TellOthers();
+        QTRY_COMPARE_WITH_TIMEOUT(told, 1, Patience);
+    }
+};
+
+int main(int argc, char **argv)
+{
+    return zelvane::test::RunUiTest<ConsoleTest>(argc, argv);
+}
+
+#include "test_console.moc"
