@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "console/consolekeys.h"
+#include "platform/consolestart.h"
 #include "platform/runtimeerror.h"
 #include "platform/ui/contextmenukey.h"
 #include "platform/ui/endrequest.h"
@@ -238,6 +240,8 @@ int RunDialogMode(Application &application, const QString &document)
 int Main(Application &application, const QStringList &names, const QByteArray &token)
 {
     const CommandLine command(QCoreApplication::arguments().mid(1) + names);
+    application.TheDesktop().SetConsole(
+        {.program = ConsoleProgram(), .wanted = [] { return SettingsStore().Flag(Keys::Console); }});
     switch (command.Form()) {
     case StartForm::QuickPreset:
         return RunChooser(application, command.Document());

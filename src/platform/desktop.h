@@ -56,6 +56,14 @@ struct FileDialogAnswer {
     int filterIndex = 0;
 };
 
+/// What a request says about the console of a program without a window of its own.
+struct ConsoleWish {
+    QString title = {};              ///< empty for the program's name
+    std::optional<bool> wanted = {}; ///< no value for what the user has set for all
+
+    bool operator==(const ConsoleWish &) const = default;
+};
+
 /// A request to the desktop's shell: open `file` as a document or start it as a program. With an empty verb,
 /// as presets have it, the shell tells the user of a failure itself; with a named verb it is silent and the
 /// caller tells. `file` may stand in double quotes (UnquoteFile); `parameters` are one text, to be cut by
@@ -66,6 +74,7 @@ struct ShellRequest {
     QString parameters = {};
     QString folder = {};
     int showState = 1; ///< 0 hidden, 1 normal, 2 minimized, 3 maximized
+    ConsoleWish console = {};
 
     bool operator==(const ShellRequest &) const = default;
 };
@@ -77,6 +86,7 @@ struct ProcessRequest {
     QString parameters = {};
     QString folder = {};
     int showState = 1;
+    ConsoleWish console = {};
 
     bool operator==(const ProcessRequest &) const = default;
 };

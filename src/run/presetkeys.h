@@ -20,4 +20,6 @@ inline constexpr RecordTextKey SecondArgs{u"2ndArgs", u""};
 inline constexpr RecordTextKey SecondFolder{u"2ndFolder", u""};
 inline constexpr RecordNumberKey SecondWindow{u"2ndWindow", 1};
 inline constexpr RecordTextKey Image{u"Image", u""};
+/// Written by hand only; without it the program's own key of that name counts.
+inline constexpr RecordFlagKey Console{u"Console", true};
 } // namespace zelvane::PresetKeys

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "run/presetrun.h"
 
+#include "platform/desktop.h"
 #include "platform/parameters.h"
 #include "run/macroexpansion.h"
 #include "run/presetkeys.h"
@@ -21,6 +22,15 @@ void ShowStatus(EditorContext &editor, const QString &text)
 {
     if (editor.windows.MainWindowActive())
         editor.status.Show(text);
+}
+
+/// The console carries the preset's name.
+ConsoleWish WishOf(const QString &name, const PresetStore &store)
+{
+    ConsoleWish wish{.title = name};
+    if (!store.StoredText(name, PresetKeys::Console).isEmpty())
+        wish.wanted = store.Flag(name, PresetKeys::Console);
+    return wish;
 }
 
 } // namespace
@@ -77,14 +87,20 @@ void RunPreset(const QString &name, bool confirm, bool edit, RunContext &context
     }
 
     if (store.Text(name, PresetKeys::SecondCommand).isEmpty()) {
-        editor.desktop.ShellRun(
-            {.file = command, .parameters = parameters, .folder = folder, .showState = showState});
+        editor.desktop.ShellRun({.file = command,
+                                 .parameters = parameters,
+                                 .folder = folder,
+                                 .showState = showState,
+                                 .console = WishOf(name, store)});
         return;
     }
     // Only a process of our own can be waited for; the shell would hand a document to some other program.
-    const bool started = editor.desktop.RunAndWait(
-        {.command = command, .parameters = parameters, .folder = folder, .showState = showState},
-        [&editor] { editor.windows.MinimizeMainWindow(); });
+    const bool started = editor.desktop.RunAndWait({.command = command,
+                                                    .parameters = parameters,
+                                                    .folder = folder,
+                                                    .showState = showState,
+                                                    .console = WishOf(name, store)},
+                                                   [&editor] { editor.windows.MinimizeMainWindow(); });
     if (!started) {
         editor.desktop.MessageBox(
             {.text = u"Cannot execute preset "_s + name + u'.', .icon = BoxIcon::Warning});
@@ -108,8 +124,11 @@ void RunSecondAction(const QString &name, bool confirm, RunContext &context)
     ShowStatus(editor, name + u" 2nd action: "_s + command + u' ' + parameters);
     if (!ExpandPresetMacros(folder, confirm, context))
         return;
-    editor.desktop.ShellRun(
-        {.file = command, .parameters = parameters, .folder = folder, .showState = showState});
+    editor.desktop.ShellRun({.file = command,
+                             .parameters = parameters,
+                             .folder = folder,
+                             .showState = showState,
+                             .console = WishOf(name, store)});
 }
 
 } // namespace zelvane

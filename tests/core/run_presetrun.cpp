@@ -12,6 +12,7 @@
 
 #include <gtest/gtest.h>
 #include <QFile>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -74,7 +75,8 @@ TEST_F(Run, OneAction)
     context.desktop.ExpectShellRun({.file = u"/opt/cs/csound"_s,
                                     .parameters = parameters,
                                     .folder = context.folder.path(),
-                                    .showState = 2});
+                                    .showState = 2,
+                                    .console = {.title = u"P"_s}});
     Go();
     EXPECT_EQ(context.status.shown, QStringList{u"P: /opt/cs/csound "_s + parameters});
     EXPECT_TRUE(context.windows.calls.isEmpty());
@@ -84,21 +86,38 @@ TEST_F(Run, OneAction)
 TEST_F(Run, FolderDefaultsToTheCommands)
 {
     Set(PresetKeys::Command, u"$CSOUND$"_s);
-    context.desktop.ExpectShellRun({.file = u"/opt/cs/csound"_s, .folder = u"/opt/cs"_s, .showState = 1});
+    context.desktop.ExpectShellRun(
+        {.file = u"/opt/cs/csound"_s, .folder = u"/opt/cs"_s, .showState = 1, .console = {.title = u"P"_s}});
     Go();
     Set(PresetKeys::Command, u"csound"_s);
-    context.desktop.ExpectShellRun({.file = u"csound"_s, .folder = {}, .showState = 1});
+    context.desktop.ExpectShellRun(
+        {.file = u"csound"_s, .folder = {}, .showState = 1, .console = {.title = u"P"_s}});
     Go();
     context.document.CurrentFile = u"/a b/x.html"_s;
     Set(PresetKeys::Command, u"$DOCUMENT$"_s);
-    context.desktop.ExpectShellRun({.file = u"\"/a b/x.html\""_s, .folder = u"/a b"_s, .showState = 1});
+    context.desktop.ExpectShellRun(
+        {.file = u"\"/a b/x.html\""_s, .folder = u"/a b"_s, .showState = 1, .console = {.title = u"P"_s}});
     Go();
+}
+
+TEST_F(Run, APresetMaySayWhetherItWantsAConsole)
+{
+    Set(PresetKeys::Command, u"/bin/x"_s);
+    for (const auto &[stored, wanted] : {std::pair{u"0"_s, false}, std::pair{u"1"_s, true}}) {
+        Set(PresetKeys::Console, stored);
+        context.desktop.ExpectShellRun({.file = u"/bin/x"_s,
+                                        .folder = u"/bin"_s,
+                                        .showState = 1,
+                                        .console = {.title = u"P"_s, .wanted = wanted}});
+        Go();
+    }
 }
 
 TEST_F(Run, FailingShellIsNotTold)
 {
     Set(PresetKeys::Command, u"/no/such"_s);
-    context.desktop.ExpectShellRun({.file = u"/no/such"_s, .folder = u"/no"_s, .showState = 1}, 2);
+    context.desktop.ExpectShellRun(
+        {.file = u"/no/such"_s, .folder = u"/no"_s, .showState = 1, .console = {.title = u"P"_s}}, 2);
     Go();
 }
 
@@ -186,8 +205,11 @@ TEST_F(Run, FieldsAreExpandedInOrder)
     context.desktop.ExpectSaveDialog(dialog(u"AIFF"_s, u"x.aif"_s), {u"/2"_s});
     context.desktop.ExpectSaveDialog(dialog(u"LOG"_s, u"x.log"_s), {u"/3"_s});
     context.desktop.ExpectSaveDialog(dialog(u"WAVE"_s, u"x.wav"_s), {u"/4"_s});
-    context.desktop.ExpectShellRun(
-        {.file = u"/1"_s, .parameters = u"/2 /3"_s, .folder = u"/4"_s, .showState = 1});
+    context.desktop.ExpectShellRun({.file = u"/1"_s,
+                                    .parameters = u"/2 /3"_s,
+                                    .folder = u"/4"_s,
+                                    .showState = 1,
+                                    .console = {.title = u"P"_s}});
     Go(true);
 }
 
@@ -230,8 +252,11 @@ TEST_F(Run, ConfirmPresets)
     context.desktop.ExpectMessage(question, BoxAnswer::Cancel);
     Go();
     context.desktop.ExpectMessage(question, BoxAnswer::Ok);
-    context.desktop.ExpectShellRun(
-        {.file = u"/bin/x"_s, .parameters = u"-a b"_s, .folder = u"/bin"_s, .showState = 1});
+    context.desktop.ExpectShellRun({.file = u"/bin/x"_s,
+                                    .parameters = u"-a b"_s,
+                                    .folder = u"/bin"_s,
+                                    .showState = 1,
+                                    .console = {.title = u"P"_s}});
     Go();
 }
 
@@ -250,14 +275,18 @@ TEST_F(Run, TwoActions)
     context.desktop.ExpectProcess({.command = u"/opt/cs/csound"_s,
                                    .parameters = document,
                                    .folder = context.folder.path(),
-                                   .showState = 0},
+                                   .showState = 0,
+                                   .console = {.title = u"P"_s}},
                                   true, [this] {
                                       EXPECT_EQ(context.windows.calls, QStringList{u"minimize"_s});
                                       EXPECT_EQ(context.status.shown.size(), 1);
                                       context.WriteFile(u"x.wav"_s);
                                   });
-    context.desktop.ExpectShellRun(
-        {.file = u"/bin/play"_s, .parameters = wave, .folder = {}, .showState = 3});
+    context.desktop.ExpectShellRun({.file = u"/bin/play"_s,
+                                    .parameters = wave,
+                                    .folder = {},
+                                    .showState = 3,
+                                    .console = {.title = u"P"_s}});
     Go();
     EXPECT_EQ(context.status.shown,
               (QStringList{u"P: /opt/cs/csound "_s + document, u"P 2nd action: /bin/play "_s + wave}));
@@ -268,7 +297,8 @@ TEST_F(Run, FirstActionThatCannotStart)
 {
     Set(PresetKeys::Command, u"/d/x.html"_s);
     Set(PresetKeys::SecondCommand, u"/bin/play"_s);
-    context.desktop.ExpectProcess({.command = u"/d/x.html"_s, .folder = u"/d"_s}, false);
+    context.desktop.ExpectProcess(
+        {.command = u"/d/x.html"_s, .folder = u"/d"_s, .console = {.title = u"P"_s}}, false);
     context.desktop.ExpectMessage({.text = u"Cannot execute preset P."_s, .icon = BoxIcon::Warning});
     Go();
     EXPECT_TRUE(context.windows.calls.isEmpty());
@@ -283,8 +313,9 @@ TEST_F(Run, ConfirmationIsNotAskedForTheSecondAction)
                                    .buttons = BoxButtons::OkCancel,
                                    .title = u"P"_s},
                                   BoxAnswer::Ok);
-    context.desktop.ExpectProcess({.command = u"/bin/x"_s, .folder = u"/bin"_s});
-    context.desktop.ExpectShellRun({.file = u"/bin/y"_s, .showState = 1});
+    context.desktop.ExpectProcess(
+        {.command = u"/bin/x"_s, .folder = u"/bin"_s, .console = {.title = u"P"_s}});
+    context.desktop.ExpectShellRun({.file = u"/bin/y"_s, .showState = 1, .console = {.title = u"P"_s}});
     Go();
 }
 
@@ -292,7 +323,8 @@ TEST_F(Run, SecondActionThatIsOnlyAMacroWithoutTextEndsQuietly)
 {
     Set(PresetKeys::Command, u"/bin/x"_s);
     Set(PresetKeys::SecondCommand, u"$CLIP$"_s); // not empty before it is expanded
-    context.desktop.ExpectProcess({.command = u"/bin/x"_s, .folder = u"/bin"_s});
+    context.desktop.ExpectProcess(
+        {.command = u"/bin/x"_s, .folder = u"/bin"_s, .console = {.title = u"P"_s}});
     Go();
     EXPECT_EQ(context.status.shown, QStringList{u"P: /bin/x "_s});
 }
@@ -305,7 +337,8 @@ TEST_F(Run, FailureInEachFieldOfTheSecondActionStops)
         Set(PresetKeys::Command, u"/bin/x"_s);
         for (const RecordTextKey &other : keys)
             Set(other, other.Name() == key.Name() ? u"$DOCUMENT$"_s : u"/bin/y"_s);
-        context.desktop.ExpectProcess({.command = u"/bin/x"_s, .folder = u"/bin"_s});
+        context.desktop.ExpectProcess(
+            {.command = u"/bin/x"_s, .folder = u"/bin"_s, .console = {.title = u"P"_s}});
         Go();
         EXPECT_EQ(context.status.text, u"DOCUMENT macro returned empty string."_s);
     }
@@ -318,14 +351,18 @@ TEST_F(Run, SecondActionConfirmsItsFiles)
     Set(PresetKeys::SecondCommand, u"/bin/y"_s);
     Set(PresetKeys::SecondArgs, u"$LOG$"_s);
     Set(PresetKeys::SecondFolder, u"/f"_s);
-    context.desktop.ExpectProcess({.command = u"/bin/x"_s, .folder = u"/bin"_s});
+    context.desktop.ExpectProcess(
+        {.command = u"/bin/x"_s, .folder = u"/bin"_s, .console = {.title = u"P"_s}});
     context.desktop.ExpectSaveDialog({.title = u"LOG - Confirm macro expansion"_s,
                                       .filters = {{u"All Files"_s, u"*"_s}},
                                       .folder = context.folder.path(),
                                       .fileName = context.folder.filePath(u"x.log"_s)},
                                      {u"/l.log"_s});
-    context.desktop.ExpectShellRun(
-        {.file = u"/bin/y"_s, .parameters = u"/l.log"_s, .folder = u"/f"_s, .showState = 1});
+    context.desktop.ExpectShellRun({.file = u"/bin/y"_s,
+                                    .parameters = u"/l.log"_s,
+                                    .folder = u"/f"_s,
+                                    .showState = 1,
+                                    .console = {.title = u"P"_s}});
     Go(true);
 }
 
@@ -333,7 +370,8 @@ TEST_F(Run, FromTheChooserThereIsNoStatusLineAndNoSelection)
 {
     context.windows.mainWindowActive = false;
     Set(PresetKeys::Command, u"/bin/x"_s);
-    context.desktop.ExpectShellRun({.file = u"/bin/x"_s, .folder = u"/bin"_s, .showState = 1});
+    context.desktop.ExpectShellRun(
+        {.file = u"/bin/x"_s, .folder = u"/bin"_s, .showState = 1, .console = {.title = u"P"_s}});
     Go();
     Set(PresetKeys::Args, u"$SEL$"_s);
     context.desktop.ExpectMessage({.text = u"SEL macro returned empty string."_s, .icon = BoxIcon::Warning});
@@ -345,7 +383,8 @@ TEST_F(Run, WindowStateThatIsNoNumberIsTheDefault)
 {
     Set(PresetKeys::Command, u"/bin/x"_s);
     Set(PresetKeys::Window, u"wide"_s);
-    context.desktop.ExpectShellRun({.file = u"/bin/x"_s, .folder = u"/bin"_s, .showState = 1});
+    context.desktop.ExpectShellRun(
+        {.file = u"/bin/x"_s, .folder = u"/bin"_s, .showState = 1, .console = {.title = u"P"_s}});
     Go();
     EXPECT_EQ(context.settings.TakeUnreadable().size(), 1u);
 }

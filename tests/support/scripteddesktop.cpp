@@ -152,6 +152,14 @@ void ScriptedDesktop::SetClipboardText(const QString &text)
     clipboard = text;
 }
 
+void ScriptedDesktop::CheckWish(const ConsoleWish &wish, const ConsoleWish &expected)
+{
+    if (expected == ConsoleWish{})
+        return;
+    EXPECT_EQ(wish.title, expected.title);
+    EXPECT_EQ(wish.wanted, expected.wanted);
+}
+
 int ScriptedDesktop::ShellRun(const ShellRequest &request)
 {
     const auto expected = Next<Shell>(u"shell: "_s + request.file + u" "_s + request.parameters);
@@ -162,6 +170,7 @@ int ScriptedDesktop::ShellRun(const ShellRequest &request)
     EXPECT_EQ(request.parameters, expected->request.parameters);
     EXPECT_EQ(request.folder, expected->request.folder);
     EXPECT_EQ(request.showState, expected->request.showState);
+    CheckWish(request.console, expected->request.console);
     return expected->result;
 }
 
@@ -174,6 +183,7 @@ bool ScriptedDesktop::RunAndWait(const ProcessRequest &request, const std::funct
     EXPECT_EQ(request.parameters, expected->request.parameters);
     EXPECT_EQ(request.folder, expected->request.folder);
     EXPECT_EQ(request.showState, expected->request.showState);
+    CheckWish(request.console, expected->request.console);
     if (expected->started && started)
         started();
     if (expected->during)

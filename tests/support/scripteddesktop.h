@@ -27,6 +27,7 @@ public:
     void ExpectOpenDialog(const FileDialogRequest &request, const FileDialogAnswer &answer);
     void ExpectSaveDialog(const FileDialogRequest &request, const FileDialogAnswer &answer);
     void ExpectBrowseFolder(const QString &title, const QString &initial, const QString &answer);
+    /// What it says of the console is looked at only where it says anything.
     void ExpectShellRun(const ShellRequest &request, int result = 42);
     /// `during` runs in place of the process, while the program waits.
     void ExpectProcess(const ProcessRequest &request, bool started = true, std::function<void()> during = {});
@@ -60,6 +61,7 @@ public:
     QDateTime Now() const override { return now; }
 
 private:
+    static void CheckWish(const ConsoleWish &wish, const ConsoleWish &expected);
     struct Message {
         MessageBoxRequest request;
         BoxAnswer answer;

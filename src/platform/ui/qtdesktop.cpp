@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/ui/qtdesktop.h"
 
+#include "platform/consolestart.h"
 #include "platform/executables.h"
 #include "platform/lostnames.h"
 #include "platform/parameters.h"
@@ -10,6 +11,7 @@
 #include "platform/ui/programfilter.h"
 #include "platform/ui/raisewindow.h"
 
+#include <functional>
 #include <QApplication>
 #include <QClipboard>
 #include <QDesktopServices>
@@ -239,6 +241,16 @@ ShellOutcome StartDetached(const QString &program, const ShellRequest &request, 
     return {AccessDenied, u"Cannot start '"_s + program + u"': "_s + process.errorString()};
 }
 
+ConsoleRun ConsoleRunOf(const QString &program, const QString &parameters, const QString &folder,
+                        int showState, const ConsoleWish &wish)
+{
+    return {.title = wish.title.isEmpty() ? QFileInfo(program).fileName() : wish.title,
+            .program = program,
+            .arguments = SplitParameters(parameters),
+            .folder = folder,
+            .showState = showState};
+}
+
 /// Hands an address or a document to the desktop's default handler.
 ShellOutcome OpenByHandler(const QUrl &url, const QString &shown)
 {
@@ -288,7 +300,9 @@ QFileInfo Locate(const QString &file, const QString &folder)
     return QFileInfo(file);
 }
 
-ShellOutcome RunInShell(const ShellRequest &request)
+using ConsoleChoice = std::function<QString(const QString &program)>;
+
+ShellOutcome RunInShell(const ShellRequest &request, const ConsoleChoice &consoleFor)
 {
     const QString file = UnquoteFile(request.file.trimmed());
     const QString folder = FolderName(request.folder);
@@ -302,7 +316,16 @@ ShellOutcome RunInShell(const ShellRequest &request)
         if (!folder.isEmpty() && !QFileInfo(folder).isDir())
             return {PathNotFound,
                     u"Cannot find the folder '"_s + folder + u"' to start '"_s + file + u"' in."_s};
-        return StartDetached(program, request, folder);
+        const QString console = request.verb.isEmpty() ? consoleFor(program) : QString();
+        if (console.isEmpty())
+            return StartDetached(program, request, folder);
+        QString error;
+        if (StartConsole(
+                console,
+                ConsoleRunOf(program, request.parameters, folder, request.showState, request.console),
+                &error))
+            return {};
+        return {AccessDenied, u"Cannot start '"_s + console + u"': "_s + error};
     }
     const QFileInfo document = Locate(file, folder);
     if (document.exists() || document.isSymLink()) {
@@ -488,10 +511,19 @@ void QtDesktop::SetClipboardText(const QString &text)
 
 int QtDesktop::ShellRun(const ShellRequest &request)
 {
-    const ShellOutcome outcome = RunInShell(request);
+    const ShellOutcome outcome =
+        RunInShell(request, [&](const QString &program) { return ConsoleFor(program, request.console); });
     if (outcome.result <= ShellFailure && request.verb.isEmpty())
         MessageBox({.text = outcome.message, .icon = BoxIcon::Critical, .title = request.file});
     return outcome.result;
+}
+
+QString QtDesktop::ConsoleFor(const QString &program, const ConsoleWish &wish) const
+{
+    if (m_console.program.isEmpty() || !wish.wanted.value_or(!m_console.wanted || m_console.wanted()) ||
+        HasOwnWindow(program))
+        return {};
+    return m_console.program;
 }
 
 bool QtDesktop::RunAndWait(const ProcessRequest &request, const std::function<void()> &started)
@@ -500,6 +532,17 @@ bool QtDesktop::RunAndWait(const ProcessRequest &request, const std::function<vo
     const QString program = FindExecutable(UnquoteFile(request.command.trimmed()), folder);
     if (ExecutableFileKind(program).isEmpty() || (!folder.isEmpty() && !QFileInfo(folder).isDir()))
         return false;
+    const auto begins = [&] {
+        if (started)
+            started();
+        FlushWindowSystem(); // what `started` did to the window has to be seen during the wait
+        if (m_waitHooks.begins)
+            m_waitHooks.begins();
+    };
+    if (const QString console = ConsoleFor(program, request.console); !console.isEmpty())
+        return StartConsoleAndWait(
+            console, ConsoleRunOf(program, request.parameters, folder, request.showState, request.console),
+            {.started = begins, .looks = m_waitHooks.looks});
     QProcess process;
     process.setProgram(program);
     process.setArguments(SplitParameters(request.parameters));
@@ -509,11 +552,7 @@ bool QtDesktop::RunAndWait(const ProcessRequest &request, const std::function<vo
     process.start();
     if (!process.waitForStarted(-1))
         return false;
-    if (started)
-        started();
-    FlushWindowSystem(); // what `started` did to the window has to be seen during the wait
-    if (m_waitHooks.begins)
-        m_waitHooks.begins();
+    begins();
     while (process.state() != QProcess::NotRunning) {
         process.waitForFinished(LookEveryMs);
         if (m_waitHooks.looks)

@@ -15,12 +15,21 @@ struct WaitHooks {
     std::function<void()> looks;  ///< called several times a second; may end the process
 };
 
+/// How programs without a window of their own are shown.
+struct ConsoleUse {
+    QString program = {}; ///< the console; empty for none: output goes where the editor's own goes
+    std::function<bool()> wanted = {}; ///< whether the user wants it where a request does not say
+};
+
 /// The real desktop: Qt's dialogs over the active window, processes of the operating system, the default
 /// handlers of the desktop.
 class QtDesktop : public Desktop
 {
 public:
     void SetWaitHooks(WaitHooks hooks) { m_waitHooks = std::move(hooks); }
+
+    /// Without it no program gets a console.
+    void SetConsole(ConsoleUse console) { m_console = std::move(console); }
 
     BoxAnswer MessageBox(const MessageBoxRequest &request) override;
     std::optional<QString> InputBox(const QString &title, const QString &prompt,
@@ -35,7 +44,8 @@ public:
     QString ClipboardText() const override;
     void SetClipboardText(const QString &text) override;
 
-    /// An executable is started on its own, in its folder, its standard output going where the editor's goes;
+    /// An executable is started on its own, in its folder; in a console where it has no window of its own, or
+    /// else with its standard output going where the editor's goes;
     /// a folder goes to the file manager, anything else to its default handler. A started program outlives
     /// the editor. With the verb "openas" the user picks the program that opens the file.
     int ShellRun(const ShellRequest &request) override;
@@ -51,7 +61,11 @@ public:
     QDateTime Now() const override;
 
 private:
+    /// The console for a program; empty where it gets none.
+    QString ConsoleFor(const QString &program, const ConsoleWish &wish) const;
+
     WaitHooks m_waitHooks;
+    ConsoleUse m_console;
 };
 
 /// The rows of a file dialog in the toolkit's notation, "All Files" appended unless a row has that label.
