@@ -10,7 +10,7 @@ class SettingsStore;
 
 /// The outside programs that the user has chosen, as they stood at start-up or when Preferences last closed.
 struct ToolPaths {
-    QString Csound = {};  ///< the main compiler
+    QString Csound = {};  ///< the main compiler; the one in PATH where none is set
     QString Csound2 = {}; ///< an alternative compiler
     QString Help = {};
     QString Editor = {}; ///< the sound editor

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "run/ui/presetbar.h"
 
+#include "platform/desktop.h"
+#include "platform/runtimeerror.h"
 #include "run/presetbuttons.h"
 #include "run/presetrun.h"
 #include "run/presetstore.h"
+#include "run/readypresets.h"
 #include "run/ui/presetimages.h"
 #include "shell/editorcontext.h"
 #include "shell/ui/commands.h"
@@ -11,6 +14,7 @@
 #include "shell/ui/plaintooltip.h"
 #include "shell/ui/toolbutton.h"
 
+#include <QAction>
 #include <QContextMenuEvent>
 #include <QMenu>
 #include <QToolButton>
@@ -51,6 +55,7 @@ void PresetBar::PresetsButtons()
 {
     const QStringList presets = PresetStore(m_context.editor.settings).ReadPresetList();
     RemoveButtons();
+    ShowReadyRow(presets.isEmpty());
     if (!presets.isEmpty()) {
         setUpdatesEnabled(false);
         // A preset that cannot be read is reported, and takes no other one's button away.
@@ -61,6 +66,34 @@ void PresetBar::PresetsButtons()
         BuildMenuRows(presets);
         Q_EMIT Rebuilt();
     }
+}
+
+void PresetBar::ShowReadyRow(bool shown)
+{
+    if (!m_ready && !shown)
+        return;
+    if (!m_ready) {
+        m_ready = m_presets.addAction(u"&Ready-made presets..."_s);
+        m_ready->setObjectName(u"mnuReadyPresets"_s);
+        connect(m_ready, &QAction::triggered, this,
+                [this] { m_commands.Guard([this] { OfferReadyPresets(); }); });
+    }
+    m_ready->setVisible(shown);
+}
+
+void PresetBar::OfferReadyPresets()
+{
+    EditorContext &editor = m_context.editor;
+    const QString file = ReadyPresetsFile();
+    const QStringList names = ReadyPresets(file);
+    if (names.isEmpty())
+        throw RunTimeError(ErrorNumber::FileNotFound, u"File not found"_s, file);
+    if (editor.desktop.MessageBox(
+            {.text = ReadyPresetsQuestion(names), .icon = BoxIcon::Question, .buttons = BoxButtons::YesNo}) !=
+        BoxAnswer::Yes)
+        return;
+    AddReadyPresets(file, editor.settings);
+    PresetsButtons();
 }
 
 void PresetBar::RemoveButtons()

@@ -5,6 +5,7 @@
 
 #include <QToolBar>
 
+class QAction;
 class QMenu;
 
 namespace zelvane
@@ -41,6 +42,9 @@ protected:
     void contextMenuEvent(QContextMenuEvent *event) override;
 
 private:
+    /// The row that offers presets to begin with; it is there as long as there are none.
+    void ShowReadyRow(bool shown);
+    void OfferReadyPresets();
     void RemoveButtons();
     /// Adds the button of one preset at the end, unless the preset wants none.
     void AddPresetButton(const QString &key);
@@ -55,6 +59,7 @@ private:
     QMenu &m_presets;
     QMenu &m_popup;
     int m_rows = 0;
+    QAction *m_ready = nullptr; ///< none before it was first shown
 };
 
 } // namespace zelvane
