@@ -287,7 +287,7 @@ TEST_F(MailboxTest, ACancelledHandOverSelectsNothing)
     settings.SaveText(Keys::Open, file);
     settings.SaveNumber(Keys::OpenLine, 3);
     view.calls.clear();
-    desktop.ExpectMessage(SaveChanges(u"recent.orc"_s), BoxAnswer::Cancel);
+    desktop.ExpectMessage(SaveChanges(recent), BoxAnswer::Cancel);
     mailbox.Wake();
     EXPECT_EQ(document.CurrentFile, recent);
     EXPECT_EQ(text.Selection().start, 1);

@@ -15,6 +15,10 @@ Splash=0
 """
 
 
+# What a program says goes to where this one was started from.
+NO_CONSOLE = "Csound=/usr/bin/csound\nConsole=0\n"
+
+
 def prepare(stage, compiler="Csound=/usr/bin/csound\n"):
     stage.write_store(STORE + compiler)
 
@@ -31,7 +35,7 @@ def is_gone(stage, window):
 
 
 def program_of_its_own_renders(stage):
-    prepare(stage)
+    prepare(stage, NO_CONSOLE)
     piece = copy_example(stage, "pluck.csd", "a piece")  # a folder with a blank
     wave = piece.with_suffix(".wav")
     program = stage.start("/r", piece)
@@ -104,12 +108,28 @@ def program_of_its_own_has_no_main_window_to_ask(stage):
 def program_without_a_compiler_asks(stage):
     prepare(stage, "")
     piece = copy_example(stage, "pluck.csd")
+    path = stage.environment["PATH"]
+    stage.environment["PATH"] = str(stage.home)  # where no csound is
     program = stage.start("/r", piece)
+    stage.environment["PATH"] = path
     program.window(DIALOG).keys("Return")
     box = program.window(lambda title: title == "Zelvane")
     box.screenshot("run-csound-no-compiler")
     box.keys("alt+n")
     equal(program.ended(), 0, "exit code")
+
+
+def program_without_a_compiler_takes_the_one_in_path(stage):
+    prepare(stage, "")
+    piece = copy_example(stage, "pluck.csd")
+    wave = piece.with_suffix(".wav")
+    program = stage.start("/r", piece)
+    dialog = program.window(DIALOG)
+    dialog.type("-d -W -o $WAVE$")
+    dialog.keys("Return")
+    equal(program.ended(), 0, "exit code")
+    stage.until(lambda: rendered(wave), lambda: f"{wave}; the program said: {program.output()}")
+    equal(stage.setting("Csound"), None, "nothing is stored")
 
 
 def program_whose_compiler_is_missing_says_so(stage):
@@ -201,6 +221,7 @@ main(
     program_of_its_own_ends,
     program_of_its_own_has_no_main_window_to_ask,
     program_without_a_compiler_asks,
+    program_without_a_compiler_takes_the_one_in_path,
     program_whose_compiler_is_missing_says_so,
     running_editor_is_left_alone,
     flags_by_keys_render_in_the_editor,
