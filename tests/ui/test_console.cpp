@@ -113,8 +113,7 @@ private Q_SLOTS:
                         "done; exit 3"_s);
         console.form->Run();
         QTRY_VERIFY_WITH_TIMEOUT(console.form->IsFinished(), Patience);
-        QTest::qWait(1500); // longer than a good run stays
-        QCOMPARE(console.closed->count(), 0);
+        QVERIFY(!console.form->IsLeaving());
         QVERIFY(console.form->isVisible());
         QCOMPARE(console.State(), u"Ended with exit code 3. error: the first"_s);
         QCOMPARE(console.View().SelectedText(), u"error: the first"_s);
@@ -131,8 +130,8 @@ private Q_SLOTS:
         QTest::keyClick(&input, Qt::Key_Return);
         QTRY_VERIFY_WITH_TIMEOUT(console.form->IsFinished(), Patience);
         QVERIFY(console.Shows(u"> words\ngot words"_s));
-        QTest::qWait(1500);
-        QCOMPARE(console.closed->count(), 0);
+        QVERIFY(!console.form->IsLeaving());
+        QVERIFY(console.form->isVisible());
         console.form->close();
         QCOMPARE(console.closed->count(), 1);
     }
@@ -144,8 +143,7 @@ private Q_SLOTS:
             console.Find<QCheckBox>(u"chkKeepOpen"_s).setChecked(true);
             console.form->Run();
             QTRY_VERIFY_WITH_TIMEOUT(console.form->IsFinished(), Patience);
-            QTest::qWait(1500);
-            QCOMPARE(console.closed->count(), 0);
+            QVERIFY(!console.form->IsLeaving());
             Console next(u"exit 0"_s);
             QVERIFY(next.Find<QCheckBox>(u"chkKeepOpen"_s).isChecked());
             console.Find<QCheckBox>(u"chkKeepOpen"_s).setChecked(false);

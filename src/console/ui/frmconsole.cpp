@@ -81,10 +81,7 @@ frmConsole::frmConsole(const ConsoleOptions &options, Services services, QWidget
     connect(&m_news, &QTimer::timeout, this, &frmConsole::ShowNews);
     m_leave.setSingleShot(true);
     m_leave.setInterval(LeaveMs);
-    connect(&m_leave, &QTimer::timeout, this, [this] {
-        if (!m_touched && !chkKeepOpen->isChecked())
-            CloseNow();
-    });
+    connect(&m_leave, &QTimer::timeout, this, &frmConsole::CloseNow);
     QCoreApplication::instance()->installEventFilter(this);
 }
 
@@ -131,8 +128,8 @@ void frmConsole::BuildWindow()
     connect(cmdStop, &QPushButton::clicked, this, &frmConsole::Stop);
     connect(chkKeepOpen, &QCheckBox::toggled, this, [this](bool keep) {
         m_services.settings.SaveFlag(Keys::ConsoleKeepOpen, keep);
-        if (!keep && !m_leave.isActive() && IsFinished() && !m_messages.FirstError())
-            m_leave.start();
+        m_touched = false; // the click itself is none that wants the window to stay
+        UpdateLeaving();
     });
 }
 
@@ -264,9 +261,22 @@ void frmConsole::Ended(const ProgramEnd &end)
             CloseNow();
         return;
     }
-    const bool good = end.IsSuccess() && !m_messages.FirstError();
-    if (good && m_options.run.showState != 0)
+    m_endedWell = end.IsSuccess() && !m_messages.FirstError();
+    UpdateLeaving();
+}
+
+void frmConsole::UpdateLeaving()
+{
+    if (!m_endedWell || m_touched || chkKeepOpen->isChecked())
+        m_leave.stop();
+    else if (!m_leave.isActive())
         m_leave.start();
+}
+
+void frmConsole::Touch()
+{
+    m_touched = true;
+    UpdateLeaving();
 }
 
 void frmConsole::ShowEnd(const QString &words)
@@ -399,10 +409,10 @@ bool frmConsole::eventFilter(QObject *watched, QEvent *event)
     switch (event->type()) {
     case QEvent::MouseButtonPress:
     case QEvent::Wheel:
-        m_touched = true;
+        Touch();
         break;
     case QEvent::KeyPress: {
-        m_touched = true;
+        Touch();
         const auto *press = static_cast<QKeyEvent *>(event);
         if (HandleKey(watched, press->key(), press->modifiers()))
             return true;

@@ -50,6 +50,8 @@ public:
     void Run();
     /// Whether the program, and all that it has started while the user wanted it to stop, have ended.
     bool IsFinished() const;
+    /// Whether it closes by itself in a moment: the run was good, and nobody has touched the window.
+    bool IsLeaving() const { return m_leave.isActive(); }
     /// The same preset has been started again: a console that has finished goes.
     void GiveWay();
     /// Stops what runs and closes: the desktop wants it so.
@@ -72,6 +74,8 @@ private:
     void TakeLine(StyledLine line);
     void Ended(const ProgramEnd &end);
     void ShowEnd(const QString &words);
+    void UpdateLeaving();
+    void Touch();
     void Tick();
     void ShowNews();
     void SendLine();
@@ -94,6 +98,7 @@ private:
     QTimer m_leave;
     std::optional<double> m_progress;
     bool m_running = false;
+    bool m_endedWell = false;
     bool m_touched = false;
     bool m_closing = false;
     bool m_closed = false;
