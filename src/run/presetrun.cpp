@@ -24,10 +24,11 @@ void ShowStatus(EditorContext &editor, const QString &text)
         editor.status.Show(text);
 }
 
-/// The console carries the preset's name.
-ConsoleWish WishOf(const QString &name, const PresetStore &store)
+/// What the preset says of consoles. That of its second action has a title of its own: the console of a first
+/// one that has failed is not to be replaced by it.
+ConsoleWish WishOf(const QString &name, const PresetStore &store, const QString &title)
 {
-    ConsoleWish wish{.title = name};
+    ConsoleWish wish{.title = title};
     if (!store.StoredText(name, PresetKeys::Console).isEmpty())
         wish.wanted = store.Flag(name, PresetKeys::Console);
     return wish;
@@ -91,7 +92,7 @@ void RunPreset(const QString &name, bool confirm, bool edit, RunContext &context
                                  .parameters = parameters,
                                  .folder = folder,
                                  .showState = showState,
-                                 .console = WishOf(name, store)});
+                                 .console = WishOf(name, store, name)});
         return;
     }
     // Only a process of our own can be waited for; the shell would hand a document to some other program.
@@ -99,7 +100,7 @@ void RunPreset(const QString &name, bool confirm, bool edit, RunContext &context
                                                     .parameters = parameters,
                                                     .folder = folder,
                                                     .showState = showState,
-                                                    .console = WishOf(name, store)},
+                                                    .console = WishOf(name, store, name)},
                                                    [&editor] { editor.windows.MinimizeMainWindow(); });
     if (!started) {
         editor.desktop.MessageBox(
@@ -121,14 +122,15 @@ void RunSecondAction(const QString &name, bool confirm, RunContext &context)
         return;
     if (!ExpandPresetMacros(parameters, confirm, context))
         return;
-    ShowStatus(editor, name + u" 2nd action: "_s + command + u' ' + parameters);
+    const QString title = name + u" 2nd action"_s;
+    ShowStatus(editor, title + u": "_s + command + u' ' + parameters);
     if (!ExpandPresetMacros(folder, confirm, context))
         return;
     editor.desktop.ShellRun({.file = command,
                              .parameters = parameters,
                              .folder = folder,
                              .showState = showState,
-                             .console = WishOf(name, store)});
+                             .console = WishOf(name, store, title)});
 }
 
 } // namespace zelvane

@@ -286,7 +286,7 @@ TEST_F(Run, TwoActions)
                                     .parameters = wave,
                                     .folder = {},
                                     .showState = 3,
-                                    .console = {.title = u"P"_s}});
+                                    .console = {.title = u"P 2nd action"_s}});
     Go();
     EXPECT_EQ(context.status.shown,
               (QStringList{u"P: /opt/cs/csound "_s + document, u"P 2nd action: /bin/play "_s + wave}));
@@ -315,7 +315,8 @@ TEST_F(Run, ConfirmationIsNotAskedForTheSecondAction)
                                   BoxAnswer::Ok);
     context.desktop.ExpectProcess(
         {.command = u"/bin/x"_s, .folder = u"/bin"_s, .console = {.title = u"P"_s}});
-    context.desktop.ExpectShellRun({.file = u"/bin/y"_s, .showState = 1, .console = {.title = u"P"_s}});
+    context.desktop.ExpectShellRun(
+        {.file = u"/bin/y"_s, .showState = 1, .console = {.title = u"P 2nd action"_s}});
     Go();
 }
 
@@ -362,7 +363,7 @@ TEST_F(Run, SecondActionConfirmsItsFiles)
                                     .parameters = u"/l.log"_s,
                                     .folder = u"/f"_s,
                                     .showState = 1,
-                                    .console = {.title = u"P"_s}});
+                                    .console = {.title = u"P 2nd action"_s}});
     Go(true);
 }
 
