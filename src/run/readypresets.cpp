@@ -6,6 +6,8 @@
 #include "run/presetstore.h"
 #include "shell/settings.h"
 
+#include <QFileInfo>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace zelvane
@@ -13,7 +15,8 @@ namespace zelvane
 
 QString ReadyPresetsFile()
 {
-    return ProgramFolder() + u"/presets"_s;
+    const QString own = ProgramFolder() + u"/presets"_s;
+    return QFileInfo::exists(own) ? own : ShippedFolder() + u"/presets"_s;
 }
 
 QStringList ReadyPresets(const QString &file)

@@ -41,7 +41,7 @@ TEST_F(ReadyPresetsTest, TheShippedOnesAreWhole)
         EXPECT_LE(record.Name.size(), 10) << "what fits under a button";
         EXPECT_FALSE(record.Tooltip.isEmpty());
     }
-    EXPECT_EQ(presets.ReadRecord(u"Render and listen"_s).SecondCommand, u"$WAVE$"_s);
+    EXPECT_EQ(presets.ReadRecord(u"Render and listen"_s).SecondCommand, u"$NAME$.wav"_s);
 }
 
 TEST_F(ReadyPresetsTest, TheUsersOwnStay)
