@@ -115,7 +115,7 @@ void MenusTest::MenusHaveTheirRows_data()
         "mnuInsertFilename=&Filename..., "
         "-, mnuLineSeparation_0=----------------, mnuLineSeparation_1=****************, -, mnuDate=&Date && "
         "time");
-    row("mnuPresets", u"-, mnuPresetsBox=Add/Remove &Presets...");
+    row("mnuPresets", u"-, mnuPresetsBox=Add/Remove &Presets..., mnuReadyPresets=&Ready-made presets...");
     row("mnuTools",
         u"mnuRunCsound=&Run Csound..., -, mnuCodeRes=Co&de Repository..., "
         "mnuCodeResAdd=&Add to Code Repository..., -, mnuInstrEdit=I&nstrument Properties..., "

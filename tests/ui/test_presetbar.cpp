@@ -15,7 +15,9 @@
 
 #include <QComboBox>
 #include <QContextMenuEvent>
+#include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QImage>
 #include <QLabel>
 #include <QTimer>
@@ -121,6 +123,7 @@ class PresetBarTest : public QObject
 
 private Q_SLOTS:
     void EmptyStoreHasAnEmptyBar();
+    void ReadyMadePresetsAreAddedWhenTheUserSaysSo();
     void ButtonsStandInTheStoresOrder();
     void LabelsAreCutAtTen();
     void LabelsShowOnDemandAndAtStart();
@@ -149,7 +152,36 @@ void PresetBarTest::EmptyStoreHasAnEmptyBar()
     PresetWindow editor;
     editor.Open();
     QVERIFY(editor.Bar().actions().isEmpty());
-    QCOMPARE(editor.MenuRows(), QStringList({u"Add/Remove &Presets..."_s}));
+    QCOMPARE(editor.MenuRows(), QStringList({u"Add/Remove &Presets..."_s, u"&Ready-made presets..."_s}));
+}
+
+void PresetBarTest::ReadyMadePresetsAreAddedWhenTheUserSaysSo()
+{
+    PresetWindow editor;
+    QVERIFY(QFile::copy(QCoreApplication::applicationDirPath() + u"/presets"_s,
+                        editor.folder.filePath(u"presets"_s)));
+    editor.Open();
+    auto &ready = editor.Find<QAction>(u"mnuReadyPresets"_s);
+    const MessageBoxRequest question{
+        .text = u"Add these presets? They can be changed and removed at any time.\n\n"
+                "Render to a sound file\nPlay now\nCheck the syntax\nRender and listen"_s,
+        .icon = BoxIcon::Question,
+        .buttons = BoxButtons::YesNo};
+    editor.desktop.ExpectMessage(question, BoxAnswer::No);
+    ready.trigger();
+    QVERIFY(editor.Bar().actions().isEmpty());
+    QVERIFY(ready.isVisible());
+    editor.desktop.ExpectMessage(question, BoxAnswer::Yes);
+    ready.trigger();
+    QCOMPARE(editor.Labels(), u"Render Play Check Listen"_s);
+    QVERIFY(!ready.isVisible());
+    QCOMPARE(editor.MenuRows().size(), 6); // the four, a line, Add/Remove
+    editor.desktop.CheckAllCame();
+    // They are as any others: with the last of them gone the row is there again.
+    editor.settings.DeleteSetting(u"Presets"_s);
+    editor.Bar().PresetsButtons();
+    QVERIFY(ready.isVisible());
+    QVERIFY(editor.Bar().actions().isEmpty());
 }
 
 void PresetBarTest::ButtonsStandInTheStoresOrder()

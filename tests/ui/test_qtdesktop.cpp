@@ -18,6 +18,7 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QtTest>
 #include <QUrl>
@@ -589,6 +590,55 @@ private Q_SLOTS:
         QCOMPARE(Contents(Path(u"err"_s)), QByteArray("err\nerr\n"));
     }
 
+    void AProgramWithoutAWindowGetsAConsoleWhereItIsWanted_data()
+    {
+        QTest::addColumn<bool>("forAll");
+        QTest::addColumn<QString>("wish"); // of the request: "0", "1" or none
+        QTest::addColumn<bool>("console");
+        QTest::newRow("for all") << true << QString() << true;
+        QTest::newRow("for none") << false << QString() << false;
+        QTest::newRow("for all but this") << true << u"0"_s << false;
+        QTest::newRow("for this alone") << false << u"1"_s << true;
+    }
+
+    void AProgramWithoutAWindowGetsAConsoleWhereItIsWanted()
+    {
+        QFETCH(bool, forAll);
+        QFETCH(QString, wish);
+        QFETCH(bool, console);
+        QtDesktop desktop;
+        desktop.SetConsole({.program = Speaker(u"console"_s), .wanted = [forAll] { return forAll; }});
+        const QString program = Speaker(u"render"_s);
+        ShellRequest request{.file = program, .parameters = u"-o \"x y.wav\""_s, .folder = m_folder.path()};
+        request.showState = 2;
+        request.console.title = u"A preset"_s;
+        if (!wish.isEmpty())
+            request.console.wanted = wish == u"1"_s;
+        QVERIFY(desktop.ShellRun(request) > ShellFailure);
+        QTRY_VERIFY(!Said().isEmpty());
+        const QByteArray folder = m_folder.path().toUtf8();
+        if (console)
+            QVERIFY2(Said().endsWith("\n<--title>\n<A preset>\n<--window>\n<2>\n<--folder>\n<" + folder +
+                                     ">\n<-->\n<" + program.toUtf8() + ">\n<-o>\n<x y.wav>\nend\n"),
+                     Said().constData());
+        else
+            QCOMPARE(Said(), folder + "\n<-o>\n<x y.wav>\nend\n");
+    }
+
+    void AProgramWithAWindowGetsNoConsole()
+    {
+        const QByteArray data = qgetenv("XDG_DATA_HOME");
+        const auto restore = qScopeGuard([&] { qputenv("XDG_DATA_HOME", data); });
+        qputenv("XDG_DATA_HOME", QFile::encodeName(m_folder.path()));
+        const QString program = Speaker(u"soundeditor"_s);
+        Write(u"applications/soundeditor.desktop"_s,
+              "[Desktop Entry]\nType=Application\nExec=" + program.toUtf8() + " %f\n");
+        QtDesktop desktop;
+        desktop.SetConsole({.program = Speaker(u"console"_s)});
+        QVERIFY(desktop.ShellRun({.file = program, .folder = m_folder.path()}) > ShellFailure);
+        QTRY_COMPARE(Said(), m_folder.path().toUtf8() + "\nend\n");
+    }
+
     void WhatTheShellCannotDoItSaysItself_data()
     {
         QTest::addColumn<QString>("file");
@@ -737,6 +787,34 @@ private Q_SLOTS:
                                      [&] { told.append(u"started"_s); }));
         m_desktop.SetWaitHooks({});
         QCOMPARE(told.first(4), QStringList({u"started"_s, u"begins"_s, u"looks"_s, u"looks"_s}));
+    }
+
+    void AConsoleIsWaitedForUntilItsProgramHasEnded()
+    {
+        // It says so at the descriptor behind "--notify", and stays.
+        const QString console = Write(u"console"_s,
+                                      "#!/bin/bash\nwhile [ \"$1\" != --notify ]; do shift; done; fd=$2\n"
+                                      "printf s >&$fd\nwhile [ ! -e goes ]; do sleep 0.05; done\n"
+                                      "touch ended; printf e >&$fd; exec {fd}>&-\n"
+                                      "while [ ! -e leave ]; do sleep 0.05; done\n",
+                                      true);
+        QtDesktop desktop;
+        desktop.SetConsole({.program = console});
+        int startedCalls = 0;
+        const QDir before = QDir::current();
+        const auto restore = qScopeGuard([&] { QDir::setCurrent(before.path()); });
+        QDir::setCurrent(m_folder.path());
+        bool served = false;
+        QTimer::singleShot(0, this, [&] { served = true; });
+        QVERIFY(desktop.RunAndWait({.command = Speaker(u"render"_s), .folder = m_folder.path()}, [&] {
+            ++startedCalls;
+            Write(u"goes"_s, "");
+        }));
+        Write(u"leave"_s, "");
+        QCOMPARE(startedCalls, 1);
+        QVERIFY(QFile::exists(Path(u"ended"_s)));
+        QVERIFY2(!served, "an event was handled during the wait");
+        QTRY_VERIFY(served);
     }
 
     void ExitCodeIsNotLookedAt()

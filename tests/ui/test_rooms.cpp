@@ -26,10 +26,12 @@
 #include "texttools/ui/texttoolsroom.h"
 
 #include <QAbstractItemModel>
+#include <QByteArray>
 #include <QComboBox>
 #include <QFile>
 #include <QMainWindow>
 #include <QMenuBar>
+#include <QScopeGuard>
 #include <QToolBar>
 #include <QToolButton>
 #include <QTreeView>
@@ -187,6 +189,9 @@ void RoomsTest::LabelsOfPresetsFollowTheirRow()
 
 void RoomsTest::TheFoldersOfTheToolsAreKnownWithTheTools()
 {
+    const QByteArray path = qgetenv("PATH");
+    const auto restore = qScopeGuard([&] { qputenv("PATH", path); });
+    qputenv("PATH", "/no/such/folder"); // where no csound is
     BareWindow on;
     const RunRoom room(on.context);
     on.appearance.Apply(Look::ToolPaths);
