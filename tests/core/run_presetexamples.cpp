@@ -48,7 +48,7 @@ TEST(PresetExamples, AllStartInTheDocumentsFolder)
               1);
     const QString help = Document("data/zelvane.html");
     EXPECT_GE(Examples(help, u"<pre>.*?</pre>"_s, u"[Cc]ommand: "_s, u"^Folder:      \\$DIR\\$"_s), 8);
-    EXPECT_EQ(Examples(help, u"<li><b>Make a preset.*?</li>"_s, u"command\\s<code>"_s,
-                       u"initial folder\\s<code>\\$DIR\\$</code>"_s),
-              1);
+    EXPECT_EQ(Examples(Document("data/presets"), u"^\\[[^\\n]*\\n([^\\[\\n][^\\n]*\\n)*"_s,
+                       u"^(2nd)?Command="_s, u"^(2nd)?Folder=\\$DIR\\$$"_s),
+              4);
 }
