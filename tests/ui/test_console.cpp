@@ -11,18 +11,24 @@
 
 #include <algorithm>
 #include <memory>
+#include <QAction>
 #include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
+#include <QContextMenuEvent>
+#include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMessageBox>
+#include <QPoint>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <QtTest>
 #include <vector>
 
@@ -225,9 +231,11 @@ private Q_SLOTS:
         console.form->Run();
         QTRY_VERIFY_WITH_TIMEOUT(console.form->IsFinished(), Patience);
         const MessagePlace place{QDir(console.folder.path()).canonicalPath() + u"/a.orc"_s, 2};
-        QTest::keyClick(&console.View(), Qt::Key_Return);
+        QTest::keyClick(&console.View(), Qt::Key_F4); // it is in view, and nobody has been led to it
         QCOMPARE(console.places, std::vector{place});
         QTest::keyClick(&console.View(), Qt::Key_F4); // the next one names no place
+        QCOMPARE(console.View().SelectedText(), u"error: another"_s);
+        QTest::keyClick(&console.View(), Qt::Key_F4); // there is no other
         QCOMPARE(console.View().SelectedText(), u"error: another"_s);
         QCOMPARE(console.places.size(), size_t(1));
         QTest::keyClick(&console.View(), Qt::Key_F4, Qt::ShiftModifier);
@@ -235,6 +243,45 @@ private Q_SLOTS:
         QTest::keyClick(&console.View(), Qt::Key_Down); // a detail of the same message
         QTest::keyClick(&console.View(), Qt::Key_Return);
         QCOMPARE(console.places, (std::vector{place, place, place}));
+        QTest::keyClick(&console.View(), Qt::Key_Home);
+        QTest::mouseDClick(console.View().viewport(), Qt::LeftButton, {}, QPoint(20, 3));
+        QCOMPARE(console.places.size(), size_t(4));
+    }
+
+    void TheMenuOfTheOutput()
+    {
+        Console console(u"echo one; echo two; exit 1"_s);
+        console.form->Run();
+        QTRY_VERIFY_WITH_TIMEOUT(console.form->IsFinished(), Patience);
+        const auto choose = [&](const QString &name, QContextMenuEvent::Reason reason, QPoint at) {
+            QTimer::singleShot(0, &console.View(), [&] {
+                auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+                QVERIFY(menu);
+                menu->findChild<QAction *>(name)->trigger();
+                menu->close();
+            });
+            QContextMenuEvent event(reason, at, console.View().viewport()->mapToGlobal(at));
+            QCoreApplication::sendEvent(console.View().viewport(), &event);
+        };
+        choose(u"mnuCopyLines"_s, QContextMenuEvent::Mouse, QPoint(20, 3));
+        QCOMPARE(QApplication::clipboard()->text(), u"one"_s);
+        choose(u"mnuSelectAllLines"_s, QContextMenuEvent::Keyboard, QPoint());
+        choose(u"mnuCopyLines"_s, QContextMenuEvent::Mouse, QPoint(20, 3)); // inside of the selection
+        QCOMPARE(QApplication::clipboard()->text(), u"one\ntwo"_s);
+    }
+
+    void EscapeClosesWhatHasEnded()
+    {
+        Console console(u"echo up; read answer; exit 1"_s);
+        console.form->Run();
+        QTRY_VERIFY_WITH_TIMEOUT(console.Shows(u"up"_s), Patience);
+        QTest::keyClick(&console.View(), Qt::Key_Escape);
+        QVERIFY(!console.form->IsFinished());
+        QTest::keyClick(&console.Find<QLineEdit>(u"txtInput"_s), Qt::Key_Return);
+        QTRY_VERIFY_WITH_TIMEOUT(console.form->IsFinished(), Patience);
+        QCOMPARE(console.closed->count(), 0);
+        QTest::keyClick(&console.View(), Qt::Key_Escape);
+        QCOMPARE(console.closed->count(), 1);
     }
 
     void CopiesLines()

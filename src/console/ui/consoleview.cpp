@@ -3,13 +3,16 @@
 
 #include <algorithm>
 #include <array>
+#include <QAction>
 #include <QClipboard>
 #include <QColor>
+#include <QContextMenuEvent>
 #include <QEvent>
 #include <QFont>
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPaintEvent>
@@ -19,6 +22,8 @@
 #include <QScrollBar>
 #include <QStringList>
 #include <vector>
+
+using namespace Qt::Literals::StringLiterals;
 
 namespace zelvane
 {
@@ -292,6 +297,31 @@ void ConsoleView::mouseDoubleClickEvent(QMouseEvent *event)
         return;
     Move(LineAt(event->pos().y()), false);
     Q_EMIT LineActivated(m_current);
+}
+
+void ConsoleView::contextMenuEvent(QContextMenuEvent *event)
+{
+    if (m_store.End() == m_store.First())
+        return;
+    // Of the pointer's line where it stands outside of the selection; a key means the selection.
+    if (event->reason() == QContextMenuEvent::Mouse) {
+        const qint64 line = LineAt(event->pos().y());
+        if (m_current < 0 || line < std::min(m_anchor, m_current) || line > std::max(m_anchor, m_current))
+            Move(line, false);
+    }
+    QMenu menu(this);
+    menu.setObjectName(u"mnuOutput"_s);
+    const auto row = [&](const QString &caption, const QString &name, bool enabled, auto &&handler) {
+        QAction *action = menu.addAction(caption, this, handler);
+        action->setObjectName(name);
+        action->setEnabled(enabled);
+    };
+    row(u"&Go to the line in the editor\tEnter"_s, u"mnuGoToLine"_s, m_current >= 0,
+        [this] { Q_EMIT LineActivated(m_current); });
+    menu.addSeparator();
+    row(u"&Copy\tCtrl+Shift+C"_s, u"mnuCopyLines"_s, m_current >= 0, [this] { CopySelected(); });
+    row(u"Select &all\tCtrl+A"_s, u"mnuSelectAllLines"_s, true, [this] { SelectAll(); });
+    menu.exec(event->globalPos());
 }
 
 } // namespace zelvane

@@ -24,8 +24,12 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPainter>
+#include <QPaintEvent>
 #include <QPushButton>
+#include <QSize>
 #include <QStringList>
+#include <QStyle>
 #include <QVBoxLayout>
 #include <utility>
 
@@ -51,6 +55,24 @@ QString CommandText(const ConsoleRun &run)
         words.append(argument.isEmpty() ? u"\"\""_s : QuoteFile(argument));
     return words.join(u' ');
 }
+
+/// A text of any length, cut at its end where there is no room for it.
+class CutLabel : public QLabel
+{
+public:
+    using QLabel::QLabel;
+    QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
+
+protected:
+    void paintEvent(QPaintEvent *event) override
+    {
+        Q_UNUSED(event);
+        QPainter painter(this);
+        const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width());
+        style()->drawItemText(&painter, contentsRect(), int(Qt::AlignLeading | Qt::AlignVCenter), palette(),
+                              isEnabled(), shown, foregroundRole());
+    }
+};
 
 template <typename Widget> Widget *Called(Widget *widget, const QString &name, const QString &spoken)
 {
@@ -99,7 +121,7 @@ void frmConsole::BuildWindow()
     m_view = Called(new ConsoleView(m_store, this), u"ConsoleView"_s, u"Output"_s);
     txtInput = Called(new QLineEdit(this), u"txtInput"_s, u"Input"_s);
     txtInput->setPlaceholderText(u"Input for the program"_s);
-    lblState = Called(new QLabel(this), u"lblState"_s, u"State"_s);
+    lblState = Called(new CutLabel(this), u"lblState"_s, u"State"_s);
     lblState->setTextFormat(Qt::PlainText);
     lblProgress = Called(new QLabel(this), u"lblProgress"_s, u"Progress"_s);
     lblTime = Called(new QLabel(this), u"lblTime"_s, u"Time"_s);
@@ -283,14 +305,16 @@ void frmConsole::ShowEnd(const QString &words)
 {
     lblTime->setText(DurationText(m_clock.elapsed()));
     lblState->setText(words);
-    cmdStop->setEnabled(m_ladder.HasBegun() && m_process.AnyRuns());
+    if (focusWidget() != m_view && focusWidget() != chkKeepOpen)
+        m_view->setFocus(); // before the control that has it goes grey
     txtInput->setEnabled(false);
+    cmdStop->setEnabled(m_ladder.HasBegun() && m_process.AnyRuns());
     ShowNews();
     const std::optional<RunMessage> &error = m_messages.FirstError();
     if (!error)
         return;
     lblState->setText(words + u' ' + error->text);
-    lblState->setToolTip(error->text);
+    lblState->setToolTip(lblState->text());
     if (!m_touched && error->first >= m_store.First())
         m_view->GoToLine(error->first);
 }
@@ -307,12 +331,14 @@ void frmConsole::SendLine()
 
 void frmConsole::GoToMessage(int step)
 {
-    const qint64 from = m_view->CurrentLine() >= 0 ? m_view->CurrentLine() : step > 0 ? -1 : m_store.End();
-    const std::optional<qint64> next = m_store.NextMarked(from, step);
-    if (!next)
-        return;
-    m_view->GoToLine(*next);
-    Activate(*next);
+    const qint64 here = m_view->CurrentLine();
+    const qint64 from = here >= 0 ? here : step > 0 ? -1 : m_store.End();
+    // The first error of a run is in view, and nobody has been led to it yet.
+    const bool stays = here >= m_store.First() && !m_hasVisited && m_messages.At(here);
+    const std::optional<qint64> next = stays ? here : m_store.NextMarked(from, step);
+    if (next)
+        m_view->GoToLine(*next);
+    Activate(next.value_or(here));
 }
 
 void frmConsole::Activate(qint64 line)
@@ -320,6 +346,7 @@ void frmConsole::Activate(qint64 line)
     const RunMessage *message = m_messages.At(line);
     if (!message)
         return;
+    m_hasVisited = true;
     QStringList documents;
     for (const QString &argument : m_options.run.arguments)
         if (!argument.startsWith(u'-'))
@@ -374,6 +401,10 @@ bool frmConsole::HandleKey(QObject *watched, int key, Qt::KeyboardModifiers modi
     const bool shift = modifiers.testFlag(Qt::ShiftModifier);
     if (key == Qt::Key_F4 && !ctrl && !modifiers.testFlag(Qt::AltModifier)) {
         GoToMessage(shift ? -1 : 1);
+        return true;
+    }
+    if (key == Qt::Key_Escape && IsFinished()) {
+        CloseNow();
         return true;
     }
     if (!ctrl)

@@ -100,6 +100,7 @@ private:
     bool m_running = false;
     bool m_endedWell = false;
     bool m_touched = false;
+    bool m_hasVisited = false; ///< the user has been led to a message
     bool m_closing = false;
     bool m_closed = false;
 
