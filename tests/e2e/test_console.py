@@ -6,7 +6,7 @@ import signal
 import wave
 from pathlib import Path
 
-from support.stage import Window, check, copy_example, equal, main, rendered
+from support.stage import Window, check, copy_example, equal, main, rendered, settled
 
 STORE = """[Options]
 Used=2
@@ -61,6 +61,12 @@ def processes(stage, name):
             except OSError:
                 continue
     return found
+
+
+def log_of(stage, name):
+    """What the logs of a preset's runs hold."""
+    runs = stage.folder / "state" / "zelvane" / "runs"
+    return "".join(log.read_text(errors="replace") for log in sorted(runs.glob(f"*{name.replace(' ', '?')}*")) if log.is_file())
 
 
 def consoles(stage):
@@ -148,4 +154,170 @@ def stopped_run_leaves_a_readable_file(stage):
     editor.close(window)
 
 
-main(error_leads_to_its_line, killed_editor_leaves_the_render_alone, stopped_run_leaves_a_readable_file)
+def guarded_hand_over(stage):
+    """An error in an included file: unsaved work is asked about before another document comes."""
+    stage.write_store(STORE.replace("SaveFirst=1\n", ""))
+    piece = stage.home / "whole.csd"
+    piece.write_text(SLOW_PIECE.format(seconds=1).replace("instr 1", '#include "part.inc"\ninstr 1'))
+    part = stage.home / "part.inc"
+    part.write_text("gi1 = 1\ngi2 nosuch 1\ngi3 = 3\n")
+    editor = stage.start(piece)
+    window = editor.window(lambda title: str(piece) in title)
+    editor.at_rest()
+    window.keys("ctrl+Home")
+    window.type("; typed")
+    stage.until(lambda: "*" in window.title(), "a modified text")
+    window.keys("ctrl+1")
+    pid, console = console_of(stage)
+    stage.until(lambda: "Ended with exit code 1." in log_of(stage, "Render"), "the end of the run")
+    console.keys("F4")
+    question = editor.window(lambda title: title == "Zelvane")
+    question.screenshot("console-unsaved")
+    question.keys("Escape")
+    stage.until(window.is_active, "the editor in front")
+    check(str(piece) in window.title() and "*" in window.title(), f"the text with what was typed: {window.title()}")
+    console.keys("F4")  # there is one message, and it is still the one
+    question = editor.window(lambda title: title == "Zelvane")
+    question.keys("alt+n")
+    stage.until(lambda: str(part) in window.title(), "the included file")
+    editor.at_rest()
+    window.keys("Delete")  # the selected line
+    window.keys("ctrl+s")
+    stage.until(lambda: part.read_bytes() == b"gi1 = 1\r\n\r\ngi3 = 3\r\n", lambda: part.read_bytes())
+    console.ask_to_close()
+    stage.until(lambda: not consoles(stage), "no console left")
+    editor.close(window)
+
+
+WAITING = """#!/bin/sh
+echo begun
+while [ ! -e '{go}' ]; do sleep 0.05; done
+echo done
+exit {code}
+"""
+
+
+def write_program(path, text):
+    path.write_text(text)
+    path.chmod(0o755)
+    return path
+
+
+def hidden_run_has_its_log_alone(stage):
+    go = stage.home / "go"
+    program = write_program(stage.home / "waits", WAITING.format(go=go, code=1))
+    stage.write_store(
+        f"[Options]\nUsed=2\nSplash=0\nStartup=2\n\n[Presets]\nHidden=\nPlain=\n\n[Hidden]\nCommand={program}\n"
+        f"Window=0\n\n[Plain]\nCommand={program}\nConsole=0\n"
+    )
+    editor, window = settled(stage)
+    window.keys("ctrl+1")
+    stage.until(lambda: consoles(stage) and "begun" in log_of(stage, "Hidden"), "the hidden console")
+    pid = consoles(stage).pop()
+    window.keys("ctrl+2")  # the other preset has said no to consoles
+    stage.until(lambda: "begun" in editor.output(), "output where the editor's own goes")
+    equal(consoles(stage), {pid}, "consoles")
+    equal(stage.windows_of(pid), [], "windows of the hidden console")
+    go.touch()
+    stage.until(lambda: not consoles(stage), "the end of the hidden console")
+    stage.until(lambda: "done" in editor.output(), "the end of the plain run")
+    check("begun\ndone\n\nEnded with exit code 1." in log_of(stage, "Hidden"), log_of(stage, "Hidden"))
+    equal(log_of(stage, "Plain"), "", "a log of the plain run")
+    editor.close(window)
+
+
+FLOOD = """#!/bin/sh
+yes 'a line of output that is about as long as one of Csound' | head -c 100000000
+read answer
+echo "got $answer"
+exit 3
+"""
+
+
+def hundred_megabytes(stage):
+    program = write_program(stage.home / "flood", FLOOD)
+    stage.write_store(
+        f"[Options]\nUsed=2\nSplash=0\nStartup=2\n\n[Presets]\nFlood=\n\n[Flood]\nCommand={program}\n"
+    )
+    editor, window = settled(stage)
+    window.keys("ctrl+1")
+    pid, console = console_of(stage)
+    stage.until(console.is_active, "the console in front")
+    console.keys("Tab")
+    console.type("while it comes")
+    console.keys("Return")
+    stage.until(lambda: "got while it comes" in log_of(stage, "Flood"), "the answer", 120)
+    stage.until(lambda: "Ended with exit code 3." in log_of(stage, "Flood"), "the end of the run")
+    console.screenshot("console-flood")
+    status = Path(f"/proc/{pid}/status").read_text()
+    peak = int(status.split("VmHWM:")[1].split()[0]) / 1000
+    print(f"  the console had {peak:.0f} MB at most", flush=True)
+    check(peak < 100, f"{peak:.0f} MB")
+    check(len(log_of(stage, "Flood")) < 101_000_000, "the log's length")
+    console.ask_to_close()
+    stage.until(lambda: not consoles(stage), "no console left")
+    editor.close(window)
+
+
+def ready_made_presets_work(stage):
+    """No preset, no path of Csound: the menu offers presets, and each does what its name says."""
+    stage.write_store("[Options]\nUsed=2\nSplash=0\n")
+    (stage.home / ".csound6rc").write_text("-+rtaudio=dummy\n")  # no sound card is needed
+    listened = stage.home / "listened"
+    player = write_program(stage.home / "player", f"#!/bin/sh\nprintf %s \"$1\" > '{listened}.part'\n"
+                           f"mv '{listened}.part' '{listened}'\n")
+    applications = stage.folder / "data" / "applications"
+    applications.mkdir(parents=True)
+    (applications / "player.desktop").write_text(
+        f"[Desktop Entry]\nType=Application\nName=Player\nExec={player} %f\nMimeType=audio/x-wav;audio/vnd.wave;audio/wav;\n"
+    )
+    for folder in ("config", "data/applications"):
+        (stage.folder / folder / "mimeapps.list").write_text(
+            "[Default Applications]\naudio/x-wav=player.desktop\naudio/vnd.wave=player.desktop\naudio/wav=player.desktop\n"
+        )
+    piece = stage.home / "a piece" / "short.csd"
+    piece.parent.mkdir()
+    piece.write_text(SLOW_PIECE.format(seconds=1))
+    wave_file = piece.with_suffix(".wav")
+    editor = stage.start(piece)
+    window = editor.window(lambda title: str(piece) in title)
+    editor.at_rest()
+    window.keys("alt+p", "Up")
+    editor.at_rest()
+    stage.screenshot("presets-ready-row")
+    window.keys("Return")
+    question = editor.window(lambda title: title == "Zelvane")
+    question.screenshot("presets-ready-question")
+    question.keys("alt+y")
+    stage.until(lambda: len(stage.read_store().get("presets", {})) == 4, "the presets in the store")
+    editor.at_rest()
+    window.screenshot("presets-ready-added")
+
+    def run(key, name):
+        window.keys(key)
+        stage.until(lambda: "Ended well (exit code 0)." in log_of(stage, name), lambda: f"{name}: {log_of(stage, name)}")
+
+    run("ctrl+1", "Render to a sound file")
+    check(rendered(wave_file), f"{wave_file}")
+    wave_file.unlink()
+    run("ctrl+2", "Play now")
+    run("ctrl+3", "Check the syntax")
+    check("Syntax check completed" in log_of(stage, "Check the syntax"), log_of(stage, "Check the syntax"))
+    check(not wave_file.exists(), "playing and checking write no file")
+    run("ctrl+4", "Render and listen")
+    stage.until(listened.exists, "the second action")
+    equal(listened.read_text(), str(wave_file), "what the player was given")
+    check(rendered(wave_file), f"{wave_file}")
+    stage.until(lambda: not consoles(stage), "no console left")
+    editor.close(window)
+
+
+main(
+    error_leads_to_its_line,
+    killed_editor_leaves_the_render_alone,
+    stopped_run_leaves_a_readable_file,
+    guarded_hand_over,
+    hidden_run_has_its_log_alone,
+    hundred_megabytes,
+    ready_made_presets_work,
+)
