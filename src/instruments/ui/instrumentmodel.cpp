@@ -10,6 +10,26 @@
 namespace zelvane
 {
 
+namespace
+{
+
+// The internal number of a p-field's index tells the row of its instrument; that of an instrument is 0. The
+// hash of an index is little more than the sum of its numbers: small ones would make tens of thousands of
+// expanded rows share a few hashes, and the view slow.
+constexpr quintptr Spread = 2654435761;
+
+quintptr InternalId(int instrumentRow)
+{
+    return (quintptr(instrumentRow) + 1) * Spread;
+}
+
+int InstrumentRow(quintptr id)
+{
+    return int(id / Spread - 1);
+}
+
+} // namespace
+
 InstrumentModel::InstrumentModel(Instruments &instruments, QObject *parent)
     : QAbstractItemModel(parent), m_instruments(instruments)
 {
@@ -33,7 +53,7 @@ InstrumentModel::Node InstrumentModel::At(const QModelIndex &index) const
         return {};
     if (index.internalId() == 0)
         return {m_roots[std::size_t(index.row())].instrument, nullptr};
-    const Root &root = m_roots[std::size_t(index.internalId() - 1)];
+    const Root &root = m_roots[std::size_t(InstrumentRow(index.internalId()))];
     return {root.instrument, root.fields[std::size_t(index.row())]};
 }
 
@@ -56,20 +76,18 @@ void InstrumentModel::Touch(const QModelIndex &index)
     Q_EMIT dataChanged(index, index);
 }
 
-// A p-field's internal number is the row of its instrument, counted from 1; that of an instrument is 0.
-
 QModelIndex InstrumentModel::index(int row, int column, const QModelIndex &parent) const
 {
     if (!hasIndex(row, column, parent))
         return {};
-    return createIndex(row, column, parent.isValid() ? quintptr(parent.row()) + 1 : quintptr(0));
+    return createIndex(row, column, parent.isValid() ? InternalId(parent.row()) : quintptr(0));
 }
 
 QModelIndex InstrumentModel::parent(const QModelIndex &child) const
 {
     if (!child.isValid() || child.internalId() == 0)
         return {};
-    return createIndex(int(child.internalId() - 1), 0, quintptr(0));
+    return createIndex(InstrumentRow(child.internalId()), 0, quintptr(0));
 }
 
 int InstrumentModel::rowCount(const QModelIndex &parent) const
