@@ -208,6 +208,8 @@ private Q_SLOTS:
 
     // Style classes
     void AppliesRunsOverAllOffsets();
+    void GivesPiecesWithTheirLook();
+    void GivesTheFormatsAsShown();
     void StylesAreNoEdit();
     void TypedTextTakesTheClassBefore();
     void UndoBringsBackClasses();
@@ -759,6 +761,73 @@ void TestTextControl::AppliesRunsOverAllOffsets()
         if (editor.text.StyleAt(run.start) != run.style)
             QFAIL(qPrintable(u"style at %1"_s.arg(run.start)));
     }
+}
+
+void TestTextControl::GivesPiecesWithTheirLook()
+{
+    Editor editor;
+    std::mt19937 random(5);
+    for (const int length : {0, 1, 40, 3000, 200'000}) {
+        // Characters of one to four bytes, in lines short and long.
+        const QString pieces[] = {u"a"_s, u"\u00E9"_s, u"\u20AC"_s, Clef, u"\n"_s};
+        QString text;
+        QByteArray classes;
+        while (text.size() < length) {
+            const QString piece = pieces[random() % (random() % 50 ? 4 : 5)];
+            const char style = random() % 4 || classes.isEmpty() ? char(random() % 3) : classes.back();
+            text += piece;
+            classes += QByteArray(piece.size(), style);
+        }
+        StyleRuns runs;
+        for (qsizetype i = 0; i < text.size(); i += text[i].isHighSurrogate() ? 2 : 1)
+            runs.push_back(Run(int(i), text[i].isHighSurrogate() ? 2 : 1, StyleClass(classes[i])));
+        editor.text.LoadText(text);
+        editor.text.ApplyStyles(0, text.size(), runs);
+        const auto check = [&](qsizetype start, qsizetype end) {
+            const StyledText piece = editor.text.Styled(start, end);
+            QCOMPARE(piece.text, text.sliced(start, end - start));
+            for (const StyleRun &run : CoveringRuns(piece.runs, piece.text.size())) {
+                for (qsizetype i = run.start; i < run.start + run.length; ++i) {
+                    if (classes[start + i] != char(run.style))
+                        QFAIL(qPrintable(u"class at %1 of %2 from %3"_s.arg(i).arg(length).arg(start)));
+                }
+            }
+        };
+        check(0, text.size());
+        for (int i = 0; i < 20 && text.size() > 1; ++i) {
+            const auto cut = [&] {
+                const auto at = qsizetype(random() % size_t(text.size() - 1));
+                return text[at].isLowSurrogate() ? at - 1 : at;
+            };
+            const qsizetype one = cut();
+            const qsizetype other = cut();
+            check(std::min(one, other), std::max(one, other));
+        }
+        QCOMPARE(editor.text.Styled(-5, text.size() + 5).text, text);
+        QCOMPARE(editor.text.Styled(text.size() + 1, 0).text, QString());
+    }
+}
+
+void TestTextControl::GivesTheFormatsAsShown()
+{
+    Editor editor;
+    std::array<StyleFormat, StyleClassCount> formats;
+    formats[size_t(StyleClass::Comment)] = {0x008000, false, true};
+    formats[size_t(StyleClass::Opcode)] = {0xFF0000, true};
+    editor.text.SetStyleFormats(formats);
+    editor.text.SetTextColours(0x123456, 0xFFFFFF);
+    const TextFont font{u"DejaVu Sans Mono"_s, 12.5, true, true};
+    editor.text.ApplyFont(font);
+    editor.text.LoadText(u"a"_s);
+    // A fresh text shows its own colour, and the font as it is.
+    StyledText piece = editor.text.Styled(0, 1);
+    QCOMPARE(piece.formats[size_t(StyleClass::Text)], (StyleFormat{0x123456, true}));
+    QCOMPARE(piece.formats[size_t(StyleClass::Comment)], (StyleFormat{0x008000, true, true}));
+    QCOMPARE(piece.font, font);
+    QCOMPARE(piece.tabColumns, 8);
+    QVERIFY(piece.runs.empty());
+    editor.text.ApplyStyles(0, 1, {});
+    QVERIFY(editor.text.Styled(0, 1).formats == formats);
 }
 
 void TestTextControl::StylesAreNoEdit()
