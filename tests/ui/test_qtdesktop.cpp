@@ -791,12 +791,12 @@ private Q_SLOTS:
 
     void AConsoleIsWaitedForUntilItsProgramHasEnded()
     {
-        // It says so at the descriptor behind "--notify", and stays.
+        // It says so at the descriptor behind "--notify", and stays. It goes when its folder has gone.
         const QString console = Write(u"console"_s,
                                       "#!/bin/bash\nwhile [ \"$1\" != --notify ]; do shift; done; fd=$2\n"
                                       "printf s >&$fd\nwhile [ ! -e goes ]; do sleep 0.05; done\n"
                                       "touch ended; printf e >&$fd; exec {fd}>&-\n"
-                                      "while [ ! -e leave ]; do sleep 0.05; done\n",
+                                      "while [ -e ended ] && [ ! -e leave ]; do sleep 0.05; done\n",
                                       true);
         QtDesktop desktop;
         desktop.SetConsole({.program = console});
