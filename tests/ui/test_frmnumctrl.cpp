@@ -10,7 +10,10 @@
 #include "support/modaldriver.h"
 #include "support/uitest.h"
 
+#include <functional>
 #include <QApplication>
+#include <QContextMenuEvent>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QMouseEvent>

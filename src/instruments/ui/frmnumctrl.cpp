@@ -4,6 +4,7 @@
 #include "instruments/instrumentkeys.h"
 #include "instruments/numericediting.h"
 #include "instruments/ui/numberslider.h"
+#include "platform/desktop.h"
 #include "platform/numbers.h"
 #include "platform/ui/textcontrol.h"
 #include "shell/editorcontext.h"
