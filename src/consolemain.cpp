@@ -31,13 +31,13 @@ namespace
 {
 
 /// Hands a place over to the running editor, or starts one on the file.
-void OpenPlace(const MessagePlace &place, SettingsStore &settings)
+void OpenPlace(const MessagePlace &place, qint64 starter, SettingsStore &settings)
 {
     try {
         InstanceLink link(InstanceLink::RealmOf(ConfigFolder()));
         const bool handedOver = Mailbox::SendPlace(
             place.path, place.line, settings,
-            {.find = [&] { return link.FindRunning(); },
+            {.find = [&] { return link.FindRunning(starter); },
              .call = [&](bool) { return link.Notify(InstanceLink::Call::HandOver, QByteArray()); }});
         if (!handedOver)
             QProcess::startDetached(QCoreApplication::applicationDirPath() + u"/zelvane"_s, {place.path});
@@ -71,10 +71,11 @@ int main(int argc, char **argv)
     KeepForSelf(options->notify);
 
     SettingsStore settings;
-    frmConsole console(*options,
-                       {.settings = settings,
-                        .logFolder = RunLog::Folder(),
-                        .openPlace = [&](const MessagePlace &place) { OpenPlace(place, settings); }});
+    frmConsole console(
+        *options,
+        {.settings = settings, .logFolder = RunLog::Folder(), .openPlace = [&](const MessagePlace &place) {
+             OpenPlace(place, options->run.starter, settings);
+         }});
     QObject::connect(&console, &frmConsole::Closed, &application, &QCoreApplication::quit,
                      Qt::QueuedConnection);
     EndRequest endRequest;

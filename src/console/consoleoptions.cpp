@@ -23,6 +23,8 @@ std::optional<ConsoleOptions> ReadConsoleOptions(const QStringList &arguments)
             options.run.folder = value;
         else if (arguments[i] == u"--window"_s)
             options.run.showState = value.toInt(&isGood);
+        else if (arguments[i] == u"--starter"_s)
+            options.run.starter = value.toLongLong(&isGood);
         else if (arguments[i] == u"--notify"_s)
             options.notify = value.toInt(&isGood);
         else

@@ -33,6 +33,12 @@ constexpr char EndedWord = 'e';
 constexpr qint64 LargestEntry = 1 << 20;
 const QString ConsoleName = u"zelvane-console"_s;
 
+template <typename Names> bool IsOneOf(const Names &names, const QString &program)
+{
+    const QString name = QFileInfo(program).fileName();
+    return std::any_of(names.begin(), names.end(), [&](QLatin1String known) { return name == known; });
+}
+
 /// What entries use to run something else: that is named as graphical, not they.
 bool IsGeneralProgram(const QString &program)
 {
@@ -42,9 +48,18 @@ bool IsGeneralProgram(const QString &program)
                                   QLatin1String("wine"),  QLatin1String("flatpak"), QLatin1String("snap"),
                                   QLatin1String("sudo"),  QLatin1String("pkexec"),  QLatin1String("csound"),
                                   QLatin1String("nohup"), QLatin1String("busybox")};
-    const QString name = QFileInfo(program).fileName();
-    return name.startsWith(u"python"_s) ||
-           std::any_of(names.begin(), names.end(), [&](QLatin1String known) { return name == known; });
+    return IsOneOf(names, program) || QFileInfo(program).fileName().startsWith(u"python"_s);
+}
+
+/// What hands a file over to the program for it and ends: that one would end with the console.
+bool IsLauncher(const QString &program)
+{
+    static const std::array names{
+        QLatin1String("xdg-open"),    QLatin1String("gio"),        QLatin1String("gtk-launch"),
+        QLatin1String("exo-open"),    QLatin1String("kde-open"),   QLatin1String("kde-open5"),
+        QLatin1String("kioclient"),   QLatin1String("kioclient5"), QLatin1String("mimeopen"),
+        QLatin1String("run-mailcap"), QLatin1String("see")};
+    return IsOneOf(names, program);
 }
 
 /// The first word of an entry's command line.
@@ -123,6 +138,8 @@ QStringList ConsoleArguments(const ConsoleRun &run, int notify)
     QStringList arguments{u"--title"_s, run.title, u"--window"_s, QString::number(run.showState)};
     if (!run.folder.isEmpty())
         arguments += {u"--folder"_s, run.folder};
+    if (run.starter > 0)
+        arguments += {u"--starter"_s, QString::number(run.starter)};
     if (notify >= 0)
         arguments += {u"--notify"_s, QString::number(notify)};
     arguments += {u"--"_s, run.program};
@@ -131,7 +148,7 @@ QStringList ConsoleArguments(const ConsoleRun &run, int notify)
 
 bool HasOwnWindow(const QString &program)
 {
-    if (IsOurs(program))
+    if (IsOurs(program) || IsLauncher(program))
         return true;
     if (IsGeneralProgram(program))
         return false;

@@ -4,6 +4,7 @@
 #include <functional>
 #include <QString>
 #include <QStringList>
+#include <QtGlobal>
 
 namespace zelvane
 {
@@ -15,6 +16,7 @@ struct ConsoleRun {
     QStringList arguments = {};
     QString folder = {}; ///< empty for the current one
     int showState = 1;   ///< 0 hidden, 1 normal, 2 minimized, 3 maximized
+    qint64 starter = 0;  ///< the process that the lines of errors go to if it is an editor; 0 for any editor
 
     bool operator==(const ConsoleRun &) const = default;
 };
@@ -23,7 +25,8 @@ struct ConsoleRun {
 QStringList ConsoleArguments(const ConsoleRun &run, int notify = -1);
 
 /// Whether a program needs no console: a desktop entry names it as one with windows of its own, or it is one
-/// of ours. Interpreters are none, whatever entries run by them. @param program a path
+/// of ours, or it only hands a file over to another. Interpreters are none, whatever entries run by them.
+/// @param program a path
 bool HasOwnWindow(const QString &program);
 
 /// The console program beside this one; empty where it is missing.

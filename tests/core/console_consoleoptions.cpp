@@ -18,7 +18,8 @@ TEST(ConsoleOptions, ReadWhatTheStarterWrites)
                          .program = u"/usr/bin/csound"_s,
                          .arguments = {u"--"_s, u"-o"_s, u""_s, u"a b.wav"_s, u"--window"_s},
                          .folder = u"/a b"_s,
-                         .showState = 3};
+                         .showState = 3,
+                         .starter = 4711};
     EXPECT_EQ(ReadConsoleOptions(ConsoleArguments(run, 7)), (ConsoleOptions{.run = run, .notify = 7}));
     const ConsoleRun bare{.title = u"x"_s, .program = u"x"_s};
     EXPECT_EQ(ReadConsoleOptions(ConsoleArguments(bare)), (ConsoleOptions{.run = bare}));

@@ -81,6 +81,12 @@ TEST_F(HasOwnWindowTest, IsToldByDesktopEntries)
     EXPECT_TRUE(HasOwnWindow(link));
 }
 
+TEST_F(HasOwnWindowTest, WhatHandsAFileOverNeedsNoConsole)
+{
+    EXPECT_TRUE(HasOwnWindow(Program(u"xdg-open"_s)));
+    EXPECT_FALSE(HasOwnWindow(Program(u"xdg-open-all"_s)));
+}
+
 TEST_F(HasOwnWindowTest, AnotherProgramOfTheSameNameIsNotMeant)
 {
     const QString window = Program(u"window"_s);

@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QFileDevice>
 #include <QFileInfo>
+#include <QLocalServer>
 #include <QLocalSocket>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -116,6 +117,25 @@ private Q_SLOTS:
         QTest::qWait(50);
         editor.SetHandler([&](Call call) { calls.append(call); });
         QCOMPARE(calls, (QList<Call>{Call::Raise, Call::HandOver}));
+    }
+
+    void OneEditorOfSeveralMayBePreferred()
+    {
+        InstanceLink editor(u"store"_s);
+        int woken = 0;
+        editor.SetHandler([&](Call) { ++woken; });
+        QVERIFY(editor.Listen());
+        QLocalServer other; // of process 42
+        QVERIFY(other.listen(OnlySocket().path() + u"/42-x"_s));
+        InstanceLink console(u"store"_s);
+        QVERIFY(console.FindRunning(42));
+        QVERIFY(console.Notify(Call::HandOver, {}));
+        QVERIFY(other.waitForNewConnection(5000));
+        QCOMPARE(woken, 0);
+        QVERIFY(console.FindRunning(QCoreApplication::applicationPid()));
+        QVERIFY(console.Notify(Call::HandOver, {}));
+        QTRY_COMPARE(woken, 1);
+        QVERIFY2(console.FindRunning(4), "it does not run: any other");
     }
 
     void EditorDoesNotFindItself()

@@ -619,7 +619,9 @@ private Q_SLOTS:
         const QByteArray folder = m_folder.path().toUtf8();
         if (console)
             QVERIFY2(Said().endsWith("\n<--title>\n<A preset>\n<--window>\n<2>\n<--folder>\n<" + folder +
-                                     ">\n<-->\n<" + program.toUtf8() + ">\n<-o>\n<x y.wav>\nend\n"),
+                                     ">\n<--starter>\n<" +
+                                     QByteArray::number(QCoreApplication::applicationPid()) + ">\n<-->\n<" +
+                                     program.toUtf8() + ">\n<-o>\n<x y.wav>\nend\n"),
                      Said().constData());
         else
             QCOMPARE(Said(), folder + "\n<-o>\n<x y.wav>\nend\n");

@@ -247,8 +247,10 @@ void frmConsole::Tick()
     if (m_running)
         lblTime->setText(DurationText(m_clock.elapsed()));
     if (!m_process.AnyRuns()) {
-        if (!m_running)
+        if (!m_running) {
             m_tick.stop();
+            cmdStop->setEnabled(false);
+        }
         if (m_closing && !m_running)
             CloseNow();
         return;

@@ -79,6 +79,12 @@ QString FolderOf(const QString &realm)
     return MakeOwnFolder(folder) ? folder : QString();
 }
 
+/// How the name of a process's socket begins.
+QString SocketStem(qint64 process)
+{
+    return QString::number(process) + u'-';
+}
+
 } // namespace
 
 InstanceLink::InstanceLink(const QString &realm, QObject *parent) : QObject(parent), m_folder(FolderOf(realm))
@@ -100,7 +106,7 @@ QString InstanceLink::RealmOf(const QString &settingsFolder)
         .join(u'\n');
 }
 
-QStringList InstanceLink::RunningEditors() const
+QStringList InstanceLink::RunningEditors(qint64 preferred) const
 {
     QStringList names;
     if (m_folder.isEmpty())
@@ -117,6 +123,10 @@ QStringList InstanceLink::RunningEditors() const
         found.emplace_back((mark.exists() ? mark : info).lastModified(), info.filePath());
     }
     std::sort(found.begin(), found.end(), std::greater<>());
+    const QString stem = SocketStem(preferred);
+    std::stable_partition(found.begin(), found.end(), [&](const auto &editor) {
+        return QFileInfo(editor.second).fileName().startsWith(stem);
+    });
     for (const auto &[when, name] : found)
         names.append(name);
     return names;
@@ -128,9 +138,9 @@ void InstanceLink::Remove(const QString &editor) const
     QFile::remove(editor + MarkSuffix);
 }
 
-bool InstanceLink::Connect()
+bool InstanceLink::Connect(qint64 preferred)
 {
-    for (const QString &editor : RunningEditors()) {
+    for (const QString &editor : RunningEditors(preferred)) {
         auto socket = std::make_unique<QLocalSocket>();
         socket->connectToServer(editor);
         if (socket->waitForConnected(PatienceMs)) {
@@ -143,9 +153,9 @@ bool InstanceLink::Connect()
     return false;
 }
 
-bool InstanceLink::FindRunning()
+bool InstanceLink::FindRunning(qint64 preferred)
 {
-    if (Connect())
+    if (Connect(preferred))
         return true;
     if (m_folder.isEmpty() || m_server)
         return false;
@@ -154,7 +164,7 @@ bool InstanceLink::FindRunning()
     } catch (const RunTimeError &) {
         // No leave to lock, or the one that starts takes too long: two editors are better than none.
     }
-    if (!Connect())
+    if (!Connect(preferred))
         return false;
     m_starting.reset();
     return true;
@@ -180,7 +190,7 @@ bool InstanceLink::Listen()
         return false;
     m_server = std::make_unique<QLocalServer>();
     m_server->setSocketOptions(QLocalServer::UserAccessOption);
-    m_ownSocket = m_folder + u'/' + QString::number(QCoreApplication::applicationPid()) + u'-' +
+    m_ownSocket = m_folder + u'/' + SocketStem(QCoreApplication::applicationPid()) +
                   QString::number(QDateTime::currentMSecsSinceEpoch(), 36);
     connect(m_server.get(), &QLocalServer::newConnection, this, &InstanceLink::TakeConnections);
     const auto found = qScopeGuard([this] { m_starting.reset(); });

@@ -42,11 +42,12 @@ public:
     /// The realm of this process: the folder of its settings store, and its display.
     static QString RealmOf(const QString &settingsFolder);
 
-    /// Finds a running editor and opens the way to it; of several, the one whose window was last active.
+    /// Finds a running editor and opens the way to it; of several, the one of the process number `preferred`,
+    /// else the one whose window was last active.
     /// Sockets that killed editors left are removed on the way. Of several processes that find nobody at the
     /// same time one becomes the editor; the others wait here until it listens, ten seconds at most.
     /// @return false when no editor runs: then nobody else becomes one before this process listens or ends
-    bool FindRunning();
+    bool FindRunning(qint64 preferred = 0);
     /// Sends the message to the editor that FindRunning found. It does not wait for an answer: the editor may
     /// be busy for as long as a render takes, and reads the message then.
     bool Notify(Call call, const QByteArray &activationToken);
@@ -64,8 +65,8 @@ public:
     void MarkRecent();
 
 private:
-    QStringList RunningEditors() const;
-    bool Connect();
+    QStringList RunningEditors(qint64 preferred) const;
+    bool Connect(qint64 preferred);
     void Remove(const QString &editor) const;
     void TakeConnections();
     /// Hangs up on the oldest of too many that have sent nothing whole.

@@ -248,7 +248,8 @@ ConsoleRun ConsoleRunOf(const QString &program, const QString &parameters, const
             .program = program,
             .arguments = SplitParameters(parameters),
             .folder = folder,
-            .showState = showState};
+            .showState = showState,
+            .starter = QCoreApplication::applicationPid()};
 }
 
 /// Hands an address or a document to the desktop's default handler.
