@@ -4,9 +4,9 @@
 import os
 import signal
 import wave
-from pathlib import Path
 
-from support.stage import Window, check, copy_example, equal, main, rendered, settled
+from support.consoles import console_of, consoles, log_of, processes, write_program
+from support.stage import check, copy_example, equal, main, rendered, settled
 
 STORE = """[Options]
 Used=2
@@ -47,38 +47,6 @@ i 1 0 {seconds}
 </CsScore>
 </CsoundSynthesizer>
 """
-
-
-def processes(stage, name):
-    """The process numbers of this stage's programs of a name."""
-    found = set()
-    for entry in Path("/proc").iterdir():
-        if entry.name.isdigit():
-            try:
-                program = os.path.basename(os.readlink(entry / "exe"))
-                if program == name and str(stage.home).encode() in (entry / "cmdline").read_bytes():
-                    found.add(int(entry.name))
-            except OSError:
-                continue
-    return found
-
-
-def log_of(stage, name):
-    """What the logs of a preset's runs hold."""
-    runs = stage.folder / "state" / "zelvane" / "runs"
-    return "".join(log.read_text(errors="replace") for log in sorted(runs.glob(f"*{name.replace(' ', '?')}*")) if log.is_file())
-
-
-def consoles(stage):
-    return processes(stage, "zelvane-console")
-
-
-def console_of(stage):
-    """The number of the console that has come, and its window."""
-    stage.until(lambda: consoles(stage), "a console")
-    pid = consoles(stage).pop()
-    stage.until(lambda: stage.windows_of(pid), "the console's window")
-    return pid, Window(stage, stage.windows_of(pid)[0])
 
 
 def error_leads_to_its_line(stage):
@@ -197,12 +165,6 @@ exit {code}
 """
 
 
-def write_program(path, text):
-    path.write_text(text)
-    path.chmod(0o755)
-    return path
-
-
 def hidden_run_has_its_log_alone(stage):
     go = stage.home / "go"
     program = write_program(stage.home / "waits", WAITING.format(go=go, code=1))
@@ -223,39 +185,6 @@ def hidden_run_has_its_log_alone(stage):
     stage.until(lambda: "done" in editor.output(), "the end of the plain run")
     check("begun\ndone\n\nEnded with exit code 1." in log_of(stage, "Hidden"), log_of(stage, "Hidden"))
     equal(log_of(stage, "Plain"), "", "a log of the plain run")
-    editor.close(window)
-
-
-FLOOD = """#!/bin/sh
-yes 'a line of output that is about as long as one of Csound' | head -c 100000000
-read answer
-echo "got $answer"
-exit 3
-"""
-
-
-def hundred_megabytes(stage):
-    program = write_program(stage.home / "flood", FLOOD)
-    stage.write_store(
-        f"[Options]\nUsed=2\nSplash=0\nStartup=2\n\n[Presets]\nFlood=\n\n[Flood]\nCommand={program}\n"
-    )
-    editor, window = settled(stage)
-    window.keys("ctrl+1")
-    pid, console = console_of(stage)
-    stage.until(console.is_active, "the console in front")
-    console.keys("Tab")
-    console.type("while it comes")
-    console.keys("Return")
-    stage.until(lambda: "got while it comes" in log_of(stage, "Flood"), "the answer", 120)
-    stage.until(lambda: "Ended with exit code 3." in log_of(stage, "Flood"), "the end of the run")
-    console.screenshot("console-flood")
-    status = Path(f"/proc/{pid}/status").read_text()
-    peak = int(status.split("VmHWM:")[1].split()[0]) / 1000
-    print(f"  the console had {peak:.0f} MB at most", flush=True)
-    check(peak < 100, f"{peak:.0f} MB")
-    check(len(log_of(stage, "Flood")) < 101_000_000, "the log's length")
-    console.ask_to_close()
-    stage.until(lambda: not consoles(stage), "no console left")
     editor.close(window)
 
 
@@ -318,6 +247,5 @@ main(
     stopped_run_leaves_a_readable_file,
     guarded_hand_over,
     hidden_run_has_its_log_alone,
-    hundred_megabytes,
     ready_made_presets_work,
 )
