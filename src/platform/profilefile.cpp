@@ -8,6 +8,7 @@
 #include <chrono>
 #include <QDir>
 #include <QFileInfo>
+#include <QSet>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -38,11 +39,16 @@ bool IsHexDigit(QChar c)
     return (c >= u'0' && c <= u'9') || (c >= u'a' && c <= u'f') || (c >= u'A' && c <= u'F');
 }
 
-QString DecodeEscapes(QByteArrayView bytes)
+QString DecodeLine(QByteArrayView bytes)
 {
     const bool ascii = std::all_of(bytes.begin(), bytes.end(), [](char byte) { return (byte & 0x80) == 0; });
     // A line that is no UTF-8 came from an editor with an older encoding.
-    QString text = ascii ? QString::fromLatin1(bytes) : DecodeText(bytes.toByteArray()).text;
+    return ascii ? QString::fromLatin1(bytes) : DecodeText(bytes.toByteArray()).text;
+}
+
+QString DecodeEscapes(QByteArrayView bytes)
+{
+    QString text = DecodeLine(bytes);
     qsizetype to = text.indexOf(u'\\');
     if (to < 0)
         return text;
@@ -117,15 +123,62 @@ QByteArray EncodeEscapes(QStringView text, QStringView special = {}, QChar every
     return out.toUtf8();
 }
 
-/// A section's name needs no escape for brackets: it ends at the line's last one.
-QByteArray EncodeSection(QStringView name)
+bool IsQuoted(QStringView value)
 {
-    return EncodeEscapes(name);
+    return value.size() > 1 && (value.front() == u'"' || value.front() == u'\'') &&
+           value.back() == value.front();
 }
-QByteArray EncodeKey(QStringView key)
+
+/// The spelling of names and values in a file.
+class Spelling
 {
-    return EncodeEscapes(key, u"[;#", u'=');
-}
+public:
+    explicit Spelling(ProfileText text) : m_plain(text == ProfileText::Plain) {}
+
+    bool HasEscapes() const { return !m_plain; }
+
+    QString Name(QByteArrayView written) const
+    {
+        return m_plain ? DecodeLine(written) : DecodeEscapes(written);
+    }
+    QString Value(QByteArrayView written) const
+    {
+        if (!m_plain)
+            return DecodeEscapes(written);
+        const QString value = DecodeLine(written);
+        return IsQuoted(value) ? value.sliced(1, value.size() - 2) : value;
+    }
+
+    /// A section's name needs no escape for brackets: it ends at the line's last one.
+    QByteArray WrittenSection(QStringView name) const
+    {
+        return m_plain ? Line(name).trimmed().toUtf8() : EncodeEscapes(name);
+    }
+    QByteArray WrittenKey(QStringView key) const
+    {
+        return m_plain ? Line(key).trimmed().toUtf8() : EncodeEscapes(key, u"[;#", u'=');
+    }
+    QByteArray WrittenValue(QStringView value) const
+    {
+        if (!m_plain)
+            return EncodeEscapes(value);
+        const QStringView line = Line(value);
+        const auto losesEdge = [](QChar c) { return c == u' ' || c == u'\t'; };
+        const bool quoted =
+            !line.isEmpty() && (losesEdge(line.front()) || losesEdge(line.back()) || IsQuoted(line));
+        return quoted ? '"' + line.toUtf8() + '"' : line.toUtf8();
+    }
+
+private:
+    /// What a line can hold of a text.
+    static QStringView Line(QStringView text)
+    {
+        const qsizetype end = text.indexOf(u'\n');
+        return end < 0 ? text : text.first(end);
+    }
+
+    bool m_plain;
+};
 
 bool IsBlank(char byte)
 {
@@ -218,7 +271,7 @@ QByteArray WithMarkOf(const QByteArray &file, QByteArray lines)
 class NameMatcher
 {
 public:
-    explicit NameMatcher(QStringView name) : m_folded(Fold(name)) {}
+    NameMatcher(QStringView name, Spelling spelling) : m_folded(Fold(name)), m_spelling(spelling) {}
 
     bool Matches(QByteArrayView written) const
     {
@@ -228,8 +281,8 @@ public:
         const char16_t *folded = reinterpret_cast<const char16_t *>(m_folded.utf16());
         for (qsizetype i = 0; i < written.size(); ++i) {
             const char byte = bytes[i];
-            if (byte == '\\' || (byte & 0x80) != 0)
-                return Fold(DecodeEscapes(written)) == m_folded;
+            if ((byte == '\\' && m_spelling.HasEscapes()) || (byte & 0x80) != 0)
+                return Fold(m_spelling.Name(written)) == m_folded;
             const char lower = byte >= 'A' && byte <= 'Z' ? char(byte + ('a' - 'A')) : byte;
             if (i == m_folded.size() || folded[i] != char16_t(lower))
                 return false;
@@ -239,6 +292,7 @@ public:
 
 private:
     QString m_folded;
+    Spelling m_spelling;
 };
 
 /// The line end that a file is written with: that of its first line.
@@ -256,24 +310,25 @@ void EndLastLine(QByteArray &bytes, const QByteArray &end)
         bytes += bytes.endsWith('\r') ? "\r\n"_ba : end;
 }
 
-QByteArray WithSection(const QByteArray &bytes, QStringView section,
-                       const std::vector<std::pair<QString, QString>> &entries)
+QByteArray WithSection(const QByteArray &bytes, QStringView section, const ProfileEntries &entries,
+                       Spelling spelling)
 {
     const QByteArray end = LineEndOf(bytes);
     QByteArray result = bytes;
     EndLastLine(result, end);
     if (!result.isEmpty())
         result += end;
-    result += '[' + EncodeSection(section) + ']' + end;
+    result += '[' + spelling.WrittenSection(section) + ']' + end;
     for (const auto &[key, value] : entries)
-        result += EncodeKey(key) + '=' + EncodeEscapes(value) + end;
+        result += spelling.WrittenKey(key) + '=' + spelling.WrittenValue(value) + end;
     return result;
 }
 
-QByteArray WithValue(const QByteArray &bytes, QStringView section, QStringView key, QStringView value)
+QByteArray WithValue(const QByteArray &bytes, QStringView section, QStringView key, QStringView value,
+                     Spelling spelling)
 {
-    const NameMatcher sectionMatcher(section), keyMatcher(key);
-    const QByteArray written = EncodeEscapes(value);
+    const NameMatcher sectionMatcher(section, spelling), keyMatcher(key, spelling);
+    const QByteArray written = spelling.WrittenValue(value);
     bool inside = false;
     qsizetype insertAt = -1; // behind the section's last key
     LineReader reader(bytes);
@@ -290,20 +345,44 @@ QByteArray WithValue(const QByteArray &bytes, QStringView section, QStringView k
         return bytes.first(start) + written + bytes.sliced(lineEnd);
     }
     if (insertAt < 0)
-        return WithSection(bytes, section, {{key.toString(), value.toString()}});
+        return WithSection(bytes, section, {{key.toString(), value.toString()}}, spelling);
     const QByteArray end = LineEndOf(bytes);
     QByteArray result;
     result.reserve(bytes.size() + written.size() + key.size() + 16);
     result += QByteArrayView(bytes).first(insertAt);
     EndLastLine(result, end);
-    result += EncodeKey(key) + '=' + written + end;
+    result += spelling.WrittenKey(key) + '=' + written + end;
     result += QByteArrayView(bytes).sliced(insertAt);
     return result;
 }
 
-QByteArray WithoutKey(const QByteArray &bytes, QStringView section, QStringView key)
+/// No value where there is no such section.
+std::optional<ProfileEntries> SectionEntries(const QByteArray &bytes, QStringView section, Spelling spelling)
 {
-    const NameMatcher sectionMatcher(section), keyMatcher(key);
+    const NameMatcher matcher(section, spelling);
+    std::optional<ProfileEntries> entries;
+    QSet<QString> known;
+    bool inside = false;
+    LineReader reader(bytes);
+    for (Line line; reader.Next(line);) {
+        if (line.kind == Line::Kind::Section) {
+            inside = matcher.Matches(line.name);
+            if (inside && !entries)
+                entries.emplace();
+        } else if (inside && line.kind == Line::Kind::Entry) {
+            const QString key = spelling.Name(line.name);
+            const QString folded = Fold(key);
+            if (!known.contains(folded))
+                entries->emplace_back(key, spelling.Value(line.value));
+            known.insert(folded);
+        }
+    }
+    return entries;
+}
+
+QByteArray WithoutKey(const QByteArray &bytes, QStringView section, QStringView key, Spelling spelling)
+{
+    const NameMatcher sectionMatcher(section, spelling), keyMatcher(key, spelling);
     QByteArray result;
     result.reserve(bytes.size());
     bool inside = false;
@@ -317,9 +396,9 @@ QByteArray WithoutKey(const QByteArray &bytes, QStringView section, QStringView 
     return WithMarkOf(bytes, result);
 }
 
-QByteArray WithoutSection(const QByteArray &bytes, QStringView section)
+QByteArray WithoutSection(const QByteArray &bytes, QStringView section, Spelling spelling)
 {
-    const NameMatcher matcher(section);
+    const NameMatcher matcher(section, spelling);
     QByteArray result;
     result.reserve(bytes.size());
     bool inside = false;
@@ -342,7 +421,7 @@ QByteArray WithoutSection(const QByteArray &bytes, QStringView section)
 
 } // namespace
 
-ProfileFile::ProfileFile(const QString &name) : m_name(name) {}
+ProfileFile::ProfileFile(const QString &name, ProfileText text) : m_name(name), m_text(text) {}
 
 /// Reads the file again if it is another than at the last time.
 void ProfileFile::Refresh() const
@@ -386,6 +465,7 @@ const ProfileFile::Section *ProfileFile::FindSection(QStringView section) const
     } catch (const RunTimeError &) {
         // A store that cannot be read has no keys; the first write tells why.
     }
+    const Spelling spelling(m_text);
     if (!m_indexed) {
         m_sections.clear();
         m_sectionPlaces.clear();
@@ -393,7 +473,7 @@ const ProfileFile::Section *ProfileFile::FindSection(QStringView section) const
         LineReader reader(m_bytes);
         for (Line line; reader.Next(line);) {
             if (line.kind == Line::Kind::Section) {
-                const QString folded = Fold(DecodeEscapes(line.name));
+                const QString folded = Fold(spelling.Name(line.name));
                 current = m_sectionPlaces.value(folded, -1);
                 if (current < 0) {
                     current = qsizetype(m_sections.size());
@@ -402,7 +482,7 @@ const ProfileFile::Section *ProfileFile::FindSection(QStringView section) const
                 }
             } else if (line.kind == Line::Kind::Entry && current >= 0) {
                 Section &target = m_sections[size_t(current)];
-                const QString folded = Fold(DecodeEscapes(line.name));
+                const QString folded = Fold(spelling.Name(line.name));
                 if (!target.places.contains(folded)) {
                     target.places.insert(folded, qsizetype(target.entries.size()));
                     target.entries.push_back({line.name, line.value});
@@ -419,15 +499,17 @@ std::optional<QString> ProfileFile::Value(QStringView section, QStringView key) 
 {
     const Section *found = FindSection(section);
     const qsizetype place = found ? found->places.value(Fold(key), -1) : -1;
-    return place < 0 ? std::nullopt : std::optional(DecodeEscapes(found->entries[size_t(place)].value));
+    return place < 0 ? std::nullopt
+                     : std::optional(Spelling(m_text).Value(found->entries[size_t(place)].value));
 }
 
-std::vector<std::pair<QString, QString>> ProfileFile::Entries(QStringView section) const
+ProfileEntries ProfileFile::Entries(QStringView section) const
 {
-    std::vector<std::pair<QString, QString>> entries;
+    const Spelling spelling(m_text);
+    ProfileEntries entries;
     if (const Section *found = FindSection(section)) {
         for (const Entry &entry : found->entries)
-            entries.emplace_back(DecodeEscapes(entry.key), DecodeEscapes(entry.value));
+            entries.emplace_back(spelling.Name(entry.key), spelling.Value(entry.value));
     }
     return entries;
 }
@@ -437,7 +519,7 @@ QStringList ProfileFile::SectionNames() const
     QStringList names;
     FindSection({});
     for (const Section &section : m_sections)
-        names.append(DecodeEscapes(section.name));
+        names.append(Spelling(m_text).Name(section.name));
     return names;
 }
 
@@ -485,16 +567,18 @@ void ProfileFile::Write(const Edit &edit)
 
 void ProfileFile::SetValue(QStringView section, QStringView key, QStringView value)
 {
-    Change([section = section.toString(), key = key.toString(), value = value.toString()](
-               const QByteArray &bytes) { return WithValue(bytes, section, key, value); });
+    Change([section = section.toString(), key = key.toString(), value = value.toString(),
+            spelling = Spelling(m_text)](const QByteArray &bytes) {
+        return WithValue(bytes, section, key, value, spelling);
+    });
 }
 
-void ProfileFile::SetValues(QStringView section, const std::vector<std::pair<QString, QString>> &entries)
+void ProfileFile::SetValues(QStringView section, const ProfileEntries &entries)
 {
-    Change([section = section.toString(), entries](const QByteArray &bytes) {
+    Change([section = section.toString(), entries, spelling = Spelling(m_text)](const QByteArray &bytes) {
         QByteArray result = bytes;
         for (const auto &[key, value] : entries)
-            result = WithValue(result, section, key, value);
+            result = WithValue(result, section, key, value, spelling);
         return result;
     });
 }
@@ -502,23 +586,37 @@ void ProfileFile::SetValues(QStringView section, const std::vector<std::pair<QSt
 void ProfileFile::RemoveKey(QStringView section, QStringView key)
 {
     if (m_step || StampOf(m_name))
-        Change([section = section.toString(), key = key.toString()](const QByteArray &bytes) {
-            return WithoutKey(bytes, section, key);
-        });
+        Change([section = section.toString(), key = key.toString(), spelling = Spelling(m_text)](
+                   const QByteArray &bytes) { return WithoutKey(bytes, section, key, spelling); });
 }
 
 void ProfileFile::RemoveSection(QStringView section)
 {
     if (m_step || StampOf(m_name))
-        Change([section = section.toString()](const QByteArray &bytes) {
-            return WithoutSection(bytes, section);
+        Change([section = section.toString(), spelling = Spelling(m_text)](const QByteArray &bytes) {
+            return WithoutSection(bytes, section, spelling);
         });
 }
 
-void ProfileFile::ReplaceSection(QStringView section, const std::vector<std::pair<QString, QString>> &entries)
+void ProfileFile::ReplaceSection(QStringView section, const ProfileEntries &entries)
 {
-    Change([section = section.toString(), entries](const QByteArray &bytes) {
-        return WithSection(WithoutSection(bytes, section), section, entries);
+    Change([section = section.toString(), entries, spelling = Spelling(m_text)](const QByteArray &bytes) {
+        return WithSection(WithoutSection(bytes, section, spelling), section, entries, spelling);
+    });
+}
+
+void ProfileFile::MoveSection(QStringView section, QStringView name,
+                              const std::function<void(ProfileEntries &)> &change)
+{
+    Change([section = section.toString(), name = name.toString(), change,
+            spelling = Spelling(m_text)](const QByteArray &bytes) {
+        std::optional<ProfileEntries> entries = SectionEntries(bytes, section, spelling);
+        if (!entries)
+            return bytes;
+        if (change)
+            change(*entries);
+        const QByteArray without = WithoutSection(bytes, section, spelling);
+        return WithSection(WithoutSection(without, name, spelling), name, *entries, spelling);
     });
 }
 

@@ -15,6 +15,15 @@
 namespace zelvane
 {
 
+/// Keys and their values, in the order of a section.
+using ProfileEntries = std::vector<std::pair<QString, QString>>;
+
+/// How a profile file spells its names and values. Escaped ones hold any text. Plain ones stand as they are,
+/// for files that other programs read too: what a line cannot hold is lost at the first LF, and names lose
+/// the blanks around them. A plain value is read without one pair of quotes around it (`"` or `'`), and is
+/// written in a pair where it would lose blanks or quotes of its own.
+enum class ProfileText { Escaped, Plain };
+
 /// A private profile file: UTF-8 text of `[section]` and `key=value` lines, shared by several processes and
 /// edited by hand. Sections and keys are compared without regard to case, keep the spelling of their first
 /// writer, and are told in the order of their creation. Any text is a section, a key or a value: what would
@@ -34,7 +43,7 @@ public:
     /// How long a write waits for a lock that another process holds.
     static constexpr std::chrono::milliseconds Patience{400};
 
-    explicit ProfileFile(const QString &name);
+    explicit ProfileFile(const QString &name, ProfileText text = ProfileText::Escaped);
 
     const QString &Name() const { return m_name; }
     void SetPatience(std::chrono::milliseconds patience) { m_patience = patience; }
@@ -42,7 +51,7 @@ public:
     /// Readers never fail: a file that is missing or cannot be read is empty to them. Of two equal keys the
     /// first holds.
     std::optional<QString> Value(QStringView section, QStringView key) const;
-    std::vector<std::pair<QString, QString>> Entries(QStringView section) const;
+    ProfileEntries Entries(QStringView section) const;
     QStringList SectionNames() const;
 
     /// Writers throw RunTimeError when the file cannot be read or written; it is then as it was. What changes
@@ -50,13 +59,19 @@ public:
     /// once: a stopped process does not stop this one.
     void SetValue(QStringView section, QStringView key, QStringView value);
     /// Several keys of a section in one step.
-    void SetValues(QStringView section, const std::vector<std::pair<QString, QString>> &entries);
+    void SetValues(QStringView section, const ProfileEntries &entries);
     void RemoveKey(QStringView section, QStringView key);
     /// Comments and lines that are not understood stay behind.
     void RemoveSection(QStringView section);
     /// Removes a section and writes it anew as the last, in one step: a killed process leaves the old or the
     /// new one.
-    void ReplaceSection(QStringView section, const std::vector<std::pair<QString, QString>> &entries);
+    void ReplaceSection(QStringView section, const ProfileEntries &entries);
+
+    /// Takes a section away and writes what it held as the last one, under another name, in place of a
+    /// section that has it; nothing happens where there is none. @param change takes the entries and may
+    /// change them
+    void MoveSection(QStringView section, QStringView name,
+                     const std::function<void(ProfileEntries &)> &change = {});
 
     /// Writes all that `work` changes in one step, at its end; readers see it before. When `work` throws,
     /// what it had changed by then is written. Steps within a step belong to the outer one. @throws
@@ -82,6 +97,7 @@ private:
     void WriteStep();
 
     QString m_name;
+    ProfileText m_text;
     // What was read last. The file stays open, so that no other can pass for it by its number.
     mutable NativeFile m_file;
     mutable std::optional<FileStamp> m_stamp;

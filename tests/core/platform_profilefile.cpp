@@ -915,3 +915,51 @@ TEST_F(Profile, AnUnfinishedFileOfAnotherIsPutAside)
     ProfileFile(path).SetValue(u"Options", u"a", u"2");
     EXPECT_EQ(NamesIn(folder), (QStringList{u"settings"_s, u"settings.lock"_s}));
 }
+
+// Plain files
+
+TEST_F(Profile, PlainTextsStandAsTheyAre)
+{
+    Put("[a]b]\r\nCode= x\\n\\sy\\u0041 \r\nQuoted=\"  q \"\r\nSingle=''\r\nHalf=\"h\r\n[\\s]\r\nk=1\r\n");
+    ProfileFile file(path, ProfileText::Plain);
+    EXPECT_EQ(file.SectionNames(), (QStringList{u"a]b"_s, u"\\s"_s}));
+    EXPECT_EQ(file.Entries(u"A]B"), (Pairs{{u"Code"_s, u"x\\n\\sy\\u0041"_s},
+                                           {u"Quoted"_s, u"  q "_s},
+                                           {u"Single"_s, u""_s},
+                                           {u"Half"_s, u"\"h"_s}}));
+    EXPECT_EQ(file.Value(u"\\S", u"K"), u"1"_s);
+    file.SetValue(u"\\s", u"k", u"\\\\n");
+    file.SetValue(u"\\s", u"edge", u" e\t");
+    file.SetValue(u"\\s", u"pair", u"\"p\"");
+    file.SetValue(u"\\s", u"lines", u"first\nsecond");
+    EXPECT_EQ(Content(), "[a]b]\r\nCode= x\\n\\sy\\u0041 \r\nQuoted=\"  q \"\r\nSingle=''\r\nHalf=\"h\r\n"
+                         "[\\s]\r\nk=\\\\n\r\nedge=\" e\t\"\r\npair=\"\"p\"\"\r\nlines=first\r\n"_ba);
+    EXPECT_EQ(file.Value(u"\\s", u"edge"), u" e\t"_s);
+    EXPECT_EQ(file.Value(u"\\s", u"pair"), u"\"p\""_s);
+    EXPECT_EQ(ProfileFile(path).Value(u" ", u"lines"), u"first"_s) << "another spelling of the same bytes";
+}
+
+TEST_F(Profile, EveryPlainValueOfOneLineComesBack)
+{
+    ProfileFile file(path, ProfileText::Plain);
+    for (const QString &value : Hostile) {
+        if (value.contains(u'\n') || value.contains(u'\r') || value != QString::fromUtf8(value.toUtf8()))
+            continue;
+        file.SetValue(u"s", u"v", value);
+        EXPECT_EQ(ProfileFile(path, ProfileText::Plain).Value(u"s", u"v"), value);
+    }
+}
+
+TEST_F(Profile, AMovedSectionIsTheLastUnderItsNewName)
+{
+    Put("[a]\nk=1\nK=2\n; mine\n[b]\nx=\\n\n[a]\nl=3\n");
+    ProfileFile file(path);
+    PowerCut cut(folder);
+    file.MoveSection(u"A", u"b");
+    EXPECT_EQ(Content(), "; mine\n\n[b]\nk=1\nl=3\n"_ba);
+    EXPECT_EQ(cut.Replaced("settings"), 1);
+    file.MoveSection(u"none", u"b");
+    EXPECT_EQ(Content(), "; mine\n\n[b]\nk=1\nl=3\n"_ba);
+    file.MoveSection(u"b", u"B", [](ProfileEntries &entries) { entries.pop_back(); });
+    EXPECT_EQ(Content(), "; mine\n\n[B]\nk=1\n"_ba);
+}
