@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "window/ui/tabstops.h"
+#include "shell/ui/tabstops.h"
 
 #include <QEvent>
 
