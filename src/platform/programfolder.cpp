@@ -14,6 +14,35 @@ using namespace Qt::Literals::StringLiterals;
 namespace zelvane
 {
 
+namespace
+{
+
+/// Whether a shipped file is the user's own once he has it: it does not come back when he deletes it.
+bool IsGivenOnce(const QFileInfo &shipped)
+{
+    return shipped.suffix() == u"csr"_s;
+}
+
+/// The mark that a file was given.
+QString MarkOf(const QString &own)
+{
+    const QFileInfo file(own);
+    return file.path() + u"/."_s + file.fileName() + u".given"_s;
+}
+
+void Give(const QFileInfo &shipped, const QString &own)
+{
+    const bool once = IsGivenOnce(shipped);
+    if (once && QFileInfo::exists(MarkOf(own)))
+        return;
+    if (!QFileInfo::exists(own))
+        WriteFileBytes(own, ReadFileBytes(shipped.filePath()));
+    if (once)
+        WriteFileBytes(MarkOf(own), {});
+}
+
+} // namespace
+
 QString ChooseProgramFolder(const QString &home, const QString &executableFolder, const QString &dataFolder,
                             const QString &shippedFolder)
 {
@@ -27,11 +56,8 @@ QString ChooseProgramFolder(const QString &home, const QString &executableFolder
 
     QDir().mkpath(dataFolder);
     for (const QFileInfo &shipped : QDir(shippedFolder).entryInfoList(QDir::Files)) {
-        const QString own = dataFolder + u'/' + shipped.fileName();
-        if (QFileInfo::exists(own))
-            continue;
         try {
-            WriteFileBytes(own, ReadFileBytes(shipped.filePath()));
+            Give(shipped, dataFolder + u'/' + shipped.fileName());
         } catch (const RunTimeError &) {
             // Whoever needs the file says that it is missing.
         }

@@ -85,6 +85,31 @@ TEST_F(FolderOfProgram, WithoutAnOpcodeListTheUsersFolderIsMadeAndFilled)
     EXPECT_EQ(ChooseProgramFolder({}, executable, data, shipped), data) << "a folder is no list";
 }
 
+TEST_F(FolderOfProgram, ARepositoryFileIsGivenOnce)
+{
+    Put(shipped + u"/zelvane.csr"_s, "[a]\n");
+    ChooseProgramFolder({}, executable, data, shipped);
+    EXPECT_EQ(Content(data + u"/zelvane.csr"_s), "[a]\n"_ba);
+    // The user has deleted its fragments, then the file.
+    Put(data + u"/zelvane.csr"_s, "");
+    ChooseProgramFolder({}, executable, data, shipped);
+    EXPECT_EQ(Content(data + u"/zelvane.csr"_s), ""_ba);
+    ASSERT_TRUE(QFile::remove(data + u"/zelvane.csr"_s));
+    ASSERT_TRUE(QFile::remove(data + u"/opcodes.txt"_s));
+    ChooseProgramFolder({}, executable, data, shipped);
+    EXPECT_FALSE(QFile::exists(data + u"/zelvane.csr"_s));
+    EXPECT_TRUE(QFile::exists(data + u"/opcodes.txt"_s)) << "the others come back";
+}
+
+TEST_F(FolderOfProgram, ARepositoryFileOfTheUsersStays)
+{
+    Put(shipped + u"/zelvane.csr"_s, "[a]\n");
+    ASSERT_TRUE(QDir().mkpath(data));
+    Put(data + u"/zelvane.csr"_s, "[mine]\n");
+    ChooseProgramFolder({}, executable, data, shipped);
+    EXPECT_EQ(Content(data + u"/zelvane.csr"_s), "[mine]\n"_ba);
+}
+
 TEST_F(FolderOfProgram, AnInstalledExecutableIsNotPortable)
 {
     Put(executable + u"/opcodes.txt"_s, "");
