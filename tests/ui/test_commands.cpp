@@ -41,8 +41,6 @@ static_assert(!std::is_constructible_v<MenuName, std::u16string_view>);
 /// The commands whose part of the program is not there. Whoever builds one takes its rows away here.
 const Command NotBuilt[] = {
     Cmd::mnuPreferences,
-    Cmd::mnuCodeRes,
-    Cmd::mnuCodeResAdd,
 };
 
 QStringList RowNames(const std::vector<Command> &commands)

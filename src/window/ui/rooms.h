@@ -6,6 +6,7 @@
 #include "player/ui/fileroom.h"
 #include "player/ui/playerroom.h"
 #include "preferences/ui/preferencesroom.h"
+#include "repository/ui/repositoryroom.h"
 #include "run/ui/runroom.h"
 #include "shell/ui/windowcontext.h"
 #include "texttools/ui/texttoolsroom.h"
@@ -22,6 +23,7 @@ struct RoomList {
     FileRoom files{context, player.ThePlayer()};
     TextToolsRoom textTools{context};
     InstrumentsRoom instruments{context};
+    RepositoryRoom repository{context};
     PreferencesRoom preferences{context};
 };
 

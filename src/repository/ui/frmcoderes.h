@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "repository/coderepository.h"
+#include "repository/repositorytree.h"
+
+#include <functional>
+#include <QDialog>
+#include <QList>
+#include <QString>
+
+class QAction;
+class QActionGroup;
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QMenu;
+class QPlainTextEdit;
+class QPushButton;
+class QToolBar;
+class QTreeWidget;
+class QTreeWidgetItem;
+
+namespace zelvane
+{
+
+class LabelEditor;
+
+/// The dialog of the code repository: a tree of all fragments, and the page of the chosen one. It shows and
+/// asks; what is read and written is the work of CodeRepository.
+class frmCodeRes : public QDialog
+{
+    Q_OBJECT
+
+public:
+    frmCodeRes(EditorContext &editor, const DocumentSteps &steps, QWidget *parent);
+
+    /// Gathers the files and shows the fragments in the view that was the last one.
+    void CodeInit();
+    /// Begins a new fragment with this code. Called after CodeInit.
+    void AddCode(const QString &code);
+
+    void done(int result) override;
+    void reject() override;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+
+private:
+    // Making
+    QAction *AddTool(const QString &key, const QString &text, const QString &tip,
+                     const std::function<void()> &work);
+    void MakeToolbar();
+    void LayOut();
+    void Connect();
+    /// What the user asks for, with the report of a failure; an edit of a label ends first.
+    void Run(const std::function<void()> &work);
+
+    // The tree
+    void Build(RepositoryView view);
+    /// Shows another view, if the page may be left.
+    void ChangeView(RepositoryView view);
+    void TellCutLists(const RepositoryTree &tree);
+    void CurrentChanged();
+    void LeaveShown();
+    void CloseOthers(QTreeWidgetItem *opened);
+    void KeepCurrentInSight(QTreeWidgetItem *closed);
+    void SelectQuietly(QTreeWidgetItem *item);
+    /// Takes a fragment away, and the groups that are empty then.
+    void Remove(QTreeWidgetItem *item);
+    /// Takes the fragment away whose place `item` has now.
+    void RemoveTwin(QTreeWidgetItem *item);
+    void PutInOrder(QTreeWidgetItem *item);
+
+    // The page
+    void ShowCurrent();
+    void ShowPage(FragmentFields fields);
+    void EnablePage(bool enabled);
+    FragmentFields Shown() const;
+    /// The same, with the texts as they were read where they were not touched.
+    FragmentFields Page() const;
+    bool IsFragmentShown() const;
+    FragmentPlace ShownPlace() const;
+    bool IsUnsaved() const;
+    /// @return whether what is on the page may go
+    bool MayLeave();
+
+    // The commands
+    void New(const QString &code);
+    void EditLabel(QTreeWidgetItem *item, const QString &text);
+    void EndLabel();
+    void LabelEnded(QTreeWidgetItem *item, const QString &typed);
+    void NameNew(QTreeWidgetItem *item, const QString &name);
+    void Rename();
+    void Save(bool as);
+    void Delete();
+    void Find();
+    void Insert();
+
+    EditorContext &m_editor;
+    const DocumentSteps &m_steps;
+    CodeRepository m_repository;
+
+    QToolBar *tlbCodeRes;
+    QTreeWidget *lvwCodeRes;
+    QLabel *lblCutLists;
+    QPlainTextEdit *txtCodeRes;
+    QLabel *lblCutCode;
+    QLineEdit *txtAuthor;
+    QComboBox *cmbCategory;
+    QPlainTextEdit *txtComments;
+    QLabel *lblFile;
+    QPushButton *bOK;
+    QPushButton *bCancel;
+    QMenu *mnuShow;
+    QActionGroup *m_views;
+    QAction *m_save = nullptr;
+    QAction *m_rename = nullptr;
+    QAction *m_delete = nullptr;
+    QAction *m_singleSel = nullptr;
+    LabelEditor *m_labels;
+
+    RepositoryView m_view = RepositoryView::Name;
+    QList<QTreeWidgetItem *> m_fragments; ///< in the order of their making
+    QTreeWidgetItem *m_shown = nullptr;   ///< whose page it is
+    StoredFragment m_read;                ///< what the page was filled with
+    FragmentFields m_filled;              ///< the same as the controls give it back
+    FragmentFields m_clean;               ///< what stands in a file of what the page shows
+    FragmentFields m_new;                 ///< the page of a fragment that has no name yet
+    QString m_oldLabel;
+    bool m_quiet = false; ///< the tree or the page is changed by the program
+    bool m_leaving = false;
+    QTreeWidgetItem *m_editWhenShown = nullptr;
+};
+
+} // namespace zelvane
