@@ -28,6 +28,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLayout>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMetaObject>
@@ -61,6 +62,7 @@ constexpr int TextWidth = 14;
 constexpr int UnitWidth = 12; ///< the most of a unit that is shown
 constexpr int PaneWidth = 8;
 
+constexpr int Panes = 4;         ///< of the status
 constexpr int BuiltInFields = 3; ///< the first p-fields, which every instrument has
 constexpr int ListRows = 10;     ///< that a long list shows at least
 constexpr int Pages = 10;        ///< of a slider whose ticks could not be told
@@ -225,18 +227,17 @@ QWidget *frmInstrGUI::NewStatus()
     auto *picStatus = Named(new QWidget(this), u"picStatus"_s);
     auto *line = new QHBoxLayout(picStatus);
     line->setContentsMargins(0, 0, 0, 0);
-    for (const QString &spoken : {u"Description"_s, u"p-Field"_s, u"Variable"_s, u"Format"_s}) {
-        auto *pane =
-            Named(new ElidedLabel(picStatus), u"lblStatus_"_s + QString::number(lblStatus.size()), spoken);
+    for (int index = 0; index < Panes; ++index) {
+        auto *pane = Named(new ElidedLabel(picStatus), u"lblStatus_"_s + QString::number(index));
         pane->setTextFormat(Qt::PlainText);
         pane->setMinimumWidth(CharacterWidth(*this, PaneWidth));
-        if (!lblStatus.empty()) {
+        if (index > 0) {
             auto *edge = new QFrame(picStatus);
             edge->setFrameShape(QFrame::VLine);
             edge->setFrameShadow(QFrame::Sunken);
             line->addWidget(edge);
         }
-        line->addWidget(pane, lblStatus.empty() ? 1 : 0);
+        line->addWidget(pane, index == 0 ? 1 : 0);
         lblStatus.push_back(pane);
     }
     ShowPanes({}, u"p-Field"_s, u"Variable"_s, u"Format"_s);
@@ -339,6 +340,10 @@ void frmInstrGUI::ShowChosenGroup()
 void frmInstrGUI::ShowGroup(const std::optional<QString> &group)
 {
     TakeTexts();
+    // Where they are seen, each control that comes would have all rows laid out again.
+    QWidget *const rows = m_scroll->widget();
+    QWidget *const focused = focusWidget();
+    rows->hide();
     m_shown = 0;
     for (qsizetype position = 1; group && position <= Instrument().pCol.Count(); ++position) {
         if (GroupRow(FieldAt(position)) != *group)
@@ -354,8 +359,11 @@ void frmInstrGUI::ShowGroup(const std::optional<QString> &group)
               static_cast<QWidget *>(row.txtPValue), static_cast<QWidget *>(row.lblPFormat)})
             control->setVisible(index < m_shown);
     }
+    rows->show();
     FitSize();
-    if (const Row *row = m_settled ? RowOf(focusWidget()) : nullptr) {
+    // The control that had the keyboard may be another p-field's now.
+    if (const Row *row = m_settled ? RowOf(focused) : nullptr; row && focused->isVisible()) {
+        focused->setFocus(Qt::OtherFocusReason);
         row->txtPValue->selectAll();
         EnterRow(*row);
     }
