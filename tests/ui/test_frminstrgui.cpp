@@ -7,15 +7,21 @@
 #include "support/uitest.h"
 
 #include <QAction>
+#include <QApplication>
+#include <QBrush>
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QPalette>
 #include <QScreen>
 #include <QScrollArea>
 #include <QSlider>
+#include <QStringList>
 #include <QToolButton>
 #include <QTreeWidget>
+#include <QWheelEvent>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace zelvane;
@@ -166,6 +172,8 @@ private Q_SLOTS:
     void TextsAndSlidersFollowEachOther();
     void KeysOfTheTextMoveTheSlider();
     void ControlSnaps();
+    void TheMouseMovesTheSlider();
+    void TheWheelMovesTheSliderOfTheKeyboard();
     void TabGoesThroughTheRows();
     void ARowTellsOfItself();
     void TheSliderButtonFollowsTheKeyboard();
@@ -358,6 +366,52 @@ void FrmInstrGuiTest::ControlSnaps()
         QCOMPARE(on.Value(2).text(), u"12"_s);
         QCOMPARE(on.Slider(2).value(), 1200);
         on.desktop.keysDown.clear();
+        on.Key(Qt::Key_Escape);
+    });
+}
+
+void FrmInstrGuiTest::TheMouseMovesTheSlider()
+{
+    Stating on;
+    on.ShowSound([&] {
+        // The handle stands in the middle, above the ticks.
+        QSlider &slider = on.Slider(0);
+        const QPoint handle(slider.width() / 2, slider.height() / 3);
+        Drag(slider, handle, QPoint(slider.width() + 50, handle.y()));
+        QCOMPARE(slider.value(), 1000);
+        QCOMPARE(on.Value(0).text(), u"1"_s);
+        QCOMPARE(on.Focus(), &slider);
+        QCOMPARE(on.Panes()[1], u"p4"_s);
+        on.desktop.keysDown.insert(KeyCode::Ctrl);
+        Drag(slider, QPoint(slider.width() - handle.y(), handle.y()), handle);
+        on.desktop.keysDown.clear();
+        QCOMPARE(on.Value(0).text(), u"0"_s);
+        QCOMPARE(slider.value(), 0);
+
+        QTest::mouseClick(&on.Value(1), Qt::LeftButton);
+        QVERIFY(Eventually([&] { return on.Value(1).selectedText() == u"4"_s; }));
+        QCOMPARE(on.Panes()[1], u"p5"_s);
+        on.Key(Qt::Key_Escape);
+    });
+}
+
+void FrmInstrGuiTest::TheWheelMovesTheSliderOfTheKeyboard()
+{
+    Stating on;
+    on.ShowSound([&] {
+        QSlider &slider = on.Slider(1);
+        const auto turn = [&] {
+            const QPointF place = slider.rect().center();
+            QWheelEvent wheel(place, slider.mapToGlobal(place), {}, QPoint(0, 120), Qt::NoButton,
+                              Qt::NoModifier, Qt::NoScrollPhase, false);
+            QCoreApplication::sendEvent(&slider, &wheel);
+        };
+        turn();
+        QCOMPARE(on.Value(1).text(), u"4"_s);
+        slider.setFocus();
+        turn();
+        QVERIFY(slider.value() > 4);
+        QCOMPARE(on.Value(1).text(), QString::number(slider.value()));
         on.Key(Qt::Key_Escape);
     });
 }
