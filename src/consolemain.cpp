@@ -20,6 +20,7 @@
 #include <QByteArray>
 #include <QCoreApplication>
 #include <QFile>
+#include <QIcon>
 #include <QObject>
 #include <QProcess>
 #include <QStringList>
@@ -60,6 +61,7 @@ int main(int argc, char **argv)
     QApplication::setApplicationName(u"zelvane-console"_s);
     QApplication::setApplicationVersion(ProgramVersion());
     QApplication::setDesktopFileName(u"zelvane"_s);
+    QApplication::setWindowIcon(QIcon(u":/zelvane/icons/zelvane.svg"_s));
     QApplication::setQuitOnLastWindowClosed(false); // the program is to be stopped first
     const auto options = ReadConsoleOptions(arguments);
     if (!options) {

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <QAccessible>
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
@@ -293,6 +294,10 @@ private Q_SLOTS:
         QTest::keyClick(&console.View(), Qt::Key_Down, Qt::ShiftModifier);
         QTest::keyClick(&console.View(), Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
         QCOMPARE(QApplication::clipboard()->text(), u"one\ntwo"_s);
+        QAccessibleInterface *spoken = QAccessible::queryAccessibleInterface(&console.View());
+        QVERIFY(spoken);
+        QCOMPARE(spoken->text(QAccessible::Value), u"one\ntwo"_s);
+        QCOMPARE(spoken->text(QAccessible::Name), u"Output"_s);
     }
 
     void MuchOutputLeavesTheWindowAnswering()

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <array>
+#include <QAccessible>
+#include <QAccessibleWidget>
 #include <QAction>
 #include <QClipboard>
 #include <QColor>
@@ -70,11 +72,36 @@ QString Expanded(const QString &text, std::vector<StyleSpan> &spans)
     return expanded;
 }
 
+/// What a screen reader is told: the lines that are selected.
+class ConsoleViewAccessible : public QAccessibleWidget
+{
+public:
+    explicit ConsoleViewAccessible(ConsoleView &view)
+        : QAccessibleWidget(&view, QAccessible::StaticText), m_view(view)
+    {
+    }
+    QString text(QAccessible::Text kind) const override
+    {
+        return kind == QAccessible::Value ? m_view.SelectedText() : QAccessibleWidget::text(kind);
+    }
+
+private:
+    ConsoleView &m_view;
+};
+
+QAccessibleInterface *MakeAccessible(const QString &className, QObject *object)
+{
+    Q_UNUSED(className);
+    auto *view = qobject_cast<ConsoleView *>(object);
+    return view ? new ConsoleViewAccessible(*view) : nullptr;
+}
+
 } // namespace
 
 ConsoleView::ConsoleView(const LineStore &store, QWidget *parent)
     : QAbstractScrollArea(parent), m_store(store)
 {
+    QAccessible::installFactory(MakeAccessible); // again and again is once
     setFocusPolicy(Qt::StrongFocus);
     viewport()->setBackgroundRole(QPalette::Base);
     viewport()->setCursor(Qt::IBeamCursor);
@@ -151,6 +178,10 @@ void ConsoleView::Move(qint64 number, bool extend)
     else if (row >= vertical.value() + LinesInView())
         vertical.setValue(int(row - LinesInView() + 1));
     viewport()->update();
+    if (QAccessible::isActive()) {
+        QAccessibleValueChangeEvent event(this, SelectedText());
+        QAccessible::updateAccessibility(&event);
+    }
 }
 
 QString ConsoleView::SelectedText() const
