@@ -265,9 +265,12 @@ class Stage:
         return path
 
     def _open_display(self):
+        self.frames = self.folder / "frames"  # what is on the screen, as a file
+        self.frames.mkdir(exist_ok=True)
         read, write = os.pipe()
         server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(write), "-screen", "0", self.size, "-nolisten", "tcp", "-noreset"],
+            ["Xvfb", "-displayfd", str(write), "-screen", "0", self.size, "-nolisten", "tcp", "-noreset",
+             "-fbdir", str(self.frames)],
             pass_fds=[write],
             stdin=subprocess.DEVNULL,
             stderr=subprocess.DEVNULL,
