@@ -17,6 +17,7 @@ SETTINGS = """[Options]
 Used=2
 Splash=0
 Csound={csound}
+Console=0
 
 [Presets]
 Render=
