@@ -158,6 +158,19 @@ private Q_SLOTS:
         }
     }
 
+    void KeepOpenHoldsWhereItCannotBeStored()
+    {
+        const QTemporaryDir folder;
+        SettingsStore nowhere(u"/dev/null/settings"_s);
+        frmConsole form({.run = {.title = u"x"_s, .program = u"/bin/true"_s}},
+                        {.settings = nowhere, .logFolder = folder.path(), .openPlace = {}});
+        form.Run();
+        QTest::mouseClick(form.findChild<QCheckBox *>(u"chkKeepOpen"_s), Qt::LeftButton, {}, QPoint(8, 8));
+        QTRY_VERIFY_WITH_TIMEOUT(form.IsFinished(), Patience);
+        QVERIFY(form.findChild<QCheckBox *>(u"chkKeepOpen"_s)->isChecked());
+        QVERIFY(!form.IsLeaving());
+    }
+
     void StopInterruptsFirst()
     {
         Console console(u"trap 'echo closing; exit 0' INT; echo up; while :; do sleep 0.05; done"_s);

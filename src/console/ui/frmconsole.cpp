@@ -6,6 +6,7 @@
 #include "console/scoreprogress.h"
 #include "console/ui/consoleview.h"
 #include "platform/parameters.h"
+#include "platform/runtimeerror.h"
 #include "shell/editorkeys.h"
 #include "shell/settings.h"
 
@@ -149,7 +150,11 @@ void frmConsole::BuildWindow()
     connect(txtInput, &QLineEdit::returnPressed, this, &frmConsole::SendLine);
     connect(cmdStop, &QPushButton::clicked, this, &frmConsole::Stop);
     connect(chkKeepOpen, &QCheckBox::toggled, this, [this](bool keep) {
-        m_services.settings.SaveFlag(Keys::ConsoleKeepOpen, keep);
+        try {
+            m_services.settings.SaveFlag(Keys::ConsoleKeepOpen, keep);
+        } catch (const RunTimeError &) {
+            // It holds for this window: a failure to remember it must not end the program that runs.
+        }
         m_touched = false; // the click itself is none that wants the window to stay
         UpdateLeaving();
     });
