@@ -122,15 +122,14 @@ void RunSecondAction(const QString &name, bool confirm, RunContext &context)
         return;
     if (!ExpandPresetMacros(parameters, confirm, context))
         return;
-    const QString title = name + u" 2nd action"_s;
-    ShowStatus(editor, title + u": "_s + command + u' ' + parameters);
+    ShowStatus(editor, name + u" 2nd action: "_s + command + u' ' + parameters);
     if (!ExpandPresetMacros(folder, confirm, context))
         return;
     editor.desktop.ShellRun({.file = command,
                              .parameters = parameters,
                              .folder = folder,
                              .showState = showState,
-                             .console = WishOf(name, store, title)});
+                             .console = WishOf(name, store, name + u" 2nd action"_s)});
 }
 
 } // namespace zelvane
