@@ -6,7 +6,7 @@ import signal
 import wave
 
 from support.consoles import console_of, consoles, log_of, processes, write_program
-from support.stage import check, copy_example, equal, main, rendered, settled
+from support.stage import Window, check, copy_example, equal, main, rendered, settled
 
 STORE = """[Options]
 Used=2
@@ -188,6 +188,32 @@ def hidden_run_has_its_log_alone(stage):
     editor.close(window)
 
 
+def both_actions_have_consoles(stage):
+    """The editor waits for the first program, not for its console; what that has to say stays beside the second's."""
+    go = stage.home / "go"
+    program = write_program(stage.home / "waits", WAITING.format(go=go, code=1))
+    stage.write_store(
+        f"[Options]\nUsed=2\nSplash=0\nStartup=2\n\n[Presets]\nBoth=\n\n[Both]\nCommand={program}\n2ndCommand={program}\n"
+    )
+    editor, window = settled(stage)
+    window.keys("ctrl+1")
+    console_of(stage)
+    stage.until(lambda: "begun" in log_of(stage, "Both"), "the first action")
+    stage.until(lambda: "HIDDEN" in window.state(), "the editor minimized")
+    equal(log_of(stage, "Both 2nd action"), "", "the log of the second action")
+    go.touch()
+    stage.until(lambda: "Ended with exit code 1." in log_of(stage, "Both 2nd action"), "the second action")
+
+    def titles():
+        return sorted(Window(stage, number).title() for pid in consoles(stage) for number in stage.windows_of(pid))
+
+    stage.until(lambda: titles() == ["Both", "Both 2nd action"], titles)
+    for pid in consoles(stage):
+        Window(stage, stage.windows_of(pid)[0]).keys("Escape")
+    stage.until(lambda: not consoles(stage), "no console left")
+    editor.close(window)
+
+
 def ready_made_presets_work(stage):
     """No preset, no path of Csound: the menu offers presets, and each does what its name says."""
     stage.write_store("[Options]\nUsed=2\nSplash=0\n")
@@ -247,5 +273,6 @@ main(
     stopped_run_leaves_a_readable_file,
     guarded_hand_over,
     hidden_run_has_its_log_alone,
+    both_actions_have_consoles,
     ready_made_presets_work,
 )
