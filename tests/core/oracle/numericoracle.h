@@ -14,14 +14,15 @@ struct EditedText {
     QString text;
     qsizetype start = 0;
     qsizetype end = 0;
+    bool overflow = false; ///< the text is as it was
     bool operator==(const EditedText &) const = default;
 };
 
 inline bool IsWholeNumber(const QString &text)
 {
-    static const QRegularExpression number(QStringLiteral(
-        "^[ \\t\\n]*[+-]?([0-9]+\\.?[0-9]*|\\.[0-9]+)([eE][+-]?[0-9]+)?[ \\t\\n]*(?![\\s\\S])"));
-    return number.match(text).hasMatch();
+    static const QRegularExpression number(
+        QStringLiteral("^[+-]?([0-9]+\\.?[0-9]*|\\.[0-9]+)([eE][+-]?[0-9]+)?(?![\\s\\S])"));
+    return number.match(text.trimmed()).hasMatch();
 }
 
 inline double NumberAtStart(const QString &text)
@@ -59,6 +60,10 @@ inline EditedText EditNumber(EditedText edited, int mode, double random)
     }
     const QString number = edited.text.mid(edited.start, edited.end - edited.start);
     double value = NumberAtStart(number);
+    if (!std::isfinite(value)) {
+        edited.overflow = true;
+        return edited;
+    }
     if (value == 0 && !IsWholeNumber(number))
         return edited;
     if (number.contains(QLatin1Char(',')))
@@ -76,7 +81,13 @@ inline EditedText EditNumber(EditedText edited, int mode, double random)
     if (mode == 5)
         value = value - 10;
     if (mode == 6)
-        value = std::nearbyint(value * random * 1000) / 1000;
+        value = std::fabs(value * random * 1000) < 9007199254740992.0
+                    ? std::nearbyint(value * random * 1000) / 1000
+                    : value * random;
+    if (!std::isfinite(value)) {
+        edited.overflow = true;
+        return edited;
+    }
     const QString result = ShortNumber(value);
     edited.text = edited.text.left(edited.start) + result + edited.text.mid(edited.end);
     edited.end = edited.start + result.size();
