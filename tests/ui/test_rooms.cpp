@@ -3,6 +3,7 @@
 #include "platform/ui/textcontrol.h"
 #include "player/playerkeys.h"
 #include "player/ui/playerroom.h"
+#include "repository/ui/repositoryroom.h"
 #include "run/presetkeys.h"
 #include "run/presetstore.h"
 #include "run/ui/runroom.h"
@@ -57,6 +58,7 @@ private Q_SLOTS:
     void LabelsOfPresetsFollowTheirRow();
     void TheFoldersOfTheToolsAreKnownWithTheTools();
     void TheTextToolsBindTheirCommand();
+    void TheRepositoryBindsItsCommands();
     void EachRoomKeepsItsPartsOfTheLayout();
     void APartThatNobodyKeepsIsNotWritten();
 };
@@ -215,6 +217,15 @@ void RoomsTest::TheTextToolsBindTheirCommand()
     QVERIFY(!on.commands.IsBound(Cmd::mnuTabSpace));
     const TextToolsRoom room(on.context);
     QVERIFY(on.commands.IsBound(Cmd::mnuTabSpace));
+}
+
+void RoomsTest::TheRepositoryBindsItsCommands()
+{
+    BareWindow on;
+    QVERIFY(!on.commands.IsBound(Cmd::mnuCodeRes));
+    const RepositoryRoom room(on.context);
+    QVERIFY(on.commands.IsBound(Cmd::mnuCodeRes) && on.commands.IsEnabled(Cmd::mnuCodeRes));
+    QVERIFY(on.commands.IsBound(Cmd::mnuCodeResAdd) && on.commands.IsEnabled(Cmd::mnuCodeResAdd));
 }
 
 void RoomsTest::EachRoomKeepsItsPartsOfTheLayout()
