@@ -13,6 +13,7 @@
 #include "shell/ui/form.h"
 #include "shell/ui/icons.h"
 #include "shell/ui/tabstops.h"
+#include "shell/ui/toolbutton.h"
 
 #include <functional>
 #include <QAction>
@@ -143,13 +144,15 @@ QAction *frmCodeRes::AddTool(const QString &key, const QString &text, const QStr
     tool->setObjectName(u"tlbCodeRes_"_s + key);
     tool->setToolTip(tip);
     connect(tool, &QAction::triggered, this, [this, work] { Run(work); });
-    tlbCodeRes->widgetForAction(tool)->setFocusPolicy(Qt::TabFocus);
+    QWidget *face = Named(tlbCodeRes->widgetForAction(tool), tool->objectName());
+    face->setFocusPolicy(Qt::TabFocus);
     return tool;
 }
 
 void frmCodeRes::MakeToolbar()
 {
     tlbCodeRes->setIconSize(IconSize);
+    tlbCodeRes->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     AddTool(u"new"_s, u"New"_s, u"New fragment (Ctrl+N)"_s, [this] {
         New({});
     })->setShortcut(QKeySequence(u"Ctrl+N"_s));
@@ -188,6 +191,8 @@ void frmCodeRes::MakeToolbar()
     auto *sortButton = static_cast<QToolButton *>(tlbCodeRes->widgetForAction(sort));
     sortButton->setMenu(mnuShow);
     sortButton->setPopupMode(QToolButton::MenuButtonPopup);
+    ShowFlatButtons(*tlbCodeRes, m_editor.settings);
+    ShowExtensionInTextColour(*tlbCodeRes);
 }
 
 void frmCodeRes::LayOut()
