@@ -6,10 +6,12 @@
 #include "support/powercut.h"
 #include "support/printers.h"
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -947,6 +949,66 @@ TEST_F(Profile, EveryPlainValueOfOneLineComesBack)
             continue;
         file.SetValue(u"s", u"v", value);
         EXPECT_EQ(ProfileFile(path, ProfileText::Plain).Value(u"s", u"v"), value);
+    }
+}
+
+TEST_F(Profile, APlainFileIsAListOfListsToo)
+{
+    const IdleDisk idle;
+    const QString names[] = {u"a"_s, u"A]"_s, u"b\\n"_s, u"[=]"_s, u";c"_s, u"\u00E9"_s};
+    const QString keys[] = {u"Code"_s, u"code"_s, u"Author"_s, u"\\s"_s};
+    const QString values[] = {u""_s,    u" "_s,   u"\\"_s,  u"\\n\\t"_s,   u"\"\""_s,
+                              u"'x'"_s, u"x='"_s, u"[b]"_s, u"\t;\u00E9"_s};
+    std::vector<std::pair<QString, Pairs>> model;
+    const auto equal = [](const QString &a, const QString &b) {
+        return a.compare(b, Qt::CaseInsensitive) == 0;
+    };
+    QRandomGenerator random(11);
+    ProfileFile writer(path, ProfileText::Plain);
+    for (int round = 0; round < 1000; ++round) {
+        const QString section = names[random.bounded(int(std::size(names)))];
+        const QString other = names[random.bounded(int(std::size(names)))];
+        const QString key = keys[random.bounded(int(std::size(keys)))];
+        const QString value = values[random.bounded(int(std::size(values)))];
+        const auto find = [&](const QString &name) {
+            return std::find_if(model.begin(), model.end(),
+                                [&](const auto &one) { return equal(one.first, name); });
+        };
+        auto found = find(section);
+        switch (random.bounded(8)) {
+        case 0:
+            writer.RemoveSection(section);
+            if (found != model.end())
+                model.erase(found);
+            break;
+        case 1:
+            writer.MoveSection(section, other);
+            if (found != model.end()) {
+                const Pairs moved = found->second;
+                model.erase(found);
+                if (const auto replaced = find(other); replaced != model.end())
+                    model.erase(replaced);
+                model.emplace_back(other, moved);
+            }
+            break;
+        default:
+            writer.SetValue(section, key, value);
+            if (found == model.end())
+                found = model.insert(model.end(), {section, {}});
+            if (const auto at = std::find_if(found->second.begin(), found->second.end(),
+                                             [&](const auto &one) { return equal(one.first, key); });
+                at != found->second.end())
+                at->second = value;
+            else
+                found->second.emplace_back(key, value);
+        }
+        const ProfileFile fresh(path, ProfileText::Plain);
+        QStringList sections;
+        for (const auto &[name, entries] : model) {
+            sections.append(name);
+            ASSERT_EQ(fresh.Entries(name), entries) << round;
+        }
+        ASSERT_EQ(fresh.SectionNames(), sections) << round;
     }
 }
 

@@ -3,8 +3,10 @@
 
 #include "platform/profilefile.h"
 
+#include <optional>
 #include <QString>
 #include <QStringList>
+#include <vector>
 
 // The loops of the repository files, as they are told.
 
@@ -73,6 +75,53 @@ inline ProfileEntries SectionThroughBuffer(const ProfileEntries &entries, int si
             read.emplace_back(line.left(equals), line.mid(equals + 1));
     }
     return read;
+}
+
+/// The nodes of a tree, made one after the other as they are told: each with its key, its text and the number
+/// of the node above it, -1 for none.
+struct ToldNode {
+    QString key, text;
+    bool fragment;
+    int above;
+};
+
+struct ToldFragment {
+    QString name;
+    std::optional<QString> author, category;
+};
+
+inline std::vector<ToldNode> TreeByLoop(const std::vector<ToldFragment> &fragments, int view)
+{
+    std::vector<ToldNode> nodes;
+    const auto group = [&](const QString &key, const QString &text, int above) {
+        for (int i = 0; i < int(nodes.size()); ++i) {
+            if (!nodes[i].fragment && nodes[i].key == key)
+                return i; // the key is there already
+        }
+        nodes.push_back({key, text, false, above});
+        return int(nodes.size()) - 1;
+    };
+    for (const ToldFragment &fragment : fragments) {
+        const QString category = fragment.category.value_or(QStringLiteral("General"));
+        const QString author = fragment.author.value_or(QStringLiteral("Unknown"));
+        int above = -1;
+        if (view == 1)
+            above = group(category, category, -1);
+        if (view == 2) {
+            const int first = group(category, category, -1);
+            above = group(category + author, author, first);
+        }
+        if (view == 3) {
+            const QString general = fragment.author.value_or(QStringLiteral("General"));
+            above = group(general, general, -1);
+        }
+        if (view == 4) {
+            const int first = group(author, author, -1);
+            above = group(author + category, category, first);
+        }
+        nodes.push_back({{}, fragment.name, true, above});
+    }
+    return nodes;
 }
 
 } // namespace zelvane::test
