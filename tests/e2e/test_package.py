@@ -69,7 +69,7 @@ def is_there_whole(stage):
         check(f" {name}" in depends, f"{name} in {depends}")
     check("csound" in package.field("Recommends"), "Csound itself is recommended")
 
-    for name in ("opcodes.txt", "zelvane.html", "csound.hlp"):
+    for name in ("opcodes.txt", "zelvane.html", "csound.hlp", "zelvane.csr"):
         check((package.share / "zelvane" / name).is_file(), f"{name} in the package")
     for page in (SOURCE / "docs" / "guide").iterdir():
         check((package.share / "doc" / "zelvane" / "guide" / page.name).is_file(), f"{page.name} of the guide")

@@ -97,6 +97,50 @@ def a_fragment_goes_into_another_piece(stage):
     check(run.returncode == 0 and rendered(sound), f"Csound renders the piece: {run.stderr[-2000:]}")
 
 
+def fragments_are_given_once(stage):
+    """An installed program gives a user the shipped fragments, and leaves them to him then."""
+    stage.write_store(STORE)
+    installed = stage.folder / "installed"
+    (installed / "bin").mkdir(parents=True)
+    shutil.copy(stage.program, installed / "bin")
+    (installed / "share" / "zelvane").mkdir(parents=True)
+    for file in ("opcodes.txt", "zelvane.csr"):
+        shutil.copy(DATA / file, installed / "share" / "zelvane")
+    stage.program = str(installed / "bin" / "zelvane")
+    given = stage.folder / "data" / "zelvane" / "zelvane.csr"
+    piece = stage.home / "piece.orc"
+    piece.write_text(HEADER)
+
+    editor, window = settled(stage, piece)
+    equal(given.read_bytes(), (DATA / "zelvane.csr").read_bytes(), "the given fragments")
+    window.keys("ctrl+d")
+    dialog = editor.dialog(window)
+    stage.until(lambda: dialog.title() == "Code Repository - Additive bell", "the first fragment")
+    dialog.keys("Delete")
+    question = editor.window("Zelvane")
+    question.screenshot("repository-delete")
+    question.keys("Tab", "space")  # No is the first choice
+    stage.until(lambda: b"[Additive bell]" not in given.read_bytes(), "the file without the fragment")
+    dialog.keys("Escape")
+    stage.until(lambda: len(editor.titles()) == 1, "the end of the dialog")
+    editor.close(window)
+
+    left = given.read_bytes()
+    editor, window = settled(stage, piece)
+    window.keys("ctrl+d")
+    dialog = editor.dialog(window)
+    stage.until(lambda: dialog.title() == "Code Repository - FM voice", "the fragment that is the first now")
+    dialog.keys("Escape")
+    stage.until(lambda: len(editor.titles()) == 1, "the end of the dialog")
+    editor.close(window)
+    equal(given.read_bytes(), left, "the fragments after a restart")
+
+    given.unlink()
+    editor, window = settled(stage, piece)
+    editor.close(window)
+    check(not given.exists(), "the file does not come back")
+
+
 def looks(stage, name, view=2):
     """The dialog with the shipped fragments, for looking at."""
     stage.write_store(STORE + f"CodeRepositorySort={view}\n")
@@ -128,4 +172,9 @@ def it_looks_well_at_200_percent(stage):
 
 it_looks_well_at_200_percent.size = "2560x1800x24"
 
-main(a_fragment_goes_into_another_piece, it_looks_well_in_a_dark_desktop, it_looks_well_at_200_percent)
+main(
+    a_fragment_goes_into_another_piece,
+    fragments_are_given_once,
+    it_looks_well_in_a_dark_desktop,
+    it_looks_well_at_200_percent,
+)
