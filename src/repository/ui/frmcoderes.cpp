@@ -707,10 +707,11 @@ void frmCodeRes::Find()
     for (const QTreeWidgetItem *item : std::as_const(m_fragments))
         names += item->text(0);
     const std::optional<qsizetype> found = m_repository.Find(names);
-    if (!found || m_fragments[*found] == m_shown || !MayLeave())
+    if (!found || (m_fragments[*found] != m_shown && !MayLeave()))
         return;
     SelectQuietly(m_fragments[*found]);
-    ShowCurrent();
+    if (lvwCodeRes->currentItem() != m_shown)
+        ShowCurrent();
 }
 
 void frmCodeRes::Insert()
