@@ -137,15 +137,12 @@ public:
 
     bool HasEscapes() const { return !m_plain; }
 
-    QString Name(QByteArrayView written) const
-    {
-        return m_plain ? DecodeLine(written) : DecodeEscapes(written);
-    }
+    QString Name(QByteArrayView written) const { return m_plain ? Plain(written) : DecodeEscapes(written); }
     QString Value(QByteArrayView written) const
     {
         if (!m_plain)
             return DecodeEscapes(written);
-        const QString value = DecodeLine(written);
+        const QString value = Plain(written);
         return IsQuoted(value) ? value.sliced(1, value.size() - 2) : value;
     }
 
@@ -163,18 +160,22 @@ public:
         if (!m_plain)
             return EncodeEscapes(value);
         const QStringView line = Line(value);
-        const auto losesEdge = [](QChar c) { return c == u' ' || c == u'\t'; };
+        const auto losesEdge = [](QChar c) { return c == u' ' || c == u'\t' || c == u'\r'; };
         const bool quoted =
             !line.isEmpty() && (losesEdge(line.front()) || losesEdge(line.back()) || IsQuoted(line));
         return quoted ? '"' + line.toUtf8() + '"' : line.toUtf8();
     }
 
 private:
+    /// What begins like the mark of a file is text within a line.
+    static QString Plain(QByteArrayView written) { return DecodeLine('.' + written.toByteArray()).sliced(1); }
     /// What a line can hold of a text.
     static QStringView Line(QStringView text)
     {
         const qsizetype end = text.indexOf(u'\n');
-        return end < 0 ? text : text.first(end);
+        if (end < 0)
+            return text;
+        return text.first(end > 0 && text[end - 1] == u'\r' ? end - 1 : end);
     }
 
     bool m_plain;

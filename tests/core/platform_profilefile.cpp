@@ -944,8 +944,10 @@ TEST_F(Profile, PlainTextsStandAsTheyAre)
 TEST_F(Profile, EveryPlainValueOfOneLineComesBack)
 {
     ProfileFile file(path, ProfileText::Plain);
-    for (const QString &value : Hostile) {
-        if (value.contains(u'\n') || value.contains(u'\r') || value != QString::fromUtf8(value.toUtf8()))
+    std::vector<QString> values(std::begin(Hostile), std::end(Hostile));
+    values.insert(values.end(), {u"\uFEFFmark"_s, u"x\r"_s, u"\r"_s, u"a\rb"_s});
+    for (const QString &value : values) {
+        if (value.contains(u'\n') || value != QString::fromUtf8(value.toUtf8()))
             continue;
         file.SetValue(u"s", u"v", value);
         EXPECT_EQ(ProfileFile(path, ProfileText::Plain).Value(u"s", u"v"), value);
