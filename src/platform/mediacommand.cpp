@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/mediacommand.h"
 
+#include "platform/withoutblanks.h"
+
 #include <QLatin1String>
 #include <QStringView>
 
@@ -9,15 +11,6 @@ namespace zelvane
 
 namespace
 {
-
-QStringView WithoutBlanks(QStringView text)
-{
-    while (text.startsWith(u' '))
-        text = text.mid(1);
-    while (text.endsWith(u' '))
-        text.chop(1);
-    return text;
-}
 
 /// Cuts a keyword and the word behind it off the end of a text. @return the word, empty when they are not
 /// there

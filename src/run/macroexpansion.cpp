@@ -3,6 +3,7 @@
 
 #include "platform/parameters.h"
 #include "platform/runtimeerror.h"
+#include "platform/withoutblanks.h"
 #include "run/outputfile.h"
 #include "run/toolpaths.h"
 #include "shell/documentkind.h"
@@ -15,6 +16,7 @@
 #include <map>
 #include <QCoreApplication>
 #include <QDir>
+#include <QStringView>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -114,13 +116,7 @@ QString QuoteValue(const QString &value)
 {
     if (value.contains(u'"'))
         return QuoteFile(value);
-    qsizetype start = 0;
-    qsizetype end = value.size();
-    while (start < end && value[start] == u' ')
-        ++start;
-    while (end > start && value[end - 1] == u' ')
-        --end;
-    return QStringView(value).sliced(start, end - start).contains(u' ') ? u'"' + value + u'"' : value;
+    return WithoutBlanks(value).contains(u' ') ? u'"' + value + u'"' : value;
 }
 
 /// The text from the scan's index on. It is kept as pieces, the first one on top of the stack, so that

@@ -5,6 +5,7 @@
 #include "platform/runtimeerror.h"
 #include "platform/textencoding.h"
 #include "platform/textfile.h"
+#include "platform/withoutblanks.h"
 #include "shell/documentkeys.h"
 #include "shell/documentkind.h"
 #include "shell/errorreport.h"
@@ -47,18 +48,6 @@ QString UpToNul(const QString &answer)
 {
     const qsizetype nul = answer.indexOf(u'\0');
     return nul < 0 ? answer : answer.first(nul);
-}
-
-/// Without the blanks at both ends.
-QString Trimmed(const QString &path)
-{
-    qsizetype start = 0;
-    qsizetype end = path.size();
-    while (start < end && path[start] == u' ')
-        ++start;
-    while (end > start && path[end - 1] == u' ')
-        --end;
-    return path.sliced(start, end - start);
 }
 
 } // namespace
@@ -465,7 +454,7 @@ QString DocumentLifecycle::OpenBox()
     const FileDialogAnswer answer = m_desktop.OpenFileDialog(request);
     const QString picked = UpToNul(answer.path);
     // The blanks may belong to the name of a file.
-    const QString path = QFileInfo::exists(picked) ? picked : Trimmed(picked);
+    const QString path = QFileInfo::exists(picked) ? picked : WithoutBlanks(picked).toString();
     if (path.isEmpty())
         return {};
     // A store that cannot be written is told, and keeps nobody from his files; so below.
@@ -499,7 +488,7 @@ QString DocumentLifecycle::SaveBox()
     const QString picked = UpToNul(m_desktop.SaveFileDialog(request).path);
     // The dialog has asked about overwriting the name as it was picked: another file must not be meant by
     // trimming.
-    const QString trimmed = Trimmed(picked);
+    const QString trimmed = WithoutBlanks(picked).toString();
     const QString path = QFileInfo::exists(picked) || QFileInfo::exists(trimmed) ? picked : trimmed;
     if (!path.isEmpty())
         Guarded(m_desktop, [&] { m_settings.SaveText(Keys::SaveFolder, SplitPath(PathPart::Folder, path)); });

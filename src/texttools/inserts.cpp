@@ -4,6 +4,7 @@
 #include "platform/filenamecase.h"
 #include "platform/numbers.h"
 #include "platform/runtimeerror.h"
+#include "platform/withoutblanks.h"
 #include "shell/documentsteps.h"
 #include "shell/editorcontext.h"
 #include "shell/splitpath.h"
@@ -14,6 +15,7 @@
 #include <optional>
 #include <QDir>
 #include <QStringList>
+#include <QStringView>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -62,17 +64,6 @@ qint64 DivisorFrom(qint64 number, qint64 limit)
             found = std::min(found, number / one);
     }
     return found;
-}
-
-QString WithoutBlanks(const QString &text)
-{
-    qsizetype start = 0;
-    qsizetype end = text.size();
-    while (start < end && text[start] == u' ')
-        ++start;
-    while (end > start && text[end - 1] == u' ')
-        --end;
-    return text.sliced(start, end - start);
 }
 
 bool IsSeparator(QChar c)
@@ -150,8 +141,8 @@ QString MacroText(const QString &name, const QString &arguments, const QString &
     QStringList parts;
     const QStringList typed = arguments.split(u'\'');
     for (const QString &part : typed) {
-        if (const QString argument = WithoutBlanks(part); !argument.isEmpty())
-            parts.append(argument);
+        if (const QStringView argument = WithoutBlanks(part); !argument.isEmpty())
+            parts.append(argument.toString());
     }
     return u"#define "_s + name + (arguments.isEmpty() ? QString() : u'(' + parts.join(u'\'') + u')') +
            u" #"_s + (replacement.isEmpty() ? u";Replacement text here"_s : replacement) + u'#';
