@@ -403,7 +403,7 @@ void PrintingTest::StoppedAndFailedOnesLeaveTheFile()
     QPrinter printer;
     printer.setOutputFileName(path);
     Stopped progress;
-    PrintOn(printer, Piece(NumberedLines(10)), u"x.orc"_s, progress);
+    PrintOn(printer, Piece(NumberedLines(1000)), u"x.orc"_s, progress);
     QCOMPARE(progress.begun, QStringList{u"Printing x.orc..."_s});
     QCOMPARE(progress.ended, 1);
     QVERIFY(file.open(QIODevice::ReadOnly));

@@ -28,6 +28,7 @@
 #include <QTextCharFormat>
 #include <QTextLayout>
 #include <QTextOption>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -126,13 +127,14 @@ public:
             FailToPrint();
         const qsizetype length = m_text.text.size();
         qsizetype start = 0;
+        int asked = 1;
         do {
             qsizetype end = m_text.text.indexOf(u'\n', start);
             if (end < 0)
                 end = length;
             while (start <= end && !IsDone()) {
                 start = PaintPiece(start, end);
-                if (goOn && !goOn(std::min(start, length), length))
+                if (goOn && m_page != std::exchange(asked, m_page) && !goOn(std::min(start, length), length))
                     return false;
             }
             start = end + 1;

@@ -23,7 +23,7 @@ struct PageOrder {
 
 /// Paints a coloured text on pages, in its font and between the margins of the device; lines that are too
 /// long go on in the next one. The number of the page stands in the bottom margin.
-/// @param goOn asked now and then, with the characters that are done and all there are; false ends it
+/// @param goOn asked on each page, with the characters that are done and all there are; false ends it
 /// @return whether all was painted
 /// @throws RunTimeError when the device fails
 bool PaintPages(const StyledText &text, QPagedPaintDevice &device, const PageOrder &order,
