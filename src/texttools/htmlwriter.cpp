@@ -4,9 +4,7 @@
 #include "platform/programinfo.h"
 #include "platform/styledtext.h"
 
-#include <algorithm>
 #include <array>
-#include <QByteArrayView>
 #include <QChar>
 #include <QStringView>
 
@@ -19,21 +17,16 @@ namespace
 constexpr qsizetype MostBytes = 8; ///< "&#65535;"
 constexpr int PointsOfOneSize = 6;
 
-char *Put(char *to, QByteArrayView bytes)
-{
-    return std::copy(bytes.begin(), bytes.end(), to);
-}
-
 char *PutText(char *to, QStringView text)
 {
     for (qsizetype at = 0; at < text.size(); ++at) {
         const QChar c = text[at];
         if (c == u'\n') {
-            to = Put(to, "<br>\r\n");
+            to = PutBytes(to, "<br>\r\n");
         } else if (c == u'<') {
-            to = Put(to, "&lt;");
+            to = PutBytes(to, "&lt;");
         } else if (c == u'>') {
-            to = Put(to, "&gt;");
+            to = PutBytes(to, "&gt;");
         } else if (c.unicode() <= 0xFF) {
             *to++ = char(c.unicode());
         } else {
@@ -42,7 +35,7 @@ char *PutText(char *to, QStringView text)
                 character = QChar::surrogateToUcs4(c, text[++at]);
             else if (c.isSurrogate())
                 character = QChar::ReplacementCharacter;
-            to = Put(to, "&#");
+            to = PutBytes(to, "&#");
             to = PutNumber(to, character);
             *to++ = ';';
         }
@@ -52,9 +45,7 @@ char *PutText(char *to, QStringView text)
 
 QByteArray Encoded(const QString &text)
 {
-    QByteArray bytes(text.size() * MostBytes, Qt::Uninitialized);
-    bytes.truncate(PutText(bytes.data(), text) - bytes.data());
-    return bytes;
+    return Written<MostBytes>(text, PutText);
 }
 
 /// Turns bold and colour on and off where they change.

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <QByteArrayView>
 #include <QChar>
 #include <QString>
 #include <QStringView>
@@ -22,16 +21,11 @@ constexpr qsizetype MostBytes = 12; ///< "\u-32768\'3f"
 constexpr double TwipsOfAPoint = 20;
 constexpr double EmsOfABlank = 0.6; ///< in the fonts that programs are written in
 
-char *Put(char *to, QByteArrayView bytes)
-{
-    return std::copy(bytes.begin(), bytes.end(), to);
-}
-
 /// A byte by its number.
 char *PutByte(char *to, uchar byte)
 {
     constexpr char hex[] = "0123456789abcdef";
-    to = Put(to, "\\'");
+    to = PutBytes(to, "\\'");
     *to++ = hex[byte >> 4];
     *to++ = hex[byte & 15];
     return to;
@@ -44,15 +38,15 @@ char *PutText(char *to, QStringView text)
         const char16_t c = character.unicode();
         if (c == u' ') {
             // Of neighbouring blanks some readers make one, and some make wider ones.
-            to = Put(to, afterBlank ? "{} " : " ");
+            to = PutBytes(to, afterBlank ? "{} " : " ");
             afterBlank = true;
             continue;
         }
         afterBlank = false;
         if (c == u'\n') {
-            to = Put(to, "\\par\r\n");
+            to = PutBytes(to, "\\par\r\n");
         } else if (c == u'\t') {
-            to = Put(to, "\\tab ");
+            to = PutBytes(to, "\\tab ");
         } else if (c == u'\\' || c == u'{' || c == u'}') {
             *to++ = '\\';
             *to++ = char(c);
@@ -62,7 +56,7 @@ char *PutText(char *to, QStringView text)
             *to++ = char(c);
         } else {
             // The number is one of 16 bits with a sign; readers that do not know it show the byte behind it.
-            to = Put(to, "\\u");
+            to = PutBytes(to, "\\u");
             if (c >= 0x8000)
                 *to++ = '-';
             to = PutNumber(to, c >= 0x8000 ? 0x10000u - c : c);
@@ -76,9 +70,7 @@ char *PutText(char *to, QStringView text)
 QByteArray Encoded(QString name)
 {
     name.remove(u';');
-    QByteArray bytes(name.size() * MostBytes, Qt::Uninitialized);
-    bytes.truncate(PutText(bytes.data(), name) - bytes.data());
-    return bytes;
+    return Written<MostBytes>(name, PutText);
 }
 
 /// The colours of the text, and the words that turn colour and bold on where they change.

@@ -7,6 +7,7 @@
 #include <array>
 #include <functional>
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QStringView>
 #include <QtGlobal>
 
@@ -48,6 +49,20 @@ bool WriteStretches(const StyledText &text, QByteArray &to, const WriteProgress 
         }
     }
     return true;
+}
+
+/// A text as `put` writes it.
+template <qsizetype most, typename Put> QByteArray Written(QStringView text, Put put)
+{
+    QByteArray bytes(text.size() * most, Qt::Uninitialized);
+    bytes.truncate(put(bytes.data(), text) - bytes.data());
+    return bytes;
+}
+
+/// Puts bytes as they are, and answers the place behind them.
+inline char *PutBytes(char *to, QByteArrayView bytes)
+{
+    return std::copy(bytes.begin(), bytes.end(), to);
 }
 
 /// Puts a number in decimal digits, and answers the place behind them.
