@@ -19,12 +19,14 @@
 #include <QImage>
 #include <QLineEdit>
 #include <QMarginsF>
+#include <QMessageBox>
 #include <QPageLayout>
 #include <QPageSize>
 #include <QPdfWriter>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QProcess>
+#include <QProgressDialog>
 #include <QRadioButton>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -192,6 +194,7 @@ private Q_SLOTS:
     void TheSelectionIsPrinted();
     void AllIsPrintedOnDemand();
     void EscapePrintsNothing();
+    void EscapeStopsALongOne();
     void StoppedAndFailedOnesLeaveTheFile();
 };
 
@@ -381,6 +384,27 @@ void PrintingTest::EscapePrintsNothing()
     on.Show([&](QPrintDialog &dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
     on.desktop.CheckAllCame();
     QVERIFY(!QFile::exists(on.Target()));
+}
+
+void PrintingTest::EscapeStopsALongOne()
+{
+    // It takes many times as long as the box waits before it comes.
+    Printer on(QString(u"  a1 oscil 10000, 440 ; a comment\n"_s).repeated(200'000));
+    QFile file(on.Target());
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write("before") == 6);
+    file.close();
+    on.driver.Expect<QPrintDialog>([&](QPrintDialog &dialog) {
+        on.driver.Expect<QMessageBox>(
+            [](QMessageBox &question) { QTest::keyClick(question.button(QMessageBox::Yes), Qt::Key_Space); });
+        on.driver.Expect<QProgressDialog>([](QProgressDialog &box) {
+            QCOMPARE(box.labelText(), u"Printing Untitled..."_s);
+            QTest::keyClick(&box, Qt::Key_Escape);
+        });
+        Printer::PrintTo(dialog, on.Target());
+    });
+    on.Row(u"mnuPrint"_s).trigger();
+    QCOMPARE(on.Printed(), "before");
+    QVERIFY(on.Row(u"mnuPrint"_s).isEnabled());
 }
 
 /// Progress that stops the work at once.
