@@ -46,7 +46,7 @@ inline constexpr LookRow LookTable[] = {
     {Look::HotTracking, LookTime::Trees, LookChange::Anytime},
     {Look::BandLabels, LookTime::Captions, LookChange::Anytime},
     {Look::TextColours, LookTime::Text, LookChange::Anytime},
-    {Look::TabStops, LookTime::Text, LookChange::Anytime},
+    {Look::TabStops, LookTime::Text, LookChange::AtStart},
     {Look::WordWrap, LookTime::Text, LookChange::AtStart},
     {Look::Font, LookTime::Text, LookChange::AtStart},
     {Look::DragMode, LookTime::Text, LookChange::Anytime},
