@@ -28,6 +28,8 @@ def first_use_welcomes_over_the_open_document(stage):
     stage.until(lambda: str(other) in window.title(), lambda: f"{other}; {window.title()}")
     box.keys("Return")
     stage.until(lambda: "Welcome!" not in editor.titles(), "the end of the welcome")
+    editor.window("Zelvane - Preferences").keys("Escape")
+    stage.until(lambda: len(editor.titles()) == 1, "the end of the preferences")
     editor.close(window)
     equal(stage.setting("Used"), "2", "the count of uses")
 

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What all dialogs have to keep: nothing is cut off, every control is reached by the keyboard and has a name.
 
+#include "platform/xdgfiletypes.h"
 #include "preferences/ui/formabout.h"
+#include "preferences/ui/frmoptions.h"
 #include "run/toolpaths.h"
 #include "run/ui/frmflags.h"
 #include "run/ui/frmimages.h"
@@ -68,6 +70,7 @@ struct Place {
     DocumentSteps steps;
     ToolPaths tools{.Csound = u"/opt/one/csound"_s, .Csound2 = u"/opt/two/csound"_s};
     EditorWindow editor;
+    XdgFileTypes fileTypes{context.folder.path(), context.folder.path()};
 };
 
 using Maker = std::function<std::unique_ptr<QDialog>(Place &)>;
@@ -82,6 +85,15 @@ std::unique_ptr<QDialog> NewFind(Place &place, bool replace)
 {
     return std::make_unique<frmFind>(place.editor.window->Context(), place.editor.Text(),
                                      place.editor.window->CommandTable(), replace, nullptr);
+}
+
+std::unique_ptr<QDialog> NewPreferences(Place &place, int page)
+{
+    EditorContext &editor = place.editor.window->Context();
+    auto dialog = std::make_unique<frmOptions>(OptionsContext{
+        editor.settings, editor.desktop, place.editor.window->Looks(), place.editor.Text(), place.fileTypes});
+    dialog->findChild<QTabWidget *>(u"tbsOptions"_s)->setCurrentIndex(page);
+    return dialog;
 }
 
 const std::vector<DialogRow> &Dialogs()
@@ -120,6 +132,22 @@ const std::vector<DialogRow> &Dialogs()
          u"txtName txtArgs txtReplacement bOK bCancel"_s},
         {"Include", [](Place &place) { return place.Insert<frmNewInclude>(); }, {}},
         {"Pick an image", [](Place &) { return std::make_unique<frmImages>(); }, {}},
+        {"Preferences, editor", [](Place &place) { return NewPreferences(place, 0); },
+         u"qt_tabwidget_tabbar SystemColors bFont FixedPitchFonts RealTabs TabSpaces TabSize DragAndDrop "
+         "SyntaxHighlight CppComments LineWidth LineStyle1 LineStyle2 cmdOK cmdCancel cmdApply"_s},
+        {"Preferences, colors", [](Place &place) { return NewPreferences(place, 1); },
+         u"qt_tabwidget_tabbar lstSyntaxElements bColor cmdOK cmdCancel cmdApply"_s},
+        {"Preferences, general", [](Place &place) { return NewPreferences(place, 2); },
+         u"qt_tabwidget_tabbar SingleSelection ExpandBrowse HotTracking Splash BandLabels FlatButtons "
+         "DeleteTempFiles RememberCaret SaveOnSwitch ConfirmPresets OverwritePrompt MinimizeOnPresets "
+         "MultipleInstances SliderNegative SafetyCopy Startup BakPath bBakPath cmdOK cmdCancel cmdApply"_s},
+        {"Preferences, programs", [](Place &place) { return NewPreferences(place, 3); },
+         u"qt_tabwidget_tabbar Csound bCsound Csound2 bCsound2 Help bHelp Editor bEditor Player bPlayer "
+         u"cmdOK "
+         "cmdCancel cmdApply"_s},
+        {"Preferences, extensions", [](Place &place) { return NewPreferences(place, 4); },
+         u"qt_tabwidget_tabbar OrchestraExtensions ScoreExtensions UFFExtensions SoundExtensions "
+         "MIDIExtensions bAssociate cmdOK cmdCancel cmdApply"_s},
         {"Preset chooser", [](Place &place) { return std::make_unique<frmQuickPreset>(place.Run()); },
          u"lstPreset cmdOK cmdCancel cmdEdit"_s},
         {"About", [](Place &place) { return std::make_unique<Formabout>(place.context.editor); },

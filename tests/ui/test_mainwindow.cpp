@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The main window's life: documents, status line, drops, mail, dialogs and the close.
 
+#include "preferences/ui/frmoptions.h"
 #include "run/runkeys.h"
 #include "shell/bands.h"
 #include "shell/documentkeys.h"
@@ -10,6 +11,7 @@
 #include "shell/ui/frmnew.h"
 #include "support/boxes.h"
 #include "support/editorwindow.h"
+#include "support/modaldriver.h"
 #include "support/uitest.h"
 #include "texttools/insertkeys.h"
 
@@ -237,6 +239,8 @@ void MainWindowTest::EmptyStoreAsksNothingAndWelcomes()
     EditorWindow editor;
     editor.settings.DeleteSetting(u"Options"_s);
     editor.desktop.ExpectMessage(Welcome());
+    ModalDriver driver;
+    driver.Expect<frmOptions>([](frmOptions &preferences) { preferences.reject(); });
     bool splashClosed = false;
     editor.window = std::make_unique<frmEditor>(editor.settings, editor.desktop, CommandLine({}));
     editor.window->show();

@@ -4,6 +4,7 @@
 #include "platform/textfile.h"
 #include "platform/ui/endrequest.h"
 #include "shell/bands.h"
+#include "shell/command.h"
 #include "shell/commandline.h"
 #include "shell/documentkeys.h"
 #include "shell/editorkeys.h"
@@ -11,6 +12,7 @@
 #include "shell/layoutkeys.h"
 #include "shell/mailbox.h"
 #include "shell/ui/bandbar.h"
+#include "shell/ui/commands.h"
 #include "shell/ui/sidepanel.h"
 #include "support/boxes.h"
 #include "support/editorwindow.h"
@@ -403,6 +405,7 @@ void StartStopTest::MailIsServedWhileTheFirstUseMessageStands()
     editor.window = std::make_unique<frmEditor>(editor.settings, desktop, CommandLine({}));
     editor.window->show();
     desktop.ExpectMessage(Welcome());
+    editor.window->CommandTable().Bind(Cmd::mnuPreferences, [] {});
     desktop.duringMessage = [&] {
         QDialog box;
         QTimer::singleShot(0, &box, [&] {

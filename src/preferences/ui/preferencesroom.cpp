@@ -2,6 +2,7 @@
 #include "preferences/ui/preferencesroom.h"
 
 #include "preferences/ui/formabout.h"
+#include "preferences/ui/preferencescommands.h"
 #include "shell/command.h"
 #include "shell/editorcontext.h"
 #include "shell/ui/commands.h"
@@ -11,6 +12,7 @@ namespace zelvane
 
 PreferencesRoom::PreferencesRoom(const WindowContext &context)
 {
+    BindPreferences(context);
     EditorContext &editor = context.editor;
     QWidget *window = context.window;
     context.commands.Bind(Cmd::mnuAbout, [&editor, window] { Formabout(editor, window).exec(); });
