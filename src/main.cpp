@@ -8,6 +8,7 @@
 #include "platform/ui/qtdesktop.h"
 #include "platform/ui/raisewindow.h"
 #include "platform/userfolders.h"
+#include "preferences/ui/preferencescommands.h"
 #include "run/ui/dialogprogram.h"
 #include "run/ui/frmmanual.h"
 #include "run/ui/frmquickpreset.h"
@@ -214,6 +215,7 @@ int RunChooser(Application &application, const QString &document)
         return 0;
     SettingsStore settings;
     DialogProgram program(document, settings, application.TheDesktop());
+    program.SetPreferences([&] { ShowPreferencesAlone(settings, application.TheDesktop()); });
     frmQuickPreset chooser(program.Context());
     program.SetWindow(&chooser);
     QApplication::setQuitOnLastWindowClosed(false); // the preset may still ask when the chooser is hidden
@@ -229,6 +231,7 @@ int RunDialogMode(Application &application, const QString &document)
         return 0;
     SettingsStore settings;
     DialogProgram program(document, settings, application.TheDesktop());
+    program.SetPreferences([&] { ShowPreferencesAlone(settings, application.TheDesktop()); });
     frmManual dialog(program.Context());
     dialog.DropSaveFirst();
     dialog.exec();

@@ -86,6 +86,14 @@ void DialogProgram::MinimizeMainWindow()
         m_window->hide();
 }
 
+void DialogProgram::ShowPreferences()
+{
+    if (!m_showPreferences)
+        return;
+    m_showPreferences();
+    m_tools = ReadToolPaths(m_editor.settings);
+}
+
 void DialogProgram::EditPreset(const QString &name)
 {
     ShowPresetEditor(m_context, name);

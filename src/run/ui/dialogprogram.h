@@ -6,9 +6,11 @@
 #include "shell/editorcontext.h"
 #include "shell/settingreports.h"
 
+#include <functional>
 #include <memory>
 #include <QPointer>
 #include <QWidget>
+#include <utility>
 
 namespace zelvane
 {
@@ -26,6 +28,8 @@ public:
 
     /// Tells which window is hidden for the wait.
     void SetWindow(QWidget *window) { m_window = window; }
+    /// Tells how the Preferences dialog is shown, modal.
+    void SetPreferences(std::function<void()> show) { m_showPreferences = std::move(show); }
 
     /// Lives as long as this object.
     RunContext &Context() { return m_context; }
@@ -33,7 +37,7 @@ public:
     bool MainWindowActive() const override { return false; }
     void MinimizeMainWindow() override;
     void RaiseMainWindow() override {}
-    void ShowPreferences() override {}
+    void ShowPreferences() override;
 
     void EditPreset(const QString &name) override;
     /// The editors that run see the change when they next start.
@@ -43,6 +47,7 @@ private:
     struct Void;
 
     QPointer<QWidget> m_window;
+    std::function<void()> m_showPreferences;
     SettingReports m_settingReports;
     DocumentRecord m_document;
     ToolPaths m_tools;
