@@ -24,6 +24,7 @@
 
 #include <memory>
 #include <QAbstractButton>
+#include <QAbstractItemModel>
 #include <QCheckBox>
 #include <QColorDialog>
 #include <QComboBox>
@@ -33,6 +34,7 @@
 #include <QFontDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListView>
 #include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
@@ -144,6 +146,16 @@ struct Options {
     void Click(const QString &name) { Find<QAbstractButton>(name).click(); }
     QString Stored(const QString &key) { return settings.GetSetting(u"Options", key, u"none"_s); }
 };
+
+/// What the list of the font picker offers: its first one.
+QStringList Families(const QFontDialog &picker)
+{
+    const QAbstractItemModel &rows = *picker.findChild<QListView *>()->model();
+    QStringList families;
+    for (int row = 0; row < rows.rowCount(); ++row)
+        families.append(rows.index(row, 0).data().toString());
+    return families;
+}
 
 } // namespace
 
@@ -418,6 +430,8 @@ void FrmOptionsTest::TheFontIsSetAtOnce()
     ModalDriver driver;
     driver.Expect<QFontDialog>([](QFontDialog &picker) {
         QVERIFY(picker.testOption(QFontDialog::MonospacedFonts));
+        QVERIFY(Families(picker).contains(u"DejaVu Sans Mono"_s));
+        QVERIFY(!Families(picker).contains(u"DejaVu Sans"_s));
         QCOMPARE(picker.currentFont().pointSizeF(), 11);
         QVERIFY(picker.currentFont().bold());
         QFont font(u"DejaVu Sans Mono"_s);
@@ -436,6 +450,7 @@ void FrmOptionsTest::TheFontIsSetAtOnce()
     options.Click(u"FixedPitchFonts"_s);
     driver.Expect<QFontDialog>([](QFontDialog &picker) {
         QVERIFY(!picker.testOption(QFontDialog::MonospacedFonts));
+        QVERIFY(Families(picker).contains(u"DejaVu Sans"_s));
         QFont font = picker.currentFont();
         font.setPointSizeF(30);
         picker.setCurrentFont(font);

@@ -417,9 +417,10 @@ void frmOptions::ShowElement(int row)
 void frmOptions::SetFont()
 {
     const TextFont before = m_context.text.CurrentFont();
-    QFontDialog picker(FontOf(before), this);
+    QFontDialog picker(this);
     picker.setWindowTitle(u"Font"_s);
     picker.setOption(QFontDialog::MonospacedFonts, FixedPitchFonts->isChecked());
+    picker.setCurrentFont(FontOf(before)); // fills the list: before, the picker minds no option
     const QFont shown = picker.currentFont();
     if (picker.exec() == QDialog::Accepted)
         m_context.text.ApplyFont(Changed(before, shown, picker.selectedFont()));
