@@ -4,6 +4,7 @@
 #include "platform/runtimeerror.h"
 
 #include <cmath>
+#include <cstdlib>
 #include <QByteArray>
 
 using namespace Qt::Literals::StringLiterals;
@@ -68,6 +69,19 @@ double Value(QStringView number)
     return ok ? value : HUGE_VAL;
 }
 
+/// A number of thousandths, without zeros at the ends of what stands behind the point.
+QString DecimalText(qint64 thousandths)
+{
+    constexpr qint64 whole = 1000;
+    if (thousandths % whole == 0)
+        return QString::number(thousandths / whole);
+    QString text = QString::number(std::abs(thousandths)).rightJustified(3, u'0');
+    text.insert(text.size() - 3, u'.');
+    while (text.endsWith(u'0'))
+        text.chop(1);
+    return thousandths < 0 ? u'-' + text : text;
+}
+
 } // namespace
 
 std::optional<double> ParseNumber(QStringView text)
@@ -114,8 +128,14 @@ QString NumberText(double number)
 {
     if (!std::isfinite(number))
         Overflow();
-    if (number == 0)
-        return u"0"_s; // a negative zero too
+    // What people write: whole numbers, and 0, also the negative one, and up to three decimals. Fifteen
+    // digits of the float nearest to such a number are the number.
+    constexpr double exact = 1e15;
+    constexpr double decimals = 1000;
+    const double thousandths = number * decimals;
+    if (std::fabs(thousandths) < exact && std::trunc(thousandths) == thousandths &&
+        thousandths / decimals == number)
+        return DecimalText(qint64(thousandths));
     QString text = QString::number(number, 'g', 15).toUpper();
     if (text.startsWith(u"0."))
         text.remove(0, 1);
