@@ -16,8 +16,10 @@ pClass &InstrClass::addP(qint16 n)
 {
     auto field = std::make_unique<pClass>();
     field->number = n;
-    field->key = InstrumentKey(number) + u'p' + QString::number(n);
-    const QString key = field->key;
+    QString key = InstrumentKey(number);
+    key += u'p';
+    key += QString::number(n);
+    field->key = key;
     return pCol.Add(key, std::move(field));
 }
 
@@ -37,6 +39,11 @@ const pClass *InstrClass::getPbyNumber(qint32 n) const
 
 bool InstrClass::sortpCol(Desktop &desktop)
 {
+    qsizetype sorted = 0;
+    while (sorted < pCol.Count() && pCol.At(sorted).number == sorted + 1)
+        ++sorted;
+    if (sorted == pCol.Count())
+        return true;
     const std::vector<qsizetype> places = Places();
     if (std::find(places.begin(), places.end(), -1) != places.end()) {
         desktop.MessageBox(

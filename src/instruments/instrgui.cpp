@@ -7,11 +7,14 @@
 #include "platform/desktop.h"
 #include "platform/numbers.h"
 #include "platform/runtimeerror.h"
+#include "platform/textwriter.h"
 #include "shell/editorcontext.h"
 #include "shell/errorreport.h"
 
 #include <algorithm>
 #include <pugixml.hpp>
+#include <string_view>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -32,77 +35,103 @@ bool HasNumber(const pugi::xml_node &element, qint32 number)
 }
 
 /// The entity of a character that the store escapes; empty for the others.
-QLatin1String Entity(QChar c)
+QStringView Entity(QChar c)
 {
-    switch (c.unicode()) {
+    switch (c.unicode()) { // none is beyond the question mark
     case u'&':
-        return "&amp;"_L1;
+        return u"&amp;";
     case u'<':
-        return "&lt;"_L1;
+        return u"&lt;";
     case u'>':
-        return "&gt;"_L1;
+        return u"&gt;";
     case u'"':
-        return "&quot;"_L1;
+        return u"&quot;";
     case u'\'':
-        return "&#39;"_L1;
+        return u"&#39;";
     case u'?':
-        return "&#63;"_L1;
+        return u"&#63;";
     default:
         return {};
     }
 }
 
+/// The longest that a value becomes, and what stands around the values of an instrument or a p-field at most.
+constexpr qsizetype LongestEntity = std::u16string_view(u"&amp;quot;").size();
+constexpr qsizetype AroundValues = 256;
+
+qsizetype Room(const pClass &field)
+{
+    return (field.nome.size() + field.description.size() + field.group.size() + field.unit.size() +
+            field.variable.size()) *
+               LongestEntity +
+           AroundValues;
+}
+
+qsizetype Room(const InstrClass &instrument)
+{
+    qsizetype room = (instrument.nome.size() + instrument.description.size()) * LongestEntity + AroundValues;
+    for (const pClass &field : instrument.pCol)
+        room += Room(field);
+    return room;
+}
+
 /// An attribute whose value is escaped for the store, and once more for XML.
-void PutEscaped(QString &xml, QLatin1String name, const QString &value)
+void PutEscaped(TextWriter &xml, QStringView name, const QString &value)
 {
     if (value.isEmpty())
         return;
-    xml += name;
+    xml.Put(name);
     for (const QChar c : value) {
-        if (const QLatin1String entity = Entity(c); !entity.isEmpty())
-            xml += "&amp;"_L1 + entity.sliced(1);
-        else if (c == u'\t' || c == u'\n' || c == u'\r')
-            xml += u"&#%1;"_s.arg(c.unicode());
+        if (c > u'?' || c == u' ')
+            xml.Put(c);
+        else if (const QStringView entity = Entity(c); !entity.isEmpty()) {
+            xml.Put(u"&amp;");
+            xml.Put(entity.sliced(1));
+        } else if (c == u'\t' || c == u'\n' || c == u'\r')
+            xml.Put(u"&#%1;"_s.arg(c.unicode()));
         else if (c != u'\0') // no XML holds it
-            xml += c;
+            xml.Put(c);
     }
-    xml += u'"';
+    xml.Put(u'"');
 }
 
-void PutNumber(QString &xml, QLatin1String name, const QString &number)
+void PutNumber(TextWriter &xml, QStringView name, double number)
 {
-    xml += name;
-    xml += number;
-    xml += u'"';
+    xml.Put(name);
+    if (number >= 0 && number <= 9 && number == int(number))
+        xml.Put(QChar(u'0' + int(number)));
+    else
+        xml.Put(NumberText(number));
+    xml.Put(u'"');
 }
 
-void PutField(QString &xml, const pClass &field)
+void PutField(TextWriter &xml, const pClass &field)
 {
-    PutNumber(xml, "<p number=\""_L1, QString::number(field.number));
-    PutEscaped(xml, " name=\""_L1, field.nome);
-    PutEscaped(xml, " description=\""_L1, field.description);
-    PutEscaped(xml, " group=\""_L1, field.group);
-    PutNumber(xml, " format=\""_L1, QString::number(int(field.formato)));
-    PutNumber(xml, " min=\""_L1, NumberText(field.min));
-    PutNumber(xml, " max=\""_L1, NumberText(field.max));
-    PutEscaped(xml, " unit=\""_L1, field.unit);
-    PutEscaped(xml, " variable=\""_L1, field.variable);
-    xml += "/>"_L1;
+    PutNumber(xml, u"<p number=\"", field.number);
+    PutEscaped(xml, u" name=\"", field.nome);
+    PutEscaped(xml, u" description=\"", field.description);
+    PutEscaped(xml, u" group=\"", field.group);
+    PutNumber(xml, u" format=\"", int(field.formato));
+    PutNumber(xml, u" min=\"", field.min);
+    PutNumber(xml, u" max=\"", field.max);
+    PutEscaped(xml, u" unit=\"", field.unit);
+    PutEscaped(xml, u" variable=\"", field.variable);
+    xml.Put(u"/>");
 }
 
-void PutInstrument(QString &xml, const InstrClass &instrument)
+void PutInstrument(TextWriter &xml, const InstrClass &instrument)
 {
-    PutNumber(xml, "<instr number=\""_L1, QString::number(instrument.number));
-    PutEscaped(xml, " name=\""_L1, instrument.nome);
-    PutEscaped(xml, " description=\""_L1, instrument.description);
+    PutNumber(xml, u"<instr number=\"", instrument.number);
+    PutEscaped(xml, u" name=\"", instrument.nome);
+    PutEscaped(xml, u" description=\"", instrument.description);
     if (instrument.pCol.IsEmpty()) {
-        xml += "/>"_L1;
+        xml.Put(u"/>");
         return;
     }
-    xml += u'>';
+    xml.Put(u'>');
     for (const pClass &field : instrument.pCol)
         PutField(xml, field);
-    xml += "</instr>"_L1;
+    xml.Put(u"</instr>");
 }
 
 bool IsDigit(QChar c)
@@ -110,10 +139,26 @@ bool IsDigit(QChar c)
     return c >= u'0' && c <= u'9';
 }
 
+/// The value of a text of a few digits only; -1 for another one.
+qint32 FewDigits(QStringView text)
+{
+    constexpr qsizetype few = 9;
+    if (text.isEmpty() || text.size() > few || !std::all_of(text.begin(), text.end(), IsDigit))
+        return -1;
+    qint32 number = 0;
+    for (const QChar digit : text)
+        number = number * 10 + (digit.unicode() - u'0');
+    return number;
+}
+
 /// Whether a text reads as that whole number. Text may hold digits without end: what is no number of 32 bits
 /// is no instrument, and no error.
 bool ReadsAs(QStringView text, qint32 number)
 {
+    if (const qint32 few = FewDigits(text); few >= 0)
+        return few == number;
+    if (text.front().isLetter())
+        return number == 0;
     try {
         return ToInteger<qint32>(Val(text)) == number;
     } catch (const RunTimeError &) {
@@ -154,7 +199,7 @@ QString EscapeXmlValue(const QString &text)
     QString escaped;
     escaped.reserve(text.size());
     for (const QChar c : text) {
-        if (const QLatin1String entity = Entity(c); !entity.isEmpty())
+        if (const QStringView entity = Entity(c); !entity.isEmpty())
             escaped += entity;
         else
             escaped += c;
@@ -172,8 +217,7 @@ std::unique_ptr<InstrClass> LoadInstrument(EditorContext &editor, qint32 number,
             continue;
         if (*node.attribute("number").value() == '\0')
             return std::make_unique<InstrClass>();
-        FieldBudget budget;
-        std::unique_ptr<InstrClass> instrument = ReadInstrument(node, budget);
+        std::unique_ptr<InstrClass> instrument = InstrumentReader().Read(node);
         if (sort)
             instrument->sortpCol(editor.desktop);
         return instrument;
@@ -186,31 +230,36 @@ void LoadInstruments(EditorContext &editor, Instruments &instruments)
     Guarded(editor.desktop, [&] {
         const XmlText text(GetDataStore(editor));
         const pugi::xml_node section = text.Find("instruments");
-        FieldBudget budget;
+        InstrumentReader reader;
         for (pugi::xml_node node = section; node; node = NextNode(node, section)) {
             if (!IsInstrument(node))
                 continue;
             const QString key = InstrumentKey(NumberOf(node));
-            instruments.Add(key, ReadInstrument(node, budget));
+            instruments.Add(key, reader.Read(node));
         }
     });
 }
 
 QString InstrToXml(const InstrClass &instrument)
 {
-    QString xml;
+    TextWriter xml(Room(instrument));
     PutInstrument(xml, instrument);
-    return xml;
+    return xml.Take();
 }
 
 QString InstrumentsToXml(Instruments &instruments, Desktop &desktop)
 {
-    QString xml = u"<instruments>"_s;
+    qsizetype room = AroundValues;
     for (InstrClass &instrument : instruments) {
         instrument.sortpCol(desktop);
-        PutInstrument(xml, instrument);
+        room += Room(instrument);
     }
-    return xml + u"</instruments>"_s;
+    TextWriter xml(room);
+    xml.Put(u"<instruments>");
+    for (const InstrClass &instrument : std::as_const(instruments))
+        PutInstrument(xml, instrument);
+    xml.Put(u"</instruments>");
+    return xml.Take();
 }
 
 qint32 FindInstrStatement(QStringView text, qint32 number)

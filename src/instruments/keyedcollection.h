@@ -24,13 +24,13 @@ public:
     /// Puts an item behind the last one. @throws RunTimeError 5 for a key that is taken; nothing changes then
     Item &Add(const QString &key, std::unique_ptr<Item> item)
     {
-        if (m_byKey.contains(key))
+        Item *&place = m_byKey[key];
+        if (place)
             throw RunTimeError(ErrorNumber::InvalidCall,
                                QStringLiteral("The key \"%1\" is there twice").arg(key));
-        Item &added = *item;
+        place = item.get();
         m_items.push_back({key, std::move(item)});
-        m_byKey.insert(key, &added);
-        return added;
+        return *m_items.back().item;
     }
 
     qsizetype Count() const { return qsizetype(m_items.size()); }

@@ -6,11 +6,16 @@
 #include "platform/runtimeerror.h"
 
 #include <algorithm>
+#include <charconv>
+#include <cstddef>
 #include <cstring>
 #include <initializer_list>
 #include <limits>
+#include <optional>
 #include <QString>
-#include <set>
+#include <string_view>
+#include <system_error>
+#include <vector>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -36,6 +41,18 @@ int SmallNumber(const char *value)
     return digits > 0 && value[digits] == 0 ? number : -1;
 }
 
+/// The value of an attribute that is a plain decimal number as a whole. The others go through Val, to the
+/// same end for these.
+std::optional<double> PlainNumber(const char *value)
+{
+    const std::size_t length = std::strlen(value);
+    if (std::strspn(value, "0123456789.-") != length)
+        return std::nullopt;
+    double number = 0;
+    const auto [end, error] = std::from_chars(value, value + length, number);
+    return error == std::errc() && end == value + length ? std::optional(number) : std::nullopt;
+}
+
 template <typename Integer> Integer IntegerOf(const pugi::xml_attribute &attribute)
 {
     const int small = SmallNumber(attribute.value());
@@ -46,15 +63,10 @@ template <typename Integer> Integer IntegerOf(const pugi::xml_attribute &attribu
 
 double ValueOf(const pugi::xml_attribute &attribute)
 {
-    const int small = SmallNumber(attribute.value());
-    return small >= 0 ? small : Val(QString::fromUtf8(attribute.value()));
-}
-
-/// Takes the text of an attribute that is there.
-void Take(QString &to, const pugi::xml_node &element, const char *name)
-{
-    if (const pugi::xml_attribute attribute = element.attribute(name))
-        to = QString::fromUtf8(attribute.value());
+    if (const int small = SmallNumber(attribute.value()); small >= 0)
+        return small;
+    const std::optional<double> plain = PlainNumber(attribute.value());
+    return plain ? *plain : Val(QString::fromUtf8(attribute.value()));
 }
 
 /// The number of a p-field; one without a number is p0.
@@ -69,47 +81,35 @@ PFormat FormatOf(const pugi::xml_attribute &attribute)
     return PFormat(IntegerOf<quint8>(attribute));
 }
 
-void ReadField(pClass &field, const pugi::xml_node &element)
+/// @param numbers are sorted
+bool AreDifferent(std::vector<qint16> &numbers)
 {
-    Take(field.nome, element, "name");
-    Take(field.description, element, "description");
-    Take(field.group, element, "group");
-    if (const pugi::xml_attribute format = element.attribute("format"))
-        field.formato = FormatOf(format);
-    if (const pugi::xml_attribute min = element.attribute("min"))
-        field.min = ValueOf(min);
-    if (const pugi::xml_attribute max = element.attribute("max"))
-        field.max = ValueOf(max);
-    Take(field.unit, element, "unit");
-    Take(field.variable, element, "variable");
+    std::sort(numbers.begin(), numbers.end());
+    return std::adjacent_find(numbers.begin(), numbers.end()) == numbers.end();
 }
 
-bool HasOnly(const pugi::xml_node &element, std::initializer_list<const char *> names)
+/// Whether an element has no other attributes than these, each at most once. @throws RunTimeError for one
+/// that does not convert
+bool HasOnly(const pugi::xml_node &element, std::initializer_list<std::string_view> names)
 {
-    for (const pugi::xml_attribute &attribute : element.attributes()) {
-        if (std::none_of(names.begin(), names.end(),
-                         [&](const char *name) { return std::strcmp(name, attribute.name()) == 0; }))
+    unsigned int seen = 0;
+    const auto *expected = names.begin(); // behind the last one: nearly all come in their order
+    for (pugi::xml_attribute attribute = element.first_attribute(); attribute;
+         attribute = attribute.next_attribute()) {
+        const std::string_view name = attribute.name();
+        const auto *const known = expected != names.end() && *expected == name
+                                      ? expected
+                                      : std::find(names.begin(), names.end(), name);
+        const unsigned int bit = 1U << (known - names.begin());
+        if (known == names.end() || (seen & bit) != 0)
             return false;
+        seen |= bit;
+        expected = known + 1;
+        if (name == "format")
+            FormatOf(attribute);
+        else if (name == "min" || name == "max")
+            ValueOf(attribute);
     }
-    return true;
-}
-
-/// Adds a number. @return false when it was there
-template <typename Numbers> bool IsNew(Numbers &numbers, qint16 number)
-{
-    return numbers.insert(number).second;
-}
-
-bool IsPlainField(const pugi::xml_node &element)
-{
-    if (!IsElement(element, "p") || element.first_child() ||
-        !HasOnly(element,
-                 {"number", "name", "description", "group", "format", "min", "max", "unit", "variable"}))
-        return false;
-    if (const pugi::xml_attribute format = element.attribute("format"))
-        FormatOf(format);
-    ValueOf(element.attribute("min"));
-    ValueOf(element.attribute("max"));
     return true;
 }
 
@@ -117,10 +117,15 @@ bool IsPlainInstrument(const pugi::xml_node &element)
 {
     if (!IsInstrument(element) || !HasOnly(element, {"number", "name", "description"}))
         return false;
-    std::set<qint16> numbers;
-    return std::all_of(element.begin(), element.end(), [&](const pugi::xml_node &field) {
-        return IsPlainField(field) && IsNew(numbers, FieldNumber(field));
-    });
+    std::vector<qint16> numbers;
+    for (pugi::xml_node field = element.first_child(); field; field = field.next_sibling()) {
+        if (!IsElement(field, "p") || field.first_child() ||
+            !HasOnly(field,
+                     {"number", "name", "description", "group", "format", "min", "max", "unit", "variable"}))
+            return false;
+        numbers.push_back(FieldNumber(field));
+    }
+    return AreDifferent(numbers);
 }
 
 bool ArePlainInstruments(const XmlText &xml)
@@ -129,27 +134,63 @@ bool ArePlainInstruments(const XmlText &xml)
     if (!IsElement(root, "instruments") || root.first_attribute() || root != xml.Document().first_child() ||
         root != xml.Document().last_child())
         return false;
-    std::set<qint16> numbers;
-    return std::all_of(root.begin(), root.end(), [&](const pugi::xml_node &instrument) {
-        return IsPlainInstrument(instrument) && IsNew(numbers, NumberOf(instrument));
-    });
+    std::vector<qint16> numbers;
+    for (const pugi::xml_node &instrument : root.children()) {
+        if (!IsPlainInstrument(instrument))
+            return false;
+        numbers.push_back(NumberOf(instrument));
+    }
+    return AreDifferent(numbers);
 }
 
 } // namespace
 
-std::unique_ptr<InstrClass> ReadInstrument(const pugi::xml_node &element, FieldBudget &budget)
+QString InstrumentReader::Shared::TextOf(const pugi::xml_attribute &attribute)
+{
+    if (std::strcmp(attribute.value(), m_value) != 0) {
+        m_value = attribute.value();
+        m_text = QString::fromUtf8(m_value);
+    }
+    return m_text;
+}
+
+void InstrumentReader::Take(pClass &field, const pugi::xml_attribute &attribute)
+{
+    const std::string_view name = attribute.name();
+    if (name == "name")
+        field.nome = m_name.TextOf(attribute);
+    else if (name == "description")
+        field.description = m_description.TextOf(attribute);
+    else if (name == "group")
+        field.group = m_group.TextOf(attribute);
+    else if (name == "format")
+        field.formato = FormatOf(attribute);
+    else if (name == "min")
+        field.min = ValueOf(attribute);
+    else if (name == "max")
+        field.max = ValueOf(attribute);
+    else if (name == "unit")
+        field.unit = m_unit.TextOf(attribute);
+    else if (name == "variable")
+        field.variable = m_variable.TextOf(attribute);
+}
+
+std::unique_ptr<InstrClass> InstrumentReader::Read(const pugi::xml_node &element)
 {
     auto instrument = std::make_unique<InstrClass>();
     if (const pugi::xml_attribute number = element.attribute("number"))
         instrument->number = IntegerOf<qint16>(number);
-    Take(instrument->nome, element, "name");
-    Take(instrument->description, element, "description");
+    instrument->nome = QString::fromUtf8(element.attribute("name").value());
+    instrument->description = QString::fromUtf8(element.attribute("description").value());
     for (pugi::xml_node node = NextNode(element, element); node; node = NextNode(node, element)) {
         if (!IsElement(node, "p"))
             continue;
-        if (--budget.left < 0)
+        if (--m_fieldsLeft < 0)
             throw RunTimeError(ErrorNumber::OutOfMemory, u"There are too many p-fields"_s);
-        ReadField(instrument->addP(FieldNumber(node)), node);
+        pClass &field = instrument->addP(FieldNumber(node));
+        for (pugi::xml_attribute attribute = node.first_attribute(); attribute;
+             attribute = attribute.next_attribute())
+            Take(field, attribute);
     }
     return instrument;
 }

@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <pugixml.hpp>
+#include <QString>
 #include <QtGlobal>
 
 namespace zelvane
@@ -12,15 +13,36 @@ namespace zelvane
 
 class XmlText;
 
-/// How many p-fields may still be read: an instrument inside another one shares its p-fields, so that few
-/// tags could fill the memory.
-struct FieldBudget {
-    qsizetype left = 250'000;
-};
+/// Reads instruments from the elements of one store.
+class InstrumentReader
+{
+public:
+    /// @throws RunTimeError for an attribute that does not convert, for a p-field that is there twice, and
+    /// when there are too many
+    std::unique_ptr<InstrClass> Read(const pugi::xml_node &element);
 
-/// The instrument of an element. @throws RunTimeError for an attribute that does not convert, for a p-field
-/// that is there twice, and when the budget is used up
-std::unique_ptr<InstrClass> ReadInstrument(const pugi::xml_node &element, FieldBudget &budget);
+private:
+    /// A text that neighbours often have in common: it is held once then.
+    class Shared
+    {
+    public:
+        QString TextOf(const pugi::xml_attribute &attribute);
+
+    private:
+        const char *m_value = "";
+        QString m_text;
+    };
+
+    void Take(pClass &field, const pugi::xml_attribute &attribute);
+
+    /// An instrument inside another one shares its p-fields, so that few tags could fill the memory.
+    qsizetype m_fieldsLeft = 250'000;
+    Shared m_group;
+    Shared m_unit;
+    Shared m_variable;
+    Shared m_name;
+    Shared m_description;
+};
 
 /// The number of an element, as instruments are stored under it. @throws RunTimeError when it does not
 /// convert

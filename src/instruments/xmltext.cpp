@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "instruments/xmltext.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstring>
 
@@ -13,12 +12,23 @@ namespace zelvane
 namespace
 {
 
-constexpr std::ptrdiff_t MostTags = 1'000'000;
+constexpr int MostTags = 1'000'000;
 constexpr int DeepestElement = 32;
 /// At the ends of an attribute, and inside it, white space stays what it is.
 constexpr unsigned int ParseOptions = pugi::parse_cdata | pugi::parse_comments | pugi::parse_pi |
                                       pugi::parse_declaration | pugi::parse_doctype | pugi::parse_escapes |
                                       pugi::parse_fragment;
+
+bool HasTooManyTags(const QByteArray &bytes)
+{
+    qsizetype at = -1;
+    for (int tags = 0; tags <= MostTags; ++tags) {
+        at = bytes.indexOf('<', at + 1);
+        if (at < 0)
+            return false;
+    }
+    return true;
+}
 
 bool IsTooDeep(const pugi::xml_document &document)
 {
@@ -74,8 +84,7 @@ XmlText::XmlText(const QString &text)
     if (text.isEmpty() || text.size() > LongestXml)
         return;
     m_bytes = text.toUtf8();
-    if (m_bytes.size() > LongestXml || m_bytes.contains('\0') ||
-        std::count(m_bytes.cbegin(), m_bytes.cend(), '<') > MostTags)
+    if (m_bytes.size() > LongestXml || m_bytes.contains('\0') || HasTooManyTags(m_bytes))
         return;
     if (m_document.load_buffer_inplace(m_bytes.data(), std::size_t(m_bytes.size()), ParseOptions,
                                        pugi::encoding_utf8) &&

@@ -10,11 +10,13 @@
 #include "shell/editorcontext.h"
 #include "shell/splitpath.h"
 
+#include <cstddef>
 #include <cstring>
 #include <pugixml.hpp>
 #include <QByteArray>
 #include <QFileInfo>
 #include <QStringView>
+#include <string>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -66,28 +68,43 @@ QString CopyName(const QString &path)
 
 /// What is to become the store.
 struct NewStore {
-    QString text;
+    QByteArray text;    ///< UTF-8
     bool loses = false; ///< what the old one holds
 };
+
+/// What matters of the store that there is.
+struct OldStore {
+    QString element;    ///< its name, empty when there is none
+    bool loses = false; ///< something when it is written over
+};
+
+OldStore LookAtStore(const EditorContext &editor)
+{
+    const QString text = GetDataStore(editor);
+    const XmlText xml(text);
+    return {QString::fromUtf8(xml.Root().name()), WouldLose(text, xml)};
+}
 
 /// Writes the file beside the document; what it held and the program cannot keep stays in a copy.
 bool WriteDataFile(EditorContext &editor, const QString &path, const NewStore &store)
 {
-    if (!store.loses)
-        return WriteTextFile(path, store.text);
+    if (!store.loses) {
+        WriteFileBytes(path, store.text);
+        return true;
+    }
     const QString copy = CopyName(path);
     WriteFileBytes(copy, ReadFileBytes(path));
-    const bool written = WriteTextFile(path, store.text);
+    WriteFileBytes(path, store.text);
     editor.status.Show(u"%1 held what cannot be kept there; it was copied to %2"_s.arg(BareFileName(path),
                                                                                        BareFileName(copy)));
-    return written;
+    return true;
 }
 
 /// Writes into the tag of a unified file. What stood there comes back by undo.
 bool WriteTag(EditorContext &editor, const NewStore &store)
 {
     const bool loses = store.loses && !GetTagText(DataTag, editor.text.Text()).isEmpty();
-    if (!SetTagText(editor, DataTag, u"\r\n"_s + store.text, 1))
+    if (!SetTagText(editor, DataTag, u"\r\n"_s + QString::fromUtf8(store.text), 1))
         return false;
     if (loses)
         editor.status.Show(u"<Zelvane> held what cannot be kept there; Undo brings it back"_s);
@@ -127,7 +144,7 @@ bool SetUnifiedStore(EditorContext &editor, const NewStore &store)
         return WriteDataFile(editor, path, store);
     switch (AskForPlace(editor, path)) {
     case BoxAnswer::Yes:
-        AppendTag(editor, DataTag, u"\r\n"_s + store.text);
+        AppendTag(editor, DataTag, u"\r\n"_s + QString::fromUtf8(store.text));
         return true;
     case BoxAnswer::No:
         return WriteDataFile(editor, path, store);
@@ -149,19 +166,19 @@ bool SetStore(EditorContext &editor, const NewStore &store)
 
 // The text of nodes, as UTF-8.
 
-QByteArray NodeText(const pugi::xml_node &node)
+std::string NodeText(const pugi::xml_node &node)
 {
-    return NodeXml(node).toUtf8();
+    return NodeXml(node).toStdString();
 }
 
-void PutText(QByteArray &to, const pugi::xml_node &node, int level)
+void PutText(std::string &to, const pugi::xml_node &node, int level)
 {
     // Behind a lone text the element's end follows on the same line.
     const bool amongOthers = node.parent().first_child() != node.parent().last_child();
     QString xml = NodeXml(node);
     xml.replace(u"\r\n"_s, u" "_s).replace(u'\t', u' ');
     if (amongOthers)
-        to += QByteArray(level, '\t');
+        to.append(std::size_t(level), '\t');
     // Blanks only: other white space is part of the text.
     qsizetype first = 0;
     qsizetype end = xml.size();
@@ -169,24 +186,25 @@ void PutText(QByteArray &to, const pugi::xml_node &node, int level)
         ++first;
     while (end > first && xml[end - 1] == u' ')
         --end;
-    to += QStringView(xml).sliced(first, end - first).toUtf8();
+    to += QStringView(xml).sliced(first, end - first).toString().toStdString();
     if (amongOthers)
         to += "\r\n";
 }
 
-void PutNode(QByteArray &to, const pugi::xml_node &node, int level);
+void PutNode(std::string &to, const pugi::xml_node &node, int level);
 
-void PutChildren(QByteArray &to, const pugi::xml_node &node, int level)
+void PutChildren(std::string &to, const pugi::xml_node &node, int level)
 {
-    for (const pugi::xml_node &child : node.children())
+    for (pugi::xml_node child = node.first_child(); child; child = child.next_sibling())
         PutNode(to, child, level);
 }
 
-void PutElement(QByteArray &to, const pugi::xml_node &node, int level)
+void PutElement(std::string &to, const pugi::xml_node &node, int level)
 {
     to += '<';
     to += node.name();
-    for (const pugi::xml_attribute &attribute : node.attributes()) {
+    for (pugi::xml_attribute attribute = node.first_attribute(); attribute;
+         attribute = attribute.next_attribute()) {
         const char *const value = attribute.value();
         const char quote = std::strchr(value, '"') ? '\'' : '"';
         to += ' ';
@@ -213,7 +231,7 @@ void PutElement(QByteArray &to, const pugi::xml_node &node, int level)
     to += ">\r\n";
 }
 
-void PutNode(QByteArray &to, const pugi::xml_node &node, int level)
+void PutNode(std::string &to, const pugi::xml_node &node, int level)
 {
     switch (node.type()) {
     case pugi::node_null:
@@ -229,15 +247,24 @@ void PutNode(QByteArray &to, const pugi::xml_node &node, int level)
         return;
     case pugi::node_cdata:
     case pugi::node_comment: {
-        const QByteArray xml = NodeText(node);
-        if (!xml.contains('\r'))
-            to += QByteArray(level, '\t');
+        const std::string xml = NodeText(node);
+        if (xml.find('\r') == std::string::npos)
+            to.append(std::size_t(level), '\t');
         to += xml + "\r\n";
         return;
     }
     default:
-        to += QByteArray(level, '\t') + NodeText(node) + "\r\n";
+        to.append(std::size_t(level), '\t') += NodeText(node) + "\r\n";
     }
+}
+
+/// @param room the length to expect
+QByteArray Formatted(const pugi::xml_node &node, int level, qsizetype room)
+{
+    std::string text;
+    text.reserve(std::size_t(room));
+    PutNode(text, node, level);
+    return QByteArray::fromStdString(text);
 }
 
 } // namespace
@@ -276,26 +303,22 @@ bool StoreDataSection(EditorContext &editor, const QString &xml, bool keep)
 {
     if (xml.isEmpty())
         return false;
-    const QString text = GetDataStore(editor);
-    const XmlText store(text);
+    // Large stores are not held side by side.
+    const OldStore old = LookAtStore(editor);
     const XmlText section(xml);
     if (!section.IsParsed())
         return false;
-    const pugi::xml_node other = store.Root();
-    if (other && (keep || std::strcmp(other.name(), section.Root().name()) != 0))
+    if (!old.element.isEmpty() && (keep || old.element != QString::fromUtf8(section.Root().name())))
         throw RunTimeError(ErrorNumber::InvalidCall,
-                           u"The document's data holds another element already: <"_s +
-                               QString::fromUtf8(other.name()) + u'>');
-    return SetStore(editor, {FormatXmlNode(section.Root(), 0), WouldLose(text, store)});
+                           u"The document's data holds another element already: <%1>"_s.arg(old.element));
+    return SetStore(editor, {Formatted(section.Root(), 0, xml.size()), old.loses});
 }
 
 bool SetDataStore(EditorContext &editor, const QString &xml)
 {
     const XmlText element(xml);
-    if (!element.IsParsed())
-        return false;
-    const QString text = GetDataStore(editor);
-    return SetStore(editor, {FormatXmlNode(element.Root(), 0), WouldLose(text, XmlText(text))});
+    return element.IsParsed() &&
+           SetStore(editor, {Formatted(element.Root(), 0, xml.size()), LookAtStore(editor).loses});
 }
 
 bool ConfirmNewDataFile(EditorContext &editor, const QString &path)
@@ -309,9 +332,7 @@ bool ConfirmNewDataFile(EditorContext &editor, const QString &path)
 
 QString FormatXmlNode(const pugi::xml_node &node, int level)
 {
-    QByteArray text;
-    PutNode(text, node, level);
-    return QString::fromUtf8(text);
+    return QString::fromUtf8(Formatted(node, level, 0));
 }
 
 } // namespace zelvane
