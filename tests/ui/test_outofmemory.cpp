@@ -7,6 +7,8 @@
 #include "platform/ui/qtdesktop.h"
 #include "platform/ui/textcontrol.h"
 #include "shell/errorreport.h"
+#include "shell/layoutkeys.h"
+#include "shell/settings.h"
 #include "support/uitest.h"
 #include "window/ui/frmeditor.h"
 
@@ -52,6 +54,7 @@ void LikeTheProgram(Desktop &desktop, const std::function<void()> &work)
 int OpenUnderLimit(const QString &folder, rlim_t megabytes)
 {
     SettingsStore settings(folder + u"/settings"_s);
+    settings.SaveNumber(Keys::Used, 2); // the first start shows the Preferences
     TellingDesktop desktop;
     frmEditor window(settings, desktop, CommandLine({folder + u"/old.orc"_s}));
     window.show();
