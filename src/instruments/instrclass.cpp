@@ -5,7 +5,9 @@
 
 #include <algorithm>
 #include <memory>
+#include <QString>
 #include <utility>
+#include <vector>
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -12,7 +12,11 @@
 #include "shell/errorreport.h"
 
 #include <algorithm>
+#include <memory>
 #include <pugixml.hpp>
+#include <QString>
+#include <QStringView>
+#include <QtGlobal>
 #include <string_view>
 #include <utility>
 

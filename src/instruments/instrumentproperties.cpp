@@ -11,6 +11,8 @@
 #include <memory>
 #include <optional>
 #include <QSet>
+#include <QString>
+#include <QStringList>
 #include <utility>
 
 using namespace Qt::Literals::StringLiterals;

@@ -11,8 +11,11 @@
 #include <cstring>
 #include <initializer_list>
 #include <limits>
+#include <memory>
 #include <optional>
+#include <pugixml.hpp>
 #include <QString>
+#include <QtGlobal>
 #include <string_view>
 #include <system_error>
 #include <vector>

@@ -8,6 +8,8 @@
 
 #include <algorithm>
 #include <optional>
+#include <QString>
+#include <QStringView>
 
 using namespace Qt::Literals::StringLiterals;
 

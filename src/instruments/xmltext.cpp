@@ -3,6 +3,9 @@
 
 #include <cstddef>
 #include <cstring>
+#include <pugixml.hpp>
+#include <QByteArray>
+#include <QString>
 
 using namespace Qt::Literals::StringLiterals;
 

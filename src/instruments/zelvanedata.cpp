@@ -15,6 +15,7 @@
 #include <pugixml.hpp>
 #include <QByteArray>
 #include <QFileInfo>
+#include <QString>
 #include <QStringView>
 #include <string>
 

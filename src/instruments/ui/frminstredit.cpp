@@ -3,14 +3,14 @@
 
 #include "instruments/instrgui.h"
 #include "platform/desktop.h"
-#include "platform/runtimeerror.h"
 #include "shell/editorcontext.h"
 #include "shell/errorreport.h"
 #include "shell/ui/form.h"
 #include "shell/ui/icons.h"
 #include "shell/ui/toolbutton.h"
 
-#include <optional>
+#include <functional>
+#include <QAbstractItemModel>
 #include <QAction>
 #include <QComboBox>
 #include <QDialogButtonBox>
@@ -22,13 +22,15 @@
 #include <QList>
 #include <QModelIndex>
 #include <QPushButton>
-#include <QSizePolicy>
+#include <QSize>
 #include <QStackedWidget>
+#include <QString>
 #include <QStringList>
 #include <QToolBar>
 #include <QToolButton>
 #include <QTreeView>
 #include <QVBoxLayout>
+#include <QWidget>
 #include <utility>
 
 using namespace Qt::Literals::StringLiterals;
@@ -42,9 +44,10 @@ namespace
 /// The order of the pages in their frame.
 enum Page { InstrumentPageRow, FieldPageRow };
 
-constexpr int TreeWidth = 32;  ///< characters
-constexpr int PageWidth = 44;  ///< characters
-constexpr int TreeHeight = 22; ///< lines
+constexpr int TreeWidth = 56;  ///< characters
+constexpr int PageWidth = 52;  ///< characters
+constexpr int TreeHeight = 24; ///< lines
+constexpr int IconSide = 16;   ///< pixels
 
 /// The node that is chosen is the current one, and it is left only when it may be.
 class NodeSelection : public QItemSelectionModel
@@ -129,6 +132,7 @@ frmInstrEdit::frmInstrEdit(EditorContext &editor, QWidget *parent)
 
 void frmInstrEdit::BuildToolbar()
 {
+    tlbInstrEdit->setIconSize(QSize(IconSide, IconSide));
     tlbInstrEdit->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     const auto add = [this](const QString &key, const QString &caption, const QString &tooltip,
                             const QKeySequence &shortcut, std::function<void()> work) {
@@ -156,6 +160,7 @@ void frmInstrEdit::BuildToolbar()
     m_delete->setShortcutContext(Qt::WidgetShortcut);
     tvwInstrEdit->addAction(m_delete);
     ShowFlatButtons(*tlbInstrEdit, m_editor.settings);
+    tlbInstrEdit->setMinimumWidth(tlbInstrEdit->sizeHint().width()); // no button behind an arrow
 }
 
 QWidget *frmInstrEdit::NewInstrumentPage()
