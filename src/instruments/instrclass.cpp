@@ -16,11 +16,14 @@ namespace zelvane
 
 pClass &InstrClass::addP(qint16 n)
 {
-    auto field = std::make_unique<pClass>();
-    field->number = n;
-    QString key = InstrumentKey(number);
+    QString key;
+    key.reserve(16); // many are made
+    key += u'i';
+    key += QString::number(number);
     key += u'p';
     key += QString::number(n);
+    auto field = std::make_unique<pClass>();
+    field->number = n;
     field->key = key;
     return pCol.Add(key, std::move(field));
 }

@@ -72,14 +72,23 @@ double Value(QStringView number)
 /// A number of thousandths, without zeros at the ends of what stands behind the point.
 QString DecimalText(qint64 thousandths)
 {
-    constexpr qint64 whole = 1000;
-    if (thousandths % whole == 0)
-        return QString::number(thousandths / whole);
-    QString text = QString::number(std::abs(thousandths)).rightJustified(3, u'0');
-    text.insert(text.size() - 3, u'.');
-    while (text.endsWith(u'0'))
-        text.chop(1);
-    return thousandths < 0 ? u'-' + text : text;
+    constexpr qint64 one = 1000;
+    if (thousandths % one == 0)
+        return QString::number(thousandths / one);
+    QString text;
+    text.reserve(20);
+    if (thousandths < 0)
+        text += u'-';
+    const qint64 size = std::abs(thousandths);
+    if (size >= one)
+        text += QString::number(size / one);
+    text += u'.';
+    qint64 rest = size % one;
+    for (qint64 place = one / 10; rest != 0; place /= 10) {
+        text += QChar(char16_t(u'0' + rest / place));
+        rest %= place;
+    }
+    return text;
 }
 
 } // namespace
