@@ -149,6 +149,7 @@ private Q_SLOTS:
     void AnInstrumentIsRemovedOnRequest();
     void NothingIsStoredBeforeOk();
     void OkIsOneStepOfUndo();
+    void OkLeavesTheViewWhereItIs();
     void OkThatCannotStoreTellsSo();
     void ThousandsOfInstrumentsAreQuick();
 };
@@ -522,6 +523,34 @@ void InstrEditTest::OkIsOneStepOfUndo()
     QVERIFY(editor.window->windowTitle().contains(u'*'));
     editor.Row(u"mnuUndo"_s).trigger();
     QCOMPARE(editor.Text().Text(), before);
+}
+
+void InstrEditTest::OkLeavesTheViewWhereItIs()
+{
+    const QByteArray lines = QByteArray("a line\n").repeated(300);
+    Editing editor;
+    editor.Open(
+        {editor.WriteFile(u"song.csd"_s, lines + "<Zelvane>\n" + TwoInstruments + "</Zelvane>\n" + lines)});
+    const auto edit = [&](const QString &name) {
+        editor.Show([&] {
+            editor.Put(u"TxtInsName"_s, name);
+            editor.Press(u"label"_s);
+            editor.Ok();
+        });
+    };
+    TextControl &text = editor.Text();
+    // The caret is out of sight, above the descriptions and the view, and then below both.
+    text.SetSelection(9, 12);
+    text.ScrollToLine(100);
+    edit(u"one"_s);
+    QCOMPARE(text.Selection(), (TextSpan{9, 12}));
+    QCOMPARE(text.FirstVisibleLine(), 100);
+    const qsizetype end = text.Length();
+    text.SetSelection(end, end);
+    text.ScrollToLine(400);
+    edit(u"two"_s);
+    QCOMPARE(text.Selection(), (TextSpan{text.Length(), text.Length()}));
+    QCOMPARE(text.FirstVisibleLine(), 401);
 }
 
 void InstrEditTest::OkThatCannotStoreTellsSo()
