@@ -224,16 +224,16 @@ TEST_F(Repository, TheTreeIsThatOfTheLoop)
     RandomText texts({u"a"_s, u"b"_s, u"General"_s, u"A"_s}, 2);
     for (int run = 0; run < 400; ++run) {
         QByteArray bytes;
-        std::vector<ToldFragment> told;
+        std::vector<PlainFragment> told;
         for (int count = texts.Number(0, 8); count > 0; --count) {
-            ToldFragment fragment{
+            PlainFragment fragment{
                 .name = u"f%1"_s.arg(texts.Number(1000, 9999)), .author = {}, .category = {}};
             bytes += '[' + fragment.name.toUtf8() + "]\n";
             if (texts.Number(0, 3) > 0)
                 bytes += "Author=" + fragment.author.emplace(texts.Next()).toUtf8() + '\n';
             if (texts.Number(0, 3) > 0)
                 bytes += "category=" + fragment.category.emplace(texts.Next()).toUtf8() + '\n';
-            const auto same = [&](const ToldFragment &one) { return one.name == fragment.name; };
+            const auto same = [&](const PlainFragment &one) { return one.name == fragment.name; };
             if (std::none_of(told.begin(), told.end(), same))
                 told.push_back(fragment);
             else
@@ -242,7 +242,7 @@ TEST_F(Repository, TheTreeIsThatOfTheLoop)
         const QString file = WriteFile(u"a.csr"_s, bytes);
         for (int view = 0; view < 5; ++view) {
             const RepositoryTree tree = BuildRepositoryTree({file}, RepositoryView(view));
-            const std::vector<ToldNode> expected = TreeByLoop(told, view);
+            const std::vector<PlainNode> expected = TreeByLoop(told, view);
             ASSERT_EQ(tree.nodes.size(), expected.size()) << run << bytes.constData();
             for (size_t i = 0; i < expected.size(); ++i) {
                 const RepositoryNode &node = tree.nodes[i];
@@ -349,7 +349,7 @@ TEST_F(Repository, TheFirstFragmentMakesTheFile)
     EXPECT_EQ(WithLineFeeds(read.fields.comments), Tone.comments);
 }
 
-TEST_F(Repository, WhatALineCannotHoldIsKeptAsToldAndTheRestToTheCharacter)
+TEST_F(Repository, AValueOfOneLineIsKeptToTheCharacter)
 {
     for (const QString &code :
          {u"  a  "_s, u"\"a\""_s, u"'a'"_s, u"\"a"_s, u"a=b;c"_s, u"[x]"_s, u"; c"_s, u"\ta"_s, u"a\t"_s,

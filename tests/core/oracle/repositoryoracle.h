@@ -8,7 +8,7 @@
 #include <QStringList>
 #include <vector>
 
-// The loops of the repository files, as they are told.
+// The rules of the repository files as plain loops, step by step.
 
 namespace zelvane::test
 {
@@ -77,22 +77,22 @@ inline ProfileEntries SectionThroughBuffer(const ProfileEntries &entries, int si
     return read;
 }
 
-/// The nodes of a tree, made one after the other as they are told: each with its key, its text and the number
+/// The nodes of a tree, made one after the other: each with its key, its text and the number
 /// of the node above it, -1 for none.
-struct ToldNode {
+struct PlainNode {
     QString key, text;
     bool fragment;
     int above;
 };
 
-struct ToldFragment {
+struct PlainFragment {
     QString name;
     std::optional<QString> author, category;
 };
 
-inline std::vector<ToldNode> TreeByLoop(const std::vector<ToldFragment> &fragments, int view)
+inline std::vector<PlainNode> TreeByLoop(const std::vector<PlainFragment> &fragments, int view)
 {
-    std::vector<ToldNode> nodes;
+    std::vector<PlainNode> nodes;
     const auto group = [&](const QString &key, const QString &text, int above) {
         for (int i = 0; i < int(nodes.size()); ++i) {
             if (!nodes[i].fragment && nodes[i].key == key)
@@ -101,7 +101,7 @@ inline std::vector<ToldNode> TreeByLoop(const std::vector<ToldFragment> &fragmen
         nodes.push_back({key, text, false, above});
         return int(nodes.size()) - 1;
     };
-    for (const ToldFragment &fragment : fragments) {
+    for (const PlainFragment &fragment : fragments) {
         const QString category = fragment.category.value_or(QStringLiteral("General"));
         const QString author = fragment.author.value_or(QStringLiteral("Unknown"));
         int above = -1;
