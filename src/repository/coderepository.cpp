@@ -10,10 +10,11 @@
 #include "shell/documentsteps.h"
 #include "shell/editorcontext.h"
 
-#include <algorithm>
+#include <chrono>
 #include <QDir>
 #include <QFileInfo>
 #include <QLocale>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -23,9 +24,14 @@ namespace zelvane
 namespace
 {
 
+/// How long a write waits for another editor's: longer than a setting's, since the user waits for it.
+constexpr std::chrono::seconds LockPatience{2};
+
 ProfileFile Opened(const QString &file)
 {
-    return ProfileFile(file, ProfileText::Plain);
+    ProfileFile opened(file, ProfileText::Plain);
+    opened.SetPatience(LockPatience);
+    return opened;
 }
 
 QString BareName(const QString &file)
