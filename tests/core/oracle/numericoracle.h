@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cmath>
-#include <cstdio>
 #include <QRegularExpression>
 #include <QString>
 
@@ -36,9 +35,7 @@ inline double NumberAtStart(const QString &text)
 
 inline QString ShortNumber(double number)
 {
-    char printed[64];
-    std::snprintf(printed, sizeof printed, "%.15g", number);
-    QString text = QString::fromLatin1(printed).toUpper();
+    const QString text = QString::number(number, 'g', 15).toUpper();
     if (text == QStringLiteral("-0"))
         return QStringLiteral("0");
     if (text.startsWith(QStringLiteral("0.")))
