@@ -22,6 +22,7 @@
 #include "support/scripteddesktop.h"
 #include "support/uitest.h"
 
+#include <algorithm>
 #include <memory>
 #include <QAbstractButton>
 #include <QAbstractItemModel>
@@ -31,6 +32,8 @@
 #include <QDialog>
 #include <QDir>
 #include <QFile>
+#include <QFont>
+#include <QFontDatabase>
 #include <QFontDialog>
 #include <QLabel>
 #include <QLineEdit>
@@ -146,6 +149,16 @@ struct Options {
     void Click(const QString &name) { Find<QAbstractButton>(name).click(); }
     QString Stored(const QString &key) { return settings.GetSetting(u"Options", key, u"none"_s); }
 };
+
+/// Oblique styles of fonts come in a package of their own.
+bool HasStyle(const QString &family, bool bold, bool italic)
+{
+    const QStringList styles = QFontDatabase::styles(family);
+    return std::any_of(styles.begin(), styles.end(), [&](const QString &style) {
+        const QFont font = QFontDatabase::font(family, style, 10);
+        return font.bold() == bold && font.italic() == italic;
+    });
+}
 
 /// What the list of the font picker offers: its first one.
 QStringList Families(const QFontDialog &picker)
@@ -436,15 +449,14 @@ void FrmOptionsTest::TheFontIsSetAtOnce()
         QVERIFY(picker.currentFont().bold());
         QFont font(u"DejaVu Sans Mono"_s);
         font.setPointSizeF(17);
-        font.setBold(true);
-        font.setItalic(true);
+        font.setStyleName(u"Book"_s);
         picker.setCurrentFont(font);
         picker.accept();
     });
     options.Click(u"bFont"_s);
     QCOMPARE(options.text.CurrentFont().points, 17);
-    QVERIFY(options.text.CurrentFont().italic);
-    QVERIFY(options.text.CurrentFont().bold);
+    QVERIFY(!options.text.CurrentFont().bold);
+    QVERIFY(!options.text.CurrentFont().italic);
     QCOMPARE(options.Stored(u"FontSize"_s), u"none"_s); // the window stores it when it closes
 
     options.Click(u"FixedPitchFonts"_s);
@@ -466,8 +478,10 @@ void FrmOptionsTest::TheFontIsSetAtOnce()
                 .family = u"DejaVu Sans Mono"_s, .points = 12.5, .bold = bold, .italic = italic};
             options.text.ApplyFont(font);
             driver.Expect<QFontDialog>([bold, italic](QFontDialog &picker) {
-                QCOMPARE(picker.currentFont().bold(), bold);
-                QCOMPARE(picker.currentFont().italic(), italic);
+                if (HasStyle(u"DejaVu Sans Mono"_s, bold, italic)) {
+                    QCOMPARE(picker.currentFont().bold(), bold);
+                    QCOMPARE(picker.currentFont().italic(), italic);
+                }
                 picker.accept();
             });
             options.Click(u"bFont"_s);
