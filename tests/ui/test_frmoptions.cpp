@@ -184,6 +184,7 @@ private Q_SLOTS:
     void OptionsThatDisagreeShowWhatTheProgramReads_data();
     void OptionsThatDisagreeShowWhatTheProgramReads();
     void AFileEditedMeanwhileLosesNothingElse();
+    void SettingsOfOthersStayAsTheyAre();
     void OnlyApplyAndOkWrite();
     void AStoreThatCannotBeWrittenKeepsTheDialog();
     void ColoursNeedSystemColorsOff();
@@ -332,6 +333,29 @@ void FrmOptionsTest::AFileEditedMeanwhileLosesNothingElse()
     QCOMPARE(after.GetSetting(u"Options", u"BakPath"), u"/before"_s); // the dialog shows it
     QVERIFY(file.open(QIODevice::ReadOnly));
     QVERIFY(file.readAll().startsWith("; a note of mine"));
+}
+
+void FrmOptionsTest::SettingsOfOthersStayAsTheyAre()
+{
+    Options options;
+    QStringList others;
+    ForEachSettingKey([&]<typename Key>(const Key &key) {
+        if constexpr (!std::is_base_of_v<OptionKey, Key>)
+            others.append(key.keys.first.Name());
+        else if (key.writer != KeyWriter::Preferences)
+            others.append(key.Name());
+    });
+    // These two are on buttons.
+    QVERIFY(others.removeOne(u"BackColor"_s));
+    QVERIFY(others.removeOne(u"FontColor"_s));
+    options.Open();
+    for (const QString &key : others)
+        options.settings.SaveSetting(u"Options", key, u"set meanwhile: "_s + key);
+    options.Click(u"cmdOK"_s);
+    for (const QString &key : others)
+        QCOMPARE(options.Stored(key), u"set meanwhile: "_s + key);
+    QCOMPARE(size_t(options.settings.GetAllSettings(u"Options").size()),
+             size_t(others.size()) + ShownKeys().size() + 2);
 }
 
 void FrmOptionsTest::OnlyApplyAndOkWrite()
