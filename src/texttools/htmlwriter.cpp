@@ -21,14 +21,14 @@ char *PutText(char *to, QStringView text)
 {
     for (qsizetype at = 0; at < text.size(); ++at) {
         const QChar c = text[at];
-        if (c == u'\n') {
+        if (c.unicode() <= 0xFF && c != u'\n' && c != u'<' && c != u'>') {
+            *to++ = char(c.unicode());
+        } else if (c == u'\n') {
             to = PutBytes(to, "<br>\r\n");
         } else if (c == u'<') {
             to = PutBytes(to, "&lt;");
         } else if (c == u'>') {
             to = PutBytes(to, "&gt;");
-        } else if (c.unicode() <= 0xFF) {
-            *to++ = char(c.unicode());
         } else {
             char32_t character = c.unicode();
             if (c.isHighSurrogate() && at + 1 < text.size() && text[at + 1].isLowSurrogate())
@@ -62,19 +62,20 @@ public:
         }
     }
 
-    void TurnOn(StyleClass style, QByteArray &page)
+    char *TurnOn(StyleClass style, char *to)
     {
         const StyleFormat &format = m_formats[size_t(style)];
         if (format.bold != m_bold) {
             m_bold = format.bold;
-            page += m_bold ? "<b>" : "</b>";
+            to = PutBytes(to, m_bold ? "<b>" : "</b>");
         }
         if (const qint64 colour = ColourOnPaper(format); colour != m_colour) {
             if (m_colour != NoColour)
-                page += "</font>";
+                to = PutBytes(to, "</font>");
             m_colour = colour;
-            page += m_tags[size_t(style)];
+            to = PutBytes(to, m_tags[size_t(style)]);
         }
+        return to;
     }
 
 private:
@@ -107,10 +108,12 @@ std::optional<QByteArray> HtmlDocument(const StyledText &text, const QString &ti
                       Encoded(text.font.family) +
                       " size=" + QByteArray::number(int(text.font.points / PointsOfOneSize)) + ">\r\n";
     Attributes attributes(text.formats);
+    GrowingBytes bytes(page, text.text.size() / 2 * 3);
     if (!WriteStretches<MostBytes>(
-            text, page, goOn,
-            [&attributes](StyleClass style, QByteArray &to) { attributes.TurnOn(style, to); }, PutText))
+            text, bytes, goOn,
+            [&attributes](StyleClass style, char *to) { return attributes.TurnOn(style, to); }, PutText))
         return std::nullopt;
+    page = bytes.Take();
     page += "\r\n"
             "</font>\r\n"
             "</body>\r\n"

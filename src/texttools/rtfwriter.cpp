@@ -98,19 +98,20 @@ public:
         return table + "}\r\n";
     }
 
-    void TurnOn(StyleClass style, QByteArray &document)
+    char *TurnOn(StyleClass style, char *to)
     {
         const bool bold = m_formats[size_t(style)].bold;
         const int place = m_places[size_t(style)];
         if (bold == m_bold && place == m_place)
-            return;
+            return to;
         if (bold != m_bold)
-            document += bold ? "\\b" : "\\b0";
+            to = PutBytes(to, bold ? "\\b" : "\\b0");
         if (place != m_place)
-            document += "\\cf" + QByteArray::number(place);
-        document += ' ';
+            to = PutNumber(PutBytes(to, "\\cf"), quint32(place));
+        *to++ = ' ';
         m_bold = bold;
         m_place = place;
+        return to;
     }
 
 private:
@@ -133,10 +134,12 @@ std::optional<QByteArray> RtfDocument(const StyledText &text, const WriteProgres
         "\r\n{\\fonttbl{\\f0\\fnil " + Encoded(text.font.family) + ";}}\r\n" + attributes.Table() +
         "\\pard\\plain\\f0\\fs" + QByteArray::number(qlonglong(std::lround(points * 2))) +
         (text.font.italic ? "\\i" : "") + ' ';
+    GrowingBytes bytes(document, text.text.size() / 2 * 3);
     if (!WriteStretches<MostBytes>(
-            text, document, goOn,
-            [&attributes](StyleClass style, QByteArray &to) { attributes.TurnOn(style, to); }, PutText))
+            text, bytes, goOn,
+            [&attributes](StyleClass style, char *to) { return attributes.TurnOn(style, to); }, PutText))
         return std::nullopt;
+    document = bytes.Take();
     document += "\\par\r\n}\r\n";
     return document;
 }

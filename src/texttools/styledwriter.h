@@ -10,6 +10,7 @@
 #include <QByteArrayView>
 #include <QStringView>
 #include <QtGlobal>
+#include <utility>
 
 namespace zelvane
 {
@@ -19,27 +20,59 @@ using WriteProgress = std::function<bool(qint64 done, qint64 total)>;
 
 /// The most characters between two questions, and that one call of `put` gets.
 inline constexpr qsizetype WrittenPiece = 8192;
+/// The most bytes that turn a format on.
+inline constexpr qsizetype MostOfBegin = 64;
 
-/// Writes a coloured text as bytes: what the writers of files share.
-/// @param begin given a class where a stretch of it begins, adds the bytes that turn its format on
-/// @param put puts a stretch of one class at a place that has room for it, and answers the place behind it; a
-/// pair of units comes whole
+/// Bytes that grow, written without a look at their end for each of them.
+class GrowingBytes
+{
+public:
+    /// @param start what they begin with; @param expected how many more there may be
+    GrowingBytes(QByteArray start, qsizetype expected) : m_bytes(std::move(start)), m_size(m_bytes.size())
+    {
+        m_bytes.resize(m_size + expected);
+    }
+
+    /// A place for so many bytes more.
+    char *Room(qsizetype most)
+    {
+        if (m_bytes.size() - m_size < most)
+            m_bytes.resize(std::max(m_size + most, m_bytes.size() + m_bytes.size() / 2));
+        return m_bytes.data() + m_size;
+    }
+    /// Told how far the last place was written.
+    void WrittenTo(const char *end) { m_size = end - m_bytes.constData(); }
+    QByteArray Take()
+    {
+        m_bytes.truncate(m_size);
+        return std::move(m_bytes);
+    }
+
+private:
+    QByteArray m_bytes;
+    qsizetype m_size;
+};
+
+/// Writes a coloured text as bytes: what the writers of files share. `begin` and `put` are given a place with
+/// room for what they write and answer the place behind it.
+/// @param begin given a class where a stretch of it begins, writes at most MostOfBegin bytes that turn its
+/// format on
+/// @param put writes a stretch of one class; a pair of units comes whole
 /// @param most the most bytes that `put` makes of one UTF-16 unit
 /// @return false when `goOn` ended it
 template <qsizetype most, typename Begin, typename Put>
-bool WriteStretches(const StyledText &text, QByteArray &to, const WriteProgress &goOn, Begin begin, Put put)
+bool WriteStretches(const StyledText &text, GrowingBytes &to, const WriteProgress &goOn, Begin begin, Put put)
 {
-    std::array<char, size_t(most * (WrittenPiece + 1))> room;
     const QStringView all = text.text;
     qsizetype asked = 0;
     for (const StyleRun &run : CoveringRuns(text.runs, all.size())) {
-        begin(run.style, to);
+        to.WrittenTo(begin(run.style, to.Room(MostOfBegin)));
         const qsizetype end = run.start + run.length;
         for (qsizetype at = run.start; at < end;) {
             qsizetype next = std::min(at + WrittenPiece, end);
             if (next < end && all[next - 1].isHighSurrogate() && all[next].isLowSurrogate())
                 ++next;
-            to.append(room.data(), put(room.data(), all.sliced(at, next - at)) - room.data());
+            to.WrittenTo(put(to.Room(most * (next - at)), all.sliced(at, next - at)));
             at = next;
             if (at - asked >= WrittenPiece) {
                 asked = at;

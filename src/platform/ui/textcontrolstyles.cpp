@@ -207,17 +207,26 @@ StyleRuns TextControl::RunsOf(qsizetype start, qsizetype length) const
         if (run.length > 0 && run.style != StyleClass::Text)
             runs.push_back(run);
     };
+    const bool ascii = m_map.IsAscii();
     ReadStyles(start, length, [&](const char *cells, qsizetype count) {
-        for (qsizetype i = 0; i < count; ++i) {
-            // The byte of the text stands before its style.
-            const auto byte = uchar(cells[2 * i - 1]);
-            if ((byte & 0xC0) == 0x80)
-                continue;
-            if (const auto style = StyleClass(ClassOf(cells[2 * i])); style != run.style) {
+        for (qsizetype i = 0; i < count;) {
+            // The byte of the text stands before its style. Classes change with characters only.
+            const char style = ClassOf(cells[2 * i]);
+            if (StyleClass(style) != run.style) {
                 end();
-                run = {unit, 0, style};
+                run = {unit, 0, StyleClass(style)};
             }
-            unit += byte >= 0xF0 ? 2 : 1;
+            const qsizetype first = i;
+            if (ascii) {
+                while (++i < count && ClassOf(cells[2 * i]) == style) {
+                }
+                unit += qint32(i - first);
+                continue;
+            }
+            for (; i < count && ClassOf(cells[2 * i]) == style; ++i) {
+                const auto byte = uchar(cells[2 * i - 1]);
+                unit += int((byte & 0xC0) != 0x80) + int(byte >= 0xF0);
+            }
         }
     });
     end();
