@@ -4,7 +4,6 @@
 #include "platform/programinfo.h"
 #include "platform/styledtext.h"
 
-#include <array>
 #include <QChar>
 #include <QStringView>
 
@@ -48,44 +47,21 @@ QByteArray Encoded(const QString &text)
     return Written<MostBytes>(text, PutText);
 }
 
-/// Turns bold and colour on and off where they change.
-class Attributes
+/// The tags that turn bold and colour on and off where they change.
+QByteArray Tags(const StyleFormat *from, const StyleFormat &to)
 {
-public:
-    explicit Attributes(const std::array<StyleFormat, StyleClassCount> &formats) : m_formats(formats)
-    {
-        for (size_t one = 0; one < formats.size(); ++one) {
-            // The bytes are blue, green, red.
-            const QByteArray hex =
-                QByteArray::number(ColourOnPaper(formats[one]), 16).toUpper().rightJustified(6, '0');
-            m_tags[one] = "<font color=#" + hex.last(2) + hex.sliced(2, 2) + hex.first(2) + '>';
-        }
-    }
-
-    char *TurnOn(StyleClass style, char *to)
-    {
-        const StyleFormat &format = m_formats[size_t(style)];
-        if (format.bold != m_bold) {
-            m_bold = format.bold;
-            to = PutBytes(to, m_bold ? "<b>" : "</b>");
-        }
-        if (const qint64 colour = ColourOnPaper(format); colour != m_colour) {
-            if (m_colour != NoColour)
-                to = PutBytes(to, "</font>");
-            m_colour = colour;
-            to = PutBytes(to, m_tags[size_t(style)]);
-        }
-        return to;
-    }
-
-private:
-    static constexpr qint64 NoColour = -1;
-
-    std::array<StyleFormat, StyleClassCount> m_formats;
-    std::array<QByteArray, StyleClassCount> m_tags; ///< of the colours
-    bool m_bold = false;
-    qint64 m_colour = NoColour;
-};
+    QByteArray tags;
+    if (to.bold != (from && from->bold))
+        tags += to.bold ? "<b>" : "</b>";
+    const quint32 colour = ColourOnPaper(to);
+    if (from && ColourOnPaper(*from) == colour)
+        return tags;
+    if (from)
+        tags += "</font>";
+    // The bytes are blue, green, red.
+    const QByteArray hex = QByteArray::number(colour, 16).toUpper().rightJustified(6, '0');
+    return tags + "<font color=#" + hex.last(2) + hex.sliced(2, 2) + hex.first(2) + '>';
+}
 
 } // namespace
 
@@ -107,11 +83,8 @@ std::optional<QByteArray> HtmlDocument(const StyledText &text, const QString &ti
                       "<font face=" +
                       Encoded(text.font.family) +
                       " size=" + QByteArray::number(int(text.font.points / PointsOfOneSize)) + ">\r\n";
-    Attributes attributes(text.formats);
     GrowingBytes bytes(page, text.text.size() / 2 * 3);
-    if (!WriteStretches<MostBytes>(
-            text, bytes, goOn,
-            [&attributes](StyleClass style, char *to) { return attributes.TurnOn(style, to); }, PutText))
+    if (!WriteStretches<MostBytes>(text, bytes, goOn, Turns(text.formats, Tags), PutText))
         return std::nullopt;
     page = bytes.Take();
     page += "\r\n"

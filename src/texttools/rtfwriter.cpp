@@ -73,19 +73,23 @@ QByteArray Encoded(QString name)
     return Written<MostBytes>(name, PutText);
 }
 
-/// The colours of the text, and the words that turn colour and bold on where they change.
-class Attributes
+/// The colours of a text in the order of its table, where the first one is number 1; 0 is the reader's own.
+class Colours
 {
 public:
-    explicit Attributes(const std::array<StyleFormat, StyleClassCount> &formats) : m_formats(formats)
+    explicit Colours(const std::array<StyleFormat, StyleClassCount> &formats)
     {
-        for (size_t one = 0; one < formats.size(); ++one) {
-            const quint32 colour = ColourOnPaper(formats[one]);
-            const auto found = std::find(m_colours.begin(), m_colours.end(), colour);
-            m_places[one] = int(found - m_colours.begin()) + 1;
-            if (found == m_colours.end())
+        for (const StyleFormat &format : formats) {
+            if (const quint32 colour = ColourOnPaper(format); Number(format) > m_colours.size())
                 m_colours.push_back(colour);
         }
+    }
+
+    size_t Number(const StyleFormat &format) const
+    {
+        return size_t(std::find(m_colours.begin(), m_colours.end(), ColourOnPaper(format)) -
+                      m_colours.begin()) +
+               1;
     }
 
     QByteArray Table() const
@@ -98,46 +102,33 @@ public:
         return table + "}\r\n";
     }
 
-    char *TurnOn(StyleClass style, char *to)
-    {
-        const bool bold = m_formats[size_t(style)].bold;
-        const int place = m_places[size_t(style)];
-        if (bold == m_bold && place == m_place)
-            return to;
-        if (bold != m_bold)
-            to = PutBytes(to, bold ? "\\b" : "\\b0");
-        if (place != m_place)
-            to = PutNumber(PutBytes(to, "\\cf"), quint32(place));
-        *to++ = ' ';
-        m_bold = bold;
-        m_place = place;
-        return to;
-    }
-
 private:
-    std::array<StyleFormat, StyleClassCount> m_formats;
     std::vector<quint32> m_colours;
-    std::array<int, StyleClassCount> m_places; ///< of the colours in the table, from 1
-    bool m_bold = false;
-    int m_place = 0; ///< the reader's own colour
 };
 
 } // namespace
 
 std::optional<QByteArray> RtfDocument(const StyledText &text, const WriteProgress &goOn)
 {
-    Attributes attributes(text.formats);
+    const Colours colours(text.formats);
+    // The words that turn bold and colour on and off where they change.
+    const auto words = [&colours](const StyleFormat *from, const StyleFormat &to) {
+        QByteArray all;
+        if (to.bold != (from && from->bold))
+            all += to.bold ? "\\b" : "\\b0";
+        if (!from || colours.Number(*from) != colours.Number(to))
+            all += "\\cf" + QByteArray::number(qulonglong(colours.Number(to)));
+        return all.isEmpty() ? all : all + ' ';
+    };
     const double points = text.font.points;
     QByteArray document =
         "{\\rtf1\\ansi\\ansicpg1252\\uc1\\deff0\\deftab" +
         QByteArray::number(qlonglong(std::lround(text.tabColumns * points * EmsOfABlank * TwipsOfAPoint))) +
-        "\r\n{\\fonttbl{\\f0\\fnil " + Encoded(text.font.family) + ";}}\r\n" + attributes.Table() +
+        "\r\n{\\fonttbl{\\f0\\fnil " + Encoded(text.font.family) + ";}}\r\n" + colours.Table() +
         "\\pard\\plain\\f0\\fs" + QByteArray::number(qlonglong(std::lround(points * 2))) +
         (text.font.italic ? "\\i" : "") + ' ';
     GrowingBytes bytes(document, text.text.size() / 2 * 3);
-    if (!WriteStretches<MostBytes>(
-            text, bytes, goOn,
-            [&attributes](StyleClass style, char *to) { return attributes.TurnOn(style, to); }, PutText))
+    if (!WriteStretches<MostBytes>(text, bytes, goOn, Turns(text.formats, words), PutText))
         return std::nullopt;
     document = bytes.Take();
     document += "\\par\r\n}\r\n";

@@ -20,8 +20,6 @@ using WriteProgress = std::function<bool(qint64 done, qint64 total)>;
 
 /// The most characters between two questions, and that one call of `put` gets.
 inline constexpr qsizetype WrittenPiece = 8192;
-/// The most bytes that turn a format on.
-inline constexpr qsizetype MostOfBegin = 64;
 
 /// Bytes that grow, written without a look at their end for each of them.
 class GrowingBytes
@@ -53,20 +51,64 @@ private:
     qsizetype m_size;
 };
 
-/// Writes a coloured text as bytes: what the writers of files share. `begin` and `put` are given a place with
-/// room for what they write and answer the place behind it.
-/// @param begin given a class where a stretch of it begins, writes at most MostOfBegin bytes that turn its
-/// format on
-/// @param put writes a stretch of one class; a pair of units comes whole
+/// The bytes between a stretch of one class and the next one, for each pair of classes.
+class Turns
+{
+public:
+    /// @param turn given two formats, answers the bytes that turn the first, null at the start, into the
+    /// second; at most `Most`
+    template <typename Turn> Turns(const std::array<StyleFormat, StyleClassCount> &formats, Turn turn)
+    {
+        for (size_t to = 0; to < formats.size(); ++to) {
+            for (size_t from = 0; from < formats.size(); ++from)
+                m_turns[from][to] = Bytes(turn(&formats[from], formats[to]));
+            m_turns[AtStart][to] = Bytes(turn(nullptr, formats[to]));
+        }
+    }
+
+    /// Puts the bytes before a stretch of this class at a place with room for `Most`, and answers the place
+    /// behind them.
+    char *Put(char *to, StyleClass style)
+    {
+        const Bytes &turn = m_turns[m_last][size_t(style)];
+        m_last = size_t(style);
+        std::copy(turn.bytes.begin(), turn.bytes.end(), to); // always so many: that is quickest
+        return to + turn.size;
+    }
+
+    static constexpr qsizetype Most = 32;
+
+private:
+    static constexpr size_t AtStart = StyleClassCount;
+
+    struct Bytes {
+        std::array<char, Most> bytes = {};
+        qsizetype size = 0;
+
+        Bytes() = default;
+        explicit Bytes(const QByteArray &from) : size(from.size())
+        {
+            Q_ASSERT(size <= Most);
+            std::copy(from.begin(), from.end(), bytes.begin());
+        }
+    };
+
+    std::array<std::array<Bytes, StyleClassCount>, StyleClassCount + 1> m_turns;
+    size_t m_last = AtStart;
+};
+
+/// Writes a coloured text as bytes: what the writers of files share.
+/// @param put given a place with room for what it writes and a stretch of one class, answers the place behind
+/// it; a pair of units comes whole
 /// @param most the most bytes that `put` makes of one UTF-16 unit
 /// @return false when `goOn` ended it
-template <qsizetype most, typename Begin, typename Put>
-bool WriteStretches(const StyledText &text, GrowingBytes &to, const WriteProgress &goOn, Begin begin, Put put)
+template <qsizetype most, typename Put>
+bool WriteStretches(const StyledText &text, GrowingBytes &to, const WriteProgress &goOn, Turns turns, Put put)
 {
     const QStringView all = text.text;
     qsizetype asked = 0;
     for (const StyleRun &run : CoveringRuns(text.runs, all.size())) {
-        to.WrittenTo(begin(run.style, to.Room(MostOfBegin)));
+        to.WrittenTo(turns.Put(to.Room(Turns::Most), run.style));
         const qsizetype end = run.start + run.length;
         for (qsizetype at = run.start; at < end;) {
             qsizetype next = std::min(at + WrittenPiece, end);
