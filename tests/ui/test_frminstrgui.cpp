@@ -9,8 +9,10 @@
 #include <QAction>
 #include <QApplication>
 #include <QBrush>
+#include <QClipboard>
 #include <QComboBox>
 #include <QContextMenuEvent>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -192,6 +194,7 @@ private Q_SLOTS:
     void EnterWritesAndEscapeDoesNot();
     void TheLastPFieldStays();
     void ALongValueStaysWhole();
+    void PastedLineEndsBecomeBlanks();
     void PropertiesCloseTheDialog();
     void RandomValuesAreAnOperation();
     void ManyRowsScroll();
@@ -774,6 +777,31 @@ void FrmInstrGuiTest::ALongValueStaysWhole()
         on.Press(u"ok"_s);
     });
     QCOMPARE(on.TextNow(), before);
+}
+
+void FrmInstrGuiTest::PastedLineEndsBecomeBlanks()
+{
+    Stating on("i1 0 2 .5 4 0 \"a\n b\" 9\n");
+    on.Text().SetSelection(0, 0);
+    QGuiApplication::clipboard()->setText(u"440\ni9 0\u20281"_s);
+    on.ShowSound([&] {
+        on.Value(0).setFocus();
+        on.Key(Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(on.Value(0).text(), u"440 i9 0 1"_s);
+        // A value's own line end stays, also where the value is edited.
+        on.Value(3).setFocus();
+        on.Key(Qt::Key_Home);
+        on.Key(Qt::Key_Right);
+        on.Key(Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(on.Value(3).text(), u"\"440 i9 0 1a\n b\""_s);
+        on.Key(Qt::Key_End);
+        on.Key(Qt::Key_Backspace);
+        on.Key(Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(on.Value(3).text(), u"\"440 i9 0 1a\n b440 i9 0 1"_s);
+        on.Type(u"\""_s);
+        on.Key(Qt::Key_Return);
+    });
+    QCOMPARE(on.TextNow(), u"i1 0 2 440 i9 0 1 4 0 \"440 i9 0 1a\n b440 i9 0 1\" 9\n"_s);
 }
 
 void FrmInstrGuiTest::PropertiesCloseTheDialog()

@@ -2,6 +2,7 @@
 #include "instruments/ui/frminstrgui.h"
 
 #include "platform/desktop.h"
+#include "platform/ui/onelinefield.h"
 #include "shell/command.h"
 #include "shell/documentsteps.h"
 #include "shell/editorcontext.h"
@@ -105,7 +106,7 @@ void Place(QSlider &slider, int value)
 void PutText(QLineEdit &field, const QString &text)
 {
     const QSignalBlocker quiet(field);
-    field.setText(text);
+    PutKeptText(field, text); // a quoted value may go over several lines
 }
 
 } // namespace
