@@ -13,8 +13,10 @@
 #include <QAbstractItemModel>
 #include <QAction>
 #include <QApplication>
+#include <QClipboard>
 #include <QComboBox>
 #include <QFile>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -151,6 +153,7 @@ private Q_SLOTS:
     void OkIsOneStepOfUndo();
     void OkLeavesTheViewWhereItIs();
     void OkThatCannotStoreTellsSo();
+    void PastedLineEndsBecomeBlanks();
     void ThousandsOfInstrumentsAreQuick();
 };
 
@@ -569,6 +572,24 @@ void InstrEditTest::OkThatCannotStoreTellsSo()
         editor.Ok();
     });
     QVERIFY(!QFile::exists(editor.folder.filePath(u"song.xml"_s)));
+}
+
+void InstrEditTest::PastedLineEndsBecomeBlanks()
+{
+    Editing on("<instruments><instr number=\"1\" name=\"a&#10;b\"/></instruments>");
+    QGuiApplication::clipboard()->setText(u"x\ny"_s);
+    on.Show([&] {
+        on.Click(on.Node(0));
+        QCOMPARE(on.Field(u"TxtInsName"_s).text(), u"a\nb"_s);
+        for (const QString &name : {u"TxtInsName"_s, u"TxtInsDesc"_s}) {
+            on.Field(name).setFocus();
+            QTest::keyClick(on.Focus(), Qt::Key_End);
+            QTest::keyClick(on.Focus(), Qt::Key_V, Qt::ControlModifier);
+        }
+        QCOMPARE(on.Field(u"TxtInsName"_s).text(), u"a\nbx y"_s);
+        QCOMPARE(on.Field(u"TxtInsDesc"_s).text(), u"x y"_s);
+        on.Cancel();
+    });
 }
 
 void InstrEditTest::ThousandsOfInstrumentsAreQuick()

@@ -3,6 +3,7 @@
 
 #include "instruments/instrgui.h"
 #include "platform/desktop.h"
+#include "platform/ui/onelinefield.h"
 #include "shell/editorcontext.h"
 #include "shell/errorreport.h"
 #include "shell/ui/form.h"
@@ -84,6 +85,13 @@ QLineEdit *NewField(QWidget *parent, const QString &name)
     auto *field = Named(new QLineEdit(parent), name);
     SelectOnFocus(field);
     return field;
+}
+
+/// What the store holds stays as it is; what is pasted is one line.
+void ShowStored(QLineEdit &field, const QString &text)
+{
+    PutKeptText(field, text);
+    field.setCursorPosition(0);
 }
 
 QStringList Units()
@@ -271,21 +279,21 @@ void frmInstrEdit::ShowNode(const Node &node)
 
 void frmInstrEdit::ShowPage(const InstrumentPage &page)
 {
-    ShowFromStart(*TxtInsName, page.name);
-    ShowFromStart(*TxtInsDesc, page.description);
-    ShowFromStart(*TxtInsNumber, page.number);
+    ShowStored(*TxtInsName, page.name);
+    ShowStored(*TxtInsDesc, page.description);
+    ShowStored(*TxtInsNumber, page.number);
 }
 
 void frmInstrEdit::ShowPage(const FieldPage &page)
 {
-    ShowFromStart(*txtName, page.name);
-    ShowFromStart(*txtDescription, page.description);
+    ShowStored(*txtName, page.name);
+    ShowStored(*txtDescription, page.description);
     ShowFromStart(*cmbGroup->lineEdit(), page.group);
-    ShowFromStart(*txtMin, page.min);
-    ShowFromStart(*txtMax, page.max);
+    ShowStored(*txtMin, page.min);
+    ShowStored(*txtMax, page.max);
     cmbFormat->setCurrentIndex(page.format);
     ShowFromStart(*cmbUnit->lineEdit(), page.unit);
-    ShowFromStart(*txtVar, page.variable);
+    ShowStored(*txtVar, page.variable);
 }
 
 InstrumentPage frmInstrEdit::TheInstrumentPage() const
