@@ -14,8 +14,6 @@ namespace zelvane
 namespace
 {
 
-constexpr auto DivisionByZero = ErrorNumber(11);
-
 constexpr qint32 MostTicks = 32;
 
 /// The more a real value has to run over, the coarser its slider, which stays within 16 bits.
@@ -68,7 +66,7 @@ std::optional<QString> TextOfSlider(PFormat format, const SliderRange &range, qi
     switch (format) {
     case PFormat::Real:
         if (range.scale == 0)
-            throw RunTimeError(DivisionByZero, u"Division by zero"_s);
+            throw RunTimeError(ErrorNumber::DivisionByZero, u"Division by zero"_s);
         return NumberText(whole ? value / range.scale : double(value) / range.scale);
     case PFormat::Integer:
         return NumberText(value);
