@@ -5,6 +5,7 @@
 #include "platform/runtimeerror.h"
 
 #include <cmath>
+#include <limits>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -27,6 +28,16 @@ qint32 ScaleOf(double min, double max)
     if (range <= 6553)
         return 10;
     return 0;
+}
+
+/// The product; where only the digits that a double does not have keep it from a whole number, that one: 16.1
+/// times 1000 is not beyond 16100.
+double Scaled(double number, qint32 scale)
+{
+    constexpr double exactness = 4 * std::numeric_limits<double>::epsilon();
+    const double product = number * scale;
+    const double whole = RoundHalfEven(product);
+    return std::fabs(product - whole) <= std::fabs(whole) * exactness ? whole : product;
 }
 
 double Between(double minimum, double maximum, double random)
@@ -82,7 +93,7 @@ std::optional<qint32> SliderOfText(PFormat format, const SliderRange &range, qin
 {
     double number = Val(text);
     if (format == PFormat::Real)
-        number *= range.scale;
+        number = Scaled(number, range.scale);
     else if (format == PFormat::Boolean && number != 0)
         number = 1;
     if (number == value || number < range.minimum || number > range.maximum)

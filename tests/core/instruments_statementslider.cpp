@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "instruments/statementslider.h"
 
+#include "platform/numbers.h"
 #include "platform/runtimeerror.h"
 #include "support/printers.h"
 
@@ -134,6 +135,23 @@ TEST(StatementSlider, TheSliderFollowsTheText)
     EXPECT_EQ(SliderOfText(PFormat::Boolean, {0, 1, 0}, 1, u"no"), 0);
     EXPECT_EQ(SliderOfText(PFormat::String, {0, 1, 0}, 0, u"1"), 1);
     EXPECT_EQ(Error([] { SliderOfText(PFormat::Real, {}, 0, u"1e999"); }), 6);
+}
+
+TEST(StatementSlider, TheSliderReachesItsEndsByText)
+{
+    EXPECT_EQ(SliderOfText(PFormat::Real, Range(PFormat::Real, 0, 16.1), 0, u"16.1"), 16100);
+    EXPECT_EQ(SliderOfText(PFormat::Real, Range(PFormat::Real, 2.01, 10), 5000, u"2.01"), 2010);
+    for (int hundredths = 1; hundredths <= 655'00; ++hundredths) {
+        const double bound = hundredths / 100.0;
+        const SliderRange above = Range(PFormat::Real, 0, bound);
+        EXPECT_EQ(SliderOfText(PFormat::Real, above, 0, NumberText(bound)), above.maximum);
+        const SliderRange below = Range(PFormat::Real, -bound, 0);
+        EXPECT_EQ(SliderOfText(PFormat::Real, below, 0, NumberText(-bound)), below.minimum);
+    }
+    // What is really beyond an end stays out.
+    EXPECT_EQ(SliderOfText(PFormat::Real, {0, 16100, 1000}, 7, u"16.1000000001"), std::nullopt);
+    EXPECT_EQ(SliderOfText(PFormat::Real, {2010, 10000, 1000}, 2020, u"2.0099999999"), std::nullopt);
+    EXPECT_EQ(SliderOfText(PFormat::Real, {0, 1000, 1000}, 7, u"-1E-300"), std::nullopt);
 }
 
 TEST(StatementSlider, CommandsOfTheMenu)
