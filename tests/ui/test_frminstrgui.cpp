@@ -199,6 +199,7 @@ private Q_SLOTS:
     void RandomValuesAreAnOperation();
     void ManyRowsScroll();
     void NamesAreShownAsTheyAre();
+    void ALongGroupStaysInView();
 };
 
 void FrmInstrGuiTest::TheDialogHasItsControls()
@@ -863,6 +864,17 @@ void FrmInstrGuiTest::NamesAreShownAsTheyAre()
         QVERIFY(on.Name(0).toolTip().contains(u"&lt;b&gt;bold"_s));
         QCOMPARE(on.Unit(0).textFormat(), Qt::PlainText);
         QCOMPARE(on.Name(0).textFormat(), Qt::PlainText);
+        on.Key(Qt::Key_Escape);
+    });
+}
+
+void FrmInstrGuiTest::ALongGroupStaysInView()
+{
+    Stating on(Score, OneField("group=\"" + QByteArray(2000, 'g') + "\" format=\"0\""));
+    on.Show([&] {
+        on.Groups().setCurrentIndex(1);
+        QVERIFY(on.dialog->width() <= on.dialog->screen()->availableSize().width());
+        QCOMPARE(on.Groups().currentText(), QString(2000, u'g'));
         on.Key(Qt::Key_Escape);
     });
 }

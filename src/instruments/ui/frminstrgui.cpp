@@ -68,6 +68,7 @@ constexpr int NameWidth = 32; ///< the most of a name that is shown
 constexpr int SliderWidth = 28;
 constexpr int TextWidth = 14;
 constexpr int UnitWidth = 12; ///< the most of a unit that is shown
+constexpr int GroupWidth = 12;
 constexpr int PaneWidth = 8;
 
 constexpr int Panes = 4;         ///< of the status
@@ -134,6 +135,8 @@ frmInstrGUI::frmInstrGUI(EditorContext &editor, const DocumentSteps &steps, Stat
     LayOut();
 
     cmbGroup->setToolTip(u"Parameters Groups"_s);
+    cmbGroup->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    cmbGroup->setMinimumContentsLength(GroupWidth);
     cmbGroup->addItems(GroupsOf(Instrument()));
     cmbGroup->installEventFilter(this);
     connect(cmbGroup, &QComboBox::currentIndexChanged, this, &frmInstrGUI::ShowChosenGroup);
