@@ -200,6 +200,7 @@ private Q_SLOTS:
     void ManyRowsScroll();
     void NamesAreShownAsTheyAre();
     void ALongGroupStaysInView();
+    void TheKeyboardComesBackFromTheList();
 };
 
 void FrmInstrGuiTest::TheDialogHasItsControls()
@@ -877,6 +878,32 @@ void FrmInstrGuiTest::ALongGroupStaysInView()
         QCOMPARE(on.Groups().currentText(), QString(2000, u'g'));
         on.Key(Qt::Key_Escape);
     });
+}
+
+void FrmInstrGuiTest::TheKeyboardComesBackFromTheList()
+{
+    Stating on;
+    on.ShowSound([&] {
+        on.Slider(1).setFocus();
+        on.Key(Qt::Key_L, Qt::ControlModifier);
+        QCOMPARE(on.Focus(), &on.List());
+        on.Key(Qt::Key_Home);
+        on.Key(Qt::Key_L, Qt::ControlModifier);
+        QCOMPARE(on.Focus(), &on.Value(1));
+        QCOMPARE(on.Panes()[1], u"p5"_s);
+        QCOMPARE(on.Value(1).selectedText(), u"4"_s);
+        // To a row whose text cannot be changed: the first that can.
+        on.Groups().setCurrentIndex(0);
+        on.Key(Qt::Key_L, Qt::ControlModifier);
+        on.Key(Qt::Key_Home);
+        on.Key(Qt::Key_Return);
+        QVERIFY(!on.List().isVisible());
+        QCOMPARE(on.Focus(), &on.Value(1));
+        QCOMPARE(on.Panes()[1], u"p2"_s);
+        on.Type(u"6"_s);
+        on.Key(Qt::Key_Return);
+    });
+    QVERIFY(on.TextNow().contains(u"\ni1 6 2 .5 4 0"_s));
 }
 
 } // namespace

@@ -286,6 +286,18 @@ void frmInstrGUI::FocusFirstField()
     cmbGroup->setFocus(Qt::OtherFocusReason);
 }
 
+void frmInstrGUI::FocusField(qsizetype position)
+{
+    for (std::size_t index = 0; index < m_shown; ++index) {
+        const Row &row = m_rows[index];
+        if (row.position != position || !row.txtPValue->isEnabled())
+            continue;
+        row.txtPValue->setFocus(Qt::OtherFocusReason);
+        return;
+    }
+    FocusFirstField();
+}
+
 void frmInstrGUI::showEvent(QShowEvent *event)
 {
     QDialog::showEvent(event);
@@ -641,10 +653,13 @@ void frmInstrGUI::keyPressEvent(QKeyEvent *event)
 
 void frmInstrGUI::SortPressed()
 {
-    if (m_sort->isChecked())
+    if (m_sort->isChecked()) {
         ShowList();
-    else
-        LeaveList();
+        return;
+    }
+    const qsizetype entered = m_entered;
+    LeaveList();
+    FocusField(entered); // the list had the keyboard
 }
 
 void frmInstrGUI::ShowList()
@@ -669,6 +684,7 @@ void frmInstrGUI::ShowList()
         lvwP->resizeColumnToContents(column);
     FitSize();
     cmbGroup->setEnabled(false);
+    m_entered = entered;
     QTreeWidgetItem *item = items[entered - 1];
     lvwP->setCurrentItem(item);
     lvwP->scrollToItem(item);
@@ -703,9 +719,7 @@ void frmInstrGUI::JumpTo(const QTreeWidgetItem &item)
     }
     m_sort->setChecked(false);
     LeaveList();
-    const auto row = std::find_if(m_rows.begin(), m_rows.begin() + std::ptrdiff_t(m_shown),
-                                  [position](const Row &shown) { return shown.position == position; });
-    row->txtPValue->setFocus(Qt::OtherFocusReason);
+    FocusField(position);
 }
 
 // The end

@@ -71,6 +71,8 @@ private:
     QWidget *NewStatus();
     void LayOut();
     void FocusFirstField();
+    /// Gives the keyboard to the text of a p-field, or to the first one where that has no text to change.
+    void FocusField(qsizetype position);
 
     InstrClass &Instrument() { return *m_statement.instrument; }
     pClass &FieldAt(qsizetype position) { return Instrument().pCol.At(position - 1); }
