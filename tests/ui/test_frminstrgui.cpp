@@ -19,6 +19,7 @@
 #include <QPalette>
 #include <QScreen>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QSlider>
 #include <QStringList>
 #include <QToolButton>
@@ -200,6 +201,7 @@ private Q_SLOTS:
     void ManyRowsScroll();
     void NamesAreShownAsTheyAre();
     void ALongGroupStaysInView();
+    void KeysOfAStringDoNotScroll();
     void TheKeyboardComesBackFromTheList();
 };
 
@@ -904,6 +906,26 @@ void FrmInstrGuiTest::TheKeyboardComesBackFromTheList()
         on.Key(Qt::Key_Return);
     });
     QVERIFY(on.TextNow().contains(u"\ni1 6 2 .5 4 0"_s));
+}
+
+void FrmInstrGuiTest::KeysOfAStringDoNotScroll()
+{
+    QByteArray fields;
+    for (int number = 1; number <= 200; ++number)
+        fields += "<p number=\"" + QByteArray::number(number) + "\" format=\"3\"/>";
+    Stating on(Score, "<instruments><instr number=\"1\">" + fields + "</instr></instruments>");
+    on.Show([&] {
+        QCOMPARE(on.Rows().size(), 200);
+        on.Value(150).setFocus(Qt::TabFocusReason);
+        QScrollBar &bar = *on.Of<QScrollArea>(u"picRows"_s).verticalScrollBar();
+        const int place = bar.value();
+        QVERIFY(place > 0);
+        on.Key(Qt::Key_Up);
+        on.Key(Qt::Key_PageUp);
+        QCOMPARE(bar.value(), place);
+        QCOMPARE(on.Focus(), &on.Value(150));
+        on.Key(Qt::Key_Escape);
+    });
 }
 
 } // namespace

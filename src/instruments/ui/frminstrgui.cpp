@@ -601,9 +601,11 @@ bool frmInstrGUI::FilterText(const Row &row, QEvent &event)
     case Qt::Key_Down:
     case Qt::Key_PageUp:
     case Qt::Key_PageDown: {
-        // The slider raises its value by Up and Page Up.
+        // The slider raises its value by Up and Page Up. One that is disabled would leave the key to the
+        // rows, which scroll.
         QKeyEvent sent(QEvent::KeyPress, key.key(), key.modifiers(), key.text(), key.isAutoRepeat());
-        QCoreApplication::sendEvent(row.slP, &sent);
+        if (row.slP->isEnabled())
+            QCoreApplication::sendEvent(row.slP, &sent);
         return true;
     }
     default:
