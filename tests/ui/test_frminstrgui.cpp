@@ -201,6 +201,7 @@ private Q_SLOTS:
     void ManyRowsScroll();
     void NamesAreShownAsTheyAre();
     void ALongGroupStaysInView();
+    void ACutTextIsToldAsItIs();
     void KeysOfAStringDoNotScroll();
     void TheKeyboardComesBackFromTheList();
 };
@@ -924,6 +925,24 @@ void FrmInstrGuiTest::KeysOfAStringDoNotScroll()
         on.Key(Qt::Key_PageUp);
         QCOMPARE(bar.value(), place);
         QCOMPARE(on.Focus(), &on.Value(150));
+        on.Key(Qt::Key_Escape);
+    });
+}
+
+void FrmInstrGuiTest::ACutTextIsToldAsItIs()
+{
+    const QByteArray text = "&lt;b>bold&lt;/b>" + QByteArray(500, 'x');
+    Stating on(Score,
+               OneField("description=\"" + text + "\" group=\"G\" unit=\"" + text + "\" format=\"0\""));
+    on.Show([&] {
+        on.Groups().setCurrentIndex(1);
+        on.Value(0).setFocus(Qt::TabFocusReason);
+        QLabel &pane = on.Of<QLabel>(u"lblStatus_0"_s);
+        for (QLabel *label : {&on.Unit(0), &pane}) {
+            QVERIFY(label->text().startsWith(u"<b>bold</b>x"_s));
+            label->grab();
+            QVERIFY(label->toolTip().contains(u"&lt;b&gt;bold&lt;/b&gt;x"_s));
+        }
         on.Key(Qt::Key_Escape);
     });
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ui/statusbar.h"
 
+#include "shell/ui/plaintooltip.h"
+
 #include <QHBoxLayout>
 #include <QPainter>
 #include <QStyle>
@@ -14,7 +16,7 @@ void ElidedLabel::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     const QString shown = fontMetrics().elidedText(text(), Qt::ElideMiddle, width());
-    setToolTip(shown == text() ? QString() : text());
+    setToolTip(shown == text() ? QString() : PlainToolTip(text()));
     style()->drawItemText(&painter, rect(), Qt::AlignLeft | Qt::AlignVCenter, palette(), isEnabled(), shown,
                           foregroundRole());
 }
