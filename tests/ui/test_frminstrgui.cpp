@@ -201,6 +201,7 @@ private Q_SLOTS:
     void ManyRowsScroll();
     void NamesAreShownAsTheyAre();
     void ALongGroupStaysInView();
+    void LongPanesDoNotWidenTheDialog();
     void ACutTextIsToldAsItIs();
     void KeysOfAStringDoNotScroll();
     void TheKeyboardComesBackFromTheList();
@@ -943,6 +944,24 @@ void FrmInstrGuiTest::ACutTextIsToldAsItIs()
             label->grab();
             QVERIFY(label->toolTip().contains(u"&lt;b&gt;bold&lt;/b&gt;x"_s));
         }
+        on.Key(Qt::Key_Escape);
+    });
+}
+
+void FrmInstrGuiTest::LongPanesDoNotWidenTheDialog()
+{
+    const QByteArray text(2000, 'x');
+    Stating on(Score, OneField("description=\"" + text + "\" variable=\"" + text + "\" format=\"0\""));
+    on.Show([&] {
+        const int width = on.dialog->width();
+        on.Slider(1).setFocus(Qt::TabFocusReason);
+        QCOMPARE(on.Panes()[0], QString(2000, u'x'));
+        QCOMPARE(on.Panes()[2], QString(2000, u'x'));
+        on.Groups().setCurrentIndex(1);
+        on.Groups().setCurrentIndex(0);
+        on.Press(u"sort"_s);
+        on.Press(u"sort"_s);
+        QCOMPARE(on.dialog->width(), width);
         on.Key(Qt::Key_Escape);
     });
 }

@@ -45,6 +45,7 @@
 #include <QShowEvent>
 #include <QSignalBlocker>
 #include <QSize>
+#include <QSizePolicy>
 #include <QSlider>
 #include <QStackedWidget>
 #include <QString>
@@ -70,6 +71,7 @@ constexpr int TextWidth = 14;
 constexpr int UnitWidth = 12; ///< the most of a unit that is shown
 constexpr int GroupWidth = 12;
 constexpr int PaneWidth = 8;
+constexpr int WidestPane = 24; ///< of those behind the description
 
 constexpr int Panes = 4;         ///< of the status
 constexpr int BuiltInFields = 3; ///< the first p-fields, which every instrument has
@@ -242,6 +244,9 @@ QWidget *frmInstrGUI::NewStatus()
         auto *pane = Named(new ElidedLabel(picStatus), u"lblStatus_"_s + QString::number(index));
         pane->setTextFormat(Qt::PlainText);
         pane->setMinimumWidth(CharacterWidth(*this, PaneWidth));
+        pane->setMaximumWidth(index == 0 ? QWIDGETSIZE_MAX : CharacterWidth(*this, WidestPane));
+        if (index == 0) // takes what room there is, but asks for none
+            pane->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
         if (index > 0) {
             auto *edge = new QFrame(picStatus);
             edge->setFrameShape(QFrame::VLine);
