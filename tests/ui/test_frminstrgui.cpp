@@ -201,6 +201,7 @@ private Q_SLOTS:
     void ManyRowsScroll();
     void NamesAreShownAsTheyAre();
     void ALongGroupStaysInView();
+    void PanesTellOfTheKeyboardOnly();
     void LongPanesDoNotWidenTheDialog();
     void ACutTextIsToldAsItIs();
     void KeysOfAStringDoNotScroll();
@@ -962,6 +963,21 @@ void FrmInstrGuiTest::LongPanesDoNotWidenTheDialog()
         on.Press(u"sort"_s);
         on.Press(u"sort"_s);
         QCOMPARE(on.dialog->width(), width);
+        on.Key(Qt::Key_Escape);
+    });
+}
+
+void FrmInstrGuiTest::PanesTellOfTheKeyboardOnly()
+{
+    Stating on;
+    on.ShowSound([&] {
+        on.Value(0).setFocus(Qt::TabFocusReason);
+        QCOMPARE(on.Panes()[1], u"p4"_s);
+        // Its place is taken by the instrument's number, which cannot be changed.
+        on.Groups().setCurrentIndex(0);
+        QVERIFY(!on.Value(0).hasFocus());
+        QVERIFY(on.Panes()[1] != u"p1"_s);
+        QVERIFY(on.Focus() && on.Focus()->isEnabled() && on.Focus()->isVisible());
         on.Key(Qt::Key_Escape);
     });
 }

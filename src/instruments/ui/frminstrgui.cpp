@@ -392,8 +392,10 @@ void frmInstrGUI::ShowGroup(const std::optional<QString> &group)
     // The control that had the keyboard may be another p-field's now.
     if (const Row *row = m_settled ? RowOf(focused) : nullptr; row && focused->isVisible()) {
         focused->setFocus(Qt::OtherFocusReason);
-        row->txtPValue->selectAll();
-        EnterRow(*row);
+        if (focused->hasFocus()) { // not where it is disabled now
+            row->txtPValue->selectAll();
+            EnterRow(*row);
+        }
     }
     for (std::size_t index = 0; index < m_shown; ++index)
         Try([this, index] { Sl_TickFrequency(int(index)); });
