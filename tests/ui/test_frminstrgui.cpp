@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The dialog of a score statement, by keys and mouse.
 
+#include "instruments/ui/frminstredit.h"
 #include "instruments/ui/frminstrgui.h"
 #include "support/editorwindow.h"
 #include "support/modaldriver.h"
 #include "support/uitest.h"
 
+#include <QAbstractItemModel>
 #include <QAction>
 #include <QApplication>
 #include <QBrush>
@@ -23,6 +25,7 @@
 #include <QSlider>
 #include <QStringList>
 #include <QToolButton>
+#include <QTreeView>
 #include <QTreeWidget>
 #include <QWheelEvent>
 
@@ -201,6 +204,7 @@ private Q_SLOTS:
     void ManyRowsScroll();
     void NamesAreShownAsTheyAre();
     void ALongGroupStaysInView();
+    void TheRealPropertiesTakeTheDialogsPlace();
     void PanesTellOfTheKeyboardOnly();
     void LongPanesDoNotWidenTheDialog();
     void ACutTextIsToldAsItIs();
@@ -978,6 +982,37 @@ void FrmInstrGuiTest::PanesTellOfTheKeyboardOnly()
         QVERIFY(!on.Value(0).hasFocus());
         QVERIFY(on.Panes()[1] != u"p1"_s);
         QVERIFY(on.Focus() && on.Focus()->isEnabled() && on.Focus()->isVisible());
+        on.Key(Qt::Key_Escape);
+    });
+}
+
+void FrmInstrGuiTest::TheRealPropertiesTakeTheDialogsPlace()
+{
+    Stating on;
+    const QString before = on.TextNow();
+    on.Show([&] {
+        on.driver.Expect<frmInstrEdit>([&](frmInstrEdit &properties) {
+            QVERIFY(!on.dialog->isVisible());
+            QVERIFY(properties.isModal());
+            auto &tree = *properties.findChild<QTreeView *>(u"tvwInstrEdit"_s);
+            QTest::mouseClick(tree.viewport(), Qt::LeftButton, {},
+                              tree.visualRect(tree.model()->index(0, 0)).center());
+            auto &name = *properties.findChild<QLineEdit *>(u"TxtInsName"_s);
+            QCOMPARE(name.text(), u"Bell"_s);
+            name.setFocus();
+            name.selectAll();
+            on.Type(u"Gong"_s);
+            on.Key(Qt::Key_Return);
+        });
+        on.Type(u"7"_s);
+        on.Press(u"instr"_s);
+        QVERIFY(!on.dialog->isVisible());
+    });
+    QCOMPARE(on.TextNow(), before);
+    QVERIFY(on.Row(u"mnuInstrGUI"_s).isEnabled());
+    on.Show([&] {
+        QCOMPARE(on.dialog->windowTitle(), u"Instrument 1 - Gong"_s);
+        QCOMPARE(on.Rows()[1], u"&Start: 0 10000 0 0 Beats"_s);
         on.Key(Qt::Key_Escape);
     });
 }
