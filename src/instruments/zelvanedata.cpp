@@ -7,6 +7,7 @@
 #include "platform/desktop.h"
 #include "platform/runtimeerror.h"
 #include "platform/textfile.h"
+#include "platform/withoutblanks.h"
 #include "shell/editorcontext.h"
 #include "shell/splitpath.h"
 
@@ -180,14 +181,7 @@ void PutText(std::string &to, const pugi::xml_node &node, int level)
     xml.replace(u"\r\n"_s, u" "_s).replace(u'\t', u' ');
     if (amongOthers)
         to.append(std::size_t(level), '\t');
-    // Blanks only: other white space is part of the text.
-    qsizetype first = 0;
-    qsizetype end = xml.size();
-    while (first < end && xml[first] == u' ')
-        ++first;
-    while (end > first && xml[end - 1] == u' ')
-        --end;
-    to += QStringView(xml).sliced(first, end - first).toString().toStdString();
+    to += WithoutBlanks(xml).toString().toStdString(); // other white space is part of the text
     if (amongOthers)
         to += "\r\n";
 }
