@@ -1,9 +1,8 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """A piece written with the Insert menu by keys alone, which Csound then renders; the pictures are for looking at."""
 
-import subprocess
-
-from support.stage import check, equal, main, rendered, settled
+from support.csound import sound_of
+from support.stage import equal, main, settled
 
 STORE = """[Options]
 Used=2
@@ -80,17 +79,7 @@ def a_piece_is_written_by_inserting(stage):
     editor.close(window)
 
     (stage.home / "piece.sco").write_text("f1 0 4096 10 1\ni7 0 .1\n")
-    sound = stage.home / "piece.wav"
-    run = subprocess.run(
-        ["csound", "-d", "-W", "-o", str(sound), str(piece), str(stage.home / "piece.sco")],
-        cwd=stage.home,
-        env=stage.environment,
-        capture_output=True,
-        text=True,
-        timeout=60,
-        check=False,
-    )
-    check(run.returncode == 0 and rendered(sound), f"Csound renders the piece: {run.stderr[-2000:]}")
+    sound_of(stage, piece, stage.home / "piece.sco")
 
 
 main(a_piece_is_written_by_inserting)

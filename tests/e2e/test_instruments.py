@@ -2,9 +2,8 @@
 """A composer describes the instrument of a piece of Csound's documentation, maps its p-fields, and makes a note louder
 with its slider; the pictures are for looking at."""
 
-import subprocess
-
-from support.stage import Sound, check, copy_example, equal, main, rendered, settled
+from support.csound import sound_of
+from support.stage import Sound, check, copy_example, equal, main, settled
 
 STORE = """[Options]
 Used=2
@@ -46,19 +45,7 @@ def text_of(piece):
 
 def peak(stage, piece, what):
     """What Csound makes of the piece as it is on the disk."""
-    sound = stage.home / "sound.wav"
-    sound.unlink(missing_ok=True)
-    run = subprocess.run(
-        ["csound", "-d", "-W", "-o", str(sound), str(piece)],
-        cwd=stage.home,
-        env=stage.environment,
-        capture_output=True,
-        text=True,
-        timeout=60,
-        check=False,
-    )
-    check(run.returncode == 0 and rendered(sound), f"Csound renders {what}: {run.stderr[-2000:]}")
-    return Sound(sound).peak
+    return Sound(sound_of(stage, piece, what=what)).peak
 
 
 def saved(stage, window, piece, old, what):
@@ -164,6 +151,7 @@ def a_piece_gets_descriptions_and_a_louder_note(stage):
     window.keys("ctrl+End", "Return")
     again = saved(stage, window, piece, changed, "the piece")
     equal(again, changed + "\n", "the piece stored again")
+    equal(peak(stage, piece, "the piece stored again"), loud, "the peak of the piece stored again")
     editor.close(window)
 
 

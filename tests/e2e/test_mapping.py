@@ -2,9 +2,8 @@
 """The p-fields of a described instrument mapped into the orchestra, which Csound then renders; the pictures are for
 looking at."""
 
-import subprocess
-
-from support.stage import check, dark_desktop, equal, main, rendered, settled
+from support.csound import sound_of
+from support.stage import dark_desktop, equal, main, settled
 
 STORE = """[Options]
 Used=2
@@ -88,17 +87,7 @@ def p_fields_become_variables(stage):
     final = ORCHESTRA.replace("instr 1\n", "instr 1\n" + BLOCK.format(told))
     saved(stage, window, piece, final, "the second run")
 
-    sound = stage.home / "tone.wav"
-    run = subprocess.run(
-        ["csound", "-d", "-W", "-o", str(sound), str(piece), str(stage.home / "tone.sco")],
-        cwd=stage.home,
-        env=stage.environment,
-        capture_output=True,
-        text=True,
-        timeout=60,
-        check=False,
-    )
-    check(run.returncode == 0 and rendered(sound), f"Csound renders the piece: {run.stderr[-2000:]}")
+    sound_of(stage, piece, stage.home / "tone.sco")
 
     window.keys("ctrl+z", "ctrl+z")
     saved(stage, window, piece, ORCHESTRA, "two steps back")

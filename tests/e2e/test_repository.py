@@ -2,10 +2,10 @@
 """A fragment goes from one piece through the code repository into another, which Csound then renders."""
 
 import shutil
-import subprocess
 from pathlib import Path
 
-from support.stage import check, dark_desktop, equal, main, rendered, settled
+from support.csound import sound_of
+from support.stage import check, dark_desktop, equal, main, settled
 
 DATA = Path(__file__).resolve().parents[2] / "data"
 
@@ -84,17 +84,7 @@ def a_fragment_goes_into_another_piece(stage):
 
     score = stage.home / "second.sco"
     score.write_text("i1 0 .2\n")
-    sound = stage.home / "second.wav"
-    run = subprocess.run(
-        ["csound", "-d", "-W", "-o", str(sound), str(second), str(score)],
-        cwd=stage.home,
-        env=stage.environment,
-        capture_output=True,
-        text=True,
-        timeout=60,
-        check=False,
-    )
-    check(run.returncode == 0 and rendered(sound), f"Csound renders the piece: {run.stderr[-2000:]}")
+    sound_of(stage, second, score)
 
 
 def fragments_are_given_once(stage):
