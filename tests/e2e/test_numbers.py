@@ -90,6 +90,18 @@ def a_number_by_keys_and_by_slider(stage):
     window.keys("ctrl+z")
     saved(stage, window, piece, "440", "the step of the slider")
 
+    # A random part of it, by the star of the keypad.
+    window.keys("Home", "alt+KP_Multiply", "ctrl+s")
+
+    def other():
+        return [line for line in piece.read_bytes().decode().split("\r\n") if line != "440"]
+
+    stage.until(other, "the random part")
+    equal(len(other()), 1, "how many numbers have changed")
+    check(0 <= float(other()[0]) < 440, f"a part of 440: {other()[0]}")
+    window.keys("ctrl+z")
+    saved(stage, window, piece, "440", "the step of the star")
+
     # By the mouse: below the handle a click goes down by a page. Elsewhere it takes the slider away.
     window.keys("Home")
     slide(stage, window)
