@@ -7,10 +7,12 @@
 #include "shell/documentsteps.h"
 #include "support/printers.h"
 #include "support/randomtext.h"
+#include "support/recordedcolour.h"
 #include "support/testcontext.h"
 
 #include <gtest/gtest.h>
 #include <optional>
+#include <QByteArray>
 #include <QString>
 #include <vector>
 
@@ -24,15 +26,10 @@ namespace
 
 constexpr int RandomRuns = 20000;
 
-struct InsertedColour : ColourStep {
-    std::vector<TextSpan> inserted;
-    void HighlightInserted(qsizetype start, qsizetype end) override { inserted.push_back({start, end}); }
-};
-
 /// An orchestra with descriptions of its instruments 1, 2 and 3 beside it.
 struct Mapping : testing::Test, TestContext {
     DocumentSteps steps;
-    InsertedColour colour;
+    RecordedColour colour;
 
     Mapping()
     {
@@ -154,6 +151,62 @@ TEST_F(Mapping, AnInstrumentWithoutDataIsRefused)
                   "this command."_s);
     EXPECT_EQ(Map(u"7"_s), MappingResult::DataIsMissing);
     EXPECT_EQ(text.text, u"instr 7\nendin\n"_s);
+}
+
+TEST_F(Mapping, AStoreThatCannotBeReadIsNoData)
+{
+    WriteFile(u"song.xml"_s, "<instruments><instr number=\"1\"><p number=\"3\" variable=\"idur\"/>");
+    text.SetText(u"instr 1\nendin\n"_s);
+    ExpectWarning(u"Cannot find instrument data. Use the Instrument Properties dialog box before running "
+                  "this command."_s);
+    EXPECT_EQ(Map(u"1"_s), MappingResult::DataIsMissing);
+    EXPECT_EQ(text.text, u"instr 1\nendin\n"_s);
+}
+
+TEST_F(Mapping, DataThatDoesNotConvertIsAnError)
+{
+    for (const auto *fields : {"<p number=\"3\" format=\"x\" variable=\"idur\"/>",
+                               "<p number=\"3\" variable=\"idur\"/><p number=\"3\" variable=\"iend\"/>"}) {
+        WriteFile(u"song.xml"_s,
+                  QByteArray("<instruments><instr number=\"1\">") + fields + "</instr></instruments>");
+        text.SetText(u"instr 1\nendin\n"_s);
+        EXPECT_THROW(Map(u"1"_s), RunTimeError) << fields;
+        EXPECT_EQ(text.text, u"instr 1\nendin\n"_s);
+        EXPECT_EQ(text.undoSteps, 0);
+    }
+}
+
+TEST_F(Mapping, VariablesAreAskedForBeforeTheStatementIsLookedFor)
+{
+    text.SetText(u"instr 2\nendin\n"_s);
+    desktop.ExpectInput(u"Missing variable name"_s,
+                        u"Specify a variable name for p4.\n(must begin with letter i)"_s, u"ipch"_s);
+    EXPECT_THROW(Map(u"1"_s, false, true), RunTimeError);
+    desktop.CheckAllCame();
+    EXPECT_EQ(text.text, u"instr 2\nendin\n"_s);
+}
+
+TEST_F(Mapping, InstrumentZeroIsOneLikeOthers)
+{
+    WriteFile(u"song.xml"_s, "<instruments><instr number=\"0\"><p number=\"3\" variable=\"idur\"/></instr>"
+                             "</instruments>");
+    EXPECT_EQ(Mapped(u"instr 1\nendin\ninstr 0\nendin\n"_s, u"0"_s),
+              u"instr 1\nendin\ninstr 0\n;<ZelvaneParameterMapping>\nidur = p3\n"
+              ";</ZelvaneParameterMapping>\nendin\n"_s);
+    ExpectWarning(u"Cannot find instrument data. Use the Instrument Properties dialog box before running "
+                  "this command."_s);
+    EXPECT_EQ(Map(u"-1"_s), MappingResult::DataIsMissing);
+}
+
+TEST_F(Mapping, DescriptionsInFrontOfAnOrchestraAreNoInstruments)
+{
+    document.DocumentKind = FileKind::Unified;
+    const QString data =
+        u"<Zelvane>\n<instruments>\n<instr number=\"1\">\n<p number=\"3\" variable=\"idur\"/>\n"
+        "</instr>\n</instruments>\n</Zelvane>\n<CsInstruments>\ninstr 1\n"_s;
+    EXPECT_EQ(Mapped(data + u"endin\n</CsInstruments>\n"_s, u"1"_s),
+              data + u";<ZelvaneParameterMapping>\nidur = p3\n;</ZelvaneParameterMapping>\nendin\n"
+                     "</CsInstruments>\n"_s);
 }
 
 TEST_F(Mapping, WithoutTheStatementNothingIsWritten)
