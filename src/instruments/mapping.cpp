@@ -10,6 +10,7 @@
 #include "shell/editorcontext.h"
 #include "shell/textops.h"
 
+#include <optional>
 #include <QtGlobal>
 
 using namespace Qt::Literals::StringLiterals;
@@ -24,15 +25,6 @@ const QString &BlockTag()
 {
     static const QString tag = u"ZelvaneParameterMapping"_s;
     return tag;
-}
-
-/// Colours the lines of the block that SetTagText has found from `start` on, which counts from 1.
-void ColourBlock(EditorContext &editor, const DocumentSteps &steps, qsizetype start)
-{
-    const QString text = editor.text.Text();
-    const qsizetype open = text.indexOf(u'<' + BlockTag() + u'>', start - 1);
-    const qsizetype close = text.indexOf(u"</"_s + BlockTag() + u'>', open);
-    steps.colour->HighlightInserted(GetLineStart(editor.text, open), GetLineEnd(editor.text, close));
 }
 
 } // namespace
@@ -54,16 +46,20 @@ MappingResult MapParameters(EditorContext &editor, const DocumentSteps &steps, c
     }
     const qint32 pos = FindInstrStatement(editor.text.Text(), number);
     // Without the instrument the search fails already, and the general report takes the message's place.
-    if (!SetTagText(editor, BlockTag(), code, pos)) {
+    std::optional<TextSpan> block = SetTagText(editor, BlockTag(), code, pos);
+    if (!block) {
         if (pos == -1) {
             editor.desktop.MessageBox({.text = u"Cannot find instr statement."_s, .icon = BoxIcon::Critical});
             return MappingResult::Finished;
         }
         editor.text.SetSelection(pos, pos);
         editor.text.ReplaceSelection(u";<"_s + BlockTag() + u">\r\n;</"_s + BlockTag() + u">\r\n"_s);
-        SetTagText(editor, BlockTag(), code, pos);
+        block = SetTagText(editor, BlockTag(), code, pos);
     }
-    ColourBlock(editor, steps, pos);
+    // With the lines of its tags.
+    if (block)
+        steps.colour->HighlightInserted(GetLineStart(editor.text, block->start),
+                                        GetLineEnd(editor.text, block->end));
     return MappingResult::Finished;
 }
 

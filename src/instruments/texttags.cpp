@@ -3,13 +3,9 @@
 
 #include "platform/desktop.h"
 #include "platform/runtimeerror.h"
-#include "platform/textbuffer.h"
 #include "shell/editorcontext.h"
 
 #include <algorithm>
-#include <optional>
-#include <QString>
-#include <QStringView>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -85,15 +81,17 @@ qsizetype FindTag(const TextBuffer &text, const QString &tag)
     return span ? span->start : -1;
 }
 
-bool SetTagText(EditorContext &editor, const QString &tag, const QString &text, qsizetype start)
+std::optional<TextSpan> SetTagText(EditorContext &editor, const QString &tag, const QString &text,
+                                   qsizetype start)
 {
     if (start < 1)
         throw RunTimeError(ErrorNumber::InvalidCall, u"Invalid procedure call or argument"_s);
     const std::optional<TextSpan> span = Between(tag, editor.text.Text(), start - 1);
     if (!span)
-        return false;
+        return std::nullopt;
+    const qsizetype behind = editor.text.Length() - span->end;
     ReplaceQuietly(editor.text, *span, text);
-    return true;
+    return TextSpan{span->start, editor.text.Length() - behind};
 }
 
 bool CreateTag(EditorContext &editor, const QString &tag, const QString &parent)

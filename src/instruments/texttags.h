@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/textbuffer.h"
+
+#include <optional>
 #include <QString>
 #include <QStringView>
 #include <QtGlobal>
@@ -8,7 +11,6 @@
 namespace zelvane
 {
 
-class TextBuffer;
 struct EditorContext;
 
 // Tags in the document's text: "<tag>" and "</tag>", in exact case, known to no language.
@@ -20,9 +22,10 @@ QString GetTagText(const QString &tag, QStringView text);
 qsizetype FindTag(const TextBuffer &text, const QString &tag);
 
 /// Replaces what stands between the first "<tag>" from `start` on and the next "</tag>", as one edit that
-/// leaves selection and view where they are. @param start counts from 1 @return false when one of the tags is
-/// missing @throws RunTimeError 5 for a start below 1
-bool SetTagText(EditorContext &editor, const QString &tag, const QString &text, qsizetype start);
+/// leaves selection and view where they are. @param start counts from 1 @return where the new text stands, in
+/// offsets from 0; no value when one of the tags is missing @throws RunTimeError 5 for a start below 1
+std::optional<TextSpan> SetTagText(EditorContext &editor, const QString &tag, const QString &text,
+                                   qsizetype start);
 
 /// Puts "<tag>" and "</tag>", each on a line of its own, to the end of the text or just behind the first
 /// "<parent>", as one edit that leaves selection and view where they are. @param parent empty for the end

@@ -53,8 +53,8 @@ TEST_F(Tags, AreFoundWithTheirEnd)
 TEST_F(Tags, AreFilledInOneEdit)
 {
     Show(u"<T>one</T> <T>two</T>"_s);
-    EXPECT_TRUE(SetTagText(editor, u"T"_s, u"2"_s, 2));
-    EXPECT_EQ(text.text, u"<T>one</T> <T>2</T>"_s);
+    EXPECT_EQ(SetTagText(editor, u"T"_s, u"\r\n2"_s, 2), (TextSpan{14, 16})); // a line end of one character
+    EXPECT_EQ(text.text, u"<T>one</T> <T>\n2</T>"_s);
     EXPECT_EQ(text.undoSteps, 1);
     EXPECT_FALSE(SetTagText(editor, u"T"_s, u"3"_s, 13));
     EXPECT_FALSE(SetTagText(editor, u"T"_s, u"3"_s, 1000));
@@ -74,8 +74,12 @@ TEST_F(Tags, AreFilledAsTheLoopTells)
         const int start = texts.Number(1, int(before.size()) + 2);
         Show(before, {texts.Number(0, int(before.size())), before.size()});
         const std::optional<QString> expected = oracle::SetTagText(before, u"T"_s, filling, start);
-        ASSERT_EQ(SetTagText(editor, u"T"_s, filling, start), expected.has_value()) << before.toStdString();
+        const std::optional<TextSpan> put = SetTagText(editor, u"T"_s, filling, start);
+        ASSERT_EQ(put.has_value(), expected.has_value()) << before.toStdString();
         ASSERT_EQ(text.text, expected.value_or(before));
+        if (put) {
+            ASSERT_EQ(text.TextRange(put->start, put->end), filling);
+        }
         filled += expected.has_value();
     }
     EXPECT_GT(filled, RandomRuns / 20);
