@@ -13,10 +13,13 @@
 #include <functional>
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QEvent>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QObject>
+#include <QPoint>
 #include <QScreen>
 #include <QStyle>
 #include <QStyleOptionSlider>
@@ -32,6 +35,20 @@ namespace
 
 /// What the offscreen platform puts around each window, pixels.
 constexpr int Frame = 2;
+
+/// Counts the events of a type that reach the object whose filter it is.
+struct EventCounter : QObject {
+    EventCounter(QEvent::Type type, int &count) : m_type(type), m_count(count) {}
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        m_count += event->type() == m_type;
+        return false;
+    }
+
+private:
+    QEvent::Type m_type;
+    int &m_count;
+};
 
 /// A main window with a score, and the mouse over its text.
 struct Numbers : EditorWindow {
@@ -151,6 +168,8 @@ private Q_SLOTS:
     void TheSliderStaysOnTheScreen();
     void ASliderBeyondItsRangeIsReported();
     void OtherClicksBringUpTheMenus();
+    void MenusMayComeOnRelease();
+    void TheSliderGoesWithItsWindow();
 };
 
 void NumCtrlTest::EachKeyChangesTheNumber()
@@ -461,6 +480,50 @@ void NumCtrlTest::OtherClicksBringUpTheMenus()
     on.Press(6);
     on.Release(6, Qt::ControlModifier);
     QCOMPARE(on.MenuOfClick(), u"mnuInsert"_s);
+    QCOMPARE(on.TextNow(), u"i1 0 440 -2.5 x\n"_s);
+}
+
+void NumCtrlTest::MenusMayComeOnRelease()
+{
+    Numbers on;
+    QWidget &viewport = *on.Text().viewport();
+    int menus = 0;
+    EventCounter counter(QEvent::ContextMenu, menus);
+    viewport.installEventFilter(&counter);
+    const auto click = [&](qsizetype offset) {
+        const QPoint screen = on.window->mapToGlobal(on.Place(offset));
+        const QPoint at = viewport.mapFromGlobal(screen);
+        QMouseEvent press(QEvent::MouseButtonPress, at, screen, Qt::RightButton, Qt::RightButton, {});
+        QMouseEvent release(QEvent::MouseButtonRelease, at, screen, Qt::RightButton, Qt::NoButton, {});
+        QContextMenuEvent menu(QContextMenuEvent::Mouse, at, screen);
+        for (QEvent *event :
+             {static_cast<QEvent *>(&press), static_cast<QEvent *>(&release), static_cast<QEvent *>(&menu)})
+            QCoreApplication::sendEvent(&viewport, event);
+        QCoreApplication::processEvents();
+    };
+    bool came = false;
+    on.driver.Expect<frmNumCtrl>([&](frmNumCtrl &shown) {
+        came = true;
+        QCOMPARE(on.MenuOfClick(), QString());
+        Numbers::Close(shown);
+    });
+    click(6);
+    QVERIFY(came);
+    on.Text().SetSelection(0, 0);
+    menus = 0;
+    click(14); // a letter
+    QCOMPARE(menus, 1);
+    QCOMPARE(on.MenuOfClick(), u"mnuEdit"_s);
+}
+
+void NumCtrlTest::TheSliderGoesWithItsWindow()
+{
+    Numbers on;
+    on.Slide(5, [&](frmNumCtrl &shown, NumberSlider &slider) {
+        QTest::keyPress(&slider, Qt::Key_Up);
+        on.window->close();
+        QVERIFY(!shown.isVisible());
+    });
     QCOMPARE(on.TextNow(), u"i1 0 440 -2.5 x\n"_s);
 }
 

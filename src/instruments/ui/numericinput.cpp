@@ -76,6 +76,11 @@ bool NumericInput::eventFilter(QObject *watched, QEvent *event)
         if (watched != &m_context.text && TakeMenu(*static_cast<QContextMenuEvent *>(event)))
             return true;
         break;
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+        // Where menus come with the release, the one of the last click was held back behind it.
+        m_down = false;
+        break;
     case QEvent::MouseButtonRelease:
         if (watched != &m_context.text)
             ButtonUp(*static_cast<QMouseEvent *>(event));
