@@ -324,6 +324,7 @@ void NumCtrlTest::TheStatusLineTellsTheNewValue()
         QCOMPARE(on.Marked(), u"i1 0 |440| -2.5 x"_s);
         QTest::keyRelease(&slider, Qt::Key_PageUp);
         QCOMPARE(on.Marked(), u"i1 0 |451| -2.5 x"_s);
+        QCOMPARE(on.Status(), u"Original value: 440 - New value: 451"_s);
         QTest::keyClick(&slider, Qt::Key_Home);
         QCOMPARE(on.Marked(), u"i1 0 |512| -2.5 x"_s);
         Numbers::Close(shown);
@@ -382,6 +383,8 @@ void NumCtrlTest::TheWheelReleasesAtEachNotch()
         QWheelEvent wheel(at, slider.mapToGlobal(at), {}, {0, 120}, {}, {}, Qt::NoScrollPhase, false);
         QCoreApplication::sendEvent(&slider, &wheel);
         QCOMPARE(on.Marked(), u"i1 0 |443| -2.5 x"_s);
+        QCOMPARE(on.Status(), u"Original value: 440 - New value: 443"_s);
+        QCOMPARE(slider.accessibleDescription(), on.Status());
         Numbers::Close(shown);
     });
 }
@@ -399,6 +402,7 @@ void NumCtrlTest::ControlSnaps()
         QTest::keyRelease(&slider, Qt::Key_Down);
         QCOMPARE(on.Marked(), u"i1 0 |3|"_s);
         QCOMPARE(slider.value(), -3000);
+        QCOMPARE(on.Status(), u"Original value: 3.35 - New value: 3"_s);
         Numbers::Close(shown);
     });
 }

@@ -19,6 +19,7 @@
 #include <QPoint>
 #include <QRect>
 #include <QScopeGuard>
+#include <QSignalBlocker>
 #include <QString>
 #include <QStyle>
 #include <QStyleOptionFrame>
@@ -67,10 +68,7 @@ frmNumCtrl::frmNumCtrl(EditorContext &editor, const DocumentSteps &steps, TextCo
     slNum->setValue(m_setup.value);
     slNum->setProperty("Tag", text.SelectedText());
     slNum->setMinimumHeight(LinesHigh * fontMetrics().lineSpacing());
-    connect(slNum, &QSlider::valueChanged, this, [this] {
-        m_moved = true;
-        ShowStatus();
-    });
+    connect(slNum, &QSlider::valueChanged, this, &frmNumCtrl::Move);
     connect(slNum, &NumberSlider::Released, this,
             [this] { Guarded(m_editor.desktop, [this] { Release(); }); });
     auto *all = new QVBoxLayout(this);
@@ -85,14 +83,15 @@ frmNumCtrl::frmNumCtrl(EditorContext &editor, const DocumentSteps &steps, TextCo
     move(OnScreen(QRect(at, size()), UsableScreens()).topLeft());
 }
 
-double frmNumCtrl::Number() const
+void frmNumCtrl::Move()
 {
-    return NumberOfSlider(m_setup.fine, slNum->value(), m_editor.desktop.IsKeyDown(KeyCode::Ctrl));
+    m_moved = true;
+    const bool whole = m_editor.desktop.IsKeyDown(KeyCode::Ctrl);
+    ShowStatus(SliderStatus(m_text.SelectedText(), NumberOfSlider(m_setup.fine, slNum->value(), whole)));
 }
 
-void frmNumCtrl::ShowStatus()
+void frmNumCtrl::ShowStatus(const QString &status)
 {
-    const QString status = SliderStatus(m_text.SelectedText(), Number());
     m_editor.status.Show(status);
     slNum->setAccessibleDescription(status);
 }
@@ -101,13 +100,22 @@ void frmNumCtrl::Release()
 {
     if (!m_moved)
         return;
-    const double number = Number();
-    if (m_setup.fine && m_editor.desktop.IsKeyDown(KeyCode::Ctrl))
-        slNum->setValue(SnappedSliderValue(slNum->value()));
     m_moved = false;
-    m_text.BeginCommand();
-    const auto end = qScopeGuard([this] { m_text.EndCommand(); });
-    ReplaceNumber(m_editor, m_steps, NumberText(number));
+    // Asked for once: the key may come up meanwhile.
+    const bool whole = m_editor.desktop.IsKeyDown(KeyCode::Ctrl);
+    const double number = NumberOfSlider(m_setup.fine, slNum->value(), whole);
+    const QString status = SliderStatus(m_text.SelectedText(), number);
+    {
+        m_text.BeginCommand();
+        const auto end = qScopeGuard([this] { m_text.EndCommand(); });
+        ReplaceNumber(m_editor, m_steps, NumberText(number));
+    }
+    if (m_setup.fine && whole) {
+        const QSignalBlocker quiet(slNum); // not a move of the user's
+        slNum->setValue(SnappedSliderValue(slNum->value()));
+    }
+    // Selecting the number has told of its length; the wheel moves and lets go in one.
+    ShowStatus(status);
 }
 
 void frmNumCtrl::paintEvent(QPaintEvent *)

@@ -7,6 +7,7 @@
 
 class QPaintEvent;
 class QPoint;
+class QString;
 class QWidget;
 
 namespace zelvane
@@ -34,8 +35,8 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    double Number() const;
-    void ShowStatus();
+    void Move();
+    void ShowStatus(const QString &status);
     /// The user has let the slider go: by the mouse, a key or the wheel.
     void Release();
 
