@@ -116,6 +116,13 @@ void PMappingTest::TheDialogHasItsFields()
         on.Key(Qt::Key_Down);
         on.Key(Qt::Key_Down);
         QCOMPARE(on.Number().text(), u"1"_s);
+        const std::pair<QString, QString> steps[] = {
+            {u"32766"_s, u"32767"_s}, {u"32767"_s, u"32767"_s}, {u"abc"_s, u"1"_s}, {QString(), u"1"_s}};
+        for (const auto &[text, up] : steps) {
+            on.Type(text);
+            on.Key(Qt::Key_Up);
+            QCOMPARE(on.Number().text(), up);
+        }
         on.Key(Qt::Key_Escape);
     });
 }
