@@ -56,6 +56,14 @@ double Edited(double value, NumericMode mode, double random)
     return value;
 }
 
+/// Puts a number in place of the selection, and selects it.
+void PutNumber(TextBuffer &text, const QString &number)
+{
+    const qsizetype start = text.Selection().start;
+    text.ReplaceSelection(number);
+    text.SetSelection(start, start + number.size());
+}
+
 } // namespace
 
 TextSpan NumberAround(const TextBuffer &text, qsizetype offset)
@@ -102,21 +110,17 @@ void NumericEditing(EditorContext &editor, NumericMode mode, double random)
     TextBuffer &text = editor.text;
     SelectNumber(text);
     const std::optional<QString> edited = EditedNumber(text.SelectedText(), mode, random);
-    if (!edited)
-        return;
-    const qsizetype start = text.Selection().start;
-    text.ReplaceSelection(*edited);
-    text.SetSelection(start, start + edited->size());
+    if (edited)
+        PutNumber(text, *edited);
 }
 
 void ReplaceNumber(EditorContext &editor, const DocumentSteps &steps, const QString &number)
 {
     TextBuffer &text = editor.text;
-    const qsizetype start = text.Selection().start;
-    const qsizetype end = start + number.size();
-    text.ReplaceSelection(number);
-    text.SetSelection(start, end);
-    steps.colour->HighlightInserted(start, end);
+    PutNumber(text, number);
+    // With its line: the number may be part of a longer word.
+    const TextSpan put = text.Selection();
+    steps.colour->HighlightInserted(GetLineStart(text, put.start), GetLineEnd(text, put.end));
 }
 
 } // namespace zelvane

@@ -37,7 +37,7 @@ std::optional<QString> EditedNumber(QStringView number, NumericMode mode, double
 /// @param random as above
 void NumericEditing(EditorContext &editor, NumericMode mode, double random);
 
-/// Puts a number in place of the selection, colours and selects it.
+/// Puts a number in place of the selection, selects it and colours its line.
 void ReplaceNumber(EditorContext &editor, const DocumentSteps &steps, const QString &number);
 
 } // namespace zelvane

@@ -92,8 +92,9 @@ void Highlighter::HighlightInserted(qsizetype start, qsizetype end)
     if (kind == FileKind::Unified)
         runs = ScanUnified(m_editor.text.Text(), m_opcodes);
     else if (kind == FileKind::Orchestra || kind == FileKind::Score)
-        // What a scan had found when it ran off the text is what there is to colour.
-        runs = ScanRange(m_editor.text.Text(), start, end,
+        // From the text's start: what is open in front of the stretch makes it what it is. What a scan had
+        // found when it ran off the text is what there is to colour.
+        runs = ScanRange(m_editor.text.Text(), 0, end,
                          kind == FileKind::Score ? ScanMode::Score : ScanMode::Orchestra, m_opcodes)
                    .runs;
     // What begins before, or reaches beyond, is not the inserted text's.

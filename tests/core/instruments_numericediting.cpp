@@ -7,6 +7,7 @@
 #include "shell/documentsteps.h"
 #include "support/printers.h"
 #include "support/randomtext.h"
+#include "support/recordedcolour.h"
 #include "support/testcontext.h"
 
 #include <cmath>
@@ -50,11 +51,6 @@ struct Numeric : testing::Test, TestContext {
         QString shown = text.text;
         return shown.insert(selected.end, u'|').insert(selected.start, u'|');
     }
-};
-
-struct RecordedColour : ColourStep {
-    std::vector<TextSpan> inserted;
-    void HighlightInserted(qsizetype start, qsizetype end) override { inserted.push_back({start, end}); }
 };
 
 } // namespace
@@ -169,13 +165,13 @@ TEST_F(Numeric, ANumberTakesThePlaceOfTheSelection)
     DocumentSteps steps;
     RecordedColour colour;
     steps.colour.Take(colour);
-    text.SetText(u"i1 0 440 7"_s);
-    text.SetSelection(5, 8);
+    text.SetText(u"a\ni1 0 440 7\nb"_s);
+    text.SetSelection(7, 10);
     text.EmptyUndoBuffer();
     ReplaceNumber(editor, steps, u"1.25"_s);
-    EXPECT_EQ(text.text, u"i1 0 1.25 7"_s);
-    EXPECT_EQ(text.Selection(), (TextSpan{5, 9}));
-    EXPECT_EQ(colour.inserted, (std::vector<TextSpan>{{5, 9}}));
+    EXPECT_EQ(text.text, u"a\ni1 0 1.25 7\nb"_s);
+    EXPECT_EQ(text.Selection(), (TextSpan{7, 11}));
+    EXPECT_EQ(colour.inserted, (std::vector<TextSpan>{{2, 13}}));
     EXPECT_EQ(text.undoSteps, 1);
 }
 

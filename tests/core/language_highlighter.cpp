@@ -151,7 +151,7 @@ TEST_F(Highlighting, ACommentReachesBeyondTheRange)
     EXPECT_EQ(Styles(), "001111113333");
 }
 
-TEST_F(Highlighting, InsertedTextIsColouredForItself)
+TEST_F(Highlighting, InsertedTextIsColouredForItsPlace)
 {
     const auto inserted = [this](const QString &text, FileKind kind, qsizetype start, qsizetype end) {
         Open(text, kind);
@@ -166,7 +166,9 @@ TEST_F(Highlighting, InsertedTextIsColouredForItself)
     EXPECT_EQ(inserted(u"out out out "_s, FileKind::Orchestra, 4, 4), "333333333333");
     EXPECT_EQ(inserted(u"x ; out\nout "_s, FileKind::Orchestra, 0, 4), "001133333333") << "no further";
     EXPECT_EQ(inserted(u"x out $abc"_s, FileKind::Orchestra, 0, 10), "0022200000") << "and no failure";
-    // In a unified file the place decides: the first word lies in no section.
+    EXPECT_EQ(inserted(u"; x out\nout "_s, FileKind::Orchestra, 4, 8), "333311113333") << "in a comment";
+    EXPECT_EQ(inserted(u"/*\nout */"_s, FileKind::Score, 3, 6), "333111333") << "of an earlier line";
+    // In a unified file the first word lies in no section.
     const QString unified = u"out <CsInstruments>out x</CsInstruments><CsScore>out x</CsScore>"_s;
     const qsizetype orchestra = unified.indexOf(u"out x"_s);
     const qsizetype score = unified.lastIndexOf(u"out x"_s);

@@ -12,6 +12,7 @@
 
 #include <functional>
 #include <QApplication>
+#include <QByteArray>
 #include <QContextMenuEvent>
 #include <QEvent>
 #include <QKeyEvent>
@@ -25,6 +26,8 @@
 #include <QStyleOptionSlider>
 #include <QWheelEvent>
 #include <QWindow>
+#include <tuple>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace zelvane;
@@ -162,6 +165,7 @@ private Q_SLOTS:
     void EachReleaseIsOneStepOfUndo();
     void TheMouseDragsUpward();
     void TheWheelReleasesAtEachNotch();
+    void TheNumberKeepsItsColour();
     void ControlSnaps();
     void AReleaseWithoutAMoveChangesNothing();
     void AClosedSliderChangesNothing();
@@ -387,6 +391,33 @@ void NumCtrlTest::TheWheelReleasesAtEachNotch()
         QCOMPARE(slider.accessibleDescription(), on.Status());
         Numbers::Close(shown);
     });
+}
+
+void NumCtrlTest::TheNumberKeepsItsColour()
+{
+    const QByteArray score = "; amp 440\n/*\n550 */\ni1 0 660\n";
+    for (const auto &[name, text] : {std::pair(u"song.sco"_s, score),
+                                     {u"song.orc"_s, score},
+                                     {u"song.csd"_s, "<CsScore>\n" + score + "</CsScore>\n"}}) {
+        Numbers on;
+        on.Open({on.WriteFile(name, text)});
+        on.Text().setFocus();
+        for (const auto &[number, slid, style] : {std::tuple(u"440"_s, u"441"_s, StyleClass::Comment),
+                                                  {u"550"_s, u"551"_s, StyleClass::Comment},
+                                                  {u"660"_s, u"661"_s, StyleClass::Text}}) {
+            const qsizetype at = on.TextNow().indexOf(number);
+            on.Text().SetSelection(at, at);
+            on.Slide(at, [&](frmNumCtrl &shown, NumberSlider &slider) {
+                QTest::keyClick(&slider, Qt::Key_Up);
+                Numbers::Close(shown);
+            });
+            QCOMPARE(on.Text().SelectedText(), slid);
+            QCOMPARE(on.Text().StyleAt(at), style);
+            QCOMPARE(on.Text().StyleAt(at + 2), style);
+            on.Alt(Qt::Key_Up);
+            QCOMPARE(on.Text().StyleAt(at), style);
+        }
+    }
 }
 
 void NumCtrlTest::ControlSnaps()
