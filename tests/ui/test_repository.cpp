@@ -178,6 +178,7 @@ private Q_SLOTS:
     void TheLabelStaysWhileAnotherWindowIsUsed();
     void ATakenNameIsAskedAbout();
     void AFragmentIsRenamed();
+    void ARenameKeepsWhatAnotherEditorChanged();
     void AFragmentIsSaved();
     void AFragmentIsSavedInAnotherFile();
     void AFragmentIsDeletedWithItsGroups();
@@ -519,6 +520,45 @@ void RepositoryTest::AFragmentIsRenamed()
         QCOMPARE(on.FocusName(), u"lvwCodeRes"_s);
         on.Key(Qt::Key_Escape);
     });
+}
+
+void RepositoryTest::ARenameKeepsWhatAnotherEditorChanged()
+{
+    Browsing on;
+    const auto rename = [&](const QString &name) {
+        on.Tree().setFocus();
+        on.Key(Qt::Key_F2);
+        QVERIFY(on.Labelling());
+        on.Type(name);
+        on.Key(Qt::Key_Return);
+        QVERIFY(on.Labelled());
+        QTRY_COMPARE(on.dialog->windowTitle(), u"Code Repository - "_s + name);
+    };
+    on.Show([&] {
+        on.GoTo(u"tab"_s);
+        on.WriteFile(u"shared.csr"_s, "[tab]\nCode=theirs\n");
+        rename(u"shown anew"_s);
+        QCOMPARE(on.Code().toPlainText(), u"theirs"_s);
+        QVERIFY(!on.Tool(u"save"_s).isEnabled());
+
+        // A page with changes of its own stays, and does not go over the others' unasked.
+        on.Author().setFocus();
+        on.Type(u"me"_s);
+        on.WriteFile(u"shared.csr"_s, "[shown anew]\nCode=theirs again\n");
+        rename(u"mine"_s);
+        QCOMPARE(on.Author().text(), u"me"_s);
+        on.ExpectReplace(u"mine"_s, BoxAnswer::Yes);
+        on.desktop.ExpectMessage(
+            {.text = u"'mine' has been changed elsewhere since it was read.\n\nSave all the same?"_s,
+             .icon = BoxIcon::Warning,
+             .buttons = BoxButtons::YesNo,
+             .defaultAnswer = BoxAnswer::No},
+            BoxAnswer::No);
+        on.Ctrl('S');
+        on.ExpectLeaving(u"mine"_s, BoxAnswer::No);
+        on.Key(Qt::Key_Escape);
+    });
+    QCOMPARE(on.Bytes(u"shared.csr"_s), "[mine]\nCode=theirs again\n"_ba);
 }
 
 void RepositoryTest::AFragmentIsSaved()

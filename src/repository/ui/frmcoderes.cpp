@@ -636,9 +636,16 @@ void frmCodeRes::LabelEnded(QTreeWidgetItem *item, const QString &typed)
     if (m_shown == item) {
         // What the page shows is not saved with the name.
         const StoredFragment now = m_repository.Read(ShownPlace());
-        m_read.entries = now.entries;
-        m_read.cut = now.cut;
+        ProfileEntries moved = m_read.entries;
+        CutSection(moved);
         setWindowTitle(u"Code Repository - "_s + name);
+        if (now.entries == moved) {
+            m_read.entries = now.entries;
+            m_read.cut = now.cut;
+        } else if (!IsUnsaved()) {
+            ShowCurrent(); // another editor has changed it
+        }
+        // Otherwise the next save asks.
     }
 }
 
