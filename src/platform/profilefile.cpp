@@ -614,8 +614,11 @@ void ProfileFile::MoveSection(QStringView section, QStringView name,
         std::optional<ProfileEntries> entries = SectionEntries(bytes, section, spelling);
         if (!entries)
             return bytes;
+        const ProfileEntries before = *entries;
         if (change)
             change(*entries);
+        if (section == name && *entries == before)
+            return bytes;
         const QByteArray without = WithoutSection(bytes, section, spelling);
         return WithSection(WithoutSection(without, name, spelling), name, *entries, spelling);
     });

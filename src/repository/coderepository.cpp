@@ -52,6 +52,21 @@ ProfileEntries EntriesOf(const FragmentFields &fields)
             {u"Category"_s, OneLine(fields.category)}};
 }
 
+/// A write found other entries than those that it was meant for.
+struct ChangedElsewhere {
+};
+
+/// Puts a condition into a step of writes: nothing of it is written, and ChangedElsewhere is thrown, where
+/// the section is there at that moment and holds anything else. @param expected no value: no such section
+void Expect(ProfileFile &file, const QString &section, const std::optional<ProfileEntries> &expected)
+{
+    // Moved to where it is, it stays; but what it holds is looked at under the file's lock.
+    file.MoveSection(section, section, [expected](ProfileEntries &entries) {
+        if (entries != expected)
+            throw ChangedElsewhere();
+    });
+}
+
 constexpr QLatin1String AddFailed("Error adding code fragment.");
 
 QString LoginName(const Desktop &desktop)
@@ -93,54 +108,79 @@ FragmentFields CodeRepository::NewFragment(const QString &code) const
 StoredFragment CodeRepository::Read(const FragmentPlace &place) const
 {
     const ProfileFile file = Opened(place.file);
+    // All is taken from one reading: another editor may write at any time.
     StoredFragment read{.entries = file.Entries(place.name)};
     read.found = !read.entries.empty() || file.SectionNames().contains(place.name, Qt::CaseInsensitive);
-    const auto value = [&](QStringView key, const QString &missing = {}) {
-        const QString whole = file.Value(place.name, key).value_or(missing);
-        read.cut |= whole.size() > ReadLimit;
-        return whole.left(ReadLimit);
+    const auto value = [&](QLatin1String key, const QString &missing = {}) {
+        for (const auto &[name, whole] : read.entries) {
+            if (name.compare(key, Qt::CaseInsensitive) != 0)
+                continue;
+            read.cut |= whole.size() > ReadLimit;
+            return whole.left(ReadLimit);
+        }
+        return missing;
     };
-    read.fields.code = UnescapeFragment(value(u"Code"));
-    read.fields.author = value(u"Author");
-    read.fields.comments = UnescapeFragment(value(u"Comments"));
-    read.fields.category = value(u"Category", u"General"_s);
+    read.fields.code = UnescapeFragment(value("Code"_L1));
+    read.fields.author = value("Author"_L1);
+    read.fields.comments = UnescapeFragment(value("Comments"_L1));
+    read.fields.category = value("Category"_L1, u"General"_s);
     return read;
 }
 
 FragmentWrite CodeRepository::Add(const FragmentPlace &place, const FragmentFields &fields)
 {
-    if (!MayReplace(place))
-        return FragmentWrite::Declined;
-    try {
-        Opened(place.file).SetValues(place.name, EntriesOf(fields));
-    } catch (const RunTimeError &) {
-        ShowError(AddFailed);
-        return FragmentWrite::Failed;
+    for (std::optional<ProfileEntries> replaced;;) {
+        if (!MayReplace(place, replaced))
+            return FragmentWrite::Declined;
+        try {
+            ProfileFile file = Opened(place.file);
+            file.InOneStep([&] {
+                Expect(file, place.name, replaced);
+                file.SetValues(place.name, EntriesOf(fields));
+            });
+            return FragmentWrite::Done;
+        } catch (const ChangedElsewhere &) {
+            continue;
+        } catch (const RunTimeError &) {
+            ShowError(AddFailed);
+            return FragmentWrite::Failed;
+        }
     }
-    return FragmentWrite::Done;
 }
 
 FragmentWrite CodeRepository::Rename(const FragmentPlace &place, const QString &name)
 {
-    ProfileFile file = Opened(place.file);
-    ProfileEntries entries = file.Entries(place.name);
-    if (const qsizetype lost = CutSection(entries);
-        lost > 0 &&
-        !Ask(u"'%1' is longer than %2 characters. Under another name its last %3 characters would be "
-             "lost.\n\nRename it all the same?"_s.arg(place.name)
-                 .arg(ReadLimit)
-                 .arg(lost)))
-        return FragmentWrite::Declined;
-    if (!IsSameSection(place.name, name) && !MayReplace({.file = place.file, .name = name}))
-        return FragmentWrite::Declined;
-    try {
-        if (file.SectionNames().contains(place.name, Qt::CaseInsensitive)) {
-            file.MoveSection(place.name, name, [](ProfileEntries &moved) { CutSection(moved); });
+    std::optional<ProfileEntries> replaced;
+    for (std::optional<ProfileEntries> asked;;) {
+        const StoredFragment now = Read(place);
+        ProfileEntries entries = now.entries;
+        if (const qsizetype lost = CutSection(entries);
+            lost > 0 && asked != now.entries &&
+            !Ask(u"'%1' is longer than %2 characters. Under another name its last %3 characters would be "
+                 "lost.\n\nRename it all the same?"_s.arg(place.name)
+                     .arg(ReadLimit)
+                     .arg(lost)))
+            return FragmentWrite::Declined;
+        asked = now.entries;
+        const bool sameSection = IsSameSection(place.name, name);
+        if (!sameSection && !MayReplace({.file = place.file, .name = name}, replaced))
+            return FragmentWrite::Declined;
+        if (!now.found)
+            break; // another editor has deleted it, or given it another name
+        try {
+            ProfileFile file = Opened(place.file);
+            file.InOneStep([&] {
+                Expect(file, place.name, asked);
+                if (!sameSection)
+                    Expect(file, name, replaced);
+                file.MoveSection(place.name, name, [](ProfileEntries &moved) { CutSection(moved); });
+            });
             return FragmentWrite::Done;
+        } catch (const ChangedElsewhere &) {
+            continue;
+        } catch (const RunTimeError &) {
+            break; // the file is as it was
         }
-        // Another editor has deleted it, or given it another name.
-    } catch (const RunTimeError &) {
-        // The file is as it was.
     }
     ShowError(AddFailed);
     return FragmentWrite::Failed;
@@ -190,16 +230,25 @@ FragmentWrite CodeRepository::Delete(const FragmentPlace &place, const StoredFra
     if (m_editor.desktop.MessageBox({.text = u"Delete '"_s + place.name + u"' item?"_s,
                                      .icon = BoxIcon::Question,
                                      .buttons = BoxButtons::YesNo,
-                                     .defaultAnswer = BoxAnswer::No}) != BoxAnswer::Yes ||
-        !MayTouch(place, shown, u"Delete it all the same?"_s))
+                                     .defaultAnswer = BoxAnswer::No}) != BoxAnswer::Yes)
         return FragmentWrite::Declined;
-    try {
-        Opened(place.file).RemoveSection(place.name);
-    } catch (const RunTimeError &) {
-        ShowError(u"Cannot delete '"_s + place.name + u"' item."_s);
-        return FragmentWrite::Failed;
+    for (ProfileEntries seen = shown.entries;;) {
+        if (!MayTouch(place, seen, u"Delete it all the same?"_s))
+            return FragmentWrite::Declined;
+        try {
+            ProfileFile file = Opened(place.file);
+            file.InOneStep([&] {
+                Expect(file, place.name, seen);
+                file.RemoveSection(place.name);
+            });
+            return FragmentWrite::Done;
+        } catch (const ChangedElsewhere &) {
+            continue;
+        } catch (const RunTimeError &) {
+            ShowError(u"Cannot delete '"_s + place.name + u"' item."_s);
+            return FragmentWrite::Failed;
+        }
     }
-    return FragmentWrite::Done;
 }
 
 std::optional<qsizetype> CodeRepository::Find(const QStringList &names) const
@@ -229,11 +278,10 @@ bool CodeRepository::Ask(const QString &question) const
                                         .defaultAnswer = BoxAnswer::No}) == BoxAnswer::Yes;
 }
 
-bool CodeRepository::MayTouch(const FragmentPlace &place, const StoredFragment &shown,
-                              const QString &what) const
+bool CodeRepository::MayTouch(const FragmentPlace &place, ProfileEntries &seen, const QString &what) const
 {
     // The question may stand for long: what is written meanwhile is asked about too.
-    for (ProfileEntries seen = shown.entries;;) {
+    for (;;) {
         StoredFragment now = Read(place);
         if (!now.found || now.entries == seen)
             return true;
@@ -243,10 +291,18 @@ bool CodeRepository::MayTouch(const FragmentPlace &place, const StoredFragment &
     }
 }
 
-bool CodeRepository::MayReplace(const FragmentPlace &place) const
+bool CodeRepository::MayReplace(const FragmentPlace &place, std::optional<ProfileEntries> &replaced) const
 {
-    return !Opened(place.file).SectionNames().contains(place.name, Qt::CaseInsensitive) ||
-           Ask(u"'%1' is in %2 already.\n\nReplace it?"_s.arg(place.name, BareName(place.file)));
+    StoredFragment now = Read(place);
+    if (!now.found) {
+        replaced.reset();
+        return true;
+    }
+    if (now.entries != replaced &&
+        !Ask(u"'%1' is in %2 already.\n\nReplace it?"_s.arg(place.name, BareName(place.file))))
+        return false;
+    replaced = std::move(now.entries);
+    return true;
 }
 
 FragmentWrite CodeRepository::Write(const FragmentPlace &place, const StoredFragment &shown,
@@ -258,17 +314,27 @@ FragmentWrite CodeRepository::Write(const FragmentPlace &place, const StoredFrag
             "it all the same?"_s.arg(place.name)
                 .arg(ReadLimit)))
         return FragmentWrite::Declined;
-    if (QFileInfo(target) == QFileInfo(place.file) && !MayTouch(place, shown, u"Save all the same?"_s))
-        return FragmentWrite::Declined;
-    try {
-        Opened(target).SetValues(place.name, EntriesOf(fields));
-    } catch (const RunTimeError &) {
-        ShowError(u"Error while saving '"_s + place.name + u"'. Check if "_s + BareName(target) +
-                  u" is around 64K. In that case you'll have to rename it to something different. "_s +
-                  ApplicationTitle() + u" will create another file."_s);
-        return FragmentWrite::Failed;
+    const bool own = QFileInfo(target) == QFileInfo(place.file);
+    for (ProfileEntries seen = shown.entries;;) {
+        if (own && !MayTouch(place, seen, u"Save all the same?"_s))
+            return FragmentWrite::Declined;
+        try {
+            ProfileFile file = Opened(target);
+            file.InOneStep([&] {
+                if (own)
+                    Expect(file, place.name, seen);
+                file.SetValues(place.name, EntriesOf(fields));
+            });
+            return FragmentWrite::Done;
+        } catch (const ChangedElsewhere &) {
+            continue;
+        } catch (const RunTimeError &) {
+            ShowError(u"Error while saving '"_s + place.name + u"'. Check if "_s + BareName(target) +
+                      u" is around 64K. In that case you'll have to rename it to something different. "_s +
+                      ApplicationTitle() + u" will create another file."_s);
+            return FragmentWrite::Failed;
+        }
     }
-    return FragmentWrite::Done;
 }
 
 void CodeRepository::ShowError(const QString &text) const

@@ -83,8 +83,11 @@ public:
 private:
     bool Ask(const QString &question) const;
     /// Whether a fragment may be written over or deleted that is no longer what was shown.
-    bool MayTouch(const FragmentPlace &place, const StoredFragment &shown, const QString &what) const;
-    bool MayReplace(const FragmentPlace &place) const;
+    /// @param seen its entries that the user knows of
+    bool MayTouch(const FragmentPlace &place, ProfileEntries &seen, const QString &what) const;
+    /// Whether a fragment may come to a place. @param replaced the entries there that the user gives up; no
+    /// value where there is no fragment
+    bool MayReplace(const FragmentPlace &place, std::optional<ProfileEntries> &replaced) const;
     FragmentWrite Write(const FragmentPlace &place, const StoredFragment &shown, const FragmentFields &fields,
                         const QString &target);
     void ShowError(const QString &text) const;

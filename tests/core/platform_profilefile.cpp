@@ -985,7 +985,7 @@ TEST_F(Profile, APlainFileIsAListOfListsToo)
             break;
         case 1:
             writer.MoveSection(section, other);
-            if (found != model.end()) {
+            if (found != model.end() && section != other) {
                 const Pairs moved = found->second;
                 model.erase(found);
                 if (const auto replaced = find(other); replaced != model.end())
@@ -1024,6 +1024,10 @@ TEST_F(Profile, AMovedSectionIsTheLastUnderItsNewName)
     EXPECT_EQ(cut.Replaced("settings"), 1);
     file.MoveSection(u"none", u"b");
     EXPECT_EQ(Content(), "; mine\n\n[b]\nk=1\nl=3\n"_ba);
+    Put("[b]\nk=1\nl=3\n; mine\n[c]\nx=1\n");
+    file.MoveSection(u"b", u"b");
+    EXPECT_EQ(Content(), "[b]\nk=1\nl=3\n; mine\n[c]\nx=1\n"_ba) << "it has the name already";
+    Put("; mine\n\n[b]\nk=1\nl=3\n");
     file.MoveSection(u"b", u"B", [](ProfileEntries &entries) { entries.pop_back(); });
     EXPECT_EQ(Content(), "; mine\n\n[B]\nk=1\n"_ba);
 }

@@ -613,6 +613,45 @@ TEST_F(Repository, TwoEditorsOnOneFileLoseNothing)
     }
 }
 
+TEST_F(Repository, TwoEditorsOnOneFragmentWriteNothingOver)
+{
+    // Saves, unless another editor was first.
+    struct HastyUser : ScriptedDesktop {
+        BoxAnswer MessageBox(const MessageBoxRequest &request) override
+        {
+            return request.text.startsWith(u"Save changes") ? BoxAnswer::Yes : BoxAnswer::No;
+        }
+    };
+    WriteFile(u"mine.csr"_s, "[count]\nCode=0\n[other]\nCode=1\n");
+    std::vector<pid_t> children;
+    const QStringList users{u"first"_s, u"second"_s};
+    for (const QString &name : users) {
+        children.push_back(StartChild([&] {
+            HastyUser user;
+            EditorContext own{document, text, settings, user, status, windows, operations};
+            CodeRepository fragments(own, folder.path());
+            int saved = 0;
+            for (int i = 0; i < 150; ++i) {
+                const StoredFragment shown = fragments.Read(Place(u"count"_s));
+                FragmentFields fields = shown.fields;
+                fields.code = QString::number(fields.code.toInt() + 1);
+                if (fragments.SaveBeforeLeaving(Place(u"count"_s), shown, fields) == FragmentWrite::Done)
+                    ++saved;
+            }
+            EXPECT_EQ(fragments.Add(Place(u"told"_s, name + u".csr"_s), {.code = QString::number(saved)}),
+                      FragmentWrite::Done);
+        }));
+    }
+    for (const pid_t child : children)
+        EXPECT_TRUE(ChildSucceeded(child));
+    int saved = 0;
+    for (const QString &name : users)
+        saved += repository.Read(Place(u"told"_s, name + u".csr"_s)).fields.code.toInt();
+    EXPECT_GT(saved, 0);
+    EXPECT_EQ(repository.Read(Place(u"count"_s)).fields.code.toInt(), saved);
+    EXPECT_TRUE(BytesOf(Path(u"mine.csr"_s)).startsWith("[count]\n")) << "it stays where it was";
+}
+
 TEST_F(Repository, AFragmentIsFoundByItsName)
 {
     const QString prompt =
