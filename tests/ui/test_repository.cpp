@@ -10,6 +10,7 @@
 
 #include <functional>
 #include <QAction>
+#include <QApplication>
 #include <QComboBox>
 #include <QElapsedTimer>
 #include <QFile>
@@ -177,6 +178,9 @@ private Q_SLOTS:
     void ANewFragmentWithoutANameGoes();
     void TheLabelStaysWhileAnotherWindowIsUsed();
     void ATakenNameIsAskedAbout();
+    void ADeclinedNameStopsTheCommand();
+    void TheEndOfTheProgramAsksForNoName();
+    void CommandsDuringANewNameLeaveTheOthersAlone();
     void AFragmentIsRenamed();
     void ARenameKeepsWhatAnotherEditorChanged();
     void AFragmentIsSaved();
@@ -477,6 +481,89 @@ void RepositoryTest::ATakenNameIsAskedAbout()
         on.Key(Qt::Key_Escape);
     });
     QVERIFY(on.Bytes(u"jo.csr"_s).startsWith("[Mine]\nCode=abc def\n"));
+}
+
+void RepositoryTest::ADeclinedNameStopsTheCommand()
+{
+    Browsing on;
+    on.WriteFile(u"jo.csr"_s, "[Mine]\nCode=old\n");
+    on.Add([&] {
+        QVERIFY(on.Labelling());
+        on.Type(u"mine"_s);
+        const QStringList rows = on.Rows();
+        const std::function<void()> commands[] = {
+            [&] { on.Ctrl('S'); },
+            [&] { on.Tool(u"save"_s).trigger(); },
+            [&] { on.Tool(u"delete"_s).trigger(); },
+            [&] { on.Tool(u"rename"_s).trigger(); },
+            [&] { on.Tool(u"sort"_s).trigger(); },
+            [&] { on.Tool(u"find"_s).trigger(); },
+            [&] { on.Tool(u"new"_s).trigger(); },
+            [&] { on.dialog->findChild<QMenu *>(u"mnuShow"_s)->actions()[2]->trigger(); },
+            [&] { on.InsertButton().click(); },
+            [&] { on.dialog->findChild<QPushButton *>(u"bCancel"_s)->click(); },
+            [&] { on.dialog->close(); },
+        };
+        for (const auto &command : commands) {
+            on.desktop.ExpectMessage({.text = u"'mine' is in jo.csr already.\n\nReplace it?"_s,
+                                      .icon = BoxIcon::Warning,
+                                      .buttons = BoxButtons::YesNo,
+                                      .defaultAnswer = BoxAnswer::No},
+                                     BoxAnswer::No);
+            command();
+            on.desktop.CheckAllCame(); // and once only
+            QVERIFY(on.Labelling());
+            QCOMPARE(static_cast<QLineEdit *>(on.Focus())->text(), u"mine"_s);
+            QCOMPARE(on.Rows(), rows);
+            QVERIFY(on.dialog->isVisible());
+            QCOMPARE(on.Code().toPlainText(), u"abc def\n"_s);
+            QVERIFY(on.dialog->findChild<QMenu *>(u"mnuShow"_s)->actions()[0]->isChecked());
+        }
+        on.Type(u"mine too"_s);
+        on.Key(Qt::Key_Return);
+        QVERIFY(on.Labelled());
+        QTRY_COMPARE(on.Current(), u"mine too"_s);
+        on.Key(Qt::Key_Escape);
+    });
+    QVERIFY(on.Bytes(u"jo.csr"_s).startsWith("[Mine]\nCode=old\n\n[mine too]\nCode=abc def\n"));
+}
+
+void RepositoryTest::TheEndOfTheProgramAsksForNoName()
+{
+    Browsing on;
+    on.WriteFile(u"jo.csr"_s, "[Mine]\nCode=old\n");
+    on.Add([&] {
+        QVERIFY(on.Labelling());
+        on.Type(u"mine"_s);
+        on.dialog->done(QDialog::Rejected);
+    });
+    QCOMPARE(on.Bytes(u"jo.csr"_s), "[Mine]\nCode=old\n"_ba);
+}
+
+void RepositoryTest::CommandsDuringANewNameLeaveTheOthersAlone()
+{
+    Browsing on;
+    on.Show([&] {
+        for (const QString &tool : {u"save"_s, u"delete"_s}) {
+            on.Ctrl('N');
+            QVERIFY(on.Labelling());
+            on.Tool(tool).trigger();
+            QCOMPARE(on.Rows().size(), 4);
+        }
+        on.Ctrl('N');
+        QVERIFY(on.Labelling());
+        on.InsertButton().click();
+        QCOMPARE(on.Rows().size(), 4);
+        QVERIFY(on.dialog->isVisible());
+        on.Ctrl('N');
+        QVERIFY(on.Labelling());
+        on.Type(u"named"_s);
+        on.Ctrl('S');
+        QCOMPARE(on.Current(), u"named"_s);
+        on.Key(Qt::Key_Escape);
+    });
+    QCOMPARE(on.Bytes(u"shared.csr"_s), Shared);
+    QVERIFY(on.Bytes(u"jo.csr"_s).startsWith("[named]\n"));
 }
 
 void RepositoryTest::AFragmentIsRenamed()

@@ -143,7 +143,7 @@ QAction *frmCodeRes::AddTool(const QString &key, const QString &text, const QStr
     QAction *tool = tlbCodeRes->addAction(Icons::Load(key), text);
     tool->setObjectName(u"tlbCodeRes_"_s + key);
     tool->setToolTip(tip);
-    connect(tool, &QAction::triggered, this, [this, work] { Run(work); });
+    connect(tool, &QAction::triggered, this, work);
     QWidget *face = Named(tlbCodeRes->widgetForAction(tool), tool->objectName());
     face->setFocusPolicy(Qt::TabFocus);
     return tool;
@@ -154,19 +154,23 @@ void frmCodeRes::MakeToolbar()
     tlbCodeRes->setIconSize(IconSize);
     tlbCodeRes->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     AddTool(u"new"_s, u"New"_s, u"New fragment (Ctrl+N)"_s, [this] {
-        New({});
+        Run([this] { New({}); });
     })->setShortcut(QKeySequence(u"Ctrl+N"_s));
-    m_save = AddTool(u"save"_s, u"Save"_s, u"Save (Ctrl+S). With Ctrl held: save in another file"_s,
-                     [this] { Save(m_editor.desktop.IsKeyDown(KeyCode::Ctrl)); });
-    m_rename = AddTool(u"rename"_s, u"Rename"_s, u"Rename (F2)"_s, [this] { Rename(); });
+    m_save = AddTool(u"save"_s, u"Save"_s, u"Save (Ctrl+S). With Ctrl held: save in another file"_s, [this] {
+        const bool as = m_editor.desktop.IsKeyDown(KeyCode::Ctrl);
+        RunOnShown([this, as] { Save(as); });
+    });
+    m_rename =
+        AddTool(u"rename"_s, u"Rename"_s, u"Rename (F2)"_s, [this] { RunOnShown([this] { Rename(); }); });
     m_rename->setShortcut(QKeySequence(u"F2"_s));
-    m_delete = AddTool(u"delete"_s, u"Delete"_s, u"Delete (Del)"_s, [this] { Delete(); });
+    m_delete =
+        AddTool(u"delete"_s, u"Delete"_s, u"Delete (Del)"_s, [this] { RunOnShown([this] { Delete(); }); });
     tlbCodeRes->addSeparator();
     AddTool(u"find"_s, u"Find"_s, u"Find a fragment by its name (Ctrl+F)"_s, [this] {
-        Find();
+        Run([this] { Find(); });
     })->setShortcut(QKeySequence(u"Ctrl+F"_s));
     QAction *sort = AddTool(u"sort"_s, u"View"_s, u"Next view (Ctrl+T)"_s, [this] {
-        ChangeView(RepositoryView((int(m_view) + 1) % int(RepositoryViewCaptions.size())));
+        Run([this] { ChangeView(RepositoryView((int(m_view) + 1) % int(RepositoryViewCaptions.size()))); });
     });
     sort->setShortcut(QKeySequence(u"Ctrl+T"_s));
     m_singleSel = AddTool(u"singlesel"_s, u"Single selection"_s,
@@ -179,14 +183,17 @@ void frmCodeRes::MakeToolbar()
     addAction(saveKey);
     connect(saveKey, &QAction::triggered, this, [this] {
         if (m_save->isEnabled())
-            Run([this] { Save(false); });
+            RunOnShown([this] { Save(false); });
     });
 
     for (size_t i = 0; i < RepositoryViewCaptions.size(); ++i) {
         QAction *view = mnuShow->addAction(QString::fromUtf16(RepositoryViewCaptions[i]));
         view->setCheckable(true);
         m_views->addAction(view);
-        connect(view, &QAction::triggered, this, [this, i] { Run([&] { ChangeView(RepositoryView(i)); }); });
+        connect(view, &QAction::triggered, this, [this, i] {
+            Run([&] { ChangeView(RepositoryView(i)); });
+            m_views->actions()[int(m_view)]->setChecked(true);
+        });
     }
     auto *sortButton = static_cast<QToolButton *>(tlbCodeRes->widgetForAction(sort));
     sortButton->setMenu(mnuShow);
@@ -288,8 +295,17 @@ void frmCodeRes::Connect()
 void frmCodeRes::Run(const std::function<void()> &work)
 {
     Guarded(m_editor.desktop, [&] {
-        EndLabel();
-        work();
+        if (EndLabel())
+            work();
+    });
+}
+
+void frmCodeRes::RunOnShown(const std::function<void()> &work)
+{
+    const bool naming = m_labels->IsEditing() && m_oldLabel.isEmpty();
+    Run([&] {
+        if (!naming)
+            work();
     });
 }
 
@@ -315,8 +331,6 @@ void frmCodeRes::ChangeView(RepositoryView view)
 {
     if (MayLeave())
         Build(view);
-    else
-        m_views->actions()[int(m_view)]->setChecked(true);
 }
 
 void frmCodeRes::Build(RepositoryView view)
@@ -603,17 +617,18 @@ void frmCodeRes::EditLabel(QTreeWidgetItem *item, const QString &text)
     }
     lvwCodeRes->setFocus(Qt::OtherFocusReason);
     lvwCodeRes->editItem(item);
-    if (auto *field = lvwCodeRes->findChild<QLineEdit *>(u"label"_s); field && !text.isEmpty()) {
+    if (QLineEdit *field = m_labels->Field(); field && !text.isEmpty()) {
         field->setText(text);
         field->selectAll();
     }
 }
 
-void frmCodeRes::EndLabel()
+bool frmCodeRes::EndLabel()
 {
     if (m_labels->IsEditing())
         lvwCodeRes->setFocus(Qt::OtherFocusReason);
-    m_labels->Finish();
+    m_labels->End();
+    return !m_labels->IsEditing();
 }
 
 void frmCodeRes::LabelEnded(QTreeWidgetItem *item, const QString &typed)
@@ -723,8 +738,8 @@ void frmCodeRes::Find()
 
 void frmCodeRes::Insert()
 {
-    EndLabel();
-    if (!IsFragmentShown())
+    const QTreeWidgetItem *const meant = m_shown;
+    if (!EndLabel() || m_shown != meant || !IsFragmentShown())
         return;
     // The code goes into the text; the rest of the page would go with the dialog.
     FragmentFields inserted = m_clean;
@@ -779,8 +794,9 @@ void frmCodeRes::reject()
 
 void frmCodeRes::done(int result)
 {
+    // Only the end of the program comes here with a label open: no question may hold it up.
+    m_labels->GiveUp();
     Guarded(m_editor.desktop, [this] {
-        EndLabel();
         SettingsStore &settings = m_editor.settings;
         settings.InOneStep([&] {
             settings.SaveNumber(Keys::CodeRepositorySort, int(m_view));

@@ -54,8 +54,11 @@ private:
     void MakeToolbar();
     void LayOut();
     void Connect();
-    /// What the user asks for, with the report of a failure; an edit of a label ends first.
+    /// What the user asks for, with the report of a failure; an edit of a label ends first, and nothing is
+    /// done when it goes on.
     void Run(const std::function<void()> &work);
+    /// The same for what is done to the fragment shown: one that gets its name just now gets no more.
+    void RunOnShown(const std::function<void()> &work);
 
     // The tree
     void Build(RepositoryView view);
@@ -89,7 +92,8 @@ private:
     // The commands
     void New(const QString &code);
     void EditLabel(QTreeWidgetItem *item, const QString &text);
-    void EndLabel();
+    /// @return whether it has ended; the user may have declined what it would do
+    bool EndLabel();
     void LabelEnded(QTreeWidgetItem *item, const QString &typed);
     void NameNew(QTreeWidgetItem *item, const QString &name);
     void Rename();

@@ -33,6 +33,21 @@ void LabelEditor::Finish()
         Q_EMIT Ended(row, typed);
 }
 
+void LabelEditor::End()
+{
+    if (QLineEdit *field = Field(); field && !m_closed) {
+        Q_EMIT commitData(field);
+        Q_EMIT closeEditor(field);
+    }
+    Finish();
+}
+
+void LabelEditor::GiveUp()
+{
+    m_row = QPersistentModelIndex();
+    m_typed = QString();
+}
+
 QWidget *LabelEditor::createEditor(QWidget *parent, const QStyleOptionViewItem & /*option*/,
                                    const QModelIndex &index) const
 {
@@ -41,6 +56,7 @@ QWidget *LabelEditor::createEditor(QWidget *parent, const QStyleOptionViewItem &
     field->setAccessibleName(u"Name of the code fragment"_s);
     field->setFrame(true);
     m_row = index;
+    m_field = field;
     m_typed = QString();
     return field;
 }

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QLineEdit>
 #include <QPersistentModelIndex>
+#include <QPointer>
 #include <QString>
 #include <QStyledItemDelegate>
 
@@ -23,6 +25,12 @@ public:
     bool IsEditing() const { return m_row.isValid(); }
     /// Tells at once of an edit that ends just now.
     void Finish();
+    /// Takes what has been typed so far and tells of it at once, whoever has the keyboard.
+    void End();
+    /// Forgets what has been typed: nobody is told.
+    void GiveUp();
+    /// The field that is open; null when there is none.
+    QLineEdit *Field() const { return IsEditing() ? m_field.data() : nullptr; }
 
     QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option,
                           const QModelIndex &index) const override;
@@ -38,6 +46,7 @@ protected:
 private:
     mutable QPersistentModelIndex m_row; ///< of the edit that has not been told of
     mutable QString m_typed;
+    mutable QPointer<QLineEdit> m_field;
     bool m_closed = false;
 };
 
