@@ -12,6 +12,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QLabel>
@@ -181,6 +182,7 @@ private Q_SLOTS:
     void ADeclinedNameStopsTheCommand();
     void TheEndOfTheProgramAsksForNoName();
     void CommandsDuringANewNameLeaveTheOthersAlone();
+    void ANewFragmentThatCannotBeWrittenStays();
     void AFragmentIsRenamed();
     void ARenameKeepsWhatAnotherEditorChanged();
     void AFragmentIsSaved();
@@ -564,6 +566,44 @@ void RepositoryTest::CommandsDuringANewNameLeaveTheOthersAlone()
     });
     QCOMPARE(on.Bytes(u"shared.csr"_s), Shared);
     QVERIFY(on.Bytes(u"jo.csr"_s).startsWith("[named]\n"));
+}
+
+void RepositoryTest::ANewFragmentThatCannotBeWrittenStays()
+{
+    Browsing on;
+    const QString file = on.folder.filePath(u"jo.csr"_s);
+    const auto stays = [&](const QString &name) {
+        QTRY_COMPARE(on.dialog->windowTitle(), u"Code Repository - "_s + name);
+        QCOMPARE(on.Current(), name);
+        QCOMPARE(on.Code().toPlainText(), u"abc def\n"_s);
+        QVERIFY(on.Tool(u"save"_s).isEnabled());
+    };
+    const auto expectError = [&] {
+        on.desktop.ExpectMessage({.text = u"Error adding code fragment."_s, .icon = BoxIcon::Critical});
+    };
+    for (const bool click : {false, true}) {
+        QVERIFY(QDir().mkdir(file)); // nobody writes it
+        on.Add([&] {
+            QVERIFY(on.Labelling());
+            on.Type(u"kept"_s);
+            expectError();
+            if (click) {
+                QTreeWidgetItem *other = on.Tree().findItems(u"Bell"_s, Qt::MatchExactly).front();
+                QTest::mouseClick(on.Tree().viewport(), Qt::LeftButton, {},
+                                  on.Tree().visualItemRect(other).center());
+            } else {
+                on.Key(Qt::Key_Return);
+            }
+            stays(u"kept"_s);
+            QVERIFY(QDir().rmdir(file));
+            on.ExpectReplace(u"kept"_s, BoxAnswer::Yes);
+            on.Ctrl('S');
+            QVERIFY(!on.Tool(u"save"_s).isEnabled());
+            on.Key(Qt::Key_Escape);
+        });
+        QVERIFY(on.Bytes(u"jo.csr"_s).startsWith("[kept]\nCode=abc def\n"));
+        QVERIFY(QFile::remove(file));
+    }
 }
 
 void RepositoryTest::AFragmentIsRenamed()

@@ -674,8 +674,11 @@ void frmCodeRes::NameNew(QTreeWidgetItem *item, const QString &name)
     item->setText(0, name);
     if (added == FragmentWrite::Done)
         RemoveTwin(item);
-    if (m_shown != item)
-        return;
+    if (m_shown != item) {
+        if (added == FragmentWrite::Done)
+            return;
+        SelectQuietly(item); // a click on another node has ended the label
+    }
     ShowCurrent();
     if (added == FragmentWrite::Failed) {
         // The page is all there is of it.
