@@ -90,8 +90,9 @@ bool SortsBefore(const QString &text, const QString &other)
 QStringList RepositoryFiles(const QString &folder)
 {
     QStringList files;
+    // A login may begin with a dot, and the name of its file with it.
     const QFileInfoList found =
-        QDir(folder).entryInfoList({u"*.csr"_s}, QDir::Files, QDir::Name | QDir::IgnoreCase);
+        QDir(folder).entryInfoList({u"*.csr"_s}, QDir::Files | QDir::Hidden, QDir::Name | QDir::IgnoreCase);
     for (const QFileInfo &file : found)
         files += QDir::toNativeSeparators(file.filePath());
     return files;

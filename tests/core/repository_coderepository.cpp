@@ -349,6 +349,16 @@ TEST_F(Repository, TheFirstFragmentMakesTheFile)
     EXPECT_EQ(WithLineFeeds(read.fields.comments), Tone.comments);
 }
 
+TEST_F(Repository, ALoginWithADotHasAFileLikeTheOthers)
+{
+    desktop.environment[u"LOGNAME"_s] = u".jo"_s;
+    const FragmentPlace place{.file = repository.PersonalFile(), .name = u"tone"_s};
+    EXPECT_EQ(place.file, Path(u".jo.csr"_s));
+    EXPECT_EQ(repository.Add(place, Tone), FragmentWrite::Done);
+    EXPECT_EQ(repository.Files(), QStringList{Path(u".jo.csr"_s)}) << "and nothing else that is hidden";
+    EXPECT_EQ(Tree(RepositoryView::Name), u"tone"_s);
+}
+
 TEST_F(Repository, AValueOfOneLineIsKeptToTheCharacter)
 {
     for (const QString &code :
