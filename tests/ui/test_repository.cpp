@@ -188,6 +188,7 @@ private Q_SLOTS:
     void AFragmentIsSaved();
     void AFragmentIsSavedInAnotherFile();
     void AFragmentIsDeletedWithItsGroups();
+    void TheTreeGetsTheKeyboardOfAPageThatGoes();
     void AFragmentIsFound();
     void AFragmentIsInserted();
     void ChangesAreNotLostSilently();
@@ -769,6 +770,21 @@ void RepositoryTest::AFragmentIsDeletedWithItsGroups()
     });
     QVERIFY(!on.Bytes(u"shared.csr"_s).contains("Table 1"));
     QVERIFY(on.Bytes(u"shared.csr"_s).contains("[Bell]"));
+}
+
+void RepositoryTest::TheTreeGetsTheKeyboardOfAPageThatGoes()
+{
+    Browsing on("[only]\nCode=x\n");
+    on.Show([&] {
+        on.GoTo(u"only"_s);
+        on.Alt('O');
+        QCOMPARE(on.FocusName(), u"txtCodeRes"_s);
+        on.ExpectDelete(u"only"_s, BoxAnswer::Yes);
+        on.Tool(u"delete"_s).trigger();
+        QVERIFY(!on.Code().isEnabled());
+        QCOMPARE(on.FocusName(), u"lvwCodeRes"_s);
+        on.Key(Qt::Key_Escape);
+    });
 }
 
 void RepositoryTest::AFragmentIsFound()

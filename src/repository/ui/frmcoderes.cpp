@@ -528,8 +528,12 @@ void frmCodeRes::ShowPage(FragmentFields fields)
 
 void frmCodeRes::EnablePage(bool enabled)
 {
-    for (QWidget *field : std::initializer_list<QWidget *>{txtCodeRes, txtAuthor, cmbCategory, txtComments})
+    for (QWidget *field : std::initializer_list<QWidget *>{txtCodeRes, txtAuthor, cmbCategory, txtComments}) {
+        // With a text in use no control is a tab stop: the keyboard would find no other.
+        if (!enabled && field->hasFocus())
+            lvwCodeRes->setFocus(Qt::OtherFocusReason);
         field->setEnabled(enabled);
+    }
     m_save->setEnabled(false);
     m_rename->setEnabled(enabled);
     m_delete->setEnabled(enabled);
