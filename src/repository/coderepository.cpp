@@ -116,7 +116,7 @@ StoredFragment CodeRepository::Read(const FragmentPlace &place) const
             if (name.compare(key, Qt::CaseInsensitive) != 0)
                 continue;
             read.cut |= whole.size() > ReadLimit;
-            return whole.left(ReadLimit);
+            return StartOf(whole, ReadLimit);
         }
         return missing;
     };

@@ -71,6 +71,13 @@ qsizetype NamesWithinLimit(const QStringList &names)
     return names.size();
 }
 
+QString StartOf(const QString &text, qsizetype units)
+{
+    if (units > 0 && units < text.size() && text[units].isLowSurrogate() && text[units - 1].isHighSurrogate())
+        --units;
+    return text.left(units);
+}
+
 qsizetype CutSection(ProfileEntries &entries)
 {
     qsizetype length = 0;
@@ -89,7 +96,7 @@ qsizetype CutSection(ProfileEntries &entries)
     auto &[key, value] = entries[size_t(whole)];
     const qsizetype valueRoom = room - key.size() - 1;
     if (valueRoom >= 0) {
-        value.truncate(valueRoom);
+        value = StartOf(value, valueRoom);
         ++whole;
     }
     entries.resize(size_t(whole));

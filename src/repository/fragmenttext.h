@@ -29,6 +29,9 @@ QString PersonalFileName(const QString &login);
 /// length.
 qsizetype NamesWithinLimit(const QStringList &names);
 
+/// The first `units` of a text, or one less: a character of two units is not parted.
+QString StartOf(const QString &text, qsizetype units);
+
 /// Cuts the entries of a section where its text, `key=value` and one unit for each, goes beyond the limit. Of
 /// a key that is cut nothing stays. @return how many units were lost
 qsizetype CutSection(ProfileEntries &entries);

@@ -174,6 +174,19 @@ TEST(RepositoryTexts, ASectionIsCutAsByABuffer)
     }
 }
 
+TEST(RepositoryTexts, ACutDoesNotPartACharacter)
+{
+    const QString clef = u"\U0001D11E"_s;
+    EXPECT_EQ(StartOf(u"ab"_s + clef, 3), u"ab"_s);
+    EXPECT_EQ(StartOf(u"ab"_s + clef, 2), u"ab"_s);
+    EXPECT_EQ(StartOf(u"ab"_s + clef, 4), u"ab"_s + clef);
+    EXPECT_EQ(StartOf(u"ab"_s + clef, 9), u"ab"_s + clef);
+    EXPECT_EQ(StartOf(clef, 0), QString());
+    ProfileEntries entries{{u"Code"_s, QString(32767 - 6, u'x') + clef}};
+    EXPECT_EQ(CutSection(entries), 2);
+    EXPECT_EQ(entries[0].second, QString(32767 - 6, u'x'));
+}
+
 TEST(RepositoryTexts, TheListOfNamesIsCut)
 {
     EXPECT_EQ(NamesWithinLimit(QStringList(5000, u"abcde"_s)), 5000);
