@@ -229,10 +229,12 @@ std::unique_ptr<InstrClass> LoadInstrument(EditorContext &editor, qint32 number,
     return nullptr;
 }
 
-void LoadInstruments(EditorContext &editor, Instruments &instruments)
+LoadedStore LoadInstruments(EditorContext &editor, Instruments &instruments)
 {
-    Guarded(editor.desktop, [&] {
-        const XmlText text(GetDataStore(editor));
+    LoadedStore loaded;
+    loaded.whole = Guarded(editor.desktop, [&] {
+        loaded.text = GetDataStore(editor);
+        const XmlText text(loaded.text);
         const pugi::xml_node section = text.Find("instruments");
         InstrumentReader reader;
         for (pugi::xml_node node = section; node; node = NextNode(node, section)) {
@@ -242,6 +244,7 @@ void LoadInstruments(EditorContext &editor, Instruments &instruments)
             instruments.Add(key, reader.Read(node));
         }
     });
+    return loaded;
 }
 
 QString InstrToXml(const InstrClass &instrument)

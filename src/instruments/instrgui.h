@@ -12,6 +12,7 @@ namespace zelvane
 {
 
 struct EditorContext;
+struct LoadedStore;
 
 /// Writes the characters & < > " ' ? as entities.
 QString EscapeXmlValue(const QString &text);
@@ -24,7 +25,8 @@ std::unique_ptr<InstrClass> LoadInstrument(EditorContext &editor, qint32 number,
                                            bool sort);
 
 /// Adds all instruments of the document's store. An error is shown and ends it; those before it stay.
-void LoadInstruments(EditorContext &editor, Instruments &instruments);
+/// @return what there is to know of the store when it is written again
+LoadedStore LoadInstruments(EditorContext &editor, Instruments &instruments);
 
 /// The element `instr`, with the values escaped once more than XML asks for: FormatXmlNode, which writes them
 /// as they read, takes that back.

@@ -171,9 +171,9 @@ InstrClass *NewInstrument(Instruments &instruments, Desktop &desktop)
     return &instruments.Add(InstrumentKey(number), std::move(instrument));
 }
 
-bool StoreInstruments(EditorContext &editor, Instruments &instruments)
+bool StoreInstruments(EditorContext &editor, Instruments &instruments, const LoadedStore &loaded)
 {
-    return StoreDataSection(editor, InstrumentsToXml(instruments, editor.desktop), false);
+    return StoreDataSection(editor, InstrumentsToXml(instruments, editor.desktop), false, &loaded);
 }
 
 } // namespace zelvane

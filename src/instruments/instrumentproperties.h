@@ -11,6 +11,7 @@ namespace zelvane
 
 class Desktop;
 struct EditorContext;
+struct LoadedStore;
 
 // What the Instrument Properties dialog shows and does.
 
@@ -59,7 +60,8 @@ QStringList ParameterGroups(const Instruments &instruments);
 /// 16 bits
 InstrClass *NewInstrument(Instruments &instruments, Desktop &desktop);
 
-/// Keeps the instruments with the document. @return false when they could not be kept
-bool StoreInstruments(EditorContext &editor, Instruments &instruments);
+/// Keeps the instruments with the document. @param loaded the store that they come from @return false when
+/// they could not be kept @throws RunTimeError as StoreDataSection
+bool StoreInstruments(EditorContext &editor, Instruments &instruments, const LoadedStore &loaded);
 
 } // namespace zelvane

@@ -116,13 +116,14 @@ bool HasOnly(const pugi::xml_node &element, std::initializer_list<std::string_vi
     return true;
 }
 
-bool IsPlainInstrument(const pugi::xml_node &element)
+/// @param fieldsLeft how many p-fields there may be, less those of this one afterwards
+bool IsPlainInstrument(const pugi::xml_node &element, qsizetype &fieldsLeft)
 {
     if (!IsInstrument(element) || !HasOnly(element, {"number", "name", "description"}))
         return false;
     std::vector<qint16> numbers;
     for (pugi::xml_node field = element.first_child(); field; field = field.next_sibling()) {
-        if (!IsElement(field, "p") || field.first_child() ||
+        if (--fieldsLeft < 0 || !IsElement(field, "p") || field.first_child() ||
             !HasOnly(field,
                      {"number", "name", "description", "group", "format", "min", "max", "unit", "variable"}))
             return false;
@@ -138,8 +139,9 @@ bool ArePlainInstruments(const XmlText &xml)
         root != xml.Document().last_child())
         return false;
     std::vector<qint16> numbers;
+    qsizetype fieldsLeft = InstrumentReader::MostFields;
     for (const pugi::xml_node &instrument : root.children()) {
-        if (!IsPlainInstrument(instrument))
+        if (!IsPlainInstrument(instrument, fieldsLeft))
             return false;
         numbers.push_back(NumberOf(instrument));
     }

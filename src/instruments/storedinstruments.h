@@ -17,6 +17,10 @@ class XmlText;
 class InstrumentReader
 {
 public:
+    /// The most p-fields that are read from one store: an instrument inside another one shares its p-fields,
+    /// so that few tags could fill the memory.
+    static constexpr qsizetype MostFields = 250'000;
+
     /// @throws RunTimeError for an attribute that does not convert, for a p-field that is there twice, and
     /// when there are too many
     std::unique_ptr<InstrClass> Read(const pugi::xml_node &element);
@@ -35,8 +39,7 @@ private:
 
     void Take(pClass &field, const pugi::xml_attribute &attribute);
 
-    /// An instrument inside another one shares its p-fields, so that few tags could fill the memory.
-    qsizetype m_fieldsLeft = 250'000;
+    qsizetype m_fieldsLeft = MostFields;
     Shared m_group;
     Shared m_unit;
     Shared m_variable;

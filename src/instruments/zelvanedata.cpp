@@ -29,6 +29,7 @@ namespace
 {
 
 const QString DataTag = u"Zelvane"_s;
+const QString ChangedSince = u"had changed since it was read"_s;
 
 bool IsHalf(const DocumentRecord &document)
 {
@@ -53,12 +54,6 @@ QString FileStore(const DocumentRecord &document)
     return ReadTextFile(path);
 }
 
-/// Whether a store holds something that reading its instruments and writing them again would lose.
-bool WouldLose(const QString &store, const XmlText &xml)
-{
-    return !QStringView(store).trimmed().isEmpty() && !(xml.IsParsed() && HoldsInstrumentsOnly(xml));
-}
-
 /// The first name that is free for a copy of a file.
 QString CopyName(const QString &path)
 {
@@ -70,46 +65,66 @@ QString CopyName(const QString &path)
 
 /// What is to become the store.
 struct NewStore {
-    QByteArray text;    ///< UTF-8
-    bool loses = false; ///< what the old one holds
+    QByteArray text; ///< UTF-8
+    QString loss;    ///< why the old one is not to go without a copy, empty when it may
 };
 
 /// What matters of the store that there is.
 struct OldStore {
-    QString element;    ///< its name, empty when there is none
-    bool loses = false; ///< something when it is written over
+    QString element; ///< its name, empty when there is none
+    QString loss;
 };
 
-OldStore LookAtStore(const EditorContext &editor)
+/// Why writing over a store would lose something, as the status line tells it; empty when it would not.
+QString LossOf(const QString &store, const XmlText &xml, const LoadedStore *loaded)
+{
+    if (QStringView(store).trimmed().isEmpty())
+        return {};
+    if (!xml.IsParsed() || !HoldsInstrumentsOnly(xml))
+        return u"held what cannot be kept there"_s;
+    if (loaded && !loaded->whole)
+        return u"could not be read whole"_s;
+    return loaded && loaded->text != store ? ChangedSince : QString();
+}
+
+OldStore LookAtStore(const EditorContext &editor, const LoadedStore *loaded = nullptr)
 {
     const QString text = GetDataStore(editor);
     const XmlText xml(text);
-    return {QString::fromUtf8(xml.Root().name()), WouldLose(text, xml)};
+    return {QString::fromUtf8(xml.Root().name()), LossOf(text, xml, loaded)};
 }
 
 /// Writes the file beside the document; what it held and the program cannot keep stays in a copy.
 bool WriteDataFile(EditorContext &editor, const QString &path, const NewStore &store)
 {
-    if (!store.loses) {
+    if (store.loss.isEmpty()) {
         WriteFileBytes(path, store.text);
         return true;
     }
     const QString copy = CopyName(path);
     WriteFileBytes(copy, ReadFileBytes(path));
     WriteFileBytes(path, store.text);
-    editor.status.Show(u"%1 held what cannot be kept there; it was copied to %2"_s.arg(BareFileName(path),
-                                                                                       BareFileName(copy)));
+    editor.status.Show(
+        u"%1 %2; it was copied to %3"_s.arg(BareFileName(path), store.loss, BareFileName(copy)));
     return true;
+}
+
+/// Writes the file where there was none before the user was asked; one that has come up meanwhile stays in a
+/// copy.
+bool WriteNewDataFile(EditorContext &editor, const QString &path, const NewStore &store)
+{
+    const bool isThere = FileExists(path) && QFileInfo(path).size() > 0;
+    return WriteDataFile(editor, path, {store.text, isThere ? ChangedSince : QString()});
 }
 
 /// Writes into the tag of a unified file. What stood there comes back by undo.
 bool WriteTag(EditorContext &editor, const NewStore &store)
 {
-    const bool loses = store.loses && !GetTagText(DataTag, editor.text.Text()).isEmpty();
+    const bool loses = !store.loss.isEmpty() && !GetTagText(DataTag, editor.text.Text()).isEmpty();
     if (!SetTagText(editor, DataTag, u"\r\n"_s + QString::fromUtf8(store.text), 1))
         return false;
     if (loses)
-        editor.status.Show(u"<Zelvane> held what cannot be kept there; Undo brings it back"_s);
+        editor.status.Show(u"<Zelvane> %1; Undo brings it back"_s.arg(store.loss));
     return true;
 }
 
@@ -149,7 +164,7 @@ bool SetUnifiedStore(EditorContext &editor, const NewStore &store)
         AppendTag(editor, DataTag, u"\r\n"_s + QString::fromUtf8(store.text));
         return true;
     case BoxAnswer::No:
-        return WriteDataFile(editor, path, store);
+        return WriteNewDataFile(editor, path, store);
     default:
         return false;
     }
@@ -163,7 +178,9 @@ bool SetStore(EditorContext &editor, const NewStore &store)
     if (!IsHalf(document) || !MayHaveFile(document))
         return false;
     const QString path = DataFile(document);
-    return (FileExists(path) || ConfirmNewDataFile(editor, path)) && WriteDataFile(editor, path, store);
+    if (FileExists(path))
+        return WriteDataFile(editor, path, store);
+    return ConfirmNewDataFile(editor, path) && WriteNewDataFile(editor, path, store);
 }
 
 // The text of nodes, as UTF-8.
@@ -294,26 +311,26 @@ QString GetDataSection(const EditorContext &editor, const QString &name)
     return node ? NodeXml(node) : QString();
 }
 
-bool StoreDataSection(EditorContext &editor, const QString &xml, bool keep)
+bool StoreDataSection(EditorContext &editor, const QString &xml, bool keep, const LoadedStore *loaded)
 {
     if (xml.isEmpty())
         return false;
     // Large stores are not held side by side.
-    const OldStore old = LookAtStore(editor);
+    const OldStore old = LookAtStore(editor, loaded);
     const XmlText section(xml);
     if (!section.IsParsed())
         return false;
     if (!old.element.isEmpty() && (keep || old.element != QString::fromUtf8(section.Root().name())))
         throw RunTimeError(ErrorNumber::InvalidCall,
                            u"The document's data holds another element already: <%1>"_s.arg(old.element));
-    return SetStore(editor, {Formatted(section.Root(), 0, xml.size()), old.loses});
+    return SetStore(editor, {Formatted(section.Root(), 0, xml.size()), old.loss});
 }
 
 bool SetDataStore(EditorContext &editor, const QString &xml)
 {
     const XmlText element(xml);
     return element.IsParsed() &&
-           SetStore(editor, {Formatted(element.Root(), 0, xml.size()), LookAtStore(editor).loses});
+           SetStore(editor, {Formatted(element.Root(), 0, xml.size()), LookAtStore(editor).loss});
 }
 
 bool ConfirmNewDataFile(EditorContext &editor, const QString &path)
@@ -322,7 +339,7 @@ bool ConfirmNewDataFile(EditorContext &editor, const QString &path)
                                               path + u"\n\nWould you like to proceed?"_s,
                                       .icon = BoxIcon::Warning,
                                       .buttons = BoxButtons::YesNo}) == BoxAnswer::Yes &&
-           WriteTextFile(path, {});
+           (FileExists(path) || WriteTextFile(path, {}));
 }
 
 QString FormatXmlNode(const pugi::xml_node &node, int level)

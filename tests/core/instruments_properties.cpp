@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "instruments/instrumentproperties.h"
 
+#include "instruments/zelvanedata.h"
 #include "platform/runtimeerror.h"
 #include "support/printers.h"
 #include "support/testcontext.h"
@@ -147,12 +148,12 @@ TEST_F(Properties, GroupsAreListedOnce)
 TEST_F(Properties, InstrumentsAreStoredWithTheDocument)
 {
     document.DocumentKind = FileKind::Unified;
-    EXPECT_FALSE(StoreInstruments(editor, instruments));
+    EXPECT_FALSE(StoreInstruments(editor, instruments, {}));
     text.SetText(u"<Zelvane></Zelvane>"_s);
-    EXPECT_TRUE(StoreInstruments(editor, instruments));
+    EXPECT_TRUE(StoreInstruments(editor, instruments, {}));
     EXPECT_EQ(text.text, u"<Zelvane>\n<instruments/>\n</Zelvane>"_s);
     New(u"1"_s);
-    EXPECT_TRUE(StoreInstruments(editor, instruments));
+    EXPECT_TRUE(StoreInstruments(editor, instruments, {}));
     EXPECT_EQ(text.text,
               u"<Zelvane>\n<instruments>\n<instr number=\"1\" name=\"Instrument 1\">\n"
               "<p number=\"1\" name=\"Number\" description=\"Instrument number\" group=\"Built-in\" "

@@ -5,6 +5,7 @@
 #include "instruments/instrgui.h"
 #include "oracle/instrumentsoracle.h"
 #include "platform/runtimeerror.h"
+#include "support/boxes.h"
 #include "support/printers.h"
 #include "support/randomtext.h"
 #include "support/testcontext.h"
@@ -55,6 +56,22 @@ struct Store : testing::Test, TestContext {
                                 "min=\"0\" max=\"0\"/></instr></instruments>"_s.arg(name),
                                 false);
     }
+    /// Loads the instruments as a dialog does, to store them later.
+    LoadedStore Load() { return LoadInstruments(editor, held); }
+    bool SaveLoaded(const LoadedStore &loaded)
+    {
+        return StoreDataSection(editor, InstrumentsToXml(held, desktop), false, &loaded);
+    }
+    void ExpectReport(const QString &error)
+    {
+        desktop.ExpectMessage({.text = u"An error has occurred:\n\n"_s + error + u"\nError source: "_s +
+                                       ApplicationTitle() +
+                                       u"\n\nDo you want to report this bug via email?"_s,
+                               .icon = BoxIcon::Critical,
+                               .buttons = BoxButtons::OkCancel},
+                              BoxAnswer::Cancel);
+    }
+    Instruments held; ///< what was loaded
     MessageBoxRequest NewFileBox()
     {
         return {.text = u"Zelvane will store information onto a new file named: "_s + Beside() +
@@ -279,6 +296,96 @@ TEST_F(Store, ThatWouldLoseSomethingIsCopied)
         EXPECT_TRUE(Save());
     }
     EXPECT_EQ(Files().size(), files.size());
+    EXPECT_EQ(status.text, QString());
+}
+
+TEST_F(Store, ThatWasNotLoadedWholeIsCopied)
+{
+    Be(FileKind::Orchestra, u"song.orc"_s);
+    // More p-fields than are read: the last instrument is left out.
+    QByteArray before = "<instruments>\r\n";
+    for (int number = 1; number <= 9; ++number) {
+        before += "<instr number=\"" + QByteArray::number(number) + "\">";
+        for (int p = 1; p <= 30000; ++p)
+            before += "<p number=\"" + QByteArray::number(p) + "\"/>";
+        before += "</instr>";
+    }
+    before += "</instruments>";
+    WriteFile(u"song.xml"_s, before);
+    ExpectReport(u"There are too many p-fields (7)"_s);
+    const LoadedStore loaded = Load();
+    EXPECT_FALSE(loaded.whole);
+    EXPECT_EQ(held.Count(), 8);
+    EXPECT_TRUE(SaveLoaded(loaded));
+    EXPECT_EQ(Bytes(u"song.xml.bak"_s), before);
+    EXPECT_FALSE(Bytes().contains("<instr number=\"9\""));
+    EXPECT_EQ(status.text, u"song.xml held what cannot be kept there; it was copied to song.xml.bak"_s);
+}
+
+TEST_F(Store, ThatCouldNotBeLoadedIsCopied)
+{
+    Be(FileKind::Orchestra, u"song.orc"_s);
+    QFile file(Beside());
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    ASSERT_TRUE(file.resize(200 * 1024 * 1024));
+    file.close();
+    ExpectReport(u"The file is too large for instrument data:\n"_s + Beside() + u" (75)"_s);
+    const LoadedStore loaded = Load();
+    EXPECT_FALSE(loaded.whole);
+    EXPECT_THROW(SaveLoaded(loaded), RunTimeError);
+    // The cause has gone when it is written: what lies there was never seen.
+    WriteFile(u"song.xml"_s, OneInstrument);
+    EXPECT_TRUE(SaveLoaded(loaded));
+    EXPECT_EQ(Bytes(), "<instruments/>\r\n");
+    EXPECT_EQ(Bytes(u"song.xml.bak"_s), OneInstrument);
+    EXPECT_EQ(status.text, u"song.xml could not be read whole; it was copied to song.xml.bak"_s);
+}
+
+TEST_F(Store, ThatAnotherEditorHasWrittenIsCopied)
+{
+    Be(FileKind::Orchestra, u"song.orc"_s);
+    WriteFile(u"song.xml"_s, OneInstrument);
+    const LoadedStore loaded = Load();
+    // Nothing has come between.
+    EXPECT_TRUE(SaveLoaded(loaded));
+    EXPECT_EQ(Bytes(), OneInstrument);
+    EXPECT_EQ(Files(), QStringList(u"song.xml"_s));
+    EXPECT_EQ(status.text, QString());
+    // The score of the piece, in another editor.
+    const QByteArray other = QByteArray(OneInstrument).replace("\"a\"", "\"b\"");
+    WriteFile(u"song.xml"_s, other);
+    EXPECT_TRUE(SaveLoaded(loaded));
+    EXPECT_EQ(Bytes(), OneInstrument);
+    EXPECT_EQ(Bytes(u"song.xml.bak"_s), other);
+    EXPECT_EQ(status.text, u"song.xml had changed since it was read; it was copied to song.xml.bak"_s);
+}
+
+TEST_F(Store, ThatComesWhileTheUserIsAskedIsCopied)
+{
+    const auto appear = [this] { WriteFile(u"song.xml"_s, OneInstrument); };
+    Be(FileKind::Orchestra, u"song.orc"_s);
+    desktop.ExpectMessage(NewFileBox(), BoxAnswer::Yes, appear);
+    EXPECT_TRUE(Save(u"b"_s));
+    EXPECT_EQ(Bytes(), QByteArray(OneInstrument).replace("\"a\"", "\"b\""));
+    EXPECT_EQ(Bytes(u"song.xml.bak"_s), OneInstrument);
+    QFile::remove(Beside());
+    Be(FileKind::Unified, u"song.csd"_s, u"text"_s);
+    desktop.ExpectMessage(PlaceBox(), BoxAnswer::No, appear);
+    EXPECT_TRUE(Save(u"c"_s));
+    EXPECT_EQ(Bytes(), QByteArray(OneInstrument).replace("\"a\"", "\"c\""));
+    EXPECT_EQ(Bytes(u"song.xml.bak2"_s), OneInstrument);
+    EXPECT_EQ(status.text, u"song.xml had changed since it was read; it was copied to song.xml.bak2"_s);
+}
+
+TEST_F(Store, ThatCannotBeCopiedStays)
+{
+    // The name of the copy is longer than a name may be.
+    const QString name(248, u'n');
+    Be(FileKind::Orchestra, name + u".orc"_s);
+    WriteFile(name + u".xml"_s, "no XML");
+    EXPECT_THROW(Save(), RunTimeError);
+    EXPECT_EQ(Bytes(name + u".xml"_s), "no XML");
+    EXPECT_EQ(QDir(folder.path()).entryList({u"n*"_s}, QDir::Files), QStringList(name + u".xml"_s));
     EXPECT_EQ(status.text, QString());
 }
 

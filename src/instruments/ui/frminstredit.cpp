@@ -133,7 +133,7 @@ frmInstrEdit::frmInstrEdit(EditorContext &editor, QWidget *parent)
     cmbUnit->addItems(Units());
     BuildToolbar();
     LayOut();
-    LoadInstruments(m_editor, m_instruments);
+    m_loaded = LoadInstruments(m_editor, m_instruments);
     BuildTree();
     tvwInstrEdit->setFocus();
 }
@@ -390,7 +390,7 @@ void frmInstrEdit::Confirm()
 {
     if (!SavePage())
         return;
-    if (!StoreInstruments(m_editor, m_instruments))
+    if (!StoreInstruments(m_editor, m_instruments, m_loaded))
         TellError(u"Cannot save Instrument Properties."_s);
     accept();
 }

@@ -4,6 +4,7 @@
 #include "instruments/instrclass.h"
 #include "instruments/instrumentproperties.h"
 #include "instruments/ui/instrumentmodel.h"
+#include "instruments/zelvanedata.h"
 
 #include <functional>
 #include <QDialog>
@@ -68,7 +69,8 @@ private:
 
     EditorContext &m_editor;
     Instruments m_instruments;
-    Node m_shown; ///< whose page is shown
+    LoadedStore m_loaded; ///< where they come from
+    Node m_shown;         ///< whose page is shown
 
     QToolBar *tlbInstrEdit;
     QAction *m_newInstrument = nullptr;
