@@ -170,6 +170,22 @@ bool ReadsAs(QStringView text, qint32 number)
     }
 }
 
+bool EndsLine(QChar c)
+{
+    constexpr char16_t nextLine = 0x85;
+    return (c >= u'\n' && c <= u'\r') || c == QChar(nextLine) || c == QChar::LineSeparator ||
+           c == QChar::ParagraphSeparator;
+}
+
+/// A text with a blank for each line end: what comes behind one would be code.
+QString OneLine(const QString &text)
+{
+    QString line = text;
+    line.replace(u"\r\n"_s, u" "_s);
+    std::replace_if(line.begin(), line.end(), EndsLine, QChar(u' '));
+    return line;
+}
+
 /// The variable of a p-field; the user is asked for one that is missing.
 QString VariableOf(const pClass &field, Desktop &desktop, bool ask)
 {
@@ -307,9 +323,9 @@ QString GenerateVariableCode(EditorContext &editor, qint32 number, bool comments
         const QString variable = VariableOf(field, editor.desktop, ask);
         if (variable.isEmpty())
             continue;
-        code += variable + u" = p"_s + QString::number(field.number);
+        code += OneLine(variable) + u" = p"_s + QString::number(field.number);
         if (comments)
-            code += FieldComment(field);
+            code += OneLine(FieldComment(field));
         code += lineEnd;
     }
     return code + u';';

@@ -305,6 +305,16 @@ TEST_F(Stored, FieldsBecomeAssignments)
     EXPECT_EQ(GenerateVariableCode(editor, 3, true, true), QString());
 }
 
+TEST_F(Stored, FieldsAreAssignedOnALineEach)
+{
+    Show(u"<instruments><instr number=\"1\"><p number=\"4\" name=\"two\nlines\" "
+         "description=\"a1 oscil 1&#13;&#10;out a1&#13;x&#11;y&#12;z&#133;u&#8232;v&#8233;w\" "
+         "variable=\"iamp&#10;x\"/></instr></instruments>"_s);
+    EXPECT_EQ(GenerateVariableCode(editor, 1, true, false),
+              u"\r\niamp x = p4   ; two lines. a1 oscil 1 out a1 x y z u v w\r\n;"_s);
+    EXPECT_EQ(LoadInstrument(editor, 1, {}, false)->pCol.At(0).nome, u"two\nlines"_s);
+}
+
 TEST_F(Stored, FieldsWithoutAVariableAreAskedFor)
 {
     Show(u"<instruments><instr number=\"1\"><p number=\"1\"/><p number=\"2\"/><p number=\"3\"/>"
