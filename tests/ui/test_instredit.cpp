@@ -102,6 +102,15 @@ struct Editing : EditorWindow {
     }
     void Ok() { QTest::keyClick(Focus(), Qt::Key_Return); }
     void Cancel() { QTest::keyClick(Focus(), Qt::Key_Escape); }
+    void ExpectReport(const QString &error)
+    {
+        desktop.ExpectMessage({.text = u"An error has occurred:\n\n"_s + error +
+                                       u"\nError source: Zelvane\n\nDo you want to report this bug via "
+                                       "email?"_s,
+                               .icon = BoxIcon::Critical,
+                               .buttons = BoxButtons::OkCancel},
+                              BoxAnswer::Cancel);
+    }
     void ExpectWarning(const QString &text)
     {
         desktop.ExpectMessage({.text = text, .icon = BoxIcon::Warning});
@@ -150,6 +159,9 @@ private Q_SLOTS:
     void AFieldIsRemoved();
     void AnInstrumentIsRemovedOnRequest();
     void NothingIsStoredBeforeOk();
+    void OkThatFailsKeepsTheDialog();
+    void WhatWasNotLoadedIsCopied();
+    void WhatWasNotLoadedFromTheTagComesBackByUndo();
     void OkIsOneStepOfUndo();
     void OkLeavesTheViewWhereItIs();
     void OkThatCannotStoreTellsSo();
@@ -508,6 +520,62 @@ void InstrEditTest::NothingIsStoredBeforeOk()
         editor.Press(u"label"_s);
         QTest::mouseClick(editor.dialog->findChild<QPushButton *>(u"bCancel"_s), Qt::LeftButton);
     });
+    QCOMPARE(editor.Text().Text(), before);
+    QVERIFY(!editor.Text().CanUndo());
+}
+
+void InstrEditTest::OkThatFailsKeepsTheDialog()
+{
+    Editing editor;
+    editor.WriteFile(u"song.xml"_s, TwoInstruments);
+    editor.Open({editor.WriteFile(u"song.orc"_s, "instr 1\nendin\n")});
+    const auto bytes = [&] {
+        QFile file(editor.folder.filePath(u"song.xml"_s));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no file");
+    };
+    editor.Show([&] {
+        editor.Put(u"TxtInsName"_s, u"Lead"_s);
+        editor.WriteFile(u"song.xml"_s, "<project/>");
+        editor.ExpectReport(u"The document's data holds another element already: <project> (5)"_s);
+        editor.Ok();
+        QVERIFY(editor.dialog->isVisible());
+        QCOMPARE(editor.Page().first(), u"Lead"_s);
+        QCOMPARE(bytes(), "<project/>");
+        editor.WriteFile(u"song.xml"_s, TwoInstruments);
+        editor.Ok();
+    });
+    QVERIFY(bytes().startsWith("<instruments>\r\n<instr number=\"1\" name=\"Lead\""));
+    QVERIFY(!QFile::exists(editor.folder.filePath(u"song.xml.bak"_s)));
+}
+
+void InstrEditTest::WhatWasNotLoadedIsCopied()
+{
+    const QByteArray store = "<instruments><instr number=\"1\"/><instr number=\"x\"/></instruments>";
+    Editing editor;
+    editor.WriteFile(u"song.xml"_s, store);
+    editor.Open({editor.WriteFile(u"song.orc"_s, "instr 1\nendin\n")});
+    editor.ExpectReport(u"Type mismatch (13)"_s);
+    editor.Show([&] {
+        QCOMPARE(editor.Rows(), QStringList(u"[instr 1] <"_s));
+        editor.Ok();
+    });
+    QCOMPARE(editor.window->Context().status.Text(),
+             u"song.xml held what cannot be kept there; it was copied to song.xml.bak"_s);
+    QFile copy(editor.folder.filePath(u"song.xml.bak"_s));
+    QVERIFY(copy.open(QIODevice::ReadOnly));
+    QCOMPARE(copy.readAll(), store);
+}
+
+void InstrEditTest::WhatWasNotLoadedFromTheTagComesBackByUndo()
+{
+    Editing editor("<instruments><instr number=\"1\"/><instr number=\"x\"/></instruments>\n");
+    const QString before = editor.Text().Text();
+    editor.ExpectReport(u"Type mismatch (13)"_s);
+    editor.Show([&] { editor.Ok(); });
+    QCOMPARE(editor.window->Context().status.Text(),
+             u"<Zelvane> held what cannot be kept there; Undo brings it back"_s);
+    QCOMPARE(editor.Store(), u"<instruments>\n<instr number=\"1\"/>\n</instruments>\n"_s);
+    editor.Row(u"mnuUndo"_s).trigger();
     QCOMPARE(editor.Text().Text(), before);
     QVERIFY(!editor.Text().CanUndo());
 }
