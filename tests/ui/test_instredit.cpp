@@ -156,6 +156,8 @@ private Q_SLOTS:
     void AFieldIsAdded();
     void AFieldWhoseKeyIsTakenIsReported();
     void AFieldIsMoved();
+    void CommandsLeaveTheKeyboardInItsField();
+    void TheKeyboardGoesToTheTreeWithTheLastInstrument();
     void AFieldIsRemoved();
     void AnInstrumentIsRemovedOnRequest();
     void NothingIsStoredBeforeOk();
@@ -465,6 +467,60 @@ void InstrEditTest::AFieldIsMoved()
         editor.Ok();
     });
     QVERIFY(editor.Store().contains(u"<p number=\"1\" name=\"Start\""_s));
+}
+
+void InstrEditTest::CommandsLeaveTheKeyboardInItsField()
+{
+    Editing editor;
+    editor.Show([&] {
+        const auto type = [&](const QString &keys) {
+            QVERIFY(editor.Focus());
+            QTest::keyClick(editor.Focus(), Qt::Key_End);
+            QTest::keyClicks(editor.Focus(), keys);
+        };
+        editor.Click(editor.Node(0, 1));
+        editor.Put(u"txtName"_s, u"Start"_s);
+        QTest::keyClick(editor.Focus(), Qt::Key_Down, Qt::ControlModifier);
+        QCOMPARE(editor.Focus(), &editor.Field(u"txtName"_s));
+        type(u"ing"_s);
+        QTest::keyClick(editor.Focus(), Qt::Key_Up, Qt::ControlModifier);
+        QCOMPARE(editor.Focus(), &editor.Field(u"txtName"_s));
+        type(u" time"_s);
+        QTest::keyClick(editor.Focus(), Qt::Key_P, Qt::ControlModifier);
+        QCOMPARE(editor.Focus(), &editor.Field(u"txtName"_s));
+        type(u"Pan"_s);
+        editor.Press(u"up"_s);
+        QCOMPARE(editor.Focus(), &editor.Field(u"txtName"_s));
+        // The field is not on the page of an instrument.
+        editor.ExpectNumber(u"12"_s);
+        QTest::keyClick(editor.Focus(), Qt::Key_N, Qt::ControlModifier);
+        QCOMPARE(editor.Focus(), &editor.Field(u"TxtInsName"_s));
+        type(u"th"_s);
+        QTest::keyClick(editor.Focus(), Qt::Key_P, Qt::ControlModifier);
+        QVERIFY(editor.Focus() && editor.dialog->isAncestorOf(editor.Focus()));
+        QCOMPARE(
+            editor.Rows(),
+            (QStringList{u"[instr 1] Pad"_s, u"  [p1] Number"_s, u"  [p2] Starting time"_s, u"  [p3] Pan"_s,
+                         u"  [p4] Amp"_s, u"[instr 7]"_s, u"[instr 12] Instrument 12th"_s, u"  [p1] Number"_s,
+                         u"  [p2] Start"_s, u"  [p3] Duration"_s, u"  [p4]  <"_s}));
+        editor.Cancel();
+    });
+}
+
+void InstrEditTest::TheKeyboardGoesToTheTreeWithTheLastInstrument()
+{
+    Editing editor("<instruments><instr number=\"7\"/></instruments>");
+    editor.Show([&] {
+        editor.Put(u"TxtInsName"_s, u"x"_s);
+        editor.desktop.ExpectMessage({.text = u"Delete instrument?"_s,
+                                      .icon = BoxIcon::Question,
+                                      .buttons = BoxButtons::YesNo,
+                                      .defaultAnswer = BoxAnswer::No},
+                                     BoxAnswer::Yes);
+        editor.Press(u"delete"_s);
+        QCOMPARE(editor.Focus(), &editor.Tree());
+        editor.Cancel();
+    });
 }
 
 void InstrEditTest::AFieldIsRemoved()

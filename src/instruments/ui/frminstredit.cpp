@@ -249,9 +249,13 @@ void frmInstrEdit::BuildTree(const Node &chosen)
     QModelIndex index = m_model->IndexOf(chosen.instrument, chosen.field);
     if (!index.isValid())
         index = m_model->index(0, 0);
-    ShowNode({});
-    if (!index.isValid())
+    if (!index.isValid()) {
+        // The pages are disabled, which would leave the keyboard nowhere.
+        if (fraP->isAncestorOf(focusWidget()))
+            tvwInstrEdit->setFocus();
+        ShowNode({});
         return;
+    }
     tvwInstrEdit->setCurrentIndex(index);
     tvwInstrEdit->scrollTo(index);
 }
