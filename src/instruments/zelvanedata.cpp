@@ -170,8 +170,15 @@ bool SetUnifiedStore(EditorContext &editor, const NewStore &store)
     }
 }
 
+RunTimeError TooLarge()
+{
+    return {ErrorNumber::OutOfMemory, u"The instrument data is too large to be read again"_s};
+}
+
 bool SetStore(EditorContext &editor, const NewStore &store)
 {
+    if (store.text.size() > LongestXml)
+        throw TooLarge();
     const DocumentRecord &document = editor.document;
     if (document.DocumentKind == FileKind::Unified)
         return SetUnifiedStore(editor, store);
@@ -318,6 +325,8 @@ bool StoreDataSection(EditorContext &editor, const QString &xml, bool keep, cons
     // Large stores are not held side by side.
     const OldStore old = LookAtStore(editor, loaded);
     const XmlText section(xml);
+    if (!section.IsParsed() && xml.toUtf8().size() > LongestXml)
+        throw TooLarge();
     if (!section.IsParsed())
         return false;
     if (!old.element.isEmpty() && (keep || old.element != QString::fromUtf8(section.Root().name())))

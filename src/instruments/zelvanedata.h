@@ -42,7 +42,8 @@ QString GetDataSection(const EditorContext &editor, const QString &name);
 /// since. The status line says so.
 /// @param keep false replaces the elements of the same name @param loaded what the element was made from,
 /// null when from nothing @return false when it could not be stored @throws RunTimeError when the store holds
-/// another element already, and when it cannot be read or written: it is as it was then
+/// another element already, when the element is too large to be read again, and when the store cannot be read
+/// or written: it is as it was then
 bool StoreDataSection(EditorContext &editor, const QString &xml, bool keep,
                       const LoadedStore *loaded = nullptr);
 

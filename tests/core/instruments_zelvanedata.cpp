@@ -446,6 +446,23 @@ TEST_F(Store, ThatIsTooLargeIsLeftAlone)
     EXPECT_EQ(QFileInfo(Beside()).size(), 200 * 1024 * 1024);
 }
 
+TEST_F(Store, IsNeverTooLargeToBeReadAgain)
+{
+    Be(FileKind::Orchestra, u"song.orc"_s);
+    WriteFile(u"song.xml"_s, OneInstrument);
+    // Below the limit as it comes, beyond it with a line end behind each element.
+    const QString element = u"<p name=\"abcdefghijklmnopqrstuvwxyzab\"/>"_s;
+    const qsizetype count = 33'000'000 / element.size();
+    EXPECT_LT(count, 1'000'000);
+    const QString section = u"<instruments>"_s + element.repeated(count) + u"</instruments>"_s;
+    EXPECT_LT(section.size(), 32 * 1024 * 1024);
+    EXPECT_THROW(StoreDataSection(editor, section, false), RunTimeError);
+    const QString longer = section + u"<!--"_s + u"x"_s.repeated(1'000'000) + u"-->"_s;
+    EXPECT_THROW(StoreDataSection(editor, longer, false), RunTimeError);
+    EXPECT_EQ(Bytes(), OneInstrument);
+    EXPECT_EQ(Files(), QStringList(u"song.xml"_s));
+}
+
 TEST_F(Store, KeepsEachValueToTheCharacter)
 {
     Be(FileKind::Orchestra, u"song.orc"_s);
