@@ -4,8 +4,10 @@
 namespace zelvane
 {
 
-StopSignal StopLadder::Press(qint64 nowMs)
+std::optional<StopSignal> StopLadder::Press(qint64 nowMs)
 {
+    if (m_last && nowMs - m_sentMs < LeastMs)
+        return {};
     return Step(nowMs);
 }
 

@@ -16,9 +16,14 @@ public:
     /// How long a program has after a signal before the next one comes.
     static constexpr qint64 PatienceMs = 4000;
 
-    /// Begins, or takes the next step at once where it has begun: the user is out of patience.
-    /// @return what to send
-    StopSignal Press(qint64 nowMs);
+    /// How long a program has at least, however often the user presses: a signal on the heels of another cuts
+    /// off what the first one made the program do.
+    static constexpr qint64 LeastMs = 1000;
+
+    /// Begins, or takes the next step before its time where it has begun: the user is out of patience.
+    /// @param nowMs of any clock that only goes forward
+    /// @return what to send; nothing where the last signal is younger than LeastMs
+    std::optional<StopSignal> Press(qint64 nowMs);
     /// To be asked several times a second while anything runs. @return what to send now, if anything
     std::optional<StopSignal> Due(qint64 nowMs);
 

@@ -25,10 +25,23 @@ TEST(StopLadder, InterruptsTerminatesKills)
 
 TEST(StopLadder, PressingAgainIsTheNextStep)
 {
+    constexpr qint64 least = StopLadder::LeastMs;
     StopLadder ladder;
     EXPECT_EQ(ladder.Press(0), StopSignal::Interrupt);
-    EXPECT_EQ(ladder.Press(10), StopSignal::Terminate);
-    EXPECT_EQ(ladder.Due(20), std::nullopt);
-    EXPECT_EQ(ladder.Press(30), StopSignal::Kill);
+    EXPECT_EQ(ladder.Press(least), StopSignal::Terminate);
+    EXPECT_EQ(ladder.Due(least + 10), std::nullopt);
+    EXPECT_EQ(ladder.Press(2 * least), StopSignal::Kill);
     EXPECT_EQ(ladder.Last(), StopSignal::Kill);
+}
+
+TEST(StopLadder, PressesInARowAreOne)
+{
+    StopLadder ladder;
+    EXPECT_EQ(ladder.Press(50), StopSignal::Interrupt);
+    for (qint64 ms = 50; ms < 50 + StopLadder::LeastMs; ms += 30)
+        EXPECT_EQ(ladder.Press(ms), std::nullopt) << ms;
+    EXPECT_EQ(ladder.Due(50 + StopLadder::PatienceMs - 1), std::nullopt) << "they delay nothing";
+    EXPECT_EQ(ladder.Due(50 + StopLadder::PatienceMs), StopSignal::Terminate);
+    EXPECT_EQ(ladder.Press(50 + StopLadder::PatienceMs + 1), std::nullopt)
+        << "nor follow on a step by itself";
 }

@@ -2,6 +2,7 @@
 #include "console/consolekeys.h"
 #include "console/consoleoptions.h"
 #include "console/messageplace.h"
+#include "console/stopladder.h"
 #include "console/ui/consolelink.h"
 #include "console/ui/consoleview.h"
 #include "console/ui/frmconsole.h"
@@ -20,7 +21,9 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QEvent>
 #include <QFile>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -185,13 +188,37 @@ private Q_SLOTS:
         QVERIFY(!stop.isEnabled());
     }
 
+    void AHeldKeyIsOneStop()
+    {
+        Console console(u"trap 'echo heard' INT; trap 'echo cut off; exit 1' TERM; echo up; "
+                        "while :; do sleep 0.05; done"_s);
+        console.form->Run();
+        QTRY_VERIFY_WITH_TIMEOUT(console.Shows(u"up"_s), Patience);
+        const auto repeat = [&] {
+            QKeyEvent event(QEvent::KeyPress, Qt::Key_C, Qt::ControlModifier, QString(), true);
+            QCoreApplication::sendEvent(&console.View(), &event);
+        };
+        repeat(); // of a press that another window got
+        QCOMPARE(console.State(), u"Running..."_s);
+        QTest::keyPress(&console.View(), Qt::Key_C, Qt::ControlModifier);
+        QElapsedTimer held;
+        for (held.start(); held.elapsed() < StopLadder::LeastMs + 500; QTest::qWait(30)) {
+            repeat();
+            QCOMPARE(console.State(), u"Stopping..."_s);
+        }
+        QTRY_VERIFY_WITH_TIMEOUT(console.Shows(u"heard"_s), Patience);
+    }
+
     void ADeafProgramIsKilledInTheEnd()
     {
         Console console(u"trap '' INT TERM; echo up; while :; do sleep 0.05; done"_s);
         console.form->Run();
         QTRY_VERIFY_WITH_TIMEOUT(console.Shows(u"up"_s), Patience);
-        for (int press = 0; press < 3; ++press)
-            QTest::keyClick(&console.View(), Qt::Key_C, Qt::ControlModifier);
+        for (const QString &state : {u"Stopping..."_s, u"Terminating..."_s, u"Killing..."_s}) {
+            QTRY_VERIFY_WITH_TIMEOUT((QTest::keyClick(&console.View(), Qt::Key_C, Qt::ControlModifier),
+                                      console.State() == state || console.form->IsFinished()),
+                                     Patience);
+        }
         QTRY_VERIFY_WITH_TIMEOUT(console.form->IsFinished(), Patience);
         QCOMPARE(console.State(), u"Stopped. Ended: killed (SIGKILL)."_s);
     }

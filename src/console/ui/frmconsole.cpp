@@ -268,8 +268,10 @@ void frmConsole::Stop()
 {
     if (!m_process.AnyRuns())
         return;
-    const StopSignal signal = m_ladder.Press(m_clock.elapsed());
-    m_process.Stop(signal);
+    const auto signal = m_ladder.Press(m_clock.elapsed());
+    if (!signal)
+        return;
+    m_process.Stop(*signal);
     lblState->setText(signal == StopSignal::Interrupt   ? u"Stopping..."_s
                       : signal == StopSignal::Terminate ? u"Terminating..."_s
                                                         : u"Killing..."_s);
@@ -402,8 +404,10 @@ void frmConsole::CloseNow()
     Q_EMIT Closed();
 }
 
-bool frmConsole::HandleKey(QObject *watched, int key, Qt::KeyboardModifiers modifiers)
+bool frmConsole::HandleKey(QObject *watched, const QKeyEvent &press)
 {
+    const int key = press.key();
+    const Qt::KeyboardModifiers modifiers = press.modifiers();
     const bool ctrl = modifiers.testFlag(Qt::ControlModifier);
     const bool shift = modifiers.testFlag(Qt::ShiftModifier);
     if (key == Qt::Key_F4 && !ctrl && !modifiers.testFlag(Qt::AltModifier)) {
@@ -425,7 +429,8 @@ bool frmConsole::HandleKey(QObject *watched, int key, Qt::KeyboardModifiers modi
         const auto *field = qobject_cast<QLineEdit *>(watched);
         if (field && field->hasSelectedText())
             return false;
-        Stop();
+        if (!press.isAutoRepeat()) // a key held down is one wish
+            Stop();
         return true;
     }
     if (key == Qt::Key_A && watched == m_view) {
@@ -451,8 +456,7 @@ bool frmConsole::eventFilter(QObject *watched, QEvent *event)
         break;
     case QEvent::KeyPress: {
         Touch();
-        const auto *press = static_cast<QKeyEvent *>(event);
-        if (HandleKey(watched, press->key(), press->modifiers()))
+        if (HandleKey(watched, *static_cast<QKeyEvent *>(event)))
             return true;
         break;
     }

@@ -18,6 +18,7 @@
 #include <QWidget>
 
 class QCheckBox;
+class QKeyEvent;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -56,7 +57,7 @@ public:
     void GiveWay();
     /// Stops what runs and closes: the desktop wants it so.
     void StopAndClose();
-    /// The next step from an interrupt to the end by force.
+    /// The next step from an interrupt to the end by force, unless the last one was just now.
     void Stop();
 
 Q_SIGNALS:
@@ -82,7 +83,7 @@ private:
     void GoToMessage(int step);
     void Activate(qint64 line);
     void CloseNow();
-    bool HandleKey(QObject *watched, int key, Qt::KeyboardModifiers modifiers);
+    bool HandleKey(QObject *watched, const QKeyEvent &press);
 
     ConsoleOptions m_options;
     Services m_services;
