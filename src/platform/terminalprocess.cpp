@@ -179,6 +179,7 @@ bool TerminalProcess::Start(const Request &request)
         }
         m_parts->readable.reset();
         m_parts->writable.reset();
+        AnyRuns(); // nobody else may ask before its number is used again
         const bool bySignal = status == QProcess::CrashExit;
         if (m_parts->handlers.ended)
             m_parts->handlers.ended({.bySignal = bySignal,
@@ -209,7 +210,12 @@ bool TerminalProcess::IsRunning() const
 
 bool TerminalProcess::AnyRuns() const
 {
-    return IsRunning() || (m_parts->group > 0 && ::kill(-m_parts->group, 0) == 0);
+    if (IsRunning())
+        return true;
+    // A group keeps its number while it has a member. Once it has none, the number may become another's.
+    if (m_parts->group > 0 && ::kill(-m_parts->group, 0) != 0)
+        m_parts->group = 0;
+    return m_parts->group > 0;
 }
 
 void TerminalProcess::Read()

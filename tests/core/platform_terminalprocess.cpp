@@ -11,6 +11,8 @@
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QEventLoop>
+#include <QFile>
+#include <QProcess>
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -156,6 +158,37 @@ TEST_F(TerminalProcessTest, WhatAProgramLeftRunningIsKnown)
     process.Stop(StopSignal::Kill);
     EXPECT_TRUE(Until([this] { return !process.AnyRuns(); }));
 }
+
+#ifdef Q_OS_LINUX
+TEST_F(TerminalProcessTest, ANumberUsedAgainIsAnothersProgram)
+{
+    QFile lastNumber(u"/proc/sys/kernel/ns_last_pid"_s);
+    if (!lastNumber.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+        GTEST_SKIP() << "the system lets nobody choose the number of a process";
+    ASSERT_TRUE(Shell(u"trap '' HUP; echo $$; exit 1"_s));
+    ASSERT_TRUE(UntilEnd());
+    const qint64 number = output.trimmed().toLongLong();
+    ASSERT_GT(number, 1);
+    QProcess other;
+    // Other programs of the machine may take the number first.
+    for (int attempt = 0; attempt < 200 && other.processId() != number; ++attempt) {
+        other.kill();
+        other.waitForFinished();
+        if (lastNumber.write(QByteArray::number(number - 1)) <= 0)
+            GTEST_SKIP() << "the system lets nobody choose the number of a process";
+        other.start(u"setsid"_s, {u"sh"_s, u"-c"_s, u"echo up; exec sleep 600"_s});
+        ASSERT_TRUE(other.waitForStarted());
+    }
+    if (other.processId() != number)
+        GTEST_SKIP() << "others were faster";
+    ASSERT_TRUE(other.waitForReadyRead()); // leads a group of that number now
+    EXPECT_FALSE(process.AnyRuns());
+    process.Stop(StopSignal::Kill);
+    EXPECT_FALSE(other.waitForFinished(200));
+    other.kill();
+    other.waitForFinished();
+}
+#endif
 
 TEST(TerminalProcess, EndsWithItsOwner)
 {
