@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <clocale>
+#include <csignal>
 #include <cstdio>
 #include <QApplication>
 #include <QByteArray>
@@ -70,6 +71,14 @@ int main(int argc, char **argv)
                    stderr);
         return 2;
     }
+    // Who waits for the program's end may have been killed, and the terminal of its start closed: the program
+    // goes on, and its end is shown. Empty handlers, which no program that is started inherits.
+#ifdef SIGHUP
+    std::signal(SIGHUP, [](int) {});
+#endif
+#ifdef SIGPIPE
+    std::signal(SIGPIPE, [](int) {});
+#endif
     KeepForSelf(options->notify);
 
     SettingsStore settings;

@@ -3,6 +3,7 @@
 
 import os
 import signal
+import subprocess
 import wave
 
 from support.consoles import console_of, consoles, log_of, processes, write_program
@@ -98,6 +99,23 @@ def killed_editor_leaves_the_render_alone(stage):
     with wave.open(str(wave_file)) as sound:
         equal(sound.getnframes(), 60 * 44100, "the length of the sound file")
     stage.until(lambda: not consoles(stage), "the console gone by itself")
+
+
+def console_outlives_who_waits_for_it(stage):
+    reading, writing = os.pipe()
+    go = stage.home / "go"
+    script = f"while ! test -e '{go}'; do sleep 0.05; done; echo after"
+    program = os.path.join(os.path.dirname(stage.program), "zelvane-console")
+    options = ["--title", "Waited", "--window", "0", "--notify", str(writing), "--"]
+    console = subprocess.Popen(
+        [program, *options, "/bin/sh", "-c", script], pass_fds=[writing], env=stage.environment
+    )
+    os.close(writing)
+    equal(os.read(reading, 1), b"s", "the word of the start")
+    os.close(reading)
+    go.touch()
+    equal(console.wait(60), 0, "the console's exit code")
+    check("after\n\nEnded well" in log_of(stage, "Waited"), "the log has the program's end")
 
 
 def stopped_run_leaves_a_readable_file(stage):
@@ -272,6 +290,7 @@ def ready_made_presets_work(stage):
 main(
     error_leads_to_its_line,
     killed_editor_leaves_the_render_alone,
+    console_outlives_who_waits_for_it,
     stopped_run_leaves_a_readable_file,
     guarded_hand_over,
     hidden_run_has_its_log_alone,
