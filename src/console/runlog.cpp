@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "console/runlog.h"
 
+#include "platform/nativefile.h"
 #include "platform/userfolders.h"
 
 #include <algorithm>
@@ -8,6 +9,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QStringList>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -39,6 +41,9 @@ void RemoveOld(const QString &folder, int logs)
     const QStringList names = QDir(folder).entryList({u'*' + Suffix}, QDir::Files, QDir::Name);
     for (qsizetype i = 0; i < names.size() - logs; ++i) {
         const QString path = folder + u'/' + names[i];
+        const NativeFile left = LockLeftFile(path);
+        if (!left.IsOpen())
+            continue; // its run still goes
         QFile::remove(path);
         QFile::remove(path + TailSuffix);
         QFile::remove(path + OlderTailSuffix);
@@ -68,6 +73,7 @@ RunLog::RunLog(const QString &folder, const QString &name, const QDateTime &begu
     if (!m_file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered, OwnerOnly))
         return;
     m_path = m_file.fileName();
+    m_lock = LockLeftFile(m_path);
     RemoveOld(folder, limits.logs);
 }
 
@@ -148,6 +154,7 @@ void RunLog::AppendTail(const QString &path)
 void RunLog::Finish()
 {
     m_tail.reset();
+    const NativeFile lock = std::exchange(m_lock, NativeFile()); // until the end stands in the log
     if (!m_file.isOpen())
         return;
     if (m_dropped > 0)

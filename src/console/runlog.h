@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/nativefile.h"
+
 #include <memory>
 #include <QByteArrayView>
 #include <QDateTime>
@@ -18,13 +20,13 @@ public:
     struct Limits {
         qint64 head = 50'000'000; ///< bytes from the start that are kept
         qint64 tail = 50'000'000; ///< bytes at the end that are kept, at most; half of them at least
-        int logs = 20;            ///< logs in the folder, this one among them
+        int logs = 20;            ///< logs in the folder, this one and those of other running runs among them
     };
 
     /// Where logs lie: a folder of the user's own.
     static QString Folder();
 
-    /// Begins a log and removes the oldest ones beyond the limit.
+    /// Begins a log and removes the oldest ones beyond the limit whose runs have ended.
     /// @param name of the preset or program; it becomes part of the file's name
     RunLog(const QString &folder, const QString &name, const QDateTime &begun, Limits limits);
     RunLog(const QString &folder, const QString &name, const QDateTime &begun);
@@ -49,6 +51,7 @@ private:
     Limits m_limits;
     QString m_path;
     QFile m_file;
+    NativeFile m_lock; ///< tells other runs that this one goes on
     qint64 m_headLength = 0;
     std::unique_ptr<QFile> m_tail; ///< the newer half of the tail
     qint64 m_tailLength = 0;

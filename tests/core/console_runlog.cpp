@@ -100,6 +100,22 @@ TEST_F(RunLogTest, TheOldestLogsGo)
     EXPECT_TRUE(files.last().startsWith(u"20260107"_s));
 }
 
+TEST_F(RunLogTest, TheLogOfALongRunStays)
+{
+    const RunLog::Limits limits{.head = 4, .tail = 8, .logs = 3};
+    RunLog running(Runs(), u"long"_s, begun, limits);
+    running.Write("head tail ");
+    for (int i = 1; i < 6; ++i)
+        RunLog(Runs(), u"short"_s, begun.addDays(i), limits);
+    ASSERT_TRUE(QFile::exists(running.Path()));
+    EXPECT_EQ(Files().filter(u"short"_s).size(), 3) << "the newest of the others: only ended runs go";
+    running.Write("end.");
+    running.Finish();
+    EXPECT_TRUE(Bytes(running.Path()).endsWith("end.")) << Bytes(running.Path()).constData();
+    RunLog(Runs(), u"short"_s, begun.addDays(6), limits);
+    EXPECT_FALSE(QFile::exists(running.Path())) << "it is the oldest that has ended";
+}
+
 TEST_F(RunLogTest, WithoutAFolderThereIsNoLog)
 {
     QFile blocked(Runs());
