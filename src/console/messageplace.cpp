@@ -53,8 +53,13 @@ template <typename Test> int Nearest(const QStringList &lines, int line, Test te
     return 0;
 }
 
+/// No piece is that long; what the user names so is no text.
+constexpr qint64 LongestText = 64'000'000;
+
 QString TextOf(const QString &path)
 {
+    if (QFileInfo(path).size() > LongestText)
+        return {};
     try {
         return ToLineFeeds(ReadTextFile(path));
     } catch (const RunTimeError &) {
@@ -77,6 +82,30 @@ QString FindFile(const QString &name, const PlaceSources &sources)
 }
 
 } // namespace
+
+QStringList DocumentsOf(const QStringList &arguments)
+{
+    // A letter with a value takes what stands behind it, or the next argument where nothing does.
+    static const QString withValue = u"oiLMFQxUbBrktjm"_s;
+    QStringList documents;
+    for (qsizetype i = 0; i < arguments.size(); ++i) {
+        const QString &argument = arguments[i];
+        if (!argument.startsWith(u'-')) {
+            documents.append(argument);
+            continue;
+        }
+        if (argument.startsWith(u"--"_s) || argument.startsWith(u"-+"_s))
+            continue;
+        for (qsizetype at = 1; at < argument.size(); ++at) {
+            if (!withValue.contains(argument[at]))
+                continue;
+            if (at + 1 == argument.size())
+                ++i;
+            break;
+        }
+    }
+    return documents;
+}
 
 int SettleLine(const RunMessage &message, const QString &text)
 {

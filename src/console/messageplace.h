@@ -25,6 +25,10 @@ struct PlaceSources {
     QStringList documents = {}; ///< the files that the program was started on
 };
 
+/// Those of a command line's arguments that name what a program was started on: no flags, and no values of
+/// Csound's flags, such as the sound file that it writes.
+QStringList DocumentsOf(const QStringList &arguments);
+
 /// The place that a message names. Csound miscounts behind macros of several lines, and for variables that
 /// are not defined; so the line is the nearest one that holds what the message quotes. None where the message
 /// names no file that is there.

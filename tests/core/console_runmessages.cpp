@@ -275,12 +275,9 @@ struct BrokenPieceTest : testing::TestWithParam<BrokenPiece> {
         EXPECT_TRUE(found.message->text.contains(QLatin1String(GetParam().says)))
             << found.message->text.toStdString();
         EXPECT_EQ(found.message->mark, GetParam().isWarning ? LineMark::Warning : LineMark::Error);
-        QStringList documents;
-        for (const QString &argument : arguments)
-            if (!argument.startsWith(u'-'))
-                documents.append(argument);
-        const std::optional<MessagePlace> place = FindPlace(
-            *found.message, {.folder = QDir(folder.path()).canonicalPath(), .documents = documents});
+        const PlaceSources sources{.folder = QDir(folder.path()).canonicalPath(),
+                                   .documents = DocumentsOf(arguments)};
+        const std::optional<MessagePlace> place = FindPlace(*found.message, sources);
         ASSERT_EQ(place.has_value(), expected.has_value()) << output.constData();
         if (place) {
             EXPECT_EQ(place->path, expected->path);
@@ -413,4 +410,33 @@ TEST(SettleLine, TakesTheNearestLineThatHoldsWhatIsQuoted)
     EXPECT_EQ(SettleLine({.line = 0, .token = u"b"_s}, text), 0);
     EXPECT_EQ(SettleLine({.line = 1, .lineIsBefore = true, .token = u"b"_s}, text), 2);
     EXPECT_EQ(SettleLine({.line = 1}, QString()), 1);
+}
+
+TEST(MessagePlace, WhatAFlagTakesIsNoDocument)
+{
+    const QStringList piece{u"a.orc"_s, u"a.sco"_s};
+    EXPECT_EQ(DocumentsOf({u"-d"_s, u"-o"_s, u"x.wav"_s, u"a.orc"_s, u"a.sco"_s}), piece);
+    EXPECT_EQ(DocumentsOf({u"-do"_s, u"x.wav"_s, u"a.orc"_s, u"-odac"_s, u"a.sco"_s}), piece);
+    EXPECT_EQ(DocumentsOf({u"-Wdi"_s, u"in.wav"_s, u"-b"_s, u"128"_s, u"-b128"_s, u"a.orc"_s, u"a.sco"_s}),
+              piece);
+    EXPECT_EQ(DocumentsOf({u"--output=o"_s, u"a.orc"_s, u"-+rtaudio=alsa"_s, u"a.sco"_s, u"-o"_s}), piece);
+}
+
+TEST(MessagePlace, TheSoundFileIsNoPlace)
+{
+    const QTemporaryDir folder;
+    const auto write = [&](const QString &name, const QByteArray &bytes) {
+        QFile file(folder.filePath(name));
+        return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+    };
+    ASSERT_TRUE(write(u"x.wav"_s, "RIFF none.orc\n\n\n"));
+    ASSERT_TRUE(write(u"a.csd"_s, "\n#include \"none.orc\"\n"));
+    const PlaceSources sources{.folder = folder.path(),
+                               .documents = DocumentsOf({u"-d"_s, u"-o"_s, u"x.wav"_s, u"a.csd"_s})};
+    RunMessage message;
+    message.token = u"none.orc"_s;
+    EXPECT_EQ(FindPlace(message, sources), (MessagePlace{folder.filePath(u"a.csd"_s), 2}));
+    message.token.clear();
+    message.line = 2;
+    EXPECT_EQ(FindPlace(message, sources), (MessagePlace{folder.filePath(u"a.csd"_s), 2}));
 }

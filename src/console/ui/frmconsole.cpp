@@ -356,15 +356,12 @@ void frmConsole::Activate(qint64 line)
     if (!message)
         return;
     m_hasVisited = true;
-    QStringList documents;
-    for (const QString &argument : m_options.run.arguments)
-        if (!argument.startsWith(u'-'))
-            documents.append(argument);
     const QString folder = m_options.run.folder.isEmpty() ? QDir::currentPath() : m_options.run.folder;
     const QStringList included =
         qEnvironmentVariable("INCDIR").split(QDir::listSeparator(), Qt::SkipEmptyParts);
-    if (const auto place =
-            FindPlace(*message, {.folder = folder, .folders = included, .documents = documents}))
+    const PlaceSources sources{
+        .folder = folder, .folders = included, .documents = DocumentsOf(m_options.run.arguments)};
+    if (const auto place = FindPlace(*message, sources))
         m_services.openPlace(*place);
 }
 
