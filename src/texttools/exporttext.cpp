@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "texttools/exporttext.h"
 
+#include "platform/desktop.h"
 #include "platform/fileoperations.h"
 #include "platform/styledtext.h"
 #include "platform/textencoding.h"
@@ -13,6 +14,7 @@
 
 #include <optional>
 #include <QByteArray>
+#include <QFileInfo>
 #include <QScopeGuard>
 
 using namespace Qt::Literals::StringLiterals;
@@ -72,6 +74,19 @@ QByteArray InLineEnds(QString (*convert)(QStringView), const EditorContext &edit
     return EncodeText(convert(editor.text.Text()), encoding);
 }
 
+/// Asks before the colours' markup takes the place of the document itself, whatever name leads to its file.
+bool MayReplaceDocument(const QString &path, const EditorContext &editor)
+{
+    const QString real = QFileInfo(path).canonicalFilePath();
+    if (real.isEmpty() || real != QFileInfo(editor.document.CurrentFile).canonicalFilePath())
+        return true;
+    return editor.desktop.MessageBox(
+               {.text = u"This is the file of the document itself. Replace its text with the exported one?"_s,
+                .icon = BoxIcon::Warning,
+                .buttons = BoxButtons::YesNo,
+                .defaultAnswer = BoxAnswer::No}) == BoxAnswer::Yes;
+}
+
 /// The coloured text. @return no value when the user stopped it
 std::optional<QByteArray> Coloured(ExportFormat format, const QString &path, const EditorContext &editor,
                                    const ExportParts &parts)
@@ -109,6 +124,8 @@ void ExportText(ExportFormat format, const EditorContext &editor, const ExportPa
     case ExportFormat::Html:
         break;
     }
+    if (!MayReplaceDocument(path, editor))
+        return;
     const bool tells = format == ExportFormat::Html;
     if (tells)
         editor.status.Show(u"Converting to HTML..."_s);

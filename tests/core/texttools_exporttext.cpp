@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "texttools/exporttext.h"
 
+#include "platform/desktop.h"
 #include "platform/fileoperations.h"
 #include "platform/runtimeerror.h"
 #include "platform/styledtext.h"
@@ -11,6 +12,7 @@
 #include "texttools/rtfwriter.h"
 
 #include <QDir>
+#include <QFile>
 #include <QStringList>
 #include <vector>
 
@@ -128,6 +130,32 @@ TEST_F(Export, WritesColouredTextAndLeavesTheDocument)
     EXPECT_EQ(document.CurrentFile, path);
     EXPECT_FALSE(document.Modified);
     EXPECT_EQ(view.recentFiles, QStringList{path});
+}
+
+TEST_F(Export, ColoursOverTheDocumentItselfAreAskedAbout)
+{
+    const QString path = context.WriteFile(u"a.orc"_s, "; mine\r\n");
+    documents.OpenFile(path);
+    const QString link = context.folder.filePath(u"link"_s);
+    ASSERT_TRUE(QFile::link(path, link));
+    const MessageBoxRequest question{
+        .text = u"This is the file of the document itself. Replace its text with the exported one?"_s,
+        .icon = BoxIcon::Warning,
+        .buttons = BoxButtons::YesNo,
+        .defaultAnswer = BoxAnswer::No};
+    for (const ExportFormat format : {ExportFormat::Html, ExportFormat::Rtf}) {
+        for (const QString &target : {path, link}) {
+            desktop.ExpectSaveDialog(Request(format, context.folder.filePath(u"a"_s)), {.path = target});
+            desktop.ExpectMessage(question, BoxAnswer::No);
+            ExportText(format, editor, parts);
+            EXPECT_EQ(FileBytes(path), "; mine\r\n");
+        }
+    }
+    EXPECT_EQ(progress.begun, QStringList());
+    desktop.ExpectSaveDialog(Request(ExportFormat::Html, context.folder.filePath(u"a"_s)), {.path = path});
+    desktop.ExpectMessage(question, BoxAnswer::Yes);
+    ExportText(ExportFormat::Html, editor, parts);
+    EXPECT_TRUE(FileBytes(path).startsWith("<!DOCTYPE"));
 }
 
 TEST_F(Export, AnUntitledTextIsOfferedAName)
