@@ -12,6 +12,7 @@
 
 #include <functional>
 #include <QAction>
+#include <QApplication>
 #include <QBuffer>
 #include <QByteArray>
 #include <QFile>
@@ -22,14 +23,18 @@
 #include <QMessageBox>
 #include <QPageLayout>
 #include <QPageSize>
+#include <QPaintDevice>
+#include <QPaintEngine>
 #include <QPdfWriter>
 #include <QPrintDialog>
+#include <QPrintEngine>
 #include <QPrinter>
 #include <QProcess>
 #include <QProgressDialog>
 #include <QRadioButton>
 #include <QStringList>
 #include <QTemporaryDir>
+#include <QVariant>
 #include <set>
 
 using namespace Qt::Literals::StringLiterals;
@@ -196,6 +201,9 @@ private Q_SLOTS:
     void EscapePrintsNothing();
     void EscapeStopsALongOne();
     void StoppedAndFailedOnesLeaveTheFile();
+    void CountingBeginsNoDevice();
+    void NoJobIsBegunThatIsStoppedOrRefused();
+    void PagesThatTheTextHasNotAreTold();
 };
 
 void PrintingTest::EveryLineIsThereInOrder()
@@ -444,6 +452,136 @@ void PrintingTest::StoppedAndFailedOnesLeaveTheFile()
     PrintOn(printer, Piece(NumberedLines(200)), u"x"_s, progress);
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(PagesOf(file.readAll()).size(), 1);
+}
+
+void PrintingTest::CountingBeginsNoDevice()
+{
+    const StyledText text = Piece(NumberedLines(1000));
+    const auto pages = int(PagesOf(Pdf(text)).size());
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    QPdfWriter writer(&buffer);
+    writer.setPageLayout(QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Portrait, {20, 20, 20, 20},
+                                     QPageLayout::Millimeter));
+    QCOMPARE(CountPages(text, writer, {}), pages);
+    QCOMPARE(CountPages(text, writer, {.last = 3}), 3);
+    QCOMPARE(CountPages(text, writer, {.first = pages + 1}), pages);
+    QVERIFY(!CountPages(text, writer, {}, [](qint64, qint64) { return false; }));
+    QVERIFY(PaintPages(text, writer, {.first = pages + 1}));
+    QVERIFY(bytes.isEmpty());
+    // What was counted is what is painted.
+    QVERIFY(PaintPages(text, writer, {}));
+    QCOMPARE(PagesOf(bytes).size(), pages);
+}
+
+/// A printer that is in no list of the desktop, and how often a job of it was begun.
+class GonePrinter : public QPrinter
+{
+public:
+    GonePrinter() : QPrinter(QPrinter::HighResolution) { setEngines(&m_engine, &m_engine); }
+    int begun() const { return m_engine.begun; }
+
+private:
+    struct Engine : QPaintEngine, QPrintEngine {
+        int begun = 0;
+        bool begin(QPaintDevice * /*device*/) override
+        {
+            ++begun;
+            return true;
+        }
+        bool end() override { return true; }
+        void updateState(const QPaintEngineState & /*state*/) override {}
+        void drawPixmap(const QRectF & /*to*/, const QPixmap & /*map*/, const QRectF & /*from*/) override {}
+        void drawTextItem(const QPointF & /*at*/, const QTextItem & /*item*/) override {}
+        Type type() const override { return User; }
+        void setProperty(PrintEnginePropertyKey /*key*/, const QVariant & /*value*/) override {}
+        QVariant property(PrintEnginePropertyKey key) const override
+        {
+            switch (key) {
+            case PPK_PrinterName:
+                return u"gone"_s;
+            case PPK_ColorMode:
+                return int(QPrinter::Color);
+            case PPK_QPageLayout:
+                return QVariant::fromValue(QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Portrait,
+                                                       {20, 20, 20, 20}, QPageLayout::Millimeter));
+            default:
+                return {};
+            }
+        }
+        bool newPage() override { return true; }
+        bool abort() override { return false; }
+        int metric(QPaintDevice::PaintDeviceMetric metric) const override
+        {
+            switch (metric) {
+            case QPaintDevice::PdmWidth:
+                return 2480;
+            case QPaintDevice::PdmHeight:
+                return 3508;
+            case QPaintDevice::PdmDevicePixelRatio:
+                return 1;
+            case QPaintDevice::PdmDevicePixelRatioScaled:
+                return int(QPaintDevice::devicePixelRatioFScale());
+            default:
+                return 300;
+            }
+        }
+        QPrinter::PrinterState printerState() const override
+        {
+            return begun > 0 ? QPrinter::Active : QPrinter::Idle;
+        }
+    };
+    Engine m_engine;
+};
+
+/// The description of the error that a print ends with; empty for none.
+QString ErrorOfPrint(QPrinter &printer, const StyledText &text, WorkProgress &progress)
+{
+    try {
+        PrintOn(printer, text, u"x.orc"_s, progress);
+    } catch (const RunTimeError &error) {
+        return error.Description();
+    }
+    return {};
+}
+
+void PrintingTest::NoJobIsBegunThatIsStoppedOrRefused()
+{
+    const StyledText text = Piece(NumberedLines(200));
+    GonePrinter printer;
+    Stopped progress;
+    QCOMPARE(ErrorOfPrint(printer, text, progress), QString());
+    QCOMPARE(progress.begun.size(), 1);
+    QCOMPARE(progress.ended, 1);
+    QCOMPARE(printer.begun(), 0);
+    progress.goOn = true;
+    QCOMPARE(ErrorOfPrint(printer, text, progress), u"The printer could not be used"_s);
+    QCOMPARE(progress.ended, 2);
+    QCOMPARE(printer.begun(), 0);
+    QVERIFY(!QApplication::overrideCursor());
+    // It is one that paints: nothing else has kept the job back.
+    PaintPages(text, printer, {});
+    QCOMPARE(printer.begun(), 1);
+}
+
+void PrintingTest::PagesThatTheTextHasNotAreTold()
+{
+    const StyledText text = Piece(u"one page"_s);
+    const QTemporaryDir folder;
+    Stopped progress;
+    progress.goOn = true;
+    QPrinter file;
+    file.setOutputFileName(folder.filePath(u"out.pdf"_s));
+    file.setPrintRange(QPrinter::PageRange);
+    file.setFromTo(5, 6);
+    QCOMPARE(ErrorOfPrint(file, text, progress), u"The text has no page 5"_s);
+    QVERIFY(!QFile::exists(file.outputFileName()));
+    GonePrinter printer;
+    printer.setPrintRange(QPrinter::PageRange);
+    printer.setFromTo(2, 2);
+    QCOMPARE(ErrorOfPrint(printer, text, progress), u"The text has no page 2"_s);
+    QCOMPARE(printer.begun(), 0);
 }
 
 int main(int argc, char **argv)

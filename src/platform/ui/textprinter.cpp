@@ -13,9 +13,11 @@
 #include <QBuffer>
 #include <QByteArray>
 #include <QColor>
+#include <QCursor>
 #include <QFileInfo>
 #include <QFont>
 #include <QFontMetricsF>
+#include <QGuiApplication>
 #include <QList>
 #include <QMarginsF>
 #include <QPagedPaintDevice>
@@ -23,6 +25,7 @@
 #include <QPainter>
 #include <QPdfWriter>
 #include <QPrinter>
+#include <QPrinterInfo>
 #include <QScopeGuard>
 #include <QString>
 #include <QTextCharFormat>
@@ -90,6 +93,14 @@ QFont NumberFontOf(const TextFont &font)
     return result;
 }
 
+/// The toolkit drops the job of a printer that has gone without a word, so the desktop is asked for it.
+void CheckPrinter(const QPrinter &printer)
+{
+    const QString name = printer.printerName();
+    if (name.isEmpty() || QPrinterInfo::printerInfo(name).printerName() != name)
+        FailToPrint();
+}
+
 /// The work of painting one text.
 class PagePainter
 {
@@ -123,8 +134,24 @@ public:
 
     bool Run(const std::function<bool(qint64 done, qint64 total)> &goOn)
     {
-        if (!m_painter.begin(&m_device))
+        const bool all = LayOut(goOn);
+        if (m_painter.isActive() && !m_painter.end())
             FailToPrint();
+        return all;
+    }
+
+    /// Lays the pages out without the device's knowing.
+    /// @return how many there are up to the last one asked for; no value when the user stopped it
+    std::optional<int> Count(const std::function<bool(qint64 done, qint64 total)> &goOn)
+    {
+        m_paints = false;
+        return LayOut(goOn) ? std::optional(IsDone() ? m_order.last : m_page) : std::nullopt;
+    }
+
+private:
+    bool LayOut(const std::function<bool(qint64 done, qint64 total)> &goOn)
+    {
+        BeginPage();
         const qsizetype length = m_text.text.size();
         qsizetype start = 0;
         int asked = 1;
@@ -140,13 +167,10 @@ public:
             start = end + 1;
         } while (start < length && !IsDone());
         EndPage();
-        if (!m_painter.end())
-            FailToPrint();
         return true;
     }
 
-private:
-    bool IsPainted() const { return m_page >= m_order.first && !IsDone(); }
+    bool IsPainted() const { return m_paints && m_page >= m_order.first && !IsDone(); }
     bool IsDone() const { return m_order.last > 0 && m_page > m_order.last; }
 
     /// How many dots of the device the toolkit makes of one unit of a tab stop.
@@ -197,12 +221,18 @@ private:
             EndPage();
             ++m_page;
             m_y = m_paper.text.top();
-            if (IsPainted() && m_page > m_order.first && !m_device.newPage())
-                FailToPrint();
+            BeginPage();
         }
         if (IsPainted())
             line.draw(&m_painter, QPointF(m_paper.text.left(), m_y));
         m_y += height;
+    }
+
+    /// The device begins with the first page that it gets, and so has none when there is none.
+    void BeginPage()
+    {
+        if (IsPainted() && !(m_painter.isActive() ? m_device.newPage() : m_painter.begin(&m_device)))
+            FailToPrint();
     }
 
     void EndPage()
@@ -241,6 +271,7 @@ private:
     std::array<QTextCharFormat, StyleClassCount> m_formats;
     QTextOption m_option;
     QPainter m_painter;
+    bool m_paints = true; ///< else only counts
     int m_page = 1;
     double m_y;
 };
@@ -271,6 +302,12 @@ bool PaintPages(const StyledText &text, QPagedPaintDevice &device, const PageOrd
     return PagePainter(text, device, order).Run(goOn);
 }
 
+std::optional<int> CountPages(const StyledText &text, QPagedPaintDevice &device, const PageOrder &order,
+                              const std::function<bool(qint64 done, qint64 total)> &goOn)
+{
+    return PagePainter(text, device, order).Count(goOn);
+}
+
 void PrintOn(QPrinter &printer, const StyledText &text, const QString &title, WorkProgress &progress)
 {
     PageOrder order{.inColour = printer.colorMode() == QPrinter::Color};
@@ -278,19 +315,33 @@ void PrintOn(QPrinter &printer, const StyledText &text, const QString &title, Wo
         order.first = std::max(1, printer.fromPage());
         order.last = printer.toPage();
     }
-    progress.Begin(u"Printing "_s + title + u"..."_s);
-    const auto end = qScopeGuard([&progress] { progress.End(); });
     const auto goOn = [&progress](qint64 done, qint64 total) { return progress.GoOn(done, total); };
-    if (const QString file = printer.outputFileName(); !file.isEmpty()) {
-        if (const auto bytes = PdfOf(printer, text, title, order, goOn))
-            WriteFileBytes(QFileInfo(file).absoluteFilePath(), *bytes);
-    } else {
-        printer.setDocName(title);
-        if (!PaintPages(text, printer, order, goOn))
-            printer.abort();
-        else if (printer.printerState() == QPrinter::Error)
-            FailToPrint();
+    const QString file = printer.outputFileName();
+    std::optional<QByteArray> bytes;
+    std::optional<int> pages;
+    {
+        progress.Begin(u"Printing "_s + title + u"..."_s);
+        const auto end = qScopeGuard([&progress] { progress.End(); });
+        if (file.isEmpty())
+            pages = CountPages(text, printer, order, goOn);
+        else
+            bytes = PdfOf(printer, text, title, order, goOn);
     }
+    // What a range takes in may be no page at all; a painted one has bytes.
+    if (pages ? *pages < order.first : bytes && bytes->isEmpty())
+        throw RunTimeError(ErrorNumber::InvalidCall,
+                           u"The text has no page "_s + QString::number(order.first));
+    if (bytes)
+        WriteFileBytes(QFileInfo(file).absoluteFilePath(), *bytes);
+    if (!pages)
+        return;
+    // A job that was begun cannot be taken back: the toolkit sends what there is. So nothing stops it now.
+    QGuiApplication::setOverrideCursor(QCursor(Qt::WaitCursor));
+    const auto ready = qScopeGuard([] { QGuiApplication::restoreOverrideCursor(); });
+    CheckPrinter(printer);
+    printer.setDocName(title);
+    PaintPages(text, printer, order);
+    CheckPrinter(printer);
 }
 
 } // namespace zelvane
