@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/childprocess.h"
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <exception>
 #include <grp.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
@@ -19,26 +22,63 @@ namespace
 {
 
 constexpr uid_t Nobody = 65534;
+constexpr int Attempts = 5;
+constexpr int PatienceMs = 10000;
+
+/// The allocator of the sanitizers does not mind a fork: where another thread was in it at that moment, the
+/// child finds it locked for ever. It had better find out before its work begins.
+void TakeEachAllocatorsLock()
+{
+    for (size_t size = 8; size <= 1 << 20; size += size / 4 + 8) {
+        void *volatile piece = std::malloc(size);
+        std::free(piece);
+    }
+}
+
+int CodeOf(const std::function<void()> &work)
+{
+    int code = 1;
+    try {
+        work();
+        code = ::testing::Test::HasFailure() ? 1 : 0;
+    } catch (const std::exception &error) {
+        std::printf("the child process met: %s\n", error.what());
+    }
+    std::fflush(nullptr);
+    return code;
+}
 
 } // namespace
 
 pid_t StartChild(const std::function<void()> &work)
 {
     std::fflush(nullptr);
-    const pid_t child = fork();
-    if (child == 0) {
-        int code = 1;
-        try {
-            work();
-            code = ::testing::Test::HasFailure() ? 1 : 0;
-        } catch (const std::exception &error) {
-            std::printf("the child process met: %s\n", error.what());
+    for (int attempt = 0; attempt < Attempts; ++attempt) {
+        int ready[2];
+        if (pipe(ready) != 0)
+            break;
+        const pid_t child = fork();
+        if (child == 0) {
+            TakeEachAllocatorsLock();
+            if (write(ready[1], "", 1) != 1)
+                _exit(1);
+            close(ready[0]);
+            close(ready[1]);
+            _exit(CodeOf(work));
         }
-        std::fflush(nullptr);
-        _exit(code);
+        pollfd begun{.fd = ready[0], .events = POLLIN, .revents = 0};
+        const bool alive = child > 0 && poll(&begun, 1, PatienceMs) == 1;
+        close(ready[0]);
+        close(ready[1]);
+        if (alive)
+            return child;
+        if (child <= 0)
+            break;
+        kill(child, SIGKILL);
+        waitpid(child, nullptr, 0);
     }
-    EXPECT_GT(child, 0);
-    return child;
+    ADD_FAILURE() << "no child process begins";
+    return -1;
 }
 
 bool ChildSucceeded(pid_t child)
