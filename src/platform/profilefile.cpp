@@ -461,10 +461,13 @@ void ProfileFile::Refresh() const
 
 const ProfileFile::Section *ProfileFile::FindSection(QStringView section) const
 {
-    try {
-        Refresh();
-    } catch (const RunTimeError &) {
-        // A store that cannot be read has no keys; the first write tells why.
+    if (!m_step) {
+        m_failure.reset();
+        try {
+            Refresh();
+        } catch (const RunTimeError &failure) {
+            m_failure = failure; // a store that cannot be read has no keys; the first write tells why
+        }
     }
     const Spelling spelling(m_text);
     if (!m_indexed) {
@@ -576,6 +579,12 @@ void ProfileFile::SetValue(QStringView section, QStringView key, QStringView val
 
 void ProfileFile::SetValues(QStringView section, const ProfileEntries &entries)
 {
+    if (entries.empty()) {
+        FindSection(section);
+        if (m_failure)
+            throw *m_failure;
+        return;
+    }
     Change([section = section.toString(), entries, spelling = Spelling(m_text)](const QByteArray &bytes) {
         QByteArray result = bytes;
         for (const auto &[key, value] : entries)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/nativefile.h"
+#include "platform/runtimeerror.h"
 
 #include <chrono>
 #include <functional>
@@ -58,7 +59,8 @@ public:
     /// nothing writes nothing. After a wait for the lock in vain the next ones are short until it was free
     /// once: a stopped process does not stop this one.
     void SetValue(QStringView section, QStringView key, QStringView value);
-    /// Several keys of a section in one step.
+    /// Several keys of a section in one step. Where there are none nothing is written or locked: that only
+    /// throws when what stands in the file cannot be read.
     void SetValues(QStringView section, const ProfileEntries &entries);
     void RemoveKey(QStringView section, QStringView key);
     /// Comments and lines that are not understood stay behind.
@@ -106,7 +108,8 @@ private:
     mutable bool m_indexed = false;
     mutable std::vector<Section> m_sections;
     mutable QHash<QString, qsizetype> m_sectionPlaces;
-    std::optional<std::vector<Edit>> m_step; // what the step under way has changed in m_bytes
+    mutable std::optional<RunTimeError> m_failure; // of the last reader; in a step, of its start
+    std::optional<std::vector<Edit>> m_step;       // what the step under way has changed in m_bytes
     std::chrono::milliseconds m_patience = Patience;
     bool m_lockRefused = false;
 };

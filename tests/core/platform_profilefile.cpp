@@ -505,6 +505,29 @@ TEST_F(Profile, AStoreThatCannotBeReadIsEmptyToReadersAndIsNotWrittenOver)
     EXPECT_EQ(Content(), "[Options]\na=1\n"_ba);
 }
 
+TEST_F(Profile, NoKeysToWriteTellWhetherTheFileCanBeRead)
+{
+    ProfileFile file(path);
+    file.SetValues(u"Options", {});
+    EXPECT_EQ(NamesIn(folder), QStringList()) << "neither the file nor its lock is made";
+    ASSERT_TRUE(QDir(folder).mkdir(u"settings"_s));
+    EXPECT_THROW(file.SetValues(u"Options", {}), RunTimeError);
+    // A step goes by what it has read at its start.
+    bool refused = false;
+    file.InOneStep([&] {
+        EXPECT_TRUE(QDir(folder).rmdir(u"settings"_s));
+        Put("[Options]\na=1\n");
+        try {
+            file.SetValues(u"Options", {});
+        } catch (const RunTimeError &) {
+            refused = true;
+        }
+    });
+    EXPECT_TRUE(refused);
+    file.SetValues(u"Options", {});
+    EXPECT_EQ(file.Value(u"Options", u"a"), u"1"_s);
+}
+
 TEST_F(Profile, WhatIsNoFileIsNoStore)
 {
     const auto check = [&] {

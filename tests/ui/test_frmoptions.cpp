@@ -184,6 +184,9 @@ private Q_SLOTS:
     void OptionsThatDisagreeShowWhatTheProgramReads_data();
     void OptionsThatDisagreeShowWhatTheProgramReads();
     void AFileEditedMeanwhileLosesNothingElse();
+    void AStoreThatComesBackKeepsItsValues();
+    void AStoreThatCannotBeReadShowsNoDialog();
+    void WhatCannotBeReadStaysUntilItIsChanged();
     void SettingsOfOthersStayAsTheyAre();
     void OnlyApplyAndOkWrite();
     void AStoreThatCannotBeWrittenKeepsTheDialog();
@@ -330,9 +333,89 @@ void FrmOptionsTest::AFileEditedMeanwhileLosesNothingElse()
     QCOMPARE(after.GetSetting(u"Recent File List", u"1"), u"/piece.csd"_s);
     QCOMPARE(after.GetSetting(u"Mine", u"Command"), u"/bin/true"_s);
     QCOMPARE(after.GetSetting(u"Options", u"UFFExtensions"), u"csd xml"_s);
-    QCOMPARE(after.GetSetting(u"Options", u"BakPath"), u"/before"_s); // the dialog shows it
+    QCOMPARE(after.GetSetting(u"Options", u"BakPath"), u"/meanwhile"_s); // nobody has touched the field
     QVERIFY(file.open(QIODevice::ReadOnly));
     QVERIFY(file.readAll().startsWith("; a note of mine"));
+}
+
+void FrmOptionsTest::AStoreThatComesBackKeepsItsValues()
+{
+    Options options;
+    for (const Shown &key : ShownKeys())
+        options.settings.SaveSetting(u"Options", key.name, key.other);
+    options.settings.SaveColour(Keys::BackColor, 0x102030);
+    const auto before = options.settings.GetAllSettings(u"Options");
+    // An editor has renamed the file, and writes the new one only later.
+    const QString away = options.file + u'~';
+    QVERIFY(QFile::rename(options.file, away));
+    options.Open();
+    QVERIFY(QFile::rename(away, options.file));
+    options.Find<QLineEdit>(u"BakPath"_s).setText(u"/mine"_s);
+    options.Click(u"cmdApply"_s);
+    for (const auto &[key, value] : before) {
+        // What is written is the same in the form of the control.
+        const QString shown = ShownBy(options.dialog->findChild<QWidget *>(key));
+        const bool flag = shown == u"on"_s || shown == u"off"_s;
+        if (key == u"BakPath"_s)
+            QCOMPARE(options.Stored(key), u"/mine"_s);
+        else if (flag && key != u"RealTabs"_s)
+            QVERIFY2(ToBoolean(options.Stored(key)) == ToBoolean(value), qPrintable(key));
+        else if (!flag)
+            QVERIFY2(options.Stored(key) == value, qPrintable(key));
+    }
+    // From now on the dialog shows what there is.
+    QCOMPARE(options.Find<QLineEdit>(u"Csound"_s).text(), u"other Csound"_s);
+    QCOMPARE(options.Find<ColourButton>(u"bBackColor"_s).Colour(), 0x102030u);
+}
+
+void FrmOptionsTest::AStoreThatCannotBeReadShowsNoDialog()
+{
+    EditorWindow editor;
+    editor.settings.SaveText(Keys::BakPath, u"/mine"_s);
+    editor.Open();
+    const QString file = editor.storeFolder.filePath(u"settings"_s);
+    const QString away = file + u'~';
+    QVERIFY(QFile::rename(file, away));
+    QVERIFY(QDir().mkdir(file));
+    try {
+        editor.settings.SaveNumber(Keys::Window, 1);
+        QFAIL("the store can be written");
+    } catch (const RunTimeError &failure) {
+        editor.desktop.ExpectMessage(ErrorBox(failure), BoxAnswer::Cancel);
+    }
+    editor.Row(u"mnuPreferences"_s).trigger(); // would not come back from a dialog
+    QVERIFY(QDir().rmdir(file));
+    QVERIFY(QFile::rename(away, file));
+
+    // It can be read again.
+    ModalDriver driver;
+    driver.Expect<frmOptions>([&](frmOptions &dialog) {
+        QCOMPARE(dialog.findChild<QLineEdit *>(u"BakPath"_s)->text(), u"/mine"_s);
+        dialog.findChild<QPushButton *>(u"cmdCancel"_s)->click();
+    });
+    editor.Row(u"mnuPreferences"_s).trigger();
+}
+
+void FrmOptionsTest::WhatCannotBeReadStaysUntilItIsChanged()
+{
+    Options options;
+    options.settings.SaveSetting(u"Options", u"Startup", u"3");
+    options.settings.SaveSetting(u"Options", u"Splash", u"q");
+    options.settings.SaveSetting(u"Options", u"BackColor", u"white");
+    options.Open();
+    auto &startup = options.Find<QComboBox>(u"Startup"_s);
+    QCOMPARE(startup.currentIndex(), 0);
+    options.Click(u"cmdApply"_s);
+    QCOMPARE(options.Stored(u"Startup"_s), u"3"_s);
+    QCOMPARE(options.Stored(u"Splash"_s), u"q"_s);
+    QCOMPARE(options.Stored(u"BackColor"_s), u"white"_s);
+    startup.setCurrentIndex(2);
+    options.Click(u"Splash"_s);
+    options.Find<ColourButton>(u"bBackColor"_s).SetColour(5);
+    options.Click(u"cmdOK"_s);
+    QCOMPARE(options.Stored(u"Startup"_s), u"2"_s);
+    QCOMPARE(options.Stored(u"Splash"_s), u"0"_s);
+    QCOMPARE(options.Stored(u"BackColor"_s), u"5"_s);
 }
 
 void FrmOptionsTest::SettingsOfOthersStayAsTheyAre()

@@ -143,6 +143,11 @@ frmOptions::frmOptions(const OptionsContext &context, QWidget *parent)
     }
     LayOut();
     Connect();
+    for (const auto &[key, button] :
+         {std::pair(Keys::BackColor, bBackColor), std::pair(Keys::FontColor, bFontColor)})
+        m_keyed.Bind(
+            key, [button](quint32 colour) { button->SetColour(colour); },
+            [button] { return button->Colour(); });
     BindNamesakes(*this, m_keyed);
     Guarded(m_context.desktop, [this] { Load(); });
     tbsOptions->setFocus();
@@ -379,20 +384,13 @@ void frmOptions::StepPage(int step)
 void frmOptions::Load()
 {
     m_keyed.Load();
-    bBackColor->SetColour(m_context.settings.Colour(Keys::BackColor));
-    bFontColor->SetColour(m_context.settings.Colour(Keys::FontColor));
     EnableColours();
 }
 
 bool frmOptions::Apply()
 {
     return Guarded(m_context.desktop, [this] {
-        // All of it or, where the disk does not take it, nothing.
-        m_context.settings.InOneStep([this] {
-            m_context.settings.SaveColour(Keys::BackColor, bBackColor->Colour());
-            m_context.settings.SaveColour(Keys::FontColor, bFontColor->Colour());
-            m_keyed.Save();
-        });
+        m_keyed.Save();
         m_context.looks.ApplyAll();
     });
 }

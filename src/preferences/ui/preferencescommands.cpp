@@ -6,9 +6,11 @@
 #include "preferences/ui/frmoptions.h"
 #include "shell/command.h"
 #include "shell/editorcontext.h"
+#include "shell/errorreport.h"
 #include "shell/settings.h"
 #include "shell/ui/appearance.h"
 #include "shell/ui/commands.h"
+#include "shell/ui/keyedcontrols.h"
 
 #include <QApplication>
 #include <QWidget>
@@ -27,6 +29,13 @@ QWidget *Owner(QWidget *window)
     return owner && owner->isVisible() && !owner->isMinimized() ? owner : nullptr;
 }
 
+/// Nothing is shown where the settings cannot be read: what is not known must not be written over.
+void Show(const OptionsContext &context, QWidget *owner)
+{
+    if (Guarded(context.desktop, [&] { KeyedControls(context.settings).RequireReadable(); }))
+        frmOptions(context, owner).exec();
+}
+
 } // namespace
 
 void BindPreferences(const WindowContext &context)
@@ -34,9 +43,8 @@ void BindPreferences(const WindowContext &context)
     context.commands.Bind(Cmd::mnuPreferences, [context] {
         const EditorContext &editor = context.editor;
         XdgFileTypes fileTypes;
-        frmOptions({editor.settings, editor.desktop, context.appearance, context.text, fileTypes},
-                   Owner(context.window))
-            .exec();
+        Show({editor.settings, editor.desktop, context.appearance, context.text, fileTypes},
+             Owner(context.window));
     });
 }
 
@@ -48,7 +56,7 @@ void ShowPreferencesAlone(SettingsStore &settings, Desktop &desktop)
     looks.Apply(Look::Font);
     const TextFont before = unseen.CurrentFont();
     XdgFileTypes fileTypes;
-    frmOptions({settings, desktop, looks, unseen, fileTypes}, Owner(QApplication::activeWindow())).exec();
+    Show({settings, desktop, looks, unseen, fileTypes}, Owner(QApplication::activeWindow()));
     if (!(unseen.CurrentFont() == before))
         SaveTextFont(unseen, settings);
 }
