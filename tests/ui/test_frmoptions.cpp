@@ -550,6 +550,7 @@ void FrmOptionsTest::TheFontIsSetAtOnce()
     ModalDriver driver;
     driver.Expect<QFontDialog>([](QFontDialog &picker) {
         QVERIFY(picker.testOption(QFontDialog::MonospacedFonts));
+        QVERIFY(picker.testOption(QFontDialog::DontUseNativeDialog)); // it would list all fonts
         QVERIFY(Families(picker).contains(u"DejaVu Sans Mono"_s));
         QVERIFY(!Families(picker).contains(u"DejaVu Sans"_s));
         QCOMPARE(picker.currentFont().pointSizeF(), 11);

@@ -417,6 +417,7 @@ void frmOptions::SetFont()
     const TextFont before = m_context.text.CurrentFont();
     QFontDialog picker(this);
     picker.setWindowTitle(u"Font"_s);
+    picker.setOption(QFontDialog::DontUseNativeDialog); // the desktop's own minds no restriction
     picker.setOption(QFontDialog::MonospacedFonts, FixedPitchFonts->isChecked());
     picker.setCurrentFont(FontOf(before)); // fills the list: before, the picker minds no option
     const QFont shown = picker.currentFont();
