@@ -67,6 +67,10 @@ def is_there_whole(stage):
         check(f" {name}" in depends, f"{name} in {depends}")
     for name in ("shared-mime-info", "xdg-utils"):  # called, not linked
         check(f" {name}" in depends, f"{name} in {depends}")
+    # Not linked either: it draws the icons. A library in its place would always be there.
+    owners = {line.split(":")[0] for line in run("dpkg-query", "-S", "*/iconengines/libqsvgicon.so").splitlines()}
+    named = {name.strip().split(" ")[0] for name in depends.split(",") if "|" not in name}
+    check(owners & named, f"one of {owners} in {depends}")
     check("csound" in package.field("Recommends"), "Csound itself is recommended")
 
     for name in ("opcodes.txt", "zelvane.html", "csound.hlp", "zelvane.csr"):
