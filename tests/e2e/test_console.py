@@ -271,6 +271,8 @@ def ready_made_presets_work(stage):
     def run(key, name):
         window.keys(key)
         stage.until(lambda: "Ended well (exit code 0)." in log_of(stage, name), lambda: f"{name}: {log_of(stage, name)}")
+        # A key that reaches a console on its way out keeps it open, and does not start the next run.
+        stage.until(lambda: not consoles(stage), f"{name}: the console gone by itself")
 
     run("ctrl+1", "Render to a sound file")
     check(rendered(wave_file), f"{wave_file}")
