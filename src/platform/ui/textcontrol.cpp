@@ -10,6 +10,7 @@
 #include <QFontDatabase>
 #include <QGuiApplication>
 #include <QInputMethod>
+#include <QMetaMethod>
 #include <utility>
 
 using namespace Qt::Literals::StringLiterals;
@@ -166,6 +167,8 @@ void TextControl::LoadText(QString text)
     text = QString();
     m_room = 0;
     ExpectMemory(0, bytes, bytes.size());
+    Q_EMIT textLoading();
+    NoteEdit(0, Length(), Utf16Length(bytes));
 
     const long mask = Send(SCI_GETMODEVENTMASK);
     Send(SCI_SETMODEVENTMASK, 0);
@@ -191,6 +194,7 @@ void TextControl::LoadText(QString text)
     m_textDirty = true;
     EmptyUndoBuffer();
     Settle();
+    Q_EMIT textLoaded();
 }
 
 void TextControl::SetText(const QString &text)
@@ -279,6 +283,8 @@ void TextControl::ReplaceBytes(qsizetype start, qsizetype end, const QByteArray 
     const QString gone = tell ? FromUtf8(Bytes(start, end - start)) : QString();
     QByteArray classes;
     m_caretBeforeEdit = Caret();
+    const qsizetype unit = m_map.ToUnits(start);
+    const qsizetype removed = m_map.ToUnits(end) - unit;
     if (start < end)
         classes = Replacing(start, end, kind == UndoKind::None ? QByteArrayView(utf8) : QByteArrayView());
     // Told of it, the widget would make two copies of what goes and two of what comes.
@@ -297,6 +303,7 @@ void TextControl::ReplaceBytes(qsizetype start, qsizetype end, const QByteArray 
             ApplyStyleBytes(start, classes);
     }
     CutLongLines(start, start + utf8.size());
+    NoteEdit(unit, removed, m_map.ToUnits(start + utf8.size()) - unit);
     if (tell)
         m_untold.push_back({m_map.ToUnits(start), gone, FromUtf8(utf8)});
     EditedByUser(newStep, kind, goesOn && newStep);
@@ -465,6 +472,13 @@ void TextControl::TakeClassBefore(qsizetype position, qsizetype length)
         PaintRun({position, position + length, before});
 }
 
+void TextControl::NoteEdit(qsizetype offset, qsizetype removed, qsizetype added)
+{
+    static const QMetaMethod signal = QMetaMethod::fromSignal(&TextControl::edited);
+    if (isSignalConnected(signal))
+        m_edits.push_back({offset, removed, added});
+}
+
 void TextControl::EditedByUser(bool newStep, UndoKind kind, bool goesOn)
 {
     m_textDirty = true;
@@ -497,6 +511,8 @@ void TextControl::Modifying(int position, int type, int length)
         m_untold.push_back({m_map.ToUnits(position), FromUtf8(Bytes(position, length)), {}});
     if (length == m_map.Bytes())
         m_room = 0;
+    const qsizetype unit = m_map.ToUnits(position);
+    NoteEdit(unit, m_map.ToUnits(position + length) - unit, 0);
     TextGoes(position, length, styles);
 }
 
@@ -536,6 +552,8 @@ void TextControl::FinishInsertion()
             ApplyStyleBytes(come.position, styles);
     }
     CutLongLines(come.position, come.position + come.length);
+    const qsizetype unit = m_map.ToUnits(come.position);
+    NoteEdit(unit, 0, m_map.ToUnits(come.position + come.length) - unit);
     if (TextAccessible::IsHeard())
         m_untold.push_back({m_map.ToUnits(come.position), {}, FromUtf8(Bytes(come.position, come.length))});
 }
@@ -720,6 +738,8 @@ void TextControl::Settle()
     const bool selection = std::exchange(m_toldCaret, caret) != caret;
     for (const TextChange &change : std::exchange(m_untold, {}))
         TextAccessible::TellChange(*this, change);
+    for (const Edit &edit : std::exchange(m_edits, {}))
+        Q_EMIT edited(edit.offset, edit.removed, edit.added);
     if (text) {
         FollowEdit();
         Q_EMIT textChanged();

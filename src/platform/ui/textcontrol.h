@@ -131,8 +131,16 @@ public:
     QPoint CaretPoint() const;
 
 Q_SIGNALS:
+    /// One change of the text, in their order: `added` characters stand at `offset` where `removed` stood.
+    /// Told before textChanged, when all changes of one event or call have been made.
+    void edited(qsizetype offset, qsizetype removed, qsizetype added);
     /// The text was changed, by the user or by the program; styles are no text.
     void textChanged();
+    /// A fresh text is about to come, and has come.
+    void textLoading();
+    void textLoaded();
+    /// Colours, font or tab stops have been set anew.
+    void lookChanged();
     /// Caret or selection stand elsewhere than before.
     void selectionChanged();
     /// Cut or Copy has put text on the clipboard.
@@ -160,6 +168,15 @@ protected:
     QMimeData *toMimeData(const QByteArray &text, bool rectangular) const override;
 
 private:
+    friend class TextDecorations;
+
+    /// A change of the text in characters.
+    struct Edit {
+        qsizetype offset = 0;
+        qsizetype removed = 0;
+        qsizetype added = 0;
+    };
+
     /// A style run in bytes of the control's text.
     struct ByteRun {
         qsizetype start = 0;
@@ -240,6 +257,8 @@ private:
     void TextGoes(qsizetype position, qsizetype length, StyleStack *styles);
     /// New text takes the class of the character before it.
     void TakeClassBefore(qsizetype position, qsizetype length);
+    /// Remembers a change for those who follow each.
+    void NoteEdit(qsizetype offset, qsizetype removed, qsizetype added);
     void EditedByUser(bool newStep, UndoKind kind, bool goesOn = false);
     /// Tells what an event or a call has changed. Signals leave from here only.
     void Settle();
@@ -301,6 +320,7 @@ private:
     bool m_composing = false; ///< the input method puts in what is being composed, or takes it out
     bool m_composed = false;  ///< the newest step is text that is being composed
     std::vector<TextChange> m_untold;
+    std::vector<Edit> m_edits; ///< not told yet
 
     bool m_textDirty = false;
     CaretSpan m_toldCaret;

@@ -96,6 +96,7 @@ void TextControl::ApplyLook()
     Send(SCI_SETSELBACK, 1, ScintillaColour(palette().color(QPalette::Active, QPalette::Highlight)));
     Send(SCI_SETSELFORE, 1, ScintillaColour(palette().color(QPalette::Active, QPalette::HighlightedText)));
     ApplyTabWidth();
+    Q_EMIT lookChanged();
 }
 
 std::array<StyleFormat, StyleClassCount> TextControl::CurrentFormats() const
