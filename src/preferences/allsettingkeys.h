@@ -14,6 +14,7 @@
 #include "shell/mailboxkeys.h"
 #include "shell/toolkeys.h"
 #include "texttools/insertkeys.h"
+#include "writing/writingkeys.h"
 
 namespace zelvane
 {
@@ -35,6 +36,7 @@ template <typename Visit> void ForEachSettingKey(Visit &&visit)
     ZELVANE_INSTRUMENT_KEYS(ZELVANE_VISIT_SETTING)
     ZELVANE_REPOSITORY_KEYS(ZELVANE_VISIT_SETTING)
     ZELVANE_INSERT_KEYS(ZELVANE_VISIT_SETTING)
+    ZELVANE_WRITING_KEYS(ZELVANE_VISIT_SETTING)
 #undef ZELVANE_VISIT_SETTING
 }
 

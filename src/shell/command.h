@@ -75,6 +75,9 @@ enum class IncludeEntry { Open, Insert };
 enum class TreeEntry { Expand, Collapse, ExpandAll = 3, CollapseAll, Refresh = 6 };
 enum class PresetEntry { Run, Confirm, Edit = 3 };
 enum class RelatedEntry { Open };
+enum class BookmarkEntry { Toggle, Next, Previous, List };
+enum class FoldEntry { Here, All, None };
+enum class LineMove { Up, Down };
 enum class RelatedOperation {
     Open,
     OpenWith,
@@ -160,6 +163,13 @@ enum class RelatedOperation {
     COMMAND(mnuWebPage)                                                                                      \
     ARRAY(mnuLinks, WebLink)                                                                                 \
     COMMAND(mnuAbout)                                                                                        \
+    COMMAND(mnuComplete)                                                                                     \
+    COMMAND(mnuArgumentHint)                                                                                 \
+    ARRAY(mnuBookmark, BookmarkEntry)                                                                        \
+    ARRAY(mnuFold, FoldEntry)                                                                                \
+    COMMAND(mnuDuplicateLine)                                                                                \
+    ARRAY(mnuMoveLine, LineMove)                                                                             \
+    COMMAND(mnuFindInFiles)                                                                                  \
     /* Context menus. */                                                                                     \
     ARRAY(mnuBrowseEdit, InstrumentEntry)                                                                    \
     ARRAY(mnuBInclude, IncludeEntry)                                                                         \

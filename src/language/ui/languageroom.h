@@ -21,6 +21,8 @@ class LanguageRoom : public ColourStep
 public:
     explicit LanguageRoom(const WindowContext &context);
 
+    const OpcodeList &Opcodes() const { return m_opcodes; }
+
     void performSyntaxHighlight() override { m_highlighter.performSyntaxHighlight(); }
     void HighlightInserted(qsizetype start, qsizetype end) override
     {

@@ -132,11 +132,9 @@ frmOptions::frmOptions(const OptionsContext &context, QWidget *parent)
 {
     setObjectName(u"frmOptions"_s);
     setWindowTitle(ProgramCaption(u"Preferences"_s));
-    const std::pair<QString, QWidget *> pages[] = {{u"Editor"_s, EditorPage()},
-                                                   {u"Syntax colors"_s, SyntaxPage()},
-                                                   {u"General"_s, GeneralPage()},
-                                                   {u"Programs"_s, ProgramsPage()},
-                                                   {u"Extensions"_s, ExtensionsPage()}};
+    const std::pair<QString, QWidget *> pages[] = {
+        {u"Editor"_s, EditorPage()},     {u"Syntax colors"_s, SyntaxPage()},  {u"General"_s, GeneralPage()},
+        {u"Programs"_s, ProgramsPage()}, {u"Extensions"_s, ExtensionsPage()}, {u"Writing"_s, WritingPage()}};
     for (const auto &[caption, page] : pages) {
         page->setObjectName(u"picOptions"_s + u'_' + QString::number(tbsOptions->count()));
         tbsOptions->addTab(page, caption);
@@ -342,6 +340,57 @@ QWidget *frmOptions::ExtensionsPage()
     });
     form.AddAcross(Line({associate}));
     form.AddStretch();
+    return page;
+}
+
+QWidget *frmOptions::WritingPage()
+{
+    auto *page = new QWidget;
+    auto *typing = new QGroupBox(u"While you type"_s);
+    typing->setLayout(Column(
+        {NewBox(u"LiveColours"_s, u"Color the text as it is t&yped"_s,
+                u"Without a refresh, where Syntax highlight is on."_s),
+         NewBox(u"Completion"_s, u"Complete &words"_s,
+                u"Ctrl+Space lists opcodes and names of the text that begin like the word."_s),
+         NewBox(u"AutoComplete"_s, u"List &them after three letters"_s,
+                u"The list of words comes up by itself."_s),
+         NewBox(u"ArgumentHint"_s, u"&Hints on arguments"_s,
+                u"A tip shows what the opcode at the caret takes; Ctrl+Shift+Space brings it back."_s),
+         NewBox(u"AutoIndent"_s, u"&Indent by itself"_s,
+                u"A new line begins below the last one, deeper in an instrument, a condition or a loop."_s),
+         NewBox(u"MoveLines"_s, u"&Duplicate and move lines"_s, u"Commands of the menu Extras."_s)}));
+
+    auto *text = new QGroupBox(u"In the text"_s);
+    text->setLayout(
+        Column({NewBox(u"LineNumbers"_s, u"&Line numbers"_s),
+                NewBox(u"CurrentLine"_s, u"Mark the line of the &caret"_s),
+                NewBox(u"BracketMatch"_s, u"Mark matching &brackets"_s, u"Quotes and tags too."_s),
+                NewBox(u"SameWord"_s, u"Mark the same word &everywhere"_s,
+                       u"Wherever the word at the caret stands in sight."_s),
+                NewBox(u"Folding"_s, u"&Fold parts of the text"_s,
+                       u"Instruments, opcodes, conditions, loops, tags and comments can be shut."_s),
+                NewBox(u"Bookmarks"_s, u"Boo&kmarks"_s, u"Commands of the menu Extras."_s)}));
+
+    auto *search = new QGroupBox(u"Search"_s);
+    search->setLayout(
+        Column({NewBox(u"FindInFiles"_s, u"Find in file&s"_s, u"A command of the menu Extras."_s),
+                NewBox(u"RegularExpressions"_s, u"&Regular expressions"_s,
+                       u"In Find and Replace: a box that makes the text a pattern."_s)}));
+
+    auto *all = Named(new QPushButton(u"Turn all o&n"_s), u"bAllAids"_s);
+    connect(all, &QPushButton::clicked, page, [page] {
+        for (QCheckBox *box : page->findChildren<QCheckBox *>())
+            box->setChecked(true);
+    });
+
+    auto *grid = new QGridLayout(page);
+    grid->addWidget(typing, 0, 0);
+    grid->addWidget(text, 0, 1);
+    grid->addWidget(search, 1, 0);
+    grid->addLayout(Line({all}), 1, 1);
+    grid->setColumnStretch(0, 1);
+    grid->setColumnStretch(1, 1);
+    grid->setRowStretch(2, 1);
     return page;
 }
 

@@ -49,6 +49,7 @@ private:
     QWidget *GeneralPage();
     QWidget *ProgramsPage();
     QWidget *ExtensionsPage();
+    QWidget *WritingPage();
     /// Asks for a file. @param path the one that is set
     using PathRequest = FileDialogRequest (*)(const QString &title, const QString &path);
     /// A field for the path of a program or of the help file, with its button.

@@ -24,6 +24,7 @@ enum class Look {
     DragMode,     ///< whether the text is moved with the mouse
     ToolPaths,    ///< the outside programs in memory: nothing to see, but set with the others
     ClassFormats, ///< of the coloured text
+    WritingAids,  ///< which of them are on
 };
 
 /// The times of the start at which looks are applied, in their order. Between them stands other work.
@@ -52,6 +53,7 @@ inline constexpr LookRow LookTable[] = {
     {Look::DragMode, LookTime::Text, LookChange::Anytime},
     {Look::ToolPaths, LookTime::Tools, LookChange::Anytime},
     {Look::ClassFormats, LookTime::Tables, LookChange::AtStart},
+    {Look::WritingAids, LookTime::Tables, LookChange::Anytime},
 };
 
 /// Makes the window look as the settings say. Whoever owns a control adds what a look means for it; the start

@@ -50,7 +50,7 @@ bool RunCommandOfKey(KeyTaker taker, const QKeyEvent &event, Commands &commands)
     const QKeyCombination pressed(event.modifiers() & ChoosingModifiers(taker), Qt::Key(event.key()));
     const auto found =
         std::find_if(keys.begin(), keys.end(), [&](const CommandKey &one) { return one.key == pressed; });
-    if (found == keys.end())
+    if (found == keys.end() || !commands.IsBound(found->command))
         return false;
     commands.Run(found->command);
     return true;

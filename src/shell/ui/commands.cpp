@@ -20,6 +20,23 @@ void Commands::Bind(Command command, std::function<void()> handler)
 void Commands::BindAll(std::u16string_view name, Handler handler)
 {
     m_arrayHandlers[name] = std::move(handler);
+    RefreshAll(name);
+}
+
+void Commands::Unbind(Command command)
+{
+    m_handlers.erase(command);
+    Refresh(command);
+}
+
+void Commands::UnbindAll(std::u16string_view name)
+{
+    m_arrayHandlers.erase(name);
+    RefreshAll(name);
+}
+
+void Commands::RefreshAll(std::u16string_view name)
+{
     for (const auto &[command, action] : m_actions) {
         if (command.Name() == name)
             Refresh(command);

@@ -37,6 +37,9 @@ public:
     {
         BindAll(array.Name(), [handler = std::move(handler)](int entry) { handler(Entry(entry)); });
     }
+    /// Takes the handler away again, and so disables the rows.
+    void Unbind(Command command);
+    template <typename Entry> void Unbind(CommandArray<Entry> array) { UnbindAll(array.Name()); }
     bool IsBound(Command command) const;
 
     /// Runs the handler; nothing happens when there is none. A RunTimeError ends in ReportError.
@@ -70,6 +73,8 @@ private:
     using Handler = std::function<void(int entry)>;
 
     void BindAll(std::u16string_view name, Handler handler);
+    void UnbindAll(std::u16string_view name);
+    void RefreshAll(std::u16string_view name);
     const Handler *Find(Command command) const;
     void Refresh(Command command);
 

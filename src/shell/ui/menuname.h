@@ -41,6 +41,7 @@ struct Menu {
     static constexpr MenuName mnuTools{u"mnuTools"};
     static constexpr MenuName mnuPlayer{u"mnuPlayer"};
     static constexpr MenuName mnuSoundShell{u"mnuSoundShell"};
+    static constexpr MenuName mnuExtras{u"mnuExtras"};
     static constexpr MenuName mnuHelp{u"mnuHelp"};
     static constexpr MenuName mnuWeb{u"mnuWeb"};
 

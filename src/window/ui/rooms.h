@@ -10,6 +10,7 @@
 #include "run/ui/runroom.h"
 #include "shell/ui/windowcontext.h"
 #include "texttools/ui/texttoolsroom.h"
+#include "writing/ui/writingroom.h"
 
 namespace zelvane
 {
@@ -24,6 +25,7 @@ struct RoomList {
     TextToolsRoom textTools{context};
     InstrumentsRoom instruments{context};
     RepositoryRoom repository{context};
+    WritingRoom writing{context, language.Opcodes()};
     PreferencesRoom preferences{context};
 };
 
