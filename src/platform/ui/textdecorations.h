@@ -97,6 +97,7 @@ public:
     bool IsFolded(qsizetype line) const;
     /// The headers that are folded, in order.
     std::vector<qsizetype> FoldedLines() const;
+    /// Folds the headers of depth 0, or unfolds all.
     void FoldAll(bool folded);
     bool IsLineHidden(qsizetype line) const;
     /// Unfolds what hides the line.
