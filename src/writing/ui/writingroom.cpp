@@ -7,6 +7,8 @@
 #include "shell/ui/appearance.h"
 #include "shell/ui/menuname.h"
 #include "shell/ui/menutable.h"
+#include "writing/ui/currentline.h"
+#include "writing/ui/linenumbers.h"
 #include "writing/writingkeys.h"
 
 #include <algorithm>
@@ -35,8 +37,8 @@ struct AidRow {
 /// All aids, in the order in which they are made.
 constexpr AidRow Aids[] = {
     // What stands beside the text.
-    {Keys::LineNumbers, nullptr},
-    {Keys::CurrentLine, nullptr},
+    {Keys::LineNumbers, Make<LineNumbers>},
+    {Keys::CurrentLine, Make<CurrentLine>},
     {Keys::LiveColours, nullptr},
 
     // What is marked in the text.
