@@ -40,6 +40,7 @@ void AppearanceTest::LooksAreAppliedInTheOrderOfTheStart()
     const auto add = [&](Look look, const QString &name) {
         appearance.Add(look, [&calls, name](const SettingsStore &) { calls.append(name); });
     };
+    add(Look::WritingAids, u"aids"_s);
     add(Look::ClassFormats, u"classes"_s);
     add(Look::ToolPaths, u"tools"_s);
     add(Look::DragMode, u"drag"_s);
@@ -61,11 +62,11 @@ void AppearanceTest::LooksAreAppliedInTheOrderOfTheStart()
     QCOMPARE(applied(LookTime::Captions), u"captions"_s);
     QCOMPARE(applied(LookTime::Text), u"colours tabs wrap font drag"_s);
     QCOMPARE(applied(LookTime::Tools), u"tools"_s);
-    QCOMPARE(applied(LookTime::Tables), u"classes"_s);
+    QCOMPARE(applied(LookTime::Tables), u"classes aids"_s);
     // What commands change for the run, and what waits for the next start, is not touched later.
     calls.clear();
     appearance.ApplyAll();
-    QCOMPARE(calls.join(u' '), u"toolbar presets trees captions colours drag tools"_s);
+    QCOMPARE(calls.join(u' '), u"toolbar presets trees captions colours drag tools aids"_s);
 }
 
 void AppearanceTest::AnUnreadableSettingKeepsNothingElseBack()

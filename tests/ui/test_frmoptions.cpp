@@ -720,22 +720,23 @@ void FrmOptionsTest::PagesTurnFromEverywhere()
     Options options;
     options.Open();
     auto &pages = options.Find<QTabWidget>(u"tbsOptions"_s);
-    QCOMPARE(pages.count(), 5);
+    QCOMPARE(pages.count(), 6);
     for (const QString &name : {u"cmdOK"_s, u"cmdCancel"_s, u"cmdApply"_s}) {
         pages.setCurrentIndex(0);
         QStringList seen;
-        for (int i = 0; i < 5; ++i) {
+        for (int i = 0; i < 6; ++i) {
             options.Find(name).setFocus();
             QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab, Qt::ControlModifier);
             seen.append(pages.currentWidget()->objectName());
         }
-        QCOMPARE(seen.join(u' '), u"picOptions_1 picOptions_2 picOptions_3 picOptions_4 picOptions_0"_s);
+        QCOMPARE(seen.join(u' '),
+                 u"picOptions_1 picOptions_2 picOptions_3 picOptions_4 picOptions_5 picOptions_0"_s);
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab,
                         Qt::ControlModifier | Qt::ShiftModifier);
-        QCOMPARE(pages.currentIndex(), 4);
+        QCOMPARE(pages.currentIndex(), 5);
     }
     // And from every control of a page.
-    for (int page = 0; page < 5; ++page) {
+    for (int page = 0; page < 6; ++page) {
         pages.setCurrentIndex(page);
         for (QWidget *control : pages.widget(page)->findChildren<QWidget *>()) {
             pages.setCurrentIndex(page);
@@ -743,7 +744,7 @@ void FrmOptionsTest::PagesTurnFromEverywhere()
                 continue;
             control->setFocus();
             QTest::keyClick(control, Qt::Key_Tab, Qt::ControlModifier);
-            QVERIFY2(pages.currentIndex() == (page + 1) % 5, qPrintable(control->objectName()));
+            QVERIFY2(pages.currentIndex() == (page + 1) % 6, qPrintable(control->objectName()));
         }
     }
 }
