@@ -9,6 +9,7 @@
 #include "shell/editorcontext.h"
 #include "shell/errorreport.h"
 #include "shell/mailboxkeys.h"
+#include "shell/settingkey.h"
 #include "shell/settings.h"
 #include "shell/splitpath.h"
 
@@ -37,10 +38,28 @@ bool IsSameFile(const QString &one, const QString &other)
     return one == other || (first.exists() && first == second);
 }
 
-void DropLine(SettingsStore &settings)
+void Drop(const OptionKey &key, SettingsStore &settings)
 {
-    if (settings.StoredText(Keys::OpenLine))
-        settings.DeleteSetting(Keys::OpenLine);
+    if (settings.StoredText(key))
+        settings.DeleteSetting(key);
+}
+
+void Empty(SettingsStore &settings)
+{
+    Drop(Keys::Open, settings);
+    Drop(Keys::OpenLine, settings);
+}
+
+/// File and line come together, or another sender's line would be taken for this file's.
+void Put(const Mailbox::Mail &mail, SettingsStore &settings)
+{
+    settings.InOneStep([&] {
+        if (mail.line > 0)
+            settings.SaveNumber(Keys::OpenLine, mail.line);
+        else
+            settings.DeleteSetting(Keys::OpenLine); // also one that has come since the store was read
+        settings.SaveText(Keys::Open, mail.file);
+    });
 }
 
 } // namespace
@@ -52,10 +71,8 @@ bool Mailbox::Send(const CommandLine &command, SettingsStore &settings, const Ru
     if (alone || !editor.find())
         return false;
     const bool hasMail = !command.Text().isEmpty();
-    if (hasMail) {
-        DropLine(settings);
-        settings.SaveText(Keys::Open, command.Text());
-    }
+    if (hasMail)
+        Put({.file = command.Text()}, settings);
     if (editor.call(hasMail))
         return true;
     if (hasMail)
@@ -67,25 +84,30 @@ bool Mailbox::SendPlace(const QString &path, int line, SettingsStore &settings, 
 {
     if (!editor.find())
         return false;
-    // The line first: the file is the mail, and a line without one means nothing.
-    if (line > 0)
-        settings.SaveNumber(Keys::OpenLine, line);
-    else
-        DropLine(settings);
-    settings.SaveText(Keys::Open, path);
+    Put({.file = path, .line = line}, settings);
     if (editor.call(true))
         return true;
     Take(settings);
     return false;
 }
 
+Mailbox::Mail Mailbox::Look(SettingsStore &settings)
+{
+    Mail mail;
+    settings.InOneStep([&] {
+        mail = {.file = settings.Text(Keys::Open), .line = std::max(0, settings.Integer(Keys::OpenLine))};
+    });
+    return mail;
+}
+
 QString Mailbox::Take(SettingsStore &settings)
 {
-    const QString mail = settings.Text(Keys::Open);
-    if (!mail.isEmpty())
-        settings.DeleteSetting(Keys::Open);
-    DropLine(settings);
-    return mail;
+    QString file;
+    settings.InOneStep([&] {
+        file = settings.Text(Keys::Open);
+        Empty(settings);
+    });
+    return file;
 }
 
 Mailbox::Mailbox(EditorContext &editor, std::function<bool()> mayOpen)
@@ -112,31 +134,30 @@ void Mailbox::Wake()
 void Mailbox::Open()
 {
     m_editor.windows.RaiseMainWindow(); // the opening may ask something
-    const QString name = m_editor.settings.Text(Keys::Open);
-    const int line = m_editor.settings.Integer(Keys::OpenLine);
+    const Mail mail = Look(m_editor.settings);
     Guarded(m_editor.desktop, [&] {
-        if (line > 0)
-            m_editor.settings.DeleteSetting(Keys::OpenLine);
-        if (line <= 0 || !IsSameFile(name, m_editor.document.CurrentFile))
-            m_editor.operations.OpenFile(name);
-        if (line > 0)
-            SelectPlace(name, line);
+        if (mail.line <= 0 || !IsSameFile(mail.file, m_editor.document.CurrentFile))
+            m_editor.operations.OpenFile(mail.file);
+        if (mail.line > 0)
+            SelectPlace(mail);
     });
     // Whatever the opening met, the mail has been read. What came while the file opened stays for its own
     // wake-up.
     Guarded(m_editor.desktop, [&] {
-        if (m_editor.settings.Text(Keys::Open) == name)
-            m_editor.settings.DeleteSetting(Keys::Open);
+        m_editor.settings.InOneStep([&] {
+            if (Look(m_editor.settings) == mail)
+                Empty(m_editor.settings);
+        });
     });
     m_editor.windows.RaiseMainWindow();
 }
 
-void Mailbox::SelectPlace(const QString &name, int line)
+void Mailbox::SelectPlace(const Mail &mail)
 {
-    if (!IsSameFile(name, m_editor.document.CurrentFile))
+    if (!IsSameFile(mail.file, m_editor.document.CurrentFile))
         return; // the opening was cancelled, or has failed
     TextBuffer &text = m_editor.text;
-    const qsizetype row = std::min<qsizetype>(line, text.LineCount()) - 1;
+    const qsizetype row = std::min<qsizetype>(mail.line, text.LineCount()) - 1;
     text.SetSelection(text.LineStart(row), text.LineEnd(row));
 }
 
@@ -161,12 +182,12 @@ bool Mailbox::eventFilter(QObject *watched, QEvent *event)
 
 void Mailbox::PassOn()
 {
-    const QString mail = Left() ? Take(m_editor.settings) : QString();
-    if (mail.isEmpty())
+    const QString file = Left() ? Take(m_editor.settings) : QString();
+    if (file.isEmpty())
         return;
     m_editor.desktop.ShellRun({.verb = u"open"_s,
                                .file = QCoreApplication::applicationFilePath(),
-                               .parameters = SplitPath(PathPart::Quoted, DropOuterQuotes(mail))});
+                               .parameters = SplitPath(PathPart::Quoted, DropOuterQuotes(file))});
 }
 
 } // namespace zelvane

@@ -14,11 +14,19 @@ class CommandLine;
 class SettingsStore;
 struct EditorContext;
 
-/// The hand-over from a second process to a running editor. The mailbox is one key of the settings, so of
-/// several files handed over before it is read the last one opens.
+/// The hand-over from a second process to a running editor. The mailbox holds one piece of mail in the
+/// settings, so of several files handed over before it is read the last one opens.
 class Mailbox : public QObject
 {
 public:
+    /// What is handed over. Both come and go in one step.
+    struct Mail {
+        QString file = {}; ///< as the sender has it; empty where there is no mail
+        int line = 0;      ///< to be selected, from 1; 0 for none
+
+        bool operator==(const Mail &) const = default;
+    };
+
     /// The sender's way to a running editor.
     struct RunningEditor {
         std::function<bool()> find; ///< @return whether one is running
@@ -40,7 +48,9 @@ public:
     static bool SendPlace(const QString &path, int line, SettingsStore &settings,
                           const RunningEditor &editor);
 
-    /// Empties the mailbox. @return what stood in it
+    /// What stands in the mailbox, which stays as it is. Never fails.
+    static Mail Look(SettingsStore &settings);
+    /// Empties the mailbox. @return the file that stood in it
     /// @throws RunTimeError when the store cannot be written
     static QString Take(SettingsStore &settings);
 
@@ -77,8 +87,8 @@ private:
 
     bool IsOpening() const { return m_state == State::Opening || m_state == State::OpeningAgain; }
     void Open();
-    /// Selects a line of the document that has been opened. @param line from 1
-    void SelectPlace(const QString &name, int line);
+    /// Selects the line in the document, if that is the mail's.
+    void SelectPlace(const Mail &mail);
 
     EditorContext &m_editor;
     std::function<bool()> m_mayOpen;

@@ -5,12 +5,15 @@
 #include "shell/commandline.h"
 #include "shell/documentkeys.h"
 #include "shell/mailboxkeys.h"
+#include "shell/settings.h"
 #include "support/boxes.h"
 #include "support/lifecyclefixture.h"
 
+#include <atomic>
 #include <gtest/gtest.h>
 #include <QCoreApplication>
 #include <QStringList>
+#include <thread>
 #include <utility>
 
 using namespace Qt::Literals::StringLiterals;
@@ -292,6 +295,83 @@ TEST_F(MailboxTest, ACancelledHandOverSelectsNothing)
     EXPECT_EQ(document.CurrentFile, recent);
     EXPECT_EQ(text.Selection().start, 1);
     EXPECT_EQ(Stored(), u"absent"_s);
+}
+
+TEST_F(MailboxTest, WithoutAnEditorAPlaceIsForTheOneThatIsStarted)
+{
+    const QString file = context.WriteFile(u"place.orc"_s, "one\ntwo\nthree");
+    const Mailbox::RunningEditor sender{.find = [this] { return running; },
+                                        .call =
+                                            [this](bool hasMail) {
+                                                EXPECT_TRUE(hasMail);
+                                                mailbox.Wake();
+                                                return true;
+                                            }};
+    running = false;
+    EXPECT_FALSE(Mailbox::SendPlace(file, 2, settings, sender));
+    EXPECT_EQ(Mailbox::Look(settings), Mailbox::Mail()) << "another editor would take it for its own";
+    documents.OpenFile(file); // what the started editor does
+    running = true;
+    view.calls.clear();
+    EXPECT_TRUE(Mailbox::SendPlace(file, 2, settings, sender));
+    EXPECT_EQ(text.SelectedText(), u"two"_s);
+    EXPECT_EQ(view.calls, QStringList()) << "nothing is loaded again";
+    EXPECT_EQ(Mailbox::Look(settings), Mailbox::Mail());
+}
+
+TEST_F(MailboxTest, APlaceThatComesDuringAnOpeningIsOpenedAfterIt)
+{
+    const QString file = context.WriteFile(u"place.orc"_s, "one\ntwo\nthree");
+    const Mailbox::RunningEditor sender{.find = [] { return true; },
+                                        .call =
+                                            [this](bool) {
+                                                mailbox.Wake();
+                                                return true;
+                                            }};
+    bool sent = false;
+    view.duringHighlight = [&] {
+        if (!std::exchange(sent, true)) {
+            EXPECT_TRUE(Mailbox::SendPlace(file, 3, settings, sender));
+        }
+    };
+    EXPECT_TRUE(Mailbox::SendPlace(file, 2, settings, sender)); // the same file, and another line
+    EXPECT_TRUE(sent);
+    EXPECT_EQ(text.SelectedText(), u"three"_s);
+    EXPECT_EQ(Mailbox::Look(settings), Mailbox::Mail());
+}
+
+TEST_F(MailboxTest, AFileAndItsLineComeTogether)
+{
+    const QString name = context.folder.filePath(u"shared"_s);
+    constexpr int rounds = 60;
+    std::atomic<bool> done = false;
+    const auto sends = [&](const QString &file, int line) {
+        SettingsStore own(name);
+        const Mailbox::RunningEditor sender{.find = [] { return true; }, .call = [](bool) { return true; }};
+        for (int i = 0; i < rounds; ++i) {
+            try {
+                Mailbox::SendPlace(file, line, own, sender);
+            } catch (const RunTimeError &) {
+                // The lock was not to be had in time.
+            }
+        }
+    };
+    std::thread first([&] { sends(u"/one"_s, 1); });
+    std::thread second([&] { sends(u"/two"_s, 0); });
+    std::thread reader([&] {
+        SettingsStore own(name);
+        while (!done) {
+            const Mailbox::Mail mail = Mailbox::Look(own);
+            if (!mail.file.isEmpty()) {
+                EXPECT_EQ(mail.line, mail.file == u"/one"_s ? 1 : 0) << mail.file.toStdString();
+            }
+            EXPECT_FALSE(mail.file.isEmpty() && mail.line > 0);
+        }
+    });
+    first.join();
+    second.join();
+    done = true;
+    reader.join();
 }
 
 TEST_F(MailboxTest, ALineIsNotForTheNextFile)
