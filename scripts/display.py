@@ -175,17 +175,11 @@ class Process:
 
     def at_rest(self):
         """Waits until the program has nothing more to do: a new instance shows no other sign that its start is over."""
-        seen = []
 
-        def look():
+        def runs():
             check(self.runs(), f"the program has ended with {self.process.poll()}: {self.output()}")
-            with open(f"/proc/{self.pid}/stat", encoding="ascii") as file:
-                fields = file.read().rsplit(")", 1)[1].split()
-            seen.append((fields[0], fields[11], fields[12]))
-            # Asleep, and not only waiting for a processor that others have.
-            return len(seen) > 8 and len(set(seen[-8:])) == 1 and fields[0] == "S"
 
-        self.stage.until(look, f"rest in process {self.pid}")
+        self.stage.rest_of(self.pid, runs)
 
     def titles(self):
         return [Window(self.stage, number).title() for number in self.stage.windows_of(self.pid)]
@@ -321,6 +315,20 @@ class Stage:
             if time.monotonic() > limit:
                 raise Failure(f"has not come in {patience:g} s: {what() if callable(what) else what}")
             time.sleep(0.05)
+
+    def rest_of(self, pid, runs=lambda: None):
+        """Waits until a process has nothing more to do; `runs` fails when it has ended."""
+        seen = []
+
+        def look():
+            runs()
+            with open(f"/proc/{pid}/stat", encoding="ascii") as file:
+                fields = file.read().rsplit(")", 1)[1].split()
+            seen.append((fields[0], fields[11], fields[12]))
+            # Asleep, and not only waiting for a processor that others have.
+            return len(seen) > 8 and len(set(seen[-8:])) == 1 and fields[0] == "S"
+
+        self.until(look, f"rest in process {pid}")
 
     # The display
 

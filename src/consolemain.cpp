@@ -1,29 +1,31 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "console/consoleoptions.h"
 #include "console/messageplace.h"
+#include "console/placeopener.h"
 #include "console/runlog.h"
 #include "console/ui/consolelink.h"
 #include "console/ui/frmconsole.h"
 #include "platform/consolestart.h"
 #include "platform/programinfo.h"
-#include "platform/runtimeerror.h"
 #include "platform/ui/endrequest.h"
 #include "platform/ui/instancelink.h"
 #include "platform/userfolders.h"
-#include "shell/mailbox.h"
 #include "shell/settings.h"
 
 #include <algorithm>
 #include <clocale>
 #include <csignal>
 #include <cstdio>
+#include <memory>
 #include <QApplication>
 #include <QByteArray>
 #include <QCoreApplication>
 #include <QFile>
 #include <QIcon>
+#include <QMetaObject>
 #include <QObject>
 #include <QProcess>
+#include <QString>
 #include <QStringList>
 
 using namespace Qt::Literals::StringLiterals;
@@ -32,21 +34,33 @@ using namespace zelvane;
 namespace
 {
 
-/// Hands a place over to the running editor, or starts one on the file.
-void OpenPlace(const MessagePlace &place, qint64 starter, SettingsStore &settings)
+/// The ways from a console to an editor.
+class EditorWays
 {
-    try {
-        InstanceLink link(InstanceLink::RealmOf(ConfigFolder()));
-        const bool handedOver = Mailbox::SendPlace(
-            place.path, place.line, settings,
-            {.find = [&] { return link.FindRunning(starter); },
-             .call = [&](bool) { return link.Notify(InstanceLink::Call::HandOver, QByteArray()); }});
-        if (!handedOver)
-            QProcess::startDetached(QCoreApplication::applicationDirPath() + u"/zelvane"_s, {place.path});
-    } catch (const RunTimeError &error) {
-        qWarning("%s", error.what()); // the store cannot be written: the editor could not read it either
+public:
+    /// @param starter the process of the editor that has started the console, if one has
+    explicit EditorWays(qint64 starter) : m_preferred(starter) {}
+
+    bool FindRunning() { return Anew().FindRunning(m_preferred); }
+    bool FindListening() { return Anew().FindListening(m_preferred); }
+    bool Call() { return m_link->Notify(InstanceLink::Call::HandOver, QByteArray()); }
+    bool StartEditor(const QString &path)
+    {
+        m_link.reset(); // it keeps others from becoming the editor
+        return QProcess::startDetached(QCoreApplication::applicationDirPath() + u"/zelvane"_s, {path}, {},
+                                       &m_preferred);
     }
-}
+
+private:
+    InstanceLink &Anew()
+    {
+        m_link = std::make_unique<InstanceLink>(InstanceLink::RealmOf(ConfigFolder()));
+        return *m_link;
+    }
+
+    qint64 m_preferred;
+    std::unique_ptr<InstanceLink> m_link;
+};
 
 } // namespace
 
@@ -82,13 +96,27 @@ int main(int argc, char **argv)
     KeepForSelf(options->notify);
 
     SettingsStore settings;
-    frmConsole console(
-        *options,
-        {.settings = settings, .logFolder = RunLog::Folder(), .openPlace = [&](const MessagePlace &place) {
-             OpenPlace(place, options->run.starter, settings);
-         }});
-    QObject::connect(&console, &frmConsole::Closed, &application, &QCoreApplication::quit,
-                     Qt::QueuedConnection);
+    std::unique_ptr<PlaceOpener> opener;
+    frmConsole console(*options, {.settings = settings,
+                                  .logFolder = RunLog::Folder(),
+                                  .openPlace = [&](const MessagePlace &place) { opener->Open(place); }});
+    bool closed = false;
+    const auto endWhenDone = [&] {
+        if (closed && !opener->IsWaiting())
+            QMetaObject::invokeMethod(&application, &QCoreApplication::quit, Qt::QueuedConnection);
+    };
+    EditorWays editor(options->run.starter);
+    opener = std::make_unique<PlaceOpener>(
+        settings, PlaceOpener::Ways{.running = {.find = [&] { return editor.FindRunning(); },
+                                                .call = [&](bool) { return editor.Call(); }},
+                                    .start = [&](const QString &path) { return editor.StartEditor(path); },
+                                    .listens = [&] { return editor.FindListening(); },
+                                    .failed = [&](const QString &why) { console.TellFailure(why); },
+                                    .done = endWhenDone});
+    QObject::connect(&console, &frmConsole::Closed, &application, [&] {
+        closed = true; // an editor that is on its way still gets its line
+        endWhenDone();
+    });
     EndRequest endRequest;
     QObject::connect(&endRequest, &EndRequest::Received, &console, &frmConsole::StopAndClose);
     ConsoleLink link(InstanceLink::RealmOf(ConfigFolder()) + u'\n' + options->run.title);

@@ -83,6 +83,38 @@ def error_leads_to_its_line(stage):
     editor.close(window)
 
 
+def error_starts_an_editor_at_its_line(stage):
+    """The editor has gone meanwhile: one is started, and gets the line too. A console that closes at once does no harm."""
+    stage.write_store(STORE.replace("SaveFirst=1\n", ""))
+    piece = stage.home / "piece.csd"
+    lines = SLOW_PIECE.format(seconds=1).split("\n")
+    lines.insert(lines.index("instr 1") + 1, "a9 nosuch 1")
+    piece.write_text("\n".join(lines))
+    editor = stage.start(piece)
+    window = editor.window(lambda title: str(piece) in title)
+    editor.at_rest()
+    window.keys("ctrl+1")
+    pid, console = console_of(stage)
+    stage.until(lambda: "Ended with exit code 1." in log_of(stage, "Render"), "the end of the run")
+    editor.close(window)
+    console.keys("F4")
+    console.keys("Escape")
+
+    def started():
+        return [Window(stage, number) for pid in processes(stage, "zelvane") for number in stage.windows_of(pid)]
+
+    stage.until(lambda: any(str(piece) in new.title() for new in started()), "another editor")
+    window = next(new for new in started() if str(piece) in new.title())
+    stage.until(lambda: not consoles(stage), "the console gone when the editor has the line")
+    stage.rest_of(processes(stage, "zelvane").pop())
+    window.screenshot("console-started-editor")
+    window.keys("Delete", "Delete", "ctrl+s")  # the selected line, and its end
+    whole = SLOW_PIECE.format(seconds=1)
+    stage.until(lambda: piece.read_bytes().replace(b"\r\n", b"\n") == whole.encode(), lambda: piece.read_bytes())
+    window.keys("alt+F4")
+    stage.until(lambda: not processes(stage, "zelvane"), "the editor's end")
+
+
 def killed_editor_leaves_the_render_alone(stage):
     stage.write_store(STORE)
     piece = stage.home / "slow.csd"
@@ -291,6 +323,7 @@ def ready_made_presets_work(stage):
 
 main(
     error_leads_to_its_line,
+    error_starts_an_editor_at_its_line,
     killed_editor_leaves_the_render_alone,
     console_outlives_who_waits_for_it,
     stopped_run_leaves_a_readable_file,

@@ -274,19 +274,39 @@ private Q_SLOTS:
         const MessagePlace place{QDir(console.folder.path()).canonicalPath() + u"/a.orc"_s, 2};
         QTest::keyClick(&console.View(), Qt::Key_F4); // it is in view, and nobody has been led to it
         QCOMPARE(console.places, std::vector{place});
+        const QString end = console.State();
+        QVERIFY(end.startsWith(u"Ended with exit code 1. error: syntax error"_s));
         QTest::keyClick(&console.View(), Qt::Key_F4); // the next one names no place
         QCOMPARE(console.View().SelectedText(), u"error: another"_s);
+        QCOMPARE(console.State(), u"This message names no file that is there, and no line."_s);
         QTest::keyClick(&console.View(), Qt::Key_F4); // there is no other
         QCOMPARE(console.View().SelectedText(), u"error: another"_s);
         QCOMPARE(console.places.size(), size_t(1));
         QTest::keyClick(&console.View(), Qt::Key_F4, Qt::ShiftModifier);
         QCOMPARE(console.places.size(), size_t(2));
+        QCOMPARE(console.State(), end);
         QTest::keyClick(&console.View(), Qt::Key_Down); // a detail of the same message
         QTest::keyClick(&console.View(), Qt::Key_Return);
         QCOMPARE(console.places, (std::vector{place, place, place}));
         QTest::keyClick(&console.View(), Qt::Key_Home);
         QTest::mouseDClick(console.View().viewport(), Qt::LeftButton, {}, QPoint(20, 3));
         QCOMPARE(console.places.size(), size_t(4));
+    }
+
+    void AFailureToShowALineIsTold()
+    {
+        Console console(u"exit 1"_s);
+        console.form->Run();
+        console.form->TellFailure(u"why"_s); // and nothing waits for an answer
+        auto &box = console.Find<QMessageBox>(u"MessageBox"_s);
+        QVERIFY(box.isVisible());
+        QCOMPARE(box.text(), u"why"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(console.form->IsFinished(), Patience);
+        box.button(QMessageBox::Ok)->click();
+        console.form->close();
+        QCOMPARE(console.closed->count(), 1);
+        console.form->TellFailure(u"nobody looks any more"_s);
+        QTRY_VERIFY(console.form->findChildren<QMessageBox *>().isEmpty());
     }
 
     void TheMenuOfTheOutput()

@@ -206,7 +206,7 @@ void frmConsole::Run()
     }
     m_running = true;
     TellWaiting(m_options.notify, ProgramNews::Started);
-    lblState->setText(u"Running..."_s);
+    SetState(u"Running..."_s);
     cmdStop->setEnabled(true);
     m_tick.start();
     ShowAs(m_options.run.showState);
@@ -272,9 +272,9 @@ void frmConsole::Stop()
     if (!signal)
         return;
     m_process.Stop(*signal);
-    lblState->setText(signal == StopSignal::Interrupt   ? u"Stopping..."_s
-                      : signal == StopSignal::Terminate ? u"Terminating..."_s
-                                                        : u"Killing..."_s);
+    SetState(signal == StopSignal::Interrupt   ? u"Stopping..."_s
+             : signal == StopSignal::Terminate ? u"Terminating..."_s
+                                               : u"Killing..."_s);
 }
 
 void frmConsole::Ended(const ProgramEnd &end)
@@ -313,7 +313,7 @@ void frmConsole::Touch()
 void frmConsole::ShowEnd(const QString &words)
 {
     lblTime->setText(DurationText(m_clock.elapsed()));
-    lblState->setText(words);
+    SetState(words);
     if (focusWidget() != m_view && focusWidget() != chkKeepOpen)
         m_view->setFocus(); // before the control that has it goes grey
     txtInput->setEnabled(false);
@@ -322,10 +322,27 @@ void frmConsole::ShowEnd(const QString &words)
     const std::optional<RunMessage> &error = m_messages.FirstError();
     if (!error)
         return;
-    lblState->setText(words + u' ' + error->text);
-    lblState->setToolTip(lblState->text());
+    SetState(words + u' ' + error->text);
     if (!m_touched && error->first >= m_store.First())
         m_view->GoToLine(error->first);
+}
+
+void frmConsole::SetState(const QString &words)
+{
+    m_state = words;
+    lblState->setText(words);
+    lblState->setToolTip(words);
+}
+
+void frmConsole::TellFailure(const QString &text)
+{
+    if (m_closed)
+        return; // nobody looks any more
+    auto *box = new QMessageBox(QMessageBox::Warning, m_options.run.title, text, QMessageBox::Ok, this);
+    box->setObjectName(u"MessageBox"_s);
+    box->setTextFormat(Qt::PlainText);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
 }
 
 void frmConsole::SendLine()
@@ -361,7 +378,9 @@ void frmConsole::Activate(qint64 line)
         qEnvironmentVariable("INCDIR").split(QDir::listSeparator(), Qt::SkipEmptyParts);
     const PlaceSources sources{
         .folder = folder, .folders = included, .documents = DocumentsOf(m_options.run.arguments)};
-    if (const auto place = FindPlace(*message, sources))
+    const auto place = FindPlace(*message, sources);
+    lblState->setText(place ? m_state : u"This message names no file that is there, and no line."_s);
+    if (place)
         m_services.openPlace(*place);
 }
 

@@ -14,6 +14,7 @@
 #include <optional>
 #include <QByteArrayView>
 #include <QElapsedTimer>
+#include <QString>
 #include <QTimer>
 #include <QWidget>
 
@@ -57,6 +58,8 @@ public:
     void GiveWay();
     /// Stops what runs and closes: the desktop wants it so.
     void StopAndClose();
+    /// Tells a failure that the user has to know of, and goes on meanwhile.
+    void TellFailure(const QString &text);
     /// The next step from an interrupt to the end by force, unless the last one was just now.
     void Stop();
 
@@ -75,6 +78,7 @@ private:
     void TakeLine(StyledLine line);
     void Ended(const ProgramEnd &end);
     void ShowEnd(const QString &words);
+    void SetState(const QString &words);
     void UpdateLeaving();
     void Touch();
     void Tick();
@@ -98,6 +102,7 @@ private:
     QTimer m_news; ///< output is shown a few dozen times a second at most
     QTimer m_leave;
     std::optional<double> m_progress;
+    QString m_state; ///< of the run; lblState shows something else only for a moment
     bool m_running = false;
     bool m_endedWell = false;
     bool m_touched = false;

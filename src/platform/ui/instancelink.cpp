@@ -138,7 +138,7 @@ void InstanceLink::Remove(const QString &editor) const
     QFile::remove(editor + MarkSuffix);
 }
 
-bool InstanceLink::Connect(qint64 preferred)
+bool InstanceLink::FindListening(qint64 preferred)
 {
     for (const QString &editor : RunningEditors(preferred)) {
         auto socket = std::make_unique<QLocalSocket>();
@@ -155,7 +155,7 @@ bool InstanceLink::Connect(qint64 preferred)
 
 bool InstanceLink::FindRunning(qint64 preferred)
 {
-    if (Connect(preferred))
+    if (FindListening(preferred))
         return true;
     if (m_folder.isEmpty() || m_server)
         return false;
@@ -164,7 +164,7 @@ bool InstanceLink::FindRunning(qint64 preferred)
     } catch (const RunTimeError &) {
         // No leave to lock, or the one that starts takes too long: two editors are better than none.
     }
-    if (!Connect(preferred))
+    if (!FindListening(preferred))
         return false;
     m_starting.reset();
     return true;

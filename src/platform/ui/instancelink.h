@@ -48,7 +48,9 @@ public:
     /// same time one becomes the editor; the others wait here until it listens, ten seconds at most.
     /// @return false when no editor runs: then nobody else becomes one before this process listens or ends
     bool FindRunning(qint64 preferred = 0);
-    /// Sends the message to the editor that FindRunning found. It does not wait for an answer: the editor may
+    /// The same without any waiting, and without a claim to become the editor. @return whether one listens
+    bool FindListening(qint64 preferred = 0);
+    /// Sends the message to the editor that was found. It does not wait for an answer: the editor may
     /// be busy for as long as a render takes, and reads the message then.
     bool Notify(Call call, const QByteArray &activationToken);
 
@@ -66,7 +68,6 @@ public:
 
 private:
     QStringList RunningEditors(qint64 preferred) const;
-    bool Connect(qint64 preferred);
     void Remove(const QString &editor) const;
     void TakeConnections();
     /// Hangs up on the oldest of too many that have sent nothing whole.
