@@ -47,9 +47,28 @@ QString SignalWords(const ProgramEnd &end)
 
 } // namespace
 
-QString ExitWords(const ProgramEnd &end, bool stopped)
+QString StopWords(StopSignal signal)
 {
-    const QString head = stopped ? u"Stopped. "_s : QString();
+    switch (signal) {
+    case StopSignal::Interrupt:
+        return u"Stopping..."_s;
+    case StopSignal::Terminate:
+        return u"Terminating..."_s;
+    case StopSignal::Kill:
+        break;
+    }
+    return u"Killing..."_s;
+}
+
+QString ExitWords(const ProgramEnd &end, const std::optional<StopSignal> &stopped)
+{
+    QString head;
+    if (stopped == StopSignal::Interrupt)
+        head = u"Stopped. "_s;
+    else if (stopped == StopSignal::Terminate)
+        head = u"Stopped by terminate: the sound file may be damaged. "_s;
+    else if (stopped == StopSignal::Kill)
+        head = u"Stopped by kill: the sound file may be damaged. "_s;
     if (end.bySignal)
         return head + SignalWords(end) + u'.';
     if (end.number == 0)

@@ -3,14 +3,19 @@
 
 #include "platform/terminalprocess.h"
 
+#include <optional>
 #include <QString>
 
 namespace zelvane
 {
 
 /// The end of a program in words: "Ended with exit code 1.", "Crashed: segmentation fault (SIGSEGV)."
-/// @param stopped the user has stopped it
-QString ExitWords(const ProgramEnd &end, bool stopped);
+/// @param stopped the last signal that it was stopped by, if it was: after any but the first one a file that
+/// it wrote may lack its end
+QString ExitWords(const ProgramEnd &end, const std::optional<StopSignal> &stopped);
+
+/// What is under way from a signal on: "Stopping...".
+QString StopWords(StopSignal signal);
 
 /// A stretch of time on the screen: "0:07", "12:34", "1:00:05".
 /// @param milliseconds not negative

@@ -2,6 +2,7 @@
 #include "console/exitwords.h"
 
 #include "console/scoreprogress.h"
+#include "platform/terminalprocess.h"
 #include "support/printers.h"
 
 #include <gtest/gtest.h>
@@ -13,15 +14,21 @@ using namespace zelvane;
 
 TEST(ExitWords, TellTheCodeOrTheSignal)
 {
-    EXPECT_EQ(ExitWords({}, false), u"Ended well (exit code 0)."_s);
-    EXPECT_EQ(ExitWords({.number = 3}, false), u"Ended with exit code 3."_s);
-    EXPECT_EQ(ExitWords({.bySignal = true, .number = 11, .signalName = u"SIGSEGV"_s}, false),
+    EXPECT_EQ(ExitWords({}, {}), u"Ended well (exit code 0)."_s);
+    EXPECT_EQ(ExitWords({.number = 3}, {}), u"Ended with exit code 3."_s);
+    EXPECT_EQ(ExitWords({.bySignal = true, .number = 11, .signalName = u"SIGSEGV"_s}, {}),
               u"Crashed: segmentation fault (SIGSEGV)."_s);
-    EXPECT_EQ(ExitWords({.bySignal = true, .number = 60}, false), u"Ended by signal 60."_s);
-    EXPECT_EQ(ExitWords({.bySignal = true, .number = 20, .signalName = u"SIGTSTP"_s}, false),
+    EXPECT_EQ(ExitWords({.bySignal = true, .number = 60}, {}), u"Ended by signal 60."_s);
+    EXPECT_EQ(ExitWords({.bySignal = true, .number = 20, .signalName = u"SIGTSTP"_s}, {}),
               u"Ended by SIGTSTP."_s);
-    EXPECT_EQ(ExitWords({.bySignal = true, .number = 2, .signalName = u"SIGINT"_s}, true),
+    EXPECT_EQ(ExitWords({.bySignal = true, .number = 2, .signalName = u"SIGINT"_s}, StopSignal::Interrupt),
               u"Stopped. Ended: interrupted (SIGINT)."_s);
+    // Csound ends by itself after both.
+    EXPECT_EQ(ExitWords({.number = 1}, StopSignal::Interrupt), u"Stopped. Ended with exit code 1."_s);
+    EXPECT_EQ(ExitWords({.number = 1}, StopSignal::Terminate),
+              u"Stopped by terminate: the sound file may be damaged. Ended with exit code 1."_s);
+    EXPECT_EQ(ExitWords({.bySignal = true, .number = 9, .signalName = u"SIGKILL"_s}, StopSignal::Kill),
+              u"Stopped by kill: the sound file may be damaged. Ended: killed (SIGKILL)."_s);
     EXPECT_TRUE(ProgramEnd{}.IsSuccess());
     EXPECT_FALSE((ProgramEnd{.bySignal = true}.IsSuccess()));
     EXPECT_FALSE((ProgramEnd{.number = 1}.IsSuccess()));

@@ -31,6 +31,7 @@
 #include <QPoint>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QStringList>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QtTest>
@@ -220,7 +221,30 @@ private Q_SLOTS:
                                      Patience);
         }
         QTRY_VERIFY_WITH_TIMEOUT(console.form->IsFinished(), Patience);
-        QCOMPARE(console.State(), u"Stopped. Ended: killed (SIGKILL)."_s);
+        QCOMPARE(console.State(),
+                 u"Stopped by kill: the sound file may be damaged. Ended: killed (SIGKILL)."_s);
+    }
+
+    void TheStateFollowsTheSteps()
+    {
+        // Nobody presses a second time: a program that an interrupt does not end is terminated in the end.
+        Console console(u"trap '' INT; trap 'sleep 1; exit 1' TERM; echo up; while :; do sleep 0.05; done"_s);
+        console.form->Run();
+        QTRY_VERIFY_WITH_TIMEOUT(console.Shows(u"up"_s), Patience);
+        QStringList states;
+        const auto note = [&] {
+            if (states.isEmpty() || states.last() != console.State())
+                states.append(console.State());
+            return console.form->IsFinished();
+        };
+        note();
+        console.form->StopAndClose();
+        QTRY_VERIFY_WITH_TIMEOUT(note(), Patience);
+        QCOMPARE(states,
+                 (QStringList{u"Running..."_s, u"Stopping..."_s, u"Terminating..."_s,
+                              u"Stopped by terminate: the sound file may be damaged. Ended with exit code "
+                              "1."_s}));
+        QTRY_COMPARE_WITH_TIMEOUT(console.closed->count(), 1, Patience);
     }
 
     void ClosingAsksAndStops()

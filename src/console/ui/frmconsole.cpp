@@ -261,27 +261,29 @@ void frmConsole::Tick()
         return;
     }
     if (const auto signal = m_ladder.Due(m_clock.elapsed()))
-        m_process.Stop(*signal);
+        Send(*signal);
+}
+
+void frmConsole::Send(StopSignal signal)
+{
+    m_process.Stop(signal);
+    if (m_running)
+        SetState(StopWords(signal));
 }
 
 void frmConsole::Stop()
 {
     if (!m_process.AnyRuns())
         return;
-    const auto signal = m_ladder.Press(m_clock.elapsed());
-    if (!signal)
-        return;
-    m_process.Stop(*signal);
-    SetState(signal == StopSignal::Interrupt   ? u"Stopping..."_s
-             : signal == StopSignal::Terminate ? u"Terminating..."_s
-                                               : u"Killing..."_s);
+    if (const auto signal = m_ladder.Press(m_clock.elapsed()))
+        Send(*signal);
 }
 
 void frmConsole::Ended(const ProgramEnd &end)
 {
     m_running = false;
     m_reader.Finish();
-    const QString words = ExitWords(end, m_ladder.HasBegun());
+    const QString words = ExitWords(end, m_ladder.Last());
     m_log.Write((u'\n' + words + u'\n').toUtf8());
     m_log.Finish();
     TellWaiting(m_options.notify, ProgramNews::Ended);

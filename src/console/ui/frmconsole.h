@@ -82,6 +82,7 @@ private:
     void UpdateLeaving();
     void Touch();
     void Tick();
+    void Send(StopSignal signal);
     void ShowNews();
     void SendLine();
     void GoToMessage(int step);
