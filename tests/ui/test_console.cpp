@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "console/consolekeys.h"
 #include "console/consoleoptions.h"
+#include "console/linestore.h"
 #include "console/messageplace.h"
 #include "console/stopladder.h"
+#include "console/styledline.h"
 #include "console/ui/consolelink.h"
 #include "console/ui/consoleview.h"
 #include "console/ui/frmconsole.h"
@@ -11,6 +13,7 @@
 #include "support/uitest.h"
 
 #include <algorithm>
+#include <limits>
 #include <memory>
 #include <QAccessible>
 #include <QAction>
@@ -23,6 +26,7 @@
 #include <QElapsedTimer>
 #include <QEvent>
 #include <QFile>
+#include <QFontDatabase>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -30,6 +34,7 @@
 #include <QMessageBox>
 #include <QPoint>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -384,10 +389,20 @@ private Q_SLOTS:
         QCOMPARE(spoken->text(QAccessible::Name), u"Output"_s);
     }
 
+    void MuchOutputLeavesTheWindowAnswering_data()
+    {
+        QTest::addColumn<QString>("line");
+        QTest::addColumn<int>("megabytes");
+        QTest::newRow("lines of Csound")
+            << u"a line of output that is about as long as one of Csound"_s << 50;
+        QTest::newRow("errors of 8 KB") << u"error: "_s + QString(8150, u'x') << 25;
+    }
     void MuchOutputLeavesTheWindowAnswering()
     {
-        Console console(u"yes 'a line of output that is about as long as one of Csound' | head -c 50000000; "
-                        "exit 1"_s);
+        QFETCH(QString, line);
+        QFETCH(int, megabytes);
+        Console console(u"yes '"_s + line + u"' | head -c "_s + QString::number(megabytes) +
+                        u"000000; exit 1"_s);
         console.form->Run();
         qint64 longest = 0;
         QElapsedTimer clock;
@@ -397,8 +412,57 @@ private Q_SLOTS:
             longest = std::max(longest, clock.elapsed() - before);
         }
         QVERIFY(console.form->IsFinished());
-        qInfo("50 MB in %lld ms, longest turn %lld ms", clock.elapsed(), longest);
+        qInfo("%d MB in %lld ms, longest turn %lld ms", megabytes, clock.elapsed(), longest);
         QVERIFY2(longest < 1000, "the loop comes round"); // a tenth of that on a machine of its own
+    }
+
+    void ALineOfAnyLengthCostsWhatIsInView_data()
+    {
+        QTest::addColumn<QString>("words");
+        QTest::addColumn<bool>("atItsEnd");
+        QTest::addColumn<bool>("styled");
+        const QString plain = u"error: words "_s;
+        const QString accents = u"caf\u00e9 d\u00e9j\u00e0 vu "_s;
+        QTest::newRow("from the start") << plain << false << false;
+        QTest::newRow("scrolled to the end") << plain << true << false;
+        QTest::newRow("of colours") << plain << false << true;
+        QTest::newRow("of colours, at the end") << plain << true << true;
+        QTest::newRow("accents") << accents << false << false;
+        QTest::newRow("accents, at the end") << accents << true << false;
+        QTest::newRow("tabs") << u"one\ttwo\t"_s << false << false;
+    }
+    void ALineOfAnyLengthCostsWhatIsInView()
+    {
+        QFETCH(QString, words);
+        QFETCH(bool, atItsEnd);
+        QFETCH(bool, styled);
+        const auto paint = [&](qsizetype length) {
+            LineStore store;
+            StyledLine line{.text = words.repeated(length / words.size() + 1).left(length)};
+            for (int start = 0; styled && start + 40 <= length; start += 40)
+                line.spans.push_back({.start = start, .length = 20, .style = {.colour = 1, .bold = true}});
+            for (int i = 0; i < 60; ++i)
+                store.Append(line);
+            ConsoleView view(store);
+            view.setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+            view.resize(800, 600);
+            view.UpdateLines({});
+            if (atItsEnd)
+                view.horizontalScrollBar()->setValue(view.horizontalScrollBar()->maximum() - 400);
+            qint64 best = std::numeric_limits<qint64>::max();
+            for (int i = 0; i < 5; ++i) {
+                QElapsedTimer clock;
+                clock.start();
+                view.grab();
+                best = std::min(best, clock.nsecsElapsed());
+            }
+            return double(best) / 1e6;
+        };
+        const double shortLines = paint(200);
+        const double longLines = paint(8000);
+        qInfo("lines of 200 characters %.1f ms, of 8000 %.1f ms", shortLines, longLines);
+        // 40 times as much text. What is left of the view is added up and not laid out.
+        QVERIFY(longLines < (atItsEnd ? 10 : 5) * shortLines);
     }
 
     void OnlyFinishedConsolesOfTheSameKeyAreTold()

@@ -6,13 +6,16 @@
 #include <QAccessible>
 #include <QAccessibleWidget>
 #include <QAction>
+#include <QChar>
 #include <QClipboard>
 #include <QColor>
 #include <QContextMenuEvent>
 #include <QEvent>
 #include <QFont>
+#include <QFontInfo>
 #include <QFontMetricsF>
 #include <QGuiApplication>
+#include <QHash>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
@@ -22,8 +25,9 @@
 #include <QPointF>
 #include <QResizeEvent>
 #include <QScrollBar>
+#include <QString>
 #include <QStringList>
-#include <vector>
+#include <QStringView>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -36,6 +40,8 @@ namespace
 constexpr int TabColumns = 8;
 constexpr int Margin = 4;
 constexpr int MarkWidth = 4;
+/// How much of a line is laid out at once, in UTF-16 units.
+constexpr qsizetype PieceLength = 128;
 
 /// The sixteen colours, light enough to be read on a dark ground, dark enough on a light one.
 QColor ColourOf(int number, bool isDark)
@@ -49,28 +55,103 @@ QColor ColourOf(int number, bool isDark)
     return QColor((isDark ? onDark : onLight)[size_t(number)]);
 }
 
-/// The text as it is painted: tabs reach to the next stop.
-QString Expanded(const QString &text, std::vector<StyleSpan> &spans)
+/// The columns that a character takes at a place of its line, where it is no tab one.
+qsizetype ColumnsOf(QChar character, qsizetype column)
 {
-    if (!text.contains(u'\t'))
-        return text;
-    QString expanded;
-    std::vector<int> places(size_t(text.size()) + 1);
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        places[size_t(i)] = int(expanded.size());
-        if (text[i] == u'\t')
-            expanded.append(QString(TabColumns - expanded.size() % TabColumns, u' '));
-        else
-            expanded.append(text[i]);
-    }
-    places[size_t(text.size())] = int(expanded.size());
-    for (StyleSpan &span : spans) {
-        const int end = places[size_t(span.start + span.length)];
-        span.start = places[size_t(span.start)];
-        span.length = end - span.start;
-    }
-    return expanded;
+    return character == u'\t' ? TabColumns - column % TabColumns : 1;
 }
+
+/// A piece of a line as it is painted: tabs reach to the next stop.
+QString Expanded(QStringView piece, qsizetype column)
+{
+    QString text;
+    text.reserve(piece.size() + TabColumns);
+    for (const QChar character : piece) {
+        const qsizetype columns = ColumnsOf(character, column);
+        text.append(character == u'\t' ? QString(columns, u' ') : QString(character));
+        column += columns;
+    }
+    return text;
+}
+
+/// Where a piece of at most PieceLength units ends that starts at `at`: not within a character.
+qsizetype PieceEnd(QStringView text, qsizetype at, qsizetype end)
+{
+    qsizetype cut = at + PieceLength;
+    if (cut >= end)
+        return end;
+    while (cut < end && (text[cut].isLowSurrogate() || text[cut].isMark()))
+        ++cut;
+    return cut;
+}
+
+/// A font with the widths of its characters, so that what is out of view need not be laid out.
+class Face
+{
+public:
+    explicit Face(const QFont &face)
+        : font(face),
+          m_metrics(face),
+          m_isFixed(QFontInfo(face).fixedPitch()),
+          m_tab(m_metrics.horizontalAdvance(u' '))
+    {
+        m_narrow.fill(-1);
+    }
+
+    /// The width of a piece, and the column behind it. What is laid out together may differ a little.
+    double WidthOf(QStringView piece, qsizetype &column)
+    {
+        double width = 0;
+        for (qsizetype i = 0; i < piece.size(); ++i) {
+            const QChar character = piece[i];
+            const qsizetype columns = ColumnsOf(character, column);
+            column += columns;
+            if (character == u'\t')
+                width += double(columns) * m_tab;
+            else if (character.unicode() < m_narrow.size())
+                width += NarrowWidth(character);
+            else if (character.isHighSurrogate() && i + 1 < piece.size())
+                width += WideWidth(piece.sliced(i, 2));
+            else if (!character.isLowSurrogate() && !character.isMark())
+                width += WideWidth(piece.sliced(i, 1));
+        }
+        return width;
+    }
+    /// The width of a piece that is laid out, which its sum need not be.
+    double LaidOutWidth(const QString &piece, double sum) const
+    {
+        const bool isPlain = m_isFixed && std::all_of(piece.begin(), piece.end(),
+                                                      [](QChar character) { return character < u'\x7f'; });
+        return isPlain ? sum : m_metrics.horizontalAdvance(piece);
+    }
+
+    const QFont font;
+
+private:
+    double NarrowWidth(QChar character)
+    {
+        double &width = m_narrow[character.unicode()];
+        if (width < 0)
+            width = m_metrics.horizontalAdvance(character);
+        return width;
+    }
+    double WideWidth(QStringView character)
+    {
+        const char32_t key = character.size() > 1
+                                 ? QChar::surrogateToUcs4(character[0].unicode(), character[1].unicode())
+                                 : char32_t(character[0].unicode());
+        auto known = m_wide.find(key);
+        if (known == m_wide.end())
+            known = m_wide.insert(key, m_metrics.horizontalAdvance(character.toString()));
+        return *known;
+    }
+
+    QFontMetricsF m_metrics;
+    bool m_isFixed;
+    double m_tab;
+    std::array<double, 256> m_narrow;
+    QHash<char32_t, double> m_wide;
+};
 
 /// What a screen reader is told: the lines that are selected.
 class ConsoleViewAccessible : public QAccessibleWidget
@@ -210,44 +291,68 @@ void ConsoleView::SelectAll()
     viewport()->update();
 }
 
-void ConsoleView::PaintLine(QPainter &painter, int y, const StyledLine &line, LineMark mark,
+struct ConsoleView::Faces {
+    explicit Faces(const QFont &font) : plain(font), bold(Bold(font)) {}
+    static QFont Bold(QFont font)
+    {
+        font.setBold(true);
+        return font;
+    }
+
+    Face plain;
+    Face bold;
+};
+
+void ConsoleView::PaintLine(QPainter &painter, Faces &faces, int y, const StyledLine &line, LineMark mark,
                             bool selected) const
 {
     const QPalette &colours = palette();
     const bool isDark = colours.color(QPalette::Base).lightness() < 128;
     const int ascent = fontMetrics().ascent();
+    const int right = viewport()->width();
     if (selected)
-        painter.fillRect(0, y, viewport()->width(), LineHeight(), colours.color(QPalette::Highlight));
+        painter.fillRect(0, y, right, LineHeight(), colours.color(QPalette::Highlight));
     if (mark != LineMark::None)
         painter.fillRect(0, y, MarkWidth, LineHeight(), ColourOf(mark == LineMark::Error ? 1 : 3, isDark));
-    std::vector<StyleSpan> spans = line.spans;
-    const QString text = Expanded(line.text, spans);
-    double x = Margin + MarkWidth - horizontalScrollBar()->value();
+    const QStringView text = line.text;
     const QColor plain = colours.color(selected ? QPalette::HighlightedText : QPalette::Text);
-    const auto draw = [&](qsizetype start, qsizetype end, TextStyle style) {
-        if (end <= start || x > viewport()->width())
-            return;
-        QFont font = this->font();
-        font.setBold(font.bold() || style.bold || mark == LineMark::Error);
-        painter.setFont(font);
-        painter.setPen(style.colour >= 0 && !selected ? ColourOf(style.colour, isDark) : plain);
-        const QString piece = text.mid(start, end - start);
-        painter.drawText(QPointF(x, y + ascent), piece);
-        x += QFontMetricsF(font).horizontalAdvance(piece);
-    };
+    double x = Margin + MarkWidth - horizontalScrollBar()->value();
+    qsizetype column = 0;
     qsizetype done = 0;
-    for (const StyleSpan &span : spans) {
-        draw(done, span.start, {});
-        draw(span.start, span.start + span.length, span.style);
-        done = span.start + span.length;
+    // By pieces: a line may be hundreds of times as long as what is in view.
+    const auto draw = [&](qsizetype end, TextStyle style) {
+        Face &face = style.bold || mark == LineMark::Error ? faces.bold : faces.plain;
+        while (done < end && x <= right) {
+            const qsizetype next = PieceEnd(text, done, end);
+            const QStringView piece = text.sliced(done, next - done);
+            const qsizetype from = column;
+            const double width = face.WidthOf(piece, column);
+            done = next;
+            if (x + width < -LineHeight()) {
+                x += width;
+                continue;
+            }
+            const QString shown = Expanded(piece, from);
+            painter.setFont(face.font);
+            painter.setPen(style.colour >= 0 && !selected ? ColourOf(style.colour, isDark) : plain);
+            painter.drawText(QPointF(x, y + ascent), shown);
+            x += face.LaidOutWidth(shown, width);
+        }
+    };
+    for (const StyleSpan &span : line.spans) {
+        draw(span.start, {});
+        if (x > right)
+            return;
+        draw(span.start + span.length, span.style);
     }
-    draw(done, text.size(), {});
+    draw(text.size(), {});
 }
 
 void ConsoleView::paintEvent(QPaintEvent *event)
 {
     Q_UNUSED(event);
     QPainter painter(viewport());
+    Faces faces(font());
     const qint64 top = m_store.First() + verticalScrollBar()->value();
     const qint64 from = std::min(m_anchor, m_current);
     const qint64 to = std::max(m_anchor, m_current);
@@ -256,9 +361,10 @@ void ConsoleView::paintEvent(QPaintEvent *event)
         const int y = row * LineHeight();
         if (number < m_store.End()) {
             const StoredLine &line = m_store.At(number);
-            PaintLine(painter, y, line.line, line.mark, m_current >= 0 && number >= from && number <= to);
+            PaintLine(painter, faces, y, line.line, line.mark,
+                      m_current >= 0 && number >= from && number <= to);
         } else if (number == m_store.End()) {
-            PaintLine(painter, y, m_unfinished, LineMark::None, false);
+            PaintLine(painter, faces, y, m_unfinished, LineMark::None, false);
         }
     }
 }

@@ -52,7 +52,9 @@ private:
     bool IsAtEnd() const;
     void SetRanges(bool follow);
     void Move(qint64 number, bool extend);
-    void PaintLine(QPainter &painter, int y, const StyledLine &line, LineMark mark, bool selected) const;
+    struct Faces;
+    void PaintLine(QPainter &painter, Faces &faces, int y, const StyledLine &line, LineMark mark,
+                   bool selected) const;
 
     const LineStore &m_store;
     StyledLine m_unfinished;
