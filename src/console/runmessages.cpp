@@ -16,6 +16,9 @@ namespace
 {
 
 constexpr size_t MostMessages = 5000;
+/// What is kept of the words of one message, and of all of them with the names of their files; UTF-16 units.
+constexpr qsizetype LongestWords = 400;
+constexpr qsizetype MostCharacters = 4'000'000;
 /// How many lines of output may stand between the beginning of a message and its details.
 constexpr qint64 LongestMessage = 6;
 
@@ -111,6 +114,19 @@ int LineIn(QStringView text)
     return 0;
 }
 
+qsizetype CharactersOf(const RunMessage &message)
+{
+    qsizetype count = message.text.size() + message.token.size() + message.context.size();
+    for (const QString &file : message.files)
+        count += file.size();
+    return count;
+}
+
+QString Kept(QStringView words)
+{
+    return words.first(std::min(words.size(), LongestWords)).toString();
+}
+
 QString Between(QStringView text, QStringView before, QStringView after)
 {
     const qsizetype start = text.indexOf(before);
@@ -118,7 +134,7 @@ QString Between(QStringView text, QStringView before, QStringView after)
         return {};
     const qsizetype from = start + before.size();
     const qsizetype end = text.indexOf(after, from);
-    return end < 0 ? QString() : text.sliced(from, end - from).trimmed().toString();
+    return end < 0 ? QString() : Kept(text.sliced(from, end - from).trimmed());
 }
 
 QString TokenIn(QStringView text)
@@ -135,7 +151,7 @@ QString TokenIn(QStringView text)
             return token;
     constexpr QStringView include = u"#include'd file ";
     if (const qsizetype at = text.indexOf(include); at >= 0)
-        return text.sliced(at + include.size()).trimmed().toString();
+        return Kept(text.sliced(at + include.size()).trimmed());
     return {};
 }
 
@@ -252,7 +268,7 @@ LineMark RunMessages::TakeHead(qint64 number, const QString &line)
     RunMessage message{.mark = isHead ? form->mark : LineMark::Error,
                        .first = number,
                        .last = number,
-                       .text = text.toString(),
+                       .text = Kept(text),
                        .token = TokenIn(text)};
     // The line that the score's writer counts is one of the sorted score.
     if (!text.startsWith(u"swrite:"))
@@ -264,9 +280,13 @@ LineMark RunMessages::TakeHead(qint64 number, const QString &line)
         Grow(*before, number);
         return LineMark::None;
     }
+    if (!m_messages.empty())
+        m_characters += CharactersOf(m_messages.back()); // it gets no more details
     m_messages.push_back(std::move(message));
-    if (m_messages.size() > MostMessages)
+    while (m_messages.size() > 1 && (m_messages.size() > MostMessages || m_characters > MostCharacters)) {
+        m_characters -= CharactersOf(m_messages.front());
         m_messages.pop_front();
+    }
     m_firstIsLast = m_messages.back().mark == LineMark::Error && !m_firstError;
     if (m_firstIsLast)
         m_firstError = m_messages.back();

@@ -8,6 +8,7 @@
 #include <QString>
 #include <QStringList>
 #include <QStringView>
+#include <QtGlobal>
 
 namespace zelvane
 {
@@ -17,7 +18,7 @@ struct RunMessage {
     LineMark mark = LineMark::Error;
     qint64 first = 0;          ///< number of the line of output that it begins in
     qint64 last = 0;           ///< and of its last one
-    QString text = {};         ///< what its first line says
+    QString text = {};         ///< what its first line says; of a very long one the start
     QStringList files = {};    ///< the file that it is about, then those that include it
     int line = 0;              ///< of the file as the program counts, from 1; 0 where none is named
     bool lineIsBefore = false; ///< the line may be the one before the place
@@ -36,6 +37,8 @@ public:
 
     /// The message that a line of output belongs to.
     const RunMessage *At(qint64 number) const;
+    /// The characters of the messages that are kept, which have a limit however much a program writes.
+    qsizetype Characters() const { return m_characters; }
     /// The first error of the run, however long ago.
     const std::optional<RunMessage> &FirstError() const { return m_firstError; }
 
@@ -48,6 +51,7 @@ private:
     void Grow(RunMessage &message, qint64 number);
 
     std::deque<RunMessage> m_messages; ///< the last ones
+    qsizetype m_characters = 0;        ///< of all of them but the newest
     std::optional<RunMessage> m_firstError;
     bool m_firstIsLast = false; ///< the first error is the last message: details are for both
 };

@@ -190,6 +190,19 @@ const std::vector<BrokenPiece> pieces{
      {{"a.orc", ORCHESTRA "instr 1\nendin\n"}},
      "cannot open scorefile",
      {"-d", "-n", "a.orc", "a.sco"}},
+    // Of a score Csound tells no line, only a place within the section; what it quotes leads to the line.
+    {"pairscore",
+     {{"a.orc", ORCHESTRA "instr 1\nendin\n"}, {"a.sco", "i 1 0 1\ni 1 0 foo\ne\n"}},
+     "sread: unexpected char f",
+     {"-d", "-n", "a.orc", "a.sco"}},
+    {"pairscoremacro",
+     {{"a.orc", ORCHESTRA "instr 1\nendin\n"}, {"a.sco", "i 1 0 1\n@i 1 0 $NOMAC\ne\n"}},
+     "Undefined macro: '$NOMAC'",
+     {"-d", "-n", "a.orc", "a.sco"}},
+    {"pairscoreinclude",
+     {{"a.orc", ORCHESTRA "instr 1\nendin\n"}, {"a.sco", "i 1 0 1\n@#include \"none.inc\"\ne\n"}},
+     "none.inc",
+     {"-d", "-n", "a.orc", "a.sco"}},
     {"noorchestra", {{"a.sco", "i 1 0 1\n"}}, "failed to open input file", {"-d", "-n", "a.orc", "a.sco"}},
     {"output",
      {{"piece.csd", "<CsoundSynthesizer>\n<CsInstruments>\ninstr 1\nendin\n" MIDDLE "i 1 0 .1\n" TAIL}},
@@ -378,6 +391,28 @@ TEST(RunMessages, TheFirstErrorStaysHoweverManyFollow)
     EXPECT_EQ(messages.FirstError()->text, u"error: the first"_s);
     EXPECT_EQ(messages.FirstError()->first, 0);
     EXPECT_NE(messages.At(19999), nullptr);
+}
+
+TEST(RunMessages, KeepLittleOfVeryLongOnes)
+{
+    RunMessages messages;
+    const QString words = u"error: syntax error, unexpected T_IDENT  (token \"nosuch\")"_s;
+    const QString longText(8000, u'x');
+    qint64 number = 0;
+    for (int i = 0; i < 4000; ++i) {
+        EXPECT_EQ(messages.Take(number++, words + longText), LineMark::Error);
+        messages.Take(number++, u" from file "_s + longText + u" (1), line 2:"_s);
+        messages.Take(number++, u" >>> "_s + longText + u" <<<"_s);
+        EXPECT_LE(messages.Characters(), 4'000'000);
+    }
+    const RunMessage *last = messages.At(number - 1);
+    ASSERT_TRUE(last);
+    EXPECT_EQ(last->text, (words + longText).left(400));
+    EXPECT_EQ(last->token, u"nosuch"_s);
+    EXPECT_EQ(last->context, longText.left(400)) << "the start of the line finds it as well";
+    EXPECT_EQ(last->files, QStringList{longText}) << "half a name is none";
+    EXPECT_EQ(messages.At(0), nullptr) << "the oldest ones have gone";
+    EXPECT_EQ(messages.FirstError()->first, 0);
 }
 
 TEST(RunMessages, DetailsWithoutAMessageAreNone)
