@@ -138,11 +138,6 @@ void PutInstrument(TextWriter &xml, const InstrClass &instrument)
     xml.Put(u"</instr>");
 }
 
-bool IsDigit(QChar c)
-{
-    return c >= u'0' && c <= u'9';
-}
-
 /// The value of a text of a few digits only; -1 for another one.
 qint32 FewDigits(QStringView text)
 {

@@ -16,7 +16,7 @@ namespace
 
 bool IsDigitOrPoint(QChar c)
 {
-    return (c >= u'0' && c <= u'9') || c == u'.';
+    return IsDigit(c) || c == u'.';
 }
 
 bool IsOfNumber(QChar c)

@@ -16,11 +16,6 @@ bool IsWhiteSpace(QChar unit)
     return unit == u' ' || unit == u'\t' || unit == u'\r' || unit == u'\n';
 }
 
-bool IsDigit(QChar unit)
-{
-    return unit >= u'0' && unit <= u'9';
-}
-
 /// Whether a token that begins with it is the next statement.
 bool OpensStatement(QChar unit)
 {

@@ -2,6 +2,7 @@
 #include "language/outline.h"
 
 #include "language/normalizespaces.h"
+#include "platform/numbers.h"
 
 #include <algorithm>
 
@@ -112,7 +113,7 @@ qsizetype Outline::Find(QStringView key) const
 {
     // What the key would be the key of, if it is one.
     qsizetype digits = key.size();
-    while (digits > 0 && key[digits - 1] >= u'0' && key[digits - 1] <= u'9')
+    while (digits > 0 && IsDigit(key[digits - 1]))
         --digits;
     const QStringView prefix = key.first(digits);
     const qsizetype number = key.sliced(digits).toLongLong();

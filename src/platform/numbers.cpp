@@ -20,11 +20,6 @@ namespace
     throw RunTimeError(ErrorNumber::Overflow, u"Overflow"_s);
 }
 
-bool IsDigit(QChar unit)
-{
-    return unit >= u'0' && unit <= u'9';
-}
-
 qsizetype SkipDigits(QStringView text, qsizetype at)
 {
     while (at < text.size() && IsDigit(text[at]))

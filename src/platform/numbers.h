@@ -4,6 +4,7 @@
 #include <concepts>
 #include <limits>
 #include <optional>
+#include <QChar>
 #include <QString>
 #include <QStringView>
 
@@ -12,6 +13,12 @@ namespace zelvane
 
 // Numbers in texts and files, always in the C locale: the point is the decimal mark, and nothing groups the
 // digits.
+
+/// Whether a character is a digit from 0 to 9; those of other scripts are none.
+constexpr bool IsDigit(QChar c)
+{
+    return c >= u'0' && c <= u'9';
+}
 
 /// The number that a whole text is, white space around it apart: a sign, digits, a point, an exponent. No
 /// value for any other text and for a number that a 64-bit float cannot hold.

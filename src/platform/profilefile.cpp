@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/profilefile.h"
 
+#include "platform/numbers.h"
 #include "platform/runtimeerror.h"
 #include "platform/textencoding.h"
 
@@ -36,7 +37,7 @@ QString Fold(QStringView text)
 
 bool IsHexDigit(QChar c)
 {
-    return (c >= u'0' && c <= u'9') || (c >= u'a' && c <= u'f') || (c >= u'A' && c <= u'F');
+    return IsDigit(c) || (c >= u'a' && c <= u'f') || (c >= u'A' && c <= u'F');
 }
 
 QString DecodeLine(QByteArrayView bytes)

@@ -77,6 +77,14 @@ TEST(Numbers, ToNumberTellsWhatIsWrong)
     EXPECT_EQ(ErrorOf([] { ToNumber(u"1e999"); }), ErrorNumber::Overflow);
 }
 
+TEST(Numbers, DigitsAreThoseFromZeroToNine)
+{
+    for (const QChar digit : u"0123456789"_s)
+        EXPECT_TRUE(IsDigit(digit)) << int(digit.unicode());
+    for (const QChar other : u"/:a.-\u0663\u00B2"_s)
+        EXPECT_FALSE(IsDigit(other)) << int(other.unicode());
+}
+
 TEST(Numbers, TextHasFifteenDigitsAndNoZeroBeforeThePoint)
 {
     EXPECT_EQ(NumberText(0), u"0"_s);
