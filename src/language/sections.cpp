@@ -6,6 +6,7 @@
 #include "language/scanner.h"
 #include "platform/desktop.h"
 #include "platform/runtimeerror.h"
+#include "platform/samefile.h"
 #include "platform/textbuffer.h"
 #include "platform/textencoding.h"
 #include "platform/textfile.h"
@@ -27,7 +28,6 @@
 #include <algorithm>
 #include <new>
 #include <QChar>
-#include <QFileInfo>
 #include <QScopeGuard>
 #include <utility>
 
@@ -65,15 +65,6 @@ bool IsPlain(const QString &text, const TextEncoding &encoding)
 {
     return encoding == TextEncoding() &&
            std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 128; });
-}
-
-/// Also where two names lead to it.
-bool AreOneFile(const QString &one, const QString &other)
-{
-    if (one == other)
-        return true;
-    const QString real = QFileInfo(one).canonicalFilePath();
-    return !real.isEmpty() && real == QFileInfo(other).canonicalFilePath();
 }
 
 } // namespace
@@ -263,7 +254,7 @@ QString PieceSections::AskForHalf(FileKind kind, const QStringList &taken)
     while (true) {
         const QString file = m_editor.desktop.SaveFileDialog(request).path;
         const auto other = std::find_if(taken.begin(), taken.end(),
-                                        [&](const QString &name) { return AreOneFile(name, file); });
+                                        [&](const QString &name) { return IsSameFile(name, file); });
         if (file.isEmpty() || other == taken.end())
             return file;
         const QString refusal =

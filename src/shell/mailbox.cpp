@@ -2,6 +2,7 @@
 #include "shell/mailbox.h"
 
 #include "platform/desktop.h"
+#include "platform/samefile.h"
 #include "platform/textbuffer.h"
 #include "shell/commandline.h"
 #include "shell/document.h"
@@ -16,7 +17,6 @@
 #include <algorithm>
 #include <QCoreApplication>
 #include <QEvent>
-#include <QFileInfo>
 #include <QMetaObject>
 #include <QScopeGuard>
 #include <utility>
@@ -28,15 +28,6 @@ namespace zelvane
 
 namespace
 {
-
-bool IsSameFile(const QString &one, const QString &other)
-{
-    if (one.isEmpty() || other.isEmpty())
-        return false;
-    const QFileInfo first(one);
-    const QFileInfo second(other);
-    return one == other || (first.exists() && first == second);
-}
 
 void Drop(const OptionKey &key, SettingsStore &settings)
 {

@@ -3,6 +3,7 @@
 
 #include "platform/desktop.h"
 #include "platform/fileoperations.h"
+#include "platform/samefile.h"
 #include "platform/styledtext.h"
 #include "platform/textencoding.h"
 #include "platform/textfile.h"
@@ -77,8 +78,7 @@ QByteArray InLineEnds(QString (*convert)(QStringView), const EditorContext &edit
 /// Asks before the colours' markup takes the place of the document itself, whatever name leads to its file.
 bool MayReplaceDocument(const QString &path, const EditorContext &editor)
 {
-    const QString real = QFileInfo(path).canonicalFilePath();
-    if (real.isEmpty() || real != QFileInfo(editor.document.CurrentFile).canonicalFilePath())
+    if (!QFileInfo::exists(path) || !IsSameFile(path, editor.document.CurrentFile))
         return true;
     return editor.desktop.MessageBox(
                {.text = u"This is the file of the document itself. Replace its text with the exported one?"_s,
