@@ -6,9 +6,8 @@
 #include "platform/desktop.h"
 #include "platform/numbers.h"
 #include "platform/textbuffer.h"
-#include "shell/documentsteps.h"
 #include "shell/editorcontext.h"
-#include "shell/textops.h"
+#include "shell/insertcoloured.h"
 
 #include <optional>
 #include <QtGlobal>
@@ -58,8 +57,7 @@ MappingResult MapParameters(EditorContext &editor, const DocumentSteps &steps, c
     }
     // With the lines of its tags.
     if (block)
-        steps.colour->HighlightInserted(GetLineStart(editor.text, block->start),
-                                        GetLineEnd(editor.text, block->end));
+        ColourLines(editor, steps, *block);
     return MappingResult::Finished;
 }
 

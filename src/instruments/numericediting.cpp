@@ -2,8 +2,8 @@
 #include "instruments/numericediting.h"
 
 #include "platform/numbers.h"
-#include "shell/documentsteps.h"
 #include "shell/editorcontext.h"
+#include "shell/insertcoloured.h"
 #include "shell/textops.h"
 
 #include <cmath>
@@ -116,11 +116,8 @@ void NumericEditing(EditorContext &editor, NumericMode mode, double random)
 
 void ReplaceNumber(EditorContext &editor, const DocumentSteps &steps, const QString &number)
 {
-    TextBuffer &text = editor.text;
-    PutNumber(text, number);
-    // With its line: the number may be part of a longer word.
-    const TextSpan put = text.Selection();
-    steps.colour->HighlightInserted(GetLineStart(text, put.start), GetLineEnd(text, put.end));
+    PutNumber(editor.text, number);
+    ColourLines(editor, steps, editor.text.Selection());
 }
 
 } // namespace zelvane

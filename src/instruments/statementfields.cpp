@@ -4,8 +4,8 @@
 #include "instruments/instrgui.h"
 #include "instruments/statement.h"
 #include "platform/numbers.h"
-#include "shell/documentsteps.h"
 #include "shell/editorcontext.h"
+#include "shell/insertcoloured.h"
 
 #include <optional>
 #include <QSet>
@@ -67,8 +67,7 @@ void RewriteStatement(EditorContext &editor, const DocumentSteps &steps, const S
     for (const pClass &field : fields.instrument->pCol)
         values.append(field.value);
     editor.text.SetSelection(fields.range.start, fields.range.end);
-    editor.text.ReplaceSelection(WriteStatement(fields.text, values));
-    steps.colour->HighlightInserted(fields.range.start, editor.text.Selection().end);
+    InsertColoured(editor, steps, WriteStatement(fields.text, values));
 }
 
 QStringList GroupsOf(const InstrClass &instrument)

@@ -7,7 +7,6 @@
 #include "platform/textbuffer.h"
 #include "repository/fragmenttext.h"
 #include "repository/repositorytree.h"
-#include "shell/documentsteps.h"
 #include "shell/editorcontext.h"
 
 #include <chrono>
@@ -356,13 +355,6 @@ QString TextForRepository(const TextBuffer &text)
 {
     const QString selected = text.SelectedText();
     return selected.isEmpty() ? text.Text() : selected;
-}
-
-void InsertFragment(EditorContext &editor, const DocumentSteps &steps, const QString &code)
-{
-    const qsizetype start = editor.text.Selection().start;
-    editor.text.ReplaceSelection(code);
-    steps.colour->HighlightInserted(start, editor.text.Selection().end);
 }
 
 } // namespace zelvane

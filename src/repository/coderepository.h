@@ -11,7 +11,6 @@ namespace zelvane
 {
 
 class TextBuffer;
-struct DocumentSteps;
 struct EditorContext;
 
 /// Where a fragment stands.
@@ -101,8 +100,5 @@ QString OneLine(const QString &text);
 
 /// What goes into the repository: the selection, or the whole text when nothing is selected.
 QString TextForRepository(const TextBuffer &text);
-
-/// Puts code in place of the selection and colours it.
-void InsertFragment(EditorContext &editor, const DocumentSteps &steps, const QString &code);
 
 } // namespace zelvane

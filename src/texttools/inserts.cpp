@@ -5,7 +5,6 @@
 #include "platform/numbers.h"
 #include "platform/runtimeerror.h"
 #include "platform/withoutblanks.h"
-#include "shell/documentsteps.h"
 #include "shell/editorcontext.h"
 #include "shell/splitpath.h"
 #include "texttools/insertkeys.h"
@@ -77,13 +76,6 @@ QString DateAndTime(const QDateTime &now, const QLocale &locale)
 {
     return locale.toString(now.date(), QLocale::ShortFormat) + u' ' +
            locale.toString(now.time(), QLocale::ShortFormat);
-}
-
-void InsertColoured(EditorContext &editor, const DocumentSteps &steps, const QString &text)
-{
-    const qsizetype start = editor.text.Selection().start;
-    editor.text.ReplaceSelection(text);
-    steps.colour->HighlightInserted(start, editor.text.Selection().end);
 }
 
 bool IsControlRate(qint32 sampleRate, qint32 controlRate)

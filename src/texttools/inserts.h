@@ -11,16 +11,12 @@
 namespace zelvane
 {
 
-struct DocumentSteps;
 struct EditorContext;
 
 // The texts that the Insert menu writes. Their line ends are CR LF.
 
 /// Date, a blank and time, in the short formats of the desktop.
 QString DateAndTime(const QDateTime &now, const QLocale &locale = QLocale::system());
-
-/// Puts a text in place of the selection and colours it; the rest of the text keeps its colours.
-void InsertColoured(EditorContext &editor, const DocumentSteps &steps, const QString &text);
 
 // The orchestra header
 

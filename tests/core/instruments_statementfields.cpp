@@ -4,9 +4,11 @@
 #include "platform/runtimeerror.h"
 #include "shell/documentsteps.h"
 #include "support/printers.h"
+#include "support/recordedcolour.h"
 #include "support/testcontext.h"
 
 #include <gtest/gtest.h>
+#include <vector>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -28,14 +30,9 @@ constexpr auto Stored =
     "<instr number=\"3\"><p number=\"1\" format=\"x\" min=\"0\" max=\"9\"/></instr>\r\n"
     "</instruments>\r\n";
 
-struct Coloured : ColourStep {
-    std::vector<TextSpan> spans;
-    void HighlightInserted(qsizetype start, qsizetype end) override { spans.push_back({start, end}); }
-};
-
 struct StatementFieldsTest : testing::Test, TestContext {
     DocumentSteps steps;
-    Coloured colour;
+    RecordedColour colour;
 
     StatementFieldsTest()
     {
@@ -151,7 +148,7 @@ TEST_F(StatementFieldsTest, TheValuesGoIntoTheStatementAsOneEdit)
     EXPECT_EQ(text.text, u"i1 1.25 2 440\ni2 0 1\n"_s);
     EXPECT_EQ(text.undoSteps, 1);
     EXPECT_EQ(text.Selection(), (TextSpan{13, 13}));
-    EXPECT_EQ(colour.spans, (std::vector<TextSpan>{{1, 13}}));
+    EXPECT_EQ(colour.inserted, (std::vector<TextSpan>{{1, 13}}));
 }
 
 TEST_F(StatementFieldsTest, GroupsInTheirOrder)

@@ -4,7 +4,6 @@
 #include "core/oracle/repositoryoracle.h"
 #include "repository/fragmenttext.h"
 #include "repository/repositorytree.h"
-#include "shell/documentsteps.h"
 #include "support/childprocess.h"
 #include "support/printers.h"
 #include "support/randomtext.h"
@@ -700,21 +699,6 @@ TEST_F(Repository, TheSelectionGoesInOrTheWholeText)
     EXPECT_EQ(TextForRepository(text), u"one\ntwo"_s);
     text.SetSelection(4, 7);
     EXPECT_EQ(TextForRepository(text), u"two"_s);
-}
-
-TEST_F(Repository, AnInsertedFragmentIsColoured)
-{
-    struct Colour : ColourStep {
-        QList<std::pair<qsizetype, qsizetype>> ranges;
-        void HighlightInserted(qsizetype start, qsizetype end) override { ranges.append({start, end}); }
-    } colour;
-    DocumentSteps steps;
-    steps.colour.Take(colour);
-    text.SetText(u"one two three"_s);
-    text.SetSelection(4, 7);
-    InsertFragment(editor, steps, u"a\nb"_s);
-    EXPECT_EQ(text.text, u"one a\nb three"_s);
-    EXPECT_EQ(colour.ranges, (QList<std::pair<qsizetype, qsizetype>>{{4, 7}}));
 }
 
 } // namespace zelvane::test

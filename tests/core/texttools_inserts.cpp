@@ -4,7 +4,6 @@
 #include "oracle/insertsoracle.h"
 #include "platform/numbers.h"
 #include "platform/runtimeerror.h"
-#include "shell/documentsteps.h"
 #include "support/printers.h"
 #include "support/randomtext.h"
 #include "support/testcontext.h"
@@ -26,8 +25,6 @@ namespace
 constexpr int RandomRuns = 20000;
 
 struct Inserts : testing::Test, TestContext {
-    DocumentSteps steps;
-
     /// The text with a separator put under the caret, which is left where it stands then.
     QString Separated(const QString &before, qsizetype caret, LineStyle style = LineStyle::First)
     {
@@ -219,21 +216,6 @@ TEST(InsertTexts, OnlyTheFirstCharacterOfAStyleCounts)
     EXPECT_EQ(StyleCharacter(u"=-"_s), u"="_s);
     EXPECT_EQ(StyleCharacter({}), u" "_s);
     EXPECT_EQ(StyleCharacter(u"\U0001D11E-"_s), u"\U0001D11E"_s);
-}
-
-TEST_F(Inserts, ATextTakesThePlaceOfTheSelectionAndIsColoured)
-{
-    struct Colours : ColourStep {
-        std::vector<TextSpan> spans;
-        void HighlightInserted(qsizetype start, qsizetype end) override { spans.push_back({start, end}); }
-    } colours;
-    steps.colour.Take(colours);
-    text.SetText(u"abcdef"_s);
-    text.SetSelection(2, 4);
-    InsertColoured(editor, steps, u"x\r\ny"_s);
-    EXPECT_EQ(text.text, u"abx\nyef"_s);
-    EXPECT_EQ(text.selection, (TextSpan{5, 5}));
-    EXPECT_EQ(colours.spans, (std::vector<TextSpan>{{2, 5}}));
 }
 
 TEST_F(Inserts, ASeparatorStandsUnderTheCaretsLine)

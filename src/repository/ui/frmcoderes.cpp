@@ -9,6 +9,7 @@
 #include "repository/ui/labeleditor.h"
 #include "shell/editorcontext.h"
 #include "shell/errorreport.h"
+#include "shell/insertcoloured.h"
 #include "shell/settings.h"
 #include "shell/ui/form.h"
 #include "shell/ui/icons.h"
@@ -754,7 +755,7 @@ void frmCodeRes::Insert()
     Guarded(m_editor.desktop, [&] {
         if (Page() != inserted && !MayLeave())
             return;
-        InsertFragment(m_editor, m_steps, TextOf(*txtCodeRes));
+        InsertColoured(m_editor, m_steps, TextOf(*txtCodeRes));
         accept();
     });
 }

@@ -25,6 +25,8 @@ namespace zelvane
 {
 
 class LabelEditor;
+struct DocumentSteps;
+struct EditorContext;
 
 /// The dialog of the code repository: a tree of all fragments, and the page of the chosen one. It shows and
 /// asks; what is read and written is the work of CodeRepository.

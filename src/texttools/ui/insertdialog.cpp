@@ -5,9 +5,9 @@
 #include "platform/ui/onelinefield.h"
 #include "shell/editorcontext.h"
 #include "shell/errorreport.h"
+#include "shell/insertcoloured.h"
 #include "shell/settings.h"
 #include "shell/ui/form.h"
-#include "texttools/inserts.h"
 
 #include <QDialogButtonBox>
 #include <QLayout>
