@@ -6,30 +6,27 @@
 
 #include <functional>
 #include <QDialog>
-#include <QList>
 #include <QString>
 
 class QAction;
 class QActionGroup;
-class QComboBox;
-class QLabel;
-class QLineEdit;
 class QMenu;
-class QPlainTextEdit;
 class QPushButton;
 class QToolBar;
-class QTreeWidget;
 class QTreeWidgetItem;
 
 namespace zelvane
 {
 
+class FragmentPage;
+class FragmentTree;
 class LabelEditor;
+class PaneNote;
 struct DocumentSteps;
 struct EditorContext;
 
-/// The dialog of the code repository: a tree of all fragments, and the page of the chosen one. It shows and
-/// asks; what is read and written is the work of CodeRepository.
+/// The dialog of the code repository: a tree of all fragments, and the page of the chosen one. It runs the
+/// commands and asks what leaving a page asks; what is read and written is the work of CodeRepository.
 class frmCodeRes : public QDialog
 {
     Q_OBJECT
@@ -69,23 +66,13 @@ private:
     void TellCutLists(const RepositoryTree &tree);
     void CurrentChanged();
     void LeaveShown();
-    void CloseOthers(QTreeWidgetItem *opened);
-    void KeepCurrentInSight(QTreeWidgetItem *closed);
-    void SelectQuietly(QTreeWidgetItem *item);
-    /// Takes a fragment away, and the groups that are empty then.
     void Remove(QTreeWidgetItem *item);
     /// Takes the fragment away whose place `item` has now.
-    void RemoveTwin(QTreeWidgetItem *item);
-    void PutInOrder(QTreeWidgetItem *item);
+    void RemoveTwin(const QTreeWidgetItem &item);
 
     // The page
     void ShowCurrent();
-    void ShowPage(FragmentFields fields);
     void EnablePage(bool enabled);
-    FragmentFields Shown() const;
-    /// The same, with the texts as they were read where they were not touched.
-    FragmentFields Page() const;
-    bool IsFragmentShown() const;
     FragmentPlace ShownPlace() const;
     bool IsUnsaved() const;
     /// @return whether what is on the page may go
@@ -109,14 +96,9 @@ private:
     CodeRepository m_repository;
 
     QToolBar *tlbCodeRes;
-    QTreeWidget *lvwCodeRes;
-    QLabel *lblCutLists;
-    QPlainTextEdit *txtCodeRes;
-    QLabel *lblCutCode;
-    QLineEdit *txtAuthor;
-    QComboBox *cmbCategory;
-    QPlainTextEdit *txtComments;
-    QLabel *lblFile;
+    FragmentTree *lvwCodeRes;
+    PaneNote *lblCutLists;
+    FragmentPage *m_page;
     QPushButton *bOK;
     QPushButton *bCancel;
     QMenu *mnuShow;
@@ -128,14 +110,8 @@ private:
     LabelEditor *m_labels;
 
     RepositoryView m_view = RepositoryView::Name;
-    QList<QTreeWidgetItem *> m_fragments; ///< in the order of their making
-    QTreeWidgetItem *m_shown = nullptr;   ///< whose page it is
-    StoredFragment m_read;                ///< what the page was filled with
-    FragmentFields m_filled;              ///< the same as the controls give it back
-    FragmentFields m_clean;               ///< what stands in a file of what the page shows
-    FragmentFields m_new;                 ///< the page of a fragment that has no name yet
+    FragmentFields m_new; ///< the page of a fragment that has no name yet
     QString m_oldLabel;
-    bool m_quiet = false; ///< the tree or the page is changed by the program
     bool m_leaving = false;
     QTreeWidgetItem *m_editWhenShown = nullptr;
 };
