@@ -3,31 +3,27 @@
 
 #include "instruments/statementfields.h"
 #include "instruments/statementslider.h"
-#include "platform/runtimeerror.h"
 
-#include <cstddef>
 #include <functional>
 #include <optional>
 #include <QDialog>
-#include <vector>
+#include <QString>
 
 class QAction;
 class QComboBox;
-class QGridLayout;
-class QLabel;
-class QLineEdit;
+class QEvent;
+class QKeyEvent;
 class QMenu;
-class QScrollArea;
-class QSlider;
+class QShowEvent;
 class QStackedWidget;
 class QToolBar;
-class QTreeWidget;
-class QTreeWidgetItem;
 
 namespace zelvane
 {
 
-class ElidedLabel;
+class StatementForm;
+class StatementList;
+class StatementPanes;
 struct DocumentSteps;
 struct EditorContext;
 struct WindowContext;
@@ -53,68 +49,31 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
-    /// A row of the form, for one p-field after the other.
-    struct Row {
-        QLabel *lblPName;
-        QSlider *slP;
-        QLineEdit *txtPValue;
-        QLabel *lblPFormat;
-        qsizetype position; ///< of the p-field in the instrument, from 1
-        SliderRange range;
-    };
-
     void BuildToolbar();
     QAction *AddTool(const QString &name, const QString &caption, const QString &hint);
     void BuildSliderMenu();
-    void BuildForm();
-    void BuildList();
-    QWidget *NewStatus();
     void LayOut();
-    void FocusFirstField();
-    /// Gives the keyboard to the text of a p-field, or to the first one where that has no text to change.
-    void FocusField(qsizetype position);
-
-    InstrClass &Instrument() { return *m_statement.instrument; }
-    pClass &FieldAt(qsizetype position) { return Instrument().pCol.At(position - 1); }
-    pClass &FieldOf(const Row &row) { return FieldAt(row.position); }
-    Row &RowAt(int index) { return m_rows[std::size_t(index)]; }
-
-    /// Copies the texts of the rows that are shown into their p-fields.
-    void TakeTexts();
-    void AddRow();
-    /// Takes the texts of the rows and shows the p-fields of another group, none for no group.
-    void ShowGroup(const std::optional<QString> &group);
-    void ShowChosenGroup();
-    void ShowField(Row &row, qsizetype position);
-    /// Reports what could not be shown, once all rows are on the screen.
-    void ReportFailure();
-    void Sl_TickFrequency(int index);
-    /// Keeps the first failure for the report.
-    void Try(const std::function<void()> &work);
+    void Connect();
     /// As high as what is shown, as far as the screen has room.
     void FitSize();
 
-    void SliderMoved(Row &row);
-    /// Takes the slider to where the text of its row is.
-    void FollowText(Row &row);
+    InstrClass &Instrument() { return *m_statement.instrument; }
+    pClass &FieldAt(qsizetype position) { return Instrument().pCol.At(position - 1); }
+
+    /// Takes the texts of the rows and shows the p-fields of another group, none for no group.
+    void ShowGroup(const std::optional<QString> &group);
+    void ShowChosenGroup();
+    /// Reports what could not be shown, once all rows are on the screen.
+    void ReportFailure();
+    /// Gives the keyboard to the text of a p-field, or to the first one where that has no text to change.
+    void FocusField(qsizetype position);
     void RunSliderCommand(SliderCommand command);
-    /// The row of a slider or text box; null for others.
-    Row *RowOf(const QObject *control);
-    void PopUpSliderMenu(QSlider &slider, const QPoint &place);
-    bool FilterSlider(const Row &row, QEvent &event);
-    bool FilterText(const Row &row, QEvent &event);
-    /// The keyboard has come to a row's slider or text.
-    void EnterRow(const Row &row);
-    void ShowPanes(const QString &description, const QString &field, const QString &variable,
-                   const QString &format);
     void ShowPanesOf(qsizetype position);
 
     void SortPressed();
     void ShowList();
     void LeaveList();
-    /// The selected item is the one with a tooltip.
-    void MarkSelectedItem();
-    void JumpTo(const QTreeWidgetItem &item);
+    void JumpTo(qsizetype position);
 
     void Confirm();
     void EditProperties();
@@ -123,22 +82,16 @@ private:
     const DocumentSteps &m_steps;
     StatementFields m_statement;
     std::function<void()> m_properties;
-    std::vector<Row> m_rows;
-    std::size_t m_shown = 0;               ///< of the rows, the first ones
-    qsizetype m_entered = 1;               ///< position of the p-field that had the keyboard last
-    bool m_settled = false;                ///< on the screen
-    std::optional<RunTimeError> m_failure; ///< the first one since the last report
 
     QToolBar *tlbInstrGUI;
     QComboBox *cmbGroup;
-    QScrollArea *m_scroll;
-    QGridLayout *m_form;
-    QTreeWidget *lvwP;
+    StatementForm *m_form;
+    StatementList *lvwP;
     QStackedWidget *m_views;
     QMenu *mnuSl;
+    StatementPanes *picStatus;
     QAction *m_sort;
     QAction *m_slider;
-    std::vector<ElidedLabel *> lblStatus;
 };
 
 /// Shows the dialog for the statement at the caret; tells the user when there is none.

@@ -10,7 +10,6 @@
 #include <QScopedValueRollback>
 #include <QtGlobal>
 #include <QTreeWidgetItem>
-#include <utility>
 #include <vector>
 
 namespace zelvane
