@@ -24,7 +24,7 @@ struct FileType {
 };
 
 /// What a program tells the desktop of itself and of its files.
-struct FileClass {
+struct ProgramFiles {
     QString title;       ///< the program's
     QString kind;        ///< what the program is: "Csound Editor"
     QString summary;     ///< what it is for, in one line
@@ -44,7 +44,7 @@ public:
     /// Makes the program the one that opens the files of a class. After a failure in the middle it can be
     /// called again.
     /// @throws RunTimeError
-    virtual void Register(const FileClass &fileClass) = 0;
+    virtual void Register(const ProgramFiles &files) = 0;
 };
 
 } // namespace zelvane

@@ -27,9 +27,9 @@ const QByteArray Defaults = "Default Applications";
 const QByteArray Added = "Added Associations";
 const QByteArray Removed = "Removed Associations";
 
-QString Stem(const FileClass &fileClass)
+QString Stem(const ProgramFiles &files)
 {
-    return fileClass.title.toLower();
+    return files.title.toLower();
 }
 
 /// A value of a desktop entry.
@@ -53,9 +53,9 @@ QString CommandWord(QString program)
     return program.replace(u'%', u"%%"_s);
 }
 
-QString CommandValue(const FileClass &fileClass, const FileVerb &verb, const QString &file)
+QString CommandValue(const ProgramFiles &files, const FileVerb &verb, const QString &file)
 {
-    QString command = CommandWord(fileClass.executable);
+    QString command = CommandWord(files.executable);
     for (const QString &part : {verb.parameters, file})
         if (!part.isEmpty())
             command += u' ' + part;
@@ -158,45 +158,45 @@ bool RunTool(const QString &tool, const QString &folder)
 
 } // namespace
 
-QString EntryName(const FileClass &fileClass, const FileVerb &verb)
+QString EntryName(const ProgramFiles &files, const FileVerb &verb)
 {
-    return Stem(fileClass) + (verb.key.isEmpty() ? QString() : u'-' + verb.key) + u".desktop"_s;
+    return Stem(files) + (verb.key.isEmpty() ? QString() : u'-' + verb.key) + u".desktop"_s;
 }
 
-QString EntryText(const FileClass &fileClass, const FileVerb &verb)
+QString EntryText(const ProgramFiles &files, const FileVerb &verb)
 {
     const bool isMain = verb.key.isEmpty();
     QString text = u"[Desktop Entry]\nType=Application\nVersion=1.0\nName="_s + Caption(verb) + u'\n';
     if (isMain)
-        text += u"GenericName="_s + EntryValue(fileClass.kind) + u"\nComment="_s +
-                EntryValue(fileClass.summary) + u'\n';
-    text += u"Exec="_s + CommandValue(fileClass, verb, u"%f"_s) + u"\nTryExec="_s +
-            EntryValue(fileClass.executable) + u"\nIcon="_s + Stem(fileClass) + u"\nTerminal=false\n"_s;
+        text +=
+            u"GenericName="_s + EntryValue(files.kind) + u"\nComment="_s + EntryValue(files.summary) + u'\n';
+    text += u"Exec="_s + CommandValue(files, verb, u"%f"_s) + u"\nTryExec="_s + EntryValue(files.executable) +
+            u"\nIcon="_s + Stem(files) + u"\nTerminal=false\n"_s;
     text += isMain ? u"Categories=AudioVideo;Audio;AudioVideoEditing;\n"_s : u"NoDisplay=true\n"_s;
     text += u"MimeType="_s;
-    for (const FileType &type : fileClass.types)
+    for (const FileType &type : files.types)
         text += type.name + u';';
-    text += u"\nStartupNotify=true\nStartupWMClass="_s + Stem(fileClass) + u'\n';
-    if (!isMain || fileClass.actions.empty())
+    text += u"\nStartupNotify=true\nStartupWMClass="_s + Stem(files) + u'\n';
+    if (!isMain || files.actions.empty())
         return text;
     text += u"Actions="_s;
-    for (const FileVerb &action : fileClass.actions)
+    for (const FileVerb &action : files.actions)
         text += action.key + u';';
     text += u'\n';
-    for (const FileVerb &action : fileClass.actions)
+    for (const FileVerb &action : files.actions)
         text += u"\n[Desktop Action "_s + action.key + u"]\nName="_s + Caption(action) + u"\nExec="_s +
-                CommandValue(fileClass, action, {}) + u'\n';
+                CommandValue(files, action, {}) + u'\n';
     return text;
 }
 
-QString MimePackageText(const FileClass &fileClass, int weight)
+QString MimePackageText(const ProgramFiles &files, int weight)
 {
     QString text = u"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
                    "<mime-info xmlns=\"http://www.freedesktop.org/standards/shared-mime-info\">\n"_s;
     QSet<QString> seen;
-    for (const FileType &type : fileClass.types) {
+    for (const FileType &type : files.types) {
         text += u"  <mime-type type=\""_s + type.name.toHtmlEscaped() + u"\">\n    <comment>"_s +
-                fileClass.description.toHtmlEscaped() + u"</comment>\n    <icon name=\""_s + Stem(fileClass) +
+                files.description.toHtmlEscaped() + u"</comment>\n    <icon name=\""_s + Stem(files) +
                 u"\"/>\n    <sub-class-of type=\"text/plain\"/>\n"_s;
         if (!type.beginnings.isEmpty()) {
             text += u"    <magic priority=\"50\">\n"_s;
@@ -283,30 +283,28 @@ XdgFileTypes::XdgFileTypes(const QString &dataFolder, const QString &configFolde
 {
 }
 
-void XdgFileTypes::Register(const FileClass &fileClass)
+void XdgFileTypes::Register(const ProgramFiles &files)
 {
     const QString types = m_dataFolder + u"/mime"_s;
-    Write(types + u"/packages/"_s + Stem(fileClass) + u".xml"_s,
-          MimePackageText(fileClass, ChosenWeight).toUtf8());
+    Write(types + u"/packages/"_s + Stem(files) + u".xml"_s, MimePackageText(files, ChosenWeight).toUtf8());
     if (!RunTool(u"update-mime-database"_s, types))
         throw RunTimeError(ErrorNumber::PathFileAccess, u"update-mime-database has failed on "_s + types,
                            u"File types"_s);
-    if (!fileClass.icon.isEmpty())
-        Write(m_dataFolder + u"/icons/hicolor/scalable/apps/"_s + Stem(fileClass) + u".svg"_s,
-              fileClass.icon);
+    if (!files.icon.isEmpty())
+        Write(m_dataFolder + u"/icons/hicolor/scalable/apps/"_s + Stem(files) + u".svg"_s, files.icon);
 
     const QString entries = m_dataFolder + u"/applications"_s;
     QByteArrayList entryNames;
-    for (const FileVerb &verb : fileClass.verbs) {
-        const QString name = EntryName(fileClass, verb);
-        Write(entries + u'/' + name, EntryText(fileClass, verb).toUtf8());
+    for (const FileVerb &verb : files.verbs) {
+        const QString name = EntryName(files, verb);
+        Write(entries + u'/' + name, EntryText(files, verb).toUtf8());
         entryNames.append(name.toUtf8());
     }
     // The lists below say the same: that there is no such tool, or that it fails, is no failure.
     RunTool(u"update-desktop-database"_s, entries);
 
     QByteArrayList typeNames;
-    for (const FileType &type : fileClass.types)
+    for (const FileType &type : files.types)
         typeNames.append(type.name.toUtf8());
     const QByteArrayList chosen = entryNames.mid(0, 1);
     const QString ownList = entries + u"/mimeapps.list"_s;

@@ -21,7 +21,7 @@ public:
     /// @param desktops names of the running desktop, those of XDG_CURRENT_DESKTOP
     XdgFileTypes(const QString &dataFolder, const QString &configFolder, const QStringList &desktops = {});
 
-    void Register(const FileClass &fileClass) override;
+    void Register(const ProgramFiles &files) override;
 
 private:
     QString m_dataFolder;
@@ -32,12 +32,12 @@ private:
 // The texts of those files
 
 /// The name of a verb's desktop entry: "zelvane.desktop" for the default verb, else "zelvane-KEY.desktop".
-QString EntryName(const FileClass &fileClass, const FileVerb &verb);
+QString EntryName(const ProgramFiles &files, const FileVerb &verb);
 /// The desktop entry of a verb; but the first one is shown for files only, and has the actions.
-QString EntryText(const FileClass &fileClass, const FileVerb &verb);
+QString EntryText(const ProgramFiles &files, const FileVerb &verb);
 /// The description of the types. An extension belongs to the first type that has it.
 /// @param weight of the names, where others describe the same: 50 is usual
-QString MimePackageText(const FileClass &fileClass, int weight);
+QString MimePackageText(const ProgramFiles &files, int weight);
 
 /// A list of associations in which `entries` stand first for each of the types, before what stood there. All
 /// other lines stay as they are.

@@ -28,10 +28,10 @@ QByteArray ProgramIcon()
 
 } // namespace
 
-FileClass CsoundFiles(const ExtensionFields &fields, const QString &executable, const QByteArray &icon)
+ProgramFiles CsoundFiles(const ExtensionFields &fields, const QString &executable, const QByteArray &icon)
 {
     const QString title = ApplicationTitle();
-    FileClass files{
+    ProgramFiles files{
         .title = title,
         .kind = u"Csound Editor"_s,
         .summary = u"Write, render and hear Csound pieces"_s,

@@ -20,7 +20,7 @@ struct ExtensionFields {
 
 /// What the desktop is told of the program and of Csound's files. A type without extensions is left out.
 /// @param icon the program's, SVG
-FileClass CsoundFiles(const ExtensionFields &fields, const QString &executable, const QByteArray &icon);
+ProgramFiles CsoundFiles(const ExtensionFields &fields, const QString &executable, const QByteArray &icon);
 
 /// Asks, and makes this program the one that opens files of these extensions; it can then run them and preset
 /// commands on them too. Tells the end, good or bad.

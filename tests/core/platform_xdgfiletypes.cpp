@@ -17,7 +17,7 @@ using namespace Qt::Literals::StringLiterals;
 namespace
 {
 
-FileClass Example(const QString &executable)
+ProgramFiles Example(const QString &executable)
 {
     return {.title = u"Example"_s,
             .kind = u"Kind"_s,
@@ -41,7 +41,7 @@ QString ValueOf(const QString &entry, const QString &key)
 
 TEST(XdgFileTypes, AnEntryForEachVerb)
 {
-    const FileClass example = Example(u"/usr/bin/example"_s);
+    const ProgramFiles example = Example(u"/usr/bin/example"_s);
     EXPECT_EQ(EntryName(example, example.verbs[0]), u"example.desktop"_s);
     EXPECT_EQ(EntryText(example, example.verbs[0]), u"[Desktop Entry]\n"
                                                     "Type=Application\n"
@@ -80,7 +80,7 @@ TEST(XdgFileTypes, AnEntryForEachVerb)
 TEST(XdgFileTypes, AProgramInQuotesWhereItNeedsThem)
 {
     const auto command = [](const QString &executable) {
-        const FileClass example = Example(executable);
+        const ProgramFiles example = Example(executable);
         return ValueOf(EntryText(example, example.verbs[0]), u"Exec"_s);
     };
     EXPECT_EQ(command(u"/opt/a-b.c_d+/x"_s), u"/opt/a-b.c_d+/x %f"_s);
@@ -202,7 +202,7 @@ protected:
     QString data = folder.path() + u"/data"_s;
     QString config = folder.path() + u"/config"_s;
     XdgFileTypes registry{data, config, {u"Some"_s, u"Other"_s}};
-    FileClass example = Example(u"/usr/bin/example"_s);
+    ProgramFiles example = Example(u"/usr/bin/example"_s);
 
     void Put(const QString &name, const QByteArray &bytes)
     {

@@ -30,13 +30,13 @@ namespace
 const ExtensionFields Usual{u"orc"_s, u"sco"_s, u"csd"_s};
 
 struct RecordedRegistry : FileTypeRegistry {
-    std::optional<FileClass> files;
+    std::optional<ProgramFiles> files;
     bool fails = false;
-    void Register(const FileClass &fileClass) override
+    void Register(const ProgramFiles &given) override
     {
         if (fails)
             throw RunTimeError(ErrorNumber::PermissionDenied, u"no"_s);
-        files = fileClass;
+        files = given;
     }
 };
 
@@ -72,7 +72,7 @@ TEST(FileAssociations, EachKindIsATypeAndEachCommandAVerb)
     desktop.ExpectMessage(Success);
     AssociateExtensions({u" orc  udo"_s, u"sco "_s, u"csd"_s}, desktop, registry);
     ASSERT_TRUE(registry.files);
-    const FileClass &files = *registry.files;
+    const ProgramFiles &files = *registry.files;
     EXPECT_EQ(files.title, u"Zelvane"_s);
     EXPECT_EQ(files.description, u"Csound Document"_s);
     EXPECT_EQ(files.executable, QCoreApplication::applicationFilePath());
@@ -130,7 +130,7 @@ QMap<QString, QString> Keys(const QString &entry)
 TEST(FileAssociations, ThePackageSaysTheSame)
 {
     const QString data = QStringLiteral(ZELVANE_SOURCE_DIR "/data/desktop/");
-    const FileClass files = CsoundFiles(Usual, u"zelvane"_s, {});
+    const ProgramFiles files = CsoundFiles(Usual, u"zelvane"_s, {});
     EXPECT_EQ(ReadTextFile(data + u"zelvane.xml"_s), MimePackageText(files, 50));
     const QMap<QString, QString> shipped = Keys(ReadTextFile(data + u"zelvane.desktop"_s));
     const QMap<QString, QString> made = Keys(EntryText(files, files.verbs.front()));
@@ -262,7 +262,7 @@ TEST_F(OnTheDesktop, AnEarlierChoiceGivesWay)
     ASSERT_TRUE(QDir().mkpath(config));
     WriteFileBytes(config + u"/mimeapps.list"_s,
                    "[Default Applications]\ntext/x-csound-csd=zelvane-preset.desktop\n");
-    const FileClass files = CsoundFiles(Usual, MakeProgram(u"bin/zelvane"_s), {});
+    const ProgramFiles files = CsoundFiles(Usual, MakeProgram(u"bin/zelvane"_s), {});
     XdgFileTypes(data, config).Register(files);
     EXPECT_EQ(Run(u"xdg-mime"_s, {u"query"_s, u"default"_s, u"text/x-csound-csd"_s}), u"zelvane.desktop"_s);
 }

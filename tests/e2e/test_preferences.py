@@ -89,6 +89,30 @@ def settings_are_changed_by_keys(stage):
     check("; mine" in stage.store.read_text(), "a comment of the user's")
 
 
+def extensions_are_associated(stage):
+    stage.write_store(STORE)
+    editor, window = settled(stage)
+    dialog = preferences(stage, editor, window)
+    dialog.keys("ctrl+shift+Tab", "alt+x")
+    question = editor.window("Associate extensions")
+    stage.until(question.is_active, "the question in front")
+    question.keys("alt+y")
+    told = editor.window("Zelvane")
+    stage.until(told.is_active, "what came of it")
+    applications = stage.folder / "data" / "applications"
+    for entry in ("zelvane", "zelvane-runcsound", "zelvane-preset"):
+        check((applications / f"{entry}.desktop").is_file(), entry)
+    told.screenshot("preferences-associated")
+    told.keys("Return")
+    stage.until(dialog.is_active, "the dialog again")
+    for kind in ("orc", "sco", "csd"):
+        default = stage.output("xdg-mime", "query", "default", f"text/x-csound-{kind}")
+        equal(default.strip(), "zelvane.desktop", f"what opens {kind}")
+    dialog.keys("Escape")
+    closed(stage, editor)
+    editor.close(window)
+
+
 def answered_yes(stage, process, keys):
     """The question whether the dialog is to be shown, answered with yes, and the path of the other Csound typed there."""
     question = process.window("Zelvane")
@@ -143,6 +167,7 @@ main(
     dark,
     twice_as_large,
     settings_are_changed_by_keys,
+    extensions_are_associated,
     run_dialog_offers_it,
     chooser_offers_it,
 )

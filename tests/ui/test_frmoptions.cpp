@@ -117,8 +117,8 @@ void Change(QWidget *control)
 }
 
 struct RecordedRegistry : FileTypeRegistry {
-    std::vector<FileClass> registered;
-    void Register(const FileClass &fileClass) override { registered.push_back(fileClass); }
+    std::vector<ProgramFiles> registered;
+    void Register(const ProgramFiles &files) override { registered.push_back(files); }
 };
 
 struct Options {
