@@ -239,10 +239,12 @@ int RunDialogMode(Application &application, const QString &document)
 }
 
 /// The command line alone decides which of three programs this process is.
-/// @param names the arguments that are no options of the toolkit either
-int Main(Application &application, const QStringList &names, const QByteArray &token)
+/// @param given all arguments, also those that the toolkit has taken for its own
+/// @param names those of them that the toolkit has not seen
+int Main(Application &application, const QStringList &given, const QStringList &names,
+         const QByteArray &token)
 {
-    const CommandLine command(QCoreApplication::arguments().mid(1) + names);
+    const CommandLine command(QCoreApplication::arguments().mid(1) + names, given);
     application.TheDesktop().SetConsole(
         {.program = ConsoleProgram(), .wanted = [] { return SettingsStore().Flag(Keys::Console); }});
     switch (command.Form()) {
@@ -279,6 +281,6 @@ int main(int argc, char **argv)
     const QByteArray token = ActivationToken();
     Application application(shown, argv);
     int code = 1;
-    application.Guard([&] { code = Main(application, names, token); });
+    application.Guard([&] { code = Main(application, arguments, names, token); });
     return code;
 }

@@ -17,20 +17,24 @@ namespace
 
 bool NamesFile(const QString &argument)
 {
-    const QFileInfo file(argument);
-    return !argument.isEmpty() && file.exists() && !file.isDir();
+    // A pipe or a device is nothing to edit, and hides no file that is named behind it.
+    return !argument.isEmpty() && QFileInfo(argument).isFile();
 }
 
-/// The path behind an address of a file of this machine ("file:///a%20b.csd"), else nothing.
+/// The path behind an address of a file of this machine ("file:///a%20b.csd", "file:/a%20b.csd"), else
+/// nothing.
 QString PathOfAddress(const QString &argument)
 {
-    static const QString scheme = u"file://"_s;
-    if (!argument.startsWith(scheme, Qt::CaseInsensitive))
+    static const QString scheme = u"file:"_s;
+    if (!argument.startsWith(scheme + u'/', Qt::CaseInsensitive))
         return {};
-    const qsizetype slash = argument.indexOf(u'/', scheme.size());
+    const qsizetype start = scheme.size();
+    const bool hasHost = QStringView(argument).sliced(start).startsWith(u"//");
+    const qsizetype slash = hasHost ? argument.indexOf(u'/', start + 2) : start;
     if (slash < 0)
         return {};
-    const QStringView host = QStringView(argument).sliced(scheme.size(), slash - scheme.size());
+    const QStringView host =
+        hasHost ? QStringView(argument).sliced(start + 2, slash - start - 2) : QStringView();
     if (!host.isEmpty() && host.compare(u"localhost"_s, Qt::CaseInsensitive) != 0 &&
         host.compare(QSysInfo::machineHostName(), Qt::CaseInsensitive) != 0)
         return {};
@@ -53,13 +57,13 @@ QString ExistingFile(const QString &argument)
 
 } // namespace
 
-CommandLine::CommandLine(const QStringList &arguments)
+CommandLine::CommandLine(const QStringList &arguments, const QStringList &given)
 {
     const qsizetype end = arguments.indexOf(u"--"_s);
     QStringList words = arguments;
     if (end >= 0)
         words.removeAt(end);
-    for (const QStringList &whole : {arguments, words}) {
+    for (const QStringList &whole : {given, arguments, words}) {
         if (const QString file = ExistingFile(whole.join(u' ')); !file.isEmpty()) {
             m_form = StartForm::Document;
             m_text = m_document = file;

@@ -18,7 +18,7 @@ enum class StartForm {
 
 /// The argument string of the process. It is one string, never split: a path with blanks needs no quotes.
 /// The arguments of the process are joined by one blank. Those that name a file, as a path, with or without
-/// double quotes, or as a "file://" address, are made absolute paths, so that they mean the same to an editor
+/// double quotes, or as a "file:" address, are made absolute paths, so that they mean the same to an editor
 /// that runs in another folder; and they are not searched for switches, so that a folder named "p " does not
 /// start the chooser. Neither is what stands behind the first argument "--", which goes itself.
 ///
@@ -27,8 +27,9 @@ enum class StartForm {
 class CommandLine
 {
 public:
-    /// @param arguments those of the process, without the program's own name
-    explicit CommandLine(const QStringList &arguments);
+    /// @param arguments those of the process, without the program's own name and the toolkit's options
+    /// @param given all of them, where the toolkit has taken some: only a name of a file is looked for there
+    explicit CommandLine(const QStringList &arguments, const QStringList &given = {});
 
     /// The string as it is handed over to a running editor.
     const QString &Text() const { return m_text; }

@@ -10,6 +10,7 @@
 #include <QFile>
 #include <QSysInfo>
 #include <QTemporaryDir>
+#include <sys/stat.h>
 
 using namespace zelvane;
 using namespace Qt::Literals::StringLiterals;
@@ -176,11 +177,33 @@ TEST_F(CommandLineFiles, TheWholeLineGoesBeforeItsParts)
            StartForm::QuickPreset,
            u"/p "_s + here + u"/a.orc "_s + here + u"/c d#1?.csd"_s,
            here + u"/a.orc"_s});
+    // The toolkit may have taken words of it.
+    QFile styled(u"a -style b.sco"_s);
+    ASSERT_TRUE(styled.open(QIODevice::WriteOnly));
+    EXPECT_EQ(CommandLine({u"a"_s}, {u"a"_s, u"-style"_s, u"b.sco"_s}).Document(),
+              here + u"/a -style b.sco"_s);
+    EXPECT_EQ(CommandLine({u"a.orc"_s}, {u"-style"_s, u"fusion"_s, u"a.orc"_s}).Document(),
+              here + u"/a.orc"_s);
+    EXPECT_EQ(CommandLine({}, {u"-style"_s, u"b.sco"_s}).Form(), StartForm::Nothing);
     // The switch of a split name is not its end.
     Check({{u"/r"_s, u"c"_s, u"d#1?.csd"_s},
            StartForm::RunCsound,
            u"/r c d#1?.csd"_s,
            here + u"/c d#1?.csd"_s});
+}
+
+TEST_F(CommandLineFiles, APipeOrADeviceHidesNoFile)
+{
+    ASSERT_EQ(mkfifo("pipe.csd", 0600), 0);
+    Opens({u"pipe.csd"_s, u"/dev/null"_s, u"b.sco"_s}, u"b.sco"_s);
+    Check({{u"pipe.csd"_s}, StartForm::Document, u"pipe.csd"_s, u"pipe.csd"_s});
+    Check({{u"/r"_s, u"pipe.csd"_s, u"a.orc"_s},
+           StartForm::RunCsound,
+           u"/r pipe.csd "_s + here + u"/a.orc"_s,
+           here + u"/a.orc"_s});
+    // What leads to a file is one.
+    ASSERT_TRUE(QFile::link(u"a.orc"_s, u"link.orc"_s));
+    Opens({u"link.orc"_s, u"b.sco"_s}, u"link.orc"_s);
 }
 
 TEST_F(CommandLineFiles, TwoDashesEndTheOptions)
@@ -212,6 +235,7 @@ TEST_F(CommandLineFiles, AnAddressIsAPath)
     Opens({start + u"/c d#1?.csd"_s}, u"c d#1?.csd"_s);
     Opens({start + u"/c"_s, u"d#1?.csd"_s}, u"c d#1?.csd"_s);
     Opens({u"--"_s, start + u"/b.sco"_s, start + u"/a.orc"_s}, u"b.sco"_s);
+    Opens({u"file:"_s + here + u"/c%20d%231%3f.csd"_s}, u"c d#1?.csd"_s);
     Check({{u"/p"_s, start + u"/a.orc"_s},
            StartForm::QuickPreset,
            u"/p "_s + here + u"/a.orc"_s,

@@ -31,8 +31,7 @@ QString FolderWithFiles()
 
 bool NamesFile(const QString &argument)
 {
-    const QFileInfo file(argument);
-    return !argument.isEmpty() && file.exists() && !file.isDir();
+    return !argument.isEmpty() && QFileInfo(argument).isFile();
 }
 
 /// The absolute path of the file that a text names, with or without quotes; nothing when there is none.
@@ -56,7 +55,7 @@ void CheckCommandLine(const QStringList &arguments)
     // The end of the options, and addresses, are no text of the line.
     bool asItStands = !arguments.contains(QStringLiteral("--"));
     for (const QString &argument : arguments) {
-        asItStands = asItStands && !argument.startsWith(QStringLiteral("file://"), Qt::CaseInsensitive);
+        asItStands = asItStands && !argument.startsWith(QStringLiteral("file:/"), Qt::CaseInsensitive);
         const QString file = FileNamed(argument);
         if (file.isEmpty())
             continue;
