@@ -25,12 +25,13 @@ struct FileType {
 
 /// What a program tells the desktop of itself and of its files.
 struct ProgramFiles {
-    QString title;       ///< the program's
-    QString kind;        ///< what the program is: "Csound Editor"
-    QString summary;     ///< what it is for, in one line
-    QString description; ///< of the files: "Csound Document"
-    QString executable;  ///< absolute path
-    QByteArray icon;     ///< SVG; may be empty
+    QString title;             ///< the program's
+    QString kind;              ///< what the program is: "Csound Editor"
+    QString summary;           ///< what it is for, in one line
+    QStringList keywords = {}; ///< by which it is looked for besides
+    QString description;       ///< of the files: "Csound Document"
+    QString executable;        ///< absolute path
+    QByteArray icon;           ///< SVG; may be empty
     std::vector<FileType> types;
     std::vector<FileVerb> verbs;   ///< on a file; the first one is the default
     std::vector<FileVerb> actions; ///< without a file

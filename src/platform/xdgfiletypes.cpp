@@ -1,17 +1,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/xdgfiletypes.h"
 
+#include "platform/fileoperations.h"
 #include "platform/runtimeerror.h"
 #include "platform/textfile.h"
 
-#include <algorithm>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QSet>
 #include <QStandardPaths>
+#include <utility>
+#include <vector>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -21,7 +25,7 @@ namespace zelvane
 namespace
 {
 
-constexpr int ToolPatienceMs = 60000;
+constexpr int LookMs = 50;       ///< how often a tool is looked after
 constexpr int ChosenWeight = 60; ///< the user has chosen these names: they go before those of other programs
 const QByteArray Defaults = "Default Applications";
 const QByteArray Added = "Added Associations";
@@ -39,6 +43,15 @@ QString EntryValue(QString text)
     if (text.startsWith(u' '))
         text.replace(0, 1, u"\\s"_s);
     return text;
+}
+
+/// A line of a desktop entry; none where the list is empty.
+QString ListLine(const QString &key, const QStringList &values)
+{
+    QString line;
+    for (const QString &value : values)
+        line += EntryValue(value).replace(u';', u"\\;"_s) + u';';
+    return line.isEmpty() ? QString() : key + u'=' + line + u'\n';
 }
 
 /// A program in a command of a desktop entry. It stands in quotes only where it has to: not all readers know
@@ -74,45 +87,63 @@ QString Pattern(const QString &extension)
     return u"*."_s + extension.toLower().replace(special, u"[\\1]"_s);
 }
 
-/// The lines of a list of associations, and where its group lies.
+/// The lines of a list of associations, and which of them are a group's.
 struct Lines {
     QByteArrayList all;
-    qsizetype first = -1; ///< behind the head of the group; -1 when there is none
-    qsizetype last = -1;  ///< behind the last line of the group that is not empty
+    std::vector<qsizetype> own; ///< the group's lines, heads left out
+    qsizetype end = -1;         ///< where another line of the group goes; -1 when there is no group
 
     Lines(const QByteArray &list, const QByteArray &group) : all(list.split('\n'))
     {
         if (all.constLast().isEmpty())
             all.removeLast();
+        int groups = 0;
+        bool inside = false;
         for (qsizetype i = 0; i < all.size(); ++i) {
             const QByteArray line = all[i].trimmed();
             if (line.startsWith('[')) {
-                if (first >= 0)
-                    return;
-                if (line == '[' + group + ']')
-                    first = last = i + 1;
-            } else if (first >= 0 && !line.isEmpty()) {
-                last = i + 1;
+                inside = line == '[' + group + ']';
+                groups += inside ? 1 : 0;
+            } else if (inside) {
+                own.push_back(i);
             }
+            if (inside && groups == 1 && !line.isEmpty())
+                end = i + 1;
         }
     }
 
-    /// The line of a type in the group, -1 when it has none.
-    qsizetype Find(const QByteArray &type) const
+    /// The lines of a type in the group.
+    std::vector<qsizetype> Find(const QByteArray &type) const
     {
-        for (qsizetype i = first; i >= 0 && i < last; ++i) {
-            const qsizetype equals = all[i].indexOf('=');
-            if (equals >= 0 && all[i].left(equals).trimmed() == type)
-                return i;
+        std::vector<qsizetype> found;
+        for (const qsizetype line : own) {
+            const qsizetype equals = all[line].indexOf('=');
+            if (equals >= 0 && all[line].left(equals).trimmed() == type)
+                found.push_back(line);
         }
-        return -1;
+        return found;
     }
 
-    QByteArrayList Entries(qsizetype line) const
+    /// What these lines name, each once.
+    QByteArrayList Entries(const std::vector<qsizetype> &lines) const
     {
-        QByteArrayList entries = all[line].mid(all[line].indexOf('=') + 1).trimmed().split(';');
-        entries.removeAll({});
+        QByteArrayList entries;
+        for (const qsizetype line : lines)
+            for (const QByteArray &entry : all[line].mid(all[line].indexOf('=') + 1).trimmed().split(';'))
+                if (!entry.isEmpty() && !entries.contains(entry))
+                    entries.append(entry);
         return entries;
+    }
+
+    /// Puts one line in the place of these; none when it names nothing.
+    void Replace(const std::vector<qsizetype> &lines, const QByteArray &type, const QByteArrayList &entries)
+    {
+        for (size_t i = lines.size(); i-- > 1;)
+            all.removeAt(lines[i]);
+        if (entries.isEmpty())
+            all.removeAt(lines.front());
+        else
+            all[lines.front()] = Line(type, entries);
     }
 
     static QByteArray Line(const QByteArray &type, const QByteArrayList &entries)
@@ -143,17 +174,13 @@ QByteArray Read(const QString &name)
     return QFileInfo::exists(name) ? ReadFileBytes(name) : QByteArray();
 }
 
-/// Whether a tool has done its work on a folder.
-bool RunTool(const QString &tool, const QString &folder)
+/// The lists of associations in a folder for these desktops alone. They go before the one for all.
+QStringList DesktopLists(const QString &folder, const QStringList &desktops)
 {
-    QProcess process;
-    process.setProgram(tool);
-    process.setArguments({folder});
-    process.setStandardInputFile(QProcess::nullDevice());
-    process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start();
-    return process.waitForFinished(ToolPatienceMs) && process.exitStatus() == QProcess::NormalExit &&
-           process.exitCode() == 0;
+    QStringList lists;
+    for (const QString &desktop : desktops)
+        lists.append(folder + u'/' + desktop.toLower() + u"-mimeapps.list"_s);
+    return lists;
 }
 
 } // namespace
@@ -168,15 +195,15 @@ QString EntryText(const ProgramFiles &files, const FileVerb &verb)
     const bool isMain = verb.key.isEmpty();
     QString text = u"[Desktop Entry]\nType=Application\nVersion=1.0\nName="_s + Caption(verb) + u'\n';
     if (isMain)
-        text +=
-            u"GenericName="_s + EntryValue(files.kind) + u"\nComment="_s + EntryValue(files.summary) + u'\n';
+        text += u"GenericName="_s + EntryValue(files.kind) + u"\nComment="_s + EntryValue(files.summary) +
+                u'\n' + ListLine(u"Keywords"_s, files.keywords);
     text += u"Exec="_s + CommandValue(files, verb, u"%f"_s) + u"\nTryExec="_s + EntryValue(files.executable) +
             u"\nIcon="_s + Stem(files) + u"\nTerminal=false\n"_s;
     text += isMain ? u"Categories=AudioVideo;Audio;AudioVideoEditing;\n"_s : u"NoDisplay=true\n"_s;
-    text += u"MimeType="_s;
+    QStringList types;
     for (const FileType &type : files.types)
-        text += type.name + u';';
-    text += u"\nStartupNotify=true\nStartupWMClass="_s + Stem(files) + u'\n';
+        types.append(type.name);
+    text += ListLine(u"MimeType"_s, types) + u"StartupNotify=true\nStartupWMClass="_s + Stem(files) + u'\n';
     if (!isMain || files.actions.empty())
         return text;
     text += u"Actions="_s;
@@ -224,16 +251,16 @@ QByteArray WithAssociations(const QByteArray &list, const QByteArray &group, con
     QByteArray text = list;
     for (const QByteArray &type : types) {
         Lines lines(text, group);
-        if (const qsizetype line = lines.Find(type); line >= 0) {
-            lines.all[line] = Lines::Line(type, entries + Less(lines.Entries(line), entries));
+        if (const auto found = lines.Find(type); !found.empty()) {
+            lines.Replace(found, type, entries + Less(lines.Entries(found), entries));
         } else {
-            if (lines.first < 0) {
+            if (lines.end < 0) {
                 if (!lines.all.isEmpty() && !lines.all.constLast().trimmed().isEmpty())
                     lines.all.append(QByteArray());
                 lines.all.append('[' + group + ']');
-                lines.last = lines.all.size();
+                lines.end = lines.all.size();
             }
-            lines.all.insert(lines.last, Lines::Line(type, entries));
+            lines.all.insert(lines.end, Lines::Line(type, entries));
         }
         text = lines.Text();
     }
@@ -246,17 +273,12 @@ QByteArray WithoutAssociations(const QByteArray &list, const QByteArray &group, 
     QByteArray text = list;
     for (const QByteArray &type : types) {
         Lines lines(text, group);
-        const qsizetype line = lines.Find(type);
-        if (line < 0)
-            continue;
-        const QByteArrayList before = lines.Entries(line);
+        const auto found = lines.Find(type);
+        const QByteArrayList before = lines.Entries(found);
         const QByteArrayList after = Less(before, entries);
         if (after == before)
             continue;
-        if (after.isEmpty())
-            lines.all.removeAt(line);
-        else
-            lines.all[line] = Lines::Line(type, after);
+        lines.Replace(found, type, after);
         text = lines.Text();
     }
     return text;
@@ -266,66 +288,129 @@ QByteArrayList TypesIn(const QByteArray &list, const QByteArray &group, const QB
 {
     const Lines lines(list, group);
     QByteArrayList found = types;
-    found.removeIf([&](const QByteArray &type) { return lines.Find(type) < 0; });
+    found.removeIf([&](const QByteArray &type) { return lines.Find(type).empty(); });
     return found;
 }
 
-XdgFileTypes::XdgFileTypes()
-    : XdgFileTypes(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation),
-                   QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation),
-                   qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':', Qt::SkipEmptyParts))
+XdgPlace XdgPlace::OfUser()
 {
-}
-
-XdgFileTypes::XdgFileTypes(const QString &dataFolder, const QString &configFolder,
-                           const QStringList &desktops)
-    : m_dataFolder(dataFolder), m_configFolder(configFolder), m_desktops(desktops)
-{
+    return {.data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation),
+            .config = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation),
+            .desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':', Qt::SkipEmptyParts),
+            .systemConfig = QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation).mid(1)};
 }
 
 void XdgFileTypes::Register(const ProgramFiles &files)
 {
-    const QString types = m_dataFolder + u"/mime"_s;
-    Write(types + u"/packages/"_s + Stem(files) + u".xml"_s, MimePackageText(files, ChosenWeight).toUtf8());
-    if (!RunTool(u"update-mime-database"_s, types))
-        throw RunTimeError(ErrorNumber::PathFileAccess, u"update-mime-database has failed on "_s + types,
+    if (m_progress)
+        m_progress->Begin(u"Registering file types..."_s);
+    const auto end = qScopeGuard([this] {
+        if (m_progress)
+            m_progress->End();
+    });
+    WriteTypes(files);
+    const QByteArrayList entries = WriteEntries(files);
+    QByteArrayList types;
+    for (const FileType &type : files.types)
+        types.append(type.name.toUtf8());
+    WriteLists(types, entries);
+}
+
+void XdgFileTypes::WriteTypes(const ProgramFiles &files) const
+{
+    const QString folder = m_place.data + u"/mime"_s;
+    Write(folder + u"/packages/"_s + Stem(files) + u".xml"_s, MimePackageText(files, ChosenWeight).toUtf8());
+    if (!RunTool(u"update-mime-database"_s, folder))
+        throw RunTimeError(ErrorNumber::PathFileAccess, u"update-mime-database has failed on "_s + folder,
                            u"File types"_s);
     if (!files.icon.isEmpty())
-        Write(m_dataFolder + u"/icons/hicolor/scalable/apps/"_s + Stem(files) + u".svg"_s, files.icon);
+        Write(m_place.data + u"/icons/hicolor/scalable/apps/"_s + Stem(files) + u".svg"_s, files.icon);
+}
 
-    const QString entries = m_dataFolder + u"/applications"_s;
-    QByteArrayList entryNames;
+QByteArrayList XdgFileTypes::WriteEntries(const ProgramFiles &files) const
+{
+    const QString folder = m_place.data + u"/applications"_s;
+    QByteArrayList names;
     for (const FileVerb &verb : files.verbs) {
         const QString name = EntryName(files, verb);
-        Write(entries + u'/' + name, EntryText(files, verb).toUtf8());
-        entryNames.append(name.toUtf8());
+        Write(folder + u'/' + name, EntryText(files, verb).toUtf8());
+        names.append(name.toUtf8());
     }
-    // The lists below say the same: that there is no such tool, or that it fails, is no failure.
-    RunTool(u"update-desktop-database"_s, entries);
+    // The lists say the same: that there is no such tool, or that it fails, is no failure.
+    RunTool(u"update-desktop-database"_s, folder);
+    return names;
+}
 
-    QByteArrayList typeNames;
-    for (const FileType &type : files.types)
-        typeNames.append(type.name.toUtf8());
-    const QByteArrayList chosen = entryNames.mid(0, 1);
-    const QString ownList = entries + u"/mimeapps.list"_s;
-    QByteArray list = Read(ownList);
-    list = WithoutAssociations(list, Removed, typeNames, entryNames);
-    list = WithAssociations(list, Added, typeNames, entryNames);
-    list = WithAssociations(list, Defaults, typeNames, chosen);
-    Write(ownList, list);
-
-    // These go before it. They are changed where they say otherwise.
-    QStringList others = {m_configFolder + u"/mimeapps.list"_s};
-    for (const QString &folder : {m_configFolder, entries})
-        for (const QString &desktop : m_desktops)
-            others.append(folder + u'/' + desktop.toLower() + u"-mimeapps.list"_s);
-    for (const QString &other : others) {
-        const QByteArray before = Read(other);
-        QByteArray after = WithoutAssociations(before, Removed, typeNames, entryNames);
-        after = WithAssociations(after, Defaults, TypesIn(after, Defaults, typeNames), chosen);
-        if (after != before)
-            Write(other, after);
+void XdgFileTypes::WriteLists(const QByteArrayList &types, const QByteArrayList &entries) const
+{
+    // What the system's lists say, which go before that of the data folder but not before the user's.
+    QByteArrayList defaultElsewhere;
+    QByteArrayList removedElsewhere;
+    for (const QString &folder : m_place.systemConfig) {
+        const QStringList lists = DesktopLists(folder, m_place.desktops) << folder + u"/mimeapps.list"_s;
+        for (const QString &name : lists) {
+            if (!QFileInfo(name).isFile() || !QFileInfo(name).isReadable())
+                continue; // nobody else reads it either
+            const QByteArray list = Read(name);
+            defaultElsewhere += TypesIn(list, Defaults, types);
+            for (const QByteArray &type : types)
+                if (WithoutAssociations(list, Removed, {type}, entries) != list)
+                    removedElsewhere.append(type);
+        }
     }
+
+    const QByteArrayList chosen = entries.mid(0, 1);
+    std::vector<std::pair<QString, QByteArray>> changed;
+    const auto change = [&](const QString &name, const auto &make) {
+        const QByteArray before = Read(name);
+        if (const QByteArray after = make(before); after != before)
+            changed.emplace_back(name, after);
+    };
+    // Those of the desktop are changed where they say otherwise.
+    const auto correct = [&](const QByteArray &before) {
+        const QByteArray list = WithoutAssociations(before, Removed, types, entries);
+        return WithAssociations(list, Defaults, TypesIn(list, Defaults, types), chosen);
+    };
+    const QString users = m_place.config + u"/mimeapps.list"_s;
+    const QString own = m_place.data + u"/applications/mimeapps.list"_s;
+    for (const QString &folder : {m_place.config, m_place.data + u"/applications"_s})
+        for (const QString &name : DesktopLists(folder, m_place.desktops))
+            change(name, correct);
+    change(users, [&](const QByteArray &before) {
+        const QByteArray list = WithAssociations(correct(before), Added, removedElsewhere, entries);
+        return WithAssociations(list, Defaults, defaultElsewhere, chosen);
+    });
+    change(own, [&](const QByteArray &before) {
+        QByteArray list = WithoutAssociations(before, Removed, types, entries);
+        list = WithAssociations(list, Added, types, entries);
+        return WithAssociations(list, Defaults, types, chosen);
+    });
+    // All have been read: what cannot be read has changed none.
+    for (const auto &[name, list] : changed)
+        Write(name, list);
+}
+
+/// Whether a tool has done its work on a folder.
+bool XdgFileTypes::RunTool(const QString &tool, const QString &folder) const
+{
+    QProcess process;
+    process.setProgram(tool);
+    process.setArguments({folder});
+    process.setStandardInputFile(QProcess::nullDevice());
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start();
+    QElapsedTimer clock;
+    clock.start();
+    while (!process.waitForFinished(LookMs) && process.state() != QProcess::NotRunning) {
+        if (clock.elapsed() > m_toolPatience ||
+            (m_progress && !m_progress->GoOn(clock.elapsed(), m_toolPatience))) {
+            process.kill();
+            process.waitForFinished();
+            return false;
+        }
+    }
+    return process.error() != QProcess::FailedToStart && process.exitStatus() == QProcess::NormalExit &&
+           process.exitCode() == 0;
 }
 
 } // namespace zelvane

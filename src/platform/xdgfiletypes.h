@@ -6,9 +6,23 @@
 #include <QByteArray>
 #include <QByteArrayList>
 #include <QString>
+#include <QStringList>
 
 namespace zelvane
 {
+
+class WorkProgress;
+
+/// Where it is told which program opens which file.
+struct XdgPlace {
+    QString data;                  ///< folder of the user
+    QString config;                ///< the same
+    QStringList desktops = {};     ///< names of the running desktop, those of XDG_CURRENT_DESKTOP
+    QStringList systemConfig = {}; ///< folders of all users
+
+    /// The place of the user whose program this is.
+    static XdgPlace OfUser();
+};
 
 /// The registration by the files of the free desktops, all of them the user's own: types and icon, a desktop
 /// entry for each verb (an entry's actions are given no file), and the defaults. Each file is replaced in one
@@ -16,17 +30,28 @@ namespace zelvane
 class XdgFileTypes : public FileTypeRegistry
 {
 public:
-    /// The folders of the user whose program this is.
-    XdgFileTypes();
-    /// @param desktops names of the running desktop, those of XDG_CURRENT_DESKTOP
-    XdgFileTypes(const QString &dataFolder, const QString &configFolder, const QStringList &desktops = {});
+    static constexpr int ToolPatienceMs = 20000; ///< for each tool of the desktop
+
+    /// @param progress shows that a tool takes long, and lets the user stop it; may be null
+    /// @param toolPatience milliseconds
+    explicit XdgFileTypes(const XdgPlace &place = XdgPlace::OfUser(), WorkProgress *progress = nullptr,
+                          int toolPatience = ToolPatienceMs)
+        : m_place(place), m_progress(progress), m_toolPatience(toolPatience)
+    {
+    }
 
     void Register(const ProgramFiles &files) override;
 
 private:
-    QString m_dataFolder;
-    QString m_configFolder;
-    QStringList m_desktops;
+    void WriteTypes(const ProgramFiles &files) const;
+    /// @return the names of the entries
+    QByteArrayList WriteEntries(const ProgramFiles &files) const;
+    void WriteLists(const QByteArrayList &types, const QByteArrayList &entries) const;
+    bool RunTool(const QString &tool, const QString &folder) const;
+
+    XdgPlace m_place;
+    WorkProgress *m_progress;
+    int m_toolPatience;
 };
 
 // The texts of those files
@@ -39,12 +64,15 @@ QString EntryText(const ProgramFiles &files, const FileVerb &verb);
 /// @param weight of the names, where others describe the same: 50 is usual
 QString MimePackageText(const ProgramFiles &files, int weight);
 
-/// A list of associations in which `entries` stand first for each of the types, before what stood there. All
-/// other lines stay as they are.
+// Lists of associations. Readers do not agree on a group or a type that stands there twice: all its lines
+// count here, and one is left.
+
+/// A list in which `entries` stand first for each of the types, before what stood there. All other lines stay
+/// as they are.
 /// @param group "Default Applications" or "Added Associations"
 QByteArray WithAssociations(const QByteArray &list, const QByteArray &group, const QByteArrayList &types,
                             const QByteArrayList &entries);
-/// A list of associations in which `entries` stand for none of the types.
+/// A list in which `entries` stand for none of the types.
 QByteArray WithoutAssociations(const QByteArray &list, const QByteArray &group, const QByteArrayList &types,
                                const QByteArrayList &entries);
 /// The types among `types` that a group of the list says something of.

@@ -35,6 +35,8 @@ ProgramFiles CsoundFiles(const ExtensionFields &fields, const QString &executabl
         .title = title,
         .kind = u"Csound Editor"_s,
         .summary = u"Write, render and hear Csound pieces"_s,
+        .keywords = {u"csound"_s, u"music"_s, u"composition"_s, u"synthesis"_s, u"orchestra"_s, u"score"_s,
+                     u"csd"_s},
         .description = u"Csound Document"_s,
         .executable = executable,
         .icon = icon,

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/fileoperations.h"
 #include "platform/runtimeerror.h"
 #include "platform/textfile.h"
 #include "platform/xdgfiletypes.h"
@@ -6,10 +7,13 @@
 #include "support/printers.h"
 #include "support/randomtext.h"
 
+#include <csignal>
 #include <gtest/gtest.h>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
+#include <sys/types.h>
 
 using namespace zelvane;
 using namespace Qt::Literals::StringLiterals;
@@ -22,6 +26,7 @@ ProgramFiles Example(const QString &executable)
     return {.title = u"Example"_s,
             .kind = u"Kind"_s,
             .summary = u"A \\ summary"_s,
+            .keywords = {u"one"_s, u"t;wo"_s},
             .description = u"One & two"_s,
             .executable = executable,
             .icon = "<svg/>",
@@ -49,6 +54,7 @@ TEST(XdgFileTypes, AnEntryForEachVerb)
                                                     "Name=Example\n"
                                                     "GenericName=Kind\n"
                                                     "Comment=A \\\\ summary\n"
+                                                    "Keywords=one;t\\;wo;\n"
                                                     "Exec=/usr/bin/example %f\n"
                                                     "TryExec=/usr/bin/example\n"
                                                     "Icon=example\n"
@@ -135,6 +141,12 @@ TEST(Associations, GoBeforeThoseThatStandThere)
     EXPECT_EQ(WithAssociations(list, "G", {"t/a"}, {"x.desktop"}),
               "[F]\nt/a=f;\n[G]\nt/a=x.desktop;o.desktop;p.desktop;\nt/ab=q\n");
     EXPECT_EQ(WithAssociations("[G]\nt/a=\n", "G", {"t/a"}, {"x"}), "[G]\nt/a=x;\n");
+    // A group or a line that is there twice.
+    EXPECT_EQ(
+        WithAssociations("[G]\nt/a=o;\nt/b=b;\nt/a=p;o;\n[F]\n[G]\n# note\nt/a=q;\n", "G", {"t/a"}, {"x"}),
+        "[G]\nt/a=x;o;p;q;\nt/b=b;\n[F]\n[G]\n# note\n");
+    EXPECT_EQ(WithAssociations("[G]\n\n[F]\n[G]\nt/a=o;\n", "G", {"t/b"}, {"x"}),
+              "[G]\nt/b=x;\n\n[F]\n[G]\nt/a=o;\n");
 }
 
 TEST(Associations, AreRemovedWithTheirLine)
@@ -143,25 +155,28 @@ TEST(Associations, AreRemovedWithTheirLine)
     EXPECT_EQ(WithoutAssociations(list, "G", {"t/a", "t/b", "t/c", "t/d"}, {"x", "y"}),
               "[G]\nt/a=o;\n\nt/c=o\n[F]\nt/b=x\n");
     EXPECT_EQ(WithoutAssociations(list, "none", {"t/a"}, {"x"}), list);
+    EXPECT_EQ(WithoutAssociations("[G]\nt/a=o;\n[F]\n[G]\nt/a=x;p;\n", "G", {"t/a"}, {"x"}),
+              "[G]\nt/a=o;p;\n[F]\n[G]\n");
     EXPECT_EQ(TypesIn(list, "G", {"t/a", "t/x", "t/c"}), QByteArrayList({"t/a", "t/c"}));
     EXPECT_EQ(TypesIn("", "G", {"t/a"}), QByteArrayList());
 }
 
-/// What a line by line reading of the list says of a type.
+/// What a line by line reading of the list says of a type: all that its lines name.
 QByteArrayList EntriesOf(const QByteArray &list, const QByteArray &group, const QByteArray &type)
 {
     QByteArray current;
+    QByteArrayList entries;
     for (const QByteArray &line : list.split('\n')) {
         if (line.trimmed().startsWith('['))
             current = line.trimmed();
         else if (current == '[' + group + ']' && line.contains('=') &&
                  line.left(line.indexOf('=')).trimmed() == type) {
-            QByteArrayList entries = line.mid(line.indexOf('=') + 1).trimmed().split(';');
-            entries.removeAll({});
-            return entries;
+            for (const QByteArray &entry : line.mid(line.indexOf('=') + 1).trimmed().split(';'))
+                if (!entry.isEmpty() && !entries.contains(entry))
+                    entries.append(entry);
         }
     }
-    return {};
+    return entries;
 }
 
 TEST(Associations, NothingElseOfAListChanges)
@@ -178,10 +193,7 @@ TEST(Associations, NothingElseOfAListChanges)
         for (const QByteArray &entry : had)
             if (!expected.contains(entry))
                 expected.append(entry);
-        // A second group of the same name is another's slip: the first one counts.
-        if (list.count("[G]") < 2) {
-            ASSERT_EQ(EntriesOf(with, "G", "t/a"), expected);
-        }
+        ASSERT_EQ(EntriesOf(with, "G", "t/a"), expected);
         ASSERT_EQ(WithAssociations(with, "G", {"t/a"}, {"x", "y"}), with) << "the second time is the first";
         // What is not the line itself stays, in its order.
         QByteArrayList before = list.split('\n');
@@ -195,13 +207,49 @@ TEST(Associations, NothingElseOfAListChanges)
     }
 }
 
+/// Stands in for the tool that reads the types, as long as it lives.
+class ToolInPlace
+{
+public:
+    ToolInPlace(const QString &folder, const QByteArray &script)
+    {
+        const QString bin = folder + u"/bin"_s;
+        const QString tool = bin + u"/update-mime-database"_s;
+        EXPECT_TRUE(QDir().mkpath(bin));
+        WriteFileBytes(tool, script);
+        EXPECT_TRUE(QFile::setPermissions(tool, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+        qputenv("PATH", QFile::encodeName(bin) + ':' + m_path);
+    }
+    ~ToolInPlace() { qputenv("PATH", m_path); }
+    Q_DISABLE_COPY_MOVE(ToolInPlace)
+
+private:
+    QByteArray m_path = qgetenv("PATH");
+};
+
+/// A user who stops the work when a file is whole.
+struct Stopping : WorkProgress {
+    explicit Stopping(const QString &name) : file(name) {}
+    void Begin(const QString &what) override { told = what; }
+    bool GoOn(qint64, qint64) override
+    {
+        return !QFileInfo::exists(file) || !ReadFileBytes(file).endsWith('\n');
+    }
+    void End() override { ended = true; }
+
+    QString file;
+    QString told;
+    bool ended = false;
+};
+
 class Registering : public ::testing::Test
 {
 protected:
     QTemporaryDir folder;
     QString data = folder.path() + u"/data"_s;
     QString config = folder.path() + u"/config"_s;
-    XdgFileTypes registry{data, config, {u"Some"_s, u"Other"_s}};
+    QString system = folder.path() + u"/system"_s;
+    XdgFileTypes registry{{data, config, {u"Some"_s, u"Other"_s}, {folder.path() + u"/none"_s, system}}};
     ProgramFiles example = Example(u"/usr/bin/example"_s);
 
     void Put(const QString &name, const QByteArray &bytes)
@@ -268,7 +316,7 @@ TEST_F(Registering, AFailureAtAnyStepCanBeRepeated)
         const bool isFolder = !place.contains(u'.');
         const QString own = folder.path() + place.section(u'/', -1) + QString::number(isFolder);
         const QString obstacle = own + place;
-        XdgFileTypes there(own, config);
+        XdgFileTypes there({own, config});
         if (isFolder)
             Put(obstacle, "in the way");
         else
@@ -284,14 +332,74 @@ TEST_F(Registering, AFailureAtAnyStepCanBeRepeated)
     }
 }
 
+TEST_F(Registering, SystemListsAreOutrankedByTheUsers)
+{
+    const QByteArray rival = "[Default Applications]\ntext/x-b=rival.desktop;\n";
+    Put(system + u"/other-mimeapps.list"_s, rival);
+    Put(system + u"/mimeapps.list"_s, "[Removed Associations]\ntext/x-a=example-other.desktop;\n");
+    Put(config + u"/mimeapps.list"_s, "[Added Associations]\ntext/html=web.desktop;\n");
+    registry.Register(example);
+    EXPECT_EQ(
+        ReadFileBytes(config + u"/mimeapps.list"_s),
+        "[Added Associations]\ntext/html=web.desktop;\ntext/x-a=example.desktop;example-other.desktop;\n"
+        "\n[Default Applications]\ntext/x-b=example.desktop;\n");
+    EXPECT_EQ(ReadFileBytes(system + u"/other-mimeapps.list"_s), rival);
+    ExpectWhole();
+}
+
+TEST_F(Registering, AListThatCannotBeChangedLeavesNoDefault)
+{
+    const QString users = config + u"/mimeapps.list"_s;
+    const QString own = data + u"/applications/mimeapps.list"_s;
+    Put(own, "[Default Applications]\ntext/html=web.desktop;\n");
+    const QByteArray before = ReadFileBytes(own);
+    // One that cannot be read.
+    ASSERT_TRUE(QDir().mkpath(users));
+    EXPECT_THROW(registry.Register(example), RunTimeError);
+    EXPECT_EQ(ReadFileBytes(own), before);
+    // And one that would have to be written where nothing can be.
+    ASSERT_TRUE(QDir().rmdir(users));
+    Put(system + u"/mimeapps.list"_s, "[Default Applications]\ntext/x-a=rival.desktop;\n");
+    ASSERT_TRUE(QFile::link(u"/proc/none/mimeapps.list"_s, users));
+    EXPECT_THROW(registry.Register(example), RunTimeError);
+    EXPECT_EQ(ReadFileBytes(own), before);
+    ASSERT_TRUE(QFile::remove(users));
+    registry.Register(example);
+    EXPECT_EQ(ReadFileBytes(users), "[Default Applications]\ntext/x-a=example.desktop;\n");
+    EXPECT_TRUE(ReadFileBytes(own).contains("text/x-a=example.desktop;\n"));
+    EXPECT_TRUE(ReadFileBytes(own).contains("text/html=web.desktop;\n"));
+}
+
+TEST_F(Registering, AToolThatHangsIsEnded)
+{
+    const QString note = folder.path() + u"/tool"_s;
+    const ToolInPlace tool(folder.path(),
+                           "#!/bin/sh\necho $$ > '" + QFile::encodeName(note) + "'\nexec sleep 600\n");
+    const auto ended = [&] {
+        bool found = false;
+        const pid_t process = ReadFileBytes(note).trimmed().toInt(&found);
+        return found && kill(process, 0) != 0;
+    };
+    // By the user.
+    Stopping progress(note);
+    XdgFileTypes stopped({data, config}, &progress, 3'600'000);
+    EXPECT_THROW(stopped.Register(example), RunTimeError);
+    EXPECT_TRUE(ended());
+    EXPECT_EQ(progress.told, u"Registering file types..."_s);
+    EXPECT_TRUE(progress.ended);
+    // By itself after a while.
+    XdgFileTypes patient({data, config}, nullptr, 100);
+    EXPECT_THROW(patient.Register(example), RunTimeError);
+    EXPECT_FALSE(QFileInfo::exists(data + u"/applications/mimeapps.list"_s));
+}
+
 TEST_F(Registering, AToolThatFailsOrIsNotThereIsAFailure)
 {
     const QByteArray path = qgetenv("PATH");
-    const QString tool = folder.path() + u"/bin/update-mime-database"_s;
-    Put(tool, "#!/bin/sh\nexit 1\n");
-    ASSERT_TRUE(QFile::setPermissions(tool, QFile::ReadOwner | QFile::ExeOwner));
-    qputenv("PATH", QFile::encodeName(folder.path() + u"/bin:"_s) + path);
-    EXPECT_THROW(registry.Register(example), RunTimeError);
+    {
+        const ToolInPlace tool(folder.path(), "#!/bin/sh\nexit 1\n");
+        EXPECT_THROW(registry.Register(example), RunTimeError);
+    }
     qputenv("PATH", QFile::encodeName(folder.path() + u"/none"_s));
     EXPECT_THROW(registry.Register(example), RunTimeError);
     qputenv("PATH", path);

@@ -103,6 +103,17 @@ TEST(FileAssociations, AnEmptyFieldIsNoFailure)
     EXPECT_EQ(registry.files->types[0].name, u"text/x-csound-sco"_s);
 }
 
+TEST(FileAssociations, NeitherAreThree)
+{
+    ScriptedDesktop desktop;
+    RecordedRegistry registry;
+    desktop.ExpectMessage(Question({}), BoxAnswer::Yes);
+    desktop.ExpectMessage(Success);
+    AssociateExtensions({{}, u" "_s, {}}, desktop, registry);
+    ASSERT_TRUE(registry.files);
+    EXPECT_TRUE(registry.files->types.empty());
+}
+
 TEST(FileAssociations, AFailureIsTold)
 {
     ScriptedDesktop desktop;
@@ -134,8 +145,8 @@ TEST(FileAssociations, ThePackageSaysTheSame)
     EXPECT_EQ(ReadTextFile(data + u"zelvane.xml"_s), MimePackageText(files, 50));
     const QMap<QString, QString> shipped = Keys(ReadTextFile(data + u"zelvane.desktop"_s));
     const QMap<QString, QString> made = Keys(EntryText(files, files.verbs.front()));
-    for (auto key = made.begin(); key != made.end(); ++key)
-        EXPECT_EQ(shipped.value(key.key()), key.value()) << key.key().toStdString();
+    for (const QString &key : shipped.keys() + made.keys())
+        EXPECT_EQ(shipped.value(key, u"(none)"_s), made.value(key, u"(none)"_s)) << key.toStdString();
 }
 
 // With the tools of the desktop
@@ -224,14 +235,18 @@ protected:
 TEST_F(OnTheDesktop, FilesAreKnownAndOpenedByTheProgram)
 {
     const QString program = MakeProgram(u"bin/zelvane"_s);
-    XdgFileTypes(data, config).Register(CsoundFiles({u"orc udo"_s, u"sco"_s, u"csd"_s}, program, "<svg/>"));
+    XdgFileTypes({data, config}).Register(CsoundFiles({u"orc udo"_s, u"sco"_s, u"csd"_s}, program, "<svg/>"));
 
     const QString score = Piece(u"my score.SCO"_s);
     EXPECT_EQ(TypeOf(score), u"text/x-csound-sco"_s);
     EXPECT_EQ(TypeOf(Piece(u"a.udo"_s)), u"text/x-csound-orc"_s);
     EXPECT_EQ(TypeOf(Piece(u"b.csd"_s)), u"text/x-csound-csd"_s);
-    EXPECT_EQ(TypeOf(Piece(u"unnamed"_s, "; a note\n<CsoundSynthesizer>\n</CsoundSynthesizer>\n")),
-              u"text/x-csound-csd"_s);
+    for (const QByteArray &tag :
+         QByteArrayList{"CsoundSynthesizer", "csoundsynthesizer", "CSOUNDSYNTHESIZER", "CsoundSynthesiser",
+                        "csoundsynthesiser", "CSOUNDSYNTHESISER"})
+        EXPECT_EQ(TypeOf(Piece(u"unnamed"_s, "; a note\n<" + tag + ">\n</" + tag + ">\n")),
+                  u"text/x-csound-csd"_s)
+            << tag.toStdString();
     for (const QString &kind : {u"orc"_s, u"sco"_s, u"csd"_s}) {
         const QString type = u"text/x-csound-"_s + kind;
         EXPECT_EQ(Run(u"xdg-mime"_s, {u"query"_s, u"default"_s, type}), u"zelvane.desktop"_s);
@@ -250,7 +265,7 @@ TEST_F(OnTheDesktop, FilesAreKnownAndOpenedByTheProgram)
 TEST_F(OnTheDesktop, TheProgramMayLieAnywhere)
 {
     const QString program = MakeProgram(u"a \"b\" $c \\ 'd' `e`/zelvane"_s);
-    XdgFileTypes(data, config).Register(CsoundFiles(Usual, program, {}));
+    XdgFileTypes({data, config}).Register(CsoundFiles(Usual, program, {}));
     const QString piece = Piece(u"100% %f \"x\" $HOME.csd"_s);
     EXPECT_EQ(Launch(u"zelvane.desktop"_s, piece), QStringList(piece));
     EXPECT_EQ(Launch(u"zelvane-preset.desktop"_s, piece), QStringList({u"/p"_s, piece}));
@@ -263,8 +278,53 @@ TEST_F(OnTheDesktop, AnEarlierChoiceGivesWay)
     WriteFileBytes(config + u"/mimeapps.list"_s,
                    "[Default Applications]\ntext/x-csound-csd=zelvane-preset.desktop\n");
     const ProgramFiles files = CsoundFiles(Usual, MakeProgram(u"bin/zelvane"_s), {});
-    XdgFileTypes(data, config).Register(files);
+    XdgFileTypes({data, config}).Register(files);
     EXPECT_EQ(Run(u"xdg-mime"_s, {u"query"_s, u"default"_s, u"text/x-csound-csd"_s}), u"zelvane.desktop"_s);
+}
+
+TEST_F(OnTheDesktop, AChoiceOfTheSystemGivesWay)
+{
+    const QString system = folder.path() + u"/system"_s;
+    environment.insert(u"XDG_CONFIG_DIRS"_s, system);
+    // A rival that is there, else no reader minds the choice.
+    const QString rival = data + u"/applications/rival.desktop"_s;
+    for (const QString &made : {system, QFileInfo(rival).path()})
+        ASSERT_TRUE(QDir().mkpath(made));
+    WriteFileBytes(rival, "[Desktop Entry]\nType=Application\nName=Rival\nExec=/bin/true %f\n"
+                          "MimeType=text/x-csound-csd;text/x-csound-sco;\n");
+    WriteFileBytes(system + u"/mimeapps.list"_s,
+                   "[Default Applications]\ntext/x-csound-csd=rival.desktop\n"
+                   "[Removed Associations]\ntext/x-csound-sco=zelvane.desktop;\n");
+    const ProgramFiles files = CsoundFiles(Usual, MakeProgram(u"bin/zelvane"_s), {});
+    XdgFileTypes({data, config}).Register(files);
+    const auto opens = [&](const QString &kind) {
+        return Run(u"gio"_s, {u"mime"_s, u"text/x-csound-"_s + kind}).section(u'\n', 0, 0).section(u' ', -1);
+    };
+    EXPECT_EQ(opens(u"csd"_s), u"rival.desktop"_s) << "the desktop does not mind the system's list";
+    XdgFileTypes({.data = data, .config = config, .systemConfig = {system}}).Register(files);
+    EXPECT_EQ(opens(u"csd"_s), u"zelvane.desktop"_s);
+    EXPECT_EQ(opens(u"sco"_s), u"zelvane.desktop"_s);
+    EXPECT_TRUE(Run(u"gio"_s, {u"mime"_s, u"text/x-csound-sco"_s}).contains(u"zelvane-preset.desktop"_s));
+}
+
+TEST_F(OnTheDesktop, TwoTypesWithOneNameAreTheFirstOne)
+{
+    XdgFileTypes({data, config})
+        .Register(CsoundFiles({u"piece"_s, u"piece sco"_s, {}}, MakeProgram(u"bin/zelvane"_s), {}));
+    EXPECT_EQ(TypeOf(Piece(u"a.piece"_s)), u"text/x-csound-orc"_s);
+    EXPECT_EQ(TypeOf(Piece(u"a.sco"_s)), u"text/x-csound-sco"_s);
+}
+
+TEST_F(OnTheDesktop, WithoutExtensionsNothingIsOpenedByTheProgram)
+{
+    XdgFileTypes({data, config}).Register(CsoundFiles({}, MakeProgram(u"bin/zelvane"_s), {}));
+    for (const QString &entry : {u"zelvane"_s, u"zelvane-runcsound"_s, u"zelvane-preset"_s}) {
+        const QString name = data + u"/applications/"_s + entry + u".desktop"_s;
+        EXPECT_EQ(Run(u"desktop-file-validate"_s, {name}), QString());
+        EXPECT_FALSE(ReadTextFile(name).contains(u"MimeType"_s));
+    }
+    EXPECT_FALSE(QFileInfo::exists(data + u"/applications/mimeapps.list"_s));
+    EXPECT_EQ(TypeOf(Piece(u"a.qqq"_s)), u"text/plain"_s);
 }
 
 } // namespace

@@ -70,7 +70,7 @@ struct Place {
     DocumentSteps steps;
     ToolPaths tools{.Csound = u"/opt/one/csound"_s, .Csound2 = u"/opt/two/csound"_s};
     EditorWindow editor;
-    XdgFileTypes fileTypes{context.folder.path(), context.folder.path()};
+    XdgFileTypes fileTypes{{context.folder.path(), context.folder.path()}};
 };
 
 using Maker = std::function<std::unique_ptr<QDialog>(Place &)>;

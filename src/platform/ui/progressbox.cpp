@@ -4,7 +4,7 @@
 #include "platform/programinfo.h"
 
 #include <algorithm>
-#include <QCoreApplication>
+#include <QApplication>
 #include <QProgressDialog>
 #include <QPushButton>
 
@@ -37,7 +37,8 @@ bool ProgressBox::GoOn(qint64 done, qint64 total)
     if (!m_box) {
         if (m_clock.elapsed() < m_patience)
             return true;
-        m_box = std::make_unique<QProgressDialog>(m_window);
+        QWidget *modal = QApplication::activeModalWidget();
+        m_box = std::make_unique<QProgressDialog>(modal ? modal : m_window);
         m_box->setObjectName(u"ProgressBox"_s);
         m_box->setWindowTitle(ApplicationTitle());
         m_box->setWindowModality(Qt::ApplicationModal);
@@ -58,7 +59,7 @@ bool ProgressBox::GoOn(qint64 done, qint64 total)
     if (!m_stopped) {
         m_box->setValue(total > 0 ? int(std::min<qint64>(Steps, done / std::max<qint64>(1, total / Steps)))
                                   : 0);
-        QCoreApplication::processEvents();
+        QApplication::processEvents();
     }
     return !m_stopped;
 }

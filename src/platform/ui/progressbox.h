@@ -13,8 +13,8 @@ class QWidget;
 namespace zelvane
 {
 
-/// A box that comes up over the window when a piece of work takes long, with a button that stops it. The
-/// window is served while it stands, and takes nothing else.
+/// A box that comes up over the window, or the dialog that stands over all windows, when a piece of work
+/// takes long, with a button that stops it. The window is served while it stands, and takes nothing else.
 class ProgressBox : public WorkProgress
 {
 public:

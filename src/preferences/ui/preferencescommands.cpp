@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "preferences/ui/preferencescommands.h"
 
+#include "platform/ui/progressbox.h"
 #include "platform/ui/textcontrol.h"
 #include "platform/xdgfiletypes.h"
 #include "preferences/ui/frmoptions.h"
@@ -42,7 +43,8 @@ void BindPreferences(const WindowContext &context)
 {
     context.commands.Bind(Cmd::mnuPreferences, [context] {
         const EditorContext &editor = context.editor;
-        XdgFileTypes fileTypes;
+        ProgressBox progress(context.window);
+        XdgFileTypes fileTypes(XdgPlace::OfUser(), &progress);
         Show({editor.settings, editor.desktop, context.appearance, context.text, fileTypes},
              Owner(context.window));
     });
@@ -55,8 +57,10 @@ void ShowPreferencesAlone(SettingsStore &settings, Desktop &desktop)
     AddTextLooks(looks, unseen);
     looks.Apply(Look::Font);
     const TextFont before = unseen.CurrentFont();
-    XdgFileTypes fileTypes;
-    Show({settings, desktop, looks, unseen, fileTypes}, Owner(QApplication::activeWindow()));
+    QWidget *window = QApplication::activeWindow();
+    ProgressBox progress(window);
+    XdgFileTypes fileTypes(XdgPlace::OfUser(), &progress);
+    Show({settings, desktop, looks, unseen, fileTypes}, Owner(window));
     if (!(unseen.CurrentFont() == before))
         SaveTextFont(unseen, settings);
 }
