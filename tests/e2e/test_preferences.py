@@ -57,6 +57,31 @@ def twice_as_large(stage):
 twice_as_large.size = "1920x1080x24"
 
 
+def a_small_screen_shows_all(stage):
+    """The pages scroll there, and the keyboard brings what it comes to into view."""
+    stage.environment["QT_SCALE_FACTOR"] = "2"
+    stage.write_store(STORE)
+    editor, window = settled(stage)
+    dialog = preferences(stage, editor, window)
+    left, top, width, height = dialog.geometry()
+    check(left >= 0 and top >= 0 and left + width <= 1366 and top + height <= 768, f"{dialog.geometry()} on the screen")
+    for page in PAGES:
+        dialog.screenshot(f"preferences-{page}-small")
+        dialog.keys("ctrl+Tab")
+        editor.at_rest()
+    dialog.keys("ctrl+Tab", "ctrl+Tab", "alt+p")  # the backup folder, at the end of its page
+    dialog.type("/kept")
+    editor.at_rest()
+    dialog.screenshot("preferences-scrolled-small")
+    dialog.keys("Return")
+    closed(stage, editor)
+    equal(stage.setting("BakPath"), "/kept", "the backup folder")
+    editor.close(window)
+
+
+a_small_screen_shows_all.size = "1366x768x24"
+
+
 def settings_are_changed_by_keys(stage):
     stage.write_store(STORE)
     editor, window = settled(stage)
@@ -166,6 +191,7 @@ main(
     light,
     dark,
     twice_as_large,
+    a_small_screen_shows_all,
     settings_are_changed_by_keys,
     extensions_are_associated,
     run_dialog_offers_it,

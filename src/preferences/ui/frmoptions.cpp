@@ -135,7 +135,8 @@ frmOptions::frmOptions(const OptionsContext &context, QWidget *parent)
     const std::pair<QString, QWidget *> pages[] = {
         {u"Editor"_s, EditorPage()},     {u"Syntax colors"_s, SyntaxPage()},  {u"General"_s, GeneralPage()},
         {u"Programs"_s, ProgramsPage()}, {u"Extensions"_s, ExtensionsPage()}, {u"Writing"_s, WritingPage()}};
-    for (const auto &[caption, page] : pages) {
+    for (const auto &[caption, content] : pages) {
+        QWidget *page = ScrollPage(content);
         page->setObjectName(u"picOptions"_s + u'_' + QString::number(tbsOptions->count()));
         tbsOptions->addTab(page, caption);
     }
@@ -148,6 +149,7 @@ frmOptions::frmOptions(const OptionsContext &context, QWidget *parent)
             [button] { return button->Colour(); });
     BindNamesakes(*this, m_keyed);
     Guarded(m_context.desktop, [this] { Load(); });
+    FitToScreen(*this);
     tbsOptions->setFocus();
 }
 

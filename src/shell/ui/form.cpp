@@ -4,6 +4,7 @@
 #include "platform/desktop.h"
 #include "platform/programinfo.h"
 
+#include <QApplication>
 #include <QBoxLayout>
 #include <QComboBox>
 #include <QDialog>
@@ -11,12 +12,19 @@
 #include <QEvent>
 #include <QFocusEvent>
 #include <QFontMetrics>
+#include <QFrame>
 #include <QGridLayout>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QLayout>
 #include <QLineEdit>
+#include <QPoint>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QSize>
+#include <QStyle>
 #include <QWidget>
 
 using namespace Qt::Literals::StringLiterals;
@@ -26,6 +34,8 @@ namespace zelvane
 
 namespace
 {
+
+constexpr QSize SmallestPage(24, 6); ///< of what scrolls, in characters and lines
 
 /// A caption as it is said.
 QString Spoken(const QString &caption)
@@ -70,6 +80,42 @@ protected:
 private:
     QLineEdit *m_field;
     bool m_clicked = false; ///< a mouse button that is still down has given it the focus
+};
+
+/// Not the toolkit's own size of such an area, which is smaller than a page of controls.
+class PageScroller : public QScrollArea
+{
+public:
+    explicit PageScroller(QWidget *content)
+    {
+        setFrameShape(QFrame::NoFrame);
+        setFocusPolicy(Qt::NoFocus);
+        setWidgetResizable(true);
+        setWidget(content);
+        viewport()->setAutoFillBackground(false);
+        content->setAutoFillBackground(false);
+        connect(qApp, &QApplication::focusChanged, this, [this](QWidget *, QWidget *now) {
+            // What moves away under the mouse is not clicked.
+            if (now && widget()->isAncestorOf(now) && QGuiApplication::mouseButtons() == Qt::NoButton)
+                BringIntoView(*now);
+        });
+    }
+
+    QSize sizeHint() const override { return widget()->sizeHint(); }
+    QSize minimumSizeHint() const override
+    {
+        return widget()->minimumSizeHint().boundedTo(QSize(CharacterWidth(*this, SmallestPage.width()),
+                                                           fontMetrics().height() * SmallestPage.height()));
+    }
+
+private:
+    /// The whole control: of a field the area itself minds no more than the caret.
+    void BringIntoView(const QWidget &control)
+    {
+        const QPoint middle = control.mapTo(widget(), control.rect().center());
+        const int frame = fontMetrics().height() / 2;
+        ensureVisible(middle.x(), middle.y(), control.width() / 2 + frame, control.height() / 2 + frame);
+    }
 };
 
 } // namespace
@@ -231,6 +277,23 @@ void SetTabOrder(const QList<QWidget *> &controls)
             QWidget::setTabOrder(before, control);
         before = control;
     }
+}
+
+QWidget *ScrollPage(QWidget *content)
+{
+    return new PageScroller(content);
+}
+
+void FitToScreen(QDialog &dialog)
+{
+    const QStyle &style = *dialog.style();
+    const int frame = style.pixelMetric(QStyle::PM_MdiSubWindowFrameWidth);
+    const QSize around(2 * frame, 2 * frame + style.pixelMetric(QStyle::PM_TitleBarHeight));
+    const QSize room = dialog.screen()->availableSize() - around;
+    QSize wanted = dialog.sizeHint();
+    if (wanted.height() > room.height())
+        wanted.rwidth() += style.pixelMetric(QStyle::PM_ScrollBarExtent);
+    dialog.resize(wanted.boundedTo(room));
 }
 
 void SetEnterAndEscape(QDialog &dialog, QPushButton *enter, QPushButton *escape)

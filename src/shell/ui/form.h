@@ -115,6 +115,14 @@ void TabToTheChosen(std::initializer_list<QRadioButton *> options);
 /// Lets the Tab key go from each control to the next.
 void SetTabOrder(const QList<QWidget *> &controls);
 
+// Small screens
+
+/// A page that scrolls where it is given less room than its controls need. The control that the keyboard
+/// comes to is brought into view.
+QWidget *ScrollPage(QWidget *content);
+/// Gives a dialog, before it is shown, the size that it asks for, as far as the screen has room.
+void FitToScreen(QDialog &dialog);
+
 // The end of a dialog
 
 /// Enter presses `enter`, wherever the keyboard is but on `escape`, which rejects the dialog as Esc does. No
