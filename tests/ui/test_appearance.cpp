@@ -13,13 +13,48 @@
 #include "support/uitest.h"
 
 #include <QAction>
+#include <QFile>
 #include <QToolBar>
 #include <QToolButton>
 #include <QTreeView>
+#include <sys/inotify.h>
+#include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace zelvane;
 using namespace zelvane::test;
+
+namespace
+{
+
+/// Counts the files that are moved into a folder: a store is replaced by each write.
+class RenameCount
+{
+public:
+    explicit RenameCount(const QString &folder)
+    {
+        inotify_add_watch(m_events, QFile::encodeName(folder).constData(), IN_MOVED_TO);
+    }
+    ~RenameCount() { close(m_events); }
+    Q_DISABLE_COPY_MOVE(RenameCount)
+
+    /// Since the last call.
+    int Count() const
+    {
+        alignas(inotify_event) char events[4096];
+        int count = 0;
+        const ssize_t size = read(m_events, events, sizeof events);
+        for (ssize_t at = 0; at < size; ++count)
+            at += ssize_t(sizeof(inotify_event)) +
+                  ssize_t(reinterpret_cast<const inotify_event *>(events + at)->len);
+        return count;
+    }
+
+private:
+    int m_events = inotify_init1(IN_NONBLOCK);
+};
+
+} // namespace
 
 class AppearanceTest : public QObject
 {
@@ -98,7 +133,9 @@ void AppearanceTest::TheFontOfTheTextIsStoredAndComesBack()
     QVERIFY(text.CurrentFont() == first);
 
     text.ApplyFont({.family = u"Monospace"_s, .points = 13.5, .bold = true, .italic = true});
+    const RenameCount writes(context.folder.path());
     SaveTextFont(text, context.settings);
+    QCOMPARE(writes.Count(), 1); // an end in the middle leaves no mixture of two fonts
     const TextFont stored = text.CurrentFont();
     text.ApplyFont(first);
     appearance.Apply(Look::Font);

@@ -62,7 +62,7 @@ void ShowPreferencesAlone(SettingsStore &settings, Desktop &desktop)
     XdgFileTypes fileTypes(XdgPlace::OfUser(), &progress);
     Show({settings, desktop, looks, unseen, fileTypes}, Owner(window));
     if (!(unseen.CurrentFont() == before))
-        SaveTextFont(unseen, settings);
+        Guarded(desktop, [&] { SaveTextFont(unseen, settings); });
 }
 
 } // namespace zelvane

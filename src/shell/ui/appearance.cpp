@@ -61,10 +61,12 @@ void AddTextLooks(Appearance &appearance, TextControl &text)
 void SaveTextFont(const TextControl &text, SettingsStore &settings)
 {
     const TextFont font = text.CurrentFont();
-    settings.SaveText(Keys::Font, font.family);
-    settings.SaveFlag(Keys::FontItalic, font.italic);
-    settings.SaveFlag(Keys::FontBold, font.bold);
-    settings.SaveNumber(Keys::FontSize, font.points);
+    settings.InOneStep([&] {
+        settings.SaveText(Keys::Font, font.family);
+        settings.SaveFlag(Keys::FontItalic, font.italic);
+        settings.SaveFlag(Keys::FontBold, font.bold);
+        settings.SaveNumber(Keys::FontSize, font.points);
+    });
 }
 
 } // namespace zelvane

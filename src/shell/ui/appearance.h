@@ -84,7 +84,8 @@ private:
 /// Adds colours, tab stops, font and drag mode of the text control. A font setting that is absent leaves what
 /// the control has.
 void AddTextLooks(Appearance &appearance, TextControl &text);
-/// Stores the font that the text control has.
+/// Stores the font that the text control has, in one step. @throws RunTimeError when the store cannot be
+/// written
 void SaveTextFont(const TextControl &text, SettingsStore &settings);
 
 } // namespace zelvane
