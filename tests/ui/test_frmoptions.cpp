@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "preferences/ui/frmoptions.h"
 
+#include "language/languagekeys.h"
 #include "platform/desktop.h"
 #include "platform/filetypes.h"
 #include "platform/runtimeerror.h"
@@ -9,6 +10,7 @@
 #include "preferences/allsettingkeys.h"
 #include "preferences/preferences.h"
 #include "preferences/ui/colourbutton.h"
+#include "preferences/ui/preferencescommands.h"
 #include "shell/command.h"
 #include "shell/editorkeys.h"
 #include "shell/layoutkeys.h"
@@ -35,12 +37,16 @@
 #include <QFont>
 #include <QFontDatabase>
 #include <QFontDialog>
+#include <QGroupBox>
+#include <QHash>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
 #include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSet>
 #include <QTabWidget>
 #include <QTemporaryDir>
@@ -116,6 +122,32 @@ void Change(QWidget *control)
         field->setText(u"changed "_s + control->objectName());
 }
 
+/// What stands on the controls of a page, in the order of their making: "NAME=CAPTION", "NAME=CAPTION|HINT",
+/// or "[FRAME]".
+QStringList Captions(const QWidget &page)
+{
+    QHash<const QWidget *, const QLabel *> labels;
+    for (const QLabel *label : page.findChildren<QLabel *>())
+        if (label->buddy())
+            labels[label->buddy()] = label;
+    QStringList captions;
+    for (const QWidget *control : page.findChildren<QWidget *>()) {
+        if (const auto *frame = qobject_cast<const QGroupBox *>(control))
+            captions.append(u'[' + frame->title() + u']');
+        if (control->objectName().isEmpty() || control->objectName().startsWith(u"qt_"_s) ||
+            control->parentWidget()->inherits("QComboBox"))
+            continue;
+        const QLabel *label = labels.value(control, qobject_cast<const QLabel *>(control));
+        if (label && label->buddy() && label == control)
+            continue; // told with its field
+        const auto *button = qobject_cast<const QAbstractButton *>(control);
+        const QString caption = label ? label->text() : button ? button->text() : u"(none)"_s;
+        const QString hint = control->toolTip();
+        captions.append(control->objectName() + u'=' + caption + (hint.isEmpty() ? QString() : u'|' + hint));
+    }
+    return captions;
+}
+
 struct RecordedRegistry : FileTypeRegistry {
     std::vector<ProgramFiles> registered;
     void Register(const ProgramFiles &files) override { registered.push_back(files); }
@@ -178,6 +210,7 @@ class FrmOptionsTest : public QObject
 
 private Q_SLOTS:
     void EachSettingHasItsControl();
+    void ControlsSayWhatTheyDo();
     void AnEmptyStoreGivesTheDefaults();
     void EverySettingGoesRound();
     void StoredFormsAreThoseOfTheControls();
@@ -193,14 +226,21 @@ private Q_SLOTS:
     void ColoursNeedSystemColorsOff();
     void APickedColourIsStored();
     void TheFontIsSetAtOnce();
+    void AProgramOfOneDialogStoresItsFont();
+    void AFontThatCannotBeStoredIsToldAlone();
     void SyntaxElementsNameTheSample();
     void ToolFieldsTellWhatTheyName();
     void BrowseButtonsAsk();
     void VariablesAreShown();
     void ExtensionsAreAssociatedAsTheyStand();
     void PagesTurnFromEverywhere();
+    void SmallPagesFollowTheKeyboard();
+    void SavingComesBeforeTheLooks();
     void TheWindowFollowsAtOnce();
+    void SyntaxColoursWait();
     void TheQuestionLeadsHere();
+    void OtherQuestionsLeadHereToo_data();
+    void OtherQuestionsLeadHereToo();
 };
 
 void FrmOptionsTest::EachSettingHasItsControl()
@@ -220,6 +260,81 @@ void FrmOptionsTest::EachSettingHasItsControl()
             found.insert(control->objectName());
     }
     QCOMPARE(found, declared);
+}
+
+void FrmOptionsTest::ControlsSayWhatTheyDo()
+{
+    // Each with what stands on it or before it, and its hint. A frame stands before its controls.
+    const QString works = u"Works only at file opening."_s;
+    const std::vector<std::pair<QString, QStringList>> pages = {
+        {u"Editor"_s,
+         {u"[Colors and font]"_s, u"SystemColors=Use &system colors"_s, u"bBackColor=&Back Color:|#ffffff"_s,
+          u"bFontColor=Fo&nt Color:|#000000"_s, u"bFont=Set &Font..."_s,
+          u"FixedPitchFonts=&Fixed Pitch Fonts|The list of fonts holds only those whose characters have one "
+          "width."_s,
+          u"[Tabs]"_s, u"TabInsertSpaces=&Insert spaces"_s, u"RealTabs=Keep &tabs"_s,
+          u"TabSpaces=S&paces in a tab:|How many spaces are worth one tab."_s,
+          u"TabSize=Tab si&ze:|Distance of the tab stops in dialog units, a quarter of a character each; 0 "
+          u"is "
+          "the editor's own. Works from the next start on."_s,
+          u"DragAndDrop=&Drag-and-drop text editing"_s, u"SyntaxHighlight=Syntax &highlight|"_s + works,
+          u"CppComments=&Use C style comments"_s, u"[Line separation]"_s,
+          u"LineWidth=Line &width:|How many characters a separator line has."_s,
+          u"LineStyle1=Style &1:|What the first separator line of the Insert menu is made of."_s,
+          u"LineStyle2=Style &2:|What the second separator line of the Insert menu is made of."_s}},
+        {u"Syntax colors"_s,
+         {u"lstSyntaxElements=Syntax &elements:"_s, u"lblSample=Sample"_s, u"bColor=Color..."_s}},
+        {u"General"_s,
+         {u"[Display]"_s,
+          u"SingleSelection=&Tree single selection"_s,
+          u"ExpandBrowse=&Expand Code Outline"_s,
+          u"HotTracking=&Hot tracking"_s,
+          u"Splash=&Splash screen"_s,
+          u"BandLabels=&Band labels"_s,
+          u"FlatButtons=&Flat buttons"_s,
+          u"[General]"_s,
+          u"DeleteTempFiles=&Delete temp files at startup"_s,
+          u"RememberCaret=&Remember caret position"_s,
+          u"SaveOnSwitch=Save on &Orc/Sco switch"_s,
+          u"ConfirmPresets=&Confirm Preset"_s,
+          u"OverwritePrompt=&Warn before overwrite"_s,
+          u"MinimizeOnPresets=&Minimize before Preset"_s,
+          u"MultipleInstances=Allow multiple &instances"_s,
+          u"SliderNegative=&Negative numbers on Slider"_s,
+          u"SafetyCopy=&Keep a copy of unsaved text|What was not saved is offered again after a crash or a "
+          "power cut."_s,
+          u"Startup=At start&up:"_s,
+          u"BakPath=Backu&p folder:|Empty: the folder of the document."_s,
+          u"bBakPath=Browse..."_s}},
+        {u"Programs"_s,
+         {u"Csound=&Csound:"_s, u"bCsound=Browse..."_s, u"Csound2=Csound #&2:"_s, u"bCsound2=Browse..."_s,
+          u"Help=&Help:"_s, u"bHelp=Browse..."_s, u"Editor=Sound &editor:"_s, u"bEditor=Browse..."_s,
+          u"Player=Sound &player:"_s, u"bPlayer=Browse..."_s, u"[Environment variables]"_s,
+          u"lblSFDIR=SFDIR: |SFDIR: "_s, u"lblSSDIR=SSDIR: |SSDIR: "_s, u"lblSADIR=SADIR: |SADIR: "_s,
+          u"lblINCDIR=INCDIR: |INCDIR: "_s}},
+        {u"Extensions"_s,
+         {u"OrchestraExtensions=&Orchestra:"_s, u"ScoreExtensions=&Score:"_s,
+          u"UFFExtensions=&Unified format:"_s, u"SoundExtensions=Sou&nd:"_s, u"MIDIExtensions=&MIDI:"_s,
+          u"lblExtensions=Type extensions separated by only one space. Example: \"xxx yyy zzz\" NOT \"*.xxx "
+          ".yyy    zzz\" "_s,
+          u"bAssociate=Associate e&xtensions..."_s}},
+    };
+    Options options;
+    options.Open();
+    const auto &tabs = options.Find<QTabWidget>(u"tbsOptions"_s);
+    QVERIFY(tabs.count() >= int(pages.size()));
+    for (int page = 0; page < int(pages.size()); ++page) {
+        QCOMPARE(tabs.tabText(page), pages[size_t(page)].first);
+        QCOMPARE(tabs.widget(page)->objectName(), u"picOptions_"_s + QString::number(page));
+        const QStringList shown = Captions(*tabs.widget(page));
+        const QStringList &expected = pages[size_t(page)].second;
+        for (qsizetype i = 0; i < expected.size(); ++i)
+            QCOMPARE(shown.value(i), expected[i]);
+        QCOMPARE(shown.size(), expected.size());
+    }
+    QCOMPARE(options.Find<QPushButton>(u"cmdOK"_s).text(), u"OK"_s);
+    QCOMPARE(options.Find<QPushButton>(u"cmdCancel"_s).text(), u"Cancel"_s);
+    QCOMPARE(options.Find<QPushButton>(u"cmdApply"_s).text(), u"&Apply"_s);
 }
 
 void FrmOptionsTest::AnEmptyStoreGivesTheDefaults()
@@ -598,6 +713,67 @@ void FrmOptionsTest::TheFontIsSetAtOnce()
     }
 }
 
+void FrmOptionsTest::AProgramOfOneDialogStoresItsFont()
+{
+    QTemporaryDir folder;
+    SettingsStore settings(folder.filePath(u"settings"_s));
+    settings.SaveText(Keys::Font, u"DejaVu Sans Mono"_s);
+    settings.SaveNumber(Keys::FontSize, 11);
+    ScriptedDesktop desktop;
+    ModalDriver driver;
+    const auto look = [&](double points) {
+        driver.Expect<frmOptions>([&driver, points](frmOptions &dialog) {
+            driver.Expect<QFontDialog>([points](QFontDialog &picker) {
+                QCOMPARE(picker.currentFont().family(), u"DejaVu Sans Mono"_s);
+                QFont font = picker.currentFont();
+                font.setPointSizeF(points);
+                picker.setCurrentFont(font);
+                picker.accept();
+            });
+            dialog.findChild<QPushButton *>(u"bFont"_s)->click();
+            dialog.findChild<QPushButton *>(u"cmdCancel"_s)->click();
+        });
+        ShowPreferencesAlone(settings, desktop);
+    };
+    look(11); // only looked at
+    QCOMPARE(settings.GetSetting(u"Options", u"FontBold", u"none"_s), u"none"_s);
+    look(17);
+    QCOMPARE(settings.Number(Keys::FontSize, 0), 17);
+    QCOMPARE(settings.Text(Keys::Font, {}), u"DejaVu Sans Mono"_s);
+    QCOMPARE(settings.GetSetting(u"Options", u"FontBold"), u"0"_s);
+    QCOMPARE(settings.GetSetting(u"Options", u"FontItalic"), u"0"_s);
+}
+
+void FrmOptionsTest::AFontThatCannotBeStoredIsToldAlone()
+{
+    QTemporaryDir folder;
+    const QString file = folder.filePath(u"settings"_s);
+    SettingsStore settings(file);
+    settings.SaveNumber(Keys::FontSize, 11);
+    ScriptedDesktop desktop;
+    ModalDriver driver;
+    driver.Expect<frmOptions>([&](frmOptions &dialog) {
+        driver.Expect<QFontDialog>([](QFontDialog &picker) {
+            QFont font = picker.currentFont();
+            font.setPointSizeF(17);
+            picker.setCurrentFont(font);
+            picker.accept();
+        });
+        dialog.findChild<QPushButton *>(u"bFont"_s)->click();
+        QFile::remove(file + u".lock"_s);
+        QVERIFY(QDir().mkdir(file + u".lock"_s));
+        try {
+            settings.SaveNumber(Keys::Window, 1);
+            QFAIL("the store can be written");
+        } catch (const RunTimeError &failure) {
+            desktop.ExpectMessage(ErrorBox(failure), BoxAnswer::Cancel);
+        }
+        dialog.findChild<QPushButton *>(u"cmdCancel"_s)->click();
+    });
+    ShowPreferencesAlone(settings, desktop); // and comes back: its caller has work to do
+    QCOMPARE(settings.Number(Keys::FontSize, 0), 11);
+}
+
 void FrmOptionsTest::SyntaxElementsNameTheSample()
 {
     Options options;
@@ -637,8 +813,12 @@ void FrmOptionsTest::ToolFieldsTellWhatTheyName()
         auto &field = options.Find<QLineEdit>(name);
         field.setText(u"/bin/one"_s);
         QCOMPARE(field.toolTip(), u"one: program ELF 64-bit"_s);
-        field.setText(u"/bin/on"_s);
-        QCOMPARE(field.toolTip(), QString());
+        for (const QString &other : {u"/bin/on"_s, QString(), u"\"/bin/one\""_s, u"one"_s}) {
+            field.setText(other); // taken as it stands
+            QCOMPARE(field.toolTip(), QString());
+            field.setText(u"/bin/one"_s);
+            QCOMPARE(field.toolTip(), u"one: program ELF 64-bit"_s);
+        }
     }
     options.Find<QLineEdit>(u"Help"_s).setText(u"/a <b>.pdf"_s);
     QVERIFY(options.Find(u"Help"_s).toolTip().contains(u"a &lt;b&gt;.pdf: PDF document"_s));
@@ -663,6 +843,9 @@ void FrmOptionsTest::BrowseButtonsAsk()
         QCOMPARE(field.text(), u"/x y"_s);
     }
     options.desktop.ExpectOpenDialog(HelpFileRequest(u"Help"_s, {}), {.path = u"/csound.pdf"_s});
+    options.Click(u"bHelp"_s);
+    QCOMPARE(options.Find<QLineEdit>(u"Help"_s).text(), u"/csound.pdf"_s);
+    options.desktop.ExpectOpenDialog(HelpFileRequest(u"Help"_s, u"/csound.pdf"_s), {});
     options.Click(u"bHelp"_s);
     QCOMPARE(options.Find<QLineEdit>(u"Help"_s).text(), u"/csound.pdf"_s);
 
@@ -749,9 +932,96 @@ void FrmOptionsTest::PagesTurnFromEverywhere()
     }
 }
 
+void FrmOptionsTest::SmallPagesFollowTheKeyboard()
+{
+    Options options;
+    options.Open();
+    auto &tabs = options.Find<QTabWidget>(u"tbsOptions"_s);
+    const auto bars = [&] {
+        int shown = 0;
+        for (const QScrollBar *bar : tabs.currentWidget()->findChildren<QScrollBar *>())
+            shown += bar->isVisible() && bar->window() == options.dialog.get() ? 1 : 0;
+        return shown;
+    };
+    for (int page = 0; page < tabs.count(); ++page) {
+        tabs.setCurrentIndex(page);
+        QVERIFY2(bars() == 0, qPrintable(tabs.tabText(page))); // there is room for all
+    }
+    options.dialog->resize(options.dialog->minimumSizeHint());
+    QVERIFY(options.dialog->height() < 400);
+    for (int page = 0; page < tabs.count(); ++page) {
+        tabs.setCurrentIndex(page);
+        QCoreApplication::processEvents();
+        const auto *area = qobject_cast<QScrollArea *>(tabs.currentWidget());
+        QVERIFY(area);
+        tabs.setFocus();
+        for (int i = 0; i < 60; ++i) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+            const QWidget *at = QApplication::focusWidget();
+            if (area->widget()->isAncestorOf(at)) {
+                const QRect place(at->mapTo(area->viewport(), QPoint(0, 0)), at->size());
+                // What is wider or higher than the page shows a part of itself.
+                const QRect part = place & area->viewport()->rect();
+                QVERIFY2(part.height() >= std::min(at->height(), area->viewport()->height() / 2) &&
+                             part.width() >= std::min(at->width(), area->viewport()->width() / 2),
+                         qPrintable(u"%1: %2 %3 of %4 %5, %6 %7"_s.arg(at->objectName())
+                                        .arg(place.x())
+                                        .arg(place.y())
+                                        .arg(place.width())
+                                        .arg(place.height())
+                                        .arg(area->viewport()->width())
+                                        .arg(area->viewport()->height())));
+            }
+        }
+    }
+    // So does a key of its own, from another page's end.
+    tabs.setCurrentIndex(2);
+    auto &area = *qobject_cast<QScrollArea *>(tabs.currentWidget());
+    area.verticalScrollBar()->setValue(0);
+    QTest::keyClick(options.dialog.get(), Qt::Key_P, Qt::AltModifier);
+    QCOMPARE(QApplication::focusWidget()->objectName(), u"BakPath"_s);
+    QVERIFY(!QApplication::focusWidget()->visibleRegion().isEmpty());
+}
+
+void FrmOptionsTest::SavingComesBeforeTheLooks()
+{
+    Options options;
+    QStringList calls;
+    bool fails = false;
+    for (const auto look : {Look::ToolPaths, Look::TextColours, Look::BandLabels, Look::HotTracking,
+                            Look::FlatButtons, Look::Font, Look::TabStops})
+        options.looks.Add(look, [&, look](const SettingsStore &settings) {
+            if (fails)
+                throw RunTimeError(ErrorNumber::InvalidCall, u"no"_s);
+            calls.append(QString::number(int(look)) + u' ' + settings.Text(Keys::BakPath));
+        });
+    options.Open();
+    options.Find<QLineEdit>(u"BakPath"_s).setText(u"/new"_s);
+    options.Click(u"cmdApply"_s);
+    QStringList expected;
+    for (const auto look : {Look::FlatButtons, Look::HotTracking, Look::BandLabels, Look::TextColours,
+                            Look::ToolPaths}) // the others wait for the next start
+        expected.append(QString::number(int(look)) + u" /new"_s);
+    QCOMPARE(calls, expected);
+
+    // A failure there is told, and takes nothing back.
+    fails = true;
+    options.Find<QLineEdit>(u"BakPath"_s).setText(u"/newer"_s);
+    options.desktop.ExpectMessage(ErrorBox(RunTimeError(ErrorNumber::InvalidCall, u"no"_s)),
+                                  BoxAnswer::Cancel);
+    options.Click(u"cmdOK"_s);
+    QVERIFY(options.dialog->isVisible());
+    QCOMPARE(options.Stored(u"BakPath"_s), u"/newer"_s);
+    fails = false;
+    options.Click(u"cmdOK"_s);
+    QVERIFY(!options.dialog->isVisible());
+}
+
 void FrmOptionsTest::TheWindowFollowsAtOnce()
 {
     EditorWindow editor;
+    editor.settings.SaveSetting(u"Presets", u"One", {});
+    editor.settings.SaveSetting(u"One", u"Command", u"/bin/true");
     editor.Open();
     editor.Text().LoadText(u"some text"_s);
     editor.window->Context().document.Modified = false;
@@ -761,6 +1031,12 @@ void FrmOptionsTest::TheWindowFollowsAtOnce()
     };
     QVERIFY(!bar.AreCaptionsShown());
     QVERIFY(flat(u"Toolbar1"_s));
+    QVERIFY(flat(u"tbPresets"_s));
+    const auto background = [&] {
+        return editor.Text().SendScintilla(QsciScintillaBase::SCI_STYLEGETBACK,
+                                           int(QsciScintillaBase::STYLE_DEFAULT));
+    };
+    const long systems = background();
     const long stops = editor.Text().SendScintilla(QsciScintillaBase::SCI_GETTABWIDTH);
     ModalDriver driver;
     driver.Expect<frmOptions>([&](frmOptions &dialog) {
@@ -774,11 +1050,13 @@ void FrmOptionsTest::TheWindowFollowsAtOnce()
         click(u"cmdApply");
         QVERIFY(bar.AreCaptionsShown());
         QVERIFY(!flat(u"Toolbar1"_s));
+        QVERIFY(!flat(u"tbPresets"_s));
         QVERIFY(editor.Find<QTreeView>(u"tvwBrowse"_s).hasMouseTracking());
         QVERIFY(editor.Find<QTreeView>(u"tvwRelated"_s).hasMouseTracking());
-        QCOMPARE(editor.Text().SendScintilla(QsciScintillaBase::SCI_STYLEGETBACK,
-                                             int(QsciScintillaBase::STYLE_DEFAULT)),
-                 0x102030);
+        QCOMPARE(background(), 0x102030);
+        click(u"SystemColors");
+        click(u"cmdApply");
+        QCOMPARE(background(), systems);
         QCOMPARE(editor.Text().SendScintilla(QsciScintillaBase::SCI_GETTABWIDTH), stops); // the next start
         click(u"BandLabels");
         click(u"cmdCancel");
@@ -788,6 +1066,40 @@ void FrmOptionsTest::TheWindowFollowsAtOnce()
     QCOMPARE(editor.Text().Text(), u"some text"_s);
     QVERIFY(!editor.Text().CanUndo());
     QVERIFY(!editor.window->Context().document.Modified);
+}
+
+void FrmOptionsTest::SyntaxColoursWait()
+{
+    EditorWindow editor;
+    const QString piece = editor.WriteFile(u"a.orc"_s, "; a comment\ninstr 1\nendin\n");
+    editor.Open({piece});
+    const auto style = [&] { return editor.Text().SendScintilla(QsciScintillaBase::SCI_GETSTYLEAT, 2ul); };
+    const auto colour = [&] {
+        return editor.Text().SendScintilla(QsciScintillaBase::SCI_STYLEGETFORE,
+                                           static_cast<unsigned long>(style()));
+    };
+    const long comment = style();
+    const long before = colour();
+    QVERIFY(comment != 0);
+    ModalDriver driver;
+    const auto toggle = [&] {
+        driver.Expect<frmOptions>([](frmOptions &dialog) {
+            dialog.findChild<QCheckBox *>(u"SyntaxHighlight"_s)->click();
+            dialog.findChild<QPushButton *>(u"cmdOK"_s)->click();
+        });
+        editor.Row(u"mnuPreferences"_s).trigger();
+    };
+    toggle(); // off
+    QVERIFY(!editor.settings.Flag(Keys::SyntaxHighlight));
+    QCOMPARE(style(), comment);
+    editor.window->Documents().OpenFile(piece);
+    QCOMPARE(style(), 0);
+    editor.settings.SaveColour(Keys::CommentsColor, 0x123456); // by hand, while the editor runs
+    toggle();                                                  // on
+    QCOMPARE(style(), 0);
+    editor.Row(u"mnuRefreshSyntaxHighlight"_s).trigger();
+    QCOMPARE(style(), comment);
+    QCOMPARE(colour(), before); // read at the next start
 }
 
 void FrmOptionsTest::TheQuestionLeadsHere()
@@ -822,6 +1134,38 @@ void FrmOptionsTest::TheQuestionLeadsHere()
     editor.desktop.ExpectShellRun({.file = csound, .parameters = u" /a.orc /a.sco"_s, .showState = 1});
     driver.Expect<QDialog>(fill);
     editor.Row(u"mnuRunCsound"_s).trigger();
+}
+
+void FrmOptionsTest::OtherQuestionsLeadHereToo_data()
+{
+    QTest::addColumn<QString>("row");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("a preset") << u"mnuPreset_0"_s << u"CSOUND2 macro returned empty string."_s;
+    QTest::newRow("the help") << u"mnuCsHelp"_s << u"You should first set a help file."_s;
+}
+
+void FrmOptionsTest::OtherQuestionsLeadHereToo()
+{
+    QFETCH(QString, row);
+    QFETCH(QString, text);
+    EditorWindow editor;
+    editor.settings.SaveSetting(u"Presets", u"One", {});
+    editor.settings.SaveSetting(u"One", u"Command", u"$CSOUND2$");
+    editor.Open({editor.WriteFile(u"a.csd"_s, "x\n")});
+    editor.desktop.ExpectMessage({.text = text + u" Do you want to open the Preferences dialog box now?"_s,
+                                  .icon = BoxIcon::Warning,
+                                  .buttons = BoxButtons::YesNo},
+                                 BoxAnswer::Yes);
+    ModalDriver driver;
+    bool seen = false;
+    driver.Expect<frmOptions>([&](frmOptions &dialog) {
+        seen = true;
+        dialog.findChild<QLineEdit *>(u"Csound"_s)->setText(u"/opt/csound"_s);
+        dialog.findChild<QPushButton *>(u"cmdOK"_s)->click();
+    });
+    editor.Row(row).trigger();
+    QVERIFY(seen);
+    QCOMPARE(editor.settings.GetSetting(u"Options", u"Csound"), u"/opt/csound"_s);
 }
 
 int main(int argc, char **argv)
