@@ -9,7 +9,7 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[3] / "scripts"))
 
-from display import DISPLAY_SIZE, PATIENCE, Failure, Sound, Stage, Window, check, equal, rendered  # noqa: E402, F401
+from display import DISPLAY_SIZE, PATIENCE, Failure, Sound, Stage, Window, check, equal, read_line, rendered  # noqa: E402, F401
 
 # The colours of a dark desktop, as its settings program writes them.
 DARK_DESKTOP = """[Colors:Window]
