@@ -92,6 +92,27 @@ def is_there_whole(stage):
     check("GPL-3" in (package.share / "doc" / "zelvane" / "copyright").read_text(), "the licence is told")
 
 
+def installation_gives_the_same_files(stage):
+    prefix = stage.folder / "prefix"
+    run("cmake", "--install", BUILD, "--prefix", prefix)
+
+    def files(root):
+        return sorted(str(file.relative_to(root)) for file in root.rglob("*") if not file.is_dir())
+
+    equal(files(prefix), files(package.root / "usr"), "files of cmake --install and of the package")
+    for program in (prefix / "bin").iterdir():
+        check(program.stat().st_mode & 0o111, f"{program.name} can be run")
+        check("RUNPATH" not in run("readelf", "-d", program), f"{program.name} looks for libraries in the build")
+
+
+def software_centres_show_the_documented_picture(stage):
+    description = (package.share / "metainfo" / "org.example.zelvane.metainfo.xml").read_text()
+    addresses = re.findall(r"<image[^>]*>([^<]+)</image>", description)
+    equal([address.rsplit("/", 1)[1] for address in addresses], ["screenshot.png"], "pictures")
+    width, height = map(int, run("identify", "-format", "%w %h", SOURCE / "docs" / "screenshot.png").split())
+    check(width >= 620 and width > height, f"docs/screenshot.png has {width} by {height} pixels")
+
+
 def icons_have_their_sizes(stage):
     icons = package.share / "icons" / "hicolor"
     run("xmllint", "--noout", icons / "scalable" / "apps" / "zelvane.svg")
@@ -178,6 +199,8 @@ with tempfile.TemporaryDirectory(prefix="zelvane-package-") as place:
         sys.exit(f"the package FAILED: {failure}")
     main(
         is_there_whole,
+        installation_gives_the_same_files,
+        software_centres_show_the_documented_picture,
         icons_have_their_sizes,
         formats_are_right,
         files_are_known_by_name_and_content,
