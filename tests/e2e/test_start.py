@@ -116,12 +116,14 @@ def paths_with_blanks_need_no_quotes(stage):
 
 def several_files_and_names_like_options(stage):
     stage.write_store(STORE.format(more=""))
-    for name in ("-style", "b.sco", "c d.csd"):
+    for name in ("-style", "b.sco", "c d.csd", "my -style fusion.csd"):
         (stage.home / name).write_text("; a piece\n")
     for arguments, name in (
         (["none.orc", "b.sco", "c d.csd"], "b.sco"),
         (["--", "-style"], "-style"),
         ([f"file://{stage.home}/c%20d.csd", "b.sco"], "c d.csd"),
+        (["my", "-style", "fusion.csd"], "my -style fusion.csd"),
+        (["-style", "fusion", "c d.csd"], "c d.csd"),
     ):
         editor = stage.start(*arguments)
         window = editor.window(lambda title: str(stage.home / name) in title)
