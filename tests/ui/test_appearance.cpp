@@ -14,6 +14,8 @@
 
 #include <QAction>
 #include <QFile>
+#include <QProxyStyle>
+#include <QSize>
 #include <QToolBar>
 #include <QToolButton>
 #include <QTreeView>
@@ -54,6 +56,21 @@ private:
     int m_events = inotify_init1(IN_NONBLOCK);
 };
 
+/// A style whose raised buttons are higher.
+class HighButtons : public QProxyStyle
+{
+public:
+    static constexpr int More = 60; ///< pixels
+
+    QSize sizeFromContents(ContentsType type, const QStyleOption *option, const QSize &contents,
+                           const QWidget *widget) const override
+    {
+        const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
+        const bool raised = type == CT_ToolButton && !(option->state & State_AutoRaise);
+        return raised ? size + QSize(0, More) : size;
+    }
+};
+
 } // namespace
 
 class AppearanceTest : public QObject
@@ -65,6 +82,7 @@ private Q_SLOTS:
     void AnUnreadableSettingKeepsNothingElseBack();
     void TheFontOfTheTextIsStoredAndComesBack();
     void TheRunningWindowFollowsChangedSettings();
+    void TheToolAreaMakesRoomForRaisedButtons();
 };
 
 void AppearanceTest::LooksAreAppliedInTheOrderOfTheStart()
@@ -175,6 +193,24 @@ void AppearanceTest::TheRunningWindowFollowsChangedSettings()
     // What the user has changed by a command stays.
     QVERIFY(editor.Text().WordWrap());
     QVERIFY(editor.Text().CurrentFont() == zoomed);
+}
+
+void AppearanceTest::TheToolAreaMakesRoomForRaisedButtons()
+{
+    HighButtons style;
+    EditorWindow editor;
+    editor.Open();
+    for (QToolButton *face : editor.Find<QToolBar>(u"Toolbar1"_s).findChildren<QToolButton *>())
+        face->setStyle(&style);
+    const auto &bar = editor.Find<BandBar>(u"CoolBar1"_s);
+    QCoreApplication::processEvents();
+    const int flat = bar.height();
+    editor.settings.SaveFlag(Keys::FlatButtons, false);
+    editor.window->Looks().ApplyAll();
+    QVERIFY(QTest::qWaitFor([&] { return bar.height() > flat + HighButtons::More / 2; }));
+    editor.settings.SaveFlag(Keys::FlatButtons, true);
+    editor.window->Looks().ApplyAll();
+    QVERIFY(QTest::qWaitFor([&] { return bar.height() == flat; }));
 }
 
 int main(int argc, char **argv)

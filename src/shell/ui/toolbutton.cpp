@@ -9,6 +9,8 @@
 #include "shell/ui/plaintooltip.h"
 
 #include <algorithm>
+#include <QCoreApplication>
+#include <QEvent>
 #include <QGuiApplication>
 #include <QIconEngine>
 #include <QKeySequence>
@@ -183,8 +185,12 @@ QAction *FindToolButton(const QToolBar &toolbar, Command command)
 void ShowFlatButtons(QToolBar &toolbar, const SettingsStore &settings)
 {
     const bool flat = settings.Flag(Keys::FlatButtons);
-    for (QToolButton *face : toolbar.findChildren<QToolButton *>())
+    for (QToolButton *face : toolbar.findChildren<QToolButton *>()) {
         face->setAutoRaise(flat);
+        // In some styles the two kinds are of two sizes, and by itself the button keeps the size that it had.
+        QEvent changed(QEvent::StyleChange);
+        QCoreApplication::sendEvent(face, &changed);
+    }
 }
 
 void ShowToolLabels(QToolBar &toolbar, bool shown)
