@@ -1,0 +1,306 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "writing/textnames.h"
+
+#include "language/findmark.h"
+#include "language/opcodelist.h"
+#include "language/scanner.h"
+#include "shell/findtext.h"
+#include "shell/separators.h"
+
+#include <algorithm>
+#include <array>
+#include <deque>
+#include <unordered_map>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane
+{
+
+namespace
+{
+
+/// IsWordCharacter, with a table for what most texts are made of.
+bool IsWord(QChar c)
+{
+    static const std::array<bool, 128> ascii = [] {
+        std::array<bool, 128> table{};
+        for (char16_t i = 0; i < 128; ++i)
+            table[i] = IsWordCharacter(QChar(i));
+        return table;
+    }();
+    return c.unicode() < 128 ? ascii[c.unicode()] : IsWordCharacter(c);
+}
+
+class NameFinder
+{
+public:
+    explicit NameFinder(QStringView text) : m_text(text) {}
+
+    TextNames Find(bool isUnified)
+    {
+        // The scan of a score: that of an orchestra takes what touches a word for a part of it.
+        const OpcodeList none;
+        const StyleRuns runs = ScanRange(m_text, 0, 0, ScanMode::Score, none).runs;
+        qsizetype from = 0;
+        for (const StyleRun &run : runs) {
+            const qsizetype end = run.start + run.length;
+            ReadCode(from, run.start);
+            if (run.style == StyleClass::Comment)
+                ReadComment(run.start, end);
+            else if (run.style == StyleClass::Literal)
+                ReadWords(run.start, end, m_code);
+            else if (m_text[run.start] == u'#')
+                ReadDirective(run.start, end);
+            from = std::max(from, end);
+        }
+        ReadRest(from);
+        if (isUnified)
+            FindScore();
+        m_names.code = List(m_code);
+        m_names.comments = List(m_comments);
+        return std::move(m_names);
+    }
+
+private:
+    using Words = std::unordered_map<QStringView, NameKind>;
+
+    static void Add(Words &words, QStringView name, NameKind kind)
+    {
+        const auto [word, isNew] = words.try_emplace(name, kind);
+        if (!isNew)
+            word->second = std::min(word->second, kind);
+    }
+
+    WordList List(const Words &words) const
+    {
+        std::vector<WordList::Name> names;
+        names.reserve(words.size());
+        for (const auto &[text, kind] : words)
+            names.push_back({text, kind});
+        return WordList(std::move(names));
+    }
+
+    /// Calls `found(start, end)` for each word that begins like a name.
+    template <typename Found> void ForEachWord(qsizetype from, qsizetype end, Found found) const
+    {
+        for (qsizetype at = from; at < end; ++at) {
+            if (!IsWord(m_text[at]))
+                continue;
+            const qsizetype start = at;
+            while (at < end && IsWord(m_text[at]))
+                ++at;
+            if (!m_text[start].isDigit())
+                found(start, at);
+        }
+    }
+
+    void ReadWords(qsizetype from, qsizetype end, Words &words) const
+    {
+        ForEachWord(from, end, [&](qsizetype start, qsizetype wordEnd) {
+            Add(words, m_text.sliced(start, wordEnd - start), NameKind::Word);
+        });
+    }
+
+    void ReadCode(qsizetype from, qsizetype end)
+    {
+        ForEachWord(from, end, [this](qsizetype start, qsizetype wordEnd) { ReadWord(start, wordEnd); });
+    }
+
+    /// What stands behind all that is coloured. There a comment that nothing ends can begin.
+    void ReadRest(qsizetype from)
+    {
+        const auto orEnd = [this](qsizetype at) { return at < 0 ? m_text.size() : at; };
+        const qsizetype comment =
+            std::min(orEnd(m_text.indexOf(u';', from)), orEnd(FindMark(m_text, u'/', u'*', from)));
+        ReadCode(from, comment);
+        if (comment < m_text.size())
+            ReadComment(comment, m_text.size());
+    }
+
+    void ReadComment(qsizetype start, qsizetype end)
+    {
+        ReadWords(start, end, m_comments);
+        if (m_text[start] != u';')
+            AddBlockComment(start, end);
+    }
+
+    void AddBlockComment(qsizetype start, qsizetype end) { m_names.blockComments.push_back({start, end}); }
+
+    void ReadDirective(qsizetype start, qsizetype end)
+    {
+        if (m_text.sliced(start, end - start) != u"#define")
+            return;
+        qsizetype at = end;
+        while (at < m_text.size() && IsBlankOrTab(m_text[at]))
+            ++at;
+        const qsizetype name = at;
+        while (at < m_text.size() && IsWord(m_text[at]))
+            ++at;
+        if (at > name) {
+            m_macros.push_back(u'$' + m_text.sliced(name, at - name).toString());
+            Add(m_code, m_macros.back(), NameKind::Macro);
+        }
+    }
+
+    void ReadWord(qsizetype start, qsizetype end)
+    {
+        const QStringView word = m_text.sliced(start, end - start);
+        Add(m_code, word, NameKind::Word);
+        switch (word.size()) {
+        case 3:
+            if (word == u"xin" && WaitsFor(&UserOpcode::inputs))
+                ReadPorts(LineStart(start), start, &UserOpcode::inputs);
+            break;
+        case 4:
+            if (word == u"xout" && WaitsFor(&UserOpcode::outputs))
+                ReadPorts(end, StatementEnd(end), &UserOpcode::outputs);
+            break;
+        case 5:
+            if (word == u"instr" && BeginsLine(start))
+                ReadInstruments(end);
+            else if (word == u"endop")
+                m_opcodeOpen = false;
+            else if (word == u"ftgen")
+                ReadTable(start);
+            break;
+        case 6:
+            if (word == u"opcode" && BeginsLine(start))
+                ReadOpcode(end);
+            break;
+        case 8:
+            if (word == u"ftgentmp")
+                ReadTable(start);
+            break;
+        case 9:
+            if (word == u"ftgenonce")
+                ReadTable(start);
+            break;
+        default:
+            break;
+        }
+    }
+
+    qsizetype LineStart(qsizetype at) const
+    {
+        while (at > 0 && !IsLineEnd(m_text[at - 1]))
+            --at;
+        return at;
+    }
+    bool BeginsLine(qsizetype at) const
+    {
+        while (at > 0 && IsBlankOrTab(m_text[at - 1]))
+            --at;
+        return at == 0 || IsLineEnd(m_text[at - 1]);
+    }
+    /// Where the line or its comment begins to be something else.
+    qsizetype StatementEnd(qsizetype at) const
+    {
+        const auto isComment = [this](qsizetype slash) {
+            return m_text[slash] == u'/' && slash + 1 < m_text.size() &&
+                   (m_text[slash + 1] == u'*' || m_text[slash + 1] == u'/');
+        };
+        while (at < m_text.size() && !IsLineEnd(m_text[at]) && m_text[at] != u';' && !isComment(at))
+            ++at;
+        return at;
+    }
+    /// The fields between commas, trimmed.
+    QList<QStringView> Fields(qsizetype from, qsizetype end) const
+    {
+        QList<QStringView> fields = m_text.sliced(from, end - from).split(u',');
+        for (QStringView &field : fields)
+            field = field.trimmed();
+        return fields;
+    }
+    static bool IsName(QStringView field)
+    {
+        return !field.isEmpty() && !field.front().isDigit() &&
+               std::all_of(field.begin(), field.end(), IsWord);
+    }
+
+    void ReadInstruments(qsizetype from)
+    {
+        for (QStringView field : Fields(from, StatementEnd(from))) {
+            if (field.startsWith(u'+'))
+                field = field.sliced(1);
+            if (IsName(field))
+                Add(m_code, field, NameKind::Instrument);
+        }
+    }
+
+    void ReadOpcode(qsizetype from)
+    {
+        m_opcodeOpen = false;
+        const QList<QStringView> fields = Fields(from, StatementEnd(from));
+        if (!IsName(fields[0]))
+            return;
+        Add(m_code, fields[0], NameKind::UserOpcode);
+        if (fields.size() != 3)
+            return; // written in a way that has other fields
+        m_names.opcodes.push_back({fields[0].toString(), ReadTypes(fields[1]), ReadTypes(fields[2]), {}, {}});
+        m_opcodeOpen = true;
+    }
+
+    /// Whether an opcode is open that has not named these yet.
+    bool WaitsFor(QStringList UserOpcode::*ports) const
+    {
+        return m_opcodeOpen && (m_names.opcodes.back().*ports).isEmpty();
+    }
+    void ReadPorts(qsizetype from, qsizetype end, QStringList UserOpcode::*ports)
+    {
+        for (const QStringView field : Fields(from, end))
+            (m_names.opcodes.back().*ports).append(field.toString());
+    }
+
+    /// The variable that takes the table's number stands before the opcode, maybe with a "=" between.
+    void ReadTable(qsizetype opcode)
+    {
+        qsizetype end = opcode;
+        while (end > 0 && (IsBlankOrTab(m_text[end - 1]) || m_text[end - 1] == u'='))
+            --end;
+        qsizetype start = end;
+        while (start > 0 && IsWord(m_text[start - 1]))
+            --start;
+        if (end < opcode && IsName(m_text.sliced(start, end - start)))
+            Add(m_code, m_text.sliced(start, end - start), NameKind::Table);
+    }
+
+    void FindScore()
+    {
+        const qsizetype opening = m_text.indexOf(u"<CsScore>"_s);
+        if (opening < 0)
+            return;
+        const qsizetype start = opening + 9;
+        const qsizetype closing = m_text.indexOf(u"</CsScore>"_s, start);
+        m_names.score = {start, closing < 0 ? m_text.size() : closing};
+    }
+
+    QStringView m_text;
+    TextNames m_names;
+    Words m_code, m_comments;
+    std::deque<QString> m_macros; ///< what the words of m_code view that stand nowhere in the text
+    bool m_opcodeOpen = false;
+};
+
+} // namespace
+
+TextNames FindNames(QStringView text, bool isUnified)
+{
+    return NameFinder(text).Find(isUnified);
+}
+
+QStringList ReadTypes(QStringView types)
+{
+    QStringList list;
+    for (const QChar c : types) {
+        if (c == u'[' || c == u']') {
+            if (!list.isEmpty())
+                list.back() += c;
+        } else if (!c.isSpace() && c != u'0') {
+            list.append(c);
+        }
+    }
+    return list;
+}
+
+} // namespace zelvane

@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstddef>
+#include <QString>
+#include <QStringView>
+#include <QtGlobal>
+#include <span>
+#include <vector>
+
+namespace zelvane
+{
+
+/// What a name stands for. Of a name that stands for several things the first counts.
+enum class NameKind : quint8 { Opcode, UserOpcode, Macro, Instrument, Table, Word };
+
+/// Some of the kinds of name, a bit for each.
+class NameKinds
+{
+public:
+    constexpr NameKinds(std::initializer_list<NameKind> kinds)
+    {
+        for (const NameKind kind : kinds)
+            m_bits |= 1u << unsigned(kind);
+    }
+    constexpr bool Has(NameKind kind) const { return m_bits >> unsigned(kind) & 1; }
+
+private:
+    unsigned m_bits = 0;
+};
+
+/// A name that may go on what has been typed, as it is shown and put in.
+struct Completion {
+    QString text;
+    NameKind kind = NameKind::Word;
+
+    bool operator==(const Completion &) const = default;
+};
+
+/// A list of names, made once and asked often. A name holds no line feed; an empty one is left out.
+class WordList
+{
+public:
+    struct Name {
+        QStringView text;
+        NameKind kind = NameKind::Word;
+    };
+
+    WordList() = default;
+    /// Names may repeat. They are copied.
+    explicit WordList(std::vector<Name> names);
+
+    std::size_t Count() const { return m_names.size(); }
+    QStringView Text(std::size_t name) const
+    {
+        return QStringView(m_text).sliced(m_names[name].start, m_names[name].length);
+    }
+    NameKind Kind(std::size_t name) const { return m_names[name].kind; }
+
+    /// How well a name answers to what was typed, the best first: it begins with it; begins with it in other
+    /// letters' case; a part of it (behind an underscore, at a capital letter, where letters and digits
+    /// meet, behind the letters that tell the rate of a variable) does; it holds it.
+    enum class Rank : quint8 { Beginning, BeginningAnyCase, Part, Inside };
+    /// A name that answers.
+    struct Hit {
+        std::size_t name;
+        Rank rank;
+    };
+
+    /// The names of some kinds that answer, the best `most` of them: by rank, then by the alphabet. Parts are
+    /// looked for from two letters on. With nothing typed every name answers.
+    std::vector<Hit> Find(QStringView typed, NameKinds kinds, std::size_t most) const;
+
+private:
+    struct Place {
+        qint32 start;
+        qint32 length;
+        NameKind kind;
+    };
+
+    QString m_text;             ///< all names, each with a line feed behind it, by the alphabet
+    QString m_folded;           ///< the same in small letters
+    std::vector<Place> m_names; ///< where they stand in both
+};
+
+/// The best `most` answers of several lists. A name that stands in several is there once, with the first of
+/// its kinds.
+/// @param typed is left out of the answers where it is a mere word of the text
+std::vector<Completion> Complete(QStringView typed, std::span<const WordList *const> lists, NameKinds kinds,
+                                 std::size_t most);
+
+} // namespace zelvane
