@@ -1,0 +1,219 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "writing/synopsis.h"
+
+#include "writing/textnames.h"
+
+#include <algorithm>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane
+{
+
+namespace
+{
+
+const QStringView Dots = u"...";
+
+/// The name, where nothing but a blank or a bracket follows it; -1 without it.
+qsizetype FindName(QStringView line, QStringView opcode)
+{
+    for (qsizetype at = 0; (at = line.indexOf(opcode, at)) >= 0; ++at) {
+        const qsizetype end = at + opcode.size();
+        const bool begins = at == 0 || line[at - 1] == u' ';
+        if (begins && (end == line.size() || line[end] == u' ' || line[end] == u'('))
+            return at;
+    }
+    return -1;
+}
+
+/// The arguments of a stretch: what stands between commas, without the brackets of optional ones and blanks.
+/// The brackets of an array type are a pair with nothing between.
+class ArgumentReader
+{
+public:
+    ArgumentReader(QStringView text, Synopsis &synopsis) : m_text(text), m_synopsis(synopsis) {}
+
+    void Read(qsizetype start, qsizetype end)
+    {
+        int depth = 0;
+        bool quoted = false;
+        qsizetype from = start;
+        for (qsizetype at = start; at < end; ++at) {
+            const QChar c = m_text[at];
+            if (c == u'"')
+                quoted = !quoted;
+            if (quoted)
+                continue;
+            if (c == u'(')
+                ++depth;
+            else if (c == u')')
+                --depth;
+            else if (depth == 0 && (c == u',' || IsOptionalMark(at, end))) {
+                Add(from, at);
+                from = at + 1;
+            }
+        }
+        Add(from, end);
+    }
+
+private:
+    bool IsOptionalMark(qsizetype at, qsizetype end) const
+    {
+        const QChar c = m_text[at];
+        if (c == u'[')
+            return at + 1 == end || m_text[at + 1] != u']';
+        return c == u']' && m_text[at - 1] != u'[';
+    }
+
+    void Add(qsizetype start, qsizetype end)
+    {
+        while (start < end && m_text[start] == u' ')
+            ++start;
+        while (end > start && m_text[end - 1] == u' ')
+            --end;
+        if (start == end)
+            return;
+        const bool isDots = m_text.sliced(start, end - start) == Dots;
+        // What is written between dots and a last one, "kx2, ..., kxn", belongs to the repetition.
+        if (!m_synopsis.repeats)
+            m_synopsis.arguments.push_back({start, end});
+        m_synopsis.repeats = m_synopsis.repeats || isDots;
+    }
+
+    QStringView m_text;
+    Synopsis &m_synopsis;
+};
+
+QString Joined(const QStringList &names)
+{
+    return names.join(u", "_s);
+}
+
+/// The type of an optional argument of an own opcode, its default behind it.
+QString ShownType(const QString &type)
+{
+    if (type.size() != 1)
+        return type;
+    switch (type[0].unicode()) {
+    case u'o':
+        return u"[i=0]"_s;
+    case u'p':
+        return u"[i=1]"_s;
+    case u'j':
+        return u"[i=-1]"_s;
+    case u'O':
+        return u"[k=0]"_s;
+    case u'P':
+        return u"[k=1]"_s;
+    case u'V':
+        return u"[k=.5]"_s;
+    case u'J':
+        return u"[k=-1]"_s;
+    default:
+        return type;
+    }
+}
+
+/// The variable of each type, or the type where the body names none; brackets stay with optional ones.
+QStringList Ports(const QStringList &names, const QStringList &types)
+{
+    QStringList ports;
+    for (qsizetype i = 0; i < types.size(); ++i) {
+        QString port = ShownType(types[i]);
+        if (names.size() == types.size())
+            port = port.startsWith(u'[') ? u'[' + names[i] + port.sliced(port.indexOf(u'=')) : names[i];
+        ports.append(port);
+    }
+    return ports;
+}
+
+QChar RateOfOutputs(QStringView outputs)
+{
+    if (outputs.size() > 1 && outputs[0] == u'g')
+        outputs = outputs.sliced(1);
+    return outputs.isEmpty() ? QChar() : outputs[0];
+}
+
+} // namespace
+
+int Synopsis::Shown(int argument) const
+{
+    const int count = int(arguments.size());
+    if (argument < count)
+        return argument;
+    return repeats ? count - 1 : -1;
+}
+
+QString Synopsis::RichText(int argument) const
+{
+    const auto bold = [this](const TextSpan &span) {
+        return u"<b>"_s + text.sliced(span.start, span.Length()).toHtmlEscaped() + u"</b>"_s;
+    };
+    QString rich = text.first(name.start).toHtmlEscaped() + bold(name);
+    qsizetype from = name.end;
+    if (const int shown = argument < 0 ? -1 : Shown(argument); shown >= 0) {
+        const TextSpan &span = arguments[std::size_t(shown)];
+        rich += text.sliced(from, span.start - from).toHtmlEscaped() + bold(span);
+        from = span.end;
+    }
+    return rich + text.sliced(from).toHtmlEscaped();
+}
+
+Synopsis MakeSynopsis(const QString &outputs, QStringView opcode, const QString &arguments)
+{
+    Synopsis synopsis;
+    synopsis.text = outputs.isEmpty() ? QString() : outputs + u' ';
+    synopsis.name = {synopsis.text.size(), synopsis.text.size() + opcode.size()};
+    synopsis.text += opcode;
+    if (!arguments.isEmpty())
+        synopsis.text += u' ' + arguments;
+    ArgumentReader(synopsis.text, synopsis).Read(synopsis.name.end, synopsis.text.size());
+    return synopsis;
+}
+
+std::optional<Synopsis> ReadSynopsis(QStringView line, QStringView opcode)
+{
+    Synopsis synopsis;
+    // A line that goes on has a backslash at its end.
+    synopsis.text = line.toString().simplified().remove(u"\\ "_s);
+    const QStringView text = synopsis.text;
+    const qsizetype name = opcode.isEmpty() ? -1 : FindName(text, opcode);
+    if (name < 0)
+        return {};
+    synopsis.name = {name, name + opcode.size()};
+    qsizetype start = synopsis.name.end;
+    qsizetype end = text.size();
+    // The form of a function, to which a remark may be added.
+    if (start < end && text[start] == u'(') {
+        const qsizetype close = text.lastIndexOf(u')', text.indexOf(u" (", start));
+        end = close < start ? end : close;
+        ++start;
+    }
+    ArgumentReader(text, synopsis).Read(start, end);
+    return synopsis;
+}
+
+Synopsis SynopsisOf(const UserOpcode &opcode)
+{
+    return MakeSynopsis(Joined(Ports(opcode.outputs, opcode.outputTypes)), opcode.name,
+                        Joined(Ports(opcode.inputs, opcode.inputTypes)));
+}
+
+std::vector<Synopsis> FormsForCall(const std::vector<Synopsis> &forms, QChar rate, int argument)
+{
+    std::vector<Synopsis> fitting;
+    for (const Synopsis &form : forms) {
+        const QChar given = RateOfOutputs(form.Outputs());
+        if (rate.isNull() || given == rate || given == u'x')
+            fitting.push_back(form);
+    }
+    if (fitting.empty())
+        fitting = forms;
+    std::stable_partition(fitting.begin(), fitting.end(), [argument](const Synopsis &form) {
+        return argument < 1 || form.Shown(argument) >= 0;
+    });
+    return fitting;
+}
+
+} // namespace zelvane
