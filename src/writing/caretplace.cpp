@@ -198,8 +198,10 @@ private:
                 m_isExpression = true;
             break;
         case u':':
-            if (InStatement() && !m_isExpression && m_frames[0].call.opcode.isEmpty())
+            if (InStatement() && !m_isExpression && m_frames[0].call.opcode.isEmpty()) {
                 m_isFirst = true; // that was a label
+                m_outputRate = {};
+            }
             break;
         case u'{':
             if (CharAt(m_at + 1) == u'{') { // a string of several lines

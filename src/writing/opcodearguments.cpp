@@ -145,15 +145,10 @@ struct JoinedForm {
     }
     QString Arguments() const
     {
-        QString text;
-        bool first = true;
-        for (const Argument &argument : arguments) {
-            const QString comma = first ? u""_s : u", "_s;
-            text += argument.optional ? (first ? u""_s : u" "_s) + u'[' + comma + argument.Text() + u']'
-                                      : comma + argument.Text();
-            first = false;
-        }
-        return text;
+        std::vector<ShownArgument> shown;
+        for (const Argument &argument : arguments)
+            shown.push_back({argument.Text(), argument.optional});
+        return JoinArguments(shown);
     }
 };
 

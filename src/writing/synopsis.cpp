@@ -85,45 +85,32 @@ private:
     Synopsis &m_synopsis;
 };
 
-QString Joined(const QStringList &names)
-{
-    return names.join(u", "_s);
-}
+/// What stands for the type of an own opcode's argument, and its value when it is left out.
+struct OptionalType {
+    char16_t letter;
+    QStringView shown;
+    QStringView standsIn;
+};
+const OptionalType OptionalTypes[] = {
+    {u'o', u"i", u"=0"}, {u'p', u"i", u"=1"},  {u'j', u"i", u"=-1"}, {u'O', u"k", u"=0"},
+    {u'P', u"k", u"=1"}, {u'V', u"k", u"=.5"}, {u'J', u"k", u"=-1"},
+};
 
-/// The type of an optional argument of an own opcode, its default behind it.
-QString ShownType(const QString &type)
+/// The variable of each type, or the type where the body names none.
+std::vector<ShownArgument> Ports(const QStringList &names, const QStringList &types)
 {
-    if (type.size() != 1)
-        return type;
-    switch (type[0].unicode()) {
-    case u'o':
-        return u"[i=0]"_s;
-    case u'p':
-        return u"[i=1]"_s;
-    case u'j':
-        return u"[i=-1]"_s;
-    case u'O':
-        return u"[k=0]"_s;
-    case u'P':
-        return u"[k=1]"_s;
-    case u'V':
-        return u"[k=.5]"_s;
-    case u'J':
-        return u"[k=-1]"_s;
-    default:
-        return type;
-    }
-}
-
-/// The variable of each type, or the type where the body names none; brackets stay with optional ones.
-QStringList Ports(const QStringList &names, const QStringList &types)
-{
-    QStringList ports;
+    const bool named = names.size() == types.size();
+    std::vector<ShownArgument> ports;
     for (qsizetype i = 0; i < types.size(); ++i) {
-        QString port = ShownType(types[i]);
-        if (names.size() == types.size())
-            port = port.startsWith(u'[') ? u'[' + names[i] + port.sliced(port.indexOf(u'=')) : names[i];
-        ports.append(port);
+        const auto known =
+            std::find_if(std::begin(OptionalTypes), std::end(OptionalTypes), [&](const OptionalType &type) {
+                return types[i].size() == 1 && types[i][0] == type.letter;
+            });
+        if (known == std::end(OptionalTypes))
+            ports.push_back({named ? names[i] : types[i], false});
+        else
+            ports.push_back(
+                {(named ? names[i] : known->shown.toString()) + known->standsIn.toString(), true});
     }
     return ports;
 }
@@ -158,6 +145,19 @@ QString Synopsis::RichText(int argument) const
         from = span.end;
     }
     return rich + text.sliced(from).toHtmlEscaped();
+}
+
+QString JoinArguments(const std::vector<ShownArgument> &arguments)
+{
+    QString text;
+    for (const ShownArgument &argument : arguments) {
+        const QString comma = text.isEmpty() ? QString() : u", "_s;
+        if (argument.optional)
+            text += (text.isEmpty() ? u"["_s : u" ["_s) + comma + argument.text + u']';
+        else
+            text += comma + argument.text;
+    }
+    return text;
 }
 
 Synopsis MakeSynopsis(const QString &outputs, QStringView opcode, const QString &arguments)
@@ -196,8 +196,8 @@ std::optional<Synopsis> ReadSynopsis(QStringView line, QStringView opcode)
 
 Synopsis SynopsisOf(const UserOpcode &opcode)
 {
-    return MakeSynopsis(Joined(Ports(opcode.outputs, opcode.outputTypes)), opcode.name,
-                        Joined(Ports(opcode.inputs, opcode.inputTypes)));
+    return MakeSynopsis(JoinArguments(Ports(opcode.outputs, opcode.outputTypes)), opcode.name,
+                        JoinArguments(Ports(opcode.inputs, opcode.inputTypes)));
 }
 
 std::vector<Synopsis> FormsForCall(const std::vector<Synopsis> &forms, QChar rate, int argument)

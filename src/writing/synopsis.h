@@ -31,6 +31,13 @@ struct Synopsis {
     QString RichText(int argument) const;
 };
 
+struct ShownArgument {
+    QString text;
+    bool optional = false;
+};
+/// A list of arguments with brackets around each optional one.
+QString JoinArguments(const std::vector<ShownArgument> &arguments);
+
 /// Reads the arguments of a form. @param outputs may be empty
 Synopsis MakeSynopsis(const QString &outputs, QStringView opcode, const QString &arguments);
 

@@ -43,6 +43,7 @@ public:
         const OpcodeList none;
         const StyleRuns runs = ScanRange(m_text, 0, 0, ScanMode::Score, none).runs;
         qsizetype from = 0;
+        qsizetype looked = 0; // up to here the scan has looked for comments
         for (const StyleRun &run : runs) {
             const qsizetype end = run.start + run.length;
             ReadCode(from, run.start);
@@ -52,9 +53,14 @@ public:
                 ReadWords(run.start, end, m_code);
             else if (m_text[run.start] == u'#')
                 ReadDirective(run.start, end);
-            from = std::max(from, end);
+            from = looked = end;
+            // Kept: what ends the name of a macro begins no comment; the slash that ends one may.
+            if (m_text[run.start] == u'$')
+                ++looked;
+            else if (m_text[end - 1] == u'/' && run.style == StyleClass::Comment)
+                --looked;
         }
-        ReadRest(from);
+        ReadRest(from, looked);
         if (isUnified)
             FindScore();
         m_names.code = List(m_code);
@@ -108,11 +114,11 @@ private:
     }
 
     /// What stands behind all that is coloured. There a comment that nothing ends can begin.
-    void ReadRest(qsizetype from)
+    void ReadRest(qsizetype from, qsizetype looked)
     {
         const auto orEnd = [this](qsizetype at) { return at < 0 ? m_text.size() : at; };
         const qsizetype comment =
-            std::min(orEnd(m_text.indexOf(u';', from)), orEnd(FindMark(m_text, u'/', u'*', from)));
+            std::min(orEnd(m_text.indexOf(u';', looked)), orEnd(FindMark(m_text, u'/', u'*', looked)));
         ReadCode(from, comment);
         if (comment < m_text.size())
             ReadComment(comment, m_text.size());
@@ -145,6 +151,8 @@ private:
 
     void ReadWord(qsizetype start, qsizetype end)
     {
+        if (start > 0 && m_text[start - 1] == u'$')
+            return; // the call of a macro
         const QStringView word = m_text.sliced(start, end - start);
         Add(m_code, word, NameKind::Word);
         switch (word.size()) {
