@@ -144,6 +144,7 @@ private:
         while (at < m_text.size() && IsWord(m_text[at]))
             ++at;
         if (at > name) {
+            m_macroName = name;
             m_macros.push_back(u'$' + m_text.sliced(name, at - name).toString());
             Add(m_code, m_macros.back(), NameKind::Macro);
         }
@@ -151,8 +152,8 @@ private:
 
     void ReadWord(qsizetype start, qsizetype end)
     {
-        if (start > 0 && m_text[start - 1] == u'$')
-            return; // the call of a macro
+        if (start == m_macroName || (start > 0 && m_text[start - 1] == u'$'))
+            return; // a macro, defined or called
         const QStringView word = m_text.sliced(start, end - start);
         Add(m_code, word, NameKind::Word);
         switch (word.size()) {
@@ -287,6 +288,7 @@ private:
     TextNames m_names;
     Words m_code, m_comments;
     std::deque<QString> m_macros; ///< what the words of m_code view that stand nowhere in the text
+    qsizetype m_macroName = -1;   ///< where that of the last definition begins
     bool m_opcodeOpen = false;
 };
 
