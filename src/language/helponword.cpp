@@ -11,11 +11,6 @@ using namespace Qt::Literals::StringLiterals;
 namespace zelvane
 {
 
-namespace
-{
-
-/// The help file of the settings, else the shipped one where its manual is installed; empty where there is
-/// none.
 QString HelpFile(const SettingsStore &settings, const QString &programFolder)
 {
     const QString file = settings.Text(Keys::Help);
@@ -25,8 +20,6 @@ QString HelpFile(const SettingsStore &settings, const QString &programFolder)
     const auto manual = ReadManual(shipped);
     return manual && manual->IsThere() ? shipped : QString();
 }
-
-} // namespace
 
 void HelpOnWord(EditorContext &editor, const QString &programFolder)
 {
