@@ -3,9 +3,12 @@
 
 #include "shell/ui/windowcontext.h"
 
+#include <memory>
+
 namespace zelvane
 {
 
+class NameKeeper;
 class OpcodeList;
 class TextDecorations;
 
@@ -14,6 +17,8 @@ struct WritingContext {
     const WindowContext &window;
     TextDecorations &decorations;
     const OpcodeList &opcodes; ///< loaded, and never changed, before the first document comes
+    /// What is known of the names in the text (see SharedNames).
+    mutable std::weak_ptr<NameKeeper> names = {};
 };
 
 /// A writing aid: it is made when its setting is on, works as long as it lives, and leaves no trace when it

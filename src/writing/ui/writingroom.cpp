@@ -7,6 +7,7 @@
 #include "shell/ui/appearance.h"
 #include "shell/ui/menuname.h"
 #include "shell/ui/menutable.h"
+#include "writing/ui/completionaid.h"
 #include "writing/ui/currentline.h"
 #include "writing/ui/linenumbers.h"
 #include "writing/writingkeys.h"
@@ -52,7 +53,7 @@ constexpr AidRow Aids[] = {
     {Keys::MoveLines, nullptr},
 
     // What may come next.
-    {Keys::Completion, nullptr},
+    {Keys::Completion, Make<CompletionAid>},
     {Keys::ArgumentHint, nullptr},
 
     // Searches.

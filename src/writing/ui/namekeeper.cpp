@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "writing/ui/namekeeper.h"
+
+#include "platform/ui/textcontrol.h"
+#include "platform/ui/utf8text.h"
+#include "shell/document.h"
+#include "shell/editorcontext.h"
+#include "shell/ui/windowcontext.h"
+#include "writing/ui/writingaid.h"
+
+#include <algorithm>
+#include <chrono>
+#include <QByteArray>
+#include <QMetaObject>
+#include <QString>
+#include <utility>
+
+namespace zelvane
+{
+
+namespace
+{
+
+constexpr std::chrono::milliseconds Pause(300);
+
+/// Where a place goes when the text before it, or around it, is edited.
+qsizetype Moved(qsizetype place, qsizetype offset, qsizetype removed, qsizetype added)
+{
+    if (place <= offset)
+        return place;
+    return std::max(place - removed, offset) + added;
+}
+
+} // namespace
+
+NameKeeper::NameKeeper(TextControl &text, const DocumentRecord &document) : m_text(text), m_document(document)
+{
+    m_pause.setSingleShot(true);
+    m_pause.setInterval(Pause);
+    connect(&m_pause, &QTimer::timeout, this, &NameKeeper::Read);
+    connect(&text, &TextControl::edited, this, [this](qsizetype offset, qsizetype removed, qsizetype added) {
+        FollowEdit({offset, removed, added});
+    });
+    m_pause.start();
+}
+
+bool NameKeeper::IsUnified() const
+{
+    return m_document.DocumentKind == FileKind::Unified;
+}
+
+const TextNames &NameKeeper::Names()
+{
+    if ((m_behind || m_unified != IsUnified()) && m_text.Length() <= QuickLength) {
+        m_unified = IsUnified();
+        m_names = FindNames(m_text.Text(), m_unified);
+        m_behind = false;
+    }
+    return m_names;
+}
+
+void NameKeeper::FollowEdit(const Edit &edit)
+{
+    m_behind = true;
+    m_pause.start();
+    if (m_reading)
+        m_since.push_back(edit);
+    const auto follow = [&edit](TextSpan &span) {
+        span.start = Moved(span.start, edit.offset, edit.removed, edit.added);
+        span.end = Moved(span.end, edit.offset, edit.removed, edit.added);
+    };
+    // What lies before the edit stays: mostly all or nothing of it has to be looked at.
+    std::vector<TextSpan> &comments = m_names.blockComments;
+    auto comment = std::lower_bound(comments.begin(), comments.end(), edit.offset,
+                                    [](const TextSpan &span, qsizetype at) { return span.end <= at; });
+    std::for_each(comment, comments.end(), follow);
+    follow(m_names.score);
+}
+
+void NameKeeper::Read()
+{
+    if (!m_behind || m_reading || m_text.Length() <= QuickLength)
+        return;
+    m_reading = true;
+    m_since.clear();
+    m_unified = IsUnified();
+    m_worker.Do([this, bytes = m_text.Utf8(), unified = m_unified]() mutable {
+        const QString text = FromUtf8(bytes);
+        bytes.clear();
+        auto names = std::make_shared<TextNames>(FindNames(text, unified));
+        QMetaObject::invokeMethod(
+            this, [this, names] { Take(std::move(*names)); }, Qt::QueuedConnection);
+    });
+}
+
+void NameKeeper::Take(TextNames names)
+{
+    m_names = std::move(names);
+    m_reading = false;
+    m_behind = false;
+    for (const Edit &edit : std::exchange(m_since, {}))
+        FollowEdit(edit);
+    Q_EMIT found();
+}
+
+std::shared_ptr<NameKeeper> SharedNames(const WritingContext &context)
+{
+    std::shared_ptr<NameKeeper> names = context.names.lock();
+    if (!names) {
+        names = std::make_shared<NameKeeper>(context.window.text, context.window.editor.document);
+        context.names = names;
+    }
+    return names;
+}
+
+} // namespace zelvane
