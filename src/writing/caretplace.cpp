@@ -239,6 +239,11 @@ TextPart PartAtEnd(QStringView beginning, bool inComment)
     return WithoutComments(beginning).atEnd;
 }
 
+QString CodeOf(QStringView text)
+{
+    return WithoutComments(text).text;
+}
+
 bool IsInBlockComment(const std::vector<TextSpan> &comments, qsizetype offset, qsizetype textLength)
 {
     auto behind = std::lower_bound(comments.begin(), comments.end(), offset,

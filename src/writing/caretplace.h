@@ -20,6 +20,9 @@ enum class TextPart { Code, String, Comment };
 /// @param inComment whether the line begins in a block comment
 TextPart PartAtEnd(QStringView beginning, bool inComment);
 
+/// The text with blanks in the place of comments and double quotes in that of strings.
+QString CodeOf(QStringView text);
+
 /// Whether `offset` is inside one of the block comments, or right behind one that ends with the text.
 bool IsInBlockComment(const std::vector<TextSpan> &comments, qsizetype offset, qsizetype textLength);
 

@@ -7,6 +7,7 @@
 #include "shell/ui/appearance.h"
 #include "shell/ui/menuname.h"
 #include "shell/ui/menutable.h"
+#include "writing/ui/argumenthint.h"
 #include "writing/ui/completionaid.h"
 #include "writing/ui/currentline.h"
 #include "writing/ui/linenumbers.h"
@@ -54,7 +55,7 @@ constexpr AidRow Aids[] = {
 
     // What may come next.
     {Keys::Completion, Make<CompletionAid>},
-    {Keys::ArgumentHint, nullptr},
+    {Keys::ArgumentHint, Make<ArgumentHintAid>},
 
     // Searches.
     {Keys::FindInFiles, nullptr},
