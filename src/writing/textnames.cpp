@@ -69,21 +69,25 @@ public:
     }
 
 private:
-    using Words = std::unordered_map<QStringView, NameKind>;
+    struct Found {
+        NameKind kind;
+        int words; ///< how often it stands in the text
+    };
+    using Words = std::unordered_map<QStringView, Found>;
 
     static void Add(Words &words, QStringView name, NameKind kind)
     {
-        const auto [word, isNew] = words.try_emplace(name, kind);
-        if (!isNew)
-            word->second = std::min(word->second, kind);
+        Found &word = words.try_emplace(name, Found{kind, 0}).first->second;
+        word.kind = std::min(word.kind, kind);
+        word.words += kind == NameKind::Word;
     }
 
     WordList List(const Words &words) const
     {
         std::vector<WordList::Name> names;
         names.reserve(words.size());
-        for (const auto &[text, kind] : words)
-            names.push_back({text, kind});
+        for (const auto &[text, found] : words)
+            names.push_back({text, found.kind, found.words > 1});
         return WordList(std::move(names));
     }
 

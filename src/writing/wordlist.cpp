@@ -52,6 +52,7 @@ WordList::WordList(std::vector<Name> names)
         QStringView text;
         QStringView folded;
         NameKind kind;
+        bool again;
     };
     qsizetype length = 0;
     for (const Name &name : names)
@@ -68,7 +69,8 @@ WordList::WordList(std::vector<Name> names)
     qsizetype at = 0;
     for (const Name &name : names) {
         if (!name.text.isEmpty())
-            rows.push_back({name.text, QStringView(folded).sliced(at, name.text.size()), name.kind});
+            rows.push_back(
+                {name.text, QStringView(folded).sliced(at, name.text.size()), name.kind, name.again});
         at += name.text.size();
     }
     std::sort(rows.begin(), rows.end(), [](const Row &one, const Row &other) {
@@ -83,7 +85,7 @@ WordList::WordList(std::vector<Name> names)
     m_folded.reserve(length + qsizetype(rows.size()));
     m_names.reserve(rows.size());
     for (const Row &row : rows) {
-        m_names.push_back({qint32(m_text.size()), qint32(row.text.size()), row.kind});
+        m_names.push_back({qint32(m_text.size()), qint32(row.text.size()), row.kind, row.again});
         (m_text += row.text) += u'\n';
         (m_folded += row.folded) += u'\n';
     }
@@ -149,7 +151,7 @@ std::vector<Completion> Complete(QStringView typed, std::span<const WordList *co
     for (const WordList *list : lists) {
         for (const WordList::Hit &hit : list->Find(typed, kinds, most + 1)) {
             const QStringView text = list->Text(hit.name);
-            if (text != typed || list->Kind(hit.name) != NameKind::Word)
+            if (text != typed || list->Kind(hit.name) != NameKind::Word || list->Again(hit.name))
                 rows.push_back({text, Folded(text), hit.rank, list->Kind(hit.name)});
         }
     }

@@ -44,10 +44,11 @@ public:
     struct Name {
         QStringView text;
         NameKind kind = NameKind::Word;
+        bool again = false; ///< it stands in the text more than once
     };
 
     WordList() = default;
-    /// Names may repeat. They are copied.
+    /// Names may repeat: of equal ones the first of their kinds counts. They are copied.
     explicit WordList(std::vector<Name> names);
 
     std::size_t Count() const { return m_names.size(); }
@@ -56,6 +57,7 @@ public:
         return QStringView(m_text).sliced(m_names[name].start, m_names[name].length);
     }
     NameKind Kind(std::size_t name) const { return m_names[name].kind; }
+    bool Again(std::size_t name) const { return m_names[name].again; }
 
     /// How well a name answers to what was typed, the best first: it begins with it; begins with it in other
     /// letters' case; a part of it (behind an underscore, at a capital letter, where letters and digits
@@ -76,6 +78,7 @@ private:
         qint32 start;
         qint32 length;
         NameKind kind;
+        bool again;
     };
 
     QString m_text;             ///< all names, each with a line feed behind it, by the alphabet
@@ -85,7 +88,8 @@ private:
 
 /// The best `most` answers of several lists. A name that stands in several is there once, with the first of
 /// its kinds.
-/// @param typed is left out of the answers where it is a mere word of the text
+/// @param typed is left out of the answers where it is a mere word that stands in the text once: there it is
+/// what is typed
 std::vector<Completion> Complete(QStringView typed, std::span<const WordList *const> lists, NameKinds kinds,
                                  std::size_t most);
 

@@ -152,12 +152,16 @@ TEST(WordList, BeginningsComeBeforePartsOfWords)
               QStringList({u"oscil"_s, u"osciliktp"_s, u"OSCsend"_s, u"giOsc"_s, u"kosc"_s, u"moscil"_s}));
 }
 
-TEST(WordList, WhatWasTypedIsNoAnswerOfTheTextItself)
+TEST(WordList, WhatIsTypedIsNoAnswerUnlessItStandsElsewhere)
 {
-    const WordList list = ListOf({{u"kfreq"_s, NameKind::Word}, {u"kfreq2"_s, NameKind::Word}});
+    const WordList list({{u"kfreq", NameKind::Word},
+                         {u"kfreq2", NameKind::Word},
+                         {u"kamp", NameKind::Word, true},
+                         {u"kamp2", NameKind::Word, true}});
     const WordList opcodes = ListOf({{u"out"_s, NameKind::Opcode}, {u"outs"_s, NameKind::Opcode}});
     const std::array<const WordList *, 2> lists = {&list, &opcodes};
     EXPECT_EQ(Texts(Complete(u"kfreq", lists, All, 100)), QStringList({u"kfreq2"_s}));
+    EXPECT_EQ(Texts(Complete(u"kamp", lists, All, 100)), QStringList({u"kamp"_s, u"kamp2"_s}));
     EXPECT_EQ(Texts(Complete(u"out", lists, All, 100)), QStringList({u"out"_s, u"outs"_s}));
 }
 

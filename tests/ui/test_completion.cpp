@@ -207,6 +207,12 @@ void CompletionTest::AWholeWordNeedsNothingTaken()
     typist.Press(Qt::Key_Down);
     typist.Press(Qt::Key_Return);
     QCOMPARE(typist.Text().Text(), u"\noscil\noscili"_s);
+    // So is a word that the text has already, though longer ones begin like it.
+    Typist again("asig2 = 1\nasig = 2\n");
+    again.Type(u"out asig"_s);
+    QCOMPARE(again.Rows(), QStringList({u"asig"_s, u"asig2"_s}));
+    again.Type(u"\ninstr out\nopcode out\n#define out\n"_s);
+    QCOMPARE(again.Text().Text(), u"asig2 = 1\nasig = 2\nout asig\ninstr out\nopcode out\n#define out\n"_s);
 }
 
 void CompletionTest::TheCommandListsByBeginningsAndParts()

@@ -50,6 +50,14 @@ bool HasPlainModifiers(const QKeyEvent &event)
     return !(event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier | Qt::GroupSwitchModifier));
 }
 
+/// Whether a name that follows is one that the line makes.
+bool IsNewName(QStringView line)
+{
+    line = line.trimmed();
+    return line == u"opcode" || line == u"#define" || line == u"instr" ||
+           (line.startsWith(u"instr ") && line.endsWith(u','));
+}
+
 NameKinds KindsFor(TextPart part, bool inScore)
 {
     // A score calls no opcode, and neither does a string.
@@ -248,7 +256,7 @@ void CompletionAid::Open(Why why)
         const bool isCsound =
             kind == FileKind::Orchestra || kind == FileKind::Score || kind == FileKind::Unified;
         if (m_dismissed == start || letters < LettersTyped || part != TextPart::Code || !isCsound ||
-            word.span.end > caret - from)
+            word.span.end > caret - from || IsNewName(QStringView(around).first(word.span.start)))
             return;
     } else if (why == Why::Following) {
         if (!m_shown || start != m_shown->start || (word.typed.isEmpty() && !m_shown->asked)) {
@@ -268,7 +276,8 @@ void CompletionAid::Open(Why why)
     const bool inScore = kind == FileKind::Score || (caret >= names.score.start && caret < names.score.end);
     std::vector<Completion> rows = Complete(word.typed, lists, KindsFor(part, inScore), MostRows);
     // The word itself, when the caret is inside of it, is no news.
-    std::erase(rows, Completion{around.sliced(word.span.start, word.span.Length()), NameKind::Word});
+    if (word.typed.size() < word.span.Length())
+        std::erase(rows, Completion{around.sliced(word.span.start, word.span.Length()), NameKind::Word});
     if (rows.empty() || (rows.size() == 1 && rows.front().text == word.typed)) {
         Close();
         return;
