@@ -9,8 +9,8 @@ namespace zelvane
 class SettingsStore;
 struct EditorContext;
 
-/// The help file of the settings, else the shipped one, `csound.hlp` in the program's folder, where the manual
-/// that it names is there; empty where there is none.
+/// The help file of the settings, else the shipped one, `csound.hlp` in the program's folder, where the
+/// manual that it names is there; empty where there is none.
 QString HelpFile(const SettingsStore &settings, const QString &programFolder);
 
 /// The command `mnuCsHelp`: help on the selected word. A help file "*.hlp" is opened at the word if the
