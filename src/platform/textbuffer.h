@@ -21,6 +21,12 @@ struct TextSpan {
     bool operator==(const TextSpan &) const = default;
 };
 
+/// A stretch of text and what takes its place.
+struct TextReplacement {
+    TextSpan span;
+    QString text;
+};
+
 /// The kinds of step that undo and redo know, in the numbers of UndoType's texts.
 enum class UndoKind { None, Typing, Delete, DragDrop, Cut, Paste };
 
@@ -60,6 +66,8 @@ public:
     /// overlap, in one undo step. What stands between keeps its classes. The caret goes behind the last new
     /// text; nothing happens without a start.
     virtual void ReplaceEach(const std::vector<qint32> &starts, qsizetype length, const QString &text) = 0;
+    /// The same where each stretch, which may be empty, has a text of its own.
+    virtual void ReplaceEach(const std::vector<TextReplacement> &replacements) = 0;
 
     /// At least 1: a text that ends in a line end has an empty last line.
     virtual qsizetype LineCount() const = 0;

@@ -74,16 +74,24 @@ void StringBuffer::ReplaceRange(qsizetype start, qsizetype end, const QString &n
 
 void StringBuffer::ReplaceEach(const std::vector<qint32> &starts, qsizetype length, const QString &newText)
 {
-    if (starts.empty())
+    std::vector<TextReplacement> replacements;
+    for (const qint32 start : starts)
+        replacements.push_back({{start, start + length}, newText});
+    ReplaceEach(replacements);
+}
+
+void StringBuffer::ReplaceEach(const std::vector<TextReplacement> &replacements)
+{
+    if (replacements.empty())
         return;
     const int steps = undoSteps;
     qsizetype shift = 0;
-    for (const qint32 start : starts) {
+    for (const TextReplacement &one : replacements) {
         // In two steps: a hit keeps nothing of its classes.
-        ReplaceRange(start + shift, start + shift + length, {});
-        SetSelection(start + shift, start + shift);
-        ReplaceSelection(newText);
-        shift = selection.end - (start + length);
+        ReplaceRange(one.span.start + shift, one.span.end + shift, {});
+        SetSelection(one.span.start + shift, one.span.start + shift);
+        ReplaceSelection(one.text);
+        shift = selection.end - one.span.end;
     }
     undoSteps = steps + 1;
 }

@@ -26,6 +26,7 @@ public:
     void ReplaceSelection(const QString &newText) override;
     void ReplaceRange(qsizetype start, qsizetype end, const QString &newText) override;
     void ReplaceEach(const std::vector<qint32> &starts, qsizetype length, const QString &newText) override;
+    void ReplaceEach(const std::vector<TextReplacement> &replacements) override;
     qsizetype LineCount() const override;
     qsizetype LineOfOffset(qsizetype offset) const override;
     qsizetype LineStart(qsizetype line) const override;

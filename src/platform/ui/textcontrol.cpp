@@ -6,12 +6,14 @@
 #include "platform/ui/utf8text.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <new>
 #include <QFontDatabase>
 #include <QGuiApplication>
 #include <QInputMethod>
 #include <QMetaMethod>
 #include <utility>
+#include <vector>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -353,24 +355,50 @@ QByteArray TextControl::Replacing(qsizetype start, qsizetype end, QByteArrayView
 
 void TextControl::ReplaceEach(const std::vector<qint32> &starts, qsizetype length, const QString &text)
 {
-    if (starts.empty())
+    const QByteArray put = ToUtf8(text);
+    ReplaceStretches(
+        starts.size(), starts.size() * std::size_t(put.size()),
+        [&](std::size_t i) {
+            return TextSpan{starts[i], starts[i] + length};
+        },
+        [&](std::size_t) -> const QByteArray & { return put; });
+}
+
+void TextControl::ReplaceEach(const std::vector<TextReplacement> &replacements)
+{
+    std::vector<QByteArray> put;
+    put.reserve(replacements.size());
+    std::size_t come = 0;
+    for (const TextReplacement &one : replacements) {
+        put.push_back(ToUtf8(one.text));
+        come += std::size_t(put.back().size());
+    }
+    ReplaceStretches(
+        replacements.size(), come, [&](std::size_t i) { return replacements[i].span; },
+        [&](std::size_t i) -> const QByteArray & { return put[i]; });
+}
+
+template <typename SpanAt, typename BytesAt>
+void TextControl::ReplaceStretches(std::size_t count, std::size_t come, const SpanAt &spanAt,
+                                   const BytesAt &bytesAt)
+{
+    if (count == 0)
         return;
     // One edit from the first stretch to the last: as many edits as stretches would need as many undo
     // records.
-    const QByteArray put = ToUtf8(text);
-    const qsizetype first = m_map.ToByte(starts.front());
-    const qsizetype last = m_map.ToByte(starts.back() + length);
+    const qsizetype first = m_map.ToByte(spanAt(0).start);
+    const qsizetype last = m_map.ToByte(spanAt(count - 1).end);
     char style = ClassBefore(first);
     const QByteArray styles = StyleBytes(first, last - first);
     const QByteArrayView bytes = Bytes(first, last - first);
-    const qsizetype most = bytes.size() + qsizetype(starts.size()) * put.size();
+    const qsizetype most = bytes.size() + qsizetype(come);
     QByteArray newBytes(most, Qt::Uninitialized);
     QByteArray newStyles(most, Qt::Uninitialized);
     char *toByte = newBytes.data();
     char *toStyle = newStyles.data();
 
     qsizetype at = 0;
-    qsizetype unit = starts.front();
+    qsizetype unit = spanAt(0).start;
     const auto walkTo = [&](qsizetype target) {
         if (m_map.IsAscii()) {
             at += target - unit;
@@ -386,16 +414,18 @@ void TextControl::ReplaceEach(const std::vector<qint32> &starts, qsizetype lengt
             unit += byte >= 0xF0 ? 2 : 1;
         }
     };
-    for (const qint32 start : starts) {
+    for (std::size_t i = 0; i < count; ++i) {
+        const TextSpan span = spanAt(i);
+        const QByteArray &put = bytesAt(i);
         const qsizetype from = at;
-        walkTo(start);
+        walkTo(span.start);
         toByte = std::copy(bytes.data() + from, bytes.data() + at, toByte);
         toStyle = std::copy(styles.constData() + from, styles.constData() + at, toStyle);
         if (toStyle != newStyles.constData())
             style = toStyle[-1];
         toByte = std::copy(put.begin(), put.end(), toByte);
         toStyle = std::fill_n(toStyle, put.size(), style);
-        walkTo(start + length);
+        walkTo(span.end);
     }
     newBytes.truncate(toByte - newBytes.constData());
     newStyles.truncate(toStyle - newStyles.constData());

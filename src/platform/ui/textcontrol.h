@@ -11,6 +11,7 @@
 #include "platform/ui/undotrail.h"
 
 #include <array>
+#include <cstddef>
 #include <functional>
 #include <vector>
 
@@ -60,6 +61,7 @@ public:
     /// The selection stays on the same characters; what of it is replaced shrinks to `start`.
     void ReplaceRange(qsizetype start, qsizetype end, const QString &text) override;
     void ReplaceEach(const std::vector<qint32> &starts, qsizetype length, const QString &text) override;
+    void ReplaceEach(const std::vector<TextReplacement> &replacements) override;
     qsizetype LineCount() const override;
     qsizetype LineOfOffset(qsizetype offset) const override;
     qsizetype LineStart(qsizetype line) const override;
@@ -236,6 +238,10 @@ private:
     /// when nothing would change.
     void ReplaceBytes(qsizetype start, qsizetype end, const QByteArray &utf8, UndoKind kind,
                       bool goesOn = false);
+    /// Replaces stretches, in order, in one undo step. @param come bytes of all that takes their places
+    /// @param spanAt gives the TextSpan of a stretch @param bytesAt its new bytes
+    template <typename SpanAt, typename BytesAt>
+    void ReplaceStretches(std::size_t count, std::size_t come, const SpanAt &spanAt, const BytesAt &bytesAt);
     /// Makes sure that there is memory for a change. Scintilla that runs out of it in the middle of one takes
     /// no other any more. @throws RunTimeError "Out of memory"; nothing has changed then
     void ExpectMemory(qsizetype gone, QByteArrayView come, qsizetype length);

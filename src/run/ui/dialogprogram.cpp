@@ -25,6 +25,7 @@ public:
     void ReplaceSelection(const QString &) override {}
     void ReplaceRange(qsizetype, qsizetype, const QString &) override {}
     void ReplaceEach(const std::vector<qint32> &, qsizetype, const QString &) override {}
+    void ReplaceEach(const std::vector<TextReplacement> &) override {}
     qsizetype LineCount() const override { return 1; }
     qsizetype LineOfOffset(qsizetype) const override { return 0; }
     qsizetype LineStart(qsizetype) const override { return 0; }
