@@ -11,6 +11,9 @@
     SETTING(FlagKey, FindWholeWords, false)                                                                  \
     SETTING(FlagKey, FindMatchCase, false)                                                                   \
     SETTING(FlagKey, FindWrapSearches, false)                                                                \
+    /* Whether there are regular expressions at all, and whether the last search was for one. */             \
+    SETTING(FlagKey, RegularExpressions, false, KeyWriter::Preferences)                                      \
+    SETTING(FlagKey, FindRegularExpression, false)                                                           \
     /* Written by each search. */                                                                            \
     SETTING(BareNumberKey, FindScope)
 

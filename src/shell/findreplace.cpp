@@ -2,10 +2,13 @@
 #include "shell/findreplace.h"
 
 #include "shell/findkeys.h"
+#include "shell/findpattern.h"
 #include "shell/findtext.h"
 #include "shell/recentlist.h"
 
+#include <optional>
 #include <QScopeGuard>
+#include <vector>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -24,6 +27,8 @@ void StoreWordAndCase(SettingsStore &settings, const FindFields &fields)
 {
     settings.SaveFlag(Keys::FindWholeWords, fields.wholeWords);
     settings.SaveFlag(Keys::FindMatchCase, fields.matchCase);
+    if (fields.regularExpression)
+        settings.SaveFlag(Keys::FindRegularExpression, *fields.regularExpression);
 }
 
 void StoreReplacing(SettingsStore &settings, const FindFields &fields)
@@ -33,6 +38,42 @@ void StoreReplacing(SettingsStore &settings, const FindFields &fields)
         StoreFindString(settings, fields.find);
         StoreWordAndCase(settings, fields);
     });
+}
+
+/// Tells what is wrong with the expression or with what replaces it.
+bool MayReplace(EditorContext &editor, const FindFields &fields, const FindPattern &pattern)
+{
+    if (!TellBadPattern(editor, fields.find, pattern.Error()))
+        return false;
+    const QString error = ReplacementError(fields.replace, pattern.GroupCount());
+    if (!error.isEmpty())
+        editor.desktop.MessageBox(
+            {.text = u"Cannot replace by '"_s + fields.replace + u"': "_s + error + u'.',
+             .icon = BoxIcon::Warning});
+    return error.isEmpty();
+}
+
+void ReplaceSelectedHit(EditorContext &editor, const FindFields &fields, const FindPattern &pattern)
+{
+    const TextSpan selection = editor.text.Selection();
+    PatternSearch search(pattern, editor.text.Text());
+    search.SetStop(StopWhenLong());
+    const std::optional<PatternHit> hit = search.Next(selection.start);
+    if (hit && hit->span == selection)
+        editor.text.ReplaceSelection(ReplacementOf(fields.replace, search.Text(), *hit));
+}
+
+/// @return how many there were; no value when the search was given up, and nothing was replaced
+std::optional<qsizetype> ReplaceAllHits(EditorContext &editor, const FindFields &fields,
+                                        const FindPattern &pattern, const TextSpan &scope)
+{
+    PatternSearch search(pattern, editor.text.Text(), scope.end);
+    search.SetStop(StopWhenLong());
+    const auto replacements = PatternReplacements(search, fields.replace, scope.start);
+    if (search.GaveUp())
+        return std::nullopt;
+    editor.text.ReplaceEach(replacements);
+    return qsizetype(replacements.size());
 }
 
 } // namespace
@@ -45,7 +86,8 @@ QStringList FindStringsOffered(const SettingsStore &settings)
 int OptionsOf(const FindFields &fields)
 {
     return (fields.wholeWords ? FindWholeWord : FindAnywhere) |
-           (fields.matchCase ? FindMatchCase : FindAnywhere);
+           (fields.matchCase ? FindMatchCase : FindAnywhere) |
+           (fields.regularExpression.value_or(false) ? FindRegularExpression : FindAnywhere);
 }
 
 SelectedForFind WhatIsSelected(const TextBuffer &text)
@@ -64,6 +106,8 @@ FindFields OpeningFindFields(const EditorContext &editor)
     fields.wholeWords = settings.Flag(Keys::FindWholeWords);
     fields.matchCase = settings.Flag(Keys::FindMatchCase);
     fields.wrap = settings.Flag(Keys::FindWrapSearches);
+    if (settings.Flag(Keys::RegularExpressions))
+        fields.regularExpression = settings.Flag(Keys::FindRegularExpression);
     if (settings.Integer(Keys::FindScope, int(FindScope::EntireDocument)) == int(FindScope::SelectedText))
         fields.scope = FindScope::SelectedText;
 
@@ -91,8 +135,14 @@ void ReplaceNext(EditorContext &editor, const FindFields &fields)
 {
     if (fields.find.isEmpty())
         return;
-    if (editor.text.SelectedText() == fields.find)
+    if (OptionsOf(fields) & FindRegularExpression) {
+        const FindPattern pattern(fields.find, OptionsOf(fields));
+        if (!MayReplace(editor, fields, pattern))
+            return;
+        ReplaceSelectedHit(editor, fields, pattern);
+    } else if (editor.text.SelectedText() == fields.find) {
         editor.text.ReplaceSelection(fields.replace);
+    }
     FindNextText(editor, fields.find, false, OptionsOf(fields));
     StoreReplacing(editor.settings, fields);
 }
@@ -107,18 +157,32 @@ void ReplaceAll(EditorContext &editor, const FindFields &fields, const std::func
         if (showText)
             showText(shown);
     };
-    qsizetype count = 0;
+    std::optional<FindPattern> pattern;
+    if (OptionsOf(fields) & FindRegularExpression) {
+        pattern.emplace(fields.find, OptionsOf(fields));
+        if (!MayReplace(editor, fields, *pattern))
+            return;
+    }
+    std::optional<qsizetype> count;
     {
         show(false);
         const auto shown = qScopeGuard([&] { show(true); });
-        const auto hits = HitsToReplace(editor.text.Text(), fields.find, fields.replace, scope.start,
-                                        scope.end, OptionsOf(fields));
-        editor.text.ReplaceEach(hits, fields.find.size(), fields.replace);
-        count = qsizetype(hits.size());
+        if (pattern) {
+            count = ReplaceAllHits(editor, fields, *pattern, scope);
+        } else {
+            const auto hits = HitsToReplace(editor.text.Text(), fields.find, fields.replace, scope.start,
+                                            scope.end, OptionsOf(fields));
+            editor.text.ReplaceEach(hits, fields.find.size(), fields.replace);
+            count = qsizetype(hits.size());
+        }
     }
     StoreReplacing(editor.settings, fields);
-    editor.desktop.MessageBox({.text = u"Text has been replaced "_s + QString::number(count) + u" times."_s,
-                               .icon = BoxIcon::Information});
+    if (count)
+        editor.desktop.MessageBox(
+            {.text = u"Text has been replaced "_s + QString::number(*count) + u" times."_s,
+             .icon = BoxIcon::Information});
+    else
+        TellHardPattern(editor, fields.find);
 }
 
 } // namespace zelvane

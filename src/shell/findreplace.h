@@ -4,6 +4,8 @@
 #include "shell/editorcontext.h"
 
 #include <functional>
+#include <optional>
+#include <QString>
 #include <QStringList>
 
 namespace zelvane
@@ -19,6 +21,7 @@ struct FindFields {
     bool wholeWords = false;
     bool matchCase = false;
     bool wrap = false;
+    std::optional<bool> regularExpression = {}; ///< no value where the dialog has no such box
     FindScope scope = FindScope::EntireDocument;
 };
 
@@ -42,8 +45,8 @@ int OptionsOf(const FindFields &fields);
 /// `bFind`: the next hit. Nothing happens with an empty text to find.
 void FindNext(EditorContext &editor, const FindFields &fields);
 
-/// `bReplace`: replaces the selection when it is exactly the text to find, then goes to the next hit without
-/// wrapping. Nothing happens with an empty text to find.
+/// `bReplace`: replaces the selection when it is exactly the text to find, or a hit of the regular
+/// expression, then goes to the next hit without wrapping. Nothing happens with an empty text to find.
 void ReplaceNext(EditorContext &editor, const FindFields &fields);
 
 /// `bReplaceAll`: replaces every hit of the scope in one pass and one edit, and tells how many there were.

@@ -3,7 +3,7 @@
 
 #include "shell/settingkey.h"
 
-/// The writing aids, each on or off.
+/// The writing aids, each on or off. Regular expressions stand with the keys of their dialog.
 #define ZELVANE_WRITING_KEYS(SETTING)                                                                        \
     SETTING(FlagKey, LiveColours, false, KeyWriter::Preferences)                                             \
     SETTING(FlagKey, Completion, false, KeyWriter::Preferences)                                              \
@@ -17,8 +17,7 @@
     SETTING(FlagKey, MoveLines, false, KeyWriter::Preferences)                                               \
     SETTING(FlagKey, Folding, false, KeyWriter::Preferences)                                                 \
     SETTING(FlagKey, Bookmarks, false, KeyWriter::Preferences)                                               \
-    SETTING(FlagKey, FindInFiles, false, KeyWriter::Preferences)                                             \
-    SETTING(FlagKey, RegularExpressions, false, KeyWriter::Preferences)
+    SETTING(FlagKey, FindInFiles, false, KeyWriter::Preferences)
 
 namespace zelvane::Keys
 {

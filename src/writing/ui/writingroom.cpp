@@ -2,6 +2,7 @@
 #include "writing/ui/writingroom.h"
 
 #include "platform/ui/textdecorations.h"
+#include "shell/findkeys.h"
 #include "shell/settingkey.h"
 #include "shell/settings.h"
 #include "shell/ui/appearance.h"

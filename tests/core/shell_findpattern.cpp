@@ -1,0 +1,338 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/findpattern.h"
+
+#include "core/oracle/patternoracle.h"
+#include "shell/findkeys.h"
+#include "shell/findreplace.h"
+#include "shell/findtext.h"
+#include "support/randomtext.h"
+#include "support/testcontext.h"
+
+#include <chrono>
+#include <gtest/gtest.h>
+#include <iterator>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane
+{
+namespace
+{
+
+const int AllOptions[] = {FindAnywhere, FindWholeWord, FindMatchCase, FindWholeWord | FindMatchCase};
+
+/// Random expressions that look behind, ahead, at line ends, and match nothing.
+struct RandomExpressions {
+    test::RandomText pieces{{u"a"_s,      u"b"_s,     u"B"_s,        u"."_s,         u"a*"_s,  u"[ab]+"_s,
+                             u"(a|b)"_s,  u"(b?)"_s,  u"^"_s,        u"$"_s,         u"\\b"_s, u"\\n"_s,
+                             u"(?=b)"_s,  u"(?!a)"_s, u"(?<=a)"_s,   u"(?<!b)"_s,    u"|"_s,   u"\\w+"_s,
+                             u"\\s"_s,    u".*"_s,    u"(\\n|b)*"_s, u"[^a]*"_s,     u"\\Z"_s, u"a{2,3}"_s,
+                             u"(.)\\1"_s, u"\\z"_s,   u"\u00e9"_s,   u"\U0001f600"_s},
+                            4,
+                            11};
+
+    QString Next()
+    {
+        for (;;) {
+            const QString expression = pieces.Next();
+            if (!expression.isEmpty() && QRegularExpression(expression).isValid())
+                return expression;
+        }
+    }
+};
+
+const QStringList Letters{u"a"_s, u"b"_s, u"A"_s, u" "_s, u"\n"_s, u"_"_s, u"\u00e9"_s, u"\U0001f600"_s};
+
+TEST(PatternSearch, FindsWhatTheLoopFindsHoweverShortTheStretches)
+{
+    test::RandomText texts(Letters);
+    RandomExpressions expressions;
+    int hits = 0;
+    for (int i = 0; i < 30000; ++i) {
+        const QString text = texts.Next();
+        const QString expression = expressions.Next();
+        const int options = AllOptions[i % 4];
+        qsizetype start = texts.Number(0, int(text.size()));
+        qsizetype end = texts.Number(int(start), int(text.size()));
+        const auto inside = [&](qsizetype at) { return at < text.size() && text[at].isLowSurrogate(); };
+        start -= inside(start) ? 1 : 0;
+        end -= inside(end) ? 1 : 0;
+        PatternSearch search(FindPattern(expression, options), text, end, texts.Number(1, 6));
+        const auto expected =
+            oracle::FindPattern(text, oracle::Expression(expression, options), start, end, options);
+        const auto hit = search.Next(start);
+        ASSERT_EQ(hit.has_value(), expected.has_value())
+            << testing::PrintToString(text) << " for " << testing::PrintToString(expression) << " in "
+            << start << ".." << end << " options " << options;
+        ASSERT_FALSE(search.GaveUp());
+        if (hit) {
+            ++hits;
+            ASSERT_EQ(hit->span, *expected)
+                << testing::PrintToString(text) << " for " << testing::PrintToString(expression) << " in "
+                << start << ".." << end << " options " << options;
+        }
+    }
+    EXPECT_GT(hits, 5000);
+}
+
+TEST(PatternReplacements, AreThoseOfTheLoop)
+{
+    test::RandomText texts(Letters, 16);
+    RandomExpressions expressions;
+    for (int i = 0; i < 10000; ++i) {
+        const QString text = texts.Next();
+        const QString expression = expressions.Next();
+        const int options = AllOptions[i % 4];
+        const FindPattern pattern(expression, options);
+        PatternSearch search(pattern, text, -1, texts.Number(1, 6));
+        const QString with = pattern.GroupCount() > 0 ? u"<\\1>"_s : u"<>"_s;
+        const auto replacements = PatternReplacements(search, with, 0);
+        test::StringBuffer buffer;
+        buffer.SetText(text);
+        buffer.ReplaceEach(replacements);
+        const auto [expected, count] =
+            oracle::ReplacePattern(text, oracle::Expression(expression, options), 0, text.size(), options);
+        ASSERT_EQ(buffer.text, expected) << testing::PrintToString(text) << " for "
+                                         << testing::PrintToString(expression) << " options " << options;
+        ASSERT_EQ(qsizetype(replacements.size()), count);
+    }
+}
+
+TEST(FindPattern, SaysWhatIsWrongAndWhere)
+{
+    EXPECT_EQ(FindPattern(u"a+"_s, 0).Error(), QString());
+    EXPECT_EQ(FindPattern(u"ab("_s, 0).Error(), u"missing closing parenthesis (at character 4)"_s);
+    EXPECT_EQ(FindPattern(u"*a"_s, 0).Error(),
+              u"quantifier does not follow a repeatable item (at character 1)"_s);
+    EXPECT_FALSE(FindPattern(u"(*LIMIT_MATCH=4000000000)a"_s, 0).IsValid()) << "an expression sets no limits";
+}
+
+TEST(PatternSearch, GivesUpWhereAnExpressionExplodes)
+{
+    const QString text = QString(60, u'a') + u"b\n"_s;
+    for (const QString &expression : {u"(a+)+$"_s, u"(a|aa)+$"_s, u"^(a?){60}(a+)*c"_s}) {
+        PatternSearch search(FindPattern(expression, 0), text.repeated(100));
+        EXPECT_FALSE(search.Next(0)) << testing::PrintToString(expression);
+        EXPECT_TRUE(search.GaveUp()) << testing::PrintToString(expression);
+    }
+}
+
+TEST(PatternSearch, AsksBetweenStretchesWhetherToGoOn)
+{
+    int asked = 0;
+    PatternSearch search(FindPattern(u"x"_s, 0), QString(100'000, u'a'));
+    search.SetStop([&asked] { return ++asked == 10; });
+    EXPECT_FALSE(search.Next(0));
+    EXPECT_TRUE(search.GaveUp());
+    EXPECT_EQ(asked, 10);
+    EXPECT_FALSE(search.Next(99'999));
+    EXPECT_FALSE(search.GaveUp()) << "each search by itself";
+}
+
+TEST(PatternSearch, TakesTextsWithHalfCharacters)
+{
+    const QString text = u"a"_s + QChar(0xd83d) + u"b"_s + QChar(0xde00);
+    PatternSearch search(FindPattern(u"b."_s, 0), text);
+    const auto hit = search.Next(0);
+    ASSERT_TRUE(hit);
+    EXPECT_EQ(hit->span, (TextSpan{2, 4}));
+}
+
+TEST(PatternSearch, LeavesAHitThatEndsAtTheScope)
+{
+    const QString text = u"one two\nthree"_s;
+    PatternSearch search(FindPattern(u"\\w+$"_s, 0), text, 6);
+    const auto hit = search.Next(0);
+    ASSERT_TRUE(hit);
+    EXPECT_EQ(hit->span, (TextSpan{4, 6}));
+    PatternSearch words(FindPattern(u"\\w+$"_s, FindWholeWord), text, 6);
+    EXPECT_FALSE(words.Next(0)) << "what is behind the scope counts for words";
+}
+
+TEST(Replacement, TakesGroupsAndEscapes)
+{
+    const QString text = u"k1 oscil 2"_s;
+    PatternSearch search(FindPattern(u"(\\w+) (oscil)(x)? (\\d)"_s, 0), text);
+    const auto hit = search.Next(0);
+    ASSERT_TRUE(hit);
+    const struct {
+        QString replacement;
+        QString put;
+    } rows[] = {
+        {u"\\2(\\1)"_s, u"oscil(k1)"_s}, {u"[\\0]"_s, u"[k1 oscil 2]"_s}, {u"\\3."_s, u"."_s},
+        {u"a\\nb\\tc"_s, u"a\nb\tc"_s},  {u"\\\\1"_s, u"\\1"_s},          {u"\\q\\"_s, u"\\q\\"_s},
+        {u"\\12"_s, u"k12"_s},           {u"$1 &"_s, u"$1 &"_s},
+    };
+    for (const auto &row : rows)
+        EXPECT_EQ(ReplacementOf(row.replacement, text, *hit), row.put)
+            << testing::PrintToString(row.replacement);
+    EXPECT_EQ(ReplacementError(u"\\4 \\\\9"_s, 4), QString());
+    EXPECT_EQ(ReplacementError(u"\\4 \\5"_s, 4), u"there is no group 5 in the expression"_s);
+}
+
+TEST(PatternReplacements, ManyHitsInOnePass)
+{
+    const QString line =
+        u"kenv linen kamp, 0.01, p3, 0.1 ; an \u00e9nvelope of some kind, and here it ends .....\n"_s;
+    PatternSearch search(FindPattern(u"(k\\w+)\\s+linen"_s, 0), line.repeated(100'000));
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(PatternReplacements(search, u"\\1 linenr", 0).size(), 100'000U);
+    // Some tenths of a second; a search that looked at the whole text for each hit would take minutes.
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
+}
+
+/// Find and Replace with the box checked.
+struct RegularFinding : testing::Test, test::TestContext {
+    FindFields fields{.regularExpression = true};
+
+    void SetUp() override
+    {
+        settings.SaveFlag(Keys::RegularExpressions, true);
+        text.SetText(u"a1 oscil 1\na2 oscil 22\n"_s);
+        text.EmptyUndoBuffer();
+    }
+    void ExpectBox(const QString &message, BoxIcon icon = BoxIcon::Warning)
+    {
+        desktop.ExpectMessage({.text = message, .icon = icon});
+    }
+};
+
+TEST_F(RegularFinding, TheBoxIsRememberedWhereItIs)
+{
+    EXPECT_EQ(OpeningFindFields(editor).regularExpression, false);
+    fields.find = u"\\d+"_s;
+    FindNext(editor, fields);
+    EXPECT_EQ(text.selection, (TextSpan{1, 2}));
+    EXPECT_EQ(status.text, u"'\\d+' found at character 2"_s);
+    EXPECT_EQ(OpeningFindFields(editor).regularExpression, true);
+    EXPECT_EQ(OptionsOf(fields), 8);
+    FindAgain(editor);
+    EXPECT_EQ(text.selection, (TextSpan{9, 10}));
+    settings.SaveFlag(Keys::RegularExpressions, false);
+    EXPECT_EQ(OpeningFindFields(editor).regularExpression, std::nullopt);
+    ExpectBox(u"Cannot find '\\d+'."_s, BoxIcon::Information);
+    FindAgain(editor);
+}
+
+TEST_F(RegularFinding, WithoutTheBoxNothingIsStoredOfIt)
+{
+    settings.DeleteSetting(Keys::RegularExpressions);
+    FindNext(editor, {.find = u"osc"_s});
+    EXPECT_EQ(settings.StoredText(Keys::FindRegularExpression), std::nullopt);
+    EXPECT_EQ(text.selection, (TextSpan{3, 6}));
+}
+
+TEST_F(RegularFinding, EmptyHitsAreGoneThroughOneByOne)
+{
+    fields.find = u"$"_s;
+    fields.wrap = true;
+    for (const qsizetype place : {10, 22, 23, 10}) {
+        FindNext(editor, fields);
+        EXPECT_EQ(text.selection, (TextSpan{place, place}));
+    }
+}
+
+TEST_F(RegularFinding, ABadExpressionIsTold)
+{
+    fields.find = u"osc("_s;
+    for (const auto &run : {&FindNext, &ReplaceNext}) {
+        ExpectBox(
+            u"Cannot understand the regular expression 'osc(': missing closing parenthesis (at character 5)."_s);
+        run(editor, fields);
+    }
+    ExpectBox(
+        u"Cannot understand the regular expression 'osc(': missing closing parenthesis (at character 5)."_s);
+    ReplaceAll(editor, fields);
+    EXPECT_EQ(text.selection, (TextSpan{0, 0}));
+}
+
+TEST_F(RegularFinding, AHardExpressionIsGivenUpAndNothingReplaced)
+{
+    const QString hard = QString(60, u'a') + u"b\n"_s;
+    text.SetText(u"aa\n"_s + hard);
+    fields.find = u"(a+)+$"_s;
+    text.SetSelection(3, 3);
+    const QString message =
+        u"The search for '(a+)+$' was given up: the regular expression takes too long here."_s;
+    ExpectBox(message);
+    FindNext(editor, fields);
+    ExpectBox(message);
+    ReplaceAll(editor, fields);
+    EXPECT_EQ(text.text, u"aa\n"_s + hard);
+}
+
+TEST_F(RegularFinding, ReplaceGoesStepByStep)
+{
+    fields.find = u"(a\\d) oscil (\\d+)"_s;
+    fields.replace = u"\\1 poscil \\2"_s;
+    ReplaceNext(editor, fields);
+    EXPECT_EQ(text.selection, (TextSpan{0, 10})) << "nothing was selected yet";
+    ReplaceNext(editor, fields);
+    EXPECT_EQ(text.text, u"a1 poscil 1\na2 oscil 22\n"_s);
+    EXPECT_EQ(text.selection, (TextSpan{12, 23}));
+    ExpectBox(u"Cannot find '(a\\d) oscil (\\d+)'."_s, BoxIcon::Information);
+    ReplaceNext(editor, fields);
+    EXPECT_EQ(text.text, u"a1 poscil 1\na2 poscil 22\n"_s);
+    EXPECT_EQ(settings.Text(Keys::FindReplace), fields.replace);
+}
+
+TEST_F(RegularFinding, APartOfAHitIsNotReplaced)
+{
+    text.SetText(u"a 22"_s);
+    text.SetSelection(2, 3);
+    fields.find = u"\\b\\d+"_s;
+    fields.replace = u"x"_s;
+    ExpectBox(u"Cannot find '\\b\\d+'."_s, BoxIcon::Information);
+    ReplaceNext(editor, fields);
+    EXPECT_EQ(text.text, u"a 22"_s);
+}
+
+TEST_F(RegularFinding, ReplaceAllIsOneStep)
+{
+    fields.find = u"^(a\\d)(.*)$"_s;
+    fields.replace = u"\\2 ; \\1"_s;
+    ExpectBox(u"Text has been replaced 2 times."_s, BoxIcon::Information);
+    ReplaceAll(editor, fields);
+    EXPECT_EQ(text.text, u" oscil 1 ; a1\n oscil 22 ; a2\n"_s);
+    EXPECT_EQ(text.undoSteps, 1);
+}
+
+TEST_F(RegularFinding, ReplaceAllOfLineEndsAndEmptyPlaces)
+{
+    fields.find = u"\\n"_s;
+    fields.replace = u"\\n\\n"_s;
+    ExpectBox(u"Text has been replaced 2 times."_s, BoxIcon::Information);
+    ReplaceAll(editor, fields);
+    EXPECT_EQ(text.text, u"a1 oscil 1\n\na2 oscil 22\n\n"_s);
+    fields.find = u"^(?=a)"_s;
+    fields.replace = u"; "_s;
+    ExpectBox(u"Text has been replaced 2 times."_s, BoxIcon::Information);
+    ReplaceAll(editor, fields);
+    EXPECT_EQ(text.text, u"; a1 oscil 1\n\n; a2 oscil 22\n\n"_s);
+}
+
+TEST_F(RegularFinding, ReplaceAllStaysInTheSelection)
+{
+    text.SetSelection(1, 12);
+    fields.find = u"[a-z]+"_s;
+    fields.replace = u"<\\0>"_s;
+    fields.scope = FindScope::SelectedText;
+    ExpectBox(u"Text has been replaced 2 times."_s, BoxIcon::Information);
+    ReplaceAll(editor, fields);
+    EXPECT_EQ(text.text, u"a1 <oscil> 1\n<a>2 oscil 22\n"_s);
+}
+
+TEST_F(RegularFinding, AGroupThatIsNotThereIsTold)
+{
+    fields.find = u"(a)1"_s;
+    fields.replace = u"\\2"_s;
+    const QString message = u"Cannot replace by '\\2': there is no group 2 in the expression."_s;
+    ExpectBox(message);
+    ReplaceNext(editor, fields);
+    ExpectBox(message);
+    ReplaceAll(editor, fields);
+    EXPECT_EQ(text.undoSteps, 0);
+}
+
+} // namespace
+} // namespace zelvane
