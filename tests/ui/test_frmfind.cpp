@@ -110,6 +110,12 @@ private Q_SLOTS:
     void TheGrownDialogStaysOnTheScreen();
     void DialogGivesWayToTheHit();
     void AnOptionThatCannotBeReadIsReported();
+    void WithoutTheSettingThereIsNoBox();
+    void TheBoxComesAndGoesWithTheSetting();
+    void RegularExpressionsAreFound();
+    void RegularExpressionsAreReplacedByStep();
+    void RegularExpressionsAreReplacedInOneStep();
+    void ABadExpressionIsTold();
 };
 
 void FrmFindTest::FindModeHasItsControls()
@@ -620,6 +626,120 @@ void FrmFindTest::AnOptionThatCannotBeReadIsReported()
                               .buttons = BoxButtons::OkCancel},
                              BoxAnswer::Cancel);
     QCoreApplication::processEvents();
+    on.desktop.CheckAllCame();
+}
+
+void FrmFindTest::WithoutTheSettingThereIsNoBox()
+{
+    Searching on(u"a.b a+b"_s);
+    on.settings.SaveFlag(Keys::FindRegularExpression, true);
+    on.Show(u"mnuFind"_s);
+    QVERIFY(!on.Check(u"chkRegularExpression"_s).isVisible());
+    on.Find().setEditText(u"a+"_s);
+    on.Click(u"bFind"_s);
+    QCOMPARE(on.Text().Selection(), (TextSpan{4, 6}));
+    QVERIFY(on.settings.Flag(Keys::FindRegularExpression)); // what nobody has seen is not changed
+}
+
+void FrmFindTest::TheBoxComesAndGoesWithTheSetting()
+{
+    Searching on(u"one"_s);
+    frmFind &dialog = on.Show(u"mnuFind"_s);
+    QCheckBox &box = on.Check(u"chkRegularExpression"_s);
+    const int height = dialog.height();
+    on.settings.SaveFlag(Keys::RegularExpressions, true);
+    dialog.FollowSettings();
+    QVERIFY(box.isVisible());
+    QCOMPARE(box.text(), u"Regular e&xpression"_s);
+    QVERIFY(!box.isChecked());
+    QVERIFY(dialog.height() > height);
+    on.settings.SaveFlag(Keys::RegularExpressions, false);
+    dialog.FollowSettings();
+    QVERIFY(!box.isVisible());
+    QCOMPARE(dialog.height(), height);
+}
+
+void FrmFindTest::RegularExpressionsAreFound()
+{
+    Searching on(u"instr 1\nendin\ninstr 22\nendin\n"_s);
+    on.settings.SaveFlag(Keys::RegularExpressions, true);
+    on.Show(u"mnuFind"_s);
+    on.Find().setEditText(u"^instr\\s+\\d+$"_s);
+    on.ExpectMissing(u"^instr\\s+\\d+$"_s);
+    on.Click(u"bFind"_s);
+    on.Check(u"chkRegularExpression"_s).setChecked(true);
+    on.Click(u"bFind"_s);
+    QCOMPARE(on.Text().Selection(), (TextSpan{0, 7}));
+    on.Click(u"bFind"_s);
+    QCOMPARE(on.Text().Selection(), (TextSpan{14, 22}));
+    QCOMPARE(on.Status(), u"'^instr\\s+\\d+$' found at character 15"_s);
+    on.Click(u"bClose"_s);
+    Unload();
+    on.Text().SetSelection(0, 0);
+    on.Row(u"mnuFindAgain"_s).trigger();
+    QCOMPARE(on.Text().Selection(), (TextSpan{0, 7}));
+    on.Show(u"mnuFind"_s);
+    QVERIFY(on.Check(u"chkRegularExpression"_s).isChecked());
+    on.desktop.CheckAllCame();
+}
+
+void FrmFindTest::RegularExpressionsAreReplacedByStep()
+{
+    Searching on(u"a1 = a2 \u00e8 \U0001f600 a3 = a4"_s);
+    on.settings.SaveFlag(Keys::RegularExpressions, true);
+    on.settings.SaveFlag(Keys::FindRegularExpression, true);
+    on.Show(u"mnuReplace"_s);
+    on.Find().setEditText(u"(\\w+) = (\\w+)"_s);
+    on.With().setText(u"\\2 = \\1"_s);
+    on.Click(u"bReplace"_s);
+    on.Click(u"bReplace"_s);
+    QCOMPARE(on.Text().Text(), u"a2 = a1 \u00e8 \U0001f600 a3 = a4"_s);
+    on.ExpectMissing(u"(\\w+) = (\\w+)"_s);
+    on.Click(u"bReplace"_s);
+    QCOMPARE(on.Text().Text(), u"a2 = a1 \u00e8 \U0001f600 a4 = a3"_s);
+    on.desktop.CheckAllCame();
+}
+
+void FrmFindTest::RegularExpressionsAreReplacedInOneStep()
+{
+    const QString text = u"k1 x \u00e8 k22 y\nk3 z\n"_s;
+    Searching on(text);
+    on.Text().ApplyStyles(0, text.size(), {{3, 4, StyleClass::Comment}, {11, 1, StyleClass::Opcode}});
+    on.settings.SaveFlag(Keys::RegularExpressions, true);
+    on.Show(u"mnuReplace"_s);
+    on.Find().setEditText(u"k(\\d+)"_s);
+    on.With().setText(u"\u00e9[\\1]"_s);
+    on.Check(u"chkRegularExpression"_s).setChecked(true);
+    on.ExpectReplaced(3);
+    on.Click(u"bReplaceAll"_s);
+    QCOMPARE(on.Text().Text(), u"\u00e9[1] x \u00e8 \u00e9[22] y\n\u00e9[3] z\n"_s);
+    QCOMPARE(on.Text().Selection(), (TextSpan{21, 21}));
+    QCOMPARE(on.Text().StyleAt(5), StyleClass::Comment);
+    QCOMPARE(on.Text().StyleAt(8), StyleClass::Comment);
+    QCOMPARE(on.Text().StyleAt(15), StyleClass::Opcode);
+    on.Row(u"mnuUndo"_s).trigger();
+    QCOMPARE(on.Text().Text(), text);
+    QCOMPARE(on.Text().StyleAt(11), StyleClass::Opcode);
+    QVERIFY(!on.Text().CanUndo());
+    on.Find().setEditText(u"$"_s);
+    on.With().setText(u" ;"_s);
+    on.ExpectReplaced(3);
+    on.Click(u"bReplaceAll"_s);
+    QCOMPARE(on.Text().Text(), u"k1 x \u00e8 k22 y ;\nk3 z ;\n ;"_s);
+    on.desktop.CheckAllCame();
+}
+
+void FrmFindTest::ABadExpressionIsTold()
+{
+    Searching on(u"one"_s);
+    on.settings.SaveFlag(Keys::RegularExpressions, true);
+    on.settings.SaveFlag(Keys::FindRegularExpression, true);
+    on.Show(u"mnuFind"_s);
+    on.Find().setEditText(u"o["_s);
+    on.desktop.ExpectMessage({.text = u"Cannot understand the regular expression 'o[': missing terminating ] "
+                                      "for character class (at character 3)."_s,
+                              .icon = BoxIcon::Warning});
+    on.Click(u"bFind"_s);
     on.desktop.CheckAllCame();
 }
 

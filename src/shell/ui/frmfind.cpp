@@ -9,6 +9,7 @@
 #include "shell/ui/menutable.h"
 #include "shell/ui/screenplace.h"
 
+#include <optional>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGridLayout>
@@ -47,6 +48,7 @@ frmFind::frmFind(EditorContext &editor, TextControl &text, Commands &commands, b
       chkWholeWords(Named(new QCheckBox(u"Match &whole words"_s, this), u"chkWholeWords"_s)),
       chkCase(Named(new QCheckBox(u"Match &case"_s, this), u"chkCase"_s)),
       chkWrap(Named(new QCheckBox(u"&Wrap searches"_s, this), u"chkWrap"_s)),
+      chkRegularExpression(Named(new QCheckBox(u"Regular e&xpression"_s, this), u"chkRegularExpression"_s)),
       fraScope(Named(new QGroupBox(u"Scope:"_s, this), u"fraScope"_s)),
       optScope{Named(new QRadioButton(u"&Selected text"_s, fraScope), u"optScope_0"_s),
                Named(new QRadioButton(u"Entire &document"_s, fraScope), u"optScope_1"_s)},
@@ -68,11 +70,14 @@ frmFind::frmFind(EditorContext &editor, TextControl &text, Commands &commands, b
 void frmFind::LayOut()
 {
     txtFind->setAccessibleName(u"Text to find"_s);
+    chkRegularExpression->setVisible(m_editor.settings.Flag(Keys::RegularExpressions));
+    chkRegularExpression->setToolTip(
+        u"The text is a pattern; in what replaces it, \\1 is its first group and \\0 all that was found."_s);
     txtFind->setMinimumContentsLength(FieldWidth);
     Fill(*fraScope, {optScope[0], optScope[1]});
     TabToTheChosen({optScope[0], optScope[1]});
     auto *options = new QHBoxLayout;
-    options->addLayout(Column({chkWholeWords, chkCase, chkWrap}));
+    options->addLayout(Column({chkWholeWords, chkCase, chkWrap, chkRegularExpression}));
     options->addWidget(fraScope);
     options->addStretch();
 
@@ -106,9 +111,19 @@ void frmFind::Load()
     chkWholeWords->setChecked(fields.wholeWords);
     chkCase->setChecked(fields.matchCase);
     chkWrap->setChecked(fields.wrap);
+    chkRegularExpression->setChecked(fields.regularExpression.value_or(false));
     optScope[int(fields.scope)]->setChecked(true);
     EnableButtons();
     RestorePlace(*this, m_editor.settings, Keys::FindX, Keys::FindY);
+}
+
+void frmFind::FollowSettings()
+{
+    const bool offered = m_editor.settings.Flag(Keys::RegularExpressions);
+    if (offered == !chkRegularExpression->isHidden())
+        return;
+    chkRegularExpression->setVisible(offered);
+    FitHeight();
 }
 
 void frmFind::OfferToFind(const QString &text)
@@ -157,6 +172,9 @@ FindFields frmFind::Fields() const
             .wholeWords = chkWholeWords->isChecked(),
             .matchCase = chkCase->isChecked(),
             .wrap = chkWrap->isChecked(),
+            .regularExpression = chkRegularExpression->isHidden()
+                                     ? std::nullopt
+                                     : std::optional(chkRegularExpression->isChecked()),
             .scope = selectedText ? FindScope::SelectedText : FindScope::EntireDocument};
 }
 
@@ -168,6 +186,11 @@ void frmFind::SetFindMode(bool replace)
     setWindowTitle(replace ? u"Replace"_s : u"Find"_s);
     bReplace->setText(replace ? u"&Replace"_s : u"&Replace..."_s);
     EnableButtons();
+    FitHeight();
+}
+
+void frmFind::FitHeight()
+{
     layout()->activate();
     resize(width(), sizeHint().height());
     KeepOnScreen(*this);

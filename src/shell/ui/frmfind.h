@@ -36,6 +36,9 @@ public:
     /// the scope, and the keyboard goes to the text to find.
     void StartAgain(bool replace);
 
+    /// Whether there is a box for regular expressions follows a setting.
+    void FollowSettings();
+
     void done(int result) override;
 
 protected:
@@ -50,6 +53,8 @@ private:
     /// Fills in the text to find and selects it, so that typing replaces it.
     void OfferToFind(const QString &text);
     FindFields Fields() const;
+    /// The height that the shown controls need.
+    void FitHeight();
     /// Searching by steps works on the whole document only.
     void EnableButtons();
     void Find();
@@ -70,6 +75,7 @@ private:
     QCheckBox *chkWholeWords;
     QCheckBox *chkCase;
     QCheckBox *chkWrap;
+    QCheckBox *chkRegularExpression;
     QGroupBox *fraScope;
     QRadioButton *optScope[2];
     QPushButton *bFind;

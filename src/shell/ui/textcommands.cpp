@@ -11,6 +11,7 @@
 #include "shell/findtext.h"
 #include "shell/settings.h"
 #include "shell/textops.h"
+#include "shell/ui/appearance.h"
 #include "shell/ui/commandkeys.h"
 #include "shell/ui/commands.h"
 #include "shell/ui/frmfind.h"
@@ -67,6 +68,10 @@ TextCommands::TextCommands(const WindowContext &context) : QObject(context.windo
     commands.Bind(Cmd::mnuFind, [this] { ShowFind(false); });
     commands.Bind(Cmd::mnuReplace, [this] { ShowFind(true); });
     commands.Bind(Cmd::mnuFindAgain, [this] { FindAgain(m_context.editor); });
+    context.appearance.Add(Look::WritingAids, [this](const SettingsStore &) {
+        if (m_find)
+            m_find->FollowSettings();
+    });
     HookText(context);
     context.window->installEventFilter(this);
 }
