@@ -14,6 +14,7 @@
 #include "shell/mailboxkeys.h"
 #include "shell/toolkeys.h"
 #include "texttools/insertkeys.h"
+#include "writing/findinfileskeys.h"
 #include "writing/writingkeys.h"
 
 namespace zelvane
@@ -37,6 +38,7 @@ template <typename Visit> void ForEachSettingKey(Visit &&visit)
     ZELVANE_REPOSITORY_KEYS(ZELVANE_VISIT_SETTING)
     ZELVANE_INSERT_KEYS(ZELVANE_VISIT_SETTING)
     ZELVANE_WRITING_KEYS(ZELVANE_VISIT_SETTING)
+    ZELVANE_FIND_IN_FILES_KEYS(ZELVANE_VISIT_SETTING)
 #undef ZELVANE_VISIT_SETTING
 }
 

@@ -15,8 +15,11 @@ namespace zelvane
 
 QString PresetStore::RecordSection(const PresetKey &name)
 {
-    static const std::array<QStringView, 5> own{Sections::Options, Sections::RecentFiles,
-                                                Sections::RecentFindStrings, Sections::RecentCommandLines,
+    static const std::array<QStringView, 6> own{Sections::Options,
+                                                Sections::RecentFiles,
+                                                Sections::RecentFindStrings,
+                                                Sections::RecentCommandLines,
+                                                Sections::RecentFileSearches,
                                                 Sections::Presets};
     static const QString beside = u" (preset)"_s;
     // "Options" goes to "Options (preset)", so a preset of that name must give way too, and so on.

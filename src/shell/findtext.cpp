@@ -117,12 +117,15 @@ bool FindNextText(EditorContext &editor, const QString &needle, bool wrap, int o
     return false;
 }
 
+QString BadPatternText(const QString &expression, const QString &error)
+{
+    return u"Cannot understand the regular expression '"_s + expression + u"': "_s + error + u'.';
+}
+
 bool TellBadPattern(EditorContext &editor, const QString &expression, const QString &error)
 {
     if (!error.isEmpty())
-        editor.desktop.MessageBox(
-            {.text = u"Cannot understand the regular expression '"_s + expression + u"': "_s + error + u'.',
-             .icon = BoxIcon::Warning});
+        editor.desktop.MessageBox({.text = BadPatternText(expression, error), .icon = BoxIcon::Warning});
     return error.isEmpty();
 }
 

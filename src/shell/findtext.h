@@ -40,6 +40,8 @@ std::vector<qint32> HitsToReplace(QStringView text, QStringView needle, QStringV
 /// empty hit where the caret stands is passed over. @return whether there was a hit
 bool FindNextText(EditorContext &editor, const QString &needle, bool wrap, int options);
 
+/// What is said of a regular expression that cannot be used.
+QString BadPatternText(const QString &expression, const QString &error);
 /// Tells what is wrong with a regular expression. @return whether all is well with it
 bool TellBadPattern(EditorContext &editor, const QString &expression, const QString &error);
 /// Tells that a search for a regular expression was given up.

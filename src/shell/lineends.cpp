@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/lineends.h"
 
+#include <utility>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace zelvane
@@ -52,6 +54,11 @@ QString ToLineFeeds(QString text)
     }
     text.truncate(to - begin);
     return text;
+}
+
+QString FromLineEnds(QString text, LineEndForm form)
+{
+    return form == LineEndForm::Mac ? MacToUnix(std::move(text)) : ToLineFeeds(std::move(text));
 }
 
 QString ToPcLineEnds(QStringView text)

@@ -24,6 +24,9 @@ QString MacToUnix(QString text);
 /// control holds.
 QString ToLineFeeds(QString text);
 
+/// The line ends of a file as the text control holds them. @param form as detected
+QString FromLineEnds(QString text, LineEndForm form);
+
 /// Every LF that no CR stands before becomes CR LF; lone CR stays.
 QString ToPcLineEnds(QStringView text);
 /// CR LF and lone CR become LF.

@@ -42,8 +42,7 @@ LoadedText LoadTextFile(const QString &name)
         loaded.encoding = decoded.encoding;
         loaded.form = DetectPlatform(decoded.text);
         loaded.holdsNul = decoded.text.contains(QChar(0));
-        loaded.text = loaded.form == LineEndForm::Mac ? MacToUnix(std::move(decoded.text))
-                                                      : ToLineFeeds(std::move(decoded.text));
+        loaded.text = FromLineEnds(std::move(decoded.text), loaded.form);
         return loaded;
     } catch (const std::bad_alloc &) {
         throw RunTimeError(ErrorNumber::OutOfMemory, u"Out of memory"_s, name);

@@ -25,6 +25,7 @@ inline constexpr char16_t Options[] = u"Options"; ///< all single-valued setting
 inline constexpr char16_t RecentFiles[] = u"Recent File List";
 inline constexpr char16_t RecentFindStrings[] = u"Recent Find Strings";
 inline constexpr char16_t RecentCommandLines[] = u"Recent Command Lines";
+inline constexpr char16_t RecentFileSearches[] = u"Recent File Searches";
 inline constexpr char16_t Presets[] = u"Presets";
 } // namespace Sections
 

@@ -1,0 +1,210 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "writing/filesearch.h"
+
+#include "platform/nativefile.h"
+#include "platform/runtimeerror.h"
+#include "platform/textbuffer.h"
+#include "platform/textencoding.h"
+#include "shell/findpattern.h"
+#include "shell/findtext.h"
+#include "shell/lineends.h"
+
+#include <algorithm>
+#include <chrono>
+#include <new>
+#include <optional>
+#include <QByteArray>
+#include <QDir>
+#include <QFileInfo>
+#include <QFileInfoList>
+#include <QRegularExpression>
+#include <QStringView>
+#include <set>
+#include <utility>
+#include <vector>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane
+{
+
+namespace
+{
+
+/// Of a long line so much is told, and so much of it before the hit.
+constexpr qsizetype LongestTold = 500;
+constexpr qsizetype ToldBefore = 100;
+
+/// What a regular expression may take for one file.
+constexpr auto Patience = std::chrono::seconds(2);
+
+/// Larger than the search takes.
+struct TooLarge {
+};
+
+QByteArray ReadBounded(const QString &path, qint64 largest)
+{
+    const NativeFile file = OpenRegularFile(path);
+    if (StampOf(file).size > largest)
+        throw TooLarge();
+    return ReadWhole(file, path);
+}
+
+class Walk
+{
+public:
+    Walk(const FileSearch &search, FileSearchListener &listener)
+        : m_search(search), m_listener(listener), m_pattern(search.text, search.options)
+    {
+        for (const QString &pattern : search.patterns)
+            m_names.push_back(QRegularExpression::fromWildcard(pattern, Qt::CaseInsensitive));
+    }
+
+    SearchCounts Run()
+    {
+        SearchFolder(m_search.folder);
+        return m_counts;
+    }
+
+private:
+    bool Ended() const { return m_counts.cut || m_listener.Stopped(); }
+
+    void SearchFolder(const QString &folder)
+    {
+        const std::optional<FileStamp> stamp = StampOf(folder);
+        const QDir listed(folder);
+        if (!stamp || !listed.isReadable()) {
+            ++m_counts.unreadable;
+            return;
+        }
+        if (!m_folders.emplace(stamp->device, stamp->file).second)
+            return;
+        QStringList below;
+        const QFileInfoList entries =
+            listed.entryInfoList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
+        for (const QFileInfo &entry : entries) {
+            if (Ended())
+                return;
+            if (entry.isDir())
+                below.append(entry.filePath());
+            else if (IsAskedFor(entry.fileName()))
+                SearchEntry(entry);
+        }
+        if (!m_search.subFolders)
+            return;
+        for (const QString &one : below) {
+            if (Ended())
+                return;
+            SearchFolder(one);
+        }
+    }
+
+    bool IsAskedFor(const QString &name) const
+    {
+        return std::any_of(m_names.begin(), m_names.end(), [&name](const QRegularExpression &pattern) {
+            return pattern.match(name).hasMatch();
+        });
+    }
+
+    void SearchEntry(const QFileInfo &entry)
+    {
+        if (entry.exists() && !entry.isFile())
+            ++m_counts.special;
+        else
+            SearchFile(entry.filePath());
+        m_listener.Counted(m_counts);
+    }
+
+    void SearchFile(const QString &path)
+    {
+        try {
+            const QByteArray bytes = ReadBounded(path, m_search.largestFile);
+            DecodedText decoded = DecodeText(bytes);
+            const bool isWide = decoded.encoding.form == TextEncoding::Form::Utf16Little ||
+                                decoded.encoding.form == TextEncoding::Form::Utf16Big;
+            if (!isWide && bytes.contains('\0')) {
+                ++m_counts.binary;
+                return;
+            }
+            const LineEndForm form = DetectPlatform(decoded.text);
+            SearchText(path, FromLineEnds(std::move(decoded.text), form));
+        } catch (const TooLarge &) {
+            ++m_counts.large;
+        } catch (const RunTimeError &) {
+            ++m_counts.unreadable;
+        } catch (const std::bad_alloc &) {
+            ++m_counts.large;
+        }
+    }
+
+    void SearchText(const QString &path, const QString &text)
+    {
+        std::optional<PatternSearch> search;
+        if (m_search.options & FindRegularExpression) {
+            search.emplace(m_pattern, text);
+            const auto end = std::chrono::steady_clock::now() + Patience;
+            search->SetStop(
+                [this, end] { return m_listener.Stopped() || std::chrono::steady_clock::now() > end; });
+        }
+        const auto find = [&](qsizetype from) -> std::optional<TextSpan> {
+            if (search) {
+                const auto hit = search->Next(from);
+                return hit ? std::optional(hit->span) : std::nullopt;
+            }
+            const qsizetype hit = FindText(text, m_search.text, from, -1, m_search.options);
+            return hit < 0 ? std::nullopt : std::optional(TextSpan{hit, hit + m_search.text.size()});
+        };
+
+        bool any = false;
+        qsizetype line = 1;
+        qsizetype counted = 0; // up to here lines are
+        for (qsizetype from = 0; from <= text.size();) {
+            const std::optional<TextSpan> hit = find(from);
+            if (!hit)
+                break;
+            line += QStringView(text).sliced(counted, hit->start - counted).count(u'\n');
+            counted = hit->start;
+            const qsizetype feed = text.indexOf(u'\n', hit->start);
+            const qsizetype lineEnd = feed < 0 ? text.size() : feed;
+            any = true;
+            ++m_counts.lines;
+            m_listener.Found({path, line, LineOf(text, hit->start, lineEnd)});
+            if (m_counts.lines >= m_search.mostLines) {
+                m_counts.cut = true;
+                break;
+            }
+            from = std::max(lineEnd + 1, hit->end);
+        }
+        if (search && search->GaveUp() && !m_listener.Stopped())
+            ++m_counts.hard;
+        else
+            ++m_counts.searched;
+        m_counts.files += any ? 1 : 0;
+    }
+
+    static QString LineOf(const QString &text, qsizetype hit, qsizetype lineEnd)
+    {
+        const qsizetype feed = hit == 0 ? -1 : text.lastIndexOf(u'\n', hit - 1);
+        const qsizetype start = feed + 1;
+        if (lineEnd - start <= LongestTold)
+            return text.sliced(start, lineEnd - start);
+        const qsizetype told = std::max(start, hit - ToldBefore);
+        return text.sliced(told, std::min(lineEnd - told, LongestTold));
+    }
+
+    const FileSearch &m_search;
+    FileSearchListener &m_listener;
+    FindPattern m_pattern;
+    std::vector<QRegularExpression> m_names;
+    std::set<std::pair<quint64, quint64>> m_folders; ///< that were searched, by device and file
+    SearchCounts m_counts;
+};
+
+} // namespace
+
+SearchCounts SearchFiles(const FileSearch &search, FileSearchListener &listener)
+{
+    return Walk(search, listener).Run();
+}
+
+} // namespace zelvane
