@@ -404,13 +404,6 @@ StyleRuns ScanTags(QStringView text, qsizetype start, qsizetype end)
     return runs;
 }
 
-/// What stands between a tag of this name and its closing tag.
-struct Section {
-    qsizetype start = 0;
-    qsizetype end = 0;
-    bool found = false;
-};
-
 qsizetype FindMark(QStringView text, QStringView mark, qsizetype from)
 {
     TagFinder finder(text, from);
@@ -421,18 +414,9 @@ qsizetype FindMark(QStringView text, QStringView mark, qsizetype from)
     return -1;
 }
 
-Section FindSection(QStringView text, QStringView openingMark, QStringView closingMark)
-{
-    const qsizetype opening = FindMark(text, openingMark, 0);
-    const qsizetype closing = opening < 0 ? -1 : FindMark(text, closingMark, opening);
-    if (closing < 0)
-        return {};
-    return {opening + openingMark.size(), closing, true};
-}
-
 /// Puts the scan of a section over what was found before: the runs under it, and under a comment that runs on
 /// behind it, go.
-StyleRuns Overlay(const StyleRuns &below, const Section &section, const StyleRuns &above)
+StyleRuns Overlay(const StyleRuns &below, const ScannedSection &section, const StyleRuns &above)
 {
     const auto runEnd = [](const StyleRun &run) { return run.start + run.length; };
     const auto start = qint32(section.start);
@@ -484,16 +468,26 @@ ScanResult ScanRange(QStringView text, qsizetype start, qsizetype end, ScanMode 
 StyleRuns ScanUnified(QStringView text, const OpcodeList &opcodes)
 {
     StyleRuns runs = ScanRange(text, 0, 0, ScanMode::Tags, opcodes).runs;
-    const auto scan = [&](QStringView openingMark, QStringView closingMark, ScanMode mode) {
-        const Section section = FindSection(text, openingMark, closingMark);
-        if (!section.found)
-            return;
+    for (const ScannedSection &section : FindScannedSections(text)) {
         // The scan cannot run off the text: the closing mark ends every name.
-        runs = Overlay(runs, section, ScanRange(text, section.start, section.end, mode, opcodes).runs);
-    };
-    scan(u"<CsInstruments>", u"</CsInstruments>", ScanMode::Orchestra);
-    scan(u"<CsScore>", u"</CsScore>", ScanMode::Score);
+        runs =
+            Overlay(runs, section, ScanRange(text, section.start, section.end, section.mode, opcodes).runs);
+    }
     return runs;
+}
+
+std::vector<ScannedSection> FindScannedSections(QStringView text)
+{
+    std::vector<ScannedSection> sections;
+    const auto find = [&](QStringView openingMark, QStringView closingMark, ScanMode mode) {
+        const qsizetype opening = FindMark(text, openingMark, 0);
+        const qsizetype closing = opening < 0 ? -1 : FindMark(text, closingMark, opening);
+        if (closing >= 0)
+            sections.push_back({opening + openingMark.size(), closing, mode});
+    };
+    find(u"<CsInstruments>", u"</CsInstruments>", ScanMode::Orchestra);
+    find(u"<CsScore>", u"</CsScore>", ScanMode::Score);
+    return sections;
 }
 
 } // namespace zelvane

@@ -5,6 +5,7 @@
 #include "platform/stylerun.h"
 
 #include <QStringView>
+#include <vector>
 
 namespace zelvane
 {
@@ -30,5 +31,16 @@ ScanResult ScanRange(QStringView text, qsizetype start, qsizetype end, ScanMode 
 /// between the first CsInstruments tag and its closing one and the score scan between those of CsScore. The
 /// result of scanning one after the other on the same text, each resetting its range.
 StyleRuns ScanUnified(QStringView text, const OpcodeList &opcodes);
+
+/// A stretch of a unified document that is scanned by itself; offsets from 0, end exclusive.
+struct ScannedSection {
+    qsizetype start = 0;
+    qsizetype end = 0;
+    ScanMode mode = ScanMode::None;
+};
+
+/// What stands between the first CsInstruments tag and its closing one, then the same of CsScore. A section
+/// that lacks a tag is left out.
+std::vector<ScannedSection> FindScannedSections(QStringView text);
 
 } // namespace zelvane
