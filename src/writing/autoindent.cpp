@@ -1,0 +1,204 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "writing/autoindent.h"
+
+#include "language/findmark.h"
+#include "writing/codemap.h"
+
+#include <algorithm>
+#include <iterator>
+#include <vector>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace zelvane
+{
+
+namespace
+{
+
+using Role = BlockWord::Role;
+
+bool IsBlankChar(QChar c)
+{
+    return c == u' ' || c == u'\t';
+}
+
+/// The blanks and tabs that a text begins with.
+QStringView LeadingBlanks(QStringView text)
+{
+    const auto end = std::find_if_not(text.begin(), text.end(), IsBlankChar);
+    return text.first(end - text.begin());
+}
+
+bool IsShort(const BlockWord &word)
+{
+    return word.role == Role::Closes && word.end - word.start == 2 && word.kind != BlockKind::Braces;
+}
+
+/// Whether a line's text may be a word that counts, so that most letters need no look at the text before.
+bool MayClose(QStringView text, AutoIndenter::Typed typed)
+{
+    static const QStringView letters[] = {u"endin",  u"endop", u"endif", u"else",
+                                          u"elseif", u"}}",    u"}",     u"#"};
+    static const QStringView blanks[] = {u"fi", u"od"};
+    if (typed == AutoIndenter::Typed::Letter)
+        return std::find(std::begin(letters), std::end(letters), text) != std::end(letters);
+    return !text.isEmpty() && IsBlankChar(text.back()) &&
+           std::find(std::begin(blanks), std::end(blanks), text.chopped(1)) != std::end(blanks);
+}
+
+/// Where the first block comment that nothing closes begins, the text's length without one.
+qsizetype FindOpenComment(QStringView text, const CodeMap &map)
+{
+    qsizetype found = text.size();
+    map.ForEach(
+        0, text.size(),
+        [&](qsizetype from, qsizetype to) {
+            const qsizetype mark = found < text.size() ? -1 : FindMark(text.first(to), u'/', u'*', from);
+            if (mark >= 0)
+                found = mark;
+        },
+        [](const CodeStretch &) {});
+    return found;
+}
+
+} // namespace
+
+AutoIndenter::AutoIndenter(QStringView before, bool isWhole, FileKind kind, QStringView unit)
+    : m_before(before),
+      m_unit(unit),
+      m_lineStart(before.lastIndexOf(u'\n') + 1),
+      m_blanks(LeadingBlanks(before.sliced(m_lineStart)))
+{
+    FindSection(isWhole, kind);
+}
+
+void AutoIndenter::FindSection(bool isWhole, FileKind kind)
+{
+    m_mode = kind == FileKind::Score                                                  ? ScanMode::Score
+             : kind == FileKind::Orchestra || (kind == FileKind::Unified && !isWhole) ? ScanMode::Orchestra
+                                                                                      : ScanMode::None;
+    if (kind == FileKind::Unified) {
+        qsizetype last = -1;
+        const auto find = [&](QStringView tag, ScanMode mode) {
+            const qsizetype at = m_before.lastIndexOf(tag);
+            if (at > last) {
+                last = at;
+                m_mode = mode;
+                m_start = at + tag.size();
+            }
+        };
+        find(u"<CsInstruments>", ScanMode::Orchestra);
+        find(u"</CsInstruments>", ScanMode::None);
+        find(u"<CsScore>", ScanMode::Score);
+        find(u"</CsScore>", ScanMode::None);
+    }
+    if (isWhole || m_start > 0)
+        return;
+    // A comment or a string that began earlier ends at a mark that nothing opens.
+    const auto skip = [&](QStringView opening, QStringView closing) {
+        const qsizetype end = m_before.indexOf(closing);
+        const qsizetype begin = m_before.indexOf(opening);
+        if (end >= 0 && (begin < 0 || end < begin))
+            m_start = std::max(m_start, end + closing.size());
+    };
+    skip(u"/*", u"*/");
+    if (m_mode == ScanMode::Orchestra)
+        skip(u"{{", u"}}");
+}
+
+QStringView AutoIndenter::BlanksAt(qsizetype offset) const
+{
+    return LeadingBlanks(m_before.sliced(m_before.first(offset).lastIndexOf(u'\n') + 1));
+}
+
+AutoIndenter::Line AutoIndenter::Read() const
+{
+    Line line;
+    if (m_mode == ScanMode::None)
+        return line;
+    const QStringView text = m_before.sliced(m_start);
+    const CodeMap map(text, m_mode);
+    const qsizetype known = FindOpenComment(text, map);
+    const qsizetype lineStart = m_lineStart - m_start;
+    const qsizetype firstAt = lineStart + m_blanks.size();
+    for (const BlockWord &word : FindBlockWords(text, map, {0, text.size(), m_mode})) {
+        if (word.start >= known)
+            break;
+        if (word.kind == BlockKind::Directive)
+            continue;
+        const Block block = line.pairs.Take(word);
+        if (word.start == firstAt) {
+            line.first = word;
+            line.firstOpened = block.end > 0 ? m_start + block.start : -1;
+        } else if (word.role == Role::Closes && word.start > firstAt && block.end > 0) {
+            line.lastOpened = block.start < lineStart ? m_start + block.start : -1;
+        }
+        // What follows two braces without a partner stands in their string.
+        if (word.kind == BlockKind::Braces && word.role == Role::Opens &&
+            map.At(word.start) == CodePart::Code)
+            break;
+    }
+    const std::vector<BlockWord> &open = line.pairs.Open();
+    line.opens = !open.empty() && open.back().end > lineStart;
+    return line;
+}
+
+std::optional<QString> AutoIndenter::LessBlanks(qsizetype opened) const
+{
+    if (opened < 0 || opened >= m_lineStart)
+        return {};
+    const QStringView blanks = BlanksAt(opened);
+    if (blanks.size() >= m_blanks.size() || !m_blanks.startsWith(blanks))
+        return {};
+    return blanks.toString();
+}
+
+EnterIndent AutoIndenter::Enter(QStringView behind) const
+{
+    EnterIndent result;
+    const Line line = Read();
+    if (IsBlank() && !m_blanks.isEmpty())
+        result.line = QString();
+    else if (line.first && IsShort(*line.first))
+        result.line = LessBlanks(line.firstOpened);
+    const QString own = !IsBlank() && result.line ? *result.line : m_blanks.toString();
+
+    result.next = own;
+    const bool parts = line.first && line.first->role == Role::Parts && line.firstOpened >= 0;
+    if (line.opens || parts)
+        result.next += m_unit;
+    else if (line.lastOpened >= 0)
+        result.next = BlanksAt(line.lastOpened).toString();
+
+    const QStringView rest = behind.sliced(LeadingBlanks(behind).size());
+    const CodeMap map(rest, m_mode);
+    const std::vector<BlockWord> words = FindBlockWords(rest, map, {0, rest.size(), m_mode});
+    if (m_mode == ScanMode::None || words.empty() || words.front().start != 0 ||
+        words.front().role == Role::Opens || words.front().kind == BlockKind::Directive)
+        return result;
+    BlockPairs pairs = line.pairs;
+    if (const Block block = pairs.Take(words.front()); block.end > 0) {
+        const qsizetype opened = m_start + block.start;
+        result.next = opened >= m_lineStart ? own : BlanksAt(opened).toString();
+    }
+    return result;
+}
+
+std::optional<QString> AutoIndenter::Closing(Typed typed) const
+{
+    if (!MayClose(m_before.sliced(m_lineStart + m_blanks.size()), typed))
+        return {};
+    const Line line = Read();
+    if (!line.first || line.first->role == Role::Opens || IsShort(*line.first) != (typed == Typed::Blank))
+        return {};
+    return LessBlanks(line.firstOpened);
+}
+
+bool AutoIndenter::BeginsWithClosing() const
+{
+    const Line line = Read();
+    return line.first && line.first->role != Role::Opens && line.firstOpened >= 0;
+}
+
+} // namespace zelvane
