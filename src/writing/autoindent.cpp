@@ -35,18 +35,6 @@ bool IsShort(const BlockWord &word)
     return word.role == Role::Closes && word.end - word.start == 2 && word.kind != BlockKind::Braces;
 }
 
-/// Whether a line's text may be a word that counts, so that most letters need no look at the text before.
-bool MayClose(QStringView text, AutoIndenter::Typed typed)
-{
-    static const QStringView letters[] = {u"endin",  u"endop", u"endif", u"else",
-                                          u"elseif", u"}}",    u"}",     u"#"};
-    static const QStringView blanks[] = {u"fi", u"od"};
-    if (typed == AutoIndenter::Typed::Letter)
-        return std::find(std::begin(letters), std::end(letters), text) != std::end(letters);
-    return !text.isEmpty() && IsBlankChar(text.back()) &&
-           std::find(std::begin(blanks), std::end(blanks), text.chopped(1)) != std::end(blanks);
-}
-
 /// Where the first block comment that nothing closes begins, the text's length without one.
 qsizetype FindOpenComment(QStringView text, const CodeMap &map)
 {
@@ -183,6 +171,17 @@ EnterIndent AutoIndenter::Enter(QStringView behind) const
         result.next = opened >= m_lineStart ? own : BlanksAt(opened).toString();
     }
     return result;
+}
+
+bool AutoIndenter::MayClose(QStringView line, Typed typed)
+{
+    static const QStringView letters[] = {u"endin",  u"endop", u"endif", u"else",
+                                          u"elseif", u"}}",    u"}",     u"#"};
+    static const QStringView blanks[] = {u"fi", u"od"};
+    if (typed == Typed::Letter)
+        return std::find(std::begin(letters), std::end(letters), line) != std::end(letters);
+    return !line.isEmpty() && IsBlankChar(line.back()) &&
+           std::find(std::begin(blanks), std::end(blanks), line.chopped(1)) != std::end(blanks);
 }
 
 std::optional<QString> AutoIndenter::Closing(Typed typed) const

@@ -43,6 +43,9 @@ public:
     /// When a word has been typed: long ones count with their last letter, "fi" and "od", which other words
     /// begin with, with the blank behind.
     enum class Typed { Letter, Blank };
+    /// Whether a line's text, without its blanks, may be one that Closing is asked about: most are not, and
+    /// need no look at the text before.
+    static bool MayClose(QStringView line, Typed typed);
     /// What the line of the caret should begin with when all that stands in it closes or parts a block: as
     /// much as the line that opened it. None where that is no less than it has.
     std::optional<QString> Closing(Typed typed) const;

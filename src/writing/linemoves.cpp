@@ -35,9 +35,9 @@ TextSpan SpanOf(const TextBuffer &text, const LinesOfSelection &lines)
     return {text.LineStart(lines.first), text.LineEnd(lines.last)};
 }
 
-LineMove Duplicate(const TextBuffer &text, const TextSpan &lines)
+MovedLines Duplicate(const TextBuffer &text, const TextSpan &lines)
 {
-    LineMove move;
+    MovedLines move;
     move.from = {lines.end, lines.end};
     move.to = lines.end;
     move.text = u'\n' + text.TextRange(lines.start, lines.end);
@@ -52,11 +52,11 @@ LineMove Duplicate(const TextBuffer &text, const TextSpan &lines)
 }
 
 /// The line before the lines goes behind them.
-LineMove Up(const TextBuffer &text, const TextSpan &lines, qsizetype before)
+MovedLines Up(const TextBuffer &text, const TextSpan &lines, qsizetype before)
 {
     const TextSpan neighbour{text.LineStart(before), text.LineEnd(before)};
     const qsizetype gone = lines.start - neighbour.start;
-    LineMove move;
+    MovedLines move;
     move.from = {neighbour.start, lines.start};
     move.to = lines.end - gone;
     move.text = u'\n' + text.TextRange(neighbour.start, neighbour.end);
@@ -67,10 +67,10 @@ LineMove Up(const TextBuffer &text, const TextSpan &lines, qsizetype before)
 }
 
 /// The line behind the lines goes before them.
-LineMove Down(const TextBuffer &text, const TextSpan &lines, qsizetype behind)
+MovedLines Down(const TextBuffer &text, const TextSpan &lines, qsizetype behind)
 {
     const TextSpan neighbour{text.LineStart(behind), text.LineEnd(behind)};
-    LineMove move;
+    MovedLines move;
     move.from = {lines.end, neighbour.end};
     move.to = lines.start;
     move.text = text.TextRange(neighbour.start, neighbour.end) + u'\n';
@@ -84,7 +84,7 @@ LineMove Down(const TextBuffer &text, const TextSpan &lines, qsizetype behind)
 
 } // namespace
 
-std::optional<LineMove> MoveLines(const TextBuffer &text, LineMoveKind kind)
+std::optional<MovedLines> MoveLines(const TextBuffer &text, LineMoveKind kind)
 {
     const LinesOfSelection touched = TouchedLines(text);
     const TextSpan lines = SpanOf(text, touched);

@@ -261,6 +261,19 @@ void TextControl::TypeOver(const QString &text)
         Send(SCI_SETFOCUS, 1);
 }
 
+void TextControl::ReplaceTyped(qsizetype start, qsizetype end, const QString &text, qsizetype caret,
+                               bool goesOn)
+{
+    EndComposition();
+    const qsizetype first = m_map.ToByte(start);
+    ReplaceBytes(first, std::max(first, m_map.ToByte(end)), ToUtf8(text), UndoKind::Typing,
+                 goesOn && CanUndo());
+    const qsizetype at = m_map.ToByte(caret);
+    SetCaret({at, at});
+    m_goesOn = {UndoKind::Typing, at};
+    Settle();
+}
+
 void TextControl::ReplaceBytes(qsizetype start, qsizetype end, const QByteArray &utf8, UndoKind kind,
                                bool goesOn)
 {

@@ -88,6 +88,9 @@ public:
     void Redo();
     /// Text typed from now on is an undo step of its own.
     void CloseUndoGroup();
+    /// Replaces [start, end) as typing does, and puts the caret to an offset of the new text: what is typed
+    /// there goes on with this step. @param goesOn the newest step and this one are undone in one go
+    void ReplaceTyped(qsizetype start, qsizetype end, const QString &text, qsizetype caret, bool goesOn);
 
     /// Around a command: all its edits are one undo step, and undo gives back the selection that stood before
     /// it. Calls may nest; the outermost pair counts.

@@ -10,12 +10,14 @@ namespace zelvane
 
 class NameKeeper;
 class OpcodeList;
+class ScannedText;
 class TextDecorations;
 
 /// What an aid works on. It all outlives the aid.
 struct WritingContext {
     const WindowContext &window;
     TextDecorations &decorations;
+    ScannedText &scanned;
     const OpcodeList &opcodes; ///< loaded, and never changed, before the first document comes
     /// What is known of the names in the text (see SharedNames).
     mutable std::weak_ptr<NameKeeper> names = {};

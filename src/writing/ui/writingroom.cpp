@@ -9,9 +9,14 @@
 #include "shell/ui/menuname.h"
 #include "shell/ui/menutable.h"
 #include "writing/ui/argumenthint.h"
+#include "writing/ui/autoindent.h"
+#include "writing/ui/bracketmatch.h"
 #include "writing/ui/completionaid.h"
 #include "writing/ui/currentline.h"
 #include "writing/ui/linenumbers.h"
+#include "writing/ui/movelines.h"
+#include "writing/ui/sameword.h"
+#include "writing/ui/scannedtext.h"
 #include "writing/writingkeys.h"
 
 #include <algorithm>
@@ -45,14 +50,14 @@ constexpr AidRow Aids[] = {
     {Keys::LiveColours, nullptr},
 
     // What is marked in the text.
-    {Keys::BracketMatch, nullptr},
-    {Keys::SameWord, nullptr},
+    {Keys::BracketMatch, Make<BracketMatch>},
+    {Keys::SameWord, Make<SameWord>},
     {Keys::Folding, nullptr},
     {Keys::Bookmarks, nullptr},
 
     // What keys do.
-    {Keys::AutoIndent, nullptr},
-    {Keys::MoveLines, nullptr},
+    {Keys::AutoIndent, Make<AutoIndent>},
+    {Keys::MoveLines, Make<MoveLinesAid>},
 
     // What may come next.
     {Keys::Completion, Make<CompletionAid>},
@@ -96,12 +101,14 @@ void WritingRoom::Follow(const SettingsStore &settings)
     }
     if (!any) {
         m_aidContext.reset();
+        m_scanned.reset();
         m_decorations.reset();
         return;
     }
     if (!m_decorations) {
         m_decorations = std::make_unique<TextDecorations>(m_context.text);
-        m_aidContext.reset(new WritingContext{m_context, *m_decorations, m_opcodes});
+        m_scanned = std::make_unique<ScannedText>(m_context);
+        m_aidContext.reset(new WritingContext{m_context, *m_decorations, *m_scanned, m_opcodes});
     }
     for (const AidRow &row : Aids) {
         if (row.make && settings.Flag(row.key) && !Aid(row.key.Name()))

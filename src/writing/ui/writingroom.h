@@ -12,6 +12,7 @@ namespace zelvane
 {
 
 class OpcodeList;
+class ScannedText;
 class SettingsStore;
 class TextDecorations;
 
@@ -36,6 +37,7 @@ private:
     WindowContext m_context;
     const OpcodeList &m_opcodes;
     std::unique_ptr<TextDecorations> m_decorations;
+    std::unique_ptr<ScannedText> m_scanned;
     std::unique_ptr<WritingContext> m_aidContext;
     std::map<QString, std::unique_ptr<WritingAid>> m_aids; ///< by the names of their settings
 };

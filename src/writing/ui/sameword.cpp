@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "writing/ui/sameword.h"
+
+#include "platform/ui/textcontrol.h"
+#include "platform/ui/textdecorations.h"
+#include "writing/samewords.h"
+
+#include <algorithm>
+#include <QString>
+
+namespace zelvane
+{
+
+namespace
+{
+
+constexpr int Pause = 120;                   ///< in milliseconds
+constexpr qsizetype MostOfLine = 16 * 1024;  ///< of a longer line this much is looked at, around the caret
+constexpr qsizetype MostOfView = 256 * 1024; ///< in characters
+
+} // namespace
+
+SameWord::SameWord(const WritingContext &context)
+    : m_text(context.window.text), m_decorations(context.decorations)
+{
+    m_pause.setSingleShot(true);
+    m_pause.setInterval(Pause);
+    connect(&m_pause, &QTimer::timeout, this, &SameWord::Mark);
+    connect(&m_text, &TextControl::textChanged, this, &SameWord::Wait);
+    connect(&m_text, &TextControl::selectionChanged, this, &SameWord::Wait);
+    connect(&m_decorations, &TextDecorations::viewChanged, this, &SameWord::Wait);
+    Wait();
+}
+
+SameWord::~SameWord()
+{
+    m_decorations.Clear(Indicator::SameWord);
+}
+
+void SameWord::Wait()
+{
+    m_pause.start();
+}
+
+void SameWord::Mark()
+{
+    const std::vector<TextSpan> words = Words();
+    if (words.size() > 1)
+        m_decorations.Show(Indicator::SameWord, words);
+    else
+        m_decorations.Clear(Indicator::SameWord);
+}
+
+std::vector<TextSpan> SameWord::Words() const
+{
+    const TextSpan selection = m_text.Selection();
+    const qsizetype line = m_text.LineOfOffset(selection.start);
+    const qsizetype start = std::max(m_text.LineStart(line), selection.start - MostOfLine);
+    const qsizetype end = std::min(m_text.LineEnd(line), selection.start + MostOfLine);
+    if (selection.end > end)
+        return {};
+    const QString around = m_text.TextRange(start, end);
+    const TextSpan found = WordAt(around, {selection.start - start, selection.end - start});
+    if (found.IsEmpty())
+        return {};
+    const QStringView word = QStringView(around).sliced(found.start, found.Length());
+
+    std::vector<TextSpan> words;
+    qsizetype left = MostOfView;
+    const LineSpan view = m_decorations.VisibleLines();
+    for (qsizetype at = view.first; at < view.end && left > 0; ++at) {
+        if (m_decorations.IsLineHidden(at))
+            continue;
+        const qsizetype first = m_text.LineStart(at);
+        const QString text = m_text.TextRange(first, std::min(m_text.LineEnd(at), first + left));
+        left -= text.size() + 1;
+        for (const TextSpan &one : WordsLike(text, word))
+            words.push_back({first + one.start, first + one.end});
+    }
+    return words;
+}
+
+} // namespace zelvane

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "writing/ui/scannedtext.h"
+
+#include "platform/ui/textcontrol.h"
+#include "shell/editorcontext.h"
+
+#include <QMetaMethod>
+
+namespace zelvane
+{
+
+namespace
+{
+
+/// In milliseconds; a large text takes longer to scan, and waits longer.
+int PauseFor(qsizetype length)
+{
+    return 150 + int(length / 32768);
+}
+
+} // namespace
+
+ScannedText::ScannedText(const WindowContext &context) : m_context(context)
+{
+    m_pause.setSingleShot(true);
+    connect(&m_pause, &QTimer::timeout, this, &ScannedText::Scan);
+    connect(&context.text, &TextControl::textChanged, this, &ScannedText::Wait);
+    connect(&context.text, &TextControl::textLoaded, this, &ScannedText::Request);
+}
+
+void ScannedText::Wait()
+{
+    m_pause.start(PauseFor(m_context.text.Length()));
+}
+
+void ScannedText::Request()
+{
+    m_pause.start(0);
+}
+
+void ScannedText::Scan()
+{
+    static const QMetaMethod signal = QMetaMethod::fromSignal(&ScannedText::scanned);
+    if (!isSignalConnected(signal))
+        return;
+    if (m_context.editor.document.Loading) {
+        Wait();
+        return;
+    }
+    TextScan scan{.text = m_context.text.Text(), .kind = m_context.editor.document.DocumentKind, .map = {}};
+    scan.map = CodeMap(scan.text, scan.kind);
+    Q_EMIT scanned(scan);
+}
+
+} // namespace zelvane

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "shell/document.h"
+#include "shell/ui/windowcontext.h"
+#include "writing/codemap.h"
+
+#include <QObject>
+#include <QString>
+#include <QTimer>
+
+namespace zelvane
+{
+
+/// The text at rest, for the aids that need the whole of it.
+struct TextScan {
+    QString text;
+    FileKind kind = FileKind::Other;
+    CodeMap map;
+};
+
+/// Scans the document when the user pauses: once for all aids, and not at all while none listens.
+class ScannedText : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit ScannedText(const WindowContext &context);
+
+    /// Has the present text scanned as soon as the work at hand is done.
+    void Request();
+
+Q_SIGNALS:
+    /// The text has not changed for a while, or is new. It changes with no signal between this and the next
+    /// textChanged.
+    void scanned(const TextScan &scan);
+
+private:
+    void Wait();
+    void Scan();
+
+    const WindowContext &m_context;
+    QTimer m_pause;
+};
+
+} // namespace zelvane
