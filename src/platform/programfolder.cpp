@@ -4,6 +4,7 @@
 #include "platform/runtimeerror.h"
 #include "platform/textfile.h"
 
+#include <QByteArray>
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
@@ -23,6 +24,13 @@ bool IsGivenOnce(const QFileInfo &shipped)
     return shipped.suffix() == u"csr"_s;
 }
 
+/// Whether a shipped file tells of this version of the program: the one of an earlier version gives way to
+/// it.
+bool IsOfThisVersion(const QFileInfo &shipped)
+{
+    return shipped.suffix() == u"html"_s;
+}
+
 /// The mark that a file was given.
 QString MarkOf(const QString &own)
 {
@@ -35,8 +43,13 @@ void Give(const QFileInfo &shipped, const QString &own)
     const bool once = IsGivenOnce(shipped);
     if (once && QFileInfo::exists(MarkOf(own)))
         return;
-    if (!QFileInfo::exists(own))
+    if (!QFileInfo::exists(own)) {
         WriteFileBytes(own, ReadFileBytes(shipped.filePath()));
+    } else if (IsOfThisVersion(shipped)) {
+        const QByteArray bytes = ReadFileBytes(shipped.filePath());
+        if (ReadFileBytes(own) != bytes)
+            WriteFileBytes(own, bytes);
+    }
     if (once)
         WriteFileBytes(MarkOf(own), {});
 }

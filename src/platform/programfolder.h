@@ -9,7 +9,8 @@ namespace zelvane
 /// The program's folder, without a separator at its end: `opcodes.txt`, the help page and the code repository
 /// lie in it. It is the environment variable ZELVANE_HOME, else the executable's folder where that holds
 /// `opcodes.txt` and can be written (a build tree, a portable copy), else `zelvane` in the user's data
-/// folder, which is made and given the shipped files that it lacks; a repository file is given once only.
+/// folder, which is made and given the shipped files that it lacks; a repository file is given once only,
+/// and the help page is always the shipped one.
 /// Never fails: what is missing is told by those who read it.
 QString ProgramFolder();
 

@@ -7,8 +7,10 @@
 
 #include <gtest/gtest.h>
 #include <QCoreApplication>
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <sys/stat.h>
 
@@ -83,6 +85,22 @@ TEST_F(FolderOfProgram, WithoutAnOpcodeListTheUsersFolderIsMadeAndFilled)
     EXPECT_EQ(Content(data + u"/opcodes.txt"_s), "mine"_ba);
     ASSERT_TRUE(QDir(executable).mkdir(u"opcodes.txt"_s));
     EXPECT_EQ(ChooseProgramFolder({}, executable, data, shipped), data) << "a folder is no list";
+}
+
+TEST_F(FolderOfProgram, TheHelpPageIsThatOfTheInstalledVersion)
+{
+    ASSERT_TRUE(QDir().mkpath(data));
+    Put(data + u"/zelvane.html"_s, "<html>of an earlier version");
+    ChooseProgramFolder({}, executable, data, shipped);
+    EXPECT_EQ(Content(data + u"/zelvane.html"_s), "<html>"_ba);
+    // It is written only then.
+    const QDateTime written(QDate(2020, 1, 2), QTime(3, 4));
+    QFile page(data + u"/zelvane.html"_s);
+    ASSERT_TRUE(page.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(page.setFileTime(written, QFileDevice::FileModificationTime));
+    page.close();
+    ChooseProgramFolder({}, executable, data, shipped);
+    EXPECT_EQ(QFileInfo(page).lastModified(), written);
 }
 
 TEST_F(FolderOfProgram, ARepositoryFileIsGivenOnce)
