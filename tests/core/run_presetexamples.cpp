@@ -43,11 +43,15 @@ TEST(PresetExamples, AllStartInTheDocumentsFolder)
                        u"^\\| \\w+ action \\| Command \\|"_s,
                        u"^\\| \\w+ action \\| Initial Folder \\| `\\$DIR\\$` \\|$"_s),
               3);
+    EXPECT_GE(Examples(Document("docs/guide/presets.md"), u"^\\| `[^\\n]*$"_s,
+                       u"^\\| `[^|]*` \\| `[^|]*` \\|"_s, u"\\| `\\$DIR\\$` \\|$"_s),
+              6);
+    EXPECT_GE(Examples(Document("docs/guide/settings.md"), u"^\\[[^\\n]*\\n([^\\[`\\n][^\\n]*\\n)*"_s,
+                       u"^Command="_s, u"^Folder=\\$DIR\\$$"_s),
+              1);
     EXPECT_GE(Examples(Document("README.md"), u"^\\[[^\\n]*\\n([^\\[`\\n][^\\n]*\\n)*"_s, u"^Command="_s,
                        u"^Folder=\\$DIR\\$$"_s),
               1);
-    const QString help = Document("data/zelvane.html");
-    EXPECT_GE(Examples(help, u"<pre>.*?</pre>"_s, u"[Cc]ommand: "_s, u"^Folder:      \\$DIR\\$"_s), 8);
     EXPECT_EQ(Examples(Document("data/presets"), u"^\\[[^\\n]*\\n([^\\[\\n][^\\n]*\\n)*"_s,
                        u"^(2nd)?Command="_s, u"^(2nd)?Folder=\\$DIR\\$$"_s),
               4);
