@@ -73,6 +73,8 @@ def is_there_whole(stage):
     check(owners & named, f"one of {owners} in {depends}")
     check("csound" in package.field("Recommends"), "Csound itself is recommended")
 
+    help_page = (package.share / "zelvane" / "zelvane.html").read_text()
+    check(help_page.count('src="data:image/png') == len(list((SOURCE / "docs" / "guide").glob("*.png"))), "the pictures of the help page")
     for name in ("opcodes.txt", "zelvane.html", "csound.hlp", "zelvane.csr"):
         check((package.share / "zelvane" / name).is_file(), f"{name} in the package")
     for page in (SOURCE / "docs" / "guide").iterdir():
@@ -180,6 +182,12 @@ def unpacked_program_renders_a_piece(stage):
     stage.write_store(STORE)
     piece = copy_example(stage, "oscil.csd", "a piece")
     wave = piece.with_suffix(".wav")
+    opened = stage.home / "opened"
+    browser = stage.home / "bin" / "xdg-open"
+    browser.parent.mkdir()
+    browser.write_text(f'#!/bin/sh\nprintf "%s" "$1" > {opened}.part && mv {opened}.part {opened}\n')
+    browser.chmod(0o755)
+    stage.environment["PATH"] = f"{browser.parent}:{stage.environment['PATH']}"
     editor = stage.start("--", f"file://{str(piece).replace(' ', '%20')}")
     window = editor.window(lambda title: str(piece) in title)
     editor.at_rest()
@@ -188,6 +196,11 @@ def unpacked_program_renders_a_piece(stage):
     window.screenshot("package-opened")
     window.keys("ctrl+1")
     stage.until(lambda: rendered(wave), lambda: f"{wave}; the program said: {editor.output()}")
+    window.keys("shift+F1")
+    stage.until(opened.exists, "the help page in the browser")
+    page = Path(opened.read_text())
+    equal(page.parent, stage.folder / "data" / "zelvane", "the folder of the help page")
+    check(page.read_bytes() == (SOURCE / "data" / "zelvane.html").read_bytes(), "the help page is the shipped one")
     check(Sound(wave).seconds > 1 and Sound(wave).peak > 300, f"{wave} is no sound")
     editor.close(window)
 
