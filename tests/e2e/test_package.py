@@ -110,9 +110,9 @@ def installation_gives_the_same_files(stage):
 def software_centres_show_the_documented_picture(stage):
     description = (package.share / "metainfo" / "org.example.zelvane.metainfo.xml").read_text()
     addresses = re.findall(r"<image[^>]*>([^<]+)</image>", description)
-    equal([address.rsplit("/", 1)[1] for address in addresses], ["screenshot.png"], "pictures")
-    width, height = map(int, run("identify", "-format", "%w %h", SOURCE / "docs" / "screenshot.png").split())
-    check(width >= 620 and width > height, f"docs/screenshot.png has {width} by {height} pixels")
+    equal([address.rsplit("/", 1)[1] for address in addresses], ["window.png"], "pictures")
+    width, height = map(int, run("identify", "-format", "%w %h", SOURCE / "docs" / "guide" / "window.png").split())
+    check(width >= 620 and width > height, f"docs/guide/window.png has {width} by {height} pixels")
 
 
 def icons_have_their_sizes(stage):

@@ -9,7 +9,7 @@ Used=2
 Splash=0
 CommentsColor=4711
 """
-PAGES = ("editor", "colors", "general", "programs", "extensions")
+PAGES = ("editor", "colors", "general", "programs", "extensions", "writing")
 
 
 def preferences(stage, editor, window):
@@ -118,7 +118,7 @@ def extensions_are_associated(stage):
     stage.write_store(STORE)
     editor, window = settled(stage)
     dialog = preferences(stage, editor, window)
-    dialog.keys("ctrl+shift+Tab", "alt+x")
+    dialog.keys("ctrl+shift+Tab", "ctrl+shift+Tab", "alt+x")
     question = editor.window("Associate extensions")
     stage.until(question.is_active, "the question in front")
     question.keys("alt+y")
