@@ -7,6 +7,7 @@
 #include "platform/ui/textcontrol.h"
 #include "preferences/ui/frmoptions.h"
 #include "shell/command.h"
+#include "shell/findkeys.h"
 #include "shell/settingkey.h"
 #include "shell/ui/appearance.h"
 #include "shell/ui/commands.h"
@@ -41,6 +42,7 @@ const FlagKey AllAids[] = {
 #define AID_KEY(Type, Name, ...) Keys::Name,
     ZELVANE_WRITING_KEYS(AID_KEY)
 #undef AID_KEY
+        Keys::RegularExpressions,
 };
 
 /// The commands of an aid.
