@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """The Preferences dialog by keys alone, and the ways that lead to it; the pictures are for looking at."""
 
-from support.stage import check, copy_example, dark_desktop, equal, main, rendered, settled
+from support.stage import check, copy_example, dark_desktop, equal, main, ran_to_end, rendered, settled
 
 STORE = """; mine
 [Options]
@@ -138,6 +138,45 @@ def extensions_are_associated(stage):
     editor.close(window)
 
 
+def a_tool_that_hangs_is_stopped(stage):
+    tool = stage.folder / "bin" / "update-mime-database"
+    tool.parent.mkdir()
+    tool.write_text('#!/bin/sh\nexec tail -f "$0"\n')
+    tool.chmod(0o700)
+    stage.environment["PATH"] = f"{tool.parent}:{stage.environment['PATH']}"
+    stage.write_store(STORE)
+    editor, window = settled(stage)
+    dialog = preferences(stage, editor, window)
+    dialog.keys("ctrl+shift+Tab", "alt+x")
+    question = editor.window("Associate extensions")
+    stage.until(question.is_active, "the question in front")
+    question.keys("alt+y")
+    box = editor.window("Zelvane")
+    stage.until(box.is_active, "the box over the dialog")
+    stage.screenshot("preferences-waiting")
+    box.keys("Escape")
+    told = editor.window("Zelvane", beside=box)
+    stage.until(told.is_active, "what came of it")
+    check(ran_to_end(f"tail -f {tool}"), "the tool still runs")
+    check(not (stage.folder / "data" / "applications").exists(), "no entry without its types")
+    told.keys("Return")
+    stage.until(dialog.is_active, "the dialog again")
+    # It can be done again.
+    tool.unlink()
+    dialog.keys("alt+x")
+    question = editor.window("Associate extensions")
+    stage.until(question.is_active, "the question in front")
+    question.keys("alt+y")
+    told = editor.window("Zelvane")
+    stage.until(told.is_active, "what came of it")
+    check((stage.folder / "data" / "applications" / "zelvane.desktop").is_file(), "the entry")
+    told.keys("Return")
+    stage.until(dialog.is_active, "the dialog again")
+    dialog.keys("Escape")
+    closed(stage, editor)
+    editor.close(window)
+
+
 def answered_yes(stage, process, keys):
     """The question whether the dialog is to be shown, answered with yes, and the path of the other Csound typed there."""
     question = process.window("Zelvane")
@@ -194,6 +233,7 @@ main(
     a_small_screen_shows_all,
     settings_are_changed_by_keys,
     extensions_are_associated,
+    a_tool_that_hangs_is_stopped,
     run_dialog_offers_it,
     chooser_offers_it,
 )
