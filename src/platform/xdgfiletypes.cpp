@@ -390,7 +390,6 @@ void XdgFileTypes::WriteLists(const QByteArrayList &types, const QByteArrayList 
         Write(name, list);
 }
 
-/// Whether a tool has done its work on a folder.
 bool XdgFileTypes::RunTool(const QString &tool, const QString &folder) const
 {
     QProcess process;
@@ -402,12 +401,14 @@ bool XdgFileTypes::RunTool(const QString &tool, const QString &folder) const
     QElapsedTimer clock;
     clock.start();
     while (!process.waitForFinished(LookMs) && process.state() != QProcess::NotRunning) {
-        if (clock.elapsed() > m_toolPatience ||
-            (m_progress && !m_progress->GoOn(clock.elapsed(), m_toolPatience))) {
-            process.kill();
-            process.waitForFinished();
-            return false;
-        }
+        const bool stopped = m_progress && !m_progress->GoOn(clock.elapsed(), m_toolPatience);
+        if (!stopped && clock.elapsed() <= m_toolPatience)
+            continue;
+        process.kill();
+        process.waitForFinished();
+        if (stopped)
+            throw RunTimeError(ErrorNumber::PathFileAccess, tool + u" was stopped"_s, u"File types"_s);
+        return false;
     }
     return process.error() != QProcess::FailedToStart && process.exitStatus() == QProcess::NormalExit &&
            process.exitCode() == 0;

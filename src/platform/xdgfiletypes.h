@@ -47,6 +47,8 @@ private:
     /// @return the names of the entries
     QByteArrayList WriteEntries(const ProgramFiles &files) const;
     void WriteLists(const QByteArrayList &types, const QByteArrayList &entries) const;
+    /// @return whether a tool has done its work on a folder. @throws RunTimeError when the user has stopped
+    /// it
     bool RunTool(const QString &tool, const QString &folder) const;
 
     XdgPlace m_place;

@@ -207,14 +207,15 @@ TEST(Associations, NothingElseOfAListChanges)
     }
 }
 
-/// Stands in for the tool that reads the types, as long as it lives.
+/// Stands in for a tool of the desktop, as long as it lives.
 class ToolInPlace
 {
 public:
-    ToolInPlace(const QString &folder, const QByteArray &script)
+    ToolInPlace(const QString &folder, const QByteArray &script,
+                const QString &name = u"update-mime-database"_s)
     {
         const QString bin = folder + u"/bin"_s;
-        const QString tool = bin + u"/update-mime-database"_s;
+        const QString tool = bin + u'/' + name;
         EXPECT_TRUE(QDir().mkpath(bin));
         WriteFileBytes(tool, script);
         EXPECT_TRUE(QFile::setPermissions(tool, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
@@ -390,7 +391,26 @@ TEST_F(Registering, AToolThatHangsIsEnded)
     // By itself after a while.
     XdgFileTypes patient({data, config}, nullptr, 100);
     EXPECT_THROW(patient.Register(example), RunTimeError);
+    EXPECT_FALSE(QFileInfo::exists(data + u"/applications"_s));
+}
+
+TEST_F(Registering, AToolThatIsNotNeededMayHang)
+{
+    registry.Register(example);
+    ASSERT_TRUE(QFile::remove(data + u"/applications/mimeapps.list"_s));
+    const QString note = folder.path() + u"/tool"_s;
+    const ToolInPlace quick(folder.path(), "#!/bin/sh\nexit 0\n"); // the types are known already
+    const ToolInPlace tool(folder.path(),
+                           "#!/bin/sh\necho $$ > '" + QFile::encodeName(note) + "'\nexec sleep 600\n",
+                           u"update-desktop-database"_s);
+    // The user who stops it wants nothing of all this.
+    Stopping progress(note);
+    XdgFileTypes stopped({data, config}, &progress, 3'600'000);
+    EXPECT_THROW(stopped.Register(example), RunTimeError);
     EXPECT_FALSE(QFileInfo::exists(data + u"/applications/mimeapps.list"_s));
+    XdgFileTypes patient({data, config}, nullptr, 2000);
+    patient.Register(example);
+    ExpectWhole();
 }
 
 TEST_F(Registering, AToolThatFailsOrIsNotThereIsAFailure)
