@@ -11,6 +11,13 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <memory>
+#include <poll.h>
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QIODevice>
+#include <QList>
 #include <QObject>
 #include <QProcess>
 #include <QProcessEnvironment>
@@ -20,6 +27,7 @@
 #include <termios.h>
 #include <unistd.h>
 #include <utility>
+#include <vector>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -31,8 +39,11 @@ namespace
 
 /// What is read before events are served again.
 constexpr qsizetype MostAtOnce = 256 * 1024;
-/// What is read of a program that has ended while others that it started go on writing.
-constexpr qsizetype MostAtEnd = 16 * 1024 * 1024;
+/// More than a terminal holds of what a program wrote before it ended. Others may go on writing.
+constexpr qsizetype MostAtEnd = 1024 * 1024;
+/// How long each signal is waited for when this process has to end at once.
+constexpr int HasteMs = 4000;
+constexpr int LookEveryMs = 50;
 constexpr unsigned short Columns = 132;
 constexpr unsigned short Rows = 40;
 constexpr char EndOfInput = 4;
@@ -123,12 +134,50 @@ void EnterTerminal(int terminal)
     ::sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
+/// The process groups of a session with a member that a signal reaches: what has ended and is not yet fetched
+/// by its parent counts no more, and another user's program cannot be stopped.
+std::vector<pid_t> GroupsOf(pid_t session)
+{
+    std::vector<pid_t> groups;
+    if (session <= 0)
+        return groups;
+    QDirIterator processes(u"/proc"_s, {u"[0-9]*"_s}, QDir::Dirs);
+    if (!processes.hasNext()) { // a system without a table of them
+        if (::kill(-session, 0) == 0)
+            groups.push_back(session);
+        return groups;
+    }
+    while (processes.hasNext()) {
+        QFile file(processes.next() + u"/stat"_s);
+        if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+            continue;
+        // The number, the name in brackets, which may hold any, then state, parent, group and session.
+        const QByteArray line = file.read(1024);
+        const QList<QByteArray> fields = line.mid(line.lastIndexOf(')') + 2).split(' ');
+        if (fields.size() < 4 || fields[0] == "Z" || fields[0] == "X" || fields[3].toLongLong() != session)
+            continue;
+        const pid_t group = pid_t(fields[2].toLongLong());
+        if (std::find(groups.begin(), groups.end(), group) == groups.end() &&
+            ::kill(pid_t(line.toLongLong()), 0) == 0)
+            groups.push_back(group);
+    }
+    return groups;
+}
+
+/// Those whose programs are to be stopped should this process be ended by an exit, as the toolkit does when
+/// the display has gone.
+std::vector<TerminalProcess *> &Living()
+{
+    static std::vector<TerminalProcess *> living;
+    return living;
+}
+
 } // namespace
 
 struct TerminalProcess::Parts {
     Handlers handlers;
     QProcess process;
-    pid_t group = 0;
+    pid_t session = 0; ///< of the program; 0 when nothing of it is left
     NativeFile master;
     std::unique_ptr<QSocketNotifier> readable;
     std::unique_ptr<QSocketNotifier> writable;
@@ -141,10 +190,16 @@ TerminalProcess::TerminalProcess(Handlers handlers) : m_parts(std::make_unique<P
 {
     m_parts->handlers = std::move(handlers);
     m_parts->buffer.resize(MostAtOnce);
+    Living().push_back(this);
+    [[maybe_unused]] static const int registered = std::atexit([] {
+        for (TerminalProcess *process : Living())
+            process->EndInHaste();
+    });
 }
 
 TerminalProcess::~TerminalProcess()
 {
+    std::erase(Living(), this);
     m_parts->handlers = {};
     m_parts->process.disconnect();
     Stop(StopSignal::Kill);
@@ -167,19 +222,9 @@ bool TerminalProcess::Start(const Request &request)
     process.setStandardInputFile(QProcess::nullDevice());
     process.setChildProcessModifier([fd = terminal.Descriptor()] { EnterTerminal(fd); });
     QObject::connect(&process, &QProcess::finished, &process, [this](int code, QProcess::ExitStatus status) {
-        // The output ends before the program does.
-        for (qsizetype read = -1, all = 0; read != 0 && all < MostAtEnd; all += read) {
-            const ssize_t got = native::Retry([this] {
-                return ::read(m_parts->master.Descriptor(), m_parts->buffer.data(),
-                              size_t(m_parts->buffer.size()));
-            });
-            read = std::max<ssize_t>(0, got);
-            if (read > 0 && m_parts->handlers.output)
-                m_parts->handlers.output(QByteArrayView(m_parts->buffer).first(read));
-        }
-        m_parts->readable.reset();
-        m_parts->writable.reset();
-        AnyRuns(); // nobody else may ask before its number is used again
+        ReadRest();                // the output ends before the program does
+        m_parts->writable.reset(); // others that it has started may go on writing
+        AnyRuns();                 // nobody else may ask before its number is used again
         const bool bySignal = status == QProcess::CrashExit;
         if (m_parts->handlers.ended)
             m_parts->handlers.ended({.bySignal = bySignal,
@@ -191,7 +236,7 @@ bool TerminalProcess::Start(const Request &request)
         m_parts->error = process.errorString();
         return false;
     }
-    m_parts->group = pid_t(process.processId());
+    m_parts->session = pid_t(process.processId());
     m_parts->readable =
         std::make_unique<QSocketNotifier>(m_parts->master.Descriptor(), QSocketNotifier::Read);
     QObject::connect(m_parts->readable.get(), &QSocketNotifier::activated, &process, [this] { Read(); });
@@ -212,10 +257,10 @@ bool TerminalProcess::AnyRuns() const
 {
     if (IsRunning())
         return true;
-    // A group keeps its number while it has a member. Once it has none, the number may become another's.
-    if (m_parts->group > 0 && ::kill(-m_parts->group, 0) != 0)
-        m_parts->group = 0;
-    return m_parts->group > 0;
+    // A session keeps its number while it has a member. Once it has none, the number may become another's.
+    if (GroupsOf(m_parts->session).empty())
+        m_parts->session = 0;
+    return m_parts->session > 0;
 }
 
 void TerminalProcess::Read()
@@ -238,6 +283,19 @@ void TerminalProcess::Read()
         m_parts->handlers.output(QByteArrayView(m_parts->buffer).first(length));
 }
 
+void TerminalProcess::ReadRest()
+{
+    for (qsizetype read = -1, all = 0; read != 0 && all < MostAtEnd; all += read) {
+        const ssize_t got = native::Retry([this] {
+            return ::read(m_parts->master.Descriptor(), m_parts->buffer.data(),
+                          size_t(m_parts->buffer.size()));
+        });
+        read = std::max<ssize_t>(0, got);
+        if (read > 0 && m_parts->handlers.output)
+            m_parts->handlers.output(QByteArrayView(m_parts->buffer).first(read));
+    }
+}
+
 void TerminalProcess::Write(const QByteArray &bytes)
 {
     if (!IsRunning())
@@ -257,6 +315,10 @@ void TerminalProcess::WritePending()
     while (!input.isEmpty()) {
         const ssize_t written = native::Retry(
             [&] { return ::write(m_parts->master.Descriptor(), input.constData(), size_t(input.size())); });
+        if (written < 0 && errno != EAGAIN && errno != EWOULDBLOCK) {
+            input.clear(); // nobody has the terminal open any more
+            break;
+        }
         if (written <= 0)
             break;
         input.remove(0, written);
@@ -277,10 +339,28 @@ void TerminalProcess::WritePending()
 
 void TerminalProcess::Stop(StopSignal signal)
 {
-    if (!AnyRuns() || m_parts->group <= 0)
-        return;
-    ::kill(-m_parts->group, NumberOfSignal(signal));
-    ::kill(-m_parts->group, SIGCONT); // a halted program takes no other signal
+    for (const pid_t group : GroupsOf(m_parts->session)) {
+        ::kill(-group, NumberOfSignal(signal));
+        ::kill(-group, SIGCONT); // a halted program takes no other signal
+    }
+}
+
+void TerminalProcess::EndInHaste()
+{
+    for (const StopSignal signal : {StopSignal::Interrupt, StopSignal::Terminate, StopSignal::Kill}) {
+        Stop(signal);
+        for (const QDeadlineTimer deadline(HasteMs); !deadline.hasExpired();) {
+            if (GroupsOf(m_parts->session).empty())
+                return;
+            // A program that cannot get rid of its last words does not end.
+            pollfd output{.fd = m_parts->master.Descriptor(), .events = POLLIN, .revents = 0};
+            ::poll(&output, 1, LookEveryMs);
+            if (output.revents == POLLHUP)
+                ::poll(nullptr, 0, LookEveryMs);
+            [[maybe_unused]] const ssize_t thrownAway =
+                ::read(output.fd, m_parts->buffer.data(), size_t(m_parts->buffer.size()));
+        }
+    }
 }
 
 } // namespace zelvane

@@ -25,7 +25,9 @@ struct ProgramEnd {
 enum class StopSignal { Interrupt, Terminate, Kill };
 
 /// A program that runs in a terminal of its own, so that it writes each line at once and may ask. It leads a
-/// session: a stop reaches all that it has started, and all ends with this process, even when that is killed.
+/// session: a stop reaches all of it, and all ends with this process, even when that is killed. Where this
+/// process ends by an exit, as when the display goes, the program is stopped first. What leaves the session
+/// for one of its own, as a service does that starts in the background, is out of reach.
 class TerminalProcess
 {
 public:
@@ -37,7 +39,8 @@ public:
     struct Handlers {
         /// Called from the event loop with a few hundred kilobytes at most; a program that writes more waits.
         std::function<void(QByteArrayView)> output;
-        /// Called once, when the program has ended and its output has been given.
+        /// Called once, when the program has ended and its output has been given. Output of others that it
+        /// has started may follow.
         std::function<void(const ProgramEnd &)> ended;
     };
 
@@ -51,19 +54,24 @@ public:
     bool Start(const Request &request);
     QString Error() const;
     bool IsRunning() const;
-    /// Whether anything of what was started runs, the program itself or others that it has started.
+    /// Whether anything of what was started runs, the program itself or others of its session. After the
+    /// program's end it looks through the system's processes.
     bool AnyRuns() const;
 
+    /// Gives at once what has been written and was not given yet, a megabyte at most.
+    void ReadRest();
     /// Gives bytes to the program's standard input. What it does not take in time is given later.
     void Write(const QByteArray &bytes);
     void WriteEnd(); ///< the end of the input, as Ctrl+D at a terminal
-    /// To the program and all that it has started.
+    /// To the program and all of its session.
     void Stop(StopSignal signal);
 
 private:
     struct Parts;
     void Read();
     void WritePending();
+    /// Stops what runs without serving events, gently first.
+    void EndInHaste();
 
     std::unique_ptr<Parts> m_parts;
 };

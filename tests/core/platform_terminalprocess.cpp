@@ -159,6 +159,38 @@ TEST_F(TerminalProcessTest, WhatAProgramLeftRunningIsKnown)
     EXPECT_TRUE(Until([this] { return !process.AnyRuns(); }));
 }
 
+TEST_F(TerminalProcessTest, TheOutputOfWhatWasLeftRunningIsRead)
+{
+    // More than a terminal holds.
+    ASSERT_TRUE(Shell(u"trap '' HUP; (sleep 0.3; i=0; while [ $i -lt 3000 ]; do "
+                      "echo 0123456789012345678901234567890123456789012345678901234567890123456789; "
+                      "i=$((i+1)); done; echo done) & exit 0"_s));
+    ASSERT_TRUE(UntilEnd());
+    EXPECT_TRUE(Until([this] { return output.contains("done"); }));
+    EXPECT_TRUE(Until([this] { return !process.AnyRuns(); }));
+    EXPECT_EQ(output.size(), 3000 * 71 + 5);
+}
+
+TEST_F(TerminalProcessTest, AStopReachesAllGroupsOfTheSession)
+{
+    ASSERT_TRUE(Shell(u"set -m; (trap '' HUP; trap 'echo heard; exit' INT; echo up; "
+                      "while :; do sleep 0.05; done) & wait"_s));
+    ASSERT_TRUE(Until([this] { return output.contains("up"); }));
+    process.Stop(StopSignal::Interrupt);
+    EXPECT_TRUE(Until([this] { return output.contains("heard"); })) << output.constData();
+    process.Stop(StopSignal::Kill);
+    ASSERT_TRUE(UntilEnd());
+    EXPECT_TRUE(Until([this] { return !process.AnyRuns(); }));
+}
+
+TEST_F(TerminalProcessTest, InputForAClosedTerminalIsDropped)
+{
+    ASSERT_TRUE(Shell(u"exec <&- >&- 2>&-; sleep 0.5"_s));
+    process.Write(QByteArray(1'000'000, 'x') + '\n');
+    ASSERT_TRUE(UntilEnd());
+    EXPECT_EQ(end, (ProgramEnd{}));
+}
+
 #ifdef Q_OS_LINUX
 TEST_F(TerminalProcessTest, ANumberUsedAgainIsAnothersProgram)
 {
