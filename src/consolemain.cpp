@@ -86,12 +86,16 @@ int main(int argc, char **argv)
         return 2;
     }
     // Who waits for the program's end may have been killed, and the terminal of its start closed: the program
-    // goes on, and its end is shown. Empty handlers, which no program that is started inherits.
+    // goes on, and its end is shown. So it does where the log is longer than the user's files may be. Empty
+    // handlers, which no program that is started inherits.
 #ifdef SIGHUP
     std::signal(SIGHUP, [](int) {});
 #endif
 #ifdef SIGPIPE
     std::signal(SIGPIPE, [](int) {});
+#endif
+#ifdef SIGXFSZ
+    std::signal(SIGXFSZ, [](int) {});
 #endif
     KeepForSelf(options->notify);
 

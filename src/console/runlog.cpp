@@ -73,6 +73,7 @@ RunLog::RunLog(const QString &folder, const QString &name, const QDateTime &begu
     if (!m_file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered, OwnerOnly))
         return;
     m_path = m_file.fileName();
+    m_isWhole = true;
     m_lock = LockLeftFile(m_path);
     RemoveOld(folder, limits.logs);
 }
@@ -99,12 +100,19 @@ void RunLog::Write(QByteArrayView bytes)
     const qsizetype head = qsizetype(std::clamp<qint64>(m_limits.head - m_headLength, 0, bytes.size()));
     if (head > 0) {
         if (m_file.write(bytes.data(), head) != head) {
-            m_file.close();
+            GiveUp();
             return;
         }
         m_headLength += head;
     }
     WriteTail(bytes.sliced(head));
+}
+
+void RunLog::GiveUp()
+{
+    m_isWhole = false;
+    m_file.close(); // the tail's own files stay beside it
+    m_tail.reset();
 }
 
 void RunLog::WriteTail(QByteArrayView bytes)
@@ -123,13 +131,13 @@ void RunLog::WriteTail(QByteArrayView bytes)
             m_tailLength = 0;
             if (!m_tail->open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered,
                               OwnerOnly)) {
-                m_file.close();
+                GiveUp();
                 return;
             }
         }
         const qsizetype length = qsizetype(std::min<qint64>(half - m_tailLength, bytes.size()));
         if (m_tail->write(bytes.data(), length) != length) {
-            m_file.close();
+            GiveUp();
             return;
         }
         m_tailLength += length;
@@ -144,8 +152,10 @@ void RunLog::AppendTail(const QString &path)
         return;
     while (!tail.atEnd()) {
         const QByteArray piece = tail.read(CopyPiece);
-        if (piece.isEmpty() || m_file.write(piece) != piece.size())
-            return; // the tail's own file stays
+        if (piece.isEmpty() || m_file.write(piece) != piece.size()) {
+            m_isWhole = false; // the tail's own file stays
+            return;
+        }
     }
     tail.close();
     QFile::remove(path);

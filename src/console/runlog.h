@@ -40,10 +40,13 @@ public:
     /// the log's end where the program is killed.
     void Finish();
 
+    /// Whether all that is to be kept could be written so far.
+    bool IsWhole() const { return m_isWhole; }
     QString Path() const { return m_path; } ///< empty where no log can be written
 
 private:
     void WriteTail(QByteArrayView bytes);
+    void GiveUp();
     void AppendTail(const QString &path);
     QString TailPath() const;
     QString OlderTailPath() const;
@@ -57,6 +60,7 @@ private:
     qint64 m_tailLength = 0;
     qint64 m_dropped = 0; ///< bytes that are kept nowhere
     qint64 m_olderLength = 0;
+    bool m_isWhole = false;
 };
 
 } // namespace zelvane

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "console/runlog.h"
 
+#include "support/childprocess.h"
 #include "support/printers.h"
 
 #include <algorithm>
+#include <csignal>
 #include <gtest/gtest.h>
 #include <QByteArray>
 #include <QByteArrayView>
@@ -50,6 +52,7 @@ TEST_F(RunLogTest, KeepsAllOfALittle)
     log.Write("two\n");
     log.Finish();
     EXPECT_EQ(Bytes(log.Path()), "one\ntwo\n");
+    EXPECT_TRUE(log.IsWhole());
     ASSERT_EQ(Files().size(), 1);
     EXPECT_TRUE(Files()[0].startsWith(u"20260102-030405-006-"_s)) << Files()[0].toStdString();
     EXPECT_TRUE(Files()[0].endsWith(u"-Render__a_b.log"_s)) << Files()[0].toStdString();
@@ -124,4 +127,30 @@ TEST_F(RunLogTest, WithoutAFolderThereIsNoLog)
     log.Write("one\n");
     log.Finish();
     EXPECT_EQ(log.Path(), QString());
+    EXPECT_FALSE(log.IsWhole());
 }
+
+#ifdef SIGXFSZ
+TEST_F(RunLogTest, ADiskThatTakesNoMoreEndsTheLogAlone)
+{
+    const RunLog::Limits limits{.head = 2000, .tail = 8000, .logs = 3};
+    for (const qint64 room : {1000, 3000}) { // less than the head, and less than a half of the tail
+        const QString runs = folder.path() + u'/' + QString::number(room);
+        EXPECT_TRUE(test::WithFileSizeLimit(room, [&] {
+            std::signal(SIGXFSZ, SIG_IGN);
+            RunLog log(runs, u"x"_s, begun, limits);
+            EXPECT_TRUE(log.IsWhole());
+            for (int i = 0; i < 12'000; i += 100)
+                log.Write(Numbers(i / 10, i / 10 + 10));
+            EXPECT_FALSE(log.IsWhole());
+            log.Finish();
+            EXPECT_FALSE(log.IsWhole());
+            EXPECT_EQ(Bytes(log.Path()).left(500), Numbers(0, 50)) << "what came before is still there";
+        }));
+        // The next run takes them for ended ones.
+        for (int i = 1; i < 5; ++i)
+            RunLog(runs, u"x"_s, begun.addDays(i), limits);
+        EXPECT_EQ(QDir(runs).entryList(QDir::Files).size(), 3);
+    }
+}
+#endif
