@@ -18,6 +18,7 @@
 #include <QProcess>
 #include <QStandardPaths>
 #include <unistd.h>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -62,23 +63,44 @@ bool IsLauncher(const QString &program)
     return IsOneOf(names, program);
 }
 
-/// The first word of an entry's command line.
-QString FirstWord(const QString &exec)
+/// The first words of an entry's command line.
+QStringList FirstWords(const QString &exec, qsizetype most)
 {
+    QStringList words;
     QString word;
     bool quoted = false;
-    for (qsizetype i = 0; i < exec.size(); ++i) {
+    bool inWord = false;
+    for (qsizetype i = 0; i < exec.size() && words.size() < most; ++i) {
         const QChar character = exec[i];
+        if (!quoted && character == u' ') {
+            if (std::exchange(inWord, false))
+                words.append(std::exchange(word, {}));
+            continue;
+        }
+        inWord = true;
         if (character == u'"')
             quoted = !quoted;
         else if (quoted && character == u'\\' && i + 1 < exec.size())
             word += exec[++i];
-        else if (!quoted && character == u' ')
-            break;
         else
             word += character;
     }
-    return word;
+    if (inWord)
+        words.append(word);
+    return words;
+}
+
+/// The program of an entry's command line, also behind variables that are set for it.
+QString ProgramOf(const QString &exec)
+{
+    constexpr qsizetype most = 40;
+    const QStringList words = FirstWords(exec, most);
+    if (words.isEmpty() || QFileInfo(words.first()).fileName() != u"env"_s)
+        return words.value(0);
+    const auto program = std::find_if(words.begin() + 1, words.end(), [](const QString &word) {
+        return !word.startsWith(u'-') && !word.contains(u'=');
+    });
+    return program == words.end() ? QString() : *program;
 }
 
 /// The program of an entry with windows of its own; empty for another entry.
@@ -108,7 +130,7 @@ QString GraphicalProgramOf(const QString &path)
         if (key == u"Exec"_s)
             exec = value;
     }
-    return isApplication ? FirstWord(exec) : QString();
+    return isApplication ? ProgramOf(exec) : QString();
 }
 
 bool IsOurs(const QString &program)

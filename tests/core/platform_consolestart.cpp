@@ -65,6 +65,10 @@ TEST_F(HasOwnWindowTest, IsToldByDesktopEntries)
     const QString quoted = Program(u"with blank"_s);
     const QString plain = Program(u"plain"_s);
     const QString terminal = Program(u"terminal"_s);
+    const QString set = Program(u"set"_s);
+    Write(u"applications/t.desktop"_s,
+          "[Desktop Entry]\nType=Application\nExec=env A=b \"C=d e\" -i set %f\n");
+    Write(u"applications/u.desktop"_s, "[Desktop Entry]\nType=Application\nExec=env\n");
     Write(u"applications/a.desktop"_s, "[Desktop Entry]\nType=Application\nExec=window --new %f\n");
     Write(u"applications/more/b.desktop"_s,
           "[Desktop Entry]\nType=Application\nNoDisplay=true\nExec=\"" + quoted.toUtf8() + "\" %U\n");
@@ -73,6 +77,7 @@ TEST_F(HasOwnWindowTest, IsToldByDesktopEntries)
           "[Desktop Entry]\nType=Application\nExec=/bin/sh -c plain\n[Desktop Action x]\nExec=plain\n");
     EXPECT_TRUE(HasOwnWindow(window));
     EXPECT_TRUE(HasOwnWindow(quoted));
+    EXPECT_TRUE(HasOwnWindow(set)) << "behind its variables";
     EXPECT_FALSE(HasOwnWindow(plain));
     EXPECT_FALSE(HasOwnWindow(terminal));
     EXPECT_FALSE(HasOwnWindow(u"/bin/sh"_s)) << "an interpreter";
