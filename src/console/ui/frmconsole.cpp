@@ -155,7 +155,6 @@ void frmConsole::BuildWindow()
         } catch (const RunTimeError &) {
             // It holds for this window: a failure to remember it must not end the program that runs.
         }
-        m_touched = false; // the click itself is none that wants the window to stay
         UpdateLeaving();
     });
 }
@@ -166,6 +165,8 @@ void frmConsole::ApplyLook()
     QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     if (const QString family = settings.Text(Keys::Font, QString()); !family.isEmpty())
         font.setFamily(family);
+    font.setBold(settings.Flag(Keys::FontBold, font.bold()));
+    font.setItalic(settings.Flag(Keys::FontItalic, font.italic()));
     if (const double points = settings.Number(Keys::FontSize, font.pointSizeF()); points > 0)
         font.setPointSizeF(points);
     m_view->setFont(font);
@@ -214,7 +215,7 @@ void frmConsole::Run()
 
 bool frmConsole::IsFinished() const
 {
-    return !m_running && !(m_ladder.HasBegun() && m_process.AnyRuns());
+    return !m_running && !m_process.AnyRuns();
 }
 
 void frmConsole::GiveWay()
@@ -251,13 +252,8 @@ void frmConsole::Tick()
 {
     if (m_running)
         lblTime->setText(DurationText(m_clock.elapsed()));
-    if (!m_process.AnyRuns()) {
-        if (!m_running) {
-            m_tick.stop();
-            cmdStop->setEnabled(false);
-        }
-        if (m_closing && !m_running)
-            CloseNow();
+    if (IsFinished()) {
+        AllEnded();
         return;
     }
     if (const auto signal = m_ladder.Due(m_clock.elapsed()))
@@ -267,8 +263,7 @@ void frmConsole::Tick()
 void frmConsole::Send(StopSignal signal)
 {
     m_process.Stop(signal);
-    if (m_running)
-        SetState(StopWords(signal));
+    SetState(StopWords(signal));
 }
 
 void frmConsole::Stop()
@@ -282,25 +277,39 @@ void frmConsole::Stop()
 void frmConsole::Ended(const ProgramEnd &end)
 {
     m_running = false;
+    TellWaiting(m_options.notify, ProgramNews::Ended);
+    m_options.notify = -1;
     m_reader.Finish();
     const QString words = ExitWords(end, m_ladder.Last());
     m_log.Write((u'\n' + words + u'\n').toUtf8());
-    m_log.Finish();
-    TellWaiting(m_options.notify, ProgramNews::Ended);
-    m_options.notify = -1;
-    ShowEnd(words);
-    if (m_closing || !isVisible()) {
-        if (IsFinished())
-            CloseNow();
-        return;
-    }
     m_endedWell = end.IsSuccess() && !m_messages.FirstError();
-    UpdateLeaving();
+    ShowEnd(words);
+    if (IsFinished())
+        AllEnded();
+    else
+        lblState->setText(m_state + u" What it has started still runs."_s);
+}
+
+void frmConsole::AllEnded()
+{
+    m_tick.stop();
+    m_process.ReadRest();
+    m_reader.Finish();
+    m_log.Finish();
+    cmdStop->setEnabled(false);
+    ShowNews();
+    SetState(m_log.IsWhole() ? m_end : m_end + u" The log could not be written."_s);
+    if (m_question)
+        m_question->reject(); // it is out of date
+    else if (m_closing || !isVisible())
+        CloseNow();
+    else
+        UpdateLeaving();
 }
 
 void frmConsole::UpdateLeaving()
 {
-    if (!m_endedWell || m_touched || chkKeepOpen->isChecked())
+    if (!m_endedWell || m_touched || chkKeepOpen->isChecked() || !IsFinished())
         m_leave.stop();
     else if (!m_leave.isActive())
         m_leave.start();
@@ -315,17 +324,14 @@ void frmConsole::Touch()
 void frmConsole::ShowEnd(const QString &words)
 {
     lblTime->setText(DurationText(m_clock.elapsed()));
-    SetState(words);
+    const std::optional<RunMessage> &error = m_messages.FirstError();
+    m_end = error ? words + u' ' + error->text : words;
+    SetState(m_end);
     if (focusWidget() != m_view && focusWidget() != chkKeepOpen)
         m_view->setFocus(); // before the control that has it goes grey
     txtInput->setEnabled(false);
-    cmdStop->setEnabled(m_ladder.HasBegun() && m_process.AnyRuns());
     ShowNews();
-    const std::optional<RunMessage> &error = m_messages.FirstError();
-    if (!error)
-        return;
-    SetState(words + u' ' + error->text);
-    if (!m_touched && error->first >= m_store.First())
+    if (error && !m_touched && error->first >= m_store.First())
         m_view->GoToLine(error->first);
 }
 
@@ -396,13 +402,24 @@ void frmConsole::closeEvent(QCloseEvent *event)
     event->ignore();
     if (m_closing)
         return;
-    QMessageBox box(QMessageBox::Question, m_options.run.title,
-                    m_options.run.title + u" is still running. Stop it?"_s,
+    const QString asks = m_running ? u" is still running. Stop it?"_s
+                                   : u" has ended, but what it has started still runs. Stop that?"_s;
+    QMessageBox box(QMessageBox::Question, m_options.run.title, m_options.run.title + asks,
                     QMessageBox::Yes | QMessageBox::No, this);
     box.setObjectName(u"MessageBox"_s);
     box.setTextFormat(Qt::PlainText);
-    if (box.exec() == QMessageBox::Yes)
+    m_question = &box;
+    const int answer = box.exec();
+    m_question = nullptr;
+    if (IsFinished()) { // meanwhile
+        if (m_endedWell || m_closing)
+            CloseNow();
+        return;
+    }
+    if (answer == QMessageBox::Yes)
         StopAndClose();
+    else
+        Touch();
 }
 
 void frmConsole::StopAndClose()
@@ -420,6 +437,21 @@ void frmConsole::CloseNow()
         return;
     hide();
     Q_EMIT Closed();
+}
+
+void frmConsole::TouchBy(const QObject *watched, const QEvent &event)
+{
+    // What checks the box says by itself whether the window stays. A key that is held for another window's
+    // sake, or on the way to one, says nothing.
+    if (watched == chkKeepOpen && event.type() != QEvent::Wheel)
+        return;
+    if (event.type() == QEvent::KeyPress) {
+        const int key = static_cast<const QKeyEvent &>(event).key();
+        if ((key >= Qt::Key_Shift && key <= Qt::Key_ScrollLock) || key == Qt::Key_AltGr ||
+            key == Qt::Key_Super_L || key == Qt::Key_Super_R)
+            return;
+    }
+    Touch();
 }
 
 bool frmConsole::HandleKey(QObject *watched, const QKeyEvent &press)
@@ -470,10 +502,10 @@ bool frmConsole::eventFilter(QObject *watched, QEvent *event)
     switch (event->type()) {
     case QEvent::MouseButtonPress:
     case QEvent::Wheel:
-        Touch();
+        TouchBy(watched, *event);
         break;
     case QEvent::KeyPress: {
-        Touch();
+        TouchBy(watched, *event);
         if (HandleKey(watched, *static_cast<QKeyEvent *>(event)))
             return true;
         break;

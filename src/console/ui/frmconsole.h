@@ -22,6 +22,7 @@ class QCheckBox;
 class QKeyEvent;
 class QLabel;
 class QLineEdit;
+class QMessageBox;
 class QPushButton;
 
 namespace zelvane
@@ -50,7 +51,7 @@ public:
     /// Starts the program and shows the window as the options say. What cannot be started is told in the
     /// window.
     void Run();
-    /// Whether the program, and all that it has started while the user wanted it to stop, have ended.
+    /// Whether the program and all that it has started have ended.
     bool IsFinished() const;
     /// Whether it closes by itself in a moment: the run was good, and nobody has touched the window.
     bool IsLeaving() const { return m_leave.isActive(); }
@@ -77,10 +78,12 @@ private:
     void TakeOutput(QByteArrayView bytes);
     void TakeLine(StyledLine line);
     void Ended(const ProgramEnd &end);
+    void AllEnded();
     void ShowEnd(const QString &words);
     void SetState(const QString &words);
     void UpdateLeaving();
     void Touch();
+    void TouchBy(const QObject *watched, const QEvent &event);
     void Tick();
     void Send(StopSignal signal);
     void ShowNews();
@@ -103,7 +106,9 @@ private:
     QTimer m_news; ///< output is shown a few dozen times a second at most
     QTimer m_leave;
     std::optional<double> m_progress;
-    QString m_state; ///< of the run; lblState shows something else only for a moment
+    QString m_end;                     ///< how the program ended, in words
+    QString m_state;                   ///< of the run; lblState shows something else only for a moment
+    QMessageBox *m_question = nullptr; ///< whether to stop, while it is asked
     bool m_running = false;
     bool m_endedWell = false;
     bool m_touched = false;
