@@ -15,6 +15,7 @@ import os
 import re
 import select
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
@@ -249,9 +250,21 @@ class Stage:
             if process.runs():
                 process.process.kill()
                 process.process.wait()
+        self._end_left()
         for servant in reversed(self.servants):
             end(servant)
         shutil.rmtree(self.folder, ignore_errors=True)
+
+    def _end_left(self):
+        """Ends what the program has started and a scenario that failed has left: a console, and what runs in it."""
+        servants = {servant.pid for servant in self.servants}
+        for entry in Path("/proc").iterdir():
+            if entry.name.isdigit() and int(entry.name) not in servants | {os.getpid()}:
+                try:
+                    if f"XDG_RUNTIME_DIR={self.folder}/".encode() in (entry / "environ").read_bytes():
+                        os.kill(int(entry.name), signal.SIGKILL)
+                except OSError:
+                    continue
 
     def _make(self, name):
         path = self.folder / name

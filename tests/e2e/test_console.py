@@ -2,6 +2,7 @@
 """What Csound says: the console of a run, from the error to its line, and how runs are stopped."""
 
 import os
+import resource
 import signal
 import subprocess
 import wave
@@ -174,6 +175,112 @@ def stopped_run_leaves_a_readable_file(stage):
     editor.close(window)
 
 
+# Sound for the sound card and a file beside, until somebody stops it.
+LIVE_PIECE = """<CsoundSynthesizer>
+<CsInstruments>
+sr = 44100
+ksmps = 100
+nchnls = 1
+0dbfs = 1
+instr 1
+  a1 oscili 0.1, 220
+  out a1
+  fout "live.wav", 14, a1
+endin
+</CsInstruments>
+<CsScore>
+i 1 0 36000
+</CsScore>
+</CsoundSynthesizer>
+"""
+
+LIVE_STORE = """[Options]
+Used=2
+Splash=0
+Csound=/usr/bin/csound
+
+[Presets]
+Live=
+
+[Live]
+Command=$CSOUND$
+Args=-d -odac -+rtaudio=dummy $DOCUMENT$
+Folder=$DIR$
+"""
+
+
+def live_piece(stage):
+    """An editor in front whose piece plays and records, its window, and the console with its number."""
+    stage.write_store(LIVE_STORE)
+    piece = stage.home / "live.csd"
+    piece.write_text(LIVE_PIECE)
+    editor = stage.start(piece)
+    window = editor.window(lambda title: str(piece) in title)
+    editor.at_rest()
+    window.keys("ctrl+1")
+    pid, console = console_of(stage)
+    wave_file = stage.home / "live.wav"
+    stage.until(lambda: wave_file.exists() and wave_file.stat().st_size > 200000, "some sound")
+    return editor, window, pid, console, wave_file
+
+
+def check_sound(wave_file):
+    with wave.open(str(wave_file)) as sound:
+        check(sound.getnframes() > 44100, f"{sound.getnframes()} frames by the header")
+
+
+def stop_button_ends_a_live_run(stage):
+    editor, window, pid, console, wave_file = live_piece(stage)
+    stage.until(console.is_active, "the console in front")
+    check(processes(stage, "csound"), "it plays until it is stopped")
+    x, y, width, height = console.geometry()
+    console.click(width - 30, height - 20)  # Stop, in the corner
+    stage.until(lambda: not processes(stage, "csound"), "the end of the run")
+    check_sound(wave_file)
+    stage.until(lambda: "Stopped. Ended" in log_of(stage, "Live"), lambda: log_of(stage, "Live"))
+    console.screenshot("console-live-stopped")
+    console.ask_to_close()
+    stage.until(lambda: not consoles(stage), "no console left")
+    editor.close(window)
+
+
+def ended_console_stops_its_run(stage):
+    """What the session does at its end: the console is told to end, and lets Csound close its file first."""
+    editor, window, pid, console, wave_file = live_piece(stage)
+    os.kill(pid, signal.SIGTERM)
+    stage.until(lambda: not consoles(stage), "the console's end")
+    equal(processes(stage, "csound"), set(), "what runs still")
+    check_sound(wave_file)
+    editor.close(window)
+
+
+def display_that_goes_ends_the_run_well(stage):
+    wave_file = live_piece(stage)[4]
+    stage.lose_display()
+    stage.until(lambda: not consoles(stage), "the console's end")
+    equal(processes(stage, "csound"), set(), "what runs still")
+    check_sound(wave_file)
+
+
+def full_disk_ends_the_log_alone(stage):
+    """A log that may not grow further, by the limit of a file's size: the console goes on, and says so at the end."""
+    program = os.path.join(os.path.dirname(stage.program), "zelvane-console")
+    script = "i=0; while test $i -lt 3000; do echo a line of output that fills the disk; i=$((i+1)); done; echo last; exit 4"
+    console = subprocess.Popen(
+        [program, "--title", "Full", "--", "/bin/sh", "-c", script],
+        preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (50_000, 50_000)),
+        env=stage.environment,
+    )
+    stage.until(lambda: stage.windows_of(console.pid), "the console's window")
+    window = Window(stage, stage.windows_of(console.pid)[0])
+    stage.rest_of(console.pid)
+    window.screenshot("console-full-disk")
+    log = log_of(stage, "Full")
+    check("fills the disk" in log and "\nlast\n" not in log and len(log) <= 50_000, f"{len(log)} characters of the log")
+    window.keys("Escape")  # closes what has ended
+    equal(console.wait(60), 0, "the console's exit code")
+
+
 def guarded_hand_over(stage):
     """An error in an included file: unsaved work is asked about before another document comes."""
     stage.write_store(STORE.replace("SaveFirst=1\n", ""))
@@ -327,6 +434,10 @@ main(
     killed_editor_leaves_the_render_alone,
     console_outlives_who_waits_for_it,
     stopped_run_leaves_a_readable_file,
+    stop_button_ends_a_live_run,
+    ended_console_stops_its_run,
+    display_that_goes_ends_the_run_well,
+    full_disk_ends_the_log_alone,
     guarded_hand_over,
     hidden_run_has_its_log_alone,
     both_actions_have_consoles,
