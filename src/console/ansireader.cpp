@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "console/ansireader.h"
 
+#include "platform/terminalprocess.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -249,19 +251,27 @@ qsizetype AnsiReader::ExtendedColour(qsizetype position)
 void AnsiReader::Erase()
 {
     const qsizetype styled = qsizetype(m_styles.size());
+    if (m_parameters.front() != 1)
+        m_blank = std::min(m_blank, m_parameters.front() == 0 ? m_cursor : 0);
     switch (m_parameters.front()) {
     case 0:
         m_text.truncate(std::min(m_cursor, m_text.size()));
         m_styles.resize(size_t(std::min(m_cursor, styled)));
         break;
-    case 1:
-        m_text.replace(0, std::min(m_cursor, m_text.size()),
-                       QString(std::min(m_cursor, m_text.size()), u' '));
-        std::fill_n(m_styles.begin(), std::min(m_cursor, styled), TextStyle{});
+    case 1: {
+        // What was erased before is not erased again: a program may do so at each step of a long line.
+        const qsizetype end = std::min(m_cursor, m_text.size());
+        for (qsizetype i = m_blank; i < end; ++i)
+            m_text[i] = u' ';
+        for (qsizetype i = m_blank; i < std::min(end, styled); ++i)
+            m_styles[size_t(i)] = {};
+        m_blank = std::max(m_blank, end);
         break;
+    }
     case 2:
         m_text.clear();
         m_styles.clear();
+        m_cursor %= TerminalProcess::Columns; // where it stands in the last row
         break;
     default:
         break;
@@ -279,6 +289,7 @@ void AnsiReader::Put(QStringView text)
             EndLine();
             continue;
         }
+        m_blank = std::min(m_blank, m_cursor);
         if (m_cursor > m_text.size())
             m_text.append(QString(m_cursor - m_text.size(), u' '));
         if (m_cursor == m_text.size())
@@ -307,6 +318,7 @@ void AnsiReader::EndLine()
     m_text.clear();
     m_styles.clear();
     m_cursor = 0;
+    m_blank = 0;
     m_sink(std::move(line));
 }
 

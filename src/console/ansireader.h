@@ -66,6 +66,7 @@ private:
     QString m_text;
     std::vector<TextStyle> m_styles; ///< of the characters of the line; shorter where the rest is plain
     qsizetype m_cursor = 0;
+    qsizetype m_blank = 0; ///< how much of the line's start is known to be erased
 };
 
 } // namespace zelvane

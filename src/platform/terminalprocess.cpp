@@ -44,7 +44,6 @@ constexpr qsizetype MostAtEnd = 1024 * 1024;
 /// How long each signal is waited for when this process has to end at once.
 constexpr int HasteMs = 4000;
 constexpr int LookEveryMs = 50;
-constexpr unsigned short Columns = 132;
 constexpr unsigned short Rows = 40;
 constexpr char EndOfInput = 4;
 
@@ -99,7 +98,7 @@ void MakePlain(int terminal)
     }
     winsize size{};
     size.ws_row = Rows;
-    size.ws_col = Columns;
+    size.ws_col = TerminalProcess::Columns;
     ::ioctl(terminal, TIOCSWINSZ, &size);
 }
 

@@ -31,6 +31,9 @@ enum class StopSignal { Interrupt, Terminate, Kill };
 class TerminalProcess
 {
 public:
+    /// How wide programs are told that their terminal is, in characters.
+    static constexpr int Columns = 132;
+
     struct Request {
         QString program = {}; ///< a path
         QStringList arguments = {};

@@ -6,11 +6,14 @@
 
 #include <algorithm>
 #include <gtest/gtest.h>
+#include <limits>
 #include <QByteArray>
 #include <QByteArrayView>
+#include <QElapsedTimer>
 #include <QList>
 #include <QString>
 #include <QStringList>
+#include <QtGlobal>
 #include <random>
 #include <utility>
 #include <vector>
@@ -110,6 +113,34 @@ TEST(AnsiReader, WhatIsCutOffHidesNothingThatFollows)
     ASSERT_EQ(texts.size(), 1);
     EXPECT_GT(texts[0].size(), 5000);
     EXPECT_LT(TextsOf("\x1b[" + QByteArray(10000, '1') + "\n")[0].size(), 10000);
+}
+
+TEST(AnsiReader, ErasesAgainWhatWasWrittenSince)
+{
+    EXPECT_EQ(TextsOf("ab\x1b[1Kcd\x1b[1Ke\n"), QStringList{u"    e"_s});
+    EXPECT_EQ(TextsOf("abcd\x1b[1K\rxy\x1b[1Kz\n"), QStringList{u"  z "_s});
+    EXPECT_EQ(TextsOf("abcd\x1b[1K\rxy\rz\n"), QStringList{u"zy  "_s});
+    EXPECT_EQ(TextsOf("abcd\x1b[1K\r\x1b[Kxy\x1b[1Kz\n"), QStringList{u"  z"_s});
+    EXPECT_EQ(LinesOf("\x1b[31mab\x1b[1Kc\x1b[1Kd\n"),
+              (std::vector<StyledLine>{{u"   d"_s, {{3, 1, {1, false}}}}}));
+}
+
+TEST(AnsiReader, ErasingALongLineCostsWhatWasWrittenSince)
+{
+    for (const char *step : {"\b\x1b[2Ka", "\b\x1b[1Ka"}) {
+        const auto time = [&](int column) {
+            const QByteArray bytes = QByteArray(column, 'x') + QByteArray(step).repeated(20'000);
+            qint64 best = std::numeric_limits<qint64>::max();
+            for (int i = 0; i < 3; ++i) {
+                QElapsedTimer clock;
+                clock.start();
+                LinesOf(bytes);
+                best = std::min(best, clock.nsecsElapsed());
+            }
+            return best;
+        };
+        EXPECT_LT(time(8000), 10 * time(20)) << QByteArray(step).toPercentEncoding().constData();
+    }
 }
 
 TEST(AnsiReader, InvalidBytesAreShownAsSuch)
