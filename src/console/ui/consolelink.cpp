@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "console/ui/consolelink.h"
 
+#include "platform/ui/instancelink.h"
+
 #include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QDir>
@@ -8,7 +10,6 @@
 #include <QFileInfoList>
 #include <QLocalServer>
 #include <QLocalSocket>
-#include <QStandardPaths>
 #include <utility>
 
 using namespace Qt::Literals::StringLiterals;
@@ -25,7 +26,7 @@ constexpr int PatienceMs = 500;
 
 ConsoleLink::ConsoleLink(const QString &key, QObject *parent)
     : QObject(parent),
-      m_folder(QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation)),
+      m_folder(InstanceLink::SocketFolder(u"consoles"_s)),
       m_stem(u"zelvane-console-"_s +
              QString::fromLatin1(
                  QCryptographicHash::hash(key.toUtf8(), QCryptographicHash::Sha1).toHex().left(10)) +

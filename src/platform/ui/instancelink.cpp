@@ -63,8 +63,15 @@ bool MakeOwnFolder(const QString &folder)
            QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
-/// The folder of the realm's sockets, made if it is not there; empty where the desktop has no such place.
-QString FolderOf(const QString &realm)
+/// How the name of a process's socket begins.
+QString SocketStem(qint64 process)
+{
+    return QString::number(process) + u'-';
+}
+
+} // namespace
+
+QString InstanceLink::SocketFolder(const QString &realm)
 {
     const QString runtime = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
     if (runtime.isEmpty())
@@ -79,15 +86,8 @@ QString FolderOf(const QString &realm)
     return MakeOwnFolder(folder) ? folder : QString();
 }
 
-/// How the name of a process's socket begins.
-QString SocketStem(qint64 process)
-{
-    return QString::number(process) + u'-';
-}
-
-} // namespace
-
-InstanceLink::InstanceLink(const QString &realm, QObject *parent) : QObject(parent), m_folder(FolderOf(realm))
+InstanceLink::InstanceLink(const QString &realm, QObject *parent)
+    : QObject(parent), m_folder(SocketFolder(realm))
 {
 }
 
