@@ -244,11 +244,11 @@ QString CodeOf(QStringView text)
     return WithoutComments(text).text;
 }
 
-bool IsInBlockComment(const std::vector<TextSpan> &comments, qsizetype offset, qsizetype textLength)
+bool IsInside(const std::vector<TextSpan> &spans, qsizetype offset, qsizetype textLength)
 {
-    auto behind = std::lower_bound(comments.begin(), comments.end(), offset,
-                                   [](const TextSpan &comment, qsizetype at) { return comment.start < at; });
-    if (behind == comments.begin())
+    auto behind = std::lower_bound(spans.begin(), spans.end(), offset,
+                                   [](const TextSpan &span, qsizetype at) { return span.start < at; });
+    if (behind == spans.begin())
         return false;
     --behind;
     return offset < behind->end || (offset == textLength && behind->end == textLength);

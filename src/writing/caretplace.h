@@ -23,8 +23,9 @@ TextPart PartAtEnd(QStringView beginning, bool inComment);
 /// The text with blanks in the place of comments and double quotes in that of strings.
 QString CodeOf(QStringView text);
 
-/// Whether `offset` is inside one of the block comments, or right behind one that ends with the text.
-bool IsInBlockComment(const std::vector<TextSpan> &comments, qsizetype offset, qsizetype textLength);
+/// Whether `offset` is inside one of the spans, which are in order, or right behind one that ends with the
+/// text: so a comment does that nothing closes.
+bool IsInside(const std::vector<TextSpan> &spans, qsizetype offset, qsizetype textLength);
 
 /// The word that touches a place of a line: letters, digits and underscores, with the "$" before it. A number
 /// is none.

@@ -114,7 +114,25 @@ private:
 
     void ReadCode(qsizetype from, qsizetype end)
     {
+        FindBraces(from, end);
         ForEachWord(from, end, [this](qsizetype start, qsizetype wordEnd) { ReadWord(start, wordEnd); });
+    }
+
+    /// The strings in double braces that begin in a piece of code. Without a partner braces are code.
+    void FindBraces(qsizetype from, qsizetype end)
+    {
+        while (!m_noneCloses) {
+            from = std::max(from, m_bracesEnd);
+            const qsizetype open = from < end ? FindMark(m_text.first(end), u'{', u'{', from) : -1;
+            if (open < 0)
+                return;
+            const qsizetype close = FindMark(m_text, u'}', u'}', open + 2);
+            m_noneCloses = close < 0;
+            if (!m_noneCloses) {
+                m_bracesEnd = close + 2;
+                m_names.bracedStrings.push_back({open, m_bracesEnd});
+            }
+        }
     }
 
     /// What stands behind all that is coloured. There a comment that nothing ends can begin.
@@ -294,6 +312,8 @@ private:
     std::deque<QString> m_macros; ///< what the words of m_code view that stand nowhere in the text
     qsizetype m_macroName = -1;   ///< where that of the last definition begins
     bool m_opcodeOpen = false;
+    qsizetype m_bracesEnd = 0; ///< where the last string in braces ends
+    bool m_noneCloses = false; ///< there are no closing braces in the rest of the text
 };
 
 } // namespace

@@ -30,6 +30,7 @@ struct TextNames {
     WordList comments; ///< the words of comments
     std::vector<UserOpcode> opcodes;
     std::vector<TextSpan> blockComments; ///< in order; one that is not closed ends with the text
+    std::vector<TextSpan> bracedStrings; ///< with their double braces, in order; their words are in `code`
     /// The score of a unified text, from its tag to the closing one or to the end; empty without one.
     TextSpan score;
 };

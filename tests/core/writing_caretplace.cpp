@@ -204,13 +204,13 @@ TEST(CaretPlace, TellsStringsAndComments)
     EXPECT_EQ(PartAtBar(u"|"_s), TextPart::Code);
 }
 
-TEST(CaretPlace, BlockCommentsHoldWhatIsBetweenTheirEnds)
+TEST(CaretPlace, SpansHoldWhatIsBetweenTheirEnds)
 {
     const std::vector<TextSpan> comments = {{2, 8}, {10, 20}};
     for (const auto &[offset, inside] : {std::pair{2, false}, {3, true}, {7, true}, {8, false}, {15, true}})
-        EXPECT_EQ(IsInBlockComment(comments, offset, 30), inside) << offset;
-    EXPECT_TRUE(IsInBlockComment(comments, 20, 20));
-    EXPECT_FALSE(IsInBlockComment({}, 0, 0));
+        EXPECT_EQ(IsInside(comments, offset, 30), inside) << offset;
+    EXPECT_TRUE(IsInside(comments, 20, 20));
+    EXPECT_FALSE(IsInside({}, 0, 0));
 }
 
 TEST(CaretPlace, FindsTheWordAtAPlace)

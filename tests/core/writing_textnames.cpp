@@ -155,6 +155,16 @@ TEST(TextNames, KnowsBlockCommentsAndTheScore)
     EXPECT_EQ(FindNames(text, false).score, TextSpan());
 }
 
+TEST(TextNames, KnowsStringsInBraces)
+{
+    const QString text = u"a {{ b \" c }} \" {{ \" d {{ e\nf }} ; {{\n{{ open"_s;
+    const TextNames names = FindNames(text, false);
+    std::vector<QString> strings;
+    for (const TextSpan &span : names.bracedStrings)
+        strings.push_back(text.sliced(span.start, span.Length()));
+    EXPECT_EQ(strings, std::vector<QString>({u"{{ b \" c }}"_s, u"{{ \" d {{ e\nf }}"_s}));
+}
+
 TEST(TextNames, TypesOfAnOpcodeAreOneEach)
 {
     EXPECT_EQ(ReadTypes(u"kS[]o"), QStringList({u"k"_s, u"S[]"_s, u"o"_s}));

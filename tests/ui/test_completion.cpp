@@ -280,7 +280,14 @@ void CompletionTest::NoListByItselfInCommentsAndStrings()
     QVERIFY(!typist.List().isVisible());
     typist.Type(u"\nprints \"osc"_s);
     QVERIFY(!typist.List().isVisible());
-    typist.Type(u"\" // osc"_s);
+    typist.Text().ReplaceRange(0, typist.Text().Length(), u"scoreline {{\n\n}}\n"_s);
+    typist.Text().SetSelection(13, 13);
+    typist.Type(u"osc"_s);
+    QVERIFY(!typist.List().isVisible());
+    typist.Text().SetSelection(typist.Text().Length(), typist.Text().Length());
+    typist.Type(u"osc"_s);
+    QVERIFY(typist.List().isVisible());
+    typist.Type(u" // osc"_s);
     QVERIFY(!typist.List().isVisible());
 }
 
@@ -470,6 +477,10 @@ void CompletionTest::TheHintKnowsFunctionsAndOwnOpcodes()
     typist.Type(u"1, 2, 3, 4), "_s);
     QCOMPARE(typist.Hint(), u"aout *Warmer* ain, *kheat*"_s);
     typist.Type(u"; linen "_s);
+    QCOMPARE(typist.Hint(), QString());
+    typist.Type(u"\n/* one\ntwo linen , */ a1 linen 1, "_s);
+    QCOMPARE(typist.Hint(), u"a *linen* a|k, *i*, i, i"_s);
+    typist.Type(u"/* "_s);
     QCOMPARE(typist.Hint(), QString());
 }
 

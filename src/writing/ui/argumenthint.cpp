@@ -129,7 +129,8 @@ std::optional<ArgumentHintAid::Place> ArgumentHintAid::FindPlace()
     const qsizetype caret = text.CaretOffset();
     const TextNames &names = m_names->Names();
     if (kind == FileKind::Score || (caret >= names.score.start && caret < names.score.end) ||
-        IsInBlockComment(names.blockComments, caret, text.Length()))
+        IsInside(names.blockComments, caret, text.Length()) ||
+        IsInside(names.bracedStrings, caret, text.Length()))
         return {};
     const qsizetype line = text.LineOfOffset(caret);
     qsizetype first = line;
@@ -143,12 +144,10 @@ std::optional<ArgumentHintAid::Place> ArgumentHintAid::FindPlace()
     }
     qsizetype start = std::max(text.LineStart(first), caret - StatementReach);
     // A comment that ends in the line is passed over.
-    for (const TextSpan &comment : names.blockComments) {
-        if (comment.start < start && comment.end > start && comment.end <= caret)
-            start = comment.end;
-        if (comment.start >= start)
-            break;
-    }
+    const auto comment = std::upper_bound(names.blockComments.begin(), names.blockComments.end(), start,
+                                          [](qsizetype at, const TextSpan &span) { return at < span.end; });
+    if (comment != names.blockComments.end() && comment->start < start && comment->end <= caret)
+        start = comment->end;
     const qsizetype end = std::min(text.LineEnd(line), caret + StatementReach);
     const auto call = FindCall(text.TextRange(start, end), caret - start,
                                [this](QStringView name) { return IsOpcode(name); });

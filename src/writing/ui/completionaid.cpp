@@ -195,6 +195,8 @@ bool CompletionAid::ListKey(const QKeyEvent &event)
 
 void CompletionAid::TextKey(const QKeyEvent &event)
 {
+    if (event.key() == Qt::Key_Space && event.modifiers() & Qt::ControlModifier)
+        return; // the commands of the room
     const QString typed = event.text();
     const bool isText = HasPlainModifiers(event) && !typed.isEmpty() && typed.front().isPrint();
     m_typing = isText && IsWordCharacter(typed.front());
@@ -248,8 +250,10 @@ void CompletionAid::Open(Why why)
         m_dismissed = -1;
 
     const TextNames &names = m_names->Names();
-    const TextPart part = PartAtEnd(QStringView(around).first(word.span.start),
-                                    IsInBlockComment(names.blockComments, from, text.Length()));
+    const bool inBraces = IsInside(names.bracedStrings, caret, text.Length());
+    const TextPart part = inBraces ? TextPart::String
+                                   : PartAtEnd(QStringView(around).first(word.span.start),
+                                               IsInside(names.blockComments, from, text.Length()));
     const FileKind kind = m_context.editor.document.DocumentKind;
     if (why == Why::Typing) {
         const qsizetype letters = word.typed.size() - (word.typed.startsWith(u'$') ? 1 : 0);
@@ -285,6 +289,7 @@ void CompletionAid::Open(Why why)
     const bool asked = why == Why::Asked || (m_shown && m_shown->asked);
     m_shown = Shown{start, word.typed.toString(), around.sliced(caret - from, word.span.end - (caret - from)),
                     asked, false};
+    m_context.text.installEventFilter(this); // before the filters of others: the list's keys come first
     m_list->ShowRows(std::move(rows), text.RangeOnScreen(start, start));
 }
 

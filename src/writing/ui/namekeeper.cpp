@@ -70,10 +70,12 @@ void NameKeeper::FollowEdit(const Edit &edit)
         span.end = Moved(span.end, edit.offset, edit.removed, edit.added);
     };
     // What lies before the edit stays: mostly all or nothing of it has to be looked at.
-    std::vector<TextSpan> &comments = m_names.blockComments;
-    auto comment = std::lower_bound(comments.begin(), comments.end(), edit.offset,
-                                    [](const TextSpan &span, qsizetype at) { return span.end <= at; });
-    std::for_each(comment, comments.end(), follow);
+    for (std::vector<TextSpan> *spans : {&m_names.blockComments, &m_names.bracedStrings}) {
+        const auto first =
+            std::lower_bound(spans->begin(), spans->end(), edit.offset,
+                             [](const TextSpan &span, qsizetype at) { return span.end <= at; });
+        std::for_each(first, spans->end(), follow);
+    }
     follow(m_names.score);
 }
 
