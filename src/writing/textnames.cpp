@@ -143,7 +143,7 @@ private:
             std::min(orEnd(m_text.indexOf(u';', looked)), orEnd(FindMark(m_text, u'/', u'*', looked)));
         ReadCode(from, comment);
         if (comment < m_text.size())
-            ReadComment(comment, m_text.size());
+            ReadComment(std::max(comment, from), m_text.size());
     }
 
     void ReadComment(qsizetype start, qsizetype end)
