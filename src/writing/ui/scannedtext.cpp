@@ -25,6 +25,7 @@ ScannedText::ScannedText(const WindowContext &context) : m_context(context)
     m_pause.setSingleShot(true);
     connect(&m_pause, &QTimer::timeout, this, &ScannedText::Scan);
     connect(&context.text, &TextControl::textChanged, this, &ScannedText::Wait);
+    connect(&context.text, &TextControl::selectionChanged, this, &ScannedText::FollowKind);
     connect(&context.text, &TextControl::textLoaded, this, &ScannedText::Request);
 }
 
@@ -38,16 +39,23 @@ void ScannedText::Request()
     m_pause.start(0);
 }
 
+void ScannedText::FollowKind()
+{
+    if (m_context.editor.document.DocumentKind != m_kind && !m_pause.isActive())
+        Request();
+}
+
 void ScannedText::Scan()
 {
     static const QMetaMethod signal = QMetaMethod::fromSignal(&ScannedText::scanned);
-    if (!isSignalConnected(signal))
-        return;
     if (m_context.editor.document.Loading) {
         Wait();
         return;
     }
-    TextScan scan{.text = m_context.text.Text(), .kind = m_context.editor.document.DocumentKind, .map = {}};
+    m_kind = m_context.editor.document.DocumentKind;
+    if (!isSignalConnected(signal))
+        return;
+    TextScan scan{.text = m_context.text.Text(), .kind = m_kind, .map = {}};
     scan.map = CodeMap(scan.text, scan.kind);
     Q_EMIT scanned(scan);
 }

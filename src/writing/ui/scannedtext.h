@@ -37,10 +37,13 @@ Q_SIGNALS:
 
 private:
     void Wait();
+    /// A document may become one of another kind while its text stays.
+    void FollowKind();
     void Scan();
 
     const WindowContext &m_context;
     QTimer m_pause;
+    FileKind m_kind = FileKind::Other; ///< as it was scanned
 };
 
 } // namespace zelvane

@@ -13,6 +13,7 @@
 #include "writing/ui/bracketmatch.h"
 #include "writing/ui/completionaid.h"
 #include "writing/ui/currentline.h"
+#include "writing/ui/folding.h"
 #include "writing/ui/linenumbers.h"
 #include "writing/ui/movelines.h"
 #include "writing/ui/sameword.h"
@@ -52,7 +53,7 @@ constexpr AidRow Aids[] = {
     // What is marked in the text.
     {Keys::BracketMatch, Make<BracketMatch>},
     {Keys::SameWord, Make<SameWord>},
-    {Keys::Folding, nullptr},
+    {Keys::Folding, Make<Folding>},
     {Keys::Bookmarks, nullptr},
 
     // What keys do.
