@@ -10,6 +10,7 @@
 #include "shell/ui/menutable.h"
 #include "writing/ui/argumenthint.h"
 #include "writing/ui/autoindent.h"
+#include "writing/ui/bookmarks.h"
 #include "writing/ui/bracketmatch.h"
 #include "writing/ui/completionaid.h"
 #include "writing/ui/currentline.h"
@@ -54,7 +55,7 @@ constexpr AidRow Aids[] = {
     {Keys::BracketMatch, Make<BracketMatch>},
     {Keys::SameWord, Make<SameWord>},
     {Keys::Folding, Make<Folding>},
-    {Keys::Bookmarks, nullptr},
+    {Keys::Bookmarks, Make<Bookmarks>},
 
     // What keys do.
     {Keys::AutoIndent, Make<AutoIndent>},
