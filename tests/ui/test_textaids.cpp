@@ -6,18 +6,29 @@
 #include "platform/ui/textcontrol.h"
 #include "platform/ui/textdecorations.h"
 #include "shell/command.h"
+#include "shell/documentlifecycle.h"
+#include "shell/editorcontext.h"
 #include "shell/editorkeys.h"
 #include "shell/settingkey.h"
 #include "shell/ui/appearance.h"
 #include "shell/ui/commands.h"
 #include "support/editorwindow.h"
+#include "support/modaldriver.h"
+#include "support/randomtext.h"
 #include "support/uitest.h"
 #include "window/ui/frmeditor.h"
 #include "window/ui/rooms.h"
+#include "writing/blocks.h"
+#include "writing/codemap.h"
+#include "writing/foldlevels.h"
+#include "writing/ui/frmbookmarks.h"
 #include "writing/ui/writingroom.h"
 #include "writing/writingkeys.h"
 
+#include <algorithm>
 #include <initializer_list>
+#include <QListWidget>
+#include <QPushButton>
 #include <QString>
 #include <QTest>
 #include <vector>
@@ -90,6 +101,16 @@ private Q_SLOTS:
     void AWordThatGoesOnGetsItsIndentBack();
     void TabsIndentWhereTabsAreSet();
     void WithoutTheAidEnterIsPlain();
+    void BlocksFoldByMarginAndCommands();
+    void FoldLevelsFollowEditsAndUndo();
+    void TheCaretIsNeverHidden();
+    void FoldsComeBackWithTheirFile();
+    void FoldingIsNoEditAndGoesWithoutATrace();
+    void BookmarksAreSetVisitedAndListed();
+    void BookmarksFollowEditsAndUndo();
+    void BookmarksComeBackWithTheirFile();
+    void AMovedLineTakesItsBookmarkAlong();
+    void AllAidsTogetherAgreeWithAFreshLook();
 };
 
 void TextAidsTest::BracketsAreMarkedAtTheCaret()
@@ -285,6 +306,325 @@ void TextAidsTest::WithoutTheAidEnterIsPlain()
     editor.Turn(Keys::AutoIndent, false);
     editor.Type(u"  instr 1\nx"_s);
     QCOMPARE(editor.Text().Text(), u"  instr 1\nx"_s);
+}
+
+namespace
+{
+
+const QByteArray Piece =
+    "<CsoundSynthesizer>\n<CsInstruments>\ninstr 1\n  if p4 == 1 then\n    a1 = 1\n  endif\n"
+    "endin\ninstr 2\n  a2 = 1\nendin\n</CsInstruments>\n<CsScore>\ni 1 0 1\n</CsScore>\n"
+    "</CsoundSynthesizer>\n";
+
+/// The depth of each line, and "+" behind that of a header.
+QString Levels(AidsWindow &editor)
+{
+    QString levels;
+    for (qsizetype line = 0; line < editor.Text().LineCount(); ++line) {
+        const FoldLevel level = editor.Marks().FoldLevelOf(line);
+        levels += QString::number(level.depth) + (level.header ? u"+"_s : u" "_s);
+    }
+    return levels.trimmed();
+}
+
+/// The numbers of lines as one text.
+QString Row(const std::vector<qsizetype> &lines)
+{
+    QString row;
+    for (const qsizetype line : lines)
+        row += (row.isEmpty() ? u""_s : u" "_s) + QString::number(line);
+    return row;
+}
+
+QString Bookmarked(AidsWindow &editor)
+{
+    return Row(editor.Marks().MarkedLines(LineMarker::Bookmark));
+}
+
+const QString PieceLevels = u"0+1+2+3+4 4 3 2+3 3 2 1+2 2 1 0"_s;
+
+} // namespace
+
+void TextAidsTest::BlocksFoldByMarginAndCommands()
+{
+    AidsWindow editor({Keys::Folding});
+    editor.OpenText(u"a.csd"_s, Piece);
+    QVERIFY(Eventually([&] { return Levels(editor) == PieceLevels; }));
+    QVERIFY(editor.Marks().IsMarginShown(TextMargin::Folds));
+    Q_EMIT editor.Marks().marginClicked(TextMargin::Folds, 7, Qt::NoModifier);
+    QCOMPARE(Row(editor.Marks().FoldedLines()), u"7"_s);
+    QVERIFY(editor.Marks().IsLineHidden(8));
+    QVERIFY(editor.Marks().IsLineHidden(9));
+    QVERIFY(!editor.Marks().IsLineHidden(10));
+    Q_EMIT editor.Marks().marginClicked(TextMargin::Folds, 7, Qt::NoModifier);
+    QCOMPARE(Row(editor.Marks().FoldedLines()), QString());
+    // Another margin, and a line that is no header.
+    Q_EMIT editor.Marks().marginClicked(TextMargin::Markers, 7, Qt::NoModifier);
+    Q_EMIT editor.Marks().marginClicked(TextMargin::Folds, 8, Qt::NoModifier);
+    QCOMPARE(Row(editor.Marks().FoldedLines()), QString());
+
+    Commands &commands = editor.window->CommandTable();
+    editor.PutCaret(editor.Text().LineStart(4));
+    commands.Run(Cmd::mnuFold[FoldEntry::Here]);
+    QCOMPARE(Row(editor.Marks().FoldedLines()), u"3"_s);
+    QCOMPARE(editor.Text().LineOfOffset(editor.Text().CaretOffset()), 3);
+    commands.Run(Cmd::mnuFold[FoldEntry::Here]);
+    QCOMPARE(Row(editor.Marks().FoldedLines()), QString());
+    commands.Run(Cmd::mnuFold[FoldEntry::All]);
+    QCOMPARE(Row(editor.Marks().FoldedLines()), u"2 7"_s);
+    QVERIFY(!editor.Marks().IsLineHidden(12));
+    commands.Run(Cmd::mnuFold[FoldEntry::None]);
+    QCOMPARE(Row(editor.Marks().FoldedLines()), QString());
+    QVERIFY(!editor.Marks().IsLineHidden(4));
+}
+
+void TextAidsTest::FoldLevelsFollowEditsAndUndo()
+{
+    AidsWindow editor({Keys::Folding});
+    editor.OpenText(u"a.orc"_s, "instr 1\na\nendin\nb\ninstr 2\nendin\n");
+    QVERIFY(Eventually([&] { return Levels(editor) == u"0+1 1 0 0+1 0"_s; }));
+    editor.Marks().SetFolded(4, true);
+    editor.PutCaret(0);
+    editor.Type(u"x\n"_s);
+    QVERIFY(Eventually([&] { return Levels(editor) == u"0 0+1 1 0 0+1 0"_s; }));
+    QCOMPARE(Row(editor.Marks().FoldedLines()), u"5"_s);
+    editor.Type(u"/* "_s);
+    QVERIFY(Eventually([&] { return Levels(editor) == u"0 0+1 1 0 0+1 0"_s; }));
+    // What was a header is none any more, and hides nothing.
+    editor.Text().ReplaceRange(editor.Text().Length(), editor.Text().Length(), u"*/"_s);
+    QVERIFY(Eventually([&] { return Levels(editor) == u"0 0+1 1 1 1 1 1"_s; }));
+    QCOMPARE(Row(editor.Marks().FoldedLines()), QString());
+    QVERIFY(!editor.Marks().IsLineHidden(6));
+    while (editor.Text().CanUndo())
+        editor.Text().Undo();
+    QVERIFY(Eventually([&] { return Levels(editor) == u"0+1 1 0 0+1 0"_s; }));
+    editor.Text().SetText(u"a\nif b then\nc\nendif"_s);
+    QVERIFY(Eventually([&] { return Levels(editor) == u"0 0+1 1"_s; }));
+    editor.Text().Undo();
+    QVERIFY(Eventually([&] { return Levels(editor) == u"0+1 1 0 0+1 0"_s; }));
+    for (qsizetype line = 0; line < editor.Text().LineCount(); ++line)
+        QVERIFY(!editor.Marks().IsLineHidden(line));
+}
+
+void TextAidsTest::TheCaretIsNeverHidden()
+{
+    AidsWindow editor({Keys::Folding});
+    editor.OpenText(u"a.csd"_s, Piece);
+    QVERIFY(Eventually([&] { return Levels(editor) == PieceLevels; }));
+    Commands &commands = editor.window->CommandTable();
+    commands.Run(Cmd::mnuFold[FoldEntry::All]);
+    // What Find, the outline and Undo do.
+    const qsizetype place = editor.Text().Text().indexOf(u"a1 =");
+    editor.Text().SetSelection(place, place + 2);
+    QVERIFY(!editor.Marks().IsLineHidden(4));
+    QCOMPARE(editor.Text().Selection(), (TextSpan{place, place + 2}));
+    QCOMPARE(Row(editor.Marks().FoldedLines()), u"7"_s);
+    // The keys pass over what is folded.
+    editor.PutCaret(editor.Text().LineStart(7));
+    editor.Key(Qt::Key_Down);
+    QCOMPARE(editor.Text().LineOfOffset(editor.Text().CaretOffset()), 10);
+}
+
+void TextAidsTest::FoldsComeBackWithTheirFile()
+{
+    AidsWindow editor({Keys::Folding});
+    editor.OpenText(u"a.csd"_s, Piece);
+    const QString other = editor.WriteFile(u"b.csd"_s, Piece);
+    const QString first = editor.folder.filePath(u"a.csd"_s);
+    QVERIFY(Eventually([&] { return Levels(editor) == PieceLevels; }));
+    editor.Marks().SetFolded(3, true);
+    editor.Marks().SetFolded(7, true);
+    editor.window->Documents().OpenFile(other);
+    QVERIFY(Eventually([&] { return Levels(editor) == PieceLevels; }));
+    QCOMPARE(Row(editor.Marks().FoldedLines()), QString());
+    // Meanwhile another program has put a line before.
+    editor.WriteFile(u"a.csd"_s, "; more\n" + Piece);
+    editor.window->Documents().OpenFile(first);
+    QVERIFY(Eventually([&] { return Row(editor.Marks().FoldedLines()) == u"4 8"_s; }));
+    QVERIFY(editor.Marks().IsLineHidden(5));
+    editor.window->Documents().NewFile(FileKind::Orchestra, {});
+    QVERIFY(Eventually([&] { return Levels(editor).startsWith(u'0'); }));
+    QCOMPARE(Row(editor.Marks().FoldedLines()), QString());
+}
+
+void TextAidsTest::FoldingIsNoEditAndGoesWithoutATrace()
+{
+    AidsWindow editor({Keys::Folding, Keys::CurrentLine});
+    editor.OpenText(u"a.csd"_s, Piece);
+    QVERIFY(Eventually([&] { return Levels(editor) == PieceLevels; }));
+    const QString text = editor.Text().Text();
+    editor.window->CommandTable().Run(Cmd::mnuFold[FoldEntry::All]);
+    QCOMPARE(editor.Text().Text(), text);
+    QVERIFY(!editor.Text().CanUndo());
+    QVERIFY(!editor.window->Context().document.Modified);
+    editor.Turn(Keys::Folding, false);
+    QVERIFY(!editor.Marks().IsMarginShown(TextMargin::Folds));
+    for (qsizetype line = 0; line < editor.Text().LineCount(); ++line) {
+        QVERIFY(!editor.Marks().IsLineHidden(line));
+        QCOMPARE(editor.Marks().FoldLevelOf(line), FoldLevel());
+    }
+    editor.Turn(Keys::Folding, true);
+    QVERIFY(Eventually([&] { return Levels(editor) == PieceLevels; }));
+}
+
+void TextAidsTest::BookmarksAreSetVisitedAndListed()
+{
+    AidsWindow editor({Keys::Bookmarks});
+    editor.OpenText(u"a.csd"_s, Piece);
+    Commands &commands = editor.window->CommandTable();
+    commands.Run(Cmd::mnuBookmark[BookmarkEntry::Next]);
+    QCOMPARE(editor.window->Context().status.Text(), u"No bookmarks."_s);
+    for (const qsizetype line : {7, 2}) {
+        editor.PutCaret(editor.Text().LineStart(line) + 1);
+        commands.Run(Cmd::mnuBookmark[BookmarkEntry::Toggle]);
+    }
+    Q_EMIT editor.Marks().marginClicked(TextMargin::Markers, 12, Qt::NoModifier);
+    QCOMPARE(Bookmarked(editor), u"2 7 12"_s);
+    const auto line = [&] { return editor.Text().LineOfOffset(editor.Text().CaretOffset()); };
+    for (const qsizetype next : {7, 12, 2}) {
+        commands.Run(Cmd::mnuBookmark[BookmarkEntry::Next]);
+        QCOMPARE(line(), next);
+    }
+    for (const qsizetype previous : {12, 7}) {
+        commands.Run(Cmd::mnuBookmark[BookmarkEntry::Previous]);
+        QCOMPARE(line(), previous);
+    }
+    {
+        ModalDriver driver;
+        driver.Expect<frmBookmarks>([](frmBookmarks &dialog) {
+            auto &list = *dialog.findChild<QListWidget *>(u"lstBookmarks"_s);
+            QCOMPARE(list.count(), 3);
+            QCOMPARE(list.item(0)->text(), u"3: instr 1"_s);
+            QCOMPARE(list.currentRow(), 1);
+            QTest::mouseClick(dialog.findChild<QPushButton *>(u"bRemove"_s), Qt::LeftButton);
+            QCOMPARE(list.count(), 2);
+            list.setCurrentRow(1);
+            QTest::keyClick(&list, Qt::Key_Return);
+        });
+        commands.Run(Cmd::mnuBookmark[BookmarkEntry::List]);
+    }
+    QCOMPARE(line(), 12);
+    QCOMPARE(Bookmarked(editor), u"2 12"_s);
+    commands.Run(Cmd::mnuBookmark[BookmarkEntry::Toggle]);
+    QCOMPARE(Bookmarked(editor), u"2"_s);
+    QVERIFY(!editor.Text().CanUndo());
+    editor.Turn(Keys::CurrentLine, true);
+    editor.Turn(Keys::Bookmarks, false);
+    QCOMPARE(Bookmarked(editor), QString());
+    QVERIFY(!editor.Marks().IsMarginShown(TextMargin::Markers));
+}
+
+void TextAidsTest::BookmarksFollowEditsAndUndo()
+{
+    AidsWindow editor({Keys::Bookmarks});
+    editor.OpenText(u"a.orc"_s, "a\nb\nc\nd\n");
+    for (const qsizetype line : {1, 2})
+        Q_EMIT editor.Marks().marginClicked(TextMargin::Markers, line, Qt::NoModifier);
+    editor.PutCaret(0);
+    editor.Type(u"\n"_s);
+    QCOMPARE(Bookmarked(editor), u"2 3"_s);
+    editor.PutCaret(editor.Text().LineStart(2));
+    editor.Type(u"\n"_s);
+    QCOMPARE(Bookmarked(editor), u"3 4"_s);
+    // The lines go, and come back.
+    editor.Text().SetSelection(editor.Text().LineStart(3), editor.Text().LineStart(5));
+    editor.Key(Qt::Key_Delete);
+    QCOMPARE(Bookmarked(editor), QString());
+    editor.Text().Undo();
+    QCOMPARE(Bookmarked(editor), u"3 4"_s);
+    editor.Text().Redo();
+    QCOMPARE(Bookmarked(editor), QString());
+    editor.Text().Undo();
+    // The whole text, as a conversion does.
+    editor.Text().SetText(u"x\ny\nb\nz\nc"_s);
+    QCOMPARE(Bookmarked(editor), u"2 4"_s);
+    editor.Text().Undo();
+    QCOMPARE(Bookmarked(editor), u"3 4"_s);
+    while (editor.Text().CanUndo())
+        editor.Text().Undo();
+    QCOMPARE(editor.Text().Text(), u"a\nb\nc\nd\n"_s);
+    QCOMPARE(Bookmarked(editor), u"1 2"_s);
+}
+
+void TextAidsTest::BookmarksComeBackWithTheirFile()
+{
+    AidsWindow editor({Keys::Bookmarks});
+    editor.OpenText(u"a.orc"_s, "a\nb\nc\nd\n");
+    const QString first = editor.folder.filePath(u"a.orc"_s);
+    const QString other = editor.WriteFile(u"b.orc"_s, "a\nb\n");
+    for (const qsizetype line : {1, 3})
+        Q_EMIT editor.Marks().marginClicked(TextMargin::Markers, line, Qt::NoModifier);
+    editor.window->Documents().OpenFile(other);
+    QCoreApplication::processEvents();
+    QCOMPARE(Bookmarked(editor), QString());
+    editor.WriteFile(u"a.orc"_s, "x\nb\nc\nc\nd\n");
+    editor.window->Documents().OpenFile(first);
+    QVERIFY(Eventually([&] { return Bookmarked(editor) == u"1 4"_s; }));
+    // Again: what is gone is forgotten.
+    editor.WriteFile(u"a.orc"_s, "x\nb\n");
+    editor.window->Documents().OpenFile(first);
+    QVERIFY(Eventually([&] { return Bookmarked(editor) == u"1"_s; }));
+}
+
+void TextAidsTest::AMovedLineTakesItsBookmarkAlong()
+{
+    AidsWindow editor({Keys::Bookmarks, Keys::MoveLines});
+    editor.OpenText(u"a.orc"_s, "aa\nbb\ncc\ndd\n");
+    Q_EMIT editor.Marks().marginClicked(TextMargin::Markers, 1, Qt::NoModifier);
+    const auto held = Qt::ControlModifier | Qt::ShiftModifier;
+    editor.PutCaret(3);
+    editor.Key(Qt::Key_Down, held);
+    QCOMPARE(Bookmarked(editor), u"2"_s);
+    editor.Key(Qt::Key_Up, held);
+    editor.Key(Qt::Key_Up, held);
+    QCOMPARE(editor.Text().Text(), u"bb\naa\ncc\ndd\n"_s);
+    QCOMPARE(Bookmarked(editor), u"0"_s);
+    // The neighbour's goes along with the neighbour.
+    editor.PutCaret(3);
+    editor.Key(Qt::Key_Up, held);
+    QCOMPARE(editor.Text().Text(), u"aa\nbb\ncc\ndd\n"_s);
+    QCOMPARE(Bookmarked(editor), u"1"_s);
+    editor.Text().Undo();
+    QCOMPARE(Bookmarked(editor), u"0"_s);
+}
+
+void TextAidsTest::AllAidsTogetherAgreeWithAFreshLook()
+{
+    AidsWindow editor({Keys::Folding, Keys::Bookmarks, Keys::BracketMatch, Keys::SameWord, Keys::MoveLines});
+    editor.OpenText(u"a.csd"_s, Piece);
+    RandomText random({u"instr 3\n"_s, u"endin\n"_s, u"if a then\n"_s, u"endif\n"_s, u"/*"_s, u"*/"_s, u"("_s,
+                       u"\""_s, u"\n"_s, u"\u00e9"_s, u"</CsScore>"_s},
+                      4);
+    for (int round = 0; round < 12; ++round) {
+        for (int n = random.Number(1, 6); n > 0; --n) {
+            const int length = int(editor.Text().Length());
+            const int start = random.Number(0, length);
+            const int what = random.Number(0, 9);
+            if (what < 2 && editor.Text().CanUndo())
+                editor.Text().Undo();
+            else if (what < 3 && editor.Text().CanRedo())
+                editor.Text().Redo();
+            else if (what < 4)
+                editor.Marks().SetFolded(random.Number(0, int(editor.Text().LineCount()) - 1), true);
+            else
+                editor.Text().ReplaceRange(start, std::min(length, start + random.Number(0, 30)),
+                                           random.Next());
+        }
+        const QString text = editor.Text().Text();
+        const CodeMap map(text, FileKind::Unified);
+        QString levels;
+        for (const FoldLine &line : FoldLevels(text, FindBlocks(text, map, FileKind::Unified)))
+            levels += QString::number(line.level) + (line.isHeader ? u"+"_s : u" "_s);
+        QVERIFY2(Eventually([&] { return Levels(editor) == levels.trimmed(); }), qPrintable(text));
+        // Nothing is hidden but by a folded header.
+        for (qsizetype line = 0; line < editor.Text().LineCount(); ++line) {
+            bool hidden = false;
+            for (auto header = editor.Marks().FoldHeaderOf(line); header;
+                 header = editor.Marks().FoldHeaderOf(*header))
+                hidden = hidden || editor.Marks().IsFolded(*header);
+            QCOMPARE(editor.Marks().IsLineHidden(line), hidden);
+        }
+    }
 }
 
 int main(int argc, char **argv)
