@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "console/ui/consolelink.h"
 
-#include "platform/ui/instancelink.h"
+#include "platform/socketfolder.h"
 
 #include <QCoreApplication>
 #include <QCryptographicHash>
@@ -26,7 +26,7 @@ constexpr int PatienceMs = 500;
 
 ConsoleLink::ConsoleLink(const QString &key, QObject *parent)
     : QObject(parent),
-      m_folder(InstanceLink::SocketFolder(u"consoles"_s)),
+      m_folder(SocketFolder(u"consoles"_s)),
       m_stem(u"zelvane-console-"_s +
              QString::fromLatin1(
                  QCryptographicHash::hash(key.toUtf8(), QCryptographicHash::Sha1).toHex().left(10)) +

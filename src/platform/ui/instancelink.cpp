@@ -3,26 +3,22 @@
 
 #include "platform/nativefile.h"
 #include "platform/runtimeerror.h"
+#include "platform/socketfolder.h"
 #include "platform/ui/raisewindow.h"
 
 #include <algorithm>
 #include <functional>
 #include <QCoreApplication>
-#include <QCryptographicHash>
 #include <QDateTime>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QLocalServer>
 #include <QLocalSocket>
 #include <QScopeGuard>
-#include <QStandardPaths>
 #include <QTimer>
 #include <utility>
 #include <vector>
-
-#ifdef Q_OS_UNIX
-#include <unistd.h>
-#endif
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -36,9 +32,6 @@ constexpr int PatienceMs = 2000;
 /// A sender writes its one line at once. Whoever is silent for so long, or one of so many, is none.
 constexpr int IdleMs = 5000;
 constexpr qsizetype MostCallers = 32;
-/// What the system takes as the name of a socket, less the socket's own name and the folder that it is made
-/// in.
-constexpr qsizetype LongestFolder = 107 - 40;
 constexpr qint64 LongestMessage = 4096;
 const QString MarkSuffix = u".recent"_s;
 const QString LockSuffix = u".lock"_s;
@@ -48,21 +41,6 @@ const QString StartFile = u"/start"_s;
 constexpr char HandOverWord[] = "open";
 constexpr char RaiseWord[] = "raise";
 
-/// Makes the folder if it is not there. @return whether it is a folder of this user that nobody else can
-/// enter
-bool MakeOwnFolder(const QString &folder)
-{
-    if (!QDir().mkpath(folder))
-        return false;
-    const QFileInfo info(folder);
-#ifdef Q_OS_UNIX
-    if (info.ownerId() != ::geteuid())
-        return false;
-#endif
-    return !info.isSymLink() &&
-           QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-}
-
 /// How the name of a process's socket begins.
 QString SocketStem(qint64 process)
 {
@@ -70,21 +48,6 @@ QString SocketStem(qint64 process)
 }
 
 } // namespace
-
-QString InstanceLink::SocketFolder(const QString &realm)
-{
-    const QString runtime = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
-    if (runtime.isEmpty())
-        return {};
-    const auto hash = [](const QString &text) {
-        return QString::fromLatin1(
-            QCryptographicHash::hash(text.toUtf8(), QCryptographicHash::Sha1).toHex().left(10));
-    };
-    QString folder = runtime + u"/zelvane-"_s + hash(realm);
-    if (QFile::encodeName(folder).size() > LongestFolder)
-        folder = QDir::tempPath() + u"/zelvane-"_s + hash(runtime + u'\n' + realm);
-    return MakeOwnFolder(folder) ? folder : QString();
-}
 
 InstanceLink::InstanceLink(const QString &realm, QObject *parent)
     : QObject(parent), m_folder(SocketFolder(realm))

@@ -39,9 +39,6 @@ public:
     explicit InstanceLink(const QString &realm, QObject *parent = nullptr);
     ~InstanceLink() override;
 
-    /// The folder for the sockets of a realm, made if it is not there, for this user alone and with a name
-    /// that leaves forty bytes for that of a socket; empty where the desktop has no such place.
-    static QString SocketFolder(const QString &realm);
     /// The realm of this process: the folder of its settings store, and its display.
     static QString RealmOf(const QString &settingsFolder);
 
