@@ -47,15 +47,7 @@ struct Stored : testing::Test, TestContext {
             all.append(instruments.KeyAt(i) + u'=' + instruments.At(i).nome);
         return all.join(u' ');
     }
-    void ExpectReport(const QString &error)
-    {
-        desktop.ExpectMessage({.text = u"An error has occurred:\n\n"_s + error + u"\nError source: "_s +
-                                       ApplicationTitle() +
-                                       u"\n\nDo you want to report this bug via email?"_s,
-                               .icon = BoxIcon::Critical,
-                               .buttons = BoxButtons::OkCancel},
-                              BoxAnswer::Cancel);
-    }
+    void ExpectReport(const QString &error) { desktop.ExpectMessage(ErrorBox(error), BoxAnswer::Cancel); }
 };
 
 } // namespace

@@ -62,15 +62,7 @@ struct Store : testing::Test, TestContext {
     {
         return StoreDataSection(editor, InstrumentsToXml(held, desktop), false, &loaded);
     }
-    void ExpectReport(const QString &error)
-    {
-        desktop.ExpectMessage({.text = u"An error has occurred:\n\n"_s + error + u"\nError source: "_s +
-                                       ApplicationTitle() +
-                                       u"\n\nDo you want to report this bug via email?"_s,
-                               .icon = BoxIcon::Critical,
-                               .buttons = BoxButtons::OkCancel},
-                              BoxAnswer::Cancel);
-    }
+    void ExpectReport(const QString &error) { desktop.ExpectMessage(ErrorBox(error), BoxAnswer::Cancel); }
     Instruments held; ///< what was loaded
     MessageBoxRequest NewFileBox()
     {

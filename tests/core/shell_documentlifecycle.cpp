@@ -19,6 +19,7 @@ namespace
 {
 
 using Lifecycle = test::LifecycleFixture;
+using test::ErrorBox;
 using test::OpenRequest;
 using test::SaveChanges;
 
@@ -294,18 +295,13 @@ TEST_F(Lifecycle, AStoreThatCannotBeWrittenKeepsNobodyFromHisFiles)
 {
     // The lock of the store's file cannot be had.
     ASSERT_TRUE(QDir(context.folder.path()).mkdir(u"settings.lock"_s));
-    QString description;
+    MessageBoxRequest report;
     try {
         settings.SaveSetting(u"Options"_s, u"SaveFolder"_s, u"x"_s);
         FAIL() << "the store can be written";
     } catch (const RunTimeError &error) {
-        description = error.Description() + u" ("_s + QString::number(int(error.Number())) +
-                      u")\nError source: "_s + error.Source();
+        report = ErrorBox(error);
     }
-    const MessageBoxRequest report{.text = u"An error has occurred:\n\n"_s + description +
-                                           u"\n\nDo you want to report this bug via email?"_s,
-                                   .icon = BoxIcon::Critical,
-                                   .buttons = BoxButtons::OkCancel};
     const QString path = context.folder.filePath(u"x.orc"_s);
     Type(u"typed"_s);
     desktop.ExpectSaveDialog(SaveUntitled, {.path = path});

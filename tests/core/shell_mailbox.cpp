@@ -133,12 +133,7 @@ TEST_F(MailboxTest, AFailureOfAHandOverIsReportedAndTheNextOneIsServed)
     view.duringHighlight = [] {
         throw RunTimeError(ErrorNumber::TypeMismatch, u"Type mismatch"_s, u"test"_s);
     };
-    desktop.ExpectMessage({.text =
-                               u"An error has occurred:\n\nType mismatch (13)\nError source: test\n\nDo you "
-                               "want to report this bug via email?"_s,
-                           .icon = BoxIcon::Critical,
-                           .buttons = BoxButtons::OkCancel},
-                          BoxAnswer::Cancel);
+    desktop.ExpectMessage(ErrorBox(u"Type mismatch (13)"_s, u"test"_s), BoxAnswer::Cancel);
     mailbox.Wake();
     view.duringHighlight = {};
     const QString second = context.WriteFile(u"second.orc"_s, "second");
@@ -155,11 +150,7 @@ TEST_F(MailboxTest, MailThatFailedToOpenIsNotOpenedAgain)
 {
     settings.SaveSetting(u"Options"_s, u"Open"_s, recent);
     view.duringHighlight = [] { throw RunTimeError(ErrorNumber::TypeMismatch, u"Type mismatch"_s); };
-    desktop.ExpectMessage({.text = u"An error has occurred:\n\nType mismatch (13)\nError source: Zelvane\n\n"
-                                   "Do you want to report this bug via email?"_s,
-                           .icon = BoxIcon::Critical,
-                           .buttons = BoxButtons::OkCancel},
-                          BoxAnswer::Cancel);
+    desktop.ExpectMessage(ErrorBox(u"Type mismatch (13)"_s), BoxAnswer::Cancel);
     mailbox.Wake();
     EXPECT_EQ(settings.GetSetting(u"Options"_s, u"Open"_s, u"absent"_s), u"absent"_s);
     EXPECT_EQ(context.windows.calls, (QStringList{u"raise"_s, u"raise"_s}));

@@ -7,6 +7,7 @@
 #include "shell/layoutkeys.h"
 #include "shell/settingreports.h"
 #include "shell/settings.h"
+#include "support/boxes.h"
 #include "support/childprocess.h"
 #include "support/printers.h"
 #include "support/scripteddesktop.h"
@@ -229,21 +230,14 @@ TEST_F(Settings, ReportsComeWhenTheReadersHaveDoneTheirWork)
     store.Flag(Keys::WordWrap);
     QCoreApplication::processEvents();
     // All that was noted before the first report comes in that one.
-    const auto box = [](const QString &entries) {
-        return MessageBoxRequest{.text = u"An error has occurred:\n"_s + entries +
-                                         u"\nType mismatch (13)\nError source: Zelvane\n\nDo you want to "
-                                         "report this bug via email?"_s,
-                                 .icon = BoxIcon::Critical,
-                                 .buttons = BoxButtons::OkCancel};
-    };
-    desktop.ExpectMessage(box(u"FontSize=q\nWordWrap=perhaps"_s), BoxAnswer::Cancel);
+    desktop.ExpectMessage(MismatchBox(u"FontSize=q\nWordWrap=perhaps"_s), BoxAnswer::Cancel);
     reports.Tell();
     desktop.CheckAllCame();
     reports.Tell();
     // Later ones come by themselves, not before the reader has come back.
     store.Integer(Keys::TabSpaces);
     store.Integer(Keys::TabSpaces);
-    desktop.ExpectMessage(box(u"TabSpaces=many"_s), BoxAnswer::Cancel);
+    desktop.ExpectMessage(MismatchBox(u"TabSpaces=many"_s), BoxAnswer::Cancel);
     QCoreApplication::processEvents();
     desktop.CheckAllCame();
     QCoreApplication::processEvents();

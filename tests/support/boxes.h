@@ -10,14 +10,26 @@
 namespace zelvane::test
 {
 
-/// The box that reports this failure.
-inline MessageBoxRequest ErrorBox(const RunTimeError &error)
+/// The box that reports a failure. @param error its description, and its number in brackets
+/// @param context lines that say what met it
+inline MessageBoxRequest ErrorBox(const QString &error, const QString &source = QStringLiteral("Zelvane"),
+                                  const QString &context = {})
 {
-    return {.text = QStringLiteral("An error has occurred:\n\n%1 (%2)\nError source: %3\n\n"
-                                   "Do you want to report this bug via email?")
-                        .arg(error.Description(), QString::number(int(error.Number())), error.Source()),
+    return {.text = QStringLiteral("An error has occurred:\n") + context + u'\n' + error +
+                    QStringLiteral("\nError source: ") + source +
+                    QStringLiteral("\n\nDo you want to report this bug via email?"),
             .icon = BoxIcon::Critical,
             .buttons = BoxButtons::OkCancel};
+}
+inline MessageBoxRequest ErrorBox(const RunTimeError &error)
+{
+    return ErrorBox(error.Description() + QStringLiteral(" (%1)").arg(int(error.Number())), error.Source());
+}
+
+/// The box that reports stored values that cannot be read. @param entries lines of `Key=value`
+inline MessageBoxRequest MismatchBox(const QString &entries)
+{
+    return ErrorBox(QStringLiteral("Type mismatch (13)"), QStringLiteral("Zelvane"), entries);
 }
 
 /// The question before unsaved work is lost.

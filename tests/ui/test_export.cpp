@@ -5,6 +5,7 @@
 #include "platform/desktop.h"
 #include "platform/styledtext.h"
 #include "shell/editorcontext.h"
+#include "support/boxes.h"
 #include "support/editorwindow.h"
 #include "support/uitest.h"
 #include "texttools/htmlwriter.h"
@@ -134,12 +135,8 @@ void ExportTest::AFailureIsReported()
                                      .fileName = on.folder.filePath(html ? u"a.html"_s : u"a.rtf"_s),
                                      .defaultExtension = html ? u"html"_s : u"rtf"_s},
                                     {.path = on.target});
-        on.desktop.ExpectMessage(
-            {.text = u"An error has occurred:\n\nNo space left on device (61)\nError source: /dev/full\n\n"
-                     "Do you want to report this bug via email?"_s,
-             .icon = BoxIcon::Critical,
-             .buttons = BoxButtons::OkCancel},
-            BoxAnswer::Cancel);
+        on.desktop.ExpectMessage(ErrorBox(u"No space left on device (61)"_s, u"/dev/full"_s),
+                                 BoxAnswer::Cancel);
         on.Row(u"mnuPlatformItem_%1"_s.arg(row)).trigger();
         on.desktop.CheckAllCame();
         QVERIFY(!QApplication::overrideCursor());

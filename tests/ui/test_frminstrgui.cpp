@@ -3,6 +3,7 @@
 
 #include "instruments/ui/frminstredit.h"
 #include "instruments/ui/frminstrgui.h"
+#include "support/boxes.h"
 #include "support/editorwindow.h"
 #include "support/modaldriver.h"
 #include "support/uitest.h"
@@ -153,15 +154,7 @@ struct Stating : EditorWindow {
 
     void ExpectCiao() { desktop.ExpectMessage({.text = u"ciao"_s}); }
     /// The general report of a failure.
-    void ExpectReport(const QString &failure)
-    {
-        desktop.ExpectMessage(
-            {.text = u"An error has occurred:\n\n"_s + failure +
-                     u"\nError source: Zelvane\n\nDo you want to report this bug via email?"_s,
-             .icon = BoxIcon::Critical,
-             .buttons = BoxButtons::OkCancel},
-            BoxAnswer::Cancel);
-    }
+    void ExpectReport(const QString &failure) { desktop.ExpectMessage(ErrorBox(failure), BoxAnswer::Cancel); }
     void Choose(int command) { Of<QAction>(u"mnuSl_"_s + QString::number(command)).trigger(); }
 };
 
@@ -583,15 +576,10 @@ void FrmInstrGuiTest::ARangeWithoutTicksIsReported()
 {
     Stating on(Score, OneField("format=\"0\" min=\"0\" max=\"50\""));
     // The rows are there when the report comes.
-    on.desktop.ExpectMessage({.text =
-                                  u"An error has occurred:\n\nOverflow (6)\nError source: Zelvane\n\nDo you "
-                                  "want to report this bug via email?"_s,
-                              .icon = BoxIcon::Critical,
-                              .buttons = BoxButtons::OkCancel},
-                             BoxAnswer::Cancel, [&] {
-                                 on.dialog = on.window->findChild<frmInstrGUI *>();
-                                 QCOMPARE(on.Rows().size(), 8);
-                             });
+    on.desktop.ExpectMessage(ErrorBox(u"Overflow (6)"_s), BoxAnswer::Cancel, [&] {
+        on.dialog = on.window->findChild<frmInstrGUI *>();
+        QCOMPARE(on.Rows().size(), 8);
+    });
     on.Show([&] {
         on.desktop.CheckAllCame();
         QCOMPARE(on.Rows()[1], u"&Wide: 0 50000 0 0 "_s);

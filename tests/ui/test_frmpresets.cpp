@@ -7,6 +7,7 @@
 #include "run/ui/presetimages.h"
 #include "shell/layoutkeys.h"
 #include "shell/ui/icons.h"
+#include "support/boxes.h"
 #include "support/modaldriver.h"
 #include "support/testcontext.h"
 #include "support/uitest.h"
@@ -1076,12 +1077,8 @@ void TestFrmPresets::UnwritableStoreIsReportedAndTheFieldsStay()
     QVERIFY(QDir(folder).removeRecursively());
     QFile file(folder);
     QVERIFY(file.open(QIODevice::WriteOnly));
-    editor.context.desktop.ExpectMessage(
-        {.text = u"An error has occurred:\n\nNot a directory (76)\nError source: "_s + folder +
-                 u"/settings\n\nDo you want to report this bug via email?"_s,
-         .icon = BoxIcon::Critical,
-         .buttons = BoxButtons::OkCancel},
-        BoxAnswer::Cancel);
+    editor.context.desktop.ExpectMessage(ErrorBox(u"Not a directory (76)"_s, folder + u"/settings"_s),
+                                         BoxAnswer::Cancel);
     editor.Key(Qt::Key_S);
     QCOMPARE(editor.Name(), u"mine"_s);
     QCOMPARE(editor.Field(u"txtCommand"_s).text(), u"/bin/mine"_s);

@@ -2,6 +2,7 @@
 // The dialogs and commands of the Insert menu, by keys.
 
 #include "shell/settings.h"
+#include "support/boxes.h"
 #include "support/editorwindow.h"
 #include "support/modaldriver.h"
 #include "support/uitest.h"
@@ -79,15 +80,7 @@ struct Inserting : EditorWindow {
         desktop.ExpectMessage({.text = text, .icon = BoxIcon::Warning});
     }
     /// The general report of a failure.
-    void ExpectReport(const QString &failure)
-    {
-        desktop.ExpectMessage(
-            {.text = u"An error has occurred:\n\n"_s + failure +
-                     u"\nError source: Zelvane\n\nDo you want to report this bug via email?"_s,
-             .icon = BoxIcon::Critical,
-             .buttons = BoxButtons::OkCancel},
-            BoxAnswer::Cancel);
-    }
+    void ExpectReport(const QString &failure) { desktop.ExpectMessage(ErrorBox(failure), BoxAnswer::Cancel); }
     /// The controls that Tab goes through, from the one that has the keyboard on.
     QStringList TabOrder()
     {

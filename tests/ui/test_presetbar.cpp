@@ -8,6 +8,7 @@
 #include "shell/toolkeys.h"
 #include "shell/ui/bandbar.h"
 #include "shell/ui/icons.h"
+#include "support/boxes.h"
 #include "support/editorwindow.h"
 #include "support/modaldriver.h"
 #include "support/uitest.h"
@@ -579,14 +580,7 @@ void PresetBarTest::AMistypedValueOfAPresetIsReported()
     editor.Add(u"one"_s);
     editor.Add(u"broken"_s, {{u"NewGroup"_s, u"perhaps"_s}});
     editor.Add(u"two"_s);
-    const auto report = [](const QString &entry) {
-        return MessageBoxRequest{.text = u"An error has occurred:\n"_s + entry +
-                                         u"\nType mismatch (13)\nError source: Zelvane\n\nDo you want to "
-                                         "report this bug via email?"_s,
-                                 .icon = BoxIcon::Critical,
-                                 .buttons = BoxButtons::OkCancel};
-    };
-    editor.desktop.ExpectMessage(report(u"[broken] NewGroup=perhaps"_s), BoxAnswer::Cancel);
+    editor.desktop.ExpectMessage(MismatchBox(u"[broken] NewGroup=perhaps"_s), BoxAnswer::Cancel);
     editor.Open();
     editor.desktop.CheckAllCame();
     QCOMPARE(editor.Labels(), u"one broken two"_s);
@@ -594,7 +588,7 @@ void PresetBarTest::AMistypedValueOfAPresetIsReported()
     QCOMPARE(editor.MenuRows()[1], u"&broken\tCtrl+2"_s);
     // The bar is built again after the preset editor: what was told is not told again.
     editor.settings.SaveSetting(u"two"_s, u"NewGroup"_s, u"maybe"_s);
-    editor.desktop.ExpectMessage(report(u"[two] NewGroup=maybe"_s), BoxAnswer::Cancel);
+    editor.desktop.ExpectMessage(MismatchBox(u"[two] NewGroup=maybe"_s), BoxAnswer::Cancel);
     ModalDriver modal;
     modal.Expect<frmPresets>([](frmPresets &dialog) {
         QTest::keyClick(&dialog, Qt::Key_I, Qt::ControlModifier);

@@ -62,20 +62,6 @@ public:
     }
 };
 
-MessageBoxRequest Report(const QString &error, const QString &context = {})
-{
-    return {.text = u"An error has occurred:\n"_s + context + u'\n' + error +
-                    u"\n\nDo you want to report this bug via email?"_s,
-            .icon = BoxIcon::Critical,
-            .buttons = BoxButtons::OkCancel};
-}
-
-/// The report of stored values that cannot be read: lines of `Key=value`.
-MessageBoxRequest MismatchReport(const QString &entries)
-{
-    return Report(u"Type mismatch (13)\nError source: Zelvane"_s, entries);
-}
-
 } // namespace
 
 class StartStopTest : public QObject
@@ -174,7 +160,7 @@ void StartStopTest::SettingsThatCannotBeReadLeaveAWindowToWorkIn()
     QFETCH(QString, key);
     EditorWindow editor;
     editor.settings.SaveSetting(u"Options"_s, key, u"perhaps"_s);
-    editor.desktop.ExpectMessage(MismatchReport(key + u"=perhaps"_s), BoxAnswer::Cancel);
+    editor.desktop.ExpectMessage(MismatchBox(key + u"=perhaps"_s), BoxAnswer::Cancel);
     editor.Open();
     editor.desktop.CheckAllCame();
     const DocumentRecord &document = editor.window->Context().document;
@@ -256,7 +242,7 @@ void StartStopTest::AMistypedValueKeepsNothingElseBack()
     editor.settings.SaveFlag(Keys::FontBold, true);
     for (const QString &entry : entries)
         editor.settings.SaveSetting(u"Options"_s, entry.section(u'=', 0, 0), entry.section(u'=', 1));
-    editor.desktop.ExpectMessage(MismatchReport(entries.join(u'\n')), BoxAnswer::Cancel);
+    editor.desktop.ExpectMessage(MismatchBox(entries.join(u'\n')), BoxAnswer::Cancel);
     editor.Open({file});
     editor.desktop.CheckAllCame();
     QVERIFY(editor.window->isVisible());
@@ -298,7 +284,7 @@ void StartStopTest::AMistypedLayoutKeyKeepsNoOtherBack()
     for (const auto &[name, value] : layout)
         editor.settings.SaveSetting(u"Options"_s, name, value);
     editor.settings.SaveSetting(u"Options"_s, key, u"perhaps"_s);
-    editor.desktop.ExpectMessage(MismatchReport(key + u"=perhaps"_s), BoxAnswer::Cancel);
+    editor.desktop.ExpectMessage(MismatchBox(key + u"=perhaps"_s), BoxAnswer::Cancel);
     editor.Open();
     editor.desktop.CheckAllCame();
     const auto &bar = editor.Find<BandBar>(u"CoolBar1"_s);
@@ -475,15 +461,14 @@ void StartStopTest::AStoreThatCannotBeWrittenIsToldAtTheClose()
     QVERIFY(QDir(editor.storeFolder.path()).mkdir(u"settings.lock"_s) ||
             (QFile::remove(editor.storeFolder.filePath(u"settings.lock"_s)) &&
              QDir(editor.storeFolder.path()).mkdir(u"settings.lock"_s)));
-    QString error;
+    MessageBoxRequest report;
     try {
         editor.settings.SaveNumber(Keys::Window, 1);
         QFAIL("the store can be written");
     } catch (const RunTimeError &failure) {
-        error = failure.Description() + u" ("_s + QString::number(int(failure.Number())) +
-                u")\nError source: "_s + failure.Source();
+        report = ErrorBox(failure);
     }
-    editor.desktop.ExpectMessage(Report(error), BoxAnswer::Cancel);
+    editor.desktop.ExpectMessage(report, BoxAnswer::Cancel);
     QVERIFY(editor.window->close());
     editor.desktop.CheckAllCame();
 }
@@ -514,7 +499,7 @@ void StartStopTest::AHeldLockCostsLessThanASecond()
     editor.Open();
     const QString store = editor.storeFolder.filePath(u"settings"_s);
     const FileLock lock(store); // as another process would hold it
-    const QString locked = u"Another process keeps the file locked (70)\nError source: "_s + store;
+    const MessageBoxRequest locked = ErrorBox(u"Another process keeps the file locked (70)"_s, store);
     const auto costs = [&](const std::function<void()> &work) {
         QElapsedTimer timer;
         timer.start();
@@ -524,15 +509,15 @@ void StartStopTest::AHeldLockCostsLessThanASecond()
         return milliseconds;
     };
     editor.desktop.ExpectOpenDialog(OpenRequest, {.path = file});
-    editor.desktop.ExpectMessage(Report(locked), BoxAnswer::Cancel); // the folder
-    editor.desktop.ExpectMessage(Report(locked), BoxAnswer::Cancel); // the recent file
+    editor.desktop.ExpectMessage(locked, BoxAnswer::Cancel); // the folder
+    editor.desktop.ExpectMessage(locked, BoxAnswer::Cancel); // the recent file
     QVERIFY(costs([&] { editor.Row(u"mnuOpen"_s).trigger(); }) < 1000);
     QCOMPARE(editor.window->windowTitle(), u"Zelvane - %1 (Orchestra)"_s.arg(file));
     QTest::keyClick(&editor.Text(), Qt::Key_A);
-    editor.desktop.ExpectMessage(Report(locked), BoxAnswer::Cancel); // the recent file
+    editor.desktop.ExpectMessage(locked, BoxAnswer::Cancel); // the recent file
     QVERIFY(costs([&] { editor.Row(u"mnuSave"_s).trigger(); }) < 1000);
     QCOMPARE(ReadFileBytes(file), "ainstr 1\r\nendin\r\n"_ba);
-    editor.desktop.ExpectMessage(Report(locked), BoxAnswer::Cancel); // the layout
+    editor.desktop.ExpectMessage(locked, BoxAnswer::Cancel); // the layout
     QVERIFY(costs([&] { QVERIFY(editor.window->close()); }) < 1000);
 }
 
