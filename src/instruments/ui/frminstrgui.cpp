@@ -11,6 +11,7 @@
 #include "shell/editorcontext.h"
 #include "shell/errorreport.h"
 #include "shell/ui/commands.h"
+#include "shell/ui/focusreason.h"
 #include "shell/ui/form.h"
 #include "shell/ui/icons.h"
 #include "shell/ui/screenplace.h"
@@ -244,12 +245,10 @@ void frmInstrGUI::ShowPanesOf(qsizetype position)
 bool frmInstrGUI::eventFilter(QObject *watched, QEvent *event)
 {
     // The toolkit gives the first control the keyboard before the dialog is seen.
-    if (watched == cmbGroup && event->type() == QEvent::FocusIn && m_form->IsSettled()) {
-        const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
-        if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason)
-            picStatus->ShowTexts(QString::number(cmbGroup->count()) + u" Parameters groups"_s,
-                                 FieldName(Instrument().pCol.Count()), {}, {});
-    }
+    if (watched == cmbGroup && event->type() == QEvent::FocusIn && m_form->IsSettled() &&
+        !IsAway(*static_cast<QFocusEvent *>(event)))
+        picStatus->ShowTexts(QString::number(cmbGroup->count()) + u" Parameters groups"_s,
+                             FieldName(Instrument().pCol.Count()), {}, {});
     return QDialog::eventFilter(watched, event);
 }
 

@@ -2,6 +2,7 @@
 #include "instruments/ui/statementform.h"
 
 #include "instruments/statementfields.h"
+#include "shell/ui/focusreason.h"
 
 #include <algorithm>
 #include <QCoreApplication>
@@ -24,11 +25,9 @@ namespace zelvane
 namespace
 {
 
-/// Whether the keyboard has come by a key or the mouse, not back from a menu or another window.
 bool IsEntry(const QEvent &event)
 {
-    const Qt::FocusReason reason = static_cast<const QFocusEvent &>(event).reason();
-    return reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason;
+    return !IsAway(static_cast<const QFocusEvent &>(event));
 }
 
 /// Whether the mouse has brought the keyboard: what is under it must not move then.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "repository/ui/labeleditor.h"
 
+#include "shell/ui/focusreason.h"
+
 #include <QAbstractItemView>
 #include <QEvent>
 #include <QFocusEvent>
@@ -70,11 +72,8 @@ void LabelEditor::setModelData(QWidget *editor, QAbstractItemModel * /*model*/,
 
 bool LabelEditor::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::FocusOut) {
-        const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
-        if (reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason)
-            return false;
-    }
+    if (event->type() == QEvent::FocusOut && IsAway(*static_cast<QFocusEvent *>(event)))
+        return false;
     // By itself the Tab key would go on to the next label.
     if (event->type() == QEvent::KeyPress) {
         const int key = static_cast<QKeyEvent *>(event)->key();

@@ -3,6 +3,7 @@
 
 #include "platform/desktop.h"
 #include "platform/programinfo.h"
+#include "shell/ui/focusreason.h"
 
 #include <QApplication>
 #include <QBoxLayout>
@@ -56,10 +57,10 @@ protected:
     {
         switch (event->type()) {
         case QEvent::FocusIn: {
-            const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
-            if (reason == Qt::MouseFocusReason)
+            const auto &focus = *static_cast<QFocusEvent *>(event);
+            if (focus.reason() == Qt::MouseFocusReason)
                 m_clicked = true;
-            else if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason)
+            else if (!IsAway(focus))
                 m_field->selectAll();
             break;
         }
