@@ -6,8 +6,8 @@
 #include "platform/ui/onelinefield.h"
 #include "shell/editorcontext.h"
 #include "shell/errorreport.h"
+#include "shell/ui/dialogtoolbar.h"
 #include "shell/ui/form.h"
-#include "shell/ui/icons.h"
 #include "shell/ui/toolbutton.h"
 
 #include <functional>
@@ -23,12 +23,10 @@
 #include <QList>
 #include <QModelIndex>
 #include <QPushButton>
-#include <QSize>
 #include <QStackedWidget>
 #include <QString>
 #include <QStringList>
 #include <QToolBar>
-#include <QToolButton>
 #include <QTreeView>
 #include <QVBoxLayout>
 #include <QWidget>
@@ -48,7 +46,6 @@ enum Page { InstrumentPageRow, FieldPageRow };
 constexpr int TreeWidth = 56;  ///< characters
 constexpr int PageWidth = 52;  ///< characters
 constexpr int TreeHeight = 24; ///< lines
-constexpr int IconSide = 16;   ///< pixels
 
 /// The node that is chosen is the current one, and it is left only when it may be.
 class NodeSelection : public QItemSelectionModel
@@ -109,7 +106,7 @@ QStringList Formats()
 frmInstrEdit::frmInstrEdit(EditorContext &editor, QWidget *parent)
     : QDialog(parent),
       m_editor(editor),
-      tlbInstrEdit(Named(new QToolBar(this), u"tlbInstrEdit"_s)),
+      tlbInstrEdit(NewDialogToolbar(this, u"tlbInstrEdit"_s)),
       m_model(new InstrumentModel(m_instruments, this)),
       tvwInstrEdit(Named(new QTreeView(this), u"tvwInstrEdit"_s, u"Instruments"_s)),
       fraP(Named(new QStackedWidget(this), u"fraP"_s)),
@@ -140,17 +137,14 @@ frmInstrEdit::frmInstrEdit(EditorContext &editor, QWidget *parent)
 
 void frmInstrEdit::BuildToolbar()
 {
-    tlbInstrEdit->setIconSize(QSize(IconSide, IconSide));
-    tlbInstrEdit->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     const auto add = [this](const QString &key, const QString &caption, const QString &tooltip,
                             const QKeySequence &shortcut, std::function<void()> work) {
-        QAction *action = tlbInstrEdit->addAction(Icons::Load(key), caption, this, std::move(work));
-        action->setObjectName(u"tlbInstrEdit_"_s + key);
-        action->setToolTip(tooltip + u" ("_s + shortcut.toString(QKeySequence::NativeText) + u')');
+        // Every button has a key: none takes the keyboard.
+        QAction *action =
+            AddDialogTool(*tlbInstrEdit, key, caption,
+                          tooltip + u" ("_s + shortcut.toString(QKeySequence::NativeText) + u')');
         action->setShortcut(shortcut);
-        auto *face = qobject_cast<QToolButton *>(tlbInstrEdit->widgetForAction(action));
-        face->setObjectName(action->objectName());
-        face->setFocusPolicy(Qt::NoFocus); // every button has a key
+        connect(action, &QAction::triggered, this, std::move(work));
         return action;
     };
     m_newInstrument = add(u"instr"_s, u"New instrument"_s, u"Describe another instrument"_s,

@@ -11,9 +11,9 @@
 #include "shell/editorcontext.h"
 #include "shell/errorreport.h"
 #include "shell/ui/commands.h"
+#include "shell/ui/dialogtoolbar.h"
 #include "shell/ui/focusreason.h"
 #include "shell/ui/form.h"
-#include "shell/ui/icons.h"
 #include "shell/ui/screenplace.h"
 #include "shell/ui/toolbutton.h"
 #include "shell/ui/windowcontext.h"
@@ -63,7 +63,7 @@ frmInstrGUI::frmInstrGUI(EditorContext &editor, const DocumentSteps &steps, Stat
       m_steps(steps),
       m_statement(std::move(statement)),
       m_properties(std::move(properties)),
-      tlbInstrGUI(Named(new QToolBar(this), u"tlbInstrGUI"_s)),
+      tlbInstrGUI(NewDialogToolbar(this, u"tlbInstrGUI"_s)),
       cmbGroup(Named(new QComboBox(this), u"cmbGroup"_s, u"Parameters Groups"_s)),
       m_form(Named(new StatementForm(editor.desktop, Instrument(), this), u"picRows"_s)),
       lvwP(Named(new StatementList(this), u"lvwP"_s, u"p-Fields"_s)),
@@ -98,44 +98,30 @@ void frmInstrGUI::BuildSliderMenu()
     add(SliderCommand::Random, u"Randomize"_s);
 }
 
-QAction *frmInstrGUI::AddTool(const QString &name, const QString &caption, const QString &hint)
-{
-    QAction *action = tlbInstrGUI->addAction(Icons::Load(name), caption);
-    action->setObjectName(u"tlbInstrGUI_"_s + name);
-    action->setToolTip(hint);
-    return action;
-}
-
 void frmInstrGUI::BuildToolbar()
 {
-    tlbInstrGUI->setIconSize(QSize(16, 16));
-    tlbInstrGUI->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    QAction *properties = AddTool(u"instr"_s, u"Properties"_s, u"Instrument Properties (Ctrl+I)"_s);
+    // What the buttons do is for the control that has the keyboard: they do not take it.
+    const auto add = [this](const QString &key, const QString &caption, const QString &tooltip) {
+        return AddDialogTool(*tlbInstrGUI, key, caption, tooltip);
+    };
+    QAction *properties = add(u"instr"_s, u"Properties"_s, u"Instrument Properties (Ctrl+I)"_s);
     properties->setShortcut(Qt::CTRL | Qt::Key_I);
     connect(properties, &QAction::triggered, this, &frmInstrGUI::EditProperties);
-    m_sort = AddTool(u"sort"_s, u"List"_s, u"All p-fields as a list (Ctrl+L)"_s);
+    m_sort = add(u"sort"_s, u"List"_s, u"All p-fields as a list (Ctrl+L)"_s);
     m_sort->setShortcut(Qt::CTRL | Qt::Key_L);
     m_sort->setCheckable(true);
     connect(m_sort, &QAction::triggered, this, &frmInstrGUI::SortPressed);
-    m_slider = AddTool(u"slider"_s, u"Slider"_s, u"Reset the slider to 0"_s);
+    m_slider = add(u"slider"_s, u"Slider"_s, u"Reset the slider to 0"_s);
     m_slider->setMenu(mnuSl);
     m_slider->setEnabled(false);
     connect(m_slider, &QAction::triggered, this, [this] { RunSliderCommand(SliderCommand::Zero); });
     tlbInstrGUI->addSeparator();
-    connect(AddTool(u"ok"_s, u"OK"_s, u"Write the values into the statement (Enter)"_s), &QAction::triggered,
+    connect(add(u"ok"_s, u"OK"_s, u"Write the values into the statement (Enter)"_s), &QAction::triggered,
             this, &frmInstrGUI::Confirm);
-    connect(AddTool(u"delete"_s, u"Cancel"_s, u"Leave the statement as it is (Esc)"_s), &QAction::triggered,
-            this, &frmInstrGUI::reject);
-
-    for (QAction *action : tlbInstrGUI->actions()) {
-        auto *face = qobject_cast<QToolButton *>(tlbInstrGUI->widgetForAction(action));
-        if (!face)
-            continue;
-        face->setObjectName(action->objectName());
-        if (action->menu())
-            face->setPopupMode(QToolButton::MenuButtonPopup);
-        face->setFocusPolicy(Qt::NoFocus); // what the buttons do is for the control that has the keyboard
-    }
+    connect(add(u"delete"_s, u"Cancel"_s, u"Leave the statement as it is (Esc)"_s), &QAction::triggered, this,
+            &frmInstrGUI::reject);
+    auto *sliderButton = static_cast<QToolButton *>(tlbInstrGUI->widgetForAction(m_slider));
+    sliderButton->setPopupMode(QToolButton::MenuButtonPopup);
     ShowFlatButtons(*tlbInstrGUI, m_editor.settings);
     ShowExtensionInTextColour(*tlbInstrGUI);
 }

@@ -50,7 +50,6 @@ protected:
 
 private:
     void BuildToolbar();
-    QAction *AddTool(const QString &name, const QString &caption, const QString &hint);
     void BuildSliderMenu();
     void LayOut();
     void Connect();

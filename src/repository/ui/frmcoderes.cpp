@@ -13,8 +13,8 @@
 #include "shell/errorreport.h"
 #include "shell/insertcoloured.h"
 #include "shell/settings.h"
+#include "shell/ui/dialogtoolbar.h"
 #include "shell/ui/form.h"
-#include "shell/ui/icons.h"
 #include "shell/ui/toolbutton.h"
 
 #include <functional>
@@ -31,7 +31,6 @@
 #include <QList>
 #include <QMenu>
 #include <QPushButton>
-#include <QSize>
 #include <QSplitter>
 #include <QToolBar>
 #include <QToolButton>
@@ -49,7 +48,6 @@ namespace
 
 constexpr int TreeWidth = 38; ///< of what the panes begin with, in characters
 constexpr int CodeWidth = 76;
-constexpr QSize IconSize(16, 16);
 
 } // namespace
 
@@ -58,7 +56,7 @@ frmCodeRes::frmCodeRes(EditorContext &editor, const DocumentSteps &steps, QWidge
       m_editor(editor),
       m_steps(steps),
       m_repository(editor, ProgramFolder()),
-      tlbCodeRes(Named(new QToolBar(this), u"tlbCodeRes"_s)),
+      tlbCodeRes(NewDialogToolbar(this, u"tlbCodeRes"_s)),
       lvwCodeRes(Named(new FragmentTree(this), u"lvwCodeRes"_s)),
       lblCutLists(Named(new PaneNote(this), u"lblCutLists"_s)),
       m_page(new FragmentPage(this)),
@@ -82,19 +80,13 @@ frmCodeRes::frmCodeRes(EditorContext &editor, const DocumentSteps &steps, QWidge
 QAction *frmCodeRes::AddTool(const QString &key, const QString &text, const QString &tip,
                              const std::function<void()> &work)
 {
-    QAction *tool = tlbCodeRes->addAction(Icons::Load(key), text);
-    tool->setObjectName(u"tlbCodeRes_"_s + key);
-    tool->setToolTip(tip);
+    QAction *tool = AddDialogTool(*tlbCodeRes, key, text, tip, Qt::TabFocus);
     connect(tool, &QAction::triggered, this, work);
-    QWidget *face = Named(tlbCodeRes->widgetForAction(tool), tool->objectName());
-    face->setFocusPolicy(Qt::TabFocus);
     return tool;
 }
 
 void frmCodeRes::MakeToolbar()
 {
-    tlbCodeRes->setIconSize(IconSize);
-    tlbCodeRes->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     AddTool(u"new"_s, u"New"_s, u"New fragment (Ctrl+N)"_s, [this] {
         Run([this] { New({}); });
     })->setShortcut(QKeySequence(u"Ctrl+N"_s));

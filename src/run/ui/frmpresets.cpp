@@ -5,12 +5,11 @@
 #include "run/ui/actionpage.h"
 #include "run/ui/buttonpage.h"
 #include "run/ui/fieldselection.h"
-#include "run/ui/presetimages.h"
 #include "shell/editorcontext.h"
 #include "shell/errorreport.h"
 #include "shell/ui/columnmenu.h"
+#include "shell/ui/dialogtoolbar.h"
 #include "shell/ui/form.h"
-#include "shell/ui/icons.h"
 #include "shell/ui/plaintooltip.h"
 #include "shell/ui/toolbutton.h"
 
@@ -30,7 +29,6 @@
 #include <QSignalBlocker>
 #include <QTabWidget>
 #include <QToolBar>
-#include <QToolButton>
 #include <QVBoxLayout>
 
 using namespace Qt::Literals::StringLiterals;
@@ -95,7 +93,7 @@ QAction *frmPresets::ActionOf(Tool tool) const
 frmPresets::frmPresets(const RunContext &context, QWidget *parent)
     : QDialog(parent),
       m_context(context),
-      tlbPreset(Named(new QToolBar(this), u"tlbPreset"_s)),
+      tlbPreset(NewDialogToolbar(this, u"tlbPreset"_s)),
       cmbPreset(NewTypingList(this, u"cmbPreset"_s)),
       TbsPreset(Named(new QTabWidget(this), u"TbsPreset"_s)),
       m_first(Named(new ActionPage(context, FirstWords()), u"Frame_0"_s)),
@@ -119,21 +117,15 @@ frmPresets::frmPresets(const RunContext &context, QWidget *parent)
 
 void frmPresets::BuildToolbar()
 {
-    tlbPreset->setIconSize(QSize(PresetImageSide, PresetImageSide));
-    tlbPreset->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     for (const ToolRow &row : Tools) {
         const Tool tool = row.tool;
-        const QString name = QString::fromUtf16(row.name);
         if (tool == Tool::Up || tool == Tool::Macro)
             tlbPreset->addSeparator();
-        QAction *action = tlbPreset->addAction(Icons::Load(name), QString::fromUtf16(row.caption));
-        action->setObjectName(u"tlbPreset_"_s + name);
-        action->setToolTip(QString::fromUtf16(row.tooltip));
-        connect(action, &QAction::triggered, this, [this, tool] { RunTool(tool); });
-        auto *face = qobject_cast<QToolButton *>(tlbPreset->widgetForAction(action));
-        face->setObjectName(action->objectName());
         // The macro goes into the field that has the focus; every button has a key of its own.
-        face->setFocusPolicy(Qt::NoFocus);
+        const QAction *action =
+            AddDialogTool(*tlbPreset, QString::fromUtf16(row.name), QString::fromUtf16(row.caption),
+                          QString::fromUtf16(row.tooltip));
+        connect(action, &QAction::triggered, this, [this, tool] { RunTool(tool); });
     }
     ShowFlatButtons(*tlbPreset, m_context.editor.settings);
 }
