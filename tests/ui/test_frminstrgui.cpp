@@ -4,8 +4,7 @@
 #include "instruments/ui/frminstredit.h"
 #include "instruments/ui/frminstrgui.h"
 #include "support/boxes.h"
-#include "support/editorwindow.h"
-#include "support/modaldriver.h"
+#include "support/dialogwindow.h"
 #include "support/uitest.h"
 
 #include <QAbstractItemModel>
@@ -59,10 +58,7 @@ constexpr auto Score = "f1 0 8 10 1\n"
                        "e\n";
 
 /// A main window with a score whose first instrument is described, and the dialog over it.
-struct Stating : EditorWindow {
-    ModalDriver driver;
-    frmInstrGUI *dialog = nullptr;
-
+struct Stating : DialogWindow<frmInstrGUI> {
     explicit Stating(const QByteArray &text = Score, const QByteArray &stored = Bell)
     {
         WriteFile(u"song.xml"_s, stored);
@@ -132,16 +128,11 @@ struct Stating : EditorWindow {
     /// Opens the dialog by its menu row; `script` has to end it.
     void Show(const std::function<void()> &script)
     {
-        driver.Expect<frmInstrGUI>([this, script](frmInstrGUI &shown) {
-            dialog = &shown;
-            QVERIFY(dialog->isModal());
+        ShowBy(u"mnuInstrGUI"_s, [script] {
             // The first focus is the toolkit's, and not looked at.
             QCoreApplication::processEvents();
             script();
         });
-        QVERIFY(Row(u"mnuInstrGUI"_s).isEnabled());
-        Row(u"mnuInstrGUI"_s).trigger();
-        dialog = nullptr;
     }
     /// Opens it with the group of the sound's p-fields.
     void ShowSound(const std::function<void()> &script)

@@ -3,8 +3,7 @@
 
 #include "shell/settings.h"
 #include "support/boxes.h"
-#include "support/editorwindow.h"
-#include "support/modaldriver.h"
+#include "support/dialogwindow.h"
 #include "support/uitest.h"
 #include "texttools/insertkeys.h"
 #include "texttools/ui/frmheader.h"
@@ -18,6 +17,7 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
+#include <QDialog>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
@@ -33,10 +33,7 @@ namespace
 {
 
 /// A main window with an orchestra, and a script for one of the dialogs.
-struct Inserting : EditorWindow {
-    ModalDriver driver;
-    QDialog *dialog = nullptr;
-
+struct Inserting : DialogWindow<QDialog> {
     explicit Inserting(const QByteArray &text = "abc\n", const QString &name = u"song.orc"_s)
     {
         Open({WriteFile(name, text)});
@@ -60,14 +57,7 @@ struct Inserting : EditorWindow {
     /// Opens a dialog by its menu row; `script` has to end it.
     template <typename Dialog> void Show(const QString &row, const std::function<void()> &script)
     {
-        driver.Expect<Dialog>([this, script](Dialog &shown) {
-            dialog = &shown;
-            QVERIFY(dialog->isModal());
-            script();
-        });
-        QVERIFY(Row(row).isEnabled());
-        Row(row).trigger();
-        dialog = nullptr;
+        ShowBy<Dialog>(row, script);
     }
     void Header(const std::function<void()> &script) { Show<frmHeader>(u"mnuHeader"_s, script); }
     void Random(const std::function<void()> &script) { Show<frmRndNum>(u"mnuRandom"_s, script); }

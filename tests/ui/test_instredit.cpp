@@ -5,8 +5,7 @@
 #include "platform/desktop.h"
 #include "platform/textbuffer.h"
 #include "support/boxes.h"
-#include "support/editorwindow.h"
-#include "support/modaldriver.h"
+#include "support/dialogwindow.h"
 #include "support/uitest.h"
 
 #include <functional>
@@ -42,10 +41,7 @@ const QByteArray TwoInstruments =
     "unit=\"Db\" variable=\"iamp\"/>\n</instr>\n<instr number=\"7\"/>\n</instruments>\n";
 
 /// A main window with a unified file whose tag holds a store, and a script for the dialog.
-struct Editing : EditorWindow {
-    ModalDriver driver;
-    frmInstrEdit *dialog = nullptr;
-
+struct Editing : DialogWindow<frmInstrEdit> {
     explicit Editing(const QByteArray &store = TwoInstruments)
     {
         Open({WriteFile(u"song.csd"_s,
@@ -53,17 +49,7 @@ struct Editing : EditorWindow {
     }
 
     /// Opens the dialog by its menu row; `script` has to end it.
-    void Show(const std::function<void()> &script)
-    {
-        driver.Expect<frmInstrEdit>([this, script](frmInstrEdit &shown) {
-            dialog = &shown;
-            QVERIFY(dialog->isModal());
-            script();
-        });
-        QVERIFY(Row(u"mnuInstrEdit"_s).isEnabled());
-        Row(u"mnuInstrEdit"_s).trigger();
-        dialog = nullptr;
-    }
+    void Show(const std::function<void()> &script) { ShowBy(u"mnuInstrEdit"_s, script); }
     QTreeView &Tree() { return *dialog->findChild<QTreeView *>(u"tvwInstrEdit"_s); }
     QLineEdit &Field(const QString &name) { return *dialog->findChild<QLineEdit *>(name); }
     QComboBox &List(const QString &name) { return *dialog->findChild<QComboBox *>(name); }

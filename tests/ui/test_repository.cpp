@@ -4,8 +4,7 @@
 #include "repository/repositorykeys.h"
 #include "repository/ui/frmcoderes.h"
 #include "shell/settings.h"
-#include "support/editorwindow.h"
-#include "support/modaldriver.h"
+#include "support/dialogwindow.h"
 #include "support/uitest.h"
 
 #include <functional>
@@ -40,10 +39,7 @@ const QByteArray Shared =
     "[tab]\nCode=x\n";
 
 /// A main window with an orchestra, and a script for the dialog.
-struct Browsing : EditorWindow {
-    ModalDriver driver;
-    frmCodeRes *dialog = nullptr;
-
+struct Browsing : DialogWindow<frmCodeRes> {
     explicit Browsing(const QByteArray &shared = Shared, const QByteArray &text = "abc def\n")
     {
         desktop.environment[u"LOGNAME"_s] = u"Jo"_s;
@@ -116,14 +112,7 @@ struct Browsing : EditorWindow {
     /// Opens the dialog by its menu row; `script` has to end it.
     void Show(const std::function<void()> &script, const QString &row = u"mnuCodeRes"_s)
     {
-        driver.Expect<frmCodeRes>([this, script](frmCodeRes &shown) {
-            dialog = &shown;
-            QVERIFY(dialog->isModal());
-            script();
-        });
-        QVERIFY(Row(row).isEnabled());
-        Row(row).trigger();
-        dialog = nullptr;
+        ShowBy(row, script);
     }
     void Add(const std::function<void()> &script) { Show(script, u"mnuCodeResAdd"_s); }
     QByteArray Bytes(const QString &name)
