@@ -6,6 +6,7 @@
 #include "oracle/instrumentsoracle.h"
 #include "platform/runtimeerror.h"
 #include "support/boxes.h"
+#include "support/filebytes.h"
 #include "support/printers.h"
 #include "support/randomtext.h"
 #include "support/testcontext.h"
@@ -43,11 +44,7 @@ struct Store : testing::Test, TestContext {
         text.EmptyUndoBuffer();
     }
     QString Beside(const QString &name = u"song.xml"_s) { return folder.filePath(name); }
-    QByteArray Bytes(const QString &name = u"song.xml"_s)
-    {
-        QFile file(Beside(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no file");
-    }
+    QByteArray Bytes(const QString &name = u"song.xml"_s) { return BytesOf(Beside(name)); }
     QStringList Files() { return QDir(folder.path()).entryList({u"song*"_s}, QDir::Files, QDir::Name); }
     bool Save(const QString &name = u"a"_s)
     {

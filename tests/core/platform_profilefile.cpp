@@ -3,6 +3,7 @@
 #include "platform/profilefile.h"
 #include "platform/runtimeerror.h"
 #include "support/childprocess.h"
+#include "support/filebytes.h"
 #include "support/powercut.h"
 #include "support/printers.h"
 
@@ -55,11 +56,7 @@ protected:
         ASSERT_EQ(file.write(bytes), bytes.size());
     }
 
-    QByteArray Content() const
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : "(none)"_ba;
-    }
+    QByteArray Content() const { return BytesOf(path); }
 
     QString folder;
     QString path;

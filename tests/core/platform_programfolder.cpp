@@ -3,6 +3,7 @@
 
 #include "platform/userfolders.h"
 #include "support/childprocess.h"
+#include "support/filebytes.h"
 #include "support/printers.h"
 
 #include <gtest/gtest.h>
@@ -42,11 +43,6 @@ protected:
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         ASSERT_EQ(file.write(bytes), bytes.size());
     }
-    static QByteArray Content(const QString &path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : "(none)"_ba;
-    }
 
     QString Root() const { return m_temporary.path(); }
     QString executable, data, shipped;
@@ -78,11 +74,11 @@ TEST_F(FolderOfProgram, WithoutAnOpcodeListTheUsersFolderIsMadeAndFilled)
 {
     EXPECT_EQ(ChooseProgramFolder({}, executable, data, shipped), data);
     EXPECT_EQ(NamesIn(data), (QStringList{u"opcodes.txt"_s, u"zelvane.html"_s}));
-    EXPECT_EQ(Content(data + u"/opcodes.txt"_s), "oscil\r\n"_ba);
+    EXPECT_EQ(BytesOf(data + u"/opcodes.txt"_s), "oscil\r\n"_ba);
     // What the user made of it stays.
     Put(data + u"/opcodes.txt"_s, "mine");
     EXPECT_EQ(ChooseProgramFolder({}, executable, data, shipped), data);
-    EXPECT_EQ(Content(data + u"/opcodes.txt"_s), "mine"_ba);
+    EXPECT_EQ(BytesOf(data + u"/opcodes.txt"_s), "mine"_ba);
     ASSERT_TRUE(QDir(executable).mkdir(u"opcodes.txt"_s));
     EXPECT_EQ(ChooseProgramFolder({}, executable, data, shipped), data) << "a folder is no list";
 }
@@ -107,11 +103,11 @@ TEST_F(FolderOfProgram, ARepositoryFileIsGivenOnce)
 {
     Put(shipped + u"/zelvane.csr"_s, "[a]\n");
     ChooseProgramFolder({}, executable, data, shipped);
-    EXPECT_EQ(Content(data + u"/zelvane.csr"_s), "[a]\n"_ba);
+    EXPECT_EQ(BytesOf(data + u"/zelvane.csr"_s), "[a]\n"_ba);
     // The user has deleted its fragments, then the file.
     Put(data + u"/zelvane.csr"_s, "");
     ChooseProgramFolder({}, executable, data, shipped);
-    EXPECT_EQ(Content(data + u"/zelvane.csr"_s), ""_ba);
+    EXPECT_EQ(BytesOf(data + u"/zelvane.csr"_s), ""_ba);
     ASSERT_TRUE(QFile::remove(data + u"/zelvane.csr"_s));
     ASSERT_TRUE(QFile::remove(data + u"/opcodes.txt"_s));
     ChooseProgramFolder({}, executable, data, shipped);
@@ -125,7 +121,7 @@ TEST_F(FolderOfProgram, ARepositoryFileOfTheUsersStays)
     ASSERT_TRUE(QDir().mkpath(data));
     Put(data + u"/zelvane.csr"_s, "[mine]\n");
     ChooseProgramFolder({}, executable, data, shipped);
-    EXPECT_EQ(Content(data + u"/zelvane.csr"_s), "[mine]\n"_ba);
+    EXPECT_EQ(BytesOf(data + u"/zelvane.csr"_s), "[mine]\n"_ba);
 }
 
 TEST_F(FolderOfProgram, AnInstalledExecutableIsNotPortable)
@@ -134,7 +130,7 @@ TEST_F(FolderOfProgram, AnInstalledExecutableIsNotPortable)
     ASSERT_EQ(chmod(QFile::encodeName(executable).constData(), 0555), 0);
     EXPECT_TRUE(
         AsOrdinaryUser(Root(), [&] { EXPECT_EQ(ChooseProgramFolder({}, executable, data, shipped), data); }));
-    EXPECT_EQ(Content(data + u"/opcodes.txt"_s), "oscil\r\n"_ba);
+    EXPECT_EQ(BytesOf(data + u"/opcodes.txt"_s), "oscil\r\n"_ba);
     ASSERT_EQ(chmod(QFile::encodeName(executable).constData(), 0755), 0);
 }
 

@@ -5,6 +5,7 @@
 #include "repository/fragmenttext.h"
 #include "repository/repositorytree.h"
 #include "support/childprocess.h"
+#include "support/filebytes.h"
 #include "support/printers.h"
 #include "support/randomtext.h"
 #include "support/testcontext.h"
@@ -31,12 +32,6 @@ constexpr int RandomRuns = 20000;
 QString WithLineFeeds(QString text)
 {
     return text.replace(u"\r\n"_s, u"\n"_s);
-}
-
-QByteArray BytesOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : "(none)"_ba;
 }
 
 struct Repository : testing::Test, TestContext {

@@ -12,6 +12,7 @@
 #include "shell/ui/menuname.h"
 #include "support/barewindow.h"
 #include "support/editorwindow.h"
+#include "support/filebytes.h"
 #include "support/modaldriver.h"
 #include "support/scriptedmediacontrol.h"
 #include "support/uitest.h"
@@ -32,6 +33,7 @@
 using namespace zelvane;
 using namespace Qt::Literals::StringLiterals;
 using zelvane::test::BareWindow;
+using zelvane::test::BytesOf;
 using zelvane::test::EditorWindow;
 using zelvane::test::ModalDriver;
 using zelvane::test::RunUiTest;
@@ -39,12 +41,6 @@ using zelvane::test::ScriptedMediaControl;
 
 namespace
 {
-
-QByteArray Content(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<not there>");
-}
 
 /// A window with the player and the file commands alone.
 struct SoundWindow : BareWindow {
@@ -116,7 +112,7 @@ private Q_SLOTS:
         editor.desktop.ExpectInput(u"Rename"_s, u"Rename 'a piece.orc' to:"_s, u"b.sco"_s);
         editor.Choose(u"mnuFSO_2"_s);
         QVERIFY(!QFileInfo::exists(editor.path));
-        QCOMPARE(Content(editor.Path(u"b.sco"_s)), QByteArray("instr 1\r\nendin\r\n"));
+        QCOMPARE(BytesOf(editor.Path(u"b.sco"_s)), QByteArray("instr 1\r\nendin\r\n"));
         QVERIFY2(editor.window->windowTitle().contains(editor.Path(u"b.sco"_s) + u" (Score"_s),
                  qPrintable(editor.window->windowTitle()));
     }
@@ -154,7 +150,7 @@ private Q_SLOTS:
                                      BoxAnswer::Yes);
         editor.Choose(u"mnuFSO_1"_s);
         QVERIFY(editor.window->windowTitle().contains(editor.Path(u"old.orc"_s)));
-        QCOMPARE(Content(editor.Path(u"old.orc"_s)), Content(moved));
+        QCOMPARE(BytesOf(editor.Path(u"old.orc"_s)), BytesOf(moved));
     }
 
     void DeletedFileIsInTheTrashAndTheWindowEmpty()
@@ -163,7 +159,7 @@ private Q_SLOTS:
         editor.desktop.ExpectMessage(ToTrash(editor.path), BoxAnswer::Yes);
         editor.Choose(u"mnuFSO_3"_s);
         QVERIFY(!QFileInfo::exists(editor.path));
-        QCOMPARE(Content(editor.data.filePath(u"Trash/files/a piece.orc"_s)),
+        QCOMPARE(BytesOf(editor.data.filePath(u"Trash/files/a piece.orc"_s)),
                  QByteArray("instr 1\r\nendin\r\n"));
         QVERIFY(editor.window->windowTitle().contains(u" - Untitled ("_s));
         QCOMPARE(editor.Text().Text(), QString());
@@ -204,7 +200,7 @@ private Q_SLOTS:
         on.Choose(FileOperation::Delete);
         QCOMPARE(on.media->TakeCommands(), QStringList({u"stop gino"_s, u"close gino"_s}));
         QVERIFY(!QFileInfo::exists(on.sound));
-        QCOMPARE(Content(on.data.filePath(u"Trash/files/x.wav"_s)), QByteArray("RIFF"));
+        QCOMPARE(BytesOf(on.data.filePath(u"Trash/files/x.wav"_s)), QByteArray("RIFF"));
     }
 
     void SoundPlaysOnWhileItIsCopied()
@@ -218,7 +214,7 @@ private Q_SLOTS:
                                     {.path = copy});
         on.Choose(FileOperation::Copy);
         QCOMPARE(on.media->TakeCommands(), QStringList());
-        QCOMPARE(Content(copy), QByteArray("RIFF"));
+        QCOMPARE(BytesOf(copy), QByteArray("RIFF"));
         QCOMPARE(on.settings.Text(Keys::SFCopyTo), on.folder.path());
     }
 

@@ -6,6 +6,7 @@
 #include "platform/textbuffer.h"
 #include "support/boxes.h"
 #include "support/dialogwindow.h"
+#include "support/filebytes.h"
 #include "support/uitest.h"
 
 #include <functional>
@@ -568,10 +569,7 @@ void InstrEditTest::OkThatFailsKeepsTheDialog()
     Editing editor;
     editor.WriteFile(u"song.xml"_s, TwoInstruments);
     editor.Open({editor.WriteFile(u"song.orc"_s, "instr 1\nendin\n")});
-    const auto bytes = [&] {
-        QFile file(editor.folder.filePath(u"song.xml"_s));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no file");
-    };
+    const auto bytes = [&] { return BytesOf(editor.folder.filePath(u"song.xml"_s)); };
     editor.Show([&] {
         editor.Put(u"TxtInsName"_s, u"Lead"_s);
         editor.WriteFile(u"song.xml"_s, "<project/>");

@@ -5,6 +5,7 @@
 #include "repository/ui/frmcoderes.h"
 #include "shell/settings.h"
 #include "support/dialogwindow.h"
+#include "support/filebytes.h"
 #include "support/uitest.h"
 
 #include <functional>
@@ -115,11 +116,7 @@ struct Browsing : DialogWindow<frmCodeRes> {
         ShowBy(row, script);
     }
     void Add(const std::function<void()> &script) { Show(script, u"mnuCodeResAdd"_s); }
-    QByteArray Bytes(const QString &name)
-    {
-        QFile file(folder.filePath(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : "(none)"_ba;
-    }
+    QByteArray Bytes(const QString &name) { return BytesOf(folder.filePath(name)); }
 
     void ExpectReplace(const QString &name, BoxAnswer answer)
     {

@@ -6,6 +6,7 @@
 #include "shell/editorcontext.h"
 #include "support/boxes.h"
 #include "support/editorwindow.h"
+#include "support/filebytes.h"
 #include "support/uitest.h"
 
 #include <memory>
@@ -36,11 +37,7 @@ private Q_SLOTS:
 
 private:
     QString Path(const QString &name) const { return editor->folder.filePath(name); }
-    QByteArray Bytes(const QString &name) const
-    {
-        QFile file(Path(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(missing)");
-    }
+    QByteArray Bytes(const QString &name) const { return BytesOf(Path(name)); }
     void Open(const QString &name) { editor->window->Documents().OpenFile(Path(name)); }
     const DocumentRecord &Document() const { return editor->window->Context().document; }
     void ExpectSave(const QString &label, const QString &extension, const QString &base, const QString &to)
