@@ -75,6 +75,11 @@ public:
 
     /// The class of the character at an offset; Text at the end of the text.
     StyleClass StyleAt(qsizetype offset) const;
+    /// The classes of a stretch, offsets from its start, without those of class Text.
+    StyleRuns RunsBetween(qsizetype start, qsizetype end) const;
+    /// How often ApplyStyles was called: who remembers classes sees by it that somebody else has given
+    /// others.
+    quint64 Colourings() const { return m_colourings; }
     StyledText Styled(qsizetype start, qsizetype end) const override;
 
     /// The kind of the next undo or redo; None when there is none, and for the program's own replacements.
@@ -337,6 +342,7 @@ private:
 
     std::array<StyleFormat, StyleClassCount> m_formats;
     bool m_formatsApplied = false;
+    quint64 m_colourings = 0;
     bool m_plain = true; ///< no character has another class than Text
     quint32 m_textColour = SystemWindowText;
     quint32 m_backColour = SystemWindow;

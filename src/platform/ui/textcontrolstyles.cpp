@@ -115,6 +115,7 @@ void TextControl::ApplyStyles(qsizetype start, qsizetype end, const StyleRuns &r
 {
     start = std::clamp<qsizetype>(start, 0, Length());
     end = std::clamp<qsizetype>(end, start, Length());
+    ++m_colourings;
     if (!m_formatsApplied) {
         m_formatsApplied = true;
         ApplyLook();
@@ -233,13 +234,20 @@ StyleRuns TextControl::RunsOf(qsizetype start, qsizetype length) const
     return runs;
 }
 
-StyledText TextControl::Styled(qsizetype start, qsizetype end) const
+StyleRuns TextControl::RunsBetween(qsizetype start, qsizetype end) const
 {
     start = std::clamp<qsizetype>(start, 0, Length());
     end = std::clamp<qsizetype>(end, start, Length());
     const qsizetype first = m_map.ToByte(start);
+    return RunsOf(first, m_map.ToByte(end) - first);
+}
+
+StyledText TextControl::Styled(qsizetype start, qsizetype end) const
+{
+    start = std::clamp<qsizetype>(start, 0, Length());
+    end = std::clamp<qsizetype>(end, start, Length());
     return {.text = TextRange(start, end),
-            .runs = RunsOf(first, m_map.ToByte(end) - first),
+            .runs = RunsBetween(start, end),
             .formats = CurrentFormats(),
             .font = m_font,
             .tabColumns = int(Send(SCI_GETTABWIDTH))};

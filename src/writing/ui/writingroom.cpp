@@ -16,6 +16,7 @@
 #include "writing/ui/currentline.h"
 #include "writing/ui/folding.h"
 #include "writing/ui/linenumbers.h"
+#include "writing/ui/livecolours.h"
 #include "writing/ui/movelines.h"
 #include "writing/ui/sameword.h"
 #include "writing/ui/scannedtext.h"
@@ -49,7 +50,7 @@ constexpr AidRow Aids[] = {
     // What stands beside the text.
     {Keys::LineNumbers, Make<LineNumbers>},
     {Keys::CurrentLine, Make<CurrentLine>},
-    {Keys::LiveColours, nullptr},
+    {Keys::LiveColours, Make<LiveColours>},
 
     // What is marked in the text.
     {Keys::BracketMatch, Make<BracketMatch>},
