@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // What a key costs in the real window, at the beginning and at the end of texts of two sizes: processor time
-// from the key to the painted window, status line and all.
+// from the key to the painted window, status line and all. With all writing aids on, also what the pause
+// behind a key costs.
 
 #include "platform/ui/textaccessible.h"
 #include "platform/ui/textcontrol.h"
+#include "shell/settingkey.h"
+#include "shell/ui/appearance.h"
 #include "windowbench.h"
+#include "writing/writingkeys.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -13,7 +17,9 @@
 #include <functional>
 #include <QApplication>
 #include <QClipboard>
+#include <QEventLoop>
 #include <QKeyEvent>
+#include <QTimer>
 #include <vector>
 
 using namespace zelvane;
@@ -23,7 +29,8 @@ using namespace Qt::Literals::StringLiterals;
 namespace
 {
 
-constexpr int Keys = 15;
+constexpr int KeyCount = 15;
+constexpr double PauseGoal = 100; ///< nobody waits for it, but the next key comes behind it
 
 struct Typist {
     Program &program;
@@ -42,7 +49,7 @@ struct Typist {
     std::vector<double> Times(const std::function<void()> &before, const std::function<void()> &key)
     {
         std::vector<double> times;
-        for (int i = 0; i <= Keys; ++i) {
+        for (int i = 0; i <= KeyCount; ++i) {
             before();
             times.push_back(Seconds(key) * 1000);
         }
@@ -51,6 +58,27 @@ struct Typist {
         return times;
     }
 };
+
+bool AidsAreOn(const Program &program)
+{
+    return program.settings.Flag(zelvane::Keys::LiveColours);
+}
+
+void TurnAllAids(Program &program, bool on)
+{
+#define ZELVANE_SAVE_AID(Type, Name, ...) program.settings.SaveFlag(zelvane::Keys::Name, on);
+    ZELVANE_WRITING_KEYS(ZELVANE_SAVE_AID)
+#undef ZELVANE_SAVE_AID
+    program.window->Looks().ApplyAll();
+}
+
+/// Lets the program do what it does when nobody types for a while.
+void Pause()
+{
+    QEventLoop loop;
+    QTimer::singleShot(1500, &loop, &QEventLoop::quit);
+    loop.exec();
+}
 
 enum class Sideways { Nothing, Scrolls, Wraps };
 
@@ -74,18 +102,19 @@ void Measure(Program &program, qsizetype size, bool accents, Sideways sideways, 
         const auto report = [&](
                                 const char *key, const std::function<void()> &press,
                                 const std::function<void()> &before = [] {}) {
-            const QString what = u"%1 MB%2%3%4, %5: %6"_s.arg(size / 1'000'000)
+            const QString what = u"%1 MB%2%3%4%5, %6: %7"_s.arg(size / 1'000'000)
                                      .arg(accents ? u" with accents" : u"")
                                      .arg(sideways == Sideways::Wraps     ? u", wrapped"
                                           : sideways == Sideways::Scrolls ? u", wider than the view"
                                                                           : u"")
                                      .arg(TextAccessible::IsHeard() ? u", screen reader" : u"")
+                                     .arg(AidsAreOn(program) ? u", all aids" : u"")
                                      .arg(end ? u"end" : u"beginning")
                                      .arg(QLatin1String(key));
             const std::vector<double> times = typist.Times(before, press);
             Goal(qPrintable(what), times[times.size() / 2], goal);
             if (times.back() > goal)
-                std::printf("    the worst of %d: %.3f\n", Keys, times.back());
+                std::printf("    the worst of %d: %.3f\n", KeyCount, times.back());
         };
         report("a letter", [&] { typist.Key(Qt::Key_X, {}, u"x"_s); });
         report("Backspace", [&] { typist.Key(Qt::Key_Backspace); });
@@ -98,6 +127,16 @@ void Measure(Program &program, qsizetype size, bool accents, Sideways sideways, 
         report(
             "a letter over a selection", [&] { typist.Key(Qt::Key_Y, {}, u"y"_s); },
             [&] { typist.Key(Qt::Key_Left, Qt::ShiftModifier); });
+        if (AidsAreOn(program)) {
+            Pause();
+            const double seconds = Seconds([&] {
+                typist.Key(Qt::Key_Z, {}, u"z"_s);
+                Pause();
+            });
+            Goal(end ? "the end: a letter, and the pause behind it"
+                     : "the beginning: a letter, and the pause behind it",
+                 seconds * 1000, PauseGoal);
+        }
     }
 }
 
@@ -114,6 +153,10 @@ int main(int argc, char **argv)
     Measure(program, 10'000'000, true, Sideways::Nothing, 4);
     Measure(program, 10'000'000, false, Sideways::Wraps, 4);
     Measure(program, 10'000'000, true, Sideways::Scrolls, 4);
+    TurnAllAids(program, true);
+    Measure(program, 10'000'000, false, Sideways::Nothing, 4);
+    Measure(program, 10'000'000, true, Sideways::Nothing, 4);
+    TurnAllAids(program, false);
     TextAccessible::SetListener([](QAccessibleEvent &) {});
     Measure(program, 10'000'000, true, Sideways::Nothing, 4);
     if (!quick)
