@@ -22,6 +22,7 @@
 
 #include <algorithm>
 #include <QFile>
+#include <QInputMethodEvent>
 #include <QSignalSpy>
 #include <QString>
 #include <random>
@@ -71,6 +72,7 @@ private Q_SLOTS:
     void ANewUnifiedDocumentIsColouredFromItsFirstLine();
     void PausesColourWhatWasTyped();
     void NothingButColoursChanges();
+    void AComposedCharacterGoesOn();
     void AtRestItIsARefresh_data();
     void AtRestItIsARefresh();
     void WithoutSyntaxHighlightNothingHappens();
@@ -158,6 +160,32 @@ void LiveColoursTest::NothingButColoursChanges()
     QVERIFY(editor.Runs() == editor.Wanted());
     QVERIFY(!editor.Text().CanUndo());
     QCOMPARE(editor.Text().Utf8(), text);
+}
+
+void LiveColoursTest::AComposedCharacterGoesOn()
+{
+    LiveWindow editor;
+    editor.Open({editor.WriteFile(u"a.orc"_s, "a1 linen 1 ; x\n")});
+    TextControl &text = editor.Text();
+    text.setFocus();
+    text.SetSelection(0, 0);
+    QInputMethodEvent composed(u"\"\u3042"_s, {});
+    QCoreApplication::sendEvent(&text, &composed);
+    const QString during = text.Text();
+    editor.Aid().ColourNow();
+    QCOMPARE(text.Text(), during);
+    QInputMethodEvent done;
+    done.setCommitString(u"\"\u3042\""_s);
+    QCoreApplication::sendEvent(&text, &done);
+    QCOMPARE(text.Text(), u"\"\u3042\"a1 linen 1 ; x\n"_s);
+    editor.Aid().ColourNow();
+    QVERIFY(editor.Runs() == editor.Wanted());
+    QCOMPARE(text.StyleAt(1), StyleClass::Literal);
+    text.Undo();
+    QCOMPARE(text.Text(), u"a1 linen 1 ; x\n"_s);
+    QVERIFY(!text.CanUndo());
+    editor.Aid().ColourNow();
+    QVERIFY(editor.Runs() == editor.Wanted());
 }
 
 void LiveColoursTest::AtRestItIsARefresh_data()
