@@ -4,6 +4,7 @@
 #include "platform/styledtext.h"
 #include "platform/stylerun.h"
 #include "platform/ui/scintilla.h"
+#include "platform/ui/scintillacolour.h"
 #include "platform/ui/systemcolours.h"
 #include "platform/ui/textcontrol.h"
 #include "support/scripteddesktop.h"
@@ -68,11 +69,6 @@ struct Rest {
     }
     bool operator==(const Rest &) const = default;
 };
-
-QColor Colour(long scintilla)
-{
-    return QColor(int(scintilla & 0xFF), int((scintilla >> 8) & 0xFF), int((scintilla >> 16) & 0xFF));
-}
 
 std::vector<FoldLevel> Levels(const std::vector<int> &depths)
 {
@@ -437,16 +433,16 @@ void TextDecorationsTest::ColoursCanBeSeen()
     TextDecorations &marks = *editor.marks;
     for (int margin = 0; margin < TextMarginCount; ++margin)
         marks.ShowMargin(TextMargin(margin), true);
-    QCOMPARE(Colour(editor.Ask(Sci::SCI_STYLEGETBACK, Sci::STYLE_DEFAULT)), back);
-    const QColor margin = Colour(editor.Ask(Sci::SCI_STYLEGETBACK, Sci::STYLE_LINENUMBER));
+    QCOMPARE(FromScintilla(editor.Ask(Sci::SCI_STYLEGETBACK, Sci::STYLE_DEFAULT)), back);
+    const QColor margin = FromScintilla(editor.Ask(Sci::SCI_STYLEGETBACK, Sci::STYLE_LINENUMBER));
     QVERIFY(margin != back);
-    QVERIFY(Contrast(Colour(editor.Ask(Sci::SCI_STYLEGETFORE, Sci::STYLE_LINENUMBER)), margin) >= 4.5);
-    const QColor line = Colour(editor.Ask(Sci::SCI_GETCARETLINEBACK));
+    QVERIFY(Contrast(FromScintilla(editor.Ask(Sci::SCI_STYLEGETFORE, Sci::STYLE_LINENUMBER)), margin) >= 4.5);
+    const QColor line = FromScintilla(editor.Ask(Sci::SCI_GETCARETLINEBACK));
     QVERIFY(line != back);
     QVERIFY(Contrast(ink, line) >= 0.8 * Contrast(ink, back));
     for (int indicator = 0; indicator < IndicatorCount; ++indicator) {
         const auto number = unsigned(Sci::INDIC_CONTAINER + indicator);
-        QVERIFY(Contrast(Colour(editor.Ask(Sci::SCI_INDICGETFORE, number)), back) >= 3);
+        QVERIFY(Contrast(FromScintilla(editor.Ask(Sci::SCI_INDICGETFORE, number)), back) >= 3);
     }
 }
 

@@ -2,6 +2,7 @@
 
 // The text control's colours, font, word wrap and tab stops.
 
+#include "platform/ui/scintillacolour.h"
 #include "platform/ui/systemcolours.h"
 #include "platform/ui/textcontrol.h"
 
@@ -14,16 +15,6 @@
 
 namespace zelvane
 {
-
-namespace
-{
-
-int ScintillaColour(const QColor &colour)
-{
-    return colour.red() | (colour.green() << 8) | (colour.blue() << 16);
-}
-
-} // namespace
 
 void TextControl::changeEvent(QEvent *event)
 {

@@ -2,10 +2,12 @@
 #include "platform/ui/textdecorations.h"
 
 #include "platform/ui/scintilla.h"
+#include "platform/ui/scintillacolour.h"
 #include "platform/ui/systemcolours.h"
 #include "platform/ui/textcontrol.h"
 
 #include <algorithm>
+#include <QByteArray>
 #include <QEvent>
 #include <QMetaObject>
 #include <QPalette>
@@ -22,7 +24,7 @@ using Sci = QsciScintillaBase;
 
 constexpr int FewestDigits = 3; ///< so that the text does not jump while a short piece grows
 constexpr int Gap = 4;          ///< pixels beside the numbers
-constexpr int LeftOfText = 6;   ///< pixels, as the text control has them
+constexpr int BesideText = 6;   ///< pixels, as the text control has them on both sides
 
 constexpr int MarkerNumber(LineMarker marker)
 {
@@ -32,16 +34,6 @@ constexpr int MarkerNumber(LineMarker marker)
 constexpr int IndicatorNumber(Indicator indicator)
 {
     return Sci::INDIC_CONTAINER + int(indicator);
-}
-
-int ScintillaColour(const QColor &colour)
-{
-    return colour.red() | (colour.green() << 8) | (colour.blue() << 16);
-}
-
-QColor FromScintilla(long colour)
-{
-    return QColor(int(colour & 0xFF), int((colour >> 8) & 0xFF), int((colour >> 16) & 0xFF));
 }
 
 /// So much of one colour over another.
@@ -187,7 +179,7 @@ void TextDecorations::ApplyWidths()
         if (m_text.Send(Sci::SCI_GETMARGINWIDTHN, margin) != pixels)
             m_text.Send(Sci::SCI_SETMARGINWIDTHN, margin, pixels);
     }
-    const int left = any ? Gap : LeftOfText;
+    const int left = any ? Gap : BesideText;
     if (m_text.Send(Sci::SCI_GETMARGINLEFT) != left)
         m_text.Send(Sci::SCI_SETMARGINLEFT, 0, left);
 }
@@ -253,6 +245,8 @@ void TextDecorations::ShowCurrentLine(bool show)
 {
     m_currentLine = show;
     m_text.Send(Sci::SCI_SETCARETLINEVISIBLE, show);
+    // The room at the right would be left white.
+    m_text.Send(Sci::SCI_SETMARGINRIGHT, 0, show ? 0 : BesideText);
     // A dialog that works on the text has the keyboard.
     m_text.Send(Sci::SCI_SETCARETLINEVISIBLEALWAYS, show);
 }

@@ -7,6 +7,7 @@
 #include <optional>
 #include <QColor>
 #include <QObject>
+#include <Qt>
 #include <vector>
 
 namespace zelvane
