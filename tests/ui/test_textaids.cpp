@@ -27,6 +27,9 @@
 
 #include <algorithm>
 #include <initializer_list>
+#include <QCoreApplication>
+#include <QInputMethodEvent>
+#include <QInputMethodQueryEvent>
 #include <QListWidget>
 #include <QPushButton>
 #include <QString>
@@ -99,6 +102,7 @@ private Q_SLOTS:
     void EnterIsOneStepOfUndo();
     void AClosingWordIsOneStepWithItsIndent();
     void AWordThatGoesOnGetsItsIndentBack();
+    void WhatAnInputMethodGivesIsTyped();
     void TabsIndentWhereTabsAreSet();
     void WithoutTheAidEnterIsPlain();
     void BlocksFoldByMarginAndCommands();
@@ -288,6 +292,27 @@ void TextAidsTest::AWordThatGoesOnGetsItsIndentBack()
     editor.PutCaret(14);
     editor.Text().ReplaceSelection(u"endif"_s);
     QCOMPARE(editor.Text().Text(), u"if a then\n    endif"_s);
+}
+
+void TextAidsTest::WhatAnInputMethodGivesIsTyped()
+{
+    AidsWindow editor({Keys::AutoIndent});
+    editor.OpenText(u"a.orc"_s, "instr 1\n    ");
+    editor.PutCaret(12);
+    // While a letter goes in, the input method asks where.
+    const auto ask = QObject::connect(&editor.Text(), &TextControl::edited, [&] {
+        QInputMethodQueryEvent query(Qt::ImCursorRectangle);
+        QCoreApplication::sendEvent(&editor.Text(), &query);
+    });
+    QInputMethodEvent given;
+    given.setCommitString(u"endin"_s);
+    QCoreApplication::sendEvent(&editor.Text(), &given);
+    QCOMPARE(editor.Text().Text(), u"instr 1\nendin"_s);
+    editor.Text().Undo();
+    QCOMPARE(editor.Text().Text(), u"instr 1\n    "_s);
+    editor.Type(u"endin"_s);
+    QCOMPARE(editor.Text().Text(), u"instr 1\nendin"_s);
+    QObject::disconnect(ask);
 }
 
 void TextAidsTest::TabsIndentWhereTabsAreSet()

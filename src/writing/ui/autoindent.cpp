@@ -52,9 +52,11 @@ AutoIndent::AutoIndent(const WritingContext &context)
 
 bool AutoIndent::eventFilter(QObject *watched, QEvent *event)
 {
-    m_typed = false;
-    if (event->type() == QEvent::KeyPress) {
+    // Other events may come in the middle of these: an input method asks for the caret while text goes in.
+    switch (event->type()) {
+    case QEvent::KeyPress: {
         const auto &key = static_cast<const QKeyEvent &>(*event);
+        m_typed = false;
         if (IsEnter(key)) {
             try {
                 Enter();
@@ -65,8 +67,17 @@ bool AutoIndent::eventFilter(QObject *watched, QEvent *event)
             return true;
         }
         m_typed = !key.text().isEmpty() && key.text().front().isPrint();
-    } else if (event->type() == QEvent::InputMethod) {
+        break;
+    }
+    case QEvent::InputMethod:
         m_typed = !static_cast<const QInputMethodEvent &>(*event).commitString().isEmpty();
+        break;
+    case QEvent::ShortcutOverride:
+    case QEvent::FocusOut:
+        m_typed = false;
+        break;
+    default:
+        break;
     }
     return QObject::eventFilter(watched, event);
 }
