@@ -175,11 +175,11 @@ private:
             }
             from = std::max(lineEnd + 1, hit->end);
         }
-        if (search && search->GaveUp() && !m_listener.Stopped())
-            ++m_counts.hard;
-        else
-            ++m_counts.searched;
         m_counts.files += any ? 1 : 0;
+        if (!search || !search->GaveUp())
+            ++m_counts.searched;
+        else if (!m_listener.Stopped())
+            ++m_counts.hard;
     }
 
     static QString LineOf(const QString &text, qsizetype hit, qsizetype lineEnd)

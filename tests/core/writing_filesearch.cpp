@@ -29,8 +29,14 @@ struct Collected : FileSearchListener {
     std::vector<FoundLine> lines;
     std::vector<SearchCounts> counts;
     qsizetype stopAfter = -1; ///< lines
+    int stopAt = -1;          ///< so many questions
+    int asked = 0;
 
-    bool Stopped() override { return stopAfter >= 0 && qsizetype(lines.size()) >= stopAfter; }
+    bool Stopped() override
+    {
+        ++asked;
+        return (stopAfter >= 0 && qsizetype(lines.size()) >= stopAfter) || (stopAt >= 0 && asked >= stopAt);
+    }
     void Found(FoundLine line) override { lines.push_back(std::move(line)); }
     void Counted(const SearchCounts &now) override { counts.push_back(now); }
 };
@@ -183,6 +189,19 @@ TEST_F(SearchInFiles, StopsWhereAsked)
         Write(u"%1.csd"_s.arg(i), "oscil");
     found.stopAfter = 2;
     EXPECT_EQ(Run().searched, 2);
+}
+
+TEST_F(SearchInFiles, AnExpressionStopsWithinAFile)
+{
+    Write(u"a.csd"_s, QByteArray(1'000'000, 'a'));
+    search.options = FindRegularExpression;
+    search.text = u"b"_s;
+    EXPECT_EQ(Run().searched, 1);
+    EXPECT_GT(found.asked, 100);
+    found.asked = 0;
+    found.stopAt = 10;
+    EXPECT_EQ(Run(), SearchCounts()) << "neither searched nor passed over";
+    EXPECT_LT(found.asked, 20);
 }
 
 TEST_F(SearchInFiles, FindsRegularExpressions)
