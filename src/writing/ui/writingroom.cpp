@@ -14,6 +14,7 @@
 #include "writing/ui/bracketmatch.h"
 #include "writing/ui/completionaid.h"
 #include "writing/ui/currentline.h"
+#include "writing/ui/filefinder.h"
 #include "writing/ui/folding.h"
 #include "writing/ui/linenumbers.h"
 #include "writing/ui/livecolours.h"
@@ -67,7 +68,7 @@ constexpr AidRow Aids[] = {
     {Keys::ArgumentHint, Make<ArgumentHintAid>},
 
     // Searches.
-    {Keys::FindInFiles, nullptr},
+    {Keys::FindInFiles, Make<FileFinder>},
     {Keys::RegularExpressions, nullptr},
 };
 
