@@ -139,7 +139,7 @@ QString FileSearchText(const SearchCounts &counts)
     tell(counts.binary, u"binary"_s);
     tell(counts.large, u"too large"_s);
     tell(counts.unreadable, u"unreadable"_s);
-    tell(counts.special, u"pipes or devices"_s);
+    tell(counts.special, counts.special == 1 ? u"pipe or device"_s : u"pipes or devices"_s);
     tell(counts.hard, u"too hard for the expression"_s);
     if (!passed.isEmpty())
         text += u" Passed over: "_s + passed.join(u", "_s) + u'.';

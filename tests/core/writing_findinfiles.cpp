@@ -106,6 +106,7 @@ TEST(FileSearchText, TellsWhatWasFoundAndPassedOver)
 {
     EXPECT_EQ(FileSearchText({}), u"0 lines in 0 of 0 files."_s);
     EXPECT_EQ(FileSearchText({.searched = 1, .files = 1, .lines = 1}), u"1 line in 1 of 1 file."_s);
+    EXPECT_EQ(FileSearchText({.special = 1}), u"0 lines in 0 of 0 files. Passed over: 1 pipe or device."_s);
     EXPECT_EQ(FileSearchText({.searched = 40,
                               .files = 3,
                               .lines = 12,
