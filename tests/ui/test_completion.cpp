@@ -557,9 +557,10 @@ void CompletionTest::LargeTextsAreReadInAPause()
     QCOMPARE(typist.Rows(), QStringList({u"kNearWord"_s}));
     // An open comment at the beginning takes all that follows.
     typist.Press(Qt::Key_Escape);
+    typist.Type(u"\na1 linen 1, "_s);
+    QVERIFY(typist.Tip().isVisible());
     typist.Text().ReplaceRange(0, 0, u"/* "_s);
     QVERIFY(Eventually([&] {
-        typist.Type(u" far"_s);
         typist.AskHint();
         return !typist.Tip().isVisible();
     }));
