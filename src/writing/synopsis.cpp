@@ -13,8 +13,6 @@ namespace zelvane
 namespace
 {
 
-const QStringView Dots = u"...";
-
 /// The name, where nothing but a blank or a bracket follows it; -1 without it.
 qsizetype FindName(QStringView line, QStringView opcode)
 {
@@ -74,7 +72,8 @@ private:
             --end;
         if (start == end)
             return;
-        const bool isDots = m_text.sliced(start, end - start) == Dots;
+        const QStringView argument = m_text.sliced(start, end - start);
+        const bool isDots = argument.size() >= 3 && argument.count(u'.') == argument.size();
         // What is written between dots and a last one, "kx2, ..., kxn", belongs to the repetition.
         if (!m_synopsis.repeats)
             m_synopsis.arguments.push_back({start, end});

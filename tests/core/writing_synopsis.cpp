@@ -84,6 +84,8 @@ TEST(Synopsis, ReadsTheManualsManners)
               QStringList({u"xamp"_s, u"ifna"_s, u"iphs"_s, u"ifmode"_s}));
     EXPECT_EQ(arguments(u"FLgroup \"a, label\", iwidth", u"FLgroup"),
               QStringList({u"\"a, label\""_s, u"iwidth"_s}));
+    EXPECT_EQ(arguments(u"out asig1[, asig2,....]", u"out"),
+              QStringList({u"asig1"_s, u"asig2"_s, u"...."_s}));
     EXPECT_EQ(arguments(u"kstatus, kchan midiin", u"midiin"), QStringList());
     EXPECT_FALSE(ReadSynopsis(u"ares oscil xamp", u"osc"));
     EXPECT_FALSE(ReadSynopsis(u"i/kout[] setcoli/kin[]", u"setcoli"));
