@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <new>
 #include <QByteArray>
 #include <QMetaObject>
 #include <QString>
@@ -83,13 +84,22 @@ void NameKeeper::Read()
 {
     if (!m_behind || m_reading || m_text.Length() <= QuickLength)
         return;
+    QByteArray bytes;
+    try {
+        bytes = m_text.Utf8();
+    } catch (const std::bad_alloc &) {
+        return; // an aid goes without; the next pause may find memory
+    }
     m_reading = true;
     m_since.clear();
     m_unified = IsUnified();
-    m_worker.Do([this, bytes = m_text.Utf8(), unified = m_unified]() mutable {
-        const QString text = FromUtf8(bytes);
-        bytes.clear();
-        auto names = std::make_shared<TextNames>(FindNames(text, unified));
+    const auto names = std::make_shared<TextNames>();
+    m_worker.Do([this, names, bytes = std::move(bytes), unified = m_unified] {
+        try {
+            *names = FindNames(FromUtf8(bytes), unified);
+        } catch (const std::bad_alloc &) {
+            *names = {};
+        }
         QMetaObject::invokeMethod(
             this, [this, names] { Take(std::move(*names)); }, Qt::QueuedConnection);
     });
