@@ -88,7 +88,7 @@ TEST_F(FolderOfProgram, TheHelpPageIsThatOfTheInstalledVersion)
     ASSERT_TRUE(QDir().mkpath(data));
     Put(data + u"/zelvane.html"_s, "<html>of an earlier version");
     ChooseProgramFolder({}, executable, data, shipped);
-    EXPECT_EQ(Content(data + u"/zelvane.html"_s), "<html>"_ba);
+    EXPECT_EQ(BytesOf(data + u"/zelvane.html"_s), "<html>"_ba);
     // It is written only then.
     const QDateTime written(QDate(2020, 1, 2), QTime(3, 4));
     QFile page(data + u"/zelvane.html"_s);
