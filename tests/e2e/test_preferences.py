@@ -147,7 +147,7 @@ def a_tool_that_hangs_is_stopped(stage):
     stage.write_store(STORE)
     editor, window = settled(stage)
     dialog = preferences(stage, editor, window)
-    dialog.keys("ctrl+shift+Tab", "alt+x")
+    dialog.keys("ctrl+shift+Tab", "ctrl+shift+Tab", "alt+x")
     question = editor.window("Associate extensions")
     stage.until(question.is_active, "the question in front")
     question.keys("alt+y")
