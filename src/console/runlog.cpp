@@ -167,8 +167,13 @@ void RunLog::Finish()
     const NativeFile lock = std::exchange(m_lock, NativeFile()); // until the end stands in the log
     if (!m_file.isOpen())
         return;
-    if (m_dropped > 0)
-        m_file.write("\n[" + QByteArray::number(m_dropped) + " bytes are left out here]\n");
+    if (m_dropped > 0) {
+        const QByteArray gap = "\n[" + QByteArray::number(m_dropped) + " bytes are left out here]\n";
+        if (m_file.write(gap) != gap.size()) {
+            GiveUp();
+            return;
+        }
+    }
     AppendTail(OlderTailPath());
     AppendTail(TailPath());
     m_file.close();

@@ -131,6 +131,21 @@ TEST_F(RunLogTest, WithoutAFolderThereIsNoLog)
 }
 
 #ifdef SIGXFSZ
+TEST_F(RunLogTest, TheWordsOfTheGapMayFindNoRoomEither)
+{
+    const RunLog::Limits limits{.head = 2000, .tail = 2000, .logs = 3};
+    EXPECT_TRUE(test::WithFileSizeLimit(2010, [&] {
+        std::signal(SIGXFSZ, SIG_IGN);
+        RunLog log(Runs(), u"x"_s, begun, limits);
+        log.Write(Numbers(0, 1000));
+        EXPECT_TRUE(log.IsWhole());
+        log.Finish();
+        EXPECT_FALSE(log.IsWhole());
+        EXPECT_EQ(Bytes(log.Path()).left(2000), Numbers(0, 200));
+    }));
+    EXPECT_EQ(Files().size(), 3) << "the tail stays in its own files";
+}
+
 TEST_F(RunLogTest, ADiskThatTakesNoMoreEndsTheLogAlone)
 {
     const RunLog::Limits limits{.head = 2000, .tail = 8000, .logs = 3};
