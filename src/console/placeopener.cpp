@@ -34,13 +34,21 @@ PlaceOpener::PlaceOpener(SettingsStore &settings, Ways ways, qint64 patienceMs)
 
 void PlaceOpener::Open(const MessagePlace &place)
 {
-    m_look.stop();
+    // The one that is on its way: no other is started, nor waited for as the ways to a running editor may.
+    const bool waits = IsWaiting();
     m_place = place;
     try {
-        if (Mailbox::SendPlace(place.path, place.line, m_settings, m_ways.running))
+        const Mailbox::RunningEditor started{.find = m_ways.listens, .call = m_ways.running.call};
+        if (Mailbox::SendPlace(place.path, place.line, m_settings, waits ? started : m_ways.running)) {
+            m_look.stop();
             return;
+        }
     } catch (const RunTimeError &error) {
         Fail(error.Description());
+        return;
+    }
+    if (waits) {
+        m_waited.start();
         return;
     }
     if (!m_ways.start(place.path)) {

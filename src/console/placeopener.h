@@ -33,7 +33,8 @@ public:
 
     PlaceOpener(SettingsStore &settings, Ways ways, qint64 patienceMs = PatienceMs);
 
-    /// Opens a place. One that waits for its editor is forgotten: the user wants the newer one.
+    /// Opens a place. One that waits for its editor is forgotten: the user wants the newer one, which that
+    /// editor gets.
     void Open(const MessagePlace &place);
     /// Whether an editor was started whose place it has not got yet.
     bool IsWaiting() const { return m_look.isActive(); }
