@@ -201,6 +201,7 @@ int RunEditor(Application &application, const CommandLine &command, const QByteA
             editor->Mail().Wake(); // too late to be opened here
     });
     application.Guard([&] { editor->Init(ready); });
+    application.Guard([&] { editor->Mail().TakeLeftLine(); });
     ready(); // also when Init has ended in a report
     const int code = QApplication::exec();
     // What was handed over while the last question stood is for another editor.

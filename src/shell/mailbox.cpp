@@ -2,8 +2,11 @@
 #include "shell/mailbox.h"
 
 #include "platform/desktop.h"
+#include "platform/nativefile.h"
+#include "platform/runtimeerror.h"
 #include "platform/samefile.h"
 #include "platform/textbuffer.h"
+#include "platform/userfolders.h"
 #include "shell/commandline.h"
 #include "shell/document.h"
 #include "shell/documentkeys.h"
@@ -15,7 +18,10 @@
 #include "shell/splitpath.h"
 
 #include <algorithm>
+#include <chrono>
+#include <memory>
 #include <QCoreApplication>
+#include <QDir>
 #include <QEvent>
 #include <QMetaObject>
 #include <QScopeGuard>
@@ -29,6 +35,8 @@ namespace zelvane
 namespace
 {
 
+constexpr std::chrono::seconds LockPatience(2);
+
 void Drop(const OptionKey &key, SettingsStore &settings)
 {
     if (settings.StoredText(key))
@@ -41,9 +49,22 @@ void Empty(SettingsStore &settings)
     Drop(Keys::OpenLine, settings);
 }
 
+/// Held while mail is put, or compared and removed, so that nobody's mail comes between. Without it, where it
+/// is not to be had, mail that comes in that moment may be lost.
+std::unique_ptr<FileLock> Alone()
+{
+    try {
+        QDir().mkpath(ConfigFolder());
+        return std::make_unique<FileLock>(ConfigFolder() + u"/mailbox"_s, LockPatience);
+    } catch (const RunTimeError &) {
+        return nullptr; // the store tells, when it cannot be written either
+    }
+}
+
 /// File and line come together, or another sender's line would be taken for this file's.
 void Put(const Mailbox::Mail &mail, SettingsStore &settings)
 {
+    const auto alone = Alone();
     settings.InOneStep([&] {
         if (mail.line > 0)
             settings.SaveNumber(Keys::OpenLine, mail.line);
@@ -62,12 +83,16 @@ bool Mailbox::Send(const CommandLine &command, SettingsStore &settings, const Ru
     if (alone || !editor.find())
         return false;
     const bool hasMail = !command.Text().isEmpty();
+    Mail mail{.file = command.Text()};
+    // An editor that has ended has left a line for the one that is started on this file.
+    if (const Mail left = Look(settings); hasMail && left.file == DropOuterQuotes(mail.file))
+        mail.line = left.line;
     if (hasMail)
-        Put({.file = command.Text()}, settings);
+        Put(mail, settings);
     if (editor.call(hasMail))
         return true;
     if (hasMail)
-        Take(settings);
+        Take(mail, settings);
     return false;
 }
 
@@ -75,10 +100,11 @@ bool Mailbox::SendPlace(const QString &path, int line, SettingsStore &settings, 
 {
     if (!editor.find())
         return false;
-    Put({.file = path, .line = line}, settings);
+    const Mail mail{.file = path, .line = std::max(0, line)};
+    Put(mail, settings);
     if (editor.call(true))
         return true;
-    Take(settings);
+    Take(mail, settings);
     return false;
 }
 
@@ -91,14 +117,13 @@ Mailbox::Mail Mailbox::Look(SettingsStore &settings)
     return mail;
 }
 
-QString Mailbox::Take(SettingsStore &settings)
+void Mailbox::Take(const Mail &mail, SettingsStore &settings)
 {
-    QString file;
+    const auto alone = Alone();
     settings.InOneStep([&] {
-        file = settings.Text(Keys::Open);
-        Empty(settings);
+        if (Look(settings) == mail)
+            Empty(settings);
     });
-    return file;
 }
 
 Mailbox::Mailbox(EditorContext &editor, std::function<bool()> mayOpen)
@@ -134,12 +159,7 @@ void Mailbox::Open()
     });
     // Whatever the opening met, the mail has been read. What came while the file opened stays for its own
     // wake-up.
-    Guarded(m_editor.desktop, [&] {
-        m_editor.settings.InOneStep([&] {
-            if (Look(m_editor.settings) == mail)
-                Empty(m_editor.settings);
-        });
-    });
+    Guarded(m_editor.desktop, [&] { Take(mail, m_editor.settings); });
     m_editor.windows.RaiseMainWindow();
 }
 
@@ -150,6 +170,15 @@ void Mailbox::SelectPlace(const Mail &mail)
     TextBuffer &text = m_editor.text;
     const qsizetype row = std::min<qsizetype>(mail.line, text.LineCount()) - 1;
     text.SetSelection(text.LineStart(row), text.LineEnd(row));
+}
+
+void Mailbox::TakeLeftLine()
+{
+    const Mail mail = Look(m_editor.settings);
+    if (mail.line <= 0 || !IsSameFile(mail.file, m_editor.document.CurrentFile))
+        return;
+    SelectPlace(mail);
+    Take(mail, m_editor.settings);
 }
 
 void Mailbox::ServeAfterDialogsOf(QObject &window)
@@ -173,12 +202,14 @@ bool Mailbox::eventFilter(QObject *watched, QEvent *event)
 
 void Mailbox::PassOn()
 {
-    const QString file = Left() ? Take(m_editor.settings) : QString();
-    if (file.isEmpty())
+    const Mail mail = Left() ? Look(m_editor.settings) : Mail();
+    if (mail.file.isEmpty())
         return;
+    if (mail.line <= 0) // else it stays there for the editor that is started
+        Take(mail, m_editor.settings);
     m_editor.desktop.ShellRun({.verb = u"open"_s,
                                .file = QCoreApplication::applicationFilePath(),
-                               .parameters = SplitPath(PathPart::Quoted, DropOuterQuotes(file))});
+                               .parameters = SplitPath(PathPart::Quoted, DropOuterQuotes(mail.file))});
 }
 
 } // namespace zelvane

@@ -50,9 +50,9 @@ public:
 
     /// What stands in the mailbox, which stays as it is. Never fails.
     static Mail Look(SettingsStore &settings);
-    /// Empties the mailbox. @return the file that stood in it
+    /// Empties the mailbox of this mail; another one, which has come meanwhile, stays.
     /// @throws RunTimeError when the store cannot be written
-    static QString Take(SettingsStore &settings);
+    static void Take(const Mail &mail, SettingsStore &settings);
 
     /// The receiver's half.
     /// @param mayOpen asked at each wake-up: mail waits as long as it says no
@@ -71,7 +71,12 @@ public:
     /// Whether the last wake-up left something waiting.
     bool Left() const { return m_state == State::Waiting || m_state == State::OpeningAgain; }
 
-    /// At the end of the program: starts another editor on what is left, if anything is.
+    /// At the start, after the document: selects the line that an editor has left for this one.
+    /// @throws RunTimeError when the store cannot be written
+    void TakeLeftLine();
+
+    /// At the end of the program: starts another editor on what is left, if anything is. A line stays in the
+    /// mailbox, where that editor finds it.
     /// @throws RunTimeError when the store cannot be written, or the editor does not start
     void PassOn();
 

@@ -33,7 +33,7 @@ struct PlaceOpenerTest : testing::Test {
                             .call =
                                 [this, &store](bool) {
                                     const Mailbox::Mail mail = Mailbox::Look(store);
-                                    Mailbox::Take(store);
+                                    Mailbox::Take(mail, store);
                                     calls.append(mail.file + u':' + QString::number(mail.line));
                                     return true;
                                 }},
@@ -101,6 +101,26 @@ TEST_F(PlaceOpenerTest, TheNewerPlaceIsTheOneThatIsWanted)
     opener.Open({u"/b.orc"_s, 8});
     EXPECT_FALSE(opener.IsWaiting());
     EXPECT_EQ(calls, (QStringList{u"start /a.orc"_s, u"/b.orc:8"_s}));
+}
+
+TEST_F(PlaceOpenerTest, OneEditorIsStartedHoweverOftenItIsWanted)
+{
+    PlaceOpener::Ways ways = Ways(settings);
+    int waits = 0;
+    ways.running.find = [&] { // waits for an editor that is about to listen
+        ++waits;
+        return runs;
+    };
+    PlaceOpener opener(settings, ways);
+    opener.Open({u"/a.orc"_s, 7});
+    EXPECT_EQ(waits, 1);
+    opener.Open({u"/a.orc"_s, 7});
+    opener.Open({u"/b.orc"_s, 0});
+    EXPECT_EQ(waits, 1) << "nobody waits with the console's window for it";
+    EXPECT_TRUE(opener.IsWaiting());
+    runs = true;
+    UntilDone(opener);
+    EXPECT_EQ(calls, (QStringList{u"start /a.orc"_s, u"/b.orc:0"_s, u"done"_s}));
 }
 
 TEST_F(PlaceOpenerTest, WhatDoesNotComeIsTold)

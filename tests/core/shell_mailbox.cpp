@@ -201,12 +201,18 @@ TEST_F(MailboxTest, TheQuestionOfAnOpeningIsADialogToo)
 
 TEST_F(MailboxTest, MailIsTakenOnce)
 {
-    EXPECT_EQ(Mailbox::Take(settings), u""_s);
+    Mailbox::Take({}, settings);
     EXPECT_EQ(Stored(), u"absent"_s);
     settings.SaveText(Keys::Open, recent);
-    EXPECT_EQ(Mailbox::Take(settings), recent);
+    settings.SaveNumber(Keys::OpenLine, 2);
+    for (const Mailbox::Mail &other :
+         {Mailbox::Mail{.file = recent}, Mailbox::Mail{.file = u"/x"_s, .line = 2}}) {
+        Mailbox::Take(other, settings);
+        EXPECT_EQ(Mailbox::Look(settings), (Mailbox::Mail{.file = recent, .line = 2})) << "another's stays";
+    }
+    Mailbox::Take({.file = recent, .line = 2}, settings);
     EXPECT_EQ(Stored(), u"absent"_s);
-    EXPECT_EQ(Mailbox::Take(settings), u""_s);
+    EXPECT_EQ(Mailbox::Look(settings), Mailbox::Mail());
 }
 
 TEST_F(MailboxTest, WhatIsLeftAtTheEndIsPassedOn)
@@ -222,6 +228,55 @@ TEST_F(MailboxTest, WhatIsLeftAtTheEndIsPassedOn)
         {.verb = u"open"_s, .file = QCoreApplication::applicationFilePath(), .parameters = mail});
     mailbox.PassOn();
     EXPECT_EQ(Stored(), u"absent"_s);
+}
+
+TEST_F(MailboxTest, APlaceThatIsLeftGetsItsLineInTheNextEditor)
+{
+    const QString file = context.WriteFile(u"place.orc"_s, "one\ntwo\nthree");
+    settings.SaveText(Keys::Open, file);
+    settings.SaveNumber(Keys::OpenLine, 2);
+    mayOpen = false;
+    mailbox.Wake();
+    desktop.ExpectShellRun(
+        {.verb = u"open"_s, .file = QCoreApplication::applicationFilePath(), .parameters = file});
+    mailbox.PassOn();
+
+    Mailbox next{editor, [] { return true; }};
+    documents.OpenFile(recent);
+    next.TakeLeftLine(); // an editor that somebody else started
+    EXPECT_EQ(Mailbox::Look(settings), (Mailbox::Mail{.file = file, .line = 2}));
+    documents.OpenFile(file);
+    next.TakeLeftLine();
+    EXPECT_EQ(text.SelectedText(), u"two"_s);
+    EXPECT_EQ(Mailbox::Look(settings), Mailbox::Mail());
+    next.TakeLeftLine();
+    EXPECT_EQ(text.SelectedText(), u"two"_s);
+}
+
+TEST_F(MailboxTest, APlaceThatIsLeftMayBeHandedOverToAnotherEditor)
+{
+    settings.SaveText(Keys::Open, recent);
+    settings.SaveNumber(Keys::OpenLine, 3);
+    EXPECT_TRUE(Send({u'"' + recent + u'"'}));
+    EXPECT_EQ(Mailbox::Look(settings).line, 3);
+    EXPECT_TRUE(Send({u"x.orc"_s}));
+    EXPECT_EQ(Mailbox::Look(settings).line, 0);
+}
+
+TEST_F(MailboxTest, ACallThatFailsTakesBackItsOwnMailOnly)
+{
+    const Mailbox::Mail others{.file = u"/other.orc"_s, .line = 5};
+    const Mailbox::RunningEditor sender{.find = [] { return true; },
+                                        .call =
+                                            [&](bool) {
+                                                settings.SaveText(Keys::Open, others.file);
+                                                settings.SaveNumber(Keys::OpenLine, others.line);
+                                                return false;
+                                            }};
+    EXPECT_FALSE(Mailbox::SendPlace(u"/x.orc"_s, 7, settings, sender));
+    EXPECT_EQ(Mailbox::Look(settings), others);
+    EXPECT_FALSE(Mailbox::Send(CommandLine({u"y.orc"_s}), settings, sender));
+    EXPECT_EQ(Mailbox::Look(settings), others);
 }
 
 TEST_F(MailboxTest, APlaceIsHandedOverWhateverTheSettingsSay)
