@@ -40,8 +40,9 @@ struct ConsoleWait {
     std::function<void()> started; ///< called once, when the program runs
     std::function<void()> looks;   ///< called several times a second
 };
-/// Starts a console and waits until its program, not the console, has ended. Serves no event. A console that
-/// is killed takes its program along, which ends the wait.
+/// Starts a console and waits until its program, not the console, has ended. Serves no event. The end of a
+/// console that is killed ends the wait too, though a program that ignores both its hang-up and a terminate
+/// may go on.
 /// @return false when the console or its program cannot be started
 bool StartConsoleAndWait(const QString &console, const ConsoleRun &run, const ConsoleWait &wait);
 

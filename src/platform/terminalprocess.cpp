@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <memory>
+#include <optional>
 #include <poll.h>
 #include <QDeadlineTimer>
 #include <QDir>
@@ -22,12 +23,17 @@
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QSocketNotifier>
+#include <QtGlobal>
 #include <sys/ioctl.h>
 #include <sys/types.h>
 #include <termios.h>
 #include <unistd.h>
 #include <utility>
 #include <vector>
+
+#ifdef Q_OS_LINUX
+#include <sys/prctl.h>
+#endif
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -46,6 +52,7 @@ constexpr int HasteMs = 4000;
 constexpr int LookEveryMs = 50;
 constexpr unsigned short Rows = 40;
 constexpr char EndOfInput = 4;
+constexpr char InterruptKey = 3;
 
 struct SignalName {
     int number;
@@ -133,16 +140,37 @@ void EnterTerminal(int terminal)
     ::sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
+/// In the child: where its owner is killed, it is asked to end. The hang-up of the terminal, which comes too,
+/// is one that programs may ignore for a good reason; a kill would cut off who closes files.
+void EndWithOwner(pid_t owner)
+{
+#ifdef Q_OS_LINUX
+    ::prctl(PR_SET_PDEATHSIG, SIGTERM);
+    if (::getppid() != owner)
+        ::raise(SIGTERM); // it has ended before
+#else
+    static_cast<void>(owner);
+#endif
+}
+
 /// The process groups of a session with a member that a signal reaches: what has ended and is not yet fetched
 /// by its parent counts no more, and another user's program cannot be stopped.
-std::vector<pid_t> GroupsOf(pid_t session)
+/// @param hasOthers whether there is such a one, where it is to be known
+std::vector<pid_t> GroupsOf(pid_t session, bool *hasOthers = nullptr)
 {
     std::vector<pid_t> groups;
     if (session <= 0)
         return groups;
+    const auto isReached = [&](pid_t process) {
+        if (::kill(process, 0) == 0)
+            return true;
+        if (errno == EPERM && hasOthers)
+            *hasOthers = true;
+        return false;
+    };
     QDirIterator processes(u"/proc"_s, {u"[0-9]*"_s}, QDir::Dirs);
     if (!processes.hasNext()) { // a system without a table of them
-        if (::kill(-session, 0) == 0)
+        if (isReached(-session))
             groups.push_back(session);
         return groups;
     }
@@ -157,7 +185,7 @@ std::vector<pid_t> GroupsOf(pid_t session)
             continue;
         const pid_t group = pid_t(fields[2].toLongLong());
         if (std::find(groups.begin(), groups.end(), group) == groups.end() &&
-            ::kill(pid_t(line.toLongLong()), 0) == 0)
+            isReached(pid_t(line.left(line.indexOf(' ')).toLongLong())))
             groups.push_back(group);
     }
     return groups;
@@ -178,6 +206,9 @@ struct TerminalProcess::Parts {
     QProcess process;
     pid_t session = 0; ///< of the program; 0 when nothing of it is left
     NativeFile master;
+    /// Kept open: a terminal that nobody has open reads as one at its end, and a program may close it and
+    /// open it again.
+    NativeFile terminal;
     std::unique_ptr<QSocketNotifier> readable;
     std::unique_ptr<QSocketNotifier> writable;
     QByteArray input;  ///< not taken yet
@@ -208,8 +239,7 @@ TerminalProcess::~TerminalProcess()
 
 bool TerminalProcess::Start(const Request &request)
 {
-    NativeFile terminal;
-    if (!OpenTerminal(m_parts->master, terminal)) {
+    if (!OpenTerminal(m_parts->master, m_parts->terminal)) {
         m_parts->error = native::DescriptionOf(errno);
         return false;
     }
@@ -219,11 +249,15 @@ bool TerminalProcess::Start(const Request &request)
     process.setWorkingDirectory(request.folder);
     process.setProcessChannelMode(QProcess::ForwardedChannels);
     process.setStandardInputFile(QProcess::nullDevice());
-    process.setChildProcessModifier([fd = terminal.Descriptor()] { EnterTerminal(fd); });
+    process.setChildProcessModifier([fd = m_parts->terminal.Descriptor(), owner = ::getpid()] {
+        EnterTerminal(fd);
+        EndWithOwner(owner);
+    });
     QObject::connect(&process, &QProcess::finished, &process, [this](int code, QProcess::ExitStatus status) {
         ReadRest();                // the output ends before the program does
         m_parts->writable.reset(); // others that it has started may go on writing
-        AnyRuns();                 // nobody else may ask before its number is used again
+        m_parts->input.clear();
+        AnyRuns(); // nobody else may ask before its number is used again
         const bool bySignal = status == QProcess::CrashExit;
         if (m_parts->handlers.ended)
             m_parts->handlers.ended({.bySignal = bySignal,
@@ -274,8 +308,6 @@ void TerminalProcess::Read()
             length += got;
             continue;
         }
-        if (got == 0 || (errno != EAGAIN && errno != EWOULDBLOCK))
-            m_parts->readable->setEnabled(false); // nobody has the terminal open any more
         break;
     }
     if (length > 0 && m_parts->handlers.output)
@@ -314,10 +346,6 @@ void TerminalProcess::WritePending()
     while (!input.isEmpty()) {
         const ssize_t written = native::Retry(
             [&] { return ::write(m_parts->master.Descriptor(), input.constData(), size_t(input.size())); });
-        if (written < 0 && errno != EAGAIN && errno != EWOULDBLOCK) {
-            input.clear(); // nobody has the terminal open any more
-            break;
-        }
         if (written <= 0)
             break;
         input.remove(0, written);
@@ -336,30 +364,44 @@ void TerminalProcess::WritePending()
     m_parts->writable->setEnabled(true);
 }
 
-void TerminalProcess::Stop(StopSignal signal)
+bool TerminalProcess::Stop(StopSignal signal)
 {
-    for (const pid_t group : GroupsOf(m_parts->session)) {
+    bool hasOthers = false;
+    const std::vector<pid_t> groups = GroupsOf(m_parts->session, &hasOthers);
+    for (const pid_t group : groups) {
         ::kill(-group, NumberOfSignal(signal));
         ::kill(-group, SIGCONT); // a halted program takes no other signal
     }
+    if (!groups.empty() || !hasOthers)
+        return true;
+    // A program that was started for the administrator, say, can only be asked by the key.
+    if (signal == StopSignal::Interrupt)
+        native::Retry([this] { return ::write(m_parts->master.Descriptor(), &InterruptKey, 1); });
+    return false;
 }
 
 void TerminalProcess::EndInHaste()
 {
+    // Of the handlers only those that need no window are called from here on.
+    m_parts->handlers.output = m_parts->handlers.lastOutput;
+    std::optional<StopSignal> last;
     for (const StopSignal signal : {StopSignal::Interrupt, StopSignal::Terminate, StopSignal::Kill}) {
+        if (GroupsOf(m_parts->session).empty())
+            break;
+        last = signal;
         Stop(signal);
         for (const QDeadlineTimer deadline(HasteMs); !deadline.hasExpired();) {
             if (GroupsOf(m_parts->session).empty())
-                return;
+                break;
             // A program that cannot get rid of its last words does not end.
             pollfd output{.fd = m_parts->master.Descriptor(), .events = POLLIN, .revents = 0};
             ::poll(&output, 1, LookEveryMs);
-            if (output.revents == POLLHUP)
-                ::poll(nullptr, 0, LookEveryMs);
-            [[maybe_unused]] const ssize_t thrownAway =
-                ::read(output.fd, m_parts->buffer.data(), size_t(m_parts->buffer.size()));
+            ReadRest();
         }
     }
+    ReadRest();
+    if (m_parts->handlers.stopped)
+        m_parts->handlers.stopped(last);
 }
 
 } // namespace zelvane

@@ -16,7 +16,13 @@
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
+#include <QtGlobal>
 #include <QTimer>
+
+#ifdef Q_OS_LINUX
+#include <sys/types.h>
+#include <unistd.h>
+#endif
 
 using namespace Qt::Literals::StringLiterals;
 using namespace zelvane;
@@ -191,7 +197,44 @@ TEST_F(TerminalProcessTest, InputForAClosedTerminalIsDropped)
     EXPECT_EQ(end, (ProgramEnd{}));
 }
 
+TEST_F(TerminalProcessTest, ATerminalThatWasClosedMayBeOpenedAgain)
+{
+    ASSERT_TRUE(Shell(u"exec <&- >&- 2>&-; sleep 0.5; yes abcdefgh | head -c 300000 >/dev/tty; exit 3"_s));
+    ASSERT_TRUE(UntilEnd());
+    EXPECT_EQ(output.size(), 300'000);
+    EXPECT_EQ(end, (ProgramEnd{.number = 3}));
+}
+
+TEST_F(TerminalProcessTest, TheLongestLineIsTakenWhole)
+{
+    ASSERT_TRUE(Shell(u"read a; echo ${#a}"_s));
+    process.Write(QByteArray(TerminalProcess::LongestLine, 'x') + '\n');
+    ASSERT_TRUE(UntilEnd());
+    EXPECT_EQ(output.trimmed().toLongLong(), TerminalProcess::LongestLine);
+}
+
 #ifdef Q_OS_LINUX
+TEST_F(TerminalProcessTest, WhatMayNotBeStoppedIsAskedByTheKey)
+{
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "only the administrator can have a program of another user's";
+    ASSERT_TRUE(Shell(u"trap 'echo heard' INT; trap 'exit 7' USR1; echo up; "
+                      "while :; do sleep 0.05; done"_s));
+    ASSERT_TRUE(Until([this] { return output.contains("up"); }));
+    constexpr uid_t nobody = 65534;
+    ASSERT_EQ(::setresuid(nobody, nobody, 0), 0);
+    const bool interrupted = process.Stop(StopSignal::Interrupt);
+    const bool heard = Until([this] { return output.contains("heard"); });
+    const bool killed = process.Stop(StopSignal::Kill);
+    ASSERT_EQ(::setresuid(0, 0, 0), 0);
+    EXPECT_FALSE(interrupted);
+    EXPECT_TRUE(heard);
+    EXPECT_FALSE(killed);
+    EXPECT_TRUE(process.IsRunning());
+    EXPECT_TRUE(process.Stop(StopSignal::Kill));
+    ASSERT_TRUE(UntilEnd());
+}
+
 TEST_F(TerminalProcessTest, ANumberUsedAgainIsAnothersProgram)
 {
     QFile lastNumber(u"/proc/sys/kernel/ns_last_pid"_s);
