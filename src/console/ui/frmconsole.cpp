@@ -396,6 +396,12 @@ void frmConsole::closeEvent(QCloseEvent *event)
 {
     if (m_closed || IsFinished()) {
         event->accept();
+    if (text.toUtf8().size() > TerminalProcess::LongestLine) {
+        lblState->setText(
+            u"The line is too long: a program can take %1 bytes at a time. Nothing was sent."_s.arg(
+                TerminalProcess::LongestLine));
+        return;
+    }
         CloseNow();
         return;
     }
@@ -458,7 +464,8 @@ bool frmConsole::HandleKey(QObject *watched, const QKeyEvent &press)
 {
     const int key = press.key();
     const Qt::KeyboardModifiers modifiers = press.modifiers();
-    const bool ctrl = modifiers.testFlag(Qt::ControlModifier);
+    // Ctrl with Alt is what some keyboards type characters with.
+    const bool ctrl = modifiers.testFlag(Qt::ControlModifier) && !modifiers.testFlag(Qt::AltModifier);
     const bool shift = modifiers.testFlag(Qt::ShiftModifier);
     if (key == Qt::Key_F4 && !ctrl && !modifiers.testFlag(Qt::AltModifier)) {
         GoToMessage(shift ? -1 : 1);
