@@ -45,6 +45,18 @@ QString SignalWords(const ProgramEnd &end)
     return u"Ended by "_s + (end.signalName.isEmpty() ? number : end.signalName);
 }
 
+/// What a stop by a signal means for the files.
+QString StoppedWords(const std::optional<StopSignal> &stopped)
+{
+    if (stopped == StopSignal::Interrupt)
+        return u"Stopped."_s;
+    if (stopped == StopSignal::Terminate)
+        return u"Stopped by terminate: the sound file may be damaged."_s;
+    if (stopped == StopSignal::Kill)
+        return u"Stopped by kill: the sound file may be damaged."_s;
+    return {};
+}
+
 } // namespace
 
 QString StopWords(StopSignal signal)
@@ -62,18 +74,25 @@ QString StopWords(StopSignal signal)
 
 QString ExitWords(const ProgramEnd &end, const std::optional<StopSignal> &stopped)
 {
-    QString head;
-    if (stopped == StopSignal::Interrupt)
-        head = u"Stopped. "_s;
-    else if (stopped == StopSignal::Terminate)
-        head = u"Stopped by terminate: the sound file may be damaged. "_s;
-    else if (stopped == StopSignal::Kill)
-        head = u"Stopped by kill: the sound file may be damaged. "_s;
+    const QString head = stopped ? StoppedWords(stopped) + u' ' : QString();
     if (end.bySignal)
         return head + SignalWords(end) + u'.';
     if (end.number == 0)
         return head + u"Ended well (exit code 0)."_s;
     return head + u"Ended with exit code "_s + QString::number(end.number) + u'.';
+}
+
+QString LeftoverWords(const std::optional<StopSignal> &stopped)
+{
+    if (!stopped || stopped == StopSignal::Interrupt)
+        return {};
+    return u"What it had started was ended by "_s +
+           (stopped == StopSignal::Terminate ? u"terminate"_s : u"kill"_s) + u": its files may be damaged."_s;
+}
+
+QString LostWindowWords(StopSignal stopped)
+{
+    return u"The display has gone. "_s + StoppedWords(stopped);
 }
 
 QString DurationText(qint64 milliseconds)

@@ -14,6 +14,12 @@ namespace zelvane
 /// it wrote may lack its end
 QString ExitWords(const ProgramEnd &end, const std::optional<StopSignal> &stopped);
 
+/// The end of what a program had left running, where it needed more than an interrupt; else empty.
+QString LeftoverWords(const std::optional<StopSignal> &stopped);
+
+/// The end of a run whose window the display took along.
+QString LostWindowWords(StopSignal stopped);
+
 /// What is under way from a signal on: "Stopping...".
 QString StopWords(StopSignal signal);
 

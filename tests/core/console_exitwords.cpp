@@ -34,6 +34,23 @@ TEST(ExitWords, TellTheCodeOrTheSignal)
     EXPECT_FALSE((ProgramEnd{.number = 1}.IsSuccess()));
 }
 
+TEST(ExitWords, WhatWasLeftRunningIsToldWhereAnInterruptWasNotEnough)
+{
+    EXPECT_EQ(LeftoverWords(std::nullopt), QString());
+    EXPECT_EQ(LeftoverWords(StopSignal::Interrupt), QString());
+    EXPECT_EQ(LeftoverWords(StopSignal::Terminate),
+              u"What it had started was ended by terminate: its files may be damaged."_s);
+    EXPECT_EQ(LeftoverWords(StopSignal::Kill),
+              u"What it had started was ended by kill: its files may be damaged."_s);
+}
+
+TEST(ExitWords, ALostDisplayIsTheReasonOfTheEnd)
+{
+    EXPECT_EQ(LostWindowWords(StopSignal::Interrupt), u"The display has gone. Stopped."_s);
+    EXPECT_EQ(LostWindowWords(StopSignal::Kill),
+              u"The display has gone. Stopped by kill: the sound file may be damaged."_s);
+}
+
 TEST(ExitWords, DurationsAreClockTimes)
 {
     EXPECT_EQ(DurationText(0), u"0:00"_s);

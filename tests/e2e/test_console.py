@@ -255,7 +255,7 @@ def ended_console_stops_its_run(stage):
 
 
 CLOSING = """#!/bin/sh
-trap 'sleep 0.5; echo whole > "{mark}"; exit 0' INT
+trap 'sleep 0.5; echo closing the file; echo whole > "{mark}"; exit 0' INT
 trap 'echo cut off > "{mark}"; exit 1' HUP TERM
 echo begun
 while :; do sleep 0.05; done
@@ -276,6 +276,27 @@ def display_that_goes_ends_the_run_well(stage):
     stage.lose_display()
     stage.until(lambda: not consoles(stage), "the console's end")
     equal(mark.read_text(), "whole\n", "what the program has written")
+    check(
+        log_of(stage, "Closing").endswith("begun\nclosing the file\n\nThe display has gone. Stopped.\n"),
+        log_of(stage, "Closing"),
+    )
+
+
+def killed_console_takes_its_program_along(stage):
+    """Killed by force it cannot stop anything: the program gets more than the hang-up that it ignores."""
+    mark = stage.home / "mark"
+    program = write_program(
+        stage.home / "deaf",
+        f"#!/bin/sh\ntrap '' HUP\ntrap 'echo ended > \"{mark}\"; exit 1' TERM\necho begun\nwhile :; do sleep 0.05; done\n",
+    )
+    console = subprocess.Popen(
+        [os.path.join(os.path.dirname(stage.program), "zelvane-console"), "--title", "Deaf", "--window", "0", "--", program],
+        env=stage.environment,
+    )
+    stage.until(lambda: "begun" in log_of(stage, "Deaf"), "the program")
+    console.kill()
+    console.wait()
+    stage.until(mark.exists, "the program's end")
 
 
 def full_disk_ends_the_log_alone(stage):
@@ -453,6 +474,7 @@ main(
     stop_button_ends_a_live_run,
     ended_console_stops_its_run,
     display_that_goes_ends_the_run_well,
+    killed_console_takes_its_program_along,
     full_disk_ends_the_log_alone,
     guarded_hand_over,
     hidden_run_has_its_log_alone,

@@ -91,7 +91,14 @@ frmConsole::frmConsole(const ConsoleOptions &options, Services services, QWidget
       m_reader([this](StyledLine line) { TakeLine(std::move(line)); }),
       m_log(m_services.logFolder, options.run.title, QDateTime::currentDateTime()),
       m_process({.output = [this](QByteArrayView bytes) { TakeOutput(bytes); },
-                 .ended = [this](const ProgramEnd &end) { Ended(end); }})
+                 .ended = [this](const ProgramEnd &end) { Ended(end); },
+                 .lastOutput = [this](QByteArrayView bytes) { m_log.Write(bytes); },
+                 .stopped =
+                     [this](const std::optional<StopSignal> &last) {
+                         if (last)
+                             m_log.Write((u'\n' + LostWindowWords(*last) + u'\n').toUtf8());
+                         m_log.Finish();
+                     }})
 {
     setObjectName(u"frmConsole"_s);
     setWindowTitle(QString(options.run.title).replace(u"[*]"_s, u"[*][*]"_s));
@@ -262,8 +269,13 @@ void frmConsole::Tick()
 
 void frmConsole::Send(StopSignal signal)
 {
-    m_process.Stop(signal);
-    SetState(StopWords(signal));
+    if (m_process.Stop(signal)) {
+        SetState(StopWords(signal));
+        return;
+    }
+    SetState(u"It runs with another user's rights: only an interrupt could be sent, as a key."_s);
+    m_ladder = {};     // the user may ask once more
+    m_closing = false; // the window stays as long as it runs
 }
 
 void frmConsole::Stop()
@@ -281,13 +293,14 @@ void frmConsole::Ended(const ProgramEnd &end)
     m_options.notify = -1;
     m_reader.Finish();
     const QString words = ExitWords(end, m_ladder.Last());
+    m_endStop = m_ladder.Last();
     m_log.Write((u'\n' + words + u'\n').toUtf8());
     m_endedWell = end.IsSuccess() && !m_messages.FirstError();
     ShowEnd(words);
     if (IsFinished())
         AllEnded();
     else
-        lblState->setText(m_state + u" What it has started still runs."_s);
+        SetEndState(u"What it has started still runs."_s);
 }
 
 void frmConsole::AllEnded()
@@ -295,10 +308,18 @@ void frmConsole::AllEnded()
     m_tick.stop();
     m_process.ReadRest();
     m_reader.Finish();
+    QStringList more;
+    if (const QString left = LeftoverWords(m_ladder.Last());
+        m_ladder.Last() != m_endStop && !left.isEmpty()) {
+        more.append(left);
+        m_log.Write((u'\n' + left + u'\n').toUtf8());
+    }
     m_log.Finish();
+    if (!m_log.IsWhole())
+        more.append(u"The log could not be written."_s);
     cmdStop->setEnabled(false);
     ShowNews();
-    SetState(m_log.IsWhole() ? m_end : m_end + u" The log could not be written."_s);
+    SetEndState(more.join(u' '));
     if (m_question)
         m_question->reject(); // it is out of date
     else if (m_closing || !isVisible())
@@ -325,14 +346,24 @@ void frmConsole::ShowEnd(const QString &words)
 {
     lblTime->setText(DurationText(m_clock.elapsed()));
     const std::optional<RunMessage> &error = m_messages.FirstError();
-    m_end = error ? words + u' ' + error->text : words;
-    SetState(m_end);
+    m_end = words;
+    SetEndState();
     if (focusWidget() != m_view && focusWidget() != chkKeepOpen)
         m_view->setFocus(); // before the control that has it goes grey
     txtInput->setEnabled(false);
     ShowNews();
     if (error && !m_touched && error->first >= m_store.First())
         m_view->GoToLine(error->first);
+}
+
+void frmConsole::SetEndState(const QString &more)
+{
+    QStringList words{m_end};
+    if (!more.isEmpty())
+        words.append(more);
+    if (const std::optional<RunMessage> &error = m_messages.FirstError())
+        words.append(error->text);
+    SetState(words.join(u' '));
 }
 
 void frmConsole::SetState(const QString &words)
@@ -344,8 +375,15 @@ void frmConsole::SetState(const QString &words)
 
 void frmConsole::TellFailure(const QString &text)
 {
-    if (m_closed)
-        return; // nobody looks any more
+    if (m_closed) {
+        QMessageBox box(QMessageBox::Warning, m_options.run.title, text, QMessageBox::Ok);
+        box.setObjectName(u"MessageBox"_s);
+        box.setTextFormat(Qt::PlainText);
+        m_lastFailure = &box;
+        box.exec();
+        m_lastFailure = nullptr;
+        return;
+    }
     auto *box = new QMessageBox(QMessageBox::Warning, m_options.run.title, text, QMessageBox::Ok, this);
     box->setObjectName(u"MessageBox"_s);
     box->setTextFormat(Qt::PlainText);
@@ -358,6 +396,12 @@ void frmConsole::SendLine()
     if (!m_running)
         return;
     const QString text = txtInput->text();
+    if (text.toUtf8().size() > TerminalProcess::LongestLine) {
+        lblState->setText(
+            u"The line is too long: a program can take %1 bytes at a time. Nothing was sent."_s.arg(
+                TerminalProcess::LongestLine));
+        return;
+    }
     m_process.Write((text + u'\n').toUtf8());
     TakeOutput((u"> "_s + text + u'\n').toUtf8());
     txtInput->clear();
@@ -396,12 +440,6 @@ void frmConsole::closeEvent(QCloseEvent *event)
 {
     if (m_closed || IsFinished()) {
         event->accept();
-    if (text.toUtf8().size() > TerminalProcess::LongestLine) {
-        lblState->setText(
-            u"The line is too long: a program can take %1 bytes at a time. Nothing was sent."_s.arg(
-                TerminalProcess::LongestLine));
-        return;
-    }
         CloseNow();
         return;
     }
@@ -431,6 +469,8 @@ void frmConsole::closeEvent(QCloseEvent *event)
 void frmConsole::StopAndClose()
 {
     m_closing = true;
+    if (m_lastFailure)
+        m_lastFailure->reject();
     if (IsFinished())
         CloseNow();
     else if (!m_ladder.HasBegun())

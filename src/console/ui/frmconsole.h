@@ -59,7 +59,8 @@ public:
     void GiveWay();
     /// Stops what runs and closes: the desktop wants it so.
     void StopAndClose();
-    /// Tells a failure that the user has to know of, and goes on meanwhile.
+    /// Tells a failure that the user has to know of, and goes on meanwhile; once the window has closed it
+    /// waits for the answer, since nothing else is left to do.
     void TellFailure(const QString &text);
     /// The next step from an interrupt to the end by force, unless the last one was just now.
     void Stop();
@@ -80,6 +81,8 @@ private:
     void Ended(const ProgramEnd &end);
     void AllEnded();
     void ShowEnd(const QString &words);
+    /// How the run ended, and what else is to be known, before the first error: that may be long.
+    void SetEndState(const QString &more = {});
     void SetState(const QString &words);
     void UpdateLeaving();
     void Touch();
@@ -106,9 +109,11 @@ private:
     QTimer m_news; ///< output is shown a few dozen times a second at most
     QTimer m_leave;
     std::optional<double> m_progress;
-    QString m_end;                     ///< how the program ended, in words
-    QString m_state;                   ///< of the run; lblState shows something else only for a moment
-    QMessageBox *m_question = nullptr; ///< whether to stop, while it is asked
+    QString m_end;                        ///< how the program ended, in words
+    std::optional<StopSignal> m_endStop;  ///< the last signal until then
+    QString m_state;                      ///< of the run; lblState shows something else only for a moment
+    QMessageBox *m_question = nullptr;    ///< whether to stop, while it is asked
+    QMessageBox *m_lastFailure = nullptr; ///< what is told after the window has closed
     bool m_running = false;
     bool m_endedWell = false;
     bool m_touched = false;
