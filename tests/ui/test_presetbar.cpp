@@ -125,6 +125,7 @@ class PresetBarTest : public QObject
 private Q_SLOTS:
     void EmptyStoreHasAnEmptyBar();
     void ReadyMadePresetsAreAddedWhenTheUserSaysSo();
+    void AFileWithoutReadyMadePresetsIsReported();
     void ButtonsStandInTheStoresOrder();
     void LabelsAreCutAtTen();
     void LabelsShowOnDemandAndAtStart();
@@ -183,6 +184,21 @@ void PresetBarTest::ReadyMadePresetsAreAddedWhenTheUserSaysSo()
     editor.Bar().PresetsButtons();
     QVERIFY(ready.isVisible());
     QVERIFY(editor.Bar().actions().isEmpty());
+}
+
+void PresetBarTest::AFileWithoutReadyMadePresetsIsReported()
+{
+    PresetWindow editor;
+    const QString name = editor.folder.filePath(u"presets"_s);
+    QFile file(name);
+    QVERIFY(file.open(QIODevice::WriteOnly)); // an empty one, which stands before the shipped one
+    file.close();
+    editor.Open();
+    editor.desktop.ExpectMessage(ErrorBox(u"File not found (53)"_s, name), BoxAnswer::Cancel);
+    editor.Find<QAction>(u"mnuReadyPresets"_s).trigger();
+    editor.desktop.CheckAllCame();
+    QVERIFY(editor.Bar().actions().isEmpty());
+    QVERIFY(editor.Find<QAction>(u"mnuReadyPresets"_s).isVisible());
 }
 
 void PresetBarTest::ButtonsStandInTheStoresOrder()
