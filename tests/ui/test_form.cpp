@@ -11,6 +11,7 @@
 #include "support/scripteddesktop.h"
 #include "support/uitest.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
@@ -20,6 +21,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
+#include <QStringList>
 #include <QTemporaryDir>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -90,6 +92,8 @@ private Q_SLOTS:
     void ASpinnerTouchesItsField();
     void ATypingListLeavesTheTypedTextAlone();
     void EnterConfirmsFromFieldsAndButtons();
+    void EnterComesBehindTheKeysBeforeIt();
+    void EnterComesBehindAKeyThatEndsTheDialog();
     void EnterOnCancelCancels();
     void EscapeRejects();
     void WithoutADefaultEnterPressesNothing();
@@ -202,6 +206,56 @@ void FormTest::EnterConfirmsFromFieldsAndButtons()
     QTest::mouseClick(sample.ok, Qt::LeftButton);
     QCOMPARE(sample.confirmed, ++times);
     QVERIFY2(sample.isVisible(), "what is confirmed decides whether the dialog closes");
+}
+
+void FormTest::EnterComesBehindTheKeysBeforeIt()
+{
+    QDialog dialog;
+    QVBoxLayout column(&dialog);
+    QCheckBox box(u"&Comments"_s);
+    QPushButton all(u"A&ll"_s);
+    QPushButton ok(u"OK"_s);
+    QPushButton cancel(u"Cancel"_s);
+    int pressed = 0;
+    QStringList confirmed;
+    const auto confirm = [&] {
+        confirmed.append((box.isChecked() ? u"on "_s : u"off "_s) + QString::number(pressed));
+    };
+    column.addWidget(&box);
+    column.addWidget(&all);
+    column.addWidget(ButtonBox(dialog, &ok, &cancel, confirm));
+    connect(&all, &QPushButton::clicked, &dialog, [&] { ++pressed; });
+    dialog.show();
+    dialog.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    const auto type = [](Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QTest::keyClick(QApplication::focusWidget(), key, modifiers);
+    };
+
+    box.setFocus();
+    type(Qt::Key_C, Qt::AltModifier);
+    type(Qt::Key_Return);
+    QCOMPARE(confirmed, QStringList{u"on 0"_s});
+    ok.setFocus(); // it takes Enter itself
+    type(Qt::Key_L, Qt::AltModifier);
+    type(Qt::Key_Enter);
+    QCOMPARE(confirmed.value(1), u"on 1"_s);
+    QTest::qWait(300); // nothing is clicked once more
+    QVERIFY(box.isChecked());
+    QCOMPARE(pressed, 1);
+    QCOMPARE(confirmed.size(), 2);
+}
+
+void FormTest::EnterComesBehindAKeyThatEndsTheDialog()
+{
+    Sample sample;
+    sample.cancel->setText(u"&Cancel"_s);
+    sample.Show();
+    QTest::keyClick(sample.file, Qt::Key_C, Qt::AltModifier);
+    QTest::keyClick(sample.file, Qt::Key_Return);
+    QCOMPARE(sample.result(), int(QDialog::Rejected));
+    QVERIFY(!sample.isVisible());
+    QCOMPARE(sample.confirmed, 0);
 }
 
 void FormTest::EnterOnCancelCancels()

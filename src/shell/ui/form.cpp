@@ -5,9 +5,12 @@
 #include "platform/programinfo.h"
 #include "shell/ui/focusreason.h"
 
+#include <QAbstractButton>
+#include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QBoxLayout>
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QEvent>
@@ -16,16 +19,19 @@
 #include <QFrame>
 #include <QGridLayout>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLayout>
 #include <QLineEdit>
 #include <QPoint>
+#include <QPointer>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
 #include <QScrollArea>
 #include <QSize>
 #include <QStyle>
+#include <QTimerEvent>
 #include <QWidget>
 
 using namespace Qt::Literals::StringLiterals;
@@ -117,6 +123,49 @@ private:
         const int frame = fontMetrics().height() / 2;
         ensureVisible(middle.x(), middle.y(), control.width() / 2 + frame, control.height() / 2 + frame);
     }
+};
+
+/// Clicks at once what a key of its own has pressed: the toolkit shows it down for a moment before. A click
+/// by other means would be a second one.
+void FinishPressed(const QDialog &dialog)
+{
+    QList<QPointer<QAbstractButton>> pressed;
+    for (QAbstractButton *button : dialog.findChildren<QAbstractButton *>())
+        if (button->isDown() && !button->autoRepeat())
+            pressed.append(button);
+    for (const QPointer<QAbstractButton> &button : pressed) {
+        if (!button)
+            continue;
+        for (const auto &timer : QAbstractEventDispatcher::instance()->registeredTimers(button)) {
+            QTimerEvent end(timer.timerId);
+            if (button)
+                QCoreApplication::sendEvent(button, &end);
+        }
+    }
+}
+
+/// Lets Enter find the controls as the keys before it have left them.
+class EnterComesLast : public QObject
+{
+public:
+    explicit EnterComesLast(QDialog &dialog) : QObject(&dialog), m_dialog(dialog) {}
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::KeyPress) {
+            const int key = static_cast<QKeyEvent *>(event)->key();
+            if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+                FinishPressed(m_dialog);
+                if (!m_dialog.isVisible())
+                    return true; // that was its end
+            }
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    QDialog &m_dialog;
 };
 
 } // namespace
@@ -303,6 +352,11 @@ void SetEnterAndEscape(QDialog &dialog, QPushButton *enter, QPushButton *escape)
         button->setAutoDefault(enter && (button == enter || button == escape));
     if (enter)
         enter->setDefault(true);
+    auto *last = new EnterComesLast(dialog);
+    for (QObject *taker :
+         {static_cast<QObject *>(&dialog), static_cast<QObject *>(enter), static_cast<QObject *>(escape)})
+        if (taker)
+            taker->installEventFilter(last);
     QObject::connect(escape, &QPushButton::clicked, &dialog, &QDialog::reject);
 }
 

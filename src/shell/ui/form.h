@@ -126,7 +126,8 @@ void FitToScreen(QDialog &dialog);
 // The end of a dialog
 
 /// Enter presses `enter`, wherever the keyboard is but on `escape`, which rejects the dialog as Esc does. No
-/// other button of the dialog takes Enter. @param enter may be null: Enter is for the fields then
+/// other button of the dialog takes Enter. What a key with Alt has just pressed comes before it. @param enter
+/// may be null: Enter is for the fields then
 void SetEnterAndEscape(QDialog &dialog, QPushButton *enter, QPushButton *escape);
 
 /// The two buttons that end a dialog, in the order of the desktop. @param confirm what Enter and `ok` do; it
