@@ -75,6 +75,23 @@ PAGES = {
         (FIELD, "MIDI"),
         (BUTTON, "Associate extensions..."),
     ],
+    "Writing": [
+        (BOX, "Color the text as it is typed"),
+        (BOX, "Complete words"),
+        (BOX, "List them after three letters"),
+        (BOX, "Hints on arguments"),
+        (BOX, "Indent by itself"),
+        (BOX, "Duplicate and move lines"),
+        (BOX, "Line numbers"),
+        (BOX, "Mark the line of the caret"),
+        (BOX, "Mark matching brackets"),
+        (BOX, "Mark the same word everywhere"),
+        (BOX, "Fold parts of the text"),
+        (BOX, "Bookmarks"),
+        (BOX, "Find in files"),
+        (BOX, "Regular expressions"),
+        (BUTTON, "Turn all on"),
+    ],
 }
 ENDS = [(BUTTON, "OK"), (BUTTON, "Cancel"), (BUTTON, "Apply")]
 
@@ -178,7 +195,7 @@ def every_control_is_told(stage):
         told = reader.look(editor, TITLE, page)
         equal((told[0]["role"], told[0]["name"]), ("dialog", TITLE), "the dialog")
         tabs = [one for one in told if one["role"] == "page tab"]
-        equal([tab["name"] for tab in tabs][: len(PAGES)], list(PAGES), "the page tabs")
+        equal([tab["name"] for tab in tabs], list(PAGES), "the page tabs")
         shown = [one for one in told if "showing" in one["states"] and "focusable" in one["states"]]
         found = [(one["role"], one["name"]) for one in shown]
         for control in controls + ENDS:

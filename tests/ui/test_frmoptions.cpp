@@ -266,6 +266,7 @@ void FrmOptionsTest::ControlsSayWhatTheyDo()
 {
     // Each with what stands on it or before it, and its hint. A frame stands before its controls.
     const QString works = u"Works only at file opening."_s;
+    const QString extras = u"Commands of the menu Extras."_s;
     const std::vector<std::pair<QString, QStringList>> pages = {
         {u"Editor"_s,
          {u"[Colors and font]"_s, u"SystemColors=Use &system colors"_s, u"bBackColor=&Back Color:|#ffffff"_s,
@@ -318,11 +319,32 @@ void FrmOptionsTest::ControlsSayWhatTheyDo()
           u"lblExtensions=Type extensions separated by only one space. Example: \"xxx yyy zzz\" NOT \"*.xxx "
           ".yyy    zzz\" "_s,
           u"bAssociate=Associate e&xtensions..."_s}},
+        {u"Writing"_s,
+         {u"[While you type]"_s,
+          u"LiveColours=Color the text as it is t&yped|Without a refresh, where Syntax highlight is on."_s,
+          u"Completion=Complete &words|Ctrl+Space lists opcodes and names of the text that begin like the word."_s,
+          u"AutoComplete=List &them after three letters|The list of words comes up by itself."_s,
+          u"ArgumentHint=&Hints on arguments|A tip shows what the opcode at the caret takes; "
+          u"Ctrl+Shift+Space "
+          "brings it back."_s,
+          u"AutoIndent=&Indent by itself|A new line begins below the last one, deeper in an instrument, a "
+          "condition or a loop."_s,
+          u"MoveLines=&Duplicate and move lines|"_s + extras, u"[In the text]"_s,
+          u"LineNumbers=&Line numbers"_s, u"CurrentLine=Mark the line of the &caret"_s,
+          u"BracketMatch=Mark matching &brackets|Quotes and tags too."_s,
+          u"SameWord=Mark the same word &everywhere|Wherever the word at the caret stands in sight."_s,
+          u"Folding=&Fold parts of the text|Instruments, opcodes, conditions, loops, tags and comments can "
+          u"be "
+          "shut."_s,
+          u"Bookmarks=Boo&kmarks|"_s + extras, u"[Search]"_s,
+          u"FindInFiles=Find in file&s|A command of the menu Extras."_s,
+          u"RegularExpressions=&Regular expressions|In Find and Replace: a box that makes the text a pattern."_s,
+          u"bAllAids=Turn all o&n"_s}},
     };
     Options options;
     options.Open();
     const auto &tabs = options.Find<QTabWidget>(u"tbsOptions"_s);
-    QVERIFY(tabs.count() >= int(pages.size()));
+    QCOMPARE(tabs.count(), int(pages.size()));
     for (int page = 0; page < int(pages.size()); ++page) {
         QCOMPARE(tabs.tabText(page), pages[size_t(page)].first);
         QCOMPARE(tabs.widget(page)->objectName(), u"picOptions_"_s + QString::number(page));
