@@ -75,8 +75,10 @@ def is_there_whole(stage):
 
     help_page = (package.share / "zelvane" / "zelvane.html").read_text()
     check(help_page.count('src="data:image/png') == len(list((SOURCE / "docs" / "guide").glob("*.png"))), "the pictures of the help page")
-    for name in ("opcodes.txt", "zelvane.html", "csound.hlp", "zelvane.csr"):
+    for name in ("opcodes.txt", "zelvane.html", "csound.hlp", "presets", "zelvane.csr"):
         check((package.share / "zelvane" / name).is_file(), f"{name} in the package")
+    for piece in (SOURCE / "examples").iterdir():
+        check((package.share / "doc" / "zelvane" / "examples" / piece.name).is_file(), f"{piece.name} of the examples")
     for page in (SOURCE / "docs" / "guide").iterdir():
         check((package.share / "doc" / "zelvane" / "guide" / page.name).is_file(), f"{page.name} of the guide")
     for program in (Path(sys.argv[1]).parent / name for name in ("zelvane", "zelvane-console")):
