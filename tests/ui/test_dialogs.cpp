@@ -23,21 +23,28 @@
 #include "texttools/ui/frmrndnum.h"
 #include "texttools/ui/frmtabspace.h"
 
+#include <cstdlib>
 #include <functional>
 #include <memory>
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QApplication>
+#include <QColor>
 #include <QComboBox>
 #include <QDialog>
 #include <QFont>
+#include <QFontMetrics>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QList>
+#include <QPalette>
 #include <QScopeGuard>
+#include <QSize>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTextDocument>
+#include <QToolButton>
 #include <QWidget>
 #include <vector>
 
@@ -148,6 +155,10 @@ const std::vector<DialogRow> &Dialogs()
         {"Preferences, extensions", [](Place &place) { return NewPreferences(place, 4); },
          u"qt_tabwidget_tabbar OrchestraExtensions ScoreExtensions UFFExtensions SoundExtensions "
          "MIDIExtensions bAssociate cmdOK cmdCancel cmdApply"_s},
+        {"Preferences, writing", [](Place &place) { return NewPreferences(place, 5); },
+         u"qt_tabwidget_tabbar LiveColours Completion AutoComplete ArgumentHint AutoIndent MoveLines "
+         "LineNumbers CurrentLine BracketMatch SameWord Folding Bookmarks FindInFiles RegularExpressions "
+         "bAllAids cmdOK cmdCancel cmdApply"_s},
         {"Preset chooser", [](Place &place) { return std::make_unique<frmQuickPreset>(place.Run()); },
          u"lstPreset cmdOK cmdCancel cmdEdit"_s},
         {"About", [](Place &place) { return std::make_unique<Formabout>(place.context.editor); },
@@ -162,6 +173,33 @@ void Show(QDialog &dialog)
     dialog.show();
     if (!QTest::qWaitFor([&] { return QApplication::activeWindow() == &dialog; }))
         QTest::qFail("the dialog is not the active window", __FILE__, __LINE__);
+}
+
+/// The words that stand on a control in one line; empty where it has none or breaks them.
+QString LineOn(const QWidget *control)
+{
+    if (const auto *label = qobject_cast<const QLabel *>(control))
+        return label->wordWrap() || Qt::mightBeRichText(label->text()) ? QString() : label->text();
+    const auto *button = qobject_cast<const QAbstractButton *>(control);
+    return button && !qobject_cast<const QToolButton *>(control) ? button->text() : QString();
+}
+
+/// Words stand out from their ground.
+void CheckReadable(const QWidget *control)
+{
+    const QPalette &colours = control->palette();
+    const int words = colours.color(control->foregroundRole()).lightness();
+    const int ground = colours.color(control->backgroundRole()).lightness();
+    QVERIFY2(std::abs(words - ground) > 100,
+             qPrintable(u"%1: %2 on %3"_s.arg(control->objectName()).arg(words).arg(ground)));
+}
+
+QPalette DarkPalette()
+{
+    QPalette dark(QColor(0x2b, 0x2b, 0x2b));
+    dark.setColor(QPalette::Base, QColor(0x1e, 0x1e, 0x1e));
+    dark.setColor(QPalette::Text, Qt::white);
+    return dark;
 }
 
 /// Each control has the room that it needs, and stands inside what it belongs to.
@@ -186,6 +224,13 @@ void CheckWhole(const QDialog &dialog)
         QVERIFY2(control->width() >= needed.width() && control->height() >= needed.height(),
                  qPrintable(what));
         QVERIFY2(control->parentWidget()->rect().contains(control->geometry()), qPrintable(what));
+        if (const QString line = LineOn(control); !line.isEmpty()) {
+            const QSize words = control->fontMetrics().size(Qt::TextShowMnemonic, line);
+            QVERIFY2(control->width() >= words.width() && control->height() >= words.height(),
+                     qPrintable(what + u", words %1x%2"_s.arg(words.width()).arg(words.height())));
+            if (control->isEnabled())
+                CheckReadable(control);
+        }
     }
 }
 
@@ -246,9 +291,12 @@ void DialogsTest::NothingIsCutOff_data()
 {
     QTest::addColumn<int>("row");
     QTest::addColumn<int>("percent");
+    QTest::addColumn<bool>("dark");
     for (size_t row = 0; row < Dialogs().size(); ++row) {
-        for (const int percent : {100, 160})
-            QTest::addRow("%s, font %d%%", Dialogs()[row].name, percent) << int(row) << percent;
+        const char *name = Dialogs()[row].name;
+        for (const int percent : {100, 160, 200})
+            QTest::addRow("%s, font %d%%", name, percent) << int(row) << percent << false;
+        QTest::addRow("%s, dark", name) << int(row) << 200 << true;
     }
 }
 
@@ -256,8 +304,15 @@ void DialogsTest::NothingIsCutOff()
 {
     QFETCH(int, row);
     QFETCH(int, percent);
+    QFETCH(bool, dark);
     const QFont before = QApplication::font();
-    const auto back = qScopeGuard([&] { QApplication::setFont(before); });
+    const QPalette colours = QApplication::palette();
+    const auto back = qScopeGuard([&] {
+        QApplication::setFont(before);
+        QApplication::setPalette(colours);
+    });
+    if (dark)
+        QApplication::setPalette(DarkPalette());
     QFont font = before;
     font.setPointSizeF(before.pointSizeF() * percent / 100);
     QApplication::setFont(font);
