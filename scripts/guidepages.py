@@ -12,7 +12,7 @@ GUIDE = ROOT / "docs" / "guide"
 INDEX = GUIDE / "README.md"
 HELP = ROOT / "data" / "zelvane.html"
 
-NAMED_KEYS = "Enter|Esc|Tab|Space|Up|Down|Left|Right|Home|End|PgUp|PgDown|Del|F[0-9]+|NumPad [-+*]"
+NAMED_KEYS = "Enter|Esc|Tab|Space|Up|Down|Left|Right|Home|End|PgUp|PgDown|Ins|Del|F[0-9]+|NumPad [-+*]"
 KEY = re.compile(rf"(?:(?:(?:Ctrl|Alt|Shift)\+)+(?:[A-Z0-9]|{NAMED_KEYS})|{NAMED_KEYS}|Ctrl|Alt|Shift)")
 
 INLINE = re.compile(

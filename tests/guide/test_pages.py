@@ -25,8 +25,8 @@ LANGUAGES = ("csound-orc", "csound-sco", "csound-csd", "settings", "fragments", 
 TOOLKIT = {"Yes", "No", "OK", "Cancel", "Print to File (PDF)", "Properties", "Options >>"}
 
 # Keys that every field, list and button has.
-ORDINARY = set("Enter Esc Tab Space Up Down Left Right Home End PgUp PgDown Del Ctrl Alt Shift".split())
-TOOLKIT_NAMES = {"PgUp": "PageUp", "PgDown": "PageDown", "Esc": "Escape", "Enter": "Return", "Del": "Delete"}
+ORDINARY = set("Enter Esc Tab Space Up Down Left Right Home End PgUp PgDown Ins Del Ctrl Alt Shift".split())
+TOOLKIT_NAMES = {"PgUp": "PageUp", "PgDown": "PageDown", "Esc": "Escape", "Enter": "Return", "Del": "Delete", "Ins": "Insert"}
 
 faults = []
 
