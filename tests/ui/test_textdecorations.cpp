@@ -101,6 +101,7 @@ private Q_SLOTS:
     void TheCaretIsNeverHiddenByAnEdit();
     void AFreshTextHasNoMarks();
     void TheViewIsTold();
+    void TheSameMarksAgainAreNoChange();
     void ColoursCanBeSeen_data();
     void ColoursCanBeSeen();
     void EditsAreToldOneByOne();
@@ -410,6 +411,30 @@ void TextDecorationsTest::TheViewIsTold()
     rest();
     editor.text.ReplaceRange(0, 0, u"a"_s);
     QVERIFY(Eventually([&] { return told.count() > 0; }));
+}
+
+void TextDecorationsTest::TheSameMarksAgainAreNoChange()
+{
+    Editor editor(u"one two\u00E9 three\n"_s);
+    TextDecorations &marks = *editor.marks;
+    const Spans spans{{9, 14}, {4, 6}, {6, 8}, {-2, 1}, {13, 400}};
+    int told = 0, shown = 0;
+    // Who follows the view marks anew whenever it is told.
+    QObject::connect(&marks, &TextDecorations::viewChanged, &editor.window, [&] {
+        ++told;
+        marks.Show(Indicator::SameWord, spans);
+    });
+    marks.Show(Indicator::SameWord, spans);
+    QVERIFY(Eventually([&] { return told > 0; }));
+    // Each round of events draws, and tells what the drawing has changed.
+    for (int quiet = 0; quiet < 5 && shown < 200; ++shown) {
+        const int before = told;
+        editor.Picture();
+        QCoreApplication::processEvents();
+        quiet = told == before ? quiet + 1 : 0;
+    }
+    QVERIFY2(shown < 200, qPrintable(QString::number(told)));
+    QVERIFY(marks.Shown(Indicator::SameWord) == (Spans{{0, 1}, {4, 8}, {9, 15}}));
 }
 
 void TextDecorationsTest::ColoursCanBeSeen_data()

@@ -50,6 +50,25 @@ int LevelOf(const FoldLevel &level)
     return (Sci::SC_FOLDLEVELBASE + depth) | (level.header ? Sci::SC_FOLDLEVELHEADERFLAG : 0);
 }
 
+/// The stretches cut to a text of this length, in order, those that touch as one.
+std::vector<TextSpan> Joined(std::vector<TextSpan> spans, qsizetype length)
+{
+    std::sort(spans.begin(), spans.end(),
+              [](const TextSpan &one, const TextSpan &other) { return one.start < other.start; });
+    std::vector<TextSpan> joined;
+    for (const TextSpan &span : spans) {
+        const qsizetype start = std::max<qsizetype>(span.start, 0);
+        const qsizetype end = std::min(span.end, length);
+        if (start >= end)
+            continue;
+        if (!joined.empty() && start <= joined.back().end)
+            joined.back().end = std::max(joined.back().end, end);
+        else
+            joined.push_back({start, end});
+    }
+    return joined;
+}
+
 } // namespace
 
 TextDecorations::TextDecorations(TextControl &text) : m_text(text)
@@ -105,7 +124,8 @@ TextDecorations::~TextDecorations()
 void TextDecorations::Show(Indicator indicator, const std::vector<TextSpan> &spans)
 {
     bool &shown = m_shown[size_t(indicator)];
-    if (!shown && spans.empty())
+    // Drawn again it would be told as a change of the view, and who answers that by showing would never rest.
+    if (shown ? Shown(indicator) == Joined(spans, m_text.Length()) : spans.empty())
         return;
     m_text.Send(Sci::SCI_SETINDICATORCURRENT, IndicatorNumber(indicator));
     if (shown)

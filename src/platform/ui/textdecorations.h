@@ -59,7 +59,7 @@ public:
 
     // Stretches.
 
-    /// Marks these stretches and no others.
+    /// Marks these stretches and no others. What is marked already is left alone.
     void Show(Indicator indicator, const std::vector<TextSpan> &spans);
     void Clear(Indicator indicator) { Show(indicator, {}); }
     /// What is marked, in order; stretches that touch are one.
