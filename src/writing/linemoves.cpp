@@ -9,16 +9,29 @@ namespace zelvane
 namespace
 {
 
-/// The lines of the selection, numbers from 0, both included.
-struct LinesOfSelection {
+/// Lines by their numbers from 0, both included.
+struct Lines {
     qsizetype first = 0;
     qsizetype last = 0;
+
+    qsizetype Count() const { return last - first + 1; }
 };
 
-LinesOfSelection TouchedLines(const TextBuffer &text)
+/// The lines, from the one that is seen to the last one that is folded away below them.
+Lines WithHidden(const TextBuffer &text, Lines lines, const IsHidden &isHidden)
+{
+    while (lines.first > 0 && isHidden(lines.first))
+        --lines.first;
+    while (lines.last + 1 < text.LineCount() && isHidden(lines.last + 1))
+        ++lines.last;
+    return lines;
+}
+
+/// The lines of the selection.
+Lines TouchedLines(const TextBuffer &text)
 {
     const TextSpan selection = text.Selection();
-    LinesOfSelection lines{text.LineOfOffset(selection.start), text.LineOfOffset(selection.end)};
+    Lines lines{text.LineOfOffset(selection.start), text.LineOfOffset(selection.end)};
     if (lines.last > lines.first && text.LineStart(lines.last) == selection.end)
         --lines.last;
     return lines;
@@ -30,7 +43,7 @@ TextSpan Shifted(const TextSpan &span, qsizetype by)
 }
 
 /// The lines as they stand, without the line end of the last one.
-TextSpan SpanOf(const TextBuffer &text, const LinesOfSelection &lines)
+TextSpan SpanOf(const TextBuffer &text, const Lines &lines)
 {
     return {text.LineStart(lines.first), text.LineEnd(lines.last)};
 }
@@ -51,10 +64,9 @@ MovedLines Duplicate(const TextBuffer &text, const TextSpan &lines)
     return move;
 }
 
-/// The line before the lines goes behind them.
-MovedLines Up(const TextBuffer &text, const TextSpan &lines, qsizetype before)
+/// What stands before the lines goes behind them.
+MovedLines Up(const TextBuffer &text, const TextSpan &lines, const TextSpan &neighbour)
 {
-    const TextSpan neighbour{text.LineStart(before), text.LineEnd(before)};
     const qsizetype gone = lines.start - neighbour.start;
     MovedLines move;
     move.from = {neighbour.start, lines.start};
@@ -66,10 +78,9 @@ MovedLines Up(const TextBuffer &text, const TextSpan &lines, qsizetype before)
     return move;
 }
 
-/// The line behind the lines goes before them.
-MovedLines Down(const TextBuffer &text, const TextSpan &lines, qsizetype behind)
+/// What stands behind the lines goes before them.
+MovedLines Down(const TextBuffer &text, const TextSpan &lines, const TextSpan &neighbour)
 {
-    const TextSpan neighbour{text.LineStart(behind), text.LineEnd(behind)};
     MovedLines move;
     move.from = {lines.end, neighbour.end};
     move.to = lines.start;
@@ -84,23 +95,39 @@ MovedLines Down(const TextBuffer &text, const TextSpan &lines, qsizetype behind)
 
 } // namespace
 
-std::optional<MovedLines> MoveLines(const TextBuffer &text, LineMoveKind kind)
+std::optional<MovedLines> MoveLines(const TextBuffer &text, LineMoveKind kind, const IsHidden &isHidden)
 {
-    const LinesOfSelection touched = TouchedLines(text);
+    const Lines touched = WithHidden(text, TouchedLines(text), isHidden);
     const TextSpan lines = SpanOf(text, touched);
+    MovedLines move;
     switch (kind) {
     case LineMoveKind::Duplicate:
-        return Duplicate(text, lines);
-    case LineMoveKind::Up:
-        if (touched.first > 0)
-            return Up(text, lines, touched.first - 1);
+        move = Duplicate(text, lines);
+        move.firstLine = touched.first;
+        move.upper = touched.Count();
         break;
-    case LineMoveKind::Down:
-        if (touched.last + 1 < text.LineCount())
-            return Down(text, lines, touched.last + 1);
+    case LineMoveKind::Up: {
+        if (touched.first == 0)
+            return {};
+        const Lines before = WithHidden(text, {touched.first - 1, touched.first - 1}, isHidden);
+        move = Up(text, lines, SpanOf(text, {before.first, touched.first - 1}));
+        move.firstLine = before.first;
+        move.upper = touched.first - before.first;
+        move.lower = touched.Count();
         break;
     }
-    return {};
+    case LineMoveKind::Down: {
+        if (touched.last + 1 == text.LineCount())
+            return {};
+        const Lines behind = WithHidden(text, {touched.last + 1, touched.last + 1}, isHidden);
+        move = Down(text, lines, SpanOf(text, {touched.last + 1, behind.last}));
+        move.firstLine = touched.first;
+        move.upper = touched.Count();
+        move.lower = behind.last - touched.last;
+        break;
+    }
+    }
+    return move;
 }
 
 } // namespace zelvane

@@ -3,6 +3,7 @@
 
 #include "platform/textbuffer.h"
 
+#include <functional>
 #include <optional>
 #include <QString>
 #include <QtGlobal>
@@ -22,13 +23,22 @@ struct MovedLines {
     /// colours.
     qsizetype source = 0;
     TextSpan kept;
+    /// The lines that take part, counted from 0 before the move: `upper` of them from `firstLine` on change
+    /// places with the `lower` ones behind them; of a copy there are no lower ones.
+    qsizetype firstLine = 0;
+    qsizetype upper = 0;
+    qsizetype lower = 0;
 };
 
 enum class LineMoveKind { Duplicate, Up, Down };
 
+/// Whether a line is folded away.
+using IsHidden = std::function<bool(qsizetype line)>;
+
 /// What moves or copies the lines that the selection touches; a line that it only reaches the start of is
-/// none of them. The selection goes along with the lines, of a copy with the copy. Reads these lines and
-/// their neighbour only. None where there is no line to change places with.
-std::optional<MovedLines> MoveLines(const TextBuffer &text, LineMoveKind kind);
+/// none of them. What is folded away below a line goes where that line goes: to the user they are one. The
+/// selection goes along with the lines, of a copy with the copy. Reads these lines and their neighbour only.
+/// None where there is no line to change places with.
+std::optional<MovedLines> MoveLines(const TextBuffer &text, LineMoveKind kind, const IsHidden &isHidden);
 
 } // namespace zelvane

@@ -108,6 +108,7 @@ private Q_SLOTS:
     void BlocksFoldByMarginAndCommands();
     void FoldLevelsFollowEditsAndUndo();
     void TheCaretIsNeverHidden();
+    void WhatIsFoldedMovesAsAWhole();
     void FoldsComeBackWithTheirFile();
     void FoldingIsNoEditAndGoesWithoutATrace();
     void BookmarksAreSetVisitedAndListed();
@@ -448,6 +449,43 @@ void TextAidsTest::TheCaretIsNeverHidden()
     editor.PutCaret(editor.Text().LineStart(7));
     editor.Key(Qt::Key_Down);
     QCOMPARE(editor.Text().LineOfOffset(editor.Text().CaretOffset()), 10);
+}
+
+void TextAidsTest::WhatIsFoldedMovesAsAWhole()
+{
+    AidsWindow editor({Keys::Folding, Keys::MoveLines});
+    const QString first = u"instr 1\n  if p4 == 1 then\n    a1 = 1\n  endif\nendin\n"_s;
+    const QString second = u"instr 2\n  a2 = 1\nendin\n"_s;
+    editor.OpenText(u"a.orc"_s, (u"a\n"_s + first + second).toLatin1());
+    QVERIFY(Eventually([&] { return editor.Marks().FoldLevelOf(6).header; }));
+    for (const qsizetype line : {2, 1, 6})
+        editor.Marks().SetFolded(line, true);
+    const auto held = Qt::ControlModifier | Qt::ShiftModifier;
+    editor.PutCaret(4);
+    editor.Key(Qt::Key_Down, held);
+    QCOMPARE(editor.Text().Text(), u"a\n"_s + second + first);
+    QCOMPARE(Row(editor.Marks().FoldedLines()), u"1 4 5"_s);
+    QVERIFY(editor.Marks().IsLineHidden(2));
+    QVERIFY(!editor.Marks().IsLineHidden(4));
+    QVERIFY(editor.Marks().IsLineHidden(7));
+    QCOMPARE(editor.Text().LineOfOffset(editor.Text().CaretOffset()), 4);
+    editor.Key(Qt::Key_Up, held);
+    editor.Key(Qt::Key_Up, held);
+    QCOMPARE(editor.Text().Text(), first + u"a\n"_s + second);
+    QCOMPARE(Row(editor.Marks().FoldedLines()), u"0 1 6"_s);
+    editor.Key(Qt::Key_L, Qt::ControlModifier);
+    QCOMPARE(editor.Text().Text(), first + first + u"a\n"_s + second);
+    const auto isFolded = [&] { return Row(editor.Marks().FoldedLines()) == u"0 1 5 6 11"_s; };
+    QVERIFY2(isFolded(), qPrintable(Row(editor.Marks().FoldedLines())));
+    QCOMPARE(editor.Text().LineOfOffset(editor.Text().CaretOffset()), 5);
+    QVERIFY(!editor.Marks().IsLineHidden(5));
+    // A line below what is folded goes over it.
+    editor.PutCaret(editor.Text().LineStart(10));
+    editor.Key(Qt::Key_Up, held);
+    QCOMPARE(editor.Text().Text(), first + u"a\n"_s + first + second);
+    QCOMPARE(Row(editor.Marks().FoldedLines()), u"0 1 6 7 11"_s);
+    editor.Text().Undo();
+    QCOMPARE(editor.Text().Text(), first + first + u"a\n"_s + second);
 }
 
 void TextAidsTest::FoldsComeBackWithTheirFile()

@@ -8,7 +8,8 @@
 namespace zelvane
 {
 
-/// Moves the lines of the selection up and down, and makes copies of them.
+/// Moves the lines of the selection up and down, and makes copies of them. What is folded goes as a whole,
+/// and stays folded.
 class MoveLinesAid : public WritingAid
 {
 public:
@@ -18,6 +19,7 @@ private:
     void Move(LineMoveKind kind);
 
     TextControl &m_text;
+    TextDecorations &m_decorations;
     BoundCommands m_commands;
 };
 
