@@ -469,6 +469,20 @@ void TextDecorationsTest::ColoursCanBeSeen()
         const auto number = unsigned(Sci::INDIC_CONTAINER + indicator);
         QVERIFY(Contrast(FromScintilla(editor.Ask(Sci::SCI_INDICGETFORE, number)), back) >= 3);
     }
+    // One character without its other half is framed from top to bottom.
+    const QImage plain = editor.Picture();
+    marks.Show(Indicator::BraceUnmatched, {{1, 2}});
+    const QImage marked = editor.Picture();
+    QCOMPARE(marked.size(), plain.size());
+    int frame = 0;
+    for (int y = 0; y < marked.height(); ++y) {
+        for (int x = 0; x < marked.width(); ++x) {
+            const QColor pixel = marked.pixelColor(x, y);
+            frame += pixel != plain.pixelColor(x, y) && Contrast(pixel, back) >= 2.5;
+        }
+    }
+    const long height = editor.Ask(Sci::SCI_TEXTHEIGHT);
+    QVERIFY2(frame >= height * 3 / 2, qPrintable(u"%1 of %2"_s.arg(frame).arg(height)));
 }
 
 void TextDecorationsTest::EditsAreToldOneByOne()

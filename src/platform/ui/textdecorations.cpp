@@ -412,18 +412,21 @@ void TextDecorations::ApplyLook()
         Indicator indicator;
         int style;
         QColor colour;
+        int fill = 40; ///< of 255, as the next one
+        int outline = 200;
     };
     const Row rows[] = {
         {Indicator::Brace, Sci::INDIC_STRAIGHTBOX, VisibleLine(QColor(0, 128, 0), {back})},
-        {Indicator::BraceUnmatched, Sci::INDIC_SQUIGGLE, VisibleLine(QColor(208, 0, 0), {back})},
+        // One character only, and the one that has to be found.
+        {Indicator::BraceUnmatched, Sci::INDIC_FULLBOX, VisibleLine(QColor(208, 0, 0), {back}), 80, 255},
         {Indicator::SameWord, Sci::INDIC_ROUNDBOX, accent},
     };
     for (const Row &row : rows) {
         const int number = IndicatorNumber(row.indicator);
         m_text.Send(Sci::SCI_INDICSETSTYLE, number, row.style);
         m_text.Send(Sci::SCI_INDICSETFORE, number, ScintillaColour(row.colour));
-        m_text.Send(Sci::SCI_INDICSETALPHA, number, 40);
-        m_text.Send(Sci::SCI_INDICSETOUTLINEALPHA, number, 200);
+        m_text.Send(Sci::SCI_INDICSETALPHA, number, row.fill);
+        m_text.Send(Sci::SCI_INDICSETOUTLINEALPHA, number, row.outline);
         m_text.Send(Sci::SCI_INDICSETUNDER, number, 1); // the letters stay as they are
     }
     ApplySymbols();
