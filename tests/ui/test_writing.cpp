@@ -214,6 +214,15 @@ void WritingTest::PreferencesTurnThemOnAndOff()
         keys.sort();
         QCOMPARE(boxes, keys);
 
+        // This one says how another works, and nothing without it.
+        auto *completion = page->findChild<QCheckBox *>(u"Completion"_s);
+        const auto *byItself = page->findChild<QCheckBox *>(u"AutoComplete"_s);
+        QVERIFY(!byItself->isEnabled());
+        completion->setChecked(true);
+        QVERIFY(byItself->isEnabled());
+        completion->setChecked(false);
+        QVERIFY(!byItself->isEnabled());
+
         page->findChild<QPushButton *>(u"bAllAids"_s)->click();
         QVERIFY(!editor.MenuShown());
         dialog.findChild<QPushButton *>(u"cmdApply"_s)->click();

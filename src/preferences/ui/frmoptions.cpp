@@ -348,14 +348,18 @@ QWidget *frmOptions::ExtensionsPage()
 QWidget *frmOptions::WritingPage()
 {
     auto *page = new QWidget;
+    auto *completion = NewBox(u"Completion"_s, u"Complete &words"_s,
+                              u"Ctrl+Space lists opcodes and names of the text that begin like the word."_s);
+    // The list that it brings up is the other one's.
+    auto *byItself = NewBox(u"AutoComplete"_s, u"List &them after three letters"_s,
+                            u"The list of words comes up by itself."_s);
+    byItself->setEnabled(completion->isChecked());
+    connect(completion, &QCheckBox::toggled, byItself, &QWidget::setEnabled);
     auto *typing = new QGroupBox(u"While you type"_s);
     typing->setLayout(Column(
         {NewBox(u"LiveColours"_s, u"Color the text as it is t&yped"_s,
                 u"Without a refresh, where Syntax highlight is on."_s),
-         NewBox(u"Completion"_s, u"Complete &words"_s,
-                u"Ctrl+Space lists opcodes and names of the text that begin like the word."_s),
-         NewBox(u"AutoComplete"_s, u"List &them after three letters"_s,
-                u"The list of words comes up by itself."_s),
+         completion, byItself,
          NewBox(u"ArgumentHint"_s, u"&Hints on arguments"_s,
                 u"A tip shows what the opcode at the caret takes; Ctrl+Shift+Space brings it back."_s),
          NewBox(u"AutoIndent"_s, u"&Indent by itself"_s,
