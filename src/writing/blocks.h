@@ -16,7 +16,7 @@ enum class BlockKind : quint8 {
     Instrument, ///< instr, endin
     Opcode,     ///< opcode, endop
     Condition,  ///< if with then, endif or fi
-    Loop,       ///< while, until or for with do, od; of a score curly braces
+    Loop,       ///< while or until with do, od; of a score curly braces
     Macro,      ///< the body of a #define, between two "#"
     Directive,  ///< #ifdef or #ifndef, #end or #endif
     Braces,     ///< a string in double braces
