@@ -168,7 +168,7 @@ private:
             const qsizetype lineEnd = feed < 0 ? text.size() : feed;
             any = true;
             ++m_counts.lines;
-            m_listener.Found({path, line, LineOf(text, hit->start, lineEnd)});
+            m_listener.Found(LineOf(path, line, text, *hit, lineEnd));
             if (m_counts.lines >= m_search.mostLines) {
                 m_counts.cut = true;
                 break;
@@ -182,14 +182,18 @@ private:
             ++m_counts.hard;
     }
 
-    static QString LineOf(const QString &text, qsizetype hit, qsizetype lineEnd)
+    static FoundLine LineOf(const QString &path, qsizetype line, const QString &text, const TextSpan &hit,
+                            qsizetype lineEnd)
     {
-        const qsizetype feed = hit == 0 ? -1 : text.lastIndexOf(u'\n', hit - 1);
+        const qsizetype feed = hit.start == 0 ? -1 : text.lastIndexOf(u'\n', hit.start - 1);
         const qsizetype start = feed + 1;
-        if (lineEnd - start <= LongestTold)
-            return text.sliced(start, lineEnd - start);
-        const qsizetype told = std::max(start, hit - ToldBefore);
-        return text.sliced(told, std::min(lineEnd - told, LongestTold));
+        const bool isLong = lineEnd - start > LongestTold;
+        const qsizetype told = isLong ? std::max(start, hit.start - ToldBefore) : start;
+        return {.file = path,
+                .line = line,
+                .text = text.sliced(told, std::min(lineEnd - told, LongestTold)),
+                .from = told - start,
+                .hit = {hit.start - start, std::min(hit.end, lineEnd) - start}};
     }
 
     const FileSearch &m_search;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/textbuffer.h"
+
 #include <functional>
 #include <QString>
 #include <QStringList>
@@ -27,6 +29,8 @@ struct FoundLine {
     QString file = {};  ///< absolute path
     qsizetype line = 0; ///< from 1
     QString text = {};  ///< without its line end; of a long one some hundred characters about the hit
+    qsizetype from = 0; ///< where the text begins in the line
+    TextSpan hit = {};  ///< in the line, as far as it goes there
 
     bool operator==(const FoundLine &) const = default;
 };

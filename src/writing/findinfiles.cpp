@@ -156,7 +156,19 @@ bool OpenFoundLine(EditorContext &editor, const FoundLine &found)
     TextBuffer &text = editor.text;
     const qsizetype line = NearestLineWith(text.Text(), found.line, found.text) - 1;
     const qsizetype shown = std::clamp<qsizetype>(line, 0, text.LineCount() - 1);
-    text.SetSelection(text.LineStart(shown), text.LineEnd(shown));
+    const qsizetype start = text.LineStart(shown);
+    const QString there = text.TextRange(start, text.LineEnd(shown));
+    // Something may have been put in front of it since.
+    const qsizetype from =
+        QStringView(there).sliced(std::min(found.from, there.size())).startsWith(found.text)
+            ? found.from
+            : there.indexOf(found.text);
+    if (from < 0) {
+        text.SetSelection(start, start);
+        return true;
+    }
+    const qsizetype hit = start + from - found.from + found.hit.start;
+    text.SetSelection(hit, std::min(hit + found.hit.Length(), start + there.size()));
     return true;
 }
 

@@ -42,8 +42,9 @@ void StoreFileSearch(SettingsStore &settings, const FileSearchFields &fields);
 /// "12 lines in 3 of 40 files." and, where there are any, what was passed over and why.
 QString FileSearchText(const SearchCounts &counts);
 
-/// Opens the file of a found line, which asks about unsaved work, and selects the line. In the file that is
-/// the document already only the line is selected.
+/// Opens the file of a found line, which asks about unsaved work, and selects the hit. In the file that is
+/// the document already the hit is only selected. Where the line is not there any more, the caret goes to
+/// where it was.
 /// @return false where the file was not opened
 bool OpenFoundLine(EditorContext &editor, const FoundLine &found);
 

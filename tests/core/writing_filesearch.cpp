@@ -85,6 +85,19 @@ TEST_F(SearchInFiles, TellsFileLineAndText)
     EXPECT_EQ(counts, (SearchCounts{.searched = 3, .files = 2, .lines = 3}));
     ASSERT_EQ(found.counts.size(), 3U);
     EXPECT_EQ(found.counts.back(), counts);
+    EXPECT_EQ(found.lines[1].hit, (TextSpan{3, 8}));
+}
+
+TEST_F(SearchInFiles, TellsWhereTheHitStands)
+{
+    Write(u"a.orc"_s, "x\n" + QByteArray(300, ' ') + "oscil" + QByteArray(300, 'y') + "\nend");
+    search.options = FindRegularExpression;
+    search.text = u"oscil[^d]*"_s;
+    Run();
+    ASSERT_EQ(found.lines.size(), 1U);
+    EXPECT_EQ(found.lines[0].line, 2);
+    EXPECT_EQ(found.lines[0].from, 200);
+    EXPECT_EQ(found.lines[0].hit, (TextSpan{300, 605})) << "as far as it goes in its line";
 }
 
 TEST_F(SearchInFiles, HeedsCaseAndWords)

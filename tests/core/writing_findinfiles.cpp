@@ -151,15 +151,16 @@ struct FoundLines : FileSearchDialog {
 TEST_F(FoundLines, AreOpenedAndSelected)
 {
     const QString path = WriteFile(u"song.csd"_s, "one\ntwo\nthree");
-    EXPECT_TRUE(OpenFoundLine(opener, {path, 2, u"two"_s}));
+    EXPECT_TRUE(OpenFoundLine(opener, {path, 2, u"two"_s, 0, {1, 3}}));
     EXPECT_EQ(opening.opened, QStringList(path));
-    EXPECT_EQ(text.selection, (TextSpan{4, 7}));
-    EXPECT_TRUE(OpenFoundLine(opener, {path, 3, u"three"_s}));
+    EXPECT_EQ(text.selection, (TextSpan{5, 7})) << "the hit";
+    EXPECT_EQ(OpeningFileSearch(editor).text, u"wo"_s) << "the next search begins with it";
+    EXPECT_TRUE(OpenFoundLine(opener, {path, 3, u"three"_s, 0, {0, 5}}));
     EXPECT_EQ(opening.opened, QStringList(path)) << "it is the document already";
     EXPECT_EQ(text.selection, (TextSpan{8, 13}));
     const QString link = folder.filePath(u"link.csd"_s);
     ASSERT_TRUE(QFile::link(path, link));
-    EXPECT_TRUE(OpenFoundLine(opener, {link, 1, u"one"_s}));
+    EXPECT_TRUE(OpenFoundLine(opener, {link, 1, u"one"_s, 0, {0, 3}}));
     EXPECT_EQ(opening.opened, QStringList(path)) << "the same file by another name";
     EXPECT_EQ(text.selection, (TextSpan{0, 3}));
 }
@@ -188,7 +189,14 @@ TEST_F(FoundLines, AreFoundAgainInAnEditedText)
     text.SetText(u"one"_s);
     document.CurrentFile = WriteFile(u"song.csd"_s);
     EXPECT_TRUE(OpenFoundLine(opener, {document.CurrentFile, 9, u"gone"_s}));
-    EXPECT_EQ(text.selection, (TextSpan{0, 3})) << "the last line there is";
+    EXPECT_EQ(text.selection, (TextSpan{0, 0})) << "the last line there is";
+    text.SetText(u"x\nab ab ab\n"_s);
+    EXPECT_TRUE(OpenFoundLine(opener, {document.CurrentFile, 2, u"ab"_s, 3, {3, 5}}));
+    EXPECT_EQ(text.selection, (TextSpan{5, 7})) << "that one of several";
+    EXPECT_TRUE(OpenFoundLine(opener, {document.CurrentFile, 2, u"b ab"_s, 0, {2, 4}}));
+    EXPECT_EQ(text.selection, (TextSpan{5, 7})) << "moved on in its line";
+    EXPECT_TRUE(OpenFoundLine(opener, {document.CurrentFile, 2, u"ab"_s, 6, {7, 700}}));
+    EXPECT_EQ(text.selection, (TextSpan{9, 10})) << "not beyond the line";
 }
 
 } // namespace

@@ -66,11 +66,11 @@ def lines_are_found_and_opened(stage):
     stage.until(window.is_active, "the editor in front")
     editor.at_rest()
     window.screenshot("findinfiles-opened")
-    # The line is selected: typing takes its place.
+    # What was found is selected: typing takes its place.
     typed(stage, editor, "new")
     keys(stage, editor, "ctrl+s")
     old = piece.parent / "deep" / "old.csd"
-    stage.until(lambda: old.read_bytes() == b"one\r\nnew\r\n", lambda: f"the saved line; the file is {old.read_bytes()}")
+    stage.until(lambda: old.read_bytes() == b"one\r\n  new\r\n", lambda: f"the saved line; the file is {old.read_bytes()}")
     equal(stage.setting("FindInFilesRegularExpression"), "-1", "the box in the store")
     editor.close(window)
 
