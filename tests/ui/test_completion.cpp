@@ -31,7 +31,8 @@ struct Typist : EditorWindow {
     explicit Typist(const QByteArray &content = "\n", bool byItself = true,
                     const QString &name = u"piece.orc"_s)
     {
-        WriteFile(u"opcodes.txt"_s, "oscil oscili outs linen endin endop print prints OSCsend moscil pow\n");
+        WriteFile(u"opcodes.txt"_s,
+                  "oscil oscili outs linen endin endop print prints OSCsend moscil pow FLpanel FLknob x\n");
         settings.SaveFlag(Keys::Completion, true);
         settings.SaveFlag(Keys::AutoComplete, byItself);
         settings.SaveFlag(Keys::ArgumentHint, true);
@@ -498,6 +499,15 @@ void CompletionTest::TheHintReadsTheManual()
     QCOMPARE(typist.Hint(), u"ares *linen* *xamp*, irise &lt;s&gt;\nkres *linen* *kamp*"_s);
     typist.Type(u"\na1 linen 1, "_s);
     QCOMPARE(typist.Hint(), u"ares *linen* xamp, *irise &lt;s&gt;*"_s);
+    // What the manual alone describes.
+    typist.WriteFile(u"FLpanel.html"_s, "<pre class=\"synopsis\"><b>FLpanel</b> \"label\", iwidth</pre>");
+    typist.Type(u"\nFLpanel 1, "_s);
+    QCOMPARE(typist.Hint(), u"*FLpanel* &quot;label&quot;, *iwidth*"_s);
+    typist.Type(u"\nFLknob 1, "_s);
+    QCOMPARE(typist.Hint(), QString());
+    typist.WriteFile(u"other.html"_s, "<pre class=\"synopsis\">other kamp</pre>");
+    typist.Type(u"\nother 1, "_s);
+    QCOMPARE(typist.Hint(), QString()); // no opcode
 }
 
 void CompletionTest::TheHintGoes()

@@ -2,6 +2,7 @@
 #include "writing/ui/argumenthint.h"
 
 #include "language/helponword.h"
+#include "language/opcodelist.h"
 #include "platform/programfolder.h"
 #include "platform/ui/textcontrol.h"
 #include "shell/command.h"
@@ -49,6 +50,7 @@ struct ArgumentHintAid::Place {
 ArgumentHintAid::ArgumentHintAid(const WritingContext &context)
     : m_context(context.window),
       m_names(SharedNames(context)),
+      m_opcodes(context.opcodes),
       m_arguments(ShippedOpcodeArguments()),
       m_tip(std::make_unique<HintTip>(context.window.window)),
       m_commands(context.window.commands)
@@ -119,7 +121,9 @@ bool ArgumentHintAid::IsOpcode(QStringView name)
 {
     const std::vector<UserOpcode> &own = m_names->Names().opcodes;
     return m_arguments.Contains(name) ||
-           std::any_of(own.begin(), own.end(), [&](const UserOpcode &opcode) { return opcode.name == name; });
+           std::any_of(own.begin(), own.end(),
+                       [&](const UserOpcode &opcode) { return opcode.name == name; }) ||
+           (m_opcodes.Contains(name) && !m_manual.Forms(name.toString()).empty());
 }
 
 std::optional<ArgumentHintAid::Place> ArgumentHintAid::FindPlace()

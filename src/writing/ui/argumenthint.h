@@ -18,6 +18,7 @@ namespace zelvane
 
 class HintTip;
 class NameKeeper;
+class OpcodeList;
 struct OpcodeCall;
 
 /// `ArgumentHint`: a tip with the forms of the opcode at the caret, the argument that the caret is in in
@@ -50,6 +51,7 @@ private:
 
     WindowContext m_context;
     std::shared_ptr<NameKeeper> m_names;
+    const OpcodeList &m_opcodes;
     OpcodeArguments m_arguments;
     ManualSynopses m_manual;
     std::unique_ptr<HintTip> m_tip;
