@@ -11,12 +11,15 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDebug>
 #include <QDir>
 #include <QLabel>
 #include <QLineEdit>
 #include <QModelIndex>
 #include <QPointer>
 #include <QPushButton>
+#include <QRect>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QTreeView>
 
@@ -104,6 +107,8 @@ private Q_SLOTS:
     void StopEndsTheSearch();
     void ClosingEndsTheSearchAndSavesThePlace();
     void TheFolderIsPicked();
+    void TheDialogGivesWayToTheHit();
+    void TheSizeIsHeldToTheScreen();
 };
 
 void FindInFilesTest::TheCommandComesAndGoesWithTheAid()
@@ -335,6 +340,36 @@ void FindInFilesTest::TheFolderIsPicked()
     on.Click(u"bSearchFolder"_s);
     on.desktop.CheckAllCame();
     QCOMPARE(on.Field(u"txtSearchFolder"_s).text(), on.Path(u"deep"_s));
+}
+
+void FindInFilesTest::TheDialogGivesWayToTheHit()
+{
+    FindingInFiles on;
+    frmFindInFiles &dialog = on.Show();
+    dialog.resize(dialog.minimumSizeHint());
+    on.Text().setEditText(u"oscil"_s);
+    on.Click(u"bSearch"_s);
+    QVERIFY(on.Ended());
+    on.Click(u"bOpenFound"_s);
+    const auto hit = [&] {
+        return on.Editor().RangeOnScreen(on.Editor().Selection().start, on.Editor().Selection().end);
+    };
+    dialog.move(10, hit().center().y() - 20);
+    QVERIFY(dialog.frameGeometry().intersects(hit()));
+    on.Click(u"bOpenFound"_s);
+    QCOMPARE(on.Editor().SelectedText(), u"oscil"_s);
+    QVERIFY(!dialog.frameGeometry().intersects(hit()));
+    QVERIFY(dialog.screen()->availableGeometry().contains(dialog.frameGeometry()));
+}
+
+void FindInFilesTest::TheSizeIsHeldToTheScreen()
+{
+    FindingInFiles on;
+    on.settings.SaveNumber(Keys::FindInFilesWidth, 200'000);
+    on.settings.SaveNumber(Keys::FindInFilesHeight, 200'000);
+    frmFindInFiles &dialog = on.Show();
+    const QRect screen = dialog.screen()->availableGeometry();
+    QVERIFY2(screen.contains(dialog.frameGeometry()), qPrintable(QDebug::toString(dialog.frameGeometry())));
 }
 
 int main(int argc, char **argv)

@@ -21,7 +21,6 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QScreen>
 #include <QShowEvent>
 #include <QVBoxLayout>
 
@@ -34,7 +33,6 @@ namespace
 {
 
 constexpr int FieldWidth = 28; ///< of the text fields, in characters
-constexpr int Gap = 8;         ///< between the dialog and the hit it gives way to, pixels
 
 } // namespace
 
@@ -243,17 +241,7 @@ void frmFind::ReplaceEverything()
 void frmFind::UncoverSelection()
 {
     const TextSpan selection = m_text.Selection();
-    const QRect hit = m_text.RangeOnScreen(selection.start, selection.end);
-    const QRect frame = frameGeometry();
-    if (!frame.intersects(hit))
-        return;
-    const QRect room = screen()->availableGeometry();
-    const int below = hit.bottom() + 1 + Gap;
-    const int above = hit.top() - Gap - frame.height();
-    if (below + frame.height() <= room.bottom() + 1)
-        move(x(), below);
-    else if (above >= room.top())
-        move(x(), above);
+    MoveOff(*this, m_text.RangeOnScreen(selection.start, selection.end));
 }
 
 void frmFind::showEvent(QShowEvent *event)

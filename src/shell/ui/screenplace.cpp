@@ -22,6 +22,7 @@ namespace
 constexpr double TwipsPerInch = 1440;
 
 constexpr QSize Frame(16, 48); ///< about what the window manager puts around a dialog, pixels
+constexpr int Gap = 8;         ///< between a dialog and what it gives way to, pixels
 
 } // namespace
 
@@ -78,6 +79,31 @@ void RestorePlace(QWidget &dialog, const SettingsStore &settings, const BareNumb
     const int dpi = dialog.logicalDpiX();
     const QPoint place(FromTwips(settings.Number(x, 0), dpi), FromTwips(settings.Number(y, 0), dpi));
     dialog.move(OnScreen(QRect(place, dialog.sizeHint() + Frame), UsableScreens()).topLeft());
+}
+
+QSize WithinScreen(const QWidget &dialog, const QSize &size)
+{
+    return size.boundedTo(dialog.screen()->availableGeometry().size() - Frame);
+}
+
+void MoveOff(QWidget &dialog, const QRect &covered)
+{
+    const QRect frame = dialog.frameGeometry();
+    if (!frame.intersects(covered))
+        return;
+    const QRect room = dialog.screen()->availableGeometry();
+    const int below = covered.bottom() + 1 + Gap;
+    const int above = covered.top() - Gap - frame.height();
+    const int right = covered.right() + 1 + Gap;
+    const int left = covered.left() - Gap - frame.width();
+    if (below + frame.height() <= room.bottom() + 1)
+        dialog.move(dialog.x(), below);
+    else if (above >= room.top())
+        dialog.move(dialog.x(), above);
+    else if (right + frame.width() <= room.right() + 1)
+        dialog.move(right, dialog.y());
+    else if (left >= room.left())
+        dialog.move(left, dialog.y());
 }
 
 void KeepOnScreen(QWidget &dialog)

@@ -2,6 +2,8 @@
 #include "writing/ui/frmfindinfiles.h"
 
 #include "platform/desktop.h"
+#include "platform/textbuffer.h"
+#include "platform/ui/textcontrol.h"
 #include "shell/documentview.h"
 #include "shell/editorcontext.h"
 #include "shell/findreplace.h"
@@ -25,6 +27,7 @@
 #include <QMetaObject>
 #include <QModelIndex>
 #include <QPushButton>
+#include <QRect>
 #include <QShowEvent>
 #include <QTreeView>
 #include <QVBoxLayout>
@@ -152,8 +155,9 @@ void frmFindInFiles::Load()
     const int dpi = logicalDpiX();
     const QSize usual(CharacterWidth(*this, ListWidth),
                       sizeHint().height() + fontMetrics().height() * (ListRows / 2));
-    resize(FromTwips(settings.Number(Keys::FindInFilesWidth, ToTwips(usual.width(), dpi)), dpi),
-           FromTwips(settings.Number(Keys::FindInFilesHeight, ToTwips(usual.height(), dpi)), dpi));
+    const QSize size(FromTwips(settings.Number(Keys::FindInFilesWidth, ToTwips(usual.width(), dpi)), dpi),
+                     FromTwips(settings.Number(Keys::FindInFilesHeight, ToTwips(usual.height(), dpi)), dpi));
+    resize(WithinScreen(*this, size));
     RestorePlace(*this, settings, Keys::FindInFilesX, Keys::FindInFilesY);
 }
 
@@ -243,6 +247,8 @@ void frmFindInFiles::OpenChosen()
     m_context.commands.Guard([this, found = m_model->At(row)] {
         if (!OpenFoundLine(m_context.editor, found))
             return;
+        const TextSpan hit = m_context.text.Selection();
+        MoveOff(*this, m_context.text.RangeOnScreen(hit.start, hit.end));
         m_context.window->activateWindow();
         m_context.view.FocusText();
     });
