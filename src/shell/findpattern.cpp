@@ -4,6 +4,7 @@
 #include "shell/findtext.h"
 
 #include <algorithm>
+#include <chrono>
 #include <QChar>
 #include <QRegularExpressionMatch>
 #include <utility>
@@ -16,11 +17,27 @@ namespace zelvane
 namespace
 {
 
-/// The steps that an attempt at one place may take: some milliseconds. The comment behind it keeps an
-/// expression from setting another limit, which works at the very beginning only.
-QString Limit()
+/// The steps that an attempt at one place may take. The comment behind it keeps an expression from setting
+/// another limit, which works at the very beginning only.
+QString Limit(int steps = 500000)
 {
-    return u"(*LIMIT_MATCH=500000)(?#)"_s;
+    return u"(*LIMIT_MATCH="_s + QString::number(steps) + u")(?#)"_s;
+}
+
+constexpr int FewestSteps = 500;
+constexpr int FewSteps = 4000;
+constexpr int StretchSteps = 32000;
+/// How much more work the next limit allows, about: a later step may look at more of the text than an
+/// earlier one.
+constexpr int MoreWork = 100;
+
+/// An attempt that is reckoned to take longer is not made.
+constexpr auto LongestAttempt = std::chrono::seconds(2);
+
+/// What the search of a stretch may take before it goes on place by place.
+std::chrono::nanoseconds LongestStretch(qsizetype length)
+{
+    return std::chrono::milliseconds(20) + std::chrono::nanoseconds(10) * length;
 }
 
 /// The engine wants whole characters. Half ones are replaced, so that all offsets stay.
@@ -56,6 +73,9 @@ FindPattern::FindPattern(const QString &expression, int options)
                    QRegularExpression::MultilineOption | QRegularExpression::UseUnicodePropertiesOption |
                        (options & FindMatchCase ? QRegularExpression::NoPatternOption
                                                 : QRegularExpression::CaseInsensitiveOption)),
+      m_bounded{QRegularExpression(Limit(FewestSteps) + expression, m_expression.patternOptions()),
+                QRegularExpression(Limit(FewSteps) + expression, m_expression.patternOptions()),
+                QRegularExpression(Limit(StretchSteps) + expression, m_expression.patternOptions())},
       m_wholeWords(options & FindWholeWord)
 {
 }
@@ -70,7 +90,7 @@ QString FindPattern::Error() const
 
 PatternSearch::PatternSearch(const FindPattern &pattern, const QString &text, qsizetype end,
                              qsizetype stretch)
-    : m_expression(pattern.m_expression),
+    : m_expressions{pattern.m_bounded[0], pattern.m_bounded[1], pattern.m_bounded[2], pattern.m_expression},
       m_wholeWords(pattern.m_wholeWords),
       m_text(WithWholeCharacters(text)),
       m_end(end < 0 || end > text.size() ? text.size() : end),
@@ -103,40 +123,91 @@ std::optional<PatternHit> PatternSearch::NextBehind(const TextSpan &hit)
     return next && next->span == TextSpan{hit.end, hit.end} ? Next(BehindCharacter(hit.end)) : next;
 }
 
+PatternHit PatternSearch::HitOf(const QRegularExpressionMatch &match)
+{
+    PatternHit hit;
+    for (int group = 0; group <= match.regularExpression().captureCount(); ++group)
+        hit.groups.push_back({match.capturedStart(group), match.capturedEnd(group)});
+    hit.span = hit.groups.front();
+    return hit;
+}
+
+PatternSearch::Attempt PatternSearch::AttemptAt(qsizetype place, PatternHit &hit) const
+{
+    using Clock = std::chrono::steady_clock;
+    const QString text = QString::fromRawData(m_text.constData(), m_end);
+    for (const QRegularExpression &expression : m_expressions) {
+        const auto begin = Clock::now();
+        const QRegularExpressionMatch match =
+            expression.match(text, place, QRegularExpression::NormalMatch,
+                             QRegularExpression::DontCheckSubjectStringMatchOption |
+                                 QRegularExpression::AnchorAtOffsetMatchOption);
+        if (match.isValid()) {
+            if (match.hasMatch())
+                hit = HitOf(match);
+            return match.hasMatch() ? Attempt::Hit : Attempt::Nothing;
+        }
+        if ((Clock::now() - begin) * MoreWork > LongestAttempt)
+            break;
+    }
+    return Attempt::TooHard;
+}
+
 std::optional<PatternHit> PatternSearch::NextOfAnyWords(qsizetype from)
 {
+    using Clock = std::chrono::steady_clock;
     m_gaveUp = false;
     qsizetype end = StretchEnd(from + m_stretch);
+    // Up to here each place is tried by itself.
+    qsizetype byPlace = from;
     for (;;) {
         if (m_stop && m_stop()) {
             m_gaveUp = true;
             return std::nullopt;
         }
+        if (from < byPlace) {
+            PatternHit hit;
+            const Attempt attempt = AttemptAt(from, hit);
+            if (attempt == Attempt::Hit)
+                return hit;
+            if (attempt == Attempt::TooHard) {
+                m_gaveUp = true;
+                return std::nullopt;
+            }
+            from = BehindCharacter(from);
+            if (from > m_end)
+                return std::nullopt;
+            end = StretchEnd(from + m_stretch);
+            continue;
+        }
         // An attempt that looks beyond the stretch says so, and is made again with more of the text: the hits
         // are those of the whole.
         const bool whole = end == m_end;
-        const QRegularExpressionMatch match = m_expression.match(
+        const auto begin = Clock::now();
+        const QRegularExpressionMatch match = m_expressions[2].match(
             QString::fromRawData(m_text.constData(), end), from,
             whole ? QRegularExpression::NormalMatch : QRegularExpression::PartialPreferFirstMatch,
             QRegularExpression::DontCheckSubjectStringMatchOption);
         if (!match.isValid()) {
-            m_gaveUp = true;
-            return std::nullopt;
+            byPlace = std::min(from + m_stretch, m_end + 1);
+            continue;
         }
-        if (match.hasMatch() && (whole || match.capturedStart() < end)) {
-            PatternHit hit;
-            for (int group = 0; group <= m_expression.captureCount(); ++group)
-                hit.groups.push_back({match.capturedStart(group), match.capturedEnd(group)});
-            hit.span = hit.groups.front();
-            return hit;
-        }
+        if (match.hasMatch() && (whole || match.capturedStart() < end))
+            return HitOf(match);
         if (whole)
             return std::nullopt;
         if (match.hasMatch() || match.hasPartialMatch()) {
+            const bool isSlow = Clock::now() - begin > LongestStretch(end - from);
             // What is told is as far before the attempt as the expression can look behind.
             if (match.hasPartialMatch() && match.capturedStart() > from)
                 from = WholeCharacter(match.capturedStart());
-            end = StretchEnd(end + std::max(m_stretch, end - from));
+            const qsizetype more = StretchEnd(end + std::max(m_stretch, end - from));
+            // With the whole there are no partial matches that end the search of a stretch: all the places
+            // would be gone through at once.
+            if (isSlow || (more == m_end && more - from > 16 * m_stretch))
+                byPlace = std::min(from + m_stretch, m_end + 1);
+            else
+                end = more;
         } else {
             from = end;
             end = StretchEnd(from + m_stretch);

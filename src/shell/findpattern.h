@@ -3,9 +3,11 @@
 
 #include "platform/textbuffer.h"
 
+#include <array>
 #include <functional>
 #include <optional>
 #include <QRegularExpression>
+#include <QRegularExpressionMatch>
 #include <QString>
 #include <QStringView>
 #include <QtGlobal>
@@ -31,6 +33,7 @@ private:
     friend class PatternSearch;
 
     QRegularExpression m_expression;
+    std::array<QRegularExpression, 3> m_bounded; ///< of fewer steps, the fewest first
     bool m_wholeWords;
 };
 
@@ -40,8 +43,10 @@ struct PatternHit {
     std::vector<TextSpan> groups; ///< the hit itself, then the groups from 1; {-1, -1} for one left out
 };
 
-/// The search of one text for an expression. No expression can hold it up: each attempt has a limit, and
-/// between stretches of about a thousand characters it asks whether to go on.
+/// The search of one text for an expression. No expression can hold it up: it asks whether to go on between
+/// stretches of about a thousand characters, and where the expression makes work, between the places where a
+/// hit may start. An attempt at one place has a limit of steps, and is given up where they would take
+/// seconds.
 class PatternSearch
 {
 public:
@@ -65,14 +70,19 @@ public:
     const QString &Text() const { return m_text; }
 
 private:
+    /// What an attempt at one place comes to.
+    enum class Attempt { Hit, Nothing, TooHard };
+
     std::optional<PatternHit> NextOfAnyWords(qsizetype from);
+    Attempt AttemptAt(qsizetype place, PatternHit &hit) const;
+    static PatternHit HitOf(const QRegularExpressionMatch &match);
     /// The end of a stretch: behind the first character of a line where one is near.
     qsizetype StretchEnd(qsizetype least) const;
     /// The offset itself, or the next one where it stands in the middle of a character.
     qsizetype WholeCharacter(qsizetype offset) const;
     qsizetype BehindCharacter(qsizetype offset) const;
 
-    QRegularExpression m_expression;
+    std::array<QRegularExpression, 4> m_expressions; ///< the fewest steps first
     bool m_wholeWords;
     QString m_text;
     qsizetype m_end;

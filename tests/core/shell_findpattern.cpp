@@ -8,6 +8,7 @@
 #include "support/randomtext.h"
 #include "support/testcontext.h"
 
+#include <algorithm>
 #include <chrono>
 #include <gtest/gtest.h>
 #include <iterator>
@@ -114,6 +115,41 @@ TEST(PatternSearch, GivesUpWhereAnExpressionExplodes)
         PatternSearch search(FindPattern(expression, 0), text.repeated(100));
         EXPECT_FALSE(search.Next(0)) << testing::PrintToString(expression);
         EXPECT_TRUE(search.GaveUp()) << testing::PrintToString(expression);
+    }
+}
+
+TEST(PatternSearch, AsksInTimeWhereEachPlaceLooksAtTheWholeText)
+{
+    using Clock = std::chrono::steady_clock;
+    const QString instrument = u"instr 1\n a1 oscil 1, 2\n out a1\nendin\n; text\n"_s;
+    const QString text = instrument.repeated(10'000);
+    for (const QString &expression :
+         {u"(instr)[^@#]*\\1 4"_s, u"(?=instr[^@#]*[@#])"_s, u"instr[^#]*(?=[^@]*@)"_s}) {
+        PatternSearch search(FindPattern(expression, 0), text);
+        Clock::time_point last = Clock::now();
+        const Clock::time_point end = last + std::chrono::seconds(1);
+        Clock::duration longest{};
+        search.SetStop([&] {
+            longest = std::max(longest, Clock::now() - last);
+            last = Clock::now();
+            return last > end;
+        });
+        EXPECT_FALSE(search.Next(0)) << testing::PrintToString(expression);
+        longest = std::max(longest, Clock::now() - last);
+        // Some tenths of a second; a search that asked after each stretch only would take minutes.
+        EXPECT_LT(longest, std::chrono::seconds(10)) << testing::PrintToString(expression);
+    }
+}
+
+TEST(PatternSearch, AHardPlaceDoesNotHideTheHitBehindIt)
+{
+    // More steps than a stretch may take, fewer than a place may.
+    const QString text = u"-\n"_s + QString(15, u'a') + u"b\n"_s + QString(16, u'a') + u"c\n"_s;
+    for (const qsizetype stretch : {4, 1024}) {
+        PatternSearch search(FindPattern(u"(a+)+$|(a|aa)+c"_s, 0), text, -1, stretch);
+        const auto hit = search.Next(0);
+        ASSERT_TRUE(hit) << stretch;
+        EXPECT_EQ(hit->span, (TextSpan{19, 36})) << stretch;
     }
 }
 
