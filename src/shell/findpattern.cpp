@@ -132,6 +132,20 @@ PatternHit PatternSearch::HitOf(const QRegularExpressionMatch &match)
     return hit;
 }
 
+bool PatternSearch::IsWholeQuick(qsizetype from) const
+{
+    using Clock = std::chrono::steady_clock;
+    for (qsizetype length = 16 * m_stretch; length < m_end - from; length *= 2) {
+        const auto begin = Clock::now();
+        const QRegularExpressionMatch match = m_expressions[2].match(
+            QString::fromRawData(m_text.constData(), WholeCharacter(from + length)), from,
+            QRegularExpression::NormalMatch, QRegularExpression::DontCheckSubjectStringMatchOption);
+        if (!match.isValid() || Clock::now() - begin > LongestStretch(length))
+            return false;
+    }
+    return true;
+}
+
 PatternSearch::Attempt PatternSearch::AttemptAt(qsizetype place, PatternHit &hit) const
 {
     using Clock = std::chrono::steady_clock;
@@ -203,8 +217,8 @@ std::optional<PatternHit> PatternSearch::NextOfAnyWords(qsizetype from)
                 from = WholeCharacter(match.capturedStart());
             const qsizetype more = StretchEnd(end + std::max(m_stretch, end - from));
             // With the whole there are no partial matches that end the search of a stretch: all the places
-            // would be gone through at once.
-            if (isSlow || (more == m_end && more - from > 16 * m_stretch))
+            // are gone through at once.
+            if (isSlow || (more == m_end && !IsWholeQuick(from)))
                 byPlace = std::min(from + m_stretch, m_end + 1);
             else
                 end = more;

@@ -74,6 +74,9 @@ private:
     enum class Attempt { Hit, Nothing, TooHard };
 
     std::optional<PatternHit> NextOfAnyWords(qsizetype from);
+    /// Whether a search of the whole text from there on comes back soon, with a hit or without: growing parts
+    /// of it are searched, and their time is taken.
+    bool IsWholeQuick(qsizetype from) const;
     Attempt AttemptAt(qsizetype place, PatternHit &hit) const;
     static PatternHit HitOf(const QRegularExpressionMatch &match);
     /// The end of a stretch: behind the first character of a line where one is near.

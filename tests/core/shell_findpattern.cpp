@@ -141,6 +141,19 @@ TEST(PatternSearch, AsksInTimeWhereEachPlaceLooksAtTheWholeText)
     }
 }
 
+TEST(PatternSearch, IsQuickWhereTheEngineIs)
+{
+    const QString text(3'000'000, u'a');
+    for (const QString &expression : {u"a*[bc]"_s, u"[^@]*@"_s}) {
+        PatternSearch search(FindPattern(expression, 0), text);
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+        search.SetStop([end] { return std::chrono::steady_clock::now() > end; });
+        EXPECT_FALSE(search.Next(0)) << testing::PrintToString(expression);
+        // Milliseconds; place by place it would take hours.
+        EXPECT_FALSE(search.GaveUp()) << testing::PrintToString(expression);
+    }
+}
+
 TEST(PatternSearch, AHardPlaceDoesNotHideTheHitBehindIt)
 {
     // More steps than a stretch may take, fewer than a place may.
