@@ -156,7 +156,7 @@ const std::vector<DialogRow> &Dialogs()
          u"qt_tabwidget_tabbar OrchestraExtensions ScoreExtensions UFFExtensions SoundExtensions "
          "MIDIExtensions bAssociate cmdOK cmdCancel cmdApply"_s},
         {"Preferences, writing", [](Place &place) { return NewPreferences(place, 5); },
-         u"qt_tabwidget_tabbar LiveColours Completion AutoComplete ArgumentHint AutoIndent MoveLines "
+         u"qt_tabwidget_tabbar LiveColours Completion ArgumentHint AutoIndent MoveLines "
          "LineNumbers CurrentLine BracketMatch SameWord Folding Bookmarks FindInFiles RegularExpressions "
          "bAllAids cmdOK cmdCancel cmdApply"_s},
         {"Preset chooser", [](Place &place) { return std::make_unique<frmQuickPreset>(place.Run()); },
