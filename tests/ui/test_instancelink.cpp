@@ -45,16 +45,19 @@ class TestInstanceLink : public QObject
                 socket = file;
         return socket;
     }
-    /// The editors that run have been active some seconds before the next one: the clock of files may stand
-    /// still for longer than a test takes.
-    void WasLongAgo() const
+    /// The clock of files may stand still for longer than a test takes, or be set: the times of the marks
+    /// turned round say that whoever is most recent is the oldest.
+    void TurnFileTimesRound() const
     {
+        constexpr qint64 turn = 4'000'000'000'000; // twice a moment of these years, in ms
         for (const QFileInfo &info : Files()) {
             if (!info.fileName().endsWith(u".recent"_s))
                 continue;
             QFile mark(info.filePath());
             QVERIFY(mark.open(QIODevice::ReadWrite));
-            QVERIFY(mark.setFileTime(info.lastModified().addSecs(-10), QFileDevice::FileModificationTime));
+            const qint64 turned = turn - info.lastModified().toMSecsSinceEpoch();
+            QVERIFY(
+                mark.setFileTime(QDateTime::fromMSecsSinceEpoch(turned), QFileDevice::FileModificationTime));
         }
     }
 
@@ -230,18 +233,17 @@ private Q_SLOTS:
             QVERIFY(second.Notify(Call::HandOver, {}));
         };
         QVERIFY(one.Listen());
-        WasLongAgo();
         // Of two in one process the names differ by the time.
         const qint64 first = QDateTime::currentMSecsSinceEpoch();
         QTRY_VERIFY(QDateTime::currentMSecsSinceEpoch() > first);
         QVERIFY(two.Listen());
+        TurnFileTimesRound();
         wake();
         QTRY_COMPARE(woken, u"2"_s);
-        WasLongAgo();
         one.MarkRecent();
+        TurnFileTimesRound();
         wake();
         QTRY_COMPARE(woken, u"21"_s);
-        WasLongAgo();
         two.MarkRecent();
         wake();
         QTRY_COMPARE(woken, u"212"_s);
@@ -254,14 +256,13 @@ private Q_SLOTS:
         alive.SetHandler([&](Call) { ++woken; });
         QVERIFY(alive.Listen());
         const QString folder = OnlySocket().absolutePath();
-        WasLongAgo();
         // A socket that nobody listens at any more, more recent than the living one.
         QProcess killed;
         killed.start(
             u"python3"_s,
             {u"-c"_s,
              u"import socket, sys, time\ns = socket.socket(socket.AF_UNIX)\ns.bind(sys.argv[1])\ns.listen()\n"
-             u"open(sys.argv[1] + '.recent', 'w').write('.')\nprint('up', flush=True)\ntime.sleep(60)\n"_s,
+             u"open(sys.argv[1] + '.recent', 'w').write('9' * 20)\nprint('up', flush=True)\ntime.sleep(60)\n"_s,
              folder + u"/99999-killed"_s});
         QVERIFY(killed.waitForReadyRead());
         killed.kill();

@@ -7,6 +7,7 @@
 #include "platform/ui/raisewindow.h"
 
 #include <algorithm>
+#include <chrono>
 #include <functional>
 #include <QCoreApplication>
 #include <QDateTime>
@@ -34,12 +35,29 @@ constexpr int IdleMs = 5000;
 constexpr qsizetype MostCallers = 32;
 constexpr qint64 LongestMessage = 4096;
 const QString MarkSuffix = u".recent"_s;
+/// How many digits a mark holds: one size for all, so that marks are overwritten whole and compare as text.
+constexpr int MarkDigits = 20;
 const QString LockSuffix = u".lock"_s;
 const QString StartFile = u"/start"_s;
 
 /// The first word of the message; the activation token is the rest of its line.
 constexpr char HandOverWord[] = "open";
 constexpr char RaiseWord[] = "raise";
+
+/// This moment, as a mark holds it: by the clock that all processes share and nobody sets. The times of files
+/// are too coarse on some systems, where two windows may be active within one tick.
+QByteArray MarkOfNow()
+{
+    const std::chrono::nanoseconds sinceStart = std::chrono::steady_clock::now().time_since_epoch();
+    return QByteArray::number(qint64(sinceStart.count())).rightJustified(MarkDigits, '0');
+}
+
+/// What stands in the mark beside a socket; empty, the oldest of all, where there is none.
+QByteArray MarkOf(const QString &socket)
+{
+    QFile mark(socket + MarkSuffix);
+    return mark.open(QIODevice::ReadOnly) ? mark.read(MarkDigits) : QByteArray();
+}
 
 /// How the name of a process's socket begins.
 QString SocketStem(qint64 process)
@@ -77,13 +95,12 @@ QStringList InstanceLink::RunningEditors(qint64 preferred) const
     const QDir folder(m_folder);
     const auto sockets =
         folder.entryInfoList(QDir::System | QDir::Files | QDir::Hidden | QDir::NoDotAndDotDot);
-    std::vector<std::pair<QDateTime, QString>> found;
+    std::vector<std::pair<QByteArray, QString>> found;
     for (const QFileInfo &info : sockets) {
         if (info.fileName().endsWith(MarkSuffix) || info.fileName().endsWith(LockSuffix) ||
             info.filePath() == m_ownSocket)
             continue;
-        const QFileInfo mark(info.filePath() + MarkSuffix);
-        found.emplace_back((mark.exists() ? mark : info).lastModified(), info.filePath());
+        found.emplace_back(MarkOf(info.filePath()), info.filePath());
     }
     std::sort(found.begin(), found.end(), std::greater<>());
     const QString stem = SocketStem(preferred);
@@ -189,8 +206,8 @@ void InstanceLink::MarkRecent()
     if (!m_server)
         return;
     QFile mark(m_ownSocket + MarkSuffix);
-    if (mark.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
-        mark.write("."); // a byte, so that the time of the file is now
+    if (mark.open(QIODevice::ReadWrite | QIODevice::Unbuffered)) // never empty for whoever reads it now
+        mark.write(MarkOfNow());
 }
 
 void InstanceLink::SetHandler(std::function<void(Call)> handler)
