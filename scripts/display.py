@@ -335,13 +335,19 @@ class Stage:
 
         def look():
             runs()
-            with open(f"/proc/{pid}/stat", encoding="ascii") as file:
-                fields = file.read().rsplit(")", 1)[1].split()
-            seen.append((fields[0], fields[11], fields[12]))
-            # Asleep, and not only waiting for a processor that others have.
-            return len(seen) > 8 and len(set(seen[-8:])) == 1 and fields[0] == "S"
+            state, *used = self._work_of(pid)
+            # Asleep, and not only waiting for a processor that others have, or for a display that waits for one.
+            asleep = state == "S" and all(self._work_of(servant.pid)[0] in "SZ" for servant in self.servants)
+            seen.append((asleep, *used))
+            return len(seen) > 8 and len(set(seen[-8:])) == 1 and asleep
 
         self.until(look, f"rest in process {pid}")
+
+    def _work_of(self, pid):
+        """The state of a process, and what it has used of a processor."""
+        with open(f"/proc/{pid}/stat", encoding="ascii") as file:
+            fields = file.read().rsplit(")", 1)[1].split()
+        return fields[0], fields[11], fields[12]
 
     # The display
 
