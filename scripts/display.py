@@ -225,6 +225,7 @@ class Stage:
             "QT_ACCESSIBILITY": "0",
             "SDL_AUDIODRIVER": "dummy",
             "DBUS_SESSION_BUS_ADDRESS": "disabled:",
+            "MAGICK_THREAD_LIMIT": "1",  # its threads wait for each other without sleep where others have the processors
         }
         for name in ("ASAN_OPTIONS", "LD_LIBRARY_PATH"):
             if name in os.environ:
@@ -378,14 +379,17 @@ class Stage:
         return path
 
     def _import(self, window, path):
-        """False while the window is not on the screen."""
-        result = subprocess.run(
-            ["import", "-window", str(window), str(path)],
-            env=self.environment,
-            check=False,
-            timeout=PATIENCE,
-            stderr=subprocess.DEVNULL,
-        )
+        """False while the window is not on the screen, or where the picture has not come in time: the next try may."""
+        try:
+            result = subprocess.run(
+                ["import", "-window", str(window), str(path)],
+                env=self.environment,
+                check=False,
+                timeout=PATIENCE / 4,
+                stderr=subprocess.DEVNULL,
+            )
+        except subprocess.TimeoutExpired:
+            return False
         return result.returncode == 0 and path.exists() and path.stat().st_size > 0
 
     # The program
