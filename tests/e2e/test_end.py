@@ -31,6 +31,7 @@ def signal_asks_about_a_changed_text(stage):
     editor, window = settled(stage, piece)
     window.type(";mine")
     stage.until(lambda: "*" in window.title(), "the mark of a changed text")
+    editor.at_rest()  # the mark comes with the first letter
     os.kill(editor.pid, signal.SIGTERM)
     box = editor.window(lambda title: title == "Zelvane")
     box.screenshot("asked-by-a-signal")
