@@ -68,7 +68,7 @@ def all_on_and_off(stage):
     editor.at_rest()
 
     dialog = preferences(stage, editor, window)
-    for mnemonic in "ywthidlcbefksr":
+    for mnemonic in "ytwhidlcbefksr":  # the list of words before the completion, without which it cannot be changed
         dialog.keys(f"alt+{mnemonic}")
     editor.at_rest()
     dialog.keys("Return")
