@@ -4,7 +4,7 @@
 import os
 import signal
 
-from support.stage import Window, check, copy_example, equal, main
+from support.stage import PATIENCE, Window, check, copy_example, equal, main
 
 STORE = """[Options]
 Used=2
@@ -58,6 +58,7 @@ def minimized_window_comes_out_before_it_asks(stage):
     second = copy_example(stage, "oscil.csd")
     editor, window = open_editor(stage, first)
     window.type("x")
+    stage.until(lambda: "*" in window.title(), "the mark of a changed text")
     stage.output("xdotool", "windowminimize", window.number)
     stage.until(lambda: "HIDDEN" in window.state(), "the minimized window")
     equal(stage.start(second).ended(), 0, "exit code of the second process")
@@ -155,7 +156,7 @@ def many_starts_at_once_end_with_one_editor(stage):
     piece = copy_example(stage, "pluck.csd")
     count = int(os.environ.get("ZELVANE_STARTS", "16"))
     starts = [stage.start(piece) for _ in range(count)]
-    stage.until(lambda: sum(start.runs() for start in starts) == 1, "one editor", 120)
+    stage.until(lambda: sum(start.runs() for start in starts) == 1, "one editor", 2 * PATIENCE)
     editor = next(start for start in starts if start.runs())
     window = editor.window(lambda title: str(piece) in title)
     for start in starts:
@@ -198,6 +199,7 @@ def changed_text_is_not_lost(stage):
     editor, window = open_editor(stage, first)
     shows(stage, window, first)
     window.type("; mine ")
+    stage.until(lambda: "*" in window.title(), "the mark of a changed text")
     equal(stage.start(second).ended(), 0, "exit code")
     box = editor.dialog(window)
     box.screenshot("handed-over-unsaved")
