@@ -42,7 +42,7 @@ def same_picture(stage, window, name, before):
         seen.append(differing_pixels(before, window.screenshot(name)))
         return seen[-1] <= 60
 
-    stage.until(look, lambda: f"the picture {name} as it was; {seen[-1]:g} pixels differ", 10)
+    stage.until(look, lambda: f"the picture {name} as it was; {seen[-1]:g} pixels differ")
 
 
 def geometry_bands_and_recent_files_come_back(stage):
@@ -65,6 +65,7 @@ def geometry_bands_and_recent_files_come_back(stage):
     window.keys("c")  # the outline away
     geometry = window.geometry()
     check(geometry != whole, "the window has not moved")
+    editor.at_rest()
     left = window.screenshot("layout-left")
     editor.close(window)
 
@@ -82,7 +83,7 @@ def geometry_bands_and_recent_files_come_back(stage):
 
     editor = stage.start()  # no file: the last document
     window = editor.window(lambda title: str(second) in title)
-    stage.until(lambda: window.geometry() == geometry, lambda: f"the place {geometry}; it is {window.geometry()}", 10)
+    stage.until(lambda: window.geometry() == geometry, lambda: f"the place {geometry}; it is {window.geometry()}")
     window.activate()
     same_picture(stage, window, "layout-restored", left)
     editor.close(window)
@@ -103,7 +104,7 @@ def maximized_window_keeps_its_normal_place(stage):
 
     editor = stage.start(piece)
     window = editor.window(lambda title: str(piece) in title)
-    stage.until(lambda: window.geometry() == normal, lambda: f"the place {normal}; it is {window.geometry()}", 10)
+    stage.until(lambda: window.geometry() == normal, lambda: f"the place {normal}; it is {window.geometry()}")
     window.keys("super+m")  # see the window manager's keys in the stage
     stage.until(lambda: "MAXIMIZED_VERT" in window.state(), "the maximized window")
     maximized = window.geometry()
@@ -117,7 +118,7 @@ def maximized_window_keeps_its_normal_place(stage):
         lambda: f"the maximized window; it is {window.geometry()}, {window.state()}",
     )
     window.keys("super+m")
-    stage.until(lambda: window.geometry() == normal, lambda: f"the place {normal}; it is {window.geometry()}", 10)
+    stage.until(lambda: window.geometry() == normal, lambda: f"the place {normal}; it is {window.geometry()}")
     editor.close(window)
     equal(stage.setting("Window"), "0", "the stored state")
 
