@@ -36,7 +36,7 @@ def run_dialog_renders(stage):
     process.at_rest()
     dialog.type("-d -W -o $BASENAME$.wav")
     process.at_rest()
-    dialog.screenshot("run-csound")
+    dialog.screenshot("run-csound-by-itself")
     dialog.keys("Return")
     check_rendered(stage, process, piece.with_suffix(".wav"))
 
