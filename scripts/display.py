@@ -25,7 +25,8 @@ from pathlib import Path
 
 TITLE = "Zelvane"
 DISPLAY_SIZE = "1280x900x24"
-PATIENCE = 30.0
+# Seconds, for what takes one or two where nothing else runs: nothing but a failure waits so long.
+PATIENCE = 120.0
 SERVANT_PATIENCE = 5.0
 
 

@@ -8,7 +8,7 @@ import subprocess
 import wave
 
 from support.consoles import console_of, consoles, log_of, processes, write_program
-from support.stage import Window, check, copy_example, equal, main, rendered, settled
+from support.stage import PATIENCE, Window, check, copy_example, equal, main, rendered, settled
 
 STORE = """[Options]
 Used=2
@@ -147,7 +147,7 @@ def console_outlives_who_waits_for_it(stage):
     equal(os.read(reading, 1), b"s", "the word of the start")
     os.close(reading)
     go.touch()
-    equal(console.wait(60), 0, "the console's exit code")
+    equal(console.wait(PATIENCE), 0, "the console's exit code")
     check("after\n\nEnded well" in log_of(stage, "Waited"), "the log has the program's end")
 
 
@@ -315,7 +315,7 @@ def full_disk_ends_the_log_alone(stage):
     log = log_of(stage, "Full")
     check("fills the disk" in log and "\nlast\n" not in log and len(log) <= 50_000, f"{len(log)} characters of the log")
     window.keys("Escape")  # closes what has ended
-    equal(console.wait(60), 0, "the console's exit code")
+    equal(console.wait(PATIENCE), 0, "the console's exit code")
 
 
 def guarded_hand_over(stage):

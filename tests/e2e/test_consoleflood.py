@@ -4,7 +4,7 @@
 from pathlib import Path
 
 from support.consoles import console_of, consoles, write_program
-from support.stage import check, main, settled
+from support.stage import PATIENCE, check, main, settled
 
 FLOOD = """#!/bin/sh
 cat '{lines}'
@@ -35,7 +35,7 @@ def hundred_megabytes(stage):
             file.seek(max(0, log.stat().st_size - 200))
             return file.read().decode(errors="replace")
 
-    stage.until(lambda: "Ended with exit code 3." in end(), "the end of the run", 200)
+    stage.until(lambda: "Ended with exit code 3." in end(), "the end of the run", 5 * PATIENCE)
     check("got while it comes" in end(), end())
     console.screenshot("console-flood")
     status = Path(f"/proc/{pid}/status").read_text()

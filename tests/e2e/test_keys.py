@@ -22,7 +22,7 @@ def the_text_gets_the_keyboard_back(stage):
     def typed(word):
         stage.output("xdotool", "type", "--clearmodifiers", "--", word + " ")
         stage.output("xdotool", "key", "--clearmodifiers", "ctrl+s")
-        stage.until(lambda: word in piece.read_text(), lambda: f"{word!r} in the file: {piece.read_text()!r}", 10)
+        stage.until(lambda: word in piece.read_text(), lambda: f"{word!r} in the file: {piece.read_text()!r}")
 
     def keys(*names):
         for name in names:

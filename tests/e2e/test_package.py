@@ -33,7 +33,7 @@ Args=-d -W -o $WAVE$ $DOCUMENT$
 def run(*command, **options):
     """Runs a tool to its good end and gives what it has printed."""
     result = subprocess.run(
-        list(map(str, command)), capture_output=True, text=True, timeout=120, check=False, stdin=subprocess.DEVNULL, **options
+        list(map(str, command)), capture_output=True, text=True, timeout=1200, check=False, stdin=subprocess.DEVNULL, **options
     )
     check(result.returncode == 0, f"{command[0]} has ended with {result.returncode}: {result.stdout}{result.stderr}")
     return result.stdout + result.stderr

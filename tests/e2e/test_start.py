@@ -7,7 +7,7 @@ import signal
 import subprocess
 
 from support.pictures import lightness
-from support.stage import check, copy_example, equal, main, settled
+from support.stage import PATIENCE, check, copy_example, equal, main, settled
 
 STORE = """[Options]
 Used=2
@@ -203,7 +203,7 @@ def help_and_version_need_no_display(stage):
         ("--colour", 2, "zelvane: unknown option --colour"),
     ):
         told = subprocess.run(
-            [stage.program, option], env=stage.environment, capture_output=True, text=True, timeout=30, check=False
+            [stage.program, option], env=stage.environment, capture_output=True, text=True, timeout=PATIENCE, check=False
         )
         equal(told.returncode, code, f"exit code of {option}")
         spoken, silent = (told.stderr, told.stdout) if code else (told.stdout, told.stderr)

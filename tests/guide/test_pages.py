@@ -195,7 +195,7 @@ def every_block_is_an_example(all_pages):
 
 
 def csound(folder, what, *arguments):
-    run = subprocess.run(["csound", "-d", *map(str, arguments)], cwd=folder, capture_output=True, text=True, timeout=60, check=False)
+    run = subprocess.run(["csound", "-d", *map(str, arguments)], cwd=folder, capture_output=True, text=True, timeout=600, check=False)
     said = run.stdout + run.stderr
     check(run.returncode == 0 and "0 errors in performance" in said, f"Csound on {what}: {said[-1500:]}")
 

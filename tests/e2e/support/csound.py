@@ -3,7 +3,7 @@
 
 import subprocess
 
-from support.stage import check, rendered
+from support.stage import PATIENCE, check, rendered
 
 
 def sound_of(stage, *files, what="the piece"):
@@ -16,7 +16,7 @@ def sound_of(stage, *files, what="the piece"):
         env=stage.environment,
         capture_output=True,
         text=True,
-        timeout=60,
+        timeout=PATIENCE,
         check=False,
     )
     check(run.returncode == 0 and rendered(sound), f"Csound renders {what}: {run.stderr[-2000:]}")
