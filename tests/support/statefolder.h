@@ -53,11 +53,12 @@ public:
             << whole.toStdString();
         return whole.sliced(end + 2);
     }
-    /// Writes a copy in a process that is killed then; each a second after the one before, since the clock
-    /// of files may stand still for longer than a write takes.
+    /// Writes a copy in a process that is killed then; each a minute after the one before, since the clock
+    /// of files may stand still for longer than a write takes, and some file systems keep whole seconds.
     static void Leave(const CopyInfo &info, const QByteArray &bytes,
                       UnsavedCopy::Kind kind = UnsavedCopy::Kind::Unsaved)
     {
+        constexpr qint64 minute = 60;
         const QStringList before = Copies();
         const pid_t child = StartChild([&] {
             UnsavedCopy copy(kind);
@@ -70,7 +71,7 @@ public:
                 continue;
             QFile copy(path);
             EXPECT_TRUE(copy.open(QIODevice::ReadWrite));
-            EXPECT_TRUE(copy.setFileTime(QDateTime::currentDateTime().addSecs(before.size()),
+            EXPECT_TRUE(copy.setFileTime(QDateTime::currentDateTime().addSecs(before.size() * minute),
                                          QFileDevice::FileModificationTime));
         }
     }
