@@ -6,10 +6,10 @@
 #include "shell/documentkeys.h"
 #include "support/childprocess.h"
 #include "support/printers.h"
+#include "support/processortime.h"
 #include "support/randomtext.h"
 #include "support/testcontext.h"
 
-#include <chrono>
 #include <gtest/gtest.h>
 #include <QDir>
 #include <QFile>
@@ -121,15 +121,8 @@ TEST(FileReferences, AreThoseOfThePlainWalk)
 
 TEST(FileReferences, TakeTimeInProportion)
 {
-    using Clock = std::chrono::steady_clock;
     const auto time = [](const QString &text) {
-        double best = 1e9;
-        for (int i = 0; i < 3; ++i) {
-            const auto start = Clock::now();
-            References(text);
-            best = std::min(best, std::chrono::duration<double>(Clock::now() - start).count());
-        }
-        return best;
+        return LeastProcessorTime(3, [&text] { References(text); });
     };
     for (const QString &piece : {u"#include \"a\"\n"_s, u"\"x\""_s, u"#"_s, u"#includ"_s}) {
         const double one = time(piece.repeated(20'000));
