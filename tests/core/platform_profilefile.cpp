@@ -850,9 +850,13 @@ TEST_F(Profile, ABareReturnAtTheEndStaysInItsValue)
     }
 }
 
-TEST_F(Profile, AHeldLockCostsAllWritesTogetherLessThanASecond)
+TEST_F(Profile, AHeldLockIsWaitedForOnceByAllWritesTogether)
 {
+    // A user notices less than a second only; here it is longer, so that a slow machine makes no difference.
+    EXPECT_LE(ProfileFile::Patience, std::chrono::milliseconds(400));
+    constexpr std::chrono::milliseconds patience(3000);
     ProfileFile file(path);
+    file.SetPatience(patience);
     file.SetValue(u"Options", u"a", u"1");
     const pid_t holder = StartChild([&] {
         const FileLock lock(path);
@@ -871,8 +875,8 @@ TEST_F(Profile, AHeldLockCostsAllWritesTogetherLessThanASecond)
             EXPECT_EQ(error.Description(), u"Another process keeps the file locked"_s);
         }
     }
-    EXPECT_GE(timer.elapsed(), ProfileFile::Patience.count());
-    EXPECT_LT(timer.elapsed(), 1000);
+    EXPECT_GE(timer.elapsed(), patience.count());
+    EXPECT_LT(timer.elapsed(), 3 * patience.count()) << "of five writes";
     kill(holder, SIGKILL);
     int status = 0;
     ASSERT_EQ(waitpid(holder, &status, 0), holder);
@@ -895,7 +899,7 @@ TEST_F(Profile, AStoppedWriterDoesNotStopTheOthersForGood)
         EXPECT_EQ(error.Description(), u"Another process keeps the file locked"_s);
     }
     EXPECT_GE(timer.elapsed(), 100);
-    EXPECT_LT(timer.elapsed(), 5000);
+    EXPECT_LT(timer.elapsed(), 60'000);
     EXPECT_EQ(ProfileFile(path).Value(u"Options", u"a"), u"1"_s) << "readers need no lock";
     close(held);
     ProfileFile(path).SetValue(u"Options", u"a", u"2");
