@@ -352,7 +352,7 @@ TEST_F(TextFile, RefusesWhatIsNoFileAndNeverWaits)
     EXPECT_EQ(ErrorOf([&] { ReadFileBytes(Path(u"socket"_s)); }).Description(),
               u"It is a socket, not a file"_s);
     close(made);
-    EXPECT_LT(timer.elapsed(), 2000);
+    EXPECT_LT(timer.elapsed(), 60'000); // a wait has no end
 }
 
 TEST_F(TextFile, ReadingTellsTheSystemsReason)
@@ -468,7 +468,8 @@ TEST_F(TextFile, NobodyElseReadsATextOfItsOwnersAtAnyMoment)
     int seen = 0;
     QElapsedTimer timer;
     timer.start();
-    while (seen < 2000 && timer.elapsed() < 10000) {
+    constexpr int enough = 100;
+    while (seen < 2000 && timer.elapsed() < (seen > enough ? 10'000 : 120'000)) {
         for (int number = 3; number < 10; ++number) {
             struct stat info = {};
             const QByteArray path = open + QByteArray::number(number);
@@ -483,7 +484,7 @@ TEST_F(TextFile, NobodyElseReadsATextOfItsOwnersAtAnyMoment)
     }
     kill(child, SIGKILL);
     EXPECT_FALSE(ChildSucceeded(child));
-    EXPECT_GT(seen, 100);
+    EXPECT_GT(seen, enough);
 }
 
 TEST_F(TextFile, TheRightsThatAFolderGivesToNewFilesAreNotAnOldFiles)
@@ -749,7 +750,8 @@ TEST_F(TextFile, ASaveInPlaceKeepsTheOldTextUntilTheNewOneIsComplete)
     const QString file = Put(u"file"_s, old);
     ASSERT_EQ(link(Native(file), Native(Path(u"other"_s))), 0);
     int caught = 0;
-    for (int round = 0; round < 10; ++round) {
+    // Where others have the processors a write may be over before its killer has its turn.
+    for (int round = 0; round < 10 || (caught == 0 && round < 100); ++round) {
         const pid_t child = StartChild([&] {
             for (int i = 0;; ++i)
                 WriteFileBytes(file, i % 2 ? old : made);
