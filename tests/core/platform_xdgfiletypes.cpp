@@ -408,7 +408,8 @@ TEST_F(Registering, AToolThatIsNotNeededMayHang)
     XdgFileTypes stopped({data, config}, &progress, 3'600'000);
     EXPECT_THROW(stopped.Register(example), RunTimeError);
     EXPECT_FALSE(QFileInfo::exists(data + u"/applications/mimeapps.list"_s));
-    XdgFileTypes patient({data, config}, nullptr, 2000);
+    // Patience enough for the tools that work, on a slow machine too.
+    XdgFileTypes patient({data, config}, nullptr, 6000);
     patient.Register(example);
     ExpectWhole();
 }
