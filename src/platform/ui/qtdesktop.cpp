@@ -47,7 +47,6 @@ namespace
 /// Results of ShellRun, after the numbers that shells give.
 enum ShellResult { FileNotFound = 2, PathNotFound = 3, AccessDenied = 5, NoAssociation = 31, Started = 42 };
 
-constexpr int HandlerPatienceMs = 1500;
 constexpr int LookEveryMs = 100;
 constexpr int InputCharacters = 40; ///< room in an input box: file names and titles are typed there
 
@@ -253,7 +252,8 @@ ConsoleRun ConsoleRunOf(const QString &program, const QString &parameters, const
 }
 
 /// Hands an address or a document to the desktop's default handler.
-ShellOutcome OpenByHandler(const QUrl &url, const QString &shown)
+/// @param patience milliseconds that the opener is waited for
+ShellOutcome OpenByHandler(const QUrl &url, const QString &shown, int patience)
 {
     const ShellOutcome noHandler{NoAssociation, u"There is no program associated with '"_s + shown + u"'."_s};
 #if defined(Q_OS_UNIX) && !defined(Q_OS_DARWIN)
@@ -276,7 +276,7 @@ ShellOutcome OpenByHandler(const QUrl &url, const QString &shown)
             delete process;
             return noHandler;
         }
-        if (process->waitForFinished(HandlerPatienceMs))
+        if (process->waitForFinished(patience))
             return process->exitStatus() == QProcess::NormalExit && process->exitCode() == 0 ? ShellOutcome{}
                                                                                              : noHandler;
         return {};
@@ -303,7 +303,7 @@ QFileInfo Locate(const QString &file, const QString &folder)
 
 using ConsoleChoice = std::function<QString(const QString &program)>;
 
-ShellOutcome RunInShell(const ShellRequest &request, const ConsoleChoice &consoleFor)
+ShellOutcome RunInShell(const ShellRequest &request, const ConsoleChoice &consoleFor, int handlerPatience)
 {
     const QString file = UnquoteFile(request.file.trimmed());
     const QString folder = FolderName(request.folder);
@@ -344,10 +344,10 @@ ShellOutcome RunInShell(const ShellRequest &request, const ConsoleChoice &consol
             return FileManager::OpenWith(path) ? ShellOutcome{} : ShellOutcome{NoAssociation};
         if (isFolder && request.verb == u"explore"_s && FileManager::ShowFolder(path))
             return {};
-        return OpenByHandler(QUrl::fromLocalFile(path), path);
+        return OpenByHandler(QUrl::fromLocalFile(path), path, handlerPatience);
     }
     if (IsAddress(file))
-        return OpenByHandler(QUrl(file, QUrl::TolerantMode), file);
+        return OpenByHandler(QUrl(file, QUrl::TolerantMode), file, handlerPatience);
     return CannotFind(file);
 }
 
@@ -512,8 +512,9 @@ void QtDesktop::SetClipboardText(const QString &text)
 
 int QtDesktop::ShellRun(const ShellRequest &request)
 {
-    const ShellOutcome outcome =
-        RunInShell(request, [&](const QString &program) { return ConsoleFor(program, request.console); });
+    const ShellOutcome outcome = RunInShell(
+        request, [&](const QString &program) { return ConsoleFor(program, request.console); },
+        m_handlerPatience);
     if (outcome.result <= ShellFailure && request.verb.isEmpty())
         MessageBox({.text = outcome.message, .icon = BoxIcon::Critical, .title = request.file});
     return outcome.result;

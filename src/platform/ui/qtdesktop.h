@@ -31,6 +31,10 @@ public:
     /// Without it no program gets a console.
     void SetConsole(ConsoleUse console) { m_console = std::move(console); }
 
+    /// How long the desktop's opener of documents is waited for, in milliseconds: one that still runs then
+    /// has found a handler.
+    void SetHandlerPatience(int patience) { m_handlerPatience = patience; }
+
     BoxAnswer MessageBox(const MessageBoxRequest &request) override;
     std::optional<QString> InputBox(const QString &title, const QString &prompt,
                                     const QString &initial) override;
@@ -66,6 +70,7 @@ private:
 
     WaitHooks m_waitHooks;
     ConsoleUse m_console;
+    int m_handlerPatience = 1500;
 };
 
 /// The rows of a file dialog in the toolkit's notation, "All Files" appended unless a row has that label.
