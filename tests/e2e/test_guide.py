@@ -2,6 +2,7 @@
 """What the guide tells to type, typed: its command lines and its presets."""
 
 import os
+import re
 import shlex
 import sys
 from pathlib import Path
@@ -61,6 +62,43 @@ def presets():
     place = next(i for i, block in enumerate(blocks) if block.kind == "comment" and block.text == "presets")
     rows = blocks[place + 1].items[1:]
     return [[cell.strip("`") for cell in row] for row in rows]
+
+
+def keys_without_a_row():
+    """What the page of keys says of keys that stand in no menu: the words of a row by each of its keys."""
+    blocks = next(page for page in guidepages.pages() if page.name == "keys").blocks
+    place = next(i for i, block in enumerate(blocks) if block.kind == "comment" and block.text == "keys")
+    return {key: words for keys, words in blocks[place + 1].items[1:] for key in re.findall(r"`([^`]+)`", keys)}
+
+
+def keys_change_numbers_as_told(stage):
+    told = keys_without_a_row()
+    by_one, by_ten = "the number at the caret grows, or falls, by 1", "by 10"
+    changes = (  # from 440; what is any number comes first, while the file still holds that
+        ("Alt+NumPad *", "alt+KP_Multiply", "a random part of the number at the caret", None),
+        ("Alt+Up", "alt+Up", by_one, "441"),
+        ("Alt+Down", "alt+Down", by_one, "439"),
+        ("Alt+Right", "alt+Right", "by a tenth", "440.1"),
+        ("Alt+Left", "alt+Left", "by a tenth", "439.9"),
+        ("Alt+PgUp", "alt+Prior", by_ten, "450"),
+        ("Alt+PgDown", "alt+Next", by_ten, "430"),
+    )
+    keys = {key for key in told if key.startswith("Alt+") and not key[-1].isdigit()}
+    equal(keys, {key for key, *_ in changes}, "the keys of numbers")
+    stage.write_store(STORE.format(editor="", names=""))
+    piece = stage.home / "number.sco"
+    piece.write_text("440")
+    editor, window = settled(stage, piece)
+    for key, pressed, words, number in changes:
+        equal(told[key], words, f"what {key} does")
+        window.keys("ctrl+a", "4", "4", "0", "Home", pressed, "ctrl+s")
+
+        def changed():
+            text = piece.read_text()
+            return text == number if number else text != "440" and 0 <= float(text) < 440
+
+        stage.until(changed, lambda: f"{key}: {piece.read_text()!r}")
+    editor.close(window)
 
 
 def command_lines_start_the_program(stage):
@@ -195,4 +233,4 @@ def terminals(stage):
     return stage.output("xdotool", "search", "--onlyvisible", "--class", "^XTerm$").split()
 
 
-main(the_first_sound_comes_as_told, command_lines_start_the_program, presets_run)
+main(the_first_sound_comes_as_told, keys_change_numbers_as_told, command_lines_start_the_program, presets_run)

@@ -65,6 +65,8 @@ class Program:
         self.named_keys = {name for text in texts for name in re.findall(r"Qt::Key_(\w+)", text)}
         self.mnemonics = {letter.upper() for one in self.literals for letter in re.findall(r"&(\w)", one)}
         self.rows = {}  # the captions along the way -> the key that is shown
+        self.bar_keys = {}  # of the rows below the menu bar that have keys: the way -> all of its keys
+        self.buttons = {}  # captions of toolbar buttons with a key of their own
         self._menus()
 
     def _menus(self):
@@ -76,7 +78,13 @@ class Program:
             if what.startswith("Menu::"):
                 way[what.removeprefix("Menu::")] = here if caption else ()
             self.rows[here] = key.split("; ")[0] or None
+            if key and len(here) > 1:
+                self.bar_keys[here] = key.split("; ")
         self.rows[("Presets", "Ready-made presets")] = None  # comes and goes
+
+        bar = (ROOT / "src" / "window" / "ui" / "toolbartable.cpp").read_text(encoding="utf-8")
+        button = re.compile(r'\.description = u"(\w+)",(?:(?!\.key)[^}])*?\.shortcut = u"([^"]+)"')
+        self.buttons = dict(button.findall(bar))
 
     def has_key(self, key):
         last = key.rsplit("+", 1)[-1] if not key.endswith("+") else "+"
@@ -188,6 +196,25 @@ def captions_and_keys_are_the_programs(all_pages):
     check(told > 150, f"only {told} captions are told")
 
 
+def the_page_of_keys_is_right(all_pages):
+    """Each key of a row of the menus stands there, with its row; for the others see tests/e2e/test_guide.py."""
+    program = Program()
+    check(len(program.bar_keys) > 50, f"rows with keys: {len(program.bar_keys)}")
+    page = next(page for page in all_pages if page.name == "keys")
+    tables = [block for block in page.blocks if block.kind == "table" and block.items[0][1] == "Command"]
+    told = {}
+    for keys, command in (row for table in tables for row in table.items[1:]):
+        caption = re.match(r"\*\*(.+?)\*\*", command)
+        way = tuple(plain(part) for part in caption[1].split(" > ")) if caption else command
+        check(way not in told, f"keys.md: {command} stands there twice")
+        told[way] = re.findall(r"`([^`]+)`", keys)
+    for way in sorted(told.keys() | program.bar_keys.keys()):
+        check(told.get(way) == program.bar_keys.get(way), f"keys.md: {way} has {program.bar_keys.get(way)}, not {told.get(way)}")
+    check(program.buttons == {"Back": "Ctrl+PgUp", "Next": "Ctrl+PgDown"}, f"keys of buttons: {program.buttons}")
+    check(any(row == ["`Ctrl+PgUp` `Ctrl+PgDown`", "back, next: through the files that you have opened"]
+              for block in page.blocks if block.kind == "table" for row in block.items), "keys.md: back and next")
+
+
 def every_block_is_an_example(all_pages):
     for page in all_pages:
         for fence in page.fences():
@@ -241,6 +268,7 @@ def main():
         the_help_page_needs_nothing_else,
         every_picture_is_there_and_shown,
         captions_and_keys_are_the_programs,
+        the_page_of_keys_is_right,
         every_block_is_an_example,
         the_music_is_rendered,
     ):
