@@ -15,7 +15,7 @@ giSine  ftgen 1, 0, 16384, 10, 1
 
 ; Inharmonic partials make a bell: the modulator's ratio is no whole number,
 ; and the brightness (the index) dies away before the tone does.
-instr Bell                              ; p4 level, p5 pitch (octave.pitch class), p6 place 0-1
+instr Bell              ; p4 level, p5 pitch (octave.pitch class), p6 place 0-1
   iFreq   =      cpspch(p5)
   iRatio  =      1.414
   kIndex  expon  4, p3, 0.05
@@ -32,7 +32,7 @@ instr Bell                              ; p4 level, p5 pitch (octave.pitch class
 endin
 
 ; The water: filtered noise that swells twice.
-instr Water                             ; p4 level
+instr Water             ; p4 level
   kSwell  oscili 0.5, 2 / p3, giSine, 0.75
   aNoise  rand   p4
   aLow    butterlp aNoise, 500 + 400 * kSwell
