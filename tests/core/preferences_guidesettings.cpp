@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What the guide tells to write into the settings file.
 
+#include "platform/numbers.h"
 #include "preferences/allsettingkeys.h"
 #include "run/presetkeys.h"
 #include "run/presetstore.h"
@@ -9,12 +10,18 @@
 #include "support/printers.h"
 
 #include <gtest/gtest.h>
+#include <map>
 #include <QFile>
 #include <QRegularExpression>
 #include <QString>
 #include <QStringList>
+#include <QStringView>
 #include <QTemporaryDir>
+#include <QtGlobal>
+#include <string_view>
 #include <type_traits>
+#include <utility>
+#include <vector>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -57,18 +64,53 @@ std::vector<std::pair<QString, QStringList>> SectionsOf(const QString &block)
     return sections;
 }
 
-/// The first column of the table of keys.
-QStringList KeysOfTheTable()
+/// The first two columns of the table of keys: each key with its default. Several keys of a row have one
+/// default, or as many.
+std::vector<std::pair<QString, QString>> DefaultsOfTheTable()
 {
     const QString table =
         GuidePage(u"settings"_s).section(u"| Key | Default | Meaning |"_s, 1).section(u"\n\n"_s, 0, 0);
-    static const QRegularExpression row(u"^\\|([^|]*)\\|"_s, QRegularExpression::MultilineOption);
+    static const QRegularExpression row(u"^\\| (`[^|]*) \\|([^|]*)\\|"_s,
+                                        QRegularExpression::MultilineOption);
     static const QRegularExpression name(u"`(\\w+)`"_s);
-    QStringList keys;
-    for (auto rows = row.globalMatch(table); rows.hasNext();)
-        for (auto names = name.globalMatch(rows.next().captured(1)); names.hasNext();)
-            keys.append(names.next().captured(1));
+    static const QRegularExpression between(u", | and "_s);
+    std::vector<std::pair<QString, QString>> keys;
+    for (auto rows = row.globalMatch(table); rows.hasNext();) {
+        const QRegularExpressionMatch found = rows.next();
+        QStringList names;
+        for (auto all = name.globalMatch(found.captured(1)); all.hasNext();)
+            names.append(all.next().captured(1));
+        const QStringList defaults = found.captured(2).trimmed().split(between);
+        for (qsizetype i = 0; i < names.size(); ++i)
+            keys.emplace_back(names[i], defaults[defaults.size() == names.size() ? i : 0]);
+    }
     return keys;
+}
+
+QStringList KeysOfTheTable()
+{
+    QStringList keys;
+    for (const auto &[key, value] : DefaultsOfTheTable())
+        keys.append(key);
+    return keys;
+}
+
+/// What the table says of a default.
+QString Told(bool value)
+{
+    return value ? u"1"_s : u"0"_s;
+}
+QString Told(double value)
+{
+    return NumberText(value);
+}
+QString Told(std::u16string_view value)
+{
+    return QStringView(value).toString();
+}
+QString Told(quint32)
+{
+    return {}; // another one on another desktop
 }
 
 } // namespace
@@ -129,6 +171,23 @@ TEST(GuideSettings, ItsTableHoldsAllThatAUserMaySet)
         }
     });
     EXPECT_EQ(told.size(), keys);
+}
+
+TEST(GuideSettings, ItsDefaultsAreThose)
+{
+    const auto table = DefaultsOfTheTable();
+    const std::map<QString, QString> told(table.begin(), table.end());
+    int keys = 0;
+    ForEachSettingKey([&](const auto &key) {
+        if constexpr (requires { key.fallback; }) {
+            const auto found = told.find(key.Name());
+            if (found == told.end())
+                return;
+            EXPECT_EQ(found->second, Told(key.fallback)) << key.Name().toStdString();
+            ++keys;
+        }
+    });
+    EXPECT_GE(keys, 55);
 }
 
 } // namespace zelvane::test
