@@ -5,10 +5,13 @@
 #include "platform/runtimeerror.h"
 #include "platform/textfile.h"
 
+#include <algorithm>
+#include <optional>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <QMap>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QScopeGuard>
@@ -45,6 +48,21 @@ QString EntryValue(QString text)
     return text;
 }
 
+/// What a value of a desktop entry says.
+QString EntryMeaning(const QString &value)
+{
+    static const QMap<QChar, QChar> signs = {
+        {u'\\', u'\\'}, {u'n', u'\n'}, {u't', u'\t'}, {u'r', u'\r'}, {u's', u' '}};
+    QString text;
+    for (qsizetype i = 0; i < value.size(); ++i) {
+        if (value[i] == u'\\' && i + 1 < value.size() && signs.contains(value[i + 1]))
+            text += signs[value[++i]];
+        else
+            text += value[i];
+    }
+    return text;
+}
+
 /// A line of a desktop entry; none where the list is empty.
 QString ListLine(const QString &key, const QStringList &values)
 {
@@ -73,6 +91,29 @@ QString CommandValue(const ProgramFiles &files, const FileVerb &verb, const QStr
         if (!part.isEmpty())
             command += u' ' + part;
     return EntryValue(command);
+}
+
+/// A desktop entry with another program in the place of one that is not there; nothing where it is there, or
+/// where the entry names none by its path.
+std::optional<QByteArray> WithProgramMoved(const QByteArray &entry, const QString &program)
+{
+    static const QByteArray tried = "TryExec=";
+    QByteArrayList lines = entry.split('\n');
+    const auto line = std::find_if(lines.cbegin(), lines.cend(),
+                                   [](const QByteArray &one) { return one.startsWith(tried); });
+    if (line == lines.cend())
+        return {};
+    const QString before = EntryMeaning(QString::fromUtf8(line->mid(tried.size())));
+    if (!QFileInfo(before).isAbsolute() || QFileInfo::exists(before))
+        return {};
+    const QByteArray run = "Exec=" + EntryValue(CommandWord(before)).toUtf8();
+    for (QByteArray &one : lines) {
+        if (one == tried + EntryValue(before).toUtf8())
+            one = tried + EntryValue(program).toUtf8();
+        else if (one == run || one.startsWith(run + ' '))
+            one.replace(0, run.size(), "Exec=" + EntryValue(CommandWord(program)).toUtf8());
+    }
+    return lines.join('\n');
 }
 
 QString Caption(const FileVerb &verb)
@@ -184,6 +225,15 @@ QStringList DesktopLists(const QString &folder, const QStringList &desktops)
 }
 
 } // namespace
+
+void FollowProgram(const ProgramFiles &files, const XdgPlace &place)
+{
+    for (const FileVerb &verb : files.verbs) {
+        const QString name = place.data + u"/applications/"_s + EntryName(files, verb);
+        if (const auto entry = WithProgramMoved(Read(name), files.executable))
+            Write(name, *entry);
+    }
+}
 
 QString EntryName(const ProgramFiles &files, const FileVerb &verb)
 {

@@ -56,6 +56,11 @@ private:
     int m_toolPatience;
 };
 
+/// Follows a program that has moved: where the user's entry of a verb names a program that is not there any
+/// more, it names this one from now on. All else that stands in it stays, and no entry is made.
+/// @throws RunTimeError
+void FollowProgram(const ProgramFiles &files, const XdgPlace &place = XdgPlace::OfUser());
+
 // The texts of those files
 
 /// The name of a verb's desktop entry: "zelvane.desktop" for the default verb, else "zelvane-KEY.desktop".

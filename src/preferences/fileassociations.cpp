@@ -4,6 +4,7 @@
 #include "platform/desktop.h"
 #include "platform/programinfo.h"
 #include "platform/runtimeerror.h"
+#include "platform/xdgfiletypes.h"
 #include "shell/documentkind.h"
 
 #include <QCoreApplication>
@@ -81,6 +82,15 @@ void AssociateExtensions(const ExtensionFields &fields, Desktop &desktop, FileTy
     }
     desktop.MessageBox({.text = u"Extensions have been succesfully associated with "_s + title,
                         .icon = BoxIcon::Information});
+}
+
+void FollowMovedProgram()
+{
+    try {
+        FollowProgram(CsoundFiles({}, QCoreApplication::applicationFilePath(), {}));
+    } catch (const RunTimeError &error) {
+        qWarning("%s", error.what()); // nobody has asked for it
+    }
 }
 
 } // namespace zelvane

@@ -26,4 +26,8 @@ ProgramFiles CsoundFiles(const ExtensionFields &fields, const QString &executabl
 /// commands on them too. Tells the end, good or bad.
 void AssociateExtensions(const ExtensionFields &fields, Desktop &desktop, FileTypeRegistry &registry);
 
+/// Where the user has made this program the one that opens such files, and it lies elsewhere since: tells the
+/// desktop so. That it cannot be told is no failure: it is asked for again by AssociateExtensions.
+void FollowMovedProgram();
+
 } // namespace zelvane

@@ -97,6 +97,76 @@ TEST(XdgFileTypes, AProgramInQuotesWhereItNeedsThem)
     EXPECT_EQ(command(u"/a\tb\n/x"_s), u"\"/a\\tb\\n/x\" %f"_s);
 }
 
+/// A user's entries of the example.
+class MovedProgram : public ::testing::Test
+{
+protected:
+    QString Name(size_t verb) const
+    {
+        return place.data + u"/applications/"_s + EntryName(here, here.verbs[verb]);
+    }
+
+    void Write(size_t verb, const QString &text)
+    {
+        QDir().mkpath(place.data + u"/applications"_s);
+        WriteFileBytes(Name(verb), text.toUtf8());
+    }
+
+    QString Followed(size_t verb)
+    {
+        FollowProgram(here, place);
+        return QString::fromUtf8(ReadFileBytes(Name(verb)));
+    }
+
+    QTemporaryDir folder;
+    XdgPlace place{.data = folder.path() + u"/data"_s, .config = folder.path() + u"/config"_s};
+    ProgramFiles here = Example(u"/new place/50%/example"_s);
+};
+
+TEST_F(MovedProgram, IsFollowedByTheEntriesOfAll)
+{
+    const ProgramFiles before = Example(folder.path() + u"/a \\ \"b\" 100%/example"_s);
+    for (size_t verb = 0; verb < here.verbs.size(); ++verb) {
+        const QString own = u"X-Mine=a note\nName[de]=Beispiel\n"_s;
+        Write(verb, EntryText(before, before.verbs[verb]) + own);
+        EXPECT_EQ(Followed(verb), EntryText(here, here.verbs[verb]) + own);
+    }
+}
+
+TEST_F(MovedProgram, StaysWhereItIs)
+{
+    ProgramFiles before = Example(folder.path() + u"/example"_s);
+    WriteFileBytes(before.executable, "a program");
+    const QString entry = EntryText(before, before.verbs[0]);
+    Write(0, entry);
+    EXPECT_EQ(Followed(0), entry);
+    QFile::remove(before.executable);
+    EXPECT_EQ(Followed(0), EntryText(here, here.verbs[0]));
+}
+
+TEST_F(MovedProgram, IsNoneWithoutItsPath)
+{
+    for (const QString &entry : {u"[Desktop Entry]\nExec=example %f\nTryExec=example\n"_s,
+                                 u"[Desktop Entry]\nExec=/gone/example %f\n"_s, u"TryExec="_s, QString()}) {
+        Write(0, entry);
+        EXPECT_EQ(Followed(0), entry);
+    }
+}
+
+TEST_F(MovedProgram, LeavesWhatTheUserStartsOtherwise)
+{
+    Write(0,
+          u"[Desktop Entry]\nExec=env A=1 /gone/example %f\nTryExec=/gone/example\nExec=/gone/examples\n"_s);
+    EXPECT_EQ(Followed(0), u"[Desktop Entry]\nExec=env A=1 /gone/example %f\n"
+                           "TryExec=/new place/50%/example\nExec=/gone/examples\n"_s);
+}
+
+TEST_F(MovedProgram, MakesNoEntry)
+{
+    FollowProgram(here, place);
+    EXPECT_FALSE(QFileInfo::exists(place.data));
+}
+
 TEST(XdgFileTypes, AnExtensionBelongsToTheFirstType)
 {
     EXPECT_EQ(MimePackageText(Example(u"/x"_s), 60),

@@ -138,6 +138,18 @@ def extensions_are_associated(stage):
     editor.close(window)
 
 
+def a_program_that_has_moved_is_found_again(stage):
+    entry = stage.folder / "data" / "applications" / "zelvane.desktop"
+    entry.parent.mkdir(parents=True)
+    gone = stage.folder / "gone" / "zelvane"
+    text = "[Desktop Entry]\nType=Application\nName=Zelvane\nExec={program} %f\nTryExec={program}\nX-Mine=1\n"
+    entry.write_text(text.format(program=gone))
+    stage.write_store(STORE)
+    editor, window = settled(stage)
+    editor.close(window)
+    equal(entry.read_text(), text.format(program=stage.program), "what the desktop is told")
+
+
 def a_tool_that_hangs_is_stopped(stage):
     tool = stage.folder / "bin" / "update-mime-database"
     tool.parent.mkdir()
@@ -233,6 +245,7 @@ main(
     a_small_screen_shows_all,
     settings_are_changed_by_keys,
     extensions_are_associated,
+    a_program_that_has_moved_is_found_again,
     a_tool_that_hangs_is_stopped,
     run_dialog_offers_it,
     chooser_offers_it,
