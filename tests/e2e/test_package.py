@@ -36,10 +36,10 @@ def programs_built():
     return [program for name in ("zelvane", "zelvane-console") if (program := Path(sys.argv[1]).resolve().with_name(name)).exists()]
 
 
-def run(*command, **options):
-    """Runs a tool to its good end and gives what it has printed."""
+def run(*command, timeout=1200, **options):
+    """Runs a tool to its good end and gives what it has printed. `timeout` is in seconds."""
     result = subprocess.run(
-        list(map(str, command)), capture_output=True, text=True, timeout=1200, check=False, stdin=subprocess.DEVNULL, **options
+        list(map(str, command)), capture_output=True, text=True, timeout=timeout, check=False, stdin=subprocess.DEVNULL, **options
     )
     check(result.returncode == 0, f"{command[0]} has ended with {result.returncode}: {result.stdout}{result.stderr}")
     return result.stdout + result.stderr
@@ -68,7 +68,7 @@ class Package:
         stand_in.write_text(BUILT.format(programs=programs, cmake=shutil.which("cmake")))
         stand_in.chmod(0o755)
         environment = os.environ | {"PATH": f"{stand_in.parent}:{os.environ['PATH']}"}
-        run(copy / "scripts" / "make-deb", env=environment)
+        run(copy / "scripts" / "make-deb", env=environment, timeout=240)
         made = list((copy / "build" / "package" / "package").glob("*.deb"))
         equal(len(made), 1, "packages made")
         self.file = made[0]
