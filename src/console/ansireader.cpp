@@ -260,7 +260,7 @@ void AnsiReader::Erase()
         break;
     case 1: {
         // What was erased before is not erased again: a program may do so at each step of a long line.
-        const qsizetype end = std::min(m_cursor, m_text.size());
+        const qsizetype end = std::min(m_cursor + 1, m_text.size()); // with the one under the cursor
         for (qsizetype i = m_blank; i < end; ++i)
             m_text[i] = u' ';
         for (qsizetype i = m_blank; i < std::min(end, styled); ++i)

@@ -83,6 +83,9 @@ TEST(AnsiReader, CarriageReturnAndBackspaceOverwrite)
     EXPECT_EQ(TextsOf("\b\b\bx\n"), QStringList{u"x"_s});
     EXPECT_EQ(TextsOf("12345\r\x1b[Kab\n"), QStringList{u"ab"_s});
     EXPECT_EQ(TextsOf("12345\b\b\x1b[1Kab\n"), QStringList{u"   ab"_s});
+    EXPECT_EQ(TextsOf("12345\b\b\x1b[1K\n"), QStringList{u"    5"_s});
+    EXPECT_EQ(TextsOf("12345\b\b\x1b[1K\b\x1b[1Ka\n"), QStringList{u"  a 5"_s});
+    EXPECT_EQ(TextsOf("12345\x1b[1K\n"), QStringList{u"     "_s});
     EXPECT_EQ(TextsOf("12345\x1b[2Kab\n"), QStringList{u"     ab"_s});
 }
 
