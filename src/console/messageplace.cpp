@@ -86,7 +86,7 @@ QString FindFile(const QString &name, const PlaceSources &sources)
 QStringList DocumentsOf(const QStringList &arguments)
 {
     // A letter with a value takes what stands behind it, or the next argument where nothing does.
-    static const QString withValue = u"oiLMFQxUbBrktjm"_s;
+    static const QString withValue = u"oiLMFQxUbBrktjmO"_s;
     QStringList documents;
     for (qsizetype i = 0; i < arguments.size(); ++i) {
         const QString &argument = arguments[i];

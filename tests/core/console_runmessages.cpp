@@ -454,6 +454,7 @@ TEST(MessagePlace, WhatAFlagTakesIsNoDocument)
     EXPECT_EQ(DocumentsOf({u"-do"_s, u"x.wav"_s, u"a.orc"_s, u"-odac"_s, u"a.sco"_s}), piece);
     EXPECT_EQ(DocumentsOf({u"-Wdi"_s, u"in.wav"_s, u"-b"_s, u"128"_s, u"-b128"_s, u"a.orc"_s, u"a.sco"_s}),
               piece);
+    EXPECT_EQ(DocumentsOf({u"-O"_s, u"messages.txt"_s, u"-Onull"_s, u"a.orc"_s, u"a.sco"_s}), piece);
     EXPECT_EQ(DocumentsOf({u"--output=o"_s, u"a.orc"_s, u"-+rtaudio=alsa"_s, u"a.sco"_s, u"-o"_s}), piece);
 }
 
