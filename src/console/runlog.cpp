@@ -25,6 +25,8 @@ const QString TailSuffix = u".tail"_s;
 const QString OlderTailSuffix = u".tail-older"_s;
 constexpr qsizetype LongestName = 40;
 constexpr qint64 CopyPiece = 1 << 20;
+/// A tail of less than this part of its limit is not worth its files.
+constexpr qint64 LeastTailPart = 50;
 
 /// A preset's name as part of a file's name.
 QString PlainName(const QString &name)
@@ -95,7 +97,7 @@ QString RunLog::OlderTailPath() const
 
 void RunLog::Write(QByteArrayView bytes)
 {
-    if (!m_file.isOpen())
+    if (!m_file.isOpen() && (bytes.isEmpty() || !OpenAgain()))
         return;
     const qsizetype head = qsizetype(std::clamp<qint64>(m_limits.head - m_headLength, 0, bytes.size()));
     if (head > 0) {
@@ -108,6 +110,18 @@ void RunLog::Write(QByteArrayView bytes)
     WriteTail(bytes.sliced(head));
 }
 
+bool RunLog::OpenAgain()
+{
+    if (!std::exchange(m_isFinished, false))
+        return false;
+    // Not where another run has removed it meanwhile as an old one.
+    if (!m_file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::ExistingOnly |
+                     QIODevice::Unbuffered))
+        return false;
+    m_lock = LockLeftFile(m_path);
+    return true;
+}
+
 void RunLog::GiveUp()
 {
     m_isWhole = false;
@@ -117,6 +131,10 @@ void RunLog::GiveUp()
 
 void RunLog::WriteTail(QByteArrayView bytes)
 {
+    if (m_limits.tail <= 0) {
+        m_dropped += bytes.size();
+        return;
+    }
     const qint64 half = std::max<qint64>(1, m_limits.tail / 2);
     while (!bytes.isEmpty()) {
         if (m_tail && m_tailLength >= half) {
@@ -177,6 +195,13 @@ void RunLog::Finish()
     AppendTail(OlderTailPath());
     AppendTail(TailPath());
     m_file.close();
+    // Should the log go on, what is there already counts.
+    const qint64 least = m_limits.tail / LeastTailPart;
+    m_limits.tail -= m_olderLength + m_tailLength;
+    if (m_limits.tail < least)
+        m_limits.tail = 0;
+    m_olderLength = m_tailLength = m_dropped = 0;
+    m_isFinished = m_isWhole;
 }
 
 } // namespace zelvane

@@ -37,7 +37,7 @@ public:
 
     void Write(QByteArrayView bytes);
     /// Puts the tail behind the head. Until then it lies in files of its own beside the log, which stand for
-    /// the log's end where the program is killed.
+    /// the log's end where the program is killed. What is written after all stands behind that.
     void Finish();
 
     /// Whether all that is to be kept could be written so far.
@@ -45,6 +45,7 @@ public:
     QString Path() const { return m_path; } ///< empty where no log can be written
 
 private:
+    bool OpenAgain();
     void WriteTail(QByteArrayView bytes);
     void GiveUp();
     void AppendTail(const QString &path);
@@ -61,6 +62,7 @@ private:
     qint64 m_dropped = 0; ///< bytes that are kept nowhere
     qint64 m_olderLength = 0;
     bool m_isWhole = false;
+    bool m_isFinished = false;
 };
 
 } // namespace zelvane

@@ -93,6 +93,46 @@ TEST_F(RunLogTest, NothingIsLeftOutWhereHeadAndTailMeet)
     EXPECT_EQ(Bytes(log.Path()), all);
 }
 
+TEST_F(RunLogTest, AFinishedLogGoesOn)
+{
+    RunLog log(Runs(), u"x"_s, begun, {.head = 1000, .tail = 400, .logs = 20});
+    log.Write("one\n");
+    log.Finish();
+    log.Write("two\n");
+    EXPECT_EQ(Bytes(log.Path()), "one\ntwo\n");
+    for (int i = 1; i < 4; ++i)
+        RunLog(Runs(), u"other"_s, begun.addDays(i), {.head = 10, .tail = 10, .logs = 1});
+    EXPECT_TRUE(QFile::exists(log.Path())) << "it is one of a running run again";
+    log.Finish();
+    RunLog(Runs(), u"other"_s, begun.addDays(4), {.head = 10, .tail = 10, .logs = 1});
+    ASSERT_FALSE(QFile::exists(log.Path()));
+    log.Write("three\n");
+    log.Finish();
+    EXPECT_FALSE(QFile::exists(log.Path())) << "nor does a log come back";
+}
+
+TEST_F(RunLogTest, ALogThatGoesOnKeepsToItsLimits)
+{
+    const QByteArray all = Numbers(0, 300);
+    for (const qsizetype first : {90, 100, 110, 120, 139, 140, 150, 155, 160, 165}) {
+        RunLog log(Runs(), u"x"_s, begun.addMSecs(first), {.head = 1000, .tail = 400, .logs = 20});
+        log.Write(all.first(first * 10));
+        log.Finish();
+        log.Write(all.sliced(first * 10, 700));
+        log.Write(all.sliced(first * 10 + 700));
+        log.Finish();
+        const QByteArray kept = Bytes(log.Path());
+        EXPECT_LE(kept.size(), 1000 + 400 + 100) << first;
+        EXPECT_TRUE(kept.startsWith(all.first(1000))) << first;
+        EXPECT_TRUE(kept.contains(" bytes are left out here]\n")) << first;
+        // A limit that the first end has used up leaves no room for the second.
+        if (first <= 120) {
+            EXPECT_TRUE(kept.endsWith(all.last(100))) << first << kept.last(200).constData();
+        }
+        EXPECT_TRUE(log.IsWhole());
+    }
+}
+
 TEST_F(RunLogTest, TheOldestLogsGo)
 {
     for (int i = 0; i < 6; ++i)
