@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 namespace zelvane
 {
@@ -27,6 +28,18 @@ qint64 LineStore::Append(StyledLine line)
     while (!m_marked.empty() && m_marked.front() < m_first)
         m_marked.pop_front();
     return End() - 1;
+}
+
+void LineStore::PutFirst(std::vector<StoredLine> lines)
+{
+    for (auto line = lines.rbegin(); line != lines.rend(); ++line) {
+        m_longest = std::max(m_longest, line->line.text.size());
+        m_characters += Cost(*line);
+        --m_first;
+        if (line->mark != LineMark::None)
+            m_marked.push_front(m_first);
+        m_lines.push_front(std::move(*line));
+    }
 }
 
 void LineStore::Mark(qint64 number, LineMark mark)

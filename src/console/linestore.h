@@ -6,6 +6,7 @@
 #include <deque>
 #include <optional>
 #include <QtGlobal>
+#include <vector>
 
 namespace zelvane
 {
@@ -33,6 +34,8 @@ public:
 
     /// The newest line is kept however long it is. @return its number
     qint64 Append(StyledLine line);
+    /// Puts lines before the oldest one, under the numbers before its own. They go first when more come.
+    void PutFirst(std::vector<StoredLine> lines);
     /// Marks a line, if it is still there. A heavier mark stays.
     void Mark(qint64 number, LineMark mark);
 

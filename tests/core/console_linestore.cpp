@@ -69,6 +69,27 @@ TEST(LineStore, WalksFromMarkToMark)
     EXPECT_EQ(store.NextMarked(10, -1), std::nullopt);
 }
 
+TEST(LineStore, TakesLinesBeforeTheOldest)
+{
+    LineStore store({.lines = 3, .characters = 1000});
+    for (int i = 0; i < 10; ++i)
+        store.Append(Line(i));
+    store.Mark(8, LineMark::Warning);
+    store.PutFirst(
+        {{.line = {.text = u"a longer one"_s}, .mark = LineMark::Error}, {.line = {.text = u"b"_s}}});
+    EXPECT_EQ(store.First(), 5);
+    EXPECT_EQ(store.End(), 10);
+    EXPECT_EQ(store.At(5).line.text, u"a longer one"_s);
+    EXPECT_EQ(store.At(6).line.text, u"b"_s);
+    EXPECT_EQ(store.At(7).line.text, u"7"_s);
+    EXPECT_EQ(store.NextMarked(-1, 1), 5);
+    EXPECT_EQ(store.NextMarked(5, 1), 8);
+    EXPECT_EQ(store.LongestLine(), 12);
+    store.Append(Line(10));
+    EXPECT_EQ(store.First(), 8) << "the limit holds again";
+    EXPECT_EQ(store.NextMarked(-1, 1), 8);
+}
+
 TEST(LineStore, AMarkGoesWithItsLine)
 {
     LineStore store({.lines = 3, .characters = 1000});

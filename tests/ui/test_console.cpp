@@ -159,6 +159,42 @@ private Q_SLOTS:
         QCOMPARE(console.closed->count(), 1);
     }
 
+    void TheFirstErrorIsInViewHoweverMuchFollows_data()
+    {
+        QTest::addColumn<int>("lines");
+        QTest::newRow("a few more than are kept") << 100'000;
+        QTest::newRow("many more than are kept") << 130'000;
+    }
+    void TheFirstErrorIsInViewHoweverMuchFollows()
+    {
+        QFETCH(int, lines);
+        Console console(u"printf 'instr 1\\na1 nosuch 1\\nendin\\n' > a.orc; echo before; "
+                        "echo 'error: syntax error, unexpected T_IDENT  (token \"nosuch\")'; "
+                        "echo ' from file a.orc (1), line 2:'; echo ' >>> a1 nosuch <<<'; "
+                        "yes again | head -n %1; echo 'error: the last'; exit 1"_s.arg(lines - 2));
+        console.form->Run();
+        QTRY_VERIFY_WITH_TIMEOUT(console.form->IsFinished(), Patience);
+        ConsoleView &view = console.View();
+        const QString error = u"error: syntax error, unexpected T_IDENT  (token \"nosuch\")"_s;
+        QCOMPARE(view.SelectedText(), error);
+        QCOMPARE(view.verticalScrollBar()->value(), 0);
+        QTest::keyClick(&view, Qt::Key_F4);
+        const MessagePlace place{QDir(console.folder.path()).canonicalPath() + u"/a.orc"_s, 2};
+        QCOMPARE(console.places, std::vector{place});
+        QTest::keyClick(&view, Qt::Key_Down); // a detail of the same message
+        QTest::keyClick(&view, Qt::Key_Return);
+        QCOMPARE(console.places, (std::vector{place, place}));
+        QTest::keyClick(&view, Qt::Key_F4);
+        QCOMPARE(view.SelectedText(), u"error: the last"_s);
+        QTest::keyClick(&view, Qt::Key_F4, Qt::ShiftModifier);
+        QCOMPARE(view.SelectedText(), error);
+        const bool hasGap = lines > 100'000;
+        QCOMPARE(console.Shows(
+                     u" >>> a1 nosuch <<<\n[%1 lines are left out here]\nagain\n"_s.arg(lines - 100'001)),
+                 hasGap);
+        QCOMPARE(console.Shows(error + u"\n from file a.orc (1), line 2:\n >>> a1 nosuch <<<\n"_s), true);
+    }
+
     void StaysWhereItWasTouched()
     {
         Console console(u"read answer; echo got $answer"_s);

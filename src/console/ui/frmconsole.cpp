@@ -48,6 +48,7 @@ constexpr int NewsMs = 33;
 constexpr int LeaveMs = 1200;
 constexpr int WidthCharacters = 100;
 constexpr int HeightLines = 26;
+constexpr size_t MostErrorLines = 50;
 
 QString CommandText(const ConsoleRun &run)
 {
@@ -243,9 +244,37 @@ void frmConsole::TakeLine(StyledLine line)
 {
     if (const auto progress = ScoreProgress(line.text))
         m_progress = progress;
-    const QString text = line.text;
-    const qint64 number = m_store.Append(std::move(line));
-    m_store.Mark(number, m_messages.Take(number, text));
+    const qint64 number = m_store.End();
+    const LineMark mark = m_messages.Take(number, line.text);
+    KeepFirstError(number, line);
+    m_store.Append(std::move(line));
+    m_store.Mark(number, mark);
+}
+
+void frmConsole::KeepFirstError(qint64 number, const StyledLine &line)
+{
+    // How many lines it has is known later.
+    const std::optional<RunMessage> &error = m_messages.FirstError();
+    if (error && number == error->first + qint64(m_firstError.size()) && m_firstError.size() < MostErrorLines)
+        m_firstError.push_back(line);
+}
+
+void frmConsole::BringBackFirstError()
+{
+    const std::optional<RunMessage> &error = m_messages.FirstError();
+    if (!error || std::max(error->first, m_broughtBack - 1) >= m_store.First())
+        return; // it is there
+    const qint64 kept =
+        std::min(std::min(error->last + 1, m_store.First()) - error->first, qint64(m_firstError.size()));
+    std::vector<StoredLine> lines;
+    for (qint64 i = 0; i < kept; ++i)
+        lines.push_back({.line = m_firstError[size_t(i)], .mark = i == 0 ? error->mark : LineMark::None});
+    m_broughtBack = m_store.First();
+    if (const qint64 gone = m_store.First() - error->first - kept; gone > 0) {
+        lines.push_back({.line = {.text = u'[' + QString::number(gone) + u" lines are left out here]"_s}});
+        --m_broughtBack;
+    }
+    m_store.PutFirst(std::move(lines));
 }
 
 void frmConsole::ShowNews()
@@ -315,6 +344,7 @@ void frmConsole::AllEnded()
         m_log.Write((u'\n' + left + u'\n').toUtf8());
     }
     m_log.Finish();
+    BringBackFirstError(); // once more, where what was left running has written much
     if (!m_log.IsWhole())
         more.append(u"The log could not be written."_s);
     cmdStop->setEnabled(false);
@@ -351,9 +381,10 @@ void frmConsole::ShowEnd(const QString &words)
     if (focusWidget() != m_view && focusWidget() != chkKeepOpen)
         m_view->setFocus(); // before the control that has it goes grey
     txtInput->setEnabled(false);
+    BringBackFirstError();
     ShowNews();
-    if (error && !m_touched && error->first >= m_store.First())
-        m_view->GoToLine(error->first);
+    if (error && !m_touched)
+        m_view->GoToLine(std::max(error->first, m_store.First()));
 }
 
 void frmConsole::SetEndState(const QString &more)
@@ -407,12 +438,17 @@ void frmConsole::SendLine()
     txtInput->clear();
 }
 
+const RunMessage *frmConsole::MessageAt(qint64 line) const
+{
+    return line < m_broughtBack ? &*m_messages.FirstError() : m_messages.At(line);
+}
+
 void frmConsole::GoToMessage(int step)
 {
     const qint64 here = m_view->CurrentLine();
     const qint64 from = here >= 0 ? here : step > 0 ? -1 : m_store.End();
     // The first error of a run is in view, and nobody has been led to it yet.
-    const bool stays = here >= m_store.First() && !m_hasVisited && m_messages.At(here);
+    const bool stays = here >= m_store.First() && !m_hasVisited && MessageAt(here);
     const std::optional<qint64> next = stays ? here : m_store.NextMarked(from, step);
     if (next)
         m_view->GoToLine(*next);
@@ -421,7 +457,7 @@ void frmConsole::GoToMessage(int step)
 
 void frmConsole::Activate(qint64 line)
 {
-    const RunMessage *message = m_messages.At(line);
+    const RunMessage *message = MessageAt(line);
     if (!message)
         return;
     m_hasVisited = true;

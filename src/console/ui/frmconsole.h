@@ -17,6 +17,7 @@
 #include <QString>
 #include <QTimer>
 #include <QWidget>
+#include <vector>
 
 class QCheckBox;
 class QKeyEvent;
@@ -80,6 +81,8 @@ private:
     void TakeLine(StyledLine line);
     void Ended(const ProgramEnd &end);
     void AllEnded();
+    void KeepFirstError(qint64 number, const StyledLine &line);
+    void BringBackFirstError();
     void ShowEnd(const QString &words);
     /// How the run ended, and what else is to be known, before the first error: that may be long.
     void SetEndState(const QString &more = {});
@@ -91,6 +94,7 @@ private:
     void Send(StopSignal signal);
     void ShowNews();
     void SendLine();
+    const RunMessage *MessageAt(qint64 line) const;
     void GoToMessage(int step);
     void Activate(qint64 line);
     void CloseNow();
@@ -108,6 +112,8 @@ private:
     QTimer m_tick;
     QTimer m_news; ///< output is shown a few dozen times a second at most
     QTimer m_leave;
+    std::vector<StyledLine> m_firstError; ///< its lines, should they go before the run ends
+    qint64 m_broughtBack = 0;             ///< before this line of the store stand those of the first error
     std::optional<double> m_progress;
     QString m_end;                        ///< how the program ended, in words
     std::optional<StopSignal> m_endStop;  ///< the last signal until then
