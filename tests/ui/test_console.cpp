@@ -42,6 +42,7 @@
 #include <QMetaObject>
 #include <QPoint>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QStringList>
@@ -51,6 +52,11 @@
 #include <thread>
 #include <utility>
 #include <vector>
+
+#ifdef Q_OS_LINUX
+#include <sys/types.h>
+#include <unistd.h>
+#endif
 
 using namespace Qt::Literals::StringLiterals;
 using namespace zelvane;
@@ -357,6 +363,83 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(console.form->IsFinished(), Patience);
         QVERIFY(console.Shows(u"got 4095"_s));
     }
+
+    void EachLineOfAPasteIsOneOfItsOwn()
+    {
+        Console console(u"read a; read b; echo got ${#a} and ${#b}; cat | wc -l"_s);
+        console.form->Run();
+        auto &input = console.Find<QLineEdit>(u"txtInput"_s);
+        QApplication::clipboard()->setText(QString(3000, u'x') + u'\n' + QString(4000, u'y') +
+                                           (u'\n' + QString(3000, u'z')).repeated(20));
+        input.setFocus();
+        input.paste();
+        QTest::keyClick(&input, Qt::Key_Return);
+        QVERIFY2(input.text().isEmpty(), qUtf8Printable(console.State()));
+        QTest::keyClick(&input, Qt::Key_D, Qt::ControlModifier);
+        QTRY_VERIFY_WITH_TIMEOUT(console.form->IsFinished(), Patience);
+        QVERIFY2(console.Shows(u"got 3000 and 4000\n20"_s), qUtf8Printable(console.State()));
+    }
+
+    void WhatWasTypedTooLateStays()
+    {
+        Console console(u"printf 'instr 1\\n' > a.orc; echo 'error: syntax error, line 1 of it'; "
+                        "echo ' from file a.orc (1), line 1:'; read answer; exit 1"_s);
+        console.form->Run();
+        auto &input = console.Find<QLineEdit>(u"txtInput"_s);
+        input.setFocus();
+        QTest::keyClick(&input, Qt::Key_Return);
+        QTest::keyClicks(&input, u"late"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(console.form->IsFinished(), Patience);
+        QTest::keyClicks(console.form->focusWidget(), u" r"_s);
+        QTest::keyClick(console.form->focusWidget(), Qt::Key_Return);
+        QVERIFY2(console.places.empty(), "the Enter was none for the error");
+        QCOMPARE(input.text(), u"late"_s);
+        QTest::keyClick(console.form->focusWidget(), Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClick(console.form->focusWidget(), Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QApplication::clipboard()->text(), u"late"_s);
+        QTest::keyClick(console.form->focusWidget(), Qt::Key_F4);
+        QCOMPARE(console.places.size(), size_t(1));
+    }
+
+    void WhatIsWrittenAfterTheEndIsLogged()
+    {
+        Console console(
+            u"setsid sh -c 'trap \"\" HUP; while ! test -e go; do sleep 0.05; done; echo later' & "
+            "while ! pgrep -s $! >/dev/null; do sleep 0.05; done; exit 1"_s);
+        console.form->Run();
+        QTRY_VERIFY_WITH_TIMEOUT(
+            console.form->IsFinished() && !console.Find<QPushButton>(u"cmdStop"_s).isEnabled(), Patience);
+        QVERIFY(console.Log().endsWith(u"\nEnded with exit code 1.\n"_s));
+        QFile go(console.folder.filePath(u"go"_s));
+        QVERIFY(go.open(QIODevice::WriteOnly));
+        QTRY_VERIFY_WITH_TIMEOUT(console.Log().endsWith(u"\nEnded with exit code 1.\nlater\n"_s), Patience);
+        QVERIFY(console.Shows(u"later"_s));
+    }
+
+#ifdef Q_OS_LINUX
+    void AnotherUsersProgramIsToldOf()
+    {
+        if (::geteuid() != 0)
+            QSKIP("only the administrator can have a program of another user's");
+        Console console(u"trap 'echo heard' INT; echo up; while :; do sleep 0.05; done"_s);
+        console.form->Run();
+        QTRY_VERIFY_WITH_TIMEOUT(console.Shows(u"up"_s), Patience);
+        constexpr uid_t nobody = 65534;
+        QCOMPARE(::setresuid(nobody, nobody, 0), 0);
+        const auto again = qScopeGuard([] {
+            if (::setresuid(0, 0, 0) != 0)
+                qFatal("the rights do not come back");
+        });
+        console.form->StopAndClose();
+        const QString state =
+            u"It runs with another user's rights: only an interrupt could be sent, as a key."_s;
+        QCOMPARE(console.State(), state);
+        QCOMPARE(console.Find<QLabel>(u"lblState"_s).toolTip(), state);
+        QTRY_VERIFY_WITH_TIMEOUT(console.Shows(u"heard"_s), Patience);
+        QVERIFY(console.form->isVisible());
+        QVERIFY2(console.Find<QPushButton>(u"cmdStop"_s).isEnabled(), "it may be asked once more");
+    }
+#endif
 
     void ClosingAsksAndStops()
     {

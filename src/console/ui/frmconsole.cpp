@@ -8,9 +8,11 @@
 #include "platform/parameters.h"
 #include "platform/runtimeerror.h"
 #include "shell/editorkeys.h"
+#include "shell/lineends.h"
 #include "shell/settings.h"
 
 #include <algorithm>
+#include <limits>
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QCoreApplication>
@@ -130,6 +132,7 @@ void frmConsole::BuildWindow()
     m_view = Called(new ConsoleView(m_store, this), u"ConsoleView"_s, u"Output"_s);
     txtInput = Called(new QLineEdit(this), u"txtInput"_s, u"Input"_s);
     txtInput->setPlaceholderText(u"Input for the program"_s);
+    txtInput->setMaxLength(std::numeric_limits<int>::max()); // a paste is not cut
     lblState = Called(new CutLabel(this), u"lblState"_s, u"State"_s);
     lblState->setTextFormat(Qt::PlainText);
     lblProgress = Called(new QLabel(this), u"lblProgress"_s, u"Progress"_s);
@@ -378,9 +381,12 @@ void frmConsole::ShowEnd(const QString &words)
     const std::optional<RunMessage> &error = m_messages.FirstError();
     m_end = words;
     SetEndState();
-    if (focusWidget() != m_view && focusWidget() != chkKeepOpen)
+    if (focusWidget() == cmdStop)
         m_view->setFocus(); // before the control that has it goes grey
-    txtInput->setEnabled(false);
+    // It keeps the focus: an Enter that was meant for the program leads nowhere else. What has been typed can
+    // still be copied.
+    txtInput->setReadOnly(true);
+    txtInput->setPlaceholderText(u"The program has ended"_s);
     BringBackFirstError();
     ShowNews();
     if (error && !m_touched)
@@ -426,15 +432,20 @@ void frmConsole::SendLine()
 {
     if (!m_running)
         return;
-    const QString text = txtInput->text();
-    if (text.toUtf8().size() > TerminalProcess::LongestLine) {
+    const QStringList lines = ToLineFeeds(txtInput->text()).split(u'\n'); // a paste may hold several
+    const auto isTooLong = [](const QString &line) {
+        return line.toUtf8().size() > TerminalProcess::LongestLine;
+    };
+    if (std::any_of(lines.begin(), lines.end(), isTooLong)) {
         lblState->setText(
             u"The line is too long: a program can take %1 bytes at a time. Nothing was sent."_s.arg(
                 TerminalProcess::LongestLine));
         return;
     }
-    m_process.Write((text + u'\n').toUtf8());
-    TakeOutput((u"> "_s + text + u'\n').toUtf8());
+    for (const QString &line : lines) {
+        m_process.Write((line + u'\n').toUtf8());
+        TakeOutput((u"> "_s + line + u'\n').toUtf8());
+    }
     txtInput->clear();
 }
 
