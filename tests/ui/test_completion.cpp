@@ -105,7 +105,7 @@ private Q_SLOTS:
     void OtherTextsAreAskedOnly();
     void ArrowsMoveInTheListAlone();
     void ItClosesWithFocusScrollAndLoad();
-    void TheRestOfAWordGoesWithIt();
+    void TheWholeWordIsReplaced();
     void AClickTakes();
     void ItIsShownInsideTheScreen();
     void ItHasAccessibleNames();
@@ -371,7 +371,7 @@ void CompletionTest::ItClosesWithFocusScrollAndLoad()
     QVERIFY(Eventually([&] { return !typist.List().isVisible(); }));
 }
 
-void CompletionTest::TheRestOfAWordGoesWithIt()
+void CompletionTest::TheWholeWordIsReplaced()
 {
     Typist typist("oscil\n", false);
     typist.Text().SetSelection(2, 2);
@@ -383,7 +383,19 @@ void CompletionTest::TheRestOfAWordGoesWithIt()
     typist.Text().SetSelection(3, 3);
     typist.Ask();
     typist.Press(Qt::Key_Tab);
-    QCOMPARE(typist.Text().Text(), u"oscilfreq\n"_s);
+    QCOMPARE(typist.Text().Text(), u"oscil\n"_s);
+    QCOMPARE(typist.Text().CaretOffset(), 5);
+    typist.Text().Undo();
+    QCOMPARE(typist.Text().Text(), u"oscfreq\n"_s);
+    // One name for another that begins like it, and nothing of what stands beside.
+    typist.Text().SetText(u"a1 oscil, 2\n"_s);
+    typist.Text().SetSelection(5, 5);
+    typist.Ask();
+    typist.Press(Qt::Key_Down);
+    QCOMPARE(typist.Current(), u"oscili"_s);
+    typist.Press(Qt::Key_Tab);
+    QCOMPARE(typist.Text().Text(), u"a1 oscili, 2\n"_s);
+    QCOMPARE(typist.Text().CaretOffset(), 9);
 }
 
 void CompletionTest::AClickTakes()

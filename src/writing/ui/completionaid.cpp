@@ -287,8 +287,7 @@ void CompletionAid::Open(Why why)
         return;
     }
     const bool asked = why == Why::Asked || (m_shown && m_shown->asked);
-    m_shown = Shown{start, word.typed.toString(), around.sliced(caret - from, word.span.end - (caret - from)),
-                    asked, false};
+    m_shown = Shown{start, word.typed.toString(), word.span.end - (caret - from), asked, false};
     m_context.text.installEventFilter(this); // before the filters of others: the list's keys come first
     m_list->ShowRows(std::move(rows), text.RangeOnScreen(start, start));
 }
@@ -303,9 +302,7 @@ void CompletionAid::Take()
     Close();
     TextControl &text = m_context.text;
     m_context.commands.Guard([&] {
-        qsizetype end = shown.start + shown.typed.size();
-        if (name.endsWith(shown.behind))
-            end += shown.behind.size();
+        const qsizetype end = shown.start + shown.typed.size() + shown.behind;
         text.CloseUndoGroup();
         text.ReplaceRange(shown.start, end, name);
         text.SetSelection(shown.start + name.size(), shown.start + name.size());

@@ -20,7 +20,8 @@ class NameKeeper;
 
 /// `Completion`: a list of names that may go on the word at the caret, on command, and with `AutoComplete` by
 /// itself while a word is typed. Tab, Enter or a click takes a row, Esc and any other step away closes the
-/// list, and what is typed or deleted narrows or widens it.
+/// list, and what is typed or deleted narrows or widens it. What is taken replaces the whole word, also what
+/// stands of it behind the caret.
 class CompletionAid : public QObject, public WritingAid
 {
     Q_OBJECT
@@ -37,9 +38,9 @@ private:
     struct Shown {
         qsizetype start = 0; ///< where it begins, in the text
         QString typed;
-        QString behind;     ///< what of it stands behind the caret
-        bool asked = false; ///< by the command
-        bool moved = false; ///< the current row has been chosen
+        qsizetype behind = 0; ///< how many letters of it stand behind the caret
+        bool asked = false;   ///< by the command
+        bool moved = false;   ///< the current row has been chosen
     };
     enum class Why { Asked, Typing, Following };
 
