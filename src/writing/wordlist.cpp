@@ -3,13 +3,16 @@
 
 #include <algorithm>
 #include <QStringMatcher>
-#include <tuple>
+#include <set>
 
 namespace zelvane
 {
 
 namespace
 {
+
+/// Of more names of one rank the first by the alphabet are looked at.
+constexpr std::size_t MostOfARank = 4096;
 
 /// Small letters, one for one, so that places stay the same.
 QString Folded(QStringView text)
@@ -98,17 +101,18 @@ std::vector<WordList::Hit> WordList::Find(QStringView typed, NameKinds kinds, st
     const auto foldedName = [&](const Place &name) { return small.sliced(name.start, name.length); };
 
     // One list for each rank: the names come by the alphabet.
+    const std::size_t enough = typed.isEmpty() ? most : std::max(most, MostOfARank);
     std::vector<Hit> hits[4];
     const auto add = [&](std::size_t name, Rank rank) {
         std::vector<Hit> &row = hits[std::size_t(rank)];
-        if (row.size() < most && kinds.Has(m_names[name].kind))
+        if (row.size() < enough && kinds.Has(m_names[name].kind))
             row.push_back({name, rank});
     };
     const auto first =
         std::lower_bound(m_names.begin(), m_names.end(), folded,
                          [&](const Place &name, const QString &key) { return foldedName(name) < key; });
     for (auto name = first; name != m_names.end() && foldedName(*name).startsWith(folded); ++name) {
-        if (hits[std::size_t(Rank::Beginning)].size() == most)
+        if (hits[std::size_t(Rank::Beginning)].size() == enough)
             break;
         const bool sameCase = text.sliced(name->start, name->length).startsWith(typed);
         add(std::size_t(name - m_names.begin()), sameCase ? Rank::Beginning : Rank::BeginningAnyCase);
@@ -118,7 +122,7 @@ std::vector<WordList::Hit> WordList::Find(QStringView typed, NameKinds kinds, st
         const QStringMatcher matcher(folded);
         std::size_t name = 0;
         qsizetype at = matcher.indexIn(m_folded);
-        while (at >= 0 && hits[0].size() + hits[1].size() + hits[2].size() < most) {
+        while (at >= 0 && hits[std::size_t(Rank::Part)].size() < enough) {
             while (m_names[name].start + m_names[name].length <= at)
                 ++name;
             const Place &place = m_names[name];
@@ -132,43 +136,81 @@ std::vector<WordList::Hit> WordList::Find(QStringView typed, NameKinds kinds, st
     }
 
     std::vector<Hit> best;
-    for (const std::vector<Hit> &row : hits)
+    for (std::vector<Hit> &row : hits) {
+        if (!typed.isEmpty())
+            std::stable_sort(row.begin(), row.end(), [this](const Hit &one, const Hit &other) {
+                return m_names[one.name].length < m_names[other.name].length;
+            });
         best.insert(best.end(), row.begin(),
                     row.begin() + qsizetype(std::min(row.size(), most - best.size())));
+    }
     return best;
 }
 
-std::vector<Completion> Complete(QStringView typed, std::span<const WordList *const> lists, NameKinds kinds,
-                                 std::size_t most)
+std::size_t WordList::IndexOf(QStringView name) const
+{
+    const QString folded = Folded(name);
+    const auto place =
+        std::lower_bound(m_names.begin(), m_names.end(), name, [&](const Place &one, QStringView key) {
+            return ComesBefore(QStringView(m_folded).sliced(one.start, one.length),
+                               QStringView(m_text).sliced(one.start, one.length), folded, key);
+        });
+    const auto index = std::size_t(place - m_names.begin());
+    return index < Count() && Text(index) == name ? index : Count();
+}
+
+std::vector<Completion> Complete(QStringView typed, const WordList &language,
+                                 std::span<const WordList *const> texts, NameKinds kinds, std::size_t most)
 {
     struct Row {
         QStringView text;
         QString folded;
         WordList::Rank rank;
         NameKind kind;
+        bool isTyped = false; ///< to its end
+        bool isUsed = false;  ///< the text holds it
     };
     std::vector<Row> rows;
-    for (const WordList *list : lists) {
-        for (const WordList::Hit &hit : list->Find(typed, kinds, most + 1)) {
-            const QStringView text = list->Text(hit.name);
-            if (text != typed || list->Kind(hit.name) != NameKind::Word || list->Again(hit.name))
-                rows.push_back({text, Folded(text), hit.rank, list->Kind(hit.name)});
+    const auto add = [&](const WordList &list, bool isUsed) {
+        for (const WordList::Hit &hit : list.Find(typed, kinds, most + 1)) {
+            const QStringView text = list.Text(hit.name);
+            if (text != typed || list.Kind(hit.name) != NameKind::Word || list.Again(hit.name))
+                rows.push_back({text, Folded(text), hit.rank, list.Kind(hit.name), text == typed, isUsed});
         }
-    }
-    std::sort(rows.begin(), rows.end(), [](const Row &one, const Row &other) {
+    };
+    add(language, false);
+    for (const WordList *list : texts)
+        add(*list, true);
+    std::sort(rows.begin(), rows.end(), [typed](const Row &one, const Row &other) {
         if (one.rank != other.rank)
             return one.rank < other.rank;
-        if (one.text == other.text)
-            return one.kind < other.kind;
+        if (one.isTyped != other.isTyped)
+            return one.isTyped;
+        if (one.isUsed != other.isUsed)
+            return one.isUsed;
+        if (!typed.isEmpty() && one.text.size() != other.text.size())
+            return one.text.size() < other.text.size();
         return ComesBefore(one.folded, one.text, other.folded, other.text);
     });
-    const auto isSame = [](const Row &one, const Row &other) { return one.text == other.text; };
-    rows.erase(std::unique(rows.begin(), rows.end(), isSame), rows.end());
 
     std::vector<Completion> completions;
-    completions.reserve(std::min(rows.size(), most));
-    for (const Row &row : std::span(rows).first(std::min(rows.size(), most)))
-        completions.push_back({row.text.toString(), row.kind});
+    std::set<QStringView> known;
+    for (const Row &row : rows) {
+        if (completions.size() == most)
+            break;
+        if (!known.insert(row.text).second)
+            continue;
+        NameKind kind = row.kind;
+        const auto lookIn = [&](const WordList &list) {
+            const std::size_t index = list.IndexOf(row.text);
+            if (index < list.Count() && kinds.Has(list.Kind(index)))
+                kind = std::min(kind, list.Kind(index));
+        };
+        lookIn(language);
+        for (const WordList *list : texts)
+            lookIn(*list);
+        completions.push_back({row.text.toString(), kind});
+    }
     return completions;
 }
 

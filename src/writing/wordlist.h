@@ -69,9 +69,12 @@ public:
         Rank rank;
     };
 
-    /// The names of some kinds that answer, the best `most` of them: by rank, then by the alphabet. Parts are
-    /// looked for from two letters on. With nothing typed every name answers.
+    /// The names of some kinds that answer, the best `most` of them: by rank, then the shorter ones, then by
+    /// the alphabet. Of thousands of one rank the first by the alphabet count. Parts are looked for from two
+    /// letters on. With nothing typed every name answers, by the alphabet.
     std::vector<Hit> Find(QStringView typed, NameKinds kinds, std::size_t most) const;
+    /// The place of a name in the list, to the letter; Count() where it is not there.
+    std::size_t IndexOf(QStringView name) const;
 
 private:
     struct Place {
@@ -86,11 +89,12 @@ private:
     std::vector<Place> m_names; ///< where they stand in both
 };
 
-/// The best `most` answers of several lists. A name that stands in several is there once, with the first of
-/// its kinds.
+/// The best `most` answers: by rank, then what is typed to its end already, then what the text uses, then as
+/// in each list. A name that stands in several lists is there once, with the first of its kinds.
+/// @param language the names that are there in each text @param texts those that this text holds
 /// @param typed is left out of the answers where it is a mere word that stands in the text once: there it is
 /// what is typed
-std::vector<Completion> Complete(QStringView typed, std::span<const WordList *const> lists, NameKinds kinds,
-                                 std::size_t most);
+std::vector<Completion> Complete(QStringView typed, const WordList &language,
+                                 std::span<const WordList *const> texts, NameKinds kinds, std::size_t most);
 
 } // namespace zelvane

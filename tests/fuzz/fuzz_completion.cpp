@@ -58,7 +58,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     }
     fuzz::Expect("comments", from <= text.size(), text, from);
     const std::array<const WordList *, 2> lists = {&names.code, &names.comments};
-    for (const Completion &completion : Complete(typed, lists, AllKinds, 50))
+    for (const Completion &completion : Complete(typed, WordList(), lists, AllKinds, 50))
         fuzz::Expect("completion", Small(completion.text).contains(Small(typed)), text, typed);
 
     const auto call = FindCall(text, place, [](QStringView name) { return name.size() % 2 == 1; });

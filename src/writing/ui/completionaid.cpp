@@ -269,7 +269,7 @@ void CompletionAid::Open(Why why)
         }
     }
 
-    std::vector<const WordList *> lists = {&m_opcodes, &names.code};
+    std::vector<const WordList *> lists = {&names.code};
     if (part == TextPart::Comment)
         lists.push_back(&names.comments);
     TextNames near;
@@ -278,7 +278,7 @@ void CompletionAid::Open(Why why)
         lists.push_back(&near.code);
     }
     const bool inScore = kind == FileKind::Score || (caret >= names.score.start && caret < names.score.end);
-    std::vector<Completion> rows = Complete(word.typed, lists, KindsFor(part, inScore), MostRows);
+    std::vector<Completion> rows = Complete(word.typed, m_opcodes, lists, KindsFor(part, inScore), MostRows);
     // The word itself, when the caret is inside of it, is no news.
     if (word.typed.size() < word.span.Length())
         std::erase(rows, Completion{around.sliced(word.span.start, word.span.Length()), NameKind::Word});
