@@ -254,7 +254,7 @@ bool IsInside(const std::vector<TextSpan> &spans, qsizetype offset, qsizetype te
     return offset < behind->end || (offset == textLength && behind->end == textLength);
 }
 
-WordAt FindWord(QStringView line, qsizetype place)
+std::optional<WordAt> FindWord(QStringView line, qsizetype place)
 {
     qsizetype start = place;
     qsizetype end = place;
@@ -262,11 +262,13 @@ WordAt FindWord(QStringView line, qsizetype place)
         --start;
     while (end < line.size() && IsWordCharacter(line[end]))
         ++end;
-    if (start < end && line[start].isDigit())
-        return {{place, place}, {}};
+    // The one name of the language that begins with a digit.
+    const QStringView word = line.sliced(start, end - start);
+    if (!word.isEmpty() && word.front().isDigit() && !QStringView(u"0dbfs").startsWith(word))
+        return {};
     if (start > 0 && line[start - 1] == u'$')
         --start;
-    return {{start, end}, line.sliced(start, place - start)};
+    return WordAt{{start, end}, line.sliced(start, place - start)};
 }
 
 std::optional<OpcodeCall> FindCall(QStringView statement, qsizetype place,

@@ -27,13 +27,13 @@ QString CodeOf(QStringView text);
 /// text: so a comment does that nothing closes.
 bool IsInside(const std::vector<TextSpan> &spans, qsizetype offset, qsizetype textLength);
 
-/// The word that touches a place of a line: letters, digits and underscores, with the "$" before it. A number
-/// is none.
+/// The word that touches a place of a line: letters, digits and underscores, with the "$" before it.
 struct WordAt {
     TextSpan span;     ///< in the line; empty at the place where there is no word
     QStringView typed; ///< what of it stands before the place
 };
-WordAt FindWord(QStringView line, qsizetype place);
+/// @return no value where the place touches a number, which is no word; what becomes "0dbfs" is one
+std::optional<WordAt> FindWord(QStringView line, qsizetype place);
 
 /// A call of an opcode that a place of a statement is in.
 struct OpcodeCall {

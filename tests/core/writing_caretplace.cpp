@@ -218,13 +218,21 @@ TEST(CaretPlace, FindsTheWordAtAPlace)
     const auto word = [](QString line) {
         const qsizetype place = line.indexOf(u'|');
         line.remove(place, 1);
-        const WordAt found = FindWord(line, place);
-        return line.sliced(found.span.start, found.span.Length()) + u'<' + found.typed.toString();
+        const auto found = FindWord(line, place);
+        return found ? line.sliced(found->span.start, found->span.Length()) + u'<' + found->typed.toString()
+                     : u"none"_s;
     };
     EXPECT_EQ(word(u"a1 osc|il"_s), u"oscil<osc");
     EXPECT_EQ(word(u"a1 $TEM|"_s), u"$TEM<$TEM");
     EXPECT_EQ(word(u"a1 $|"_s), u"$<$");
-    EXPECT_EQ(word(u"a1 12|"_s), u"<");
+    EXPECT_EQ(word(u"a1 12|"_s), u"none");
+    EXPECT_EQ(word(u"a1 |12"_s), u"none");
+    EXPECT_EQ(word(u"1e|3"_s), u"none");
+    EXPECT_EQ(word(u"2nd|"_s), u"none");
+    EXPECT_EQ(word(u"0|"_s), u"0<0");
+    EXPECT_EQ(word(u"0db|"_s), u"0db<0db");
+    EXPECT_EQ(word(u"|0dbfs = 1"_s), u"0dbfs<");
+    EXPECT_EQ(word(u"10db|"_s), u"none");
     EXPECT_EQ(word(u"|"_s), u"<");
     EXPECT_EQ(word(u"(kfreq|)"_s), u"kfreq<kfreq");
 }

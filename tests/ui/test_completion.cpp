@@ -31,8 +31,9 @@ struct Typist : EditorWindow {
     explicit Typist(const QByteArray &content = "\n", bool byItself = true,
                     const QString &name = u"piece.orc"_s)
     {
-        WriteFile(u"opcodes.txt"_s,
-                  "oscil oscili outs linen endin endop print prints OSCsend moscil pow FLpanel FLknob x\n");
+        WriteFile(
+            u"opcodes.txt"_s,
+            "0dbfs oscil oscili outs linen endin endop print prints OSCsend moscil pow FLpanel FLknob x\n");
         settings.SaveFlag(Keys::Completion, true);
         settings.SaveFlag(Keys::AutoComplete, byItself);
         settings.SaveFlag(Keys::ArgumentHint, true);
@@ -106,6 +107,7 @@ private Q_SLOTS:
     void ArrowsMoveInTheListAlone();
     void ItClosesWithFocusScrollAndLoad();
     void TheWholeWordIsReplaced();
+    void ANumberIsNoWord();
     void AClickTakes();
     void ItIsShownInsideTheScreen();
     void ItHasAccessibleNames();
@@ -396,6 +398,20 @@ void CompletionTest::TheWholeWordIsReplaced()
     typist.Press(Qt::Key_Tab);
     QCOMPARE(typist.Text().Text(), u"a1 oscili, 2\n"_s);
     QCOMPARE(typist.Text().CaretOffset(), 9);
+}
+
+void CompletionTest::ANumberIsNoWord()
+{
+    Typist typist;
+    typist.Type(u"a1 oscil 100"_s);
+    typist.Ask();
+    QCOMPARE(typist.Rows(), QStringList());
+    typist.Type(u"\n0d"_s);
+    QCOMPARE(typist.Rows(), QStringList());
+    typist.Type(u"b"_s);
+    QCOMPARE(typist.Rows(), QStringList({u"0dbfs"_s}));
+    typist.Press(Qt::Key_Tab);
+    QCOMPARE(typist.Text().Text(), u"\na1 oscil 100\n0dbfs"_s);
 }
 
 void CompletionTest::AClickTakes()

@@ -244,7 +244,12 @@ void CompletionAid::Open(Why why)
     const qsizetype line = text.LineOfOffset(caret);
     const qsizetype from = std::max(text.LineStart(line), caret - LineReach);
     const QString around = text.TextRange(from, std::min(text.LineEnd(line), caret + LineReach));
-    const WordAt word = FindWord(around, caret - from);
+    const std::optional<WordAt> found = FindWord(around, caret - from);
+    if (!found) {
+        Close();
+        return;
+    }
+    const WordAt &word = *found;
     const qsizetype start = from + word.span.start;
     if (m_dismissed != start)
         m_dismissed = -1;
