@@ -32,6 +32,50 @@ bool IsWord(QChar c)
     return c.unicode() < 128 ? ascii[c.unicode()] : IsWordCharacter(c);
 }
 
+/// The text with semicolons for the slashes of each "//" that begins a comment, as the scan knows no other
+/// comment of one line; empty where there is none. What begins nothing for the scan begins nothing here.
+QString WithSemicolons(QStringView text)
+{
+    if (FindMark(text, u'/', u'/', 0) < 0)
+        return {};
+    QString changed = text.toString();
+    const auto orEnd = [&text](qsizetype at) { return at < 0 ? text.size() : at; };
+    const auto isAt = [&text](QStringView mark, qsizetype at) { return text.sliced(at).startsWith(mark); };
+    qsizetype at = 0;
+    while (at < text.size()) {
+        switch (text[at].unicode()) {
+        case u';':
+            at = orEnd(text.indexOf(u'\n', at));
+            break;
+        case u'"':
+            at = orEnd(text.indexOf(u'"', at + 1)) + 1;
+            break;
+        case u'$':
+            do
+                ++at;
+            while (at < text.size() && text[at].isLetterOrNumber());
+            if (at < text.size() && !isAt(u"//", at))
+                ++at;
+            break;
+        case u'/':
+            if (isAt(u"//", at)) {
+                changed[at] = changed[at + 1] = u';';
+                at = orEnd(text.indexOf(u'\n', at));
+            } else if (isAt(u"/*", at)) {
+                const qsizetype close = FindMark(text, u'*', u'/', at);
+                at = close < 0 ? text.size() : close + (isAt(u"*", close + 2) ? 1 : 2);
+            } else {
+                ++at;
+            }
+            break;
+        default:
+            ++at;
+            break;
+        }
+    }
+    return changed;
+}
+
 class NameFinder
 {
 public:
@@ -320,7 +364,8 @@ private:
 
 TextNames FindNames(QStringView text, bool isUnified)
 {
-    return NameFinder(text).Find(isUnified);
+    const QString changed = WithSemicolons(text);
+    return NameFinder(changed.isEmpty() ? text : changed).Find(isUnified);
 }
 
 QStringList ReadTypes(QStringView types)

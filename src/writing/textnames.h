@@ -35,8 +35,8 @@ struct TextNames {
     TextSpan score;
 };
 
-/// Reads a text once. Comments and strings are what colours them (see ScanRange). A unified text has a score;
-/// in a score text all of it is.
+/// Reads a text once. Comments and strings are what colours them (see ScanRange), and comments also what "//"
+/// begins. A unified text has a score; in a score text all of it is.
 TextNames FindNames(QStringView text, bool isUnified);
 
 /// The types of a list as an opcode's definition writes it: "kS[]o" is "k", "S[]", "o"; "0" is none.

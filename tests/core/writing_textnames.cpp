@@ -73,7 +73,7 @@ TEST(TextNames, TheWordsAreThoseOfAScanOfEachToken)
             const bool tokenMayBegin = at < text.size() - 1;
             qsizetype end = -1;
             bool comment = false;
-            if (c == u';') {
+            if (c == u';' || (c == u'/' && tokenMayBegin && text[at + 1] == u'/')) {
                 end = text.indexOf(u'\n', at);
                 end = end < 0 ? text.size() : end + 1;
                 comment = true;
@@ -89,6 +89,11 @@ TEST(TextNames, TheWordsAreThoseOfAScanOfEachToken)
                 while (end < text.size() && (text[end].isLetterOrNumber()))
                     ++end;
                 flush();
+                if (text.mid(end, 2) == u"//") {
+                    plain += u' ';
+                    at = end;
+                    continue;
+                }
                 // The character behind the name begins no token; it is a letter of no word either.
                 plain += end < text.size() ? text[end] : QChar(u' ');
                 at = end + 1;
@@ -102,8 +107,8 @@ TEST(TextNames, TheWordsAreThoseOfAScanOfEachToken)
             flush();
             AddWords(text.mid(at, end - at), comment ? comments : code, false);
             // The slash that closes a comment may open the next.
-            at = comment && c == u'/' && end < text.size() && text[end] == u'*' && text[end - 1] == u'/' &&
-                         end - at > 2
+            at = comment && c == u'/' && text[at + 1] == u'*' && end < text.size() && text[end] == u'*' &&
+                         text[end - 1] == u'/' && end - at > 2
                      ? end - 1
                      : end;
         }
@@ -142,6 +147,22 @@ TEST(TextNames, KnowsWhatNamesStandFor)
                                             {u"ain"_s, u"kcut"_s, u"iskip"_s}}));
     EXPECT_TRUE(Names(names.comments, NameKind::Word).contains(u"Never"_s));
     EXPECT_FALSE(Names(names.code, NameKind::Word).contains(u"Never"_s));
+}
+
+TEST(TextNames, TwoSlashesBeginAComment)
+{
+    const TextNames names = FindNames(u"a1 = 1 // don't say \"no /* here\n"
+                                      "instr Bass // instr Other\n"
+                                      "Sout = \"http://www\" ; // twice\n"
+                                      "k1 = $HALF// more\n"
+                                      "/* // */ kfree = 1\n",
+                                      false);
+    EXPECT_EQ(All(names.code), (std::set<QString>{u"a1"_s, u"instr"_s, u"Bass"_s, u"Sout"_s, u"http"_s,
+                                                  u"www"_s, u"k1"_s, u"kfree"_s}));
+    EXPECT_EQ(All(names.comments), (std::set<QString>{u"don"_s, u"t"_s, u"say"_s, u"no"_s, u"here"_s,
+                                                      u"instr"_s, u"Other"_s, u"twice"_s, u"more"_s}));
+    EXPECT_EQ(Names(names.code, NameKind::Instrument), QStringList(u"Bass"_s));
+    EXPECT_EQ(names.blockComments.size(), 1u);
 }
 
 TEST(TextNames, KnowsBlockCommentsAndTheScore)
