@@ -184,6 +184,27 @@ void CompletionTest::EscLeavesAndTheWordIsLeftAlone()
     typist.Type(u" lin"_s);
     QCOMPARE(typist.Rows(), QStringList({u"linen"_s}));
     QCOMPARE(typist.Text().Text(), u"\nosci lin"_s);
+    typist.Press(Qt::Key_Escape);
+    // The place stays with its word, and goes with it.
+    typist.Text().ReplaceRange(0, 0, u"; some\n"_s);
+    typist.Press(Qt::Key_End, Qt::ControlModifier);
+    typist.Type(u"e"_s);
+    QVERIFY(!typist.List().isVisible());
+    for (int i = 0; i < 4; ++i)
+        typist.Press(Qt::Key_Backspace);
+    typist.Type(u"osc"_s);
+    QVERIFY(typist.List().isVisible());
+    typist.Press(Qt::Key_Escape);
+    typist.Type(u"i"_s);
+    QVERIFY(!typist.List().isVisible());
+    typist.Text().SetSelection(typist.Text().Length() - 4, typist.Text().Length());
+    typist.Type(u"osc"_s);
+    QVERIFY(typist.List().isVisible());
+    typist.Press(Qt::Key_Escape);
+    typist.Text().LoadText(typist.Text().Text());
+    typist.Press(Qt::Key_End, Qt::ControlModifier);
+    typist.Type(u"i"_s);
+    QVERIFY(typist.List().isVisible());
 }
 
 void CompletionTest::TypingGoesOnUndisturbed()

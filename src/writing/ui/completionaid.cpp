@@ -80,6 +80,7 @@ CompletionAid::CompletionAid(const WritingContext &context)
     text.installEventFilter(this);
     text.viewport()->installEventFilter(this);
     m_context.window->installEventFilter(this);
+    connect(&text, &TextControl::edited, this, &CompletionAid::FollowEdit);
     connect(&text, &TextControl::textChanged, this, &CompletionAid::TextChanged);
     connect(&text, &TextControl::selectionChanged, this, &CompletionAid::SelectionChanged);
     connect(&text, &TextControl::textLoading, this, &CompletionAid::Close);
@@ -207,6 +208,16 @@ void CompletionAid::TextKey(const QKeyEvent &event)
                             event.key() == Qt::Key_Meta || event.key() == Qt::Key_CapsLock;
     if (m_shown && !m_following && !isModifier)
         Close();
+}
+
+void CompletionAid::FollowEdit(qsizetype offset, qsizetype removed, qsizetype added)
+{
+    if (offset > m_dismissed)
+        return;
+    if (offset + removed > m_dismissed)
+        m_dismissed = -1;
+    else if (offset < m_dismissed)
+        m_dismissed += added - removed;
 }
 
 void CompletionAid::TextChanged()

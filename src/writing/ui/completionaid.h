@@ -48,6 +48,8 @@ private:
     bool ListKey(const QKeyEvent &event);
     void TextKey(const QKeyEvent &event);
     bool IsListKey(const QKeyEvent &event) const;
+    /// Keeps the word at which the list was closed, or forgets it with its first letter.
+    void FollowEdit(qsizetype offset, qsizetype removed, qsizetype added);
     void TextChanged();
     void SelectionChanged();
     /// Shows what goes on the word at the caret, or closes the list.
