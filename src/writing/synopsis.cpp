@@ -13,6 +13,9 @@ namespace zelvane
 namespace
 {
 
+/// Longer stretches of a form, in characters, are cut: a tip is to be read at a glance.
+constexpr qsizetype LongestShown = 300;
+
 /// The name, where nothing but a blank or a bracket follows it; -1 without it.
 qsizetype FindName(QStringView line, QStringView opcode)
 {
@@ -133,17 +136,27 @@ int Synopsis::Shown(int argument) const
 
 QString Synopsis::RichText(int argument) const
 {
-    const auto bold = [this](const TextSpan &span) {
-        return u"<b>"_s + text.sliced(span.start, span.Length()).toHtmlEscaped() + u"</b>"_s;
+    const auto shown = [this](qsizetype start, qsizetype end) {
+        return Shortened(QStringView(text).sliced(start, end - start)).toHtmlEscaped();
     };
-    QString rich = text.first(name.start).toHtmlEscaped() + bold(name);
+    const auto bold = [&shown](const TextSpan &span) {
+        return u"<b>"_s + shown(span.start, span.end) + u"</b>"_s;
+    };
+    QString rich = shown(0, name.start) + bold(name);
     qsizetype from = name.end;
-    if (const int shown = argument < 0 ? -1 : Shown(argument); shown >= 0) {
-        const TextSpan &span = arguments[std::size_t(shown)];
-        rich += text.sliced(from, span.start - from).toHtmlEscaped() + bold(span);
+    if (const int current = argument < 0 ? -1 : Shown(argument); current >= 0) {
+        const TextSpan &span = arguments[std::size_t(current)];
+        rich += shown(from, span.start) + bold(span);
         from = span.end;
     }
-    return rich + text.sliced(from).toHtmlEscaped();
+    return rich + shown(from, text.size());
+}
+
+QString Shortened(QStringView text)
+{
+    if (text.size() <= LongestShown)
+        return text.toString();
+    return text.first(LongestShown / 2).toString() + u" ... "_s + text.last(LongestShown / 2).toString();
 }
 
 QString JoinArguments(const std::vector<ShownArgument> &arguments)

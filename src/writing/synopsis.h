@@ -27,9 +27,13 @@ struct Synopsis {
     QStringView Outputs() const { return QStringView(text).first(name.start).trimmed(); }
     /// Which of the arguments shows the one with this number, from 0; -1 when none does.
     int Shown(int argument) const;
-    /// As rich text, the opcode and one argument in bold. @param argument -1 for none
+    /// As rich text, the opcode and one argument in bold, long stretches between them shortened.
+    /// @param argument -1 for none
     QString RichText(int argument) const;
 };
+
+/// A text of more than some hundred characters with dots for its middle.
+QString Shortened(QStringView text);
 
 struct ShownArgument {
     QString text;

@@ -70,6 +70,25 @@ TEST(Synopsis, KnowsWhereItsArgumentsStand)
     EXPECT_EQ(oscil.RichText(9), oscil.RichText(-1));
 }
 
+TEST(Synopsis, LongFormsAreShortened)
+{
+    QStringList types;
+    for (int i = 0; i < 20'000; ++i)
+        types.append(u"k%1"_s.arg(i));
+    const Synopsis form = MakeSynopsis(types.join(u", "_s), u"Long", types.join(u", "_s));
+    const QString first = form.RichText(0), middle = form.RichText(10'000), last = form.RichText(19'999);
+    EXPECT_TRUE(first.startsWith(u"k0, k1, "_s) && first.contains(u" <b>Long</b> <b>k0</b>, k1, "_s) &&
+                first.endsWith(u", k19999"_s));
+    EXPECT_TRUE(middle.contains(u"<b>Long</b> k0, k1, "_s) &&
+                middle.contains(u", k9999, <b>k10000</b>, k10001, "_s));
+    EXPECT_TRUE(last.endsWith(u", k19998, <b>k19999</b>"_s));
+    for (const QString &text : {first, middle, last, form.RichText(-1), Shortened(form.text)}) {
+        EXPECT_LT(text.size(), 1100);
+        EXPECT_TRUE(text.contains(u" ... "_s));
+    }
+    EXPECT_EQ(Shortened(QString(300, u'x')), QString(300, u'x'));
+}
+
 TEST(Synopsis, ReadsTheManualsManners)
 {
     const auto arguments = [](QStringView line, QStringView opcode) {

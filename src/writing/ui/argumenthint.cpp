@@ -187,7 +187,7 @@ void ArgumentHintAid::Show()
             break;
         }
         rich.append(form.RichText(place->call.argument));
-        plain.append(form.text);
+        plain.append(Shortened(form.text));
     }
     // Above the caret's line, where a statement of several lines begins on another one.
     const TextControl &text = m_context.text;
