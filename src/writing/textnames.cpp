@@ -20,6 +20,9 @@ namespace zelvane
 namespace
 {
 
+/// What is longer nobody has called so: a file of data, or one without blanks.
+constexpr qsizetype LongestName = 200;
+
 /// IsWordCharacter, with a table for what most texts are made of.
 bool IsWord(QChar c)
 {
@@ -121,6 +124,8 @@ private:
 
     static void Add(Words &words, QStringView name, NameKind kind)
     {
+        if (name.size() > LongestName)
+            return;
         Found &word = words.try_emplace(name, Found{kind, 0}).first->second;
         word.kind = std::min(word.kind, kind);
         word.words += kind == NameKind::Word;

@@ -25,7 +25,7 @@ struct UserOpcode {
 /// What the writing aids know of a text.
 struct TextNames {
     /// The names in the orchestra's and the score's own text and in strings: macros with their "$",
-    /// instruments, tables that a variable stands for, opcodes, and every other word.
+    /// instruments, tables that a variable stands for, opcodes, and every other word of at most 200 letters.
     WordList code;
     WordList comments; ///< the words of comments
     std::vector<UserOpcode> opcodes;

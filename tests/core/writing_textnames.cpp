@@ -149,6 +149,19 @@ TEST(TextNames, KnowsWhatNamesStandFor)
     EXPECT_FALSE(Names(names.code, NameKind::Word).contains(u"Never"_s));
 }
 
+TEST(TextNames, VeryLongWordsAreNoNames)
+{
+    const QString longest(200, u'a'), longer(201, u'b');
+    const TextNames names =
+        FindNames(longest + u' ' + longer + u"\ninstr "_s + longer + u"\n#define "_s + longer + u" #1#\n"_s +
+                      longer + u" ftgen 0, 0, 8, 10, 1\nopcode "_s + longer + u", a, a\n; "_s + longer,
+                  false);
+    for (const QString &name : All(names.code))
+        EXPECT_LE(name.size(), 200);
+    EXPECT_TRUE(All(names.code).contains(longest));
+    EXPECT_TRUE(All(names.comments).empty());
+}
+
 TEST(TextNames, TwoSlashesBeginAComment)
 {
     const TextNames names = FindNames(u"a1 = 1 // don't say \"no /* here\n"

@@ -110,6 +110,7 @@ private Q_SLOTS:
     void ANumberIsNoWord();
     void AClickTakes();
     void ItIsShownInsideTheScreen();
+    void LongNamesStayInBounds();
     void ItHasAccessibleNames();
     void TheHintFollowsTheArguments();
     void TheHintKnowsFunctionsAndOwnOpcodes();
@@ -466,6 +467,31 @@ void CompletionTest::ItIsShownInsideTheScreen()
         QVERIFY(screen.contains(typist.Tip().geometry()));
         typist.Press(Qt::Key_Escape);
     }
+}
+
+void CompletionTest::LongNamesStayInBounds()
+{
+    const QByteArray name = "kLong" + QByteArray(150, 'x') + "End";
+    QByteArray ports("k");
+    for (int i = 1; i < 5000; ++i)
+        ports += 'k';
+    Typist typist(name + " = 1\nkLong" + QByteArray(1'000'000, 'y') + " = 1\nopcode Many, 0, " + ports +
+                      "\nendop\n",
+                  false);
+    typist.Type(u"kLong"_s);
+    // So large a text is read in a pause.
+    QVERIFY(Eventually([&] {
+        typist.Ask();
+        return typist.List().isVisible();
+    }));
+    QCOMPARE(typist.Rows(),
+             QStringList(u"kLong"_s + QString(34, u'x') + u'\u2026' + QString(17, u'x') + u"End"_s));
+    QVERIFY(typist.List().width() < 70 * QFontMetrics(typist.List().font()).maxWidth());
+    typist.Press(Qt::Key_Tab);
+    QCOMPARE(typist.Line(), QString::fromLatin1(name));
+    typist.Type(u"\nMany 1, 2, "_s);
+    QVERIFY(typist.Hint().startsWith(u"*Many* k, k, *k*, k, "_s));
+    QVERIFY(typist.Tip().height() < typist.window->height() / 4);
 }
 
 void CompletionTest::ItHasAccessibleNames()

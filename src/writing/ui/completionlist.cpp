@@ -20,7 +20,8 @@ namespace
 {
 
 constexpr int RowsInSight = 10;
-constexpr int RowsMeasured = 60; ///< the widths of more are not asked for
+constexpr int RowsMeasured = 60;          ///< the widths of more are not asked for
+constexpr qsizetype CharactersShown = 60; ///< of a longer name the ends
 
 QString NameOf(NameKind kind)
 {
@@ -39,6 +40,14 @@ QString NameOf(NameKind kind)
         break;
     }
     return u"word"_s;
+}
+
+QString ShownName(const QString &name)
+{
+    if (name.size() <= CharactersShown)
+        return name;
+    constexpr qsizetype atEnd = CharactersShown / 3;
+    return name.first(CharactersShown - atEnd - 1) + u'\u2026' + name.last(atEnd);
 }
 
 /// The kind stands at the right, quieter than the name.
@@ -93,7 +102,7 @@ public:
         const Completion &row = m_rows[std::size_t(index.row())];
         switch (role) {
         case Qt::DisplayRole:
-            return row.text;
+            return ShownName(row.text);
         case Qt::UserRole:
             return NameOf(row.kind);
         case Qt::AccessibleTextRole:
@@ -167,7 +176,7 @@ void CompletionList::Place(const QRect &place)
     const std::vector<Completion> &rows = m_model->Rows();
     int width = 0;
     for (std::size_t i = 0; i < std::min<std::size_t>(rows.size(), RowsMeasured); ++i)
-        width = std::max(width, metrics.horizontalAdvance(rows[i].text + NameOf(rows[i].kind)));
+        width = std::max(width, metrics.horizontalAdvance(ShownName(rows[i].text) + NameOf(rows[i].kind)));
     const int inSight = std::min(int(rows.size()), RowsInSight);
     const int bar = int(rows.size()) > inSight ? verticalScrollBar()->sizeHint().width() : 0;
     const QScreen *screen = QGuiApplication::screenAt(place.topLeft());
