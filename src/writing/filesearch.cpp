@@ -50,6 +50,17 @@ QByteArray ReadBounded(const QString &path, qint64 largest)
     return ReadWhole(file, path);
 }
 
+/// "*" is any characters, "?" one.
+QRegularExpression NamePattern(const QString &pattern)
+{
+    QString expression;
+    for (const QChar c : pattern)
+        expression += c == u'*' ? u".*"_s : c == u'?' ? u"."_s : QRegularExpression::escape(QString(c));
+    return QRegularExpression(QRegularExpression::anchoredPattern(expression),
+                              QRegularExpression::CaseInsensitiveOption |
+                                  QRegularExpression::DotMatchesEverythingOption);
+}
+
 class Walk
 {
 public:
@@ -57,7 +68,7 @@ public:
         : m_search(search), m_listener(listener), m_pattern(search.text, search.options)
     {
         for (const QString &pattern : search.patterns)
-            m_names.push_back(QRegularExpression::fromWildcard(pattern, Qt::CaseInsensitive));
+            m_names.push_back(NamePattern(pattern));
     }
 
     SearchCounts Run()

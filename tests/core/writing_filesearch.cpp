@@ -13,6 +13,7 @@
 #include <mutex>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QStringEncoder>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -109,6 +110,25 @@ TEST_F(SearchInFiles, HeedsCaseAndWords)
     search.options = FindWholeWord;
     Run();
     EXPECT_EQ(Rows(), QStringList({u"a.orc:1:oscil"_s, u"a.orc:2:Oscil"_s}));
+}
+
+TEST_F(SearchInFiles, NamesFitPatternsOfStarsAndQuestionMarks)
+{
+    for (const QString &name : {u"a[1].csd"_s, u"a1.csd"_s, u"ab.CSD"_s, u"a.b.csd"_s, u"abc"_s, u"a(.csd"_s})
+        Write(name, "oscil");
+    const auto names = [&](const QStringList &patterns) {
+        search.patterns = patterns;
+        Run();
+        QStringList all;
+        for (const FoundLine &line : found.lines)
+            all.append(QFileInfo(line.file).fileName());
+        return all;
+    };
+    EXPECT_EQ(names({u"a[1].csd"_s}), QStringList(u"a[1].csd"_s));
+    EXPECT_EQ(names({u"a?.csd"_s}), QStringList({u"a(.csd"_s, u"a1.csd"_s, u"ab.CSD"_s}));
+    EXPECT_EQ(names({u"a*b*"_s}), QStringList({u"a.b.csd"_s, u"ab.CSD"_s, u"abc"_s}));
+    EXPECT_EQ(names({u"a("_s, u"[a"_s, u"abc"_s}), QStringList(u"abc"_s));
+    EXPECT_EQ(names({u"*"_s}).size(), 6);
 }
 
 TEST_F(SearchInFiles, GoesIntoSubFoldersWhereAsked)
