@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <QDir>
 #include <QFileInfo>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -31,11 +32,24 @@ int OptionsOfSearch(const FileSearchFields &fields)
 QStringList SplitPatterns(const QString &patterns)
 {
     QStringList all;
-    for (const QString &pattern : patterns.split(u';')) {
-        if (!pattern.trimmed().isEmpty())
-            all.append(pattern.trimmed());
+    QString pattern;
+    for (const QChar c : patterns + u';') {
+        if (c != u';' && c != u',' && !c.isSpace())
+            pattern += c;
+        else if (!pattern.isEmpty())
+            all.append(std::exchange(pattern, {}));
     }
     return all;
+}
+
+/// The folder that is meant by what was typed; empty for nothing.
+QString FolderMeant(const QString &typed)
+{
+    if (typed.isEmpty())
+        return {};
+    const bool isAtHome = typed == u"~" || typed.startsWith(u"~/"_s);
+    const QString path = isAtHome ? QDir::homePath() + typed.sliced(1) : typed;
+    return QDir::cleanPath(QFileInfo(path).absoluteFilePath());
 }
 
 QString FolderToSearch(const EditorContext &editor)
@@ -93,7 +107,7 @@ QString FileSearchError(const FileSearchFields &fields)
 {
     if (fields.text.isEmpty())
         return u"There is no text to find."_s;
-    if (fields.folder.isEmpty() || !QFileInfo(fields.folder).isDir())
+    if (fields.folder.isEmpty() || !QFileInfo(FolderMeant(fields.folder)).isDir())
         return u"There is no folder '"_s + fields.folder + u"'."_s;
     if (!fields.regularExpression)
         return {};
@@ -106,7 +120,7 @@ FileSearch FileSearchOf(const FileSearchFields &fields)
     const QStringList patterns = SplitPatterns(fields.patterns);
     return {.text = fields.text,
             .options = OptionsOfSearch(fields),
-            .folder = QDir::cleanPath(QFileInfo(fields.folder).absoluteFilePath()),
+            .folder = FolderMeant(fields.folder),
             .patterns = patterns.isEmpty() ? QStringList(u"*"_s) : patterns,
             .subFolders = fields.subFolders};
 }
@@ -114,7 +128,7 @@ FileSearch FileSearchOf(const FileSearchFields &fields)
 void StoreFileSearch(SettingsStore &settings, const FileSearchFields &fields)
 {
     settings.InOneStep([&] {
-        settings.SaveText(Keys::FindInFilesFolder, fields.folder);
+        settings.SaveText(Keys::FindInFilesFolder, FolderMeant(fields.folder));
         settings.SaveText(Keys::FindInFilesPatterns,
                           fields.patterns == CsoundPatterns(settings) ? QString() : fields.patterns);
         settings.SaveFlag(Keys::FindInFilesSubFolders, fields.subFolders);

@@ -15,8 +15,8 @@ namespace zelvane
 /// What the fields of the dialog that finds in files hold.
 struct FileSearchFields {
     QString text = {};
-    QString folder = {};
-    QString patterns = {}; ///< joined by ";"
+    QString folder = {};   ///< "~" is the user's own
+    QString patterns = {}; ///< with ";", "," or blanks between
     bool subFolders = true;
     bool wholeWords = false;
     bool matchCase = false;

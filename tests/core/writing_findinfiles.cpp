@@ -88,7 +88,7 @@ TEST_F(FileSearchDialog, SaysWhatIsMissing)
 
 TEST_F(FileSearchDialog, MakesASearchOfItsFields)
 {
-    fields.patterns = u" *.csd ;;*.my orc; "_s;
+    fields.patterns = u" *.csd ;;*.my,*.orc  *.sco; "_s;
     fields.folder += u"/./x/../"_s;
     fields.matchCase = fields.regularExpression = true;
     fields.subFolders = false;
@@ -96,10 +96,27 @@ TEST_F(FileSearchDialog, MakesASearchOfItsFields)
     EXPECT_EQ(search, (FileSearch{.text = u"oscil"_s,
                                   .options = FindMatchCase | FindRegularExpression,
                                   .folder = folder.path(),
-                                  .patterns = {u"*.csd"_s, u"*.my orc"_s},
+                                  .patterns = {u"*.csd"_s, u"*.my"_s, u"*.orc"_s, u"*.sco"_s},
                                   .subFolders = false}));
     fields.patterns = u" ;"_s;
     EXPECT_EQ(FileSearchOf(fields).patterns, QStringList(u"*"_s));
+}
+
+TEST_F(FileSearchDialog, ATildeIsTheUsersFolder)
+{
+    fields.folder = u"~"_s;
+    EXPECT_EQ(FileSearchError(fields), QString());
+    EXPECT_EQ(FileSearchOf(fields).folder, QDir::homePath());
+    ASSERT_TRUE(QDir::home().mkpath(u"tilde/pieces"_s));
+    fields.folder = u"~/tilde/pieces/"_s;
+    EXPECT_EQ(FileSearchError(fields), QString());
+    EXPECT_EQ(FileSearchOf(fields).folder, QDir::homePath() + u"/tilde/pieces"_s);
+    StoreFileSearch(settings, fields);
+    EXPECT_EQ(OpeningFileSearch(editor).folder, QDir::homePath() + u"/tilde/pieces"_s);
+    ASSERT_TRUE(QDir(QDir::homePath() + u"/tilde"_s).removeRecursively());
+    EXPECT_EQ(FileSearchError(fields), u"There is no folder '~/tilde/pieces/'."_s);
+    fields.folder = u"~other"_s;
+    EXPECT_EQ(FileSearchError(fields), u"There is no folder '~other'."_s);
 }
 
 TEST(FileSearchText, TellsWhatWasFoundAndPassedOver)

@@ -171,6 +171,10 @@ void FindInFilesTest::ListsWhatItFinds()
     QVERIFY(on.Rows().isEmpty());
     QCOMPARE(on.Told(), u"0 lines in 0 of 3 files. Passed over: 1 binary."_s);
     QVERIFY(!on.Button(u"bOpenFound"_s).isEnabled());
+    on.Field(u"txtSearchPatterns"_s).setText(u"*.udo, *.txt"_s);
+    on.Click(u"bSearch"_s);
+    QVERIFY(on.Ended());
+    QCOMPARE(on.Told(), u"No file there has such a name."_s);
 }
 
 void FindInFilesTest::HeedsItsBoxes()

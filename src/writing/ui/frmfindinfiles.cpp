@@ -104,7 +104,7 @@ void frmFindInFiles::LayOut()
                 .labelName = u"lblSearchFolder"_s});
     fields.Add({.caption = u"Name &patterns:"_s,
                 .field = txtSearchPatterns,
-                .hint = u"Such as *.csd;*.orc. Without a pattern all files are searched."_s,
+                .hint = u"Such as *.csd *.orc. Without a pattern all files are searched."_s,
                 .labelName = u"lblSearchPatterns"_s});
     fields.AddUnder(Line({chkSearchSubFolders, chkSearchWords, chkSearchCase, chkSearchExpression}));
 
@@ -234,6 +234,8 @@ void frmFindInFiles::TakeNews()
     const QString counts = FileSearchText(news.counts);
     if (m_searching)
         lblFound->setText(u"Searching... "_s + counts);
+    else if (news.counts == SearchCounts() && !m_stopped)
+        lblFound->setText(u"No file there has such a name."_s);
     else
         lblFound->setText(m_stopped ? u"Stopped. "_s + counts : counts);
     EnableButtons();
