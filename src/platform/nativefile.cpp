@@ -3,6 +3,7 @@
 
 #include "platform/lostnames.h"
 #include "platform/nativecalls.h"
+#include "platform/readwhile.h"
 #include "platform/runtimeerror.h"
 
 #include <algorithm>
@@ -23,14 +24,6 @@ namespace zelvane
 {
 
 using namespace native;
-
-namespace
-{
-
-/// Beyond this a text cannot be held as UTF-16 by the string class and the text control.
-constexpr qint64 MaxFileSize = 1'000'000'000;
-
-} // namespace
 
 NativeFile::~NativeFile()
 {
@@ -79,33 +72,7 @@ NativeFile LockLeftFile(const QString &name)
 
 QByteArray ReadWhole(const NativeFile &file, const QString &name)
 {
-    struct stat info = {};
-    if (::fstat(file.Descriptor(), &info) != 0)
-        Fail(errno, name);
-    const auto refuseLarge = [&](qint64 size) {
-        if (size > MaxFileSize)
-            throw RunTimeError(ErrorNumber::PathFileAccess, u"The file is too large"_s, name);
-    };
-    refuseLarge(info.st_size);
-    // One byte more than the size, so that the end shows without growing; a file may be longer than it says.
-    QByteArray bytes(info.st_size + 1, Qt::Uninitialized);
-    qsizetype done = 0;
-    for (;;) {
-        if (done == bytes.size()) {
-            refuseLarge(done);
-            bytes.resize(done + done / 2 + 4096);
-        }
-        const ssize_t count = Retry([&] {
-            return ::pread(file.Descriptor(), bytes.data() + done, size_t(bytes.size() - done), done);
-        });
-        if (count < 0)
-            Fail(errno, name);
-        if (count == 0)
-            break;
-        done += count;
-    }
-    bytes.truncate(done);
-    return bytes;
+    return *ReadWhile(file, name, [](qint64) { return true; });
 }
 
 namespace

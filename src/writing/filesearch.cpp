@@ -2,6 +2,7 @@
 #include "writing/filesearch.h"
 
 #include "platform/nativefile.h"
+#include "platform/readwhile.h"
 #include "platform/runtimeerror.h"
 #include "platform/textbuffer.h"
 #include "platform/textencoding.h"
@@ -15,8 +16,8 @@
 #include <optional>
 #include <QByteArray>
 #include <QDir>
+#include <QDirIterator>
 #include <QFileInfo>
-#include <QFileInfoList>
 #include <QRegularExpression>
 #include <QStringView>
 #include <set>
@@ -37,18 +38,6 @@ constexpr qsizetype ToldBefore = 100;
 
 /// What a regular expression may take for one file.
 constexpr auto Patience = std::chrono::seconds(2);
-
-/// Larger than the search takes.
-struct TooLarge {
-};
-
-QByteArray ReadBounded(const QString &path, qint64 largest)
-{
-    const NativeFile file = OpenRegularFile(path);
-    if (StampOf(file).size > largest)
-        throw TooLarge();
-    return ReadWhole(file, path);
-}
 
 /// "*" is any characters, "?" one.
 QRegularExpression NamePattern(const QString &pattern)
@@ -73,7 +62,11 @@ public:
 
     SearchCounts Run()
     {
-        SearchFolder(m_search.folder);
+        try {
+            SearchFolder(m_search.folder);
+        } catch (const std::bad_alloc &) {
+            m_counts.cut = true;
+        }
         return m_counts;
     }
 
@@ -83,30 +76,35 @@ private:
     void SearchFolder(const QString &folder)
     {
         const std::optional<FileStamp> stamp = StampOf(folder);
-        const QDir listed(folder);
-        if (!stamp || !listed.isReadable()) {
+        if (!stamp || !QDir(folder).isReadable()) {
             ++m_counts.unreadable;
             return;
         }
         if (!m_folders.emplace(stamp->device, stamp->file).second)
             return;
-        QStringList below;
-        const QFileInfoList entries =
-            listed.entryInfoList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
-        for (const QFileInfo &entry : entries) {
-            if (Ended())
-                return;
-            if (entry.isDir())
-                below.append(entry.filePath());
-            else if (IsAskedFor(entry.fileName()))
-                SearchEntry(entry);
+        // A folder may hold more names than anybody waits for.
+        QStringList files, below;
+        QDirIterator entries(folder, QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot);
+        while (entries.hasNext() && !Ended()) {
+            const QString path = entries.next();
+            if (!entries.fileInfo().isDir()) {
+                if (IsAskedFor(entries.fileName()))
+                    files.append(path);
+            } else if (m_search.subFolders) {
+                below.append(path);
+            }
         }
-        if (!m_search.subFolders)
-            return;
-        for (const QString &one : below) {
+        files.sort();
+        below.sort();
+        for (const QString &path : files) {
             if (Ended())
                 return;
-            SearchFolder(one);
+            SearchEntry(QFileInfo(path));
+        }
+        for (const QString &path : below) {
+            if (Ended())
+                return;
+            SearchFolder(path);
         }
     }
 
@@ -129,7 +127,17 @@ private:
     void SearchFile(const QString &path)
     {
         try {
-            const QByteArray bytes = ReadBounded(path, m_search.largestFile);
+            bool isLarge = false;
+            const std::optional<QByteArray> read =
+                ReadWhile(OpenRegularFile(path), path, [this, &isLarge](qint64 size) {
+                    isLarge = size > m_search.largestFile;
+                    return !isLarge && !m_listener.Stopped();
+                });
+            if (!read) {
+                m_counts.large += isLarge ? 1 : 0;
+                return;
+            }
+            const QByteArray &bytes = *read;
             DecodedText decoded = DecodeText(bytes);
             const bool isWide = decoded.encoding.form == TextEncoding::Form::Utf16Little ||
                                 decoded.encoding.form == TextEncoding::Form::Utf16Big;
@@ -139,8 +147,6 @@ private:
             }
             const LineEndForm form = DetectPlatform(decoded.text);
             SearchText(path, FromLineEnds(std::move(decoded.text), form));
-        } catch (const TooLarge &) {
-            ++m_counts.large;
         } catch (const RunTimeError &) {
             ++m_counts.unreadable;
         } catch (const std::bad_alloc &) {

@@ -64,7 +64,8 @@ public:
 
 /// Searches the files of a folder, in the order of their names, then its sub-folders; each folder once,
 /// whatever links lead to it. Hidden files and folders are left out. Texts are read as the editor reads them,
-/// so that lines have the same numbers; each line counts once. Throws nothing.
+/// so that lines have the same numbers; each line counts once. Ends soon when it is stopped, also while it
+/// reads. Throws nothing: without memory it ends as if there were too many lines.
 /// @param search with a regular expression that is valid
 SearchCounts SearchFiles(const FileSearch &search, FileSearchListener &listener);
 

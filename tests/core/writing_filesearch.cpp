@@ -11,6 +11,7 @@
 #include <condition_variable>
 #include <gtest/gtest.h>
 #include <mutex>
+#include <new>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -214,6 +215,51 @@ TEST_F(SearchInFiles, EndsAtTheMostLines)
     const SearchCounts counts = Run();
     EXPECT_TRUE(counts.cut);
     EXPECT_EQ(Rows(), QStringList({u"a.csd:1:oscil"_s, u"a.csd:2:oscil"_s, u"b.csd:1:oscil"_s}));
+}
+
+TEST_F(SearchInFiles, TheBoundHoldsForFilesThatSayNoSize)
+{
+    // The system makes such a file up as it is read.
+    const QString endless = u"/proc/self/maps"_s;
+    if (!QFileInfo::exists(endless))
+        GTEST_SKIP() << "no such file here";
+    ASSERT_EQ(QFileInfo(endless).size(), 0);
+    search = {.text = u"-"_s, .folder = u"/proc/self"_s, .patterns = {u"maps"_s}, .subFolders = false};
+    EXPECT_EQ(Run().files, 1);
+    search.largestFile = 100;
+    EXPECT_EQ(Run(), (SearchCounts{.large = 1}));
+}
+
+TEST_F(SearchInFiles, StopsWhileItListsAndReads)
+{
+    for (int i = 0; i < 50; ++i)
+        Write(u"%1.csd"_s.arg(i), "oscil");
+    found.stopAt = 20;
+    EXPECT_EQ(Run(), SearchCounts()) << "in the list of names";
+    EXPECT_EQ(found.asked, 21);
+    place.removeRecursively();
+    ASSERT_TRUE(place.mkpath(u"."_s));
+    Write(u"a.csd"_s, QByteArray(20'000'000, 'x'));
+    Run();
+    const int whole = found.asked;
+    EXPECT_GT(whole, 20);
+    found.asked = 0;
+    found.stopAt = whole - 10;
+    EXPECT_EQ(Run(), SearchCounts()) << "in the file: neither searched nor passed over";
+}
+
+TEST_F(SearchInFiles, EndsWithoutMemory)
+{
+    struct Poor : Collected {
+        void Counted(const SearchCounts &now) override
+        {
+            Collected::Counted(now);
+            throw std::bad_alloc();
+        }
+    } poor;
+    Write(u"a.csd"_s, "oscil");
+    Write(u"b.csd"_s, "oscil");
+    EXPECT_EQ(SearchFiles(search, poor), (SearchCounts{.searched = 1, .files = 1, .lines = 1, .cut = true}));
 }
 
 TEST_F(SearchInFiles, StopsWhereAsked)
