@@ -56,6 +56,8 @@ bool MayReplace(EditorContext &editor, const FindFields &fields, const FindPatte
 void ReplaceSelectedHit(EditorContext &editor, const FindFields &fields, const FindPattern &pattern)
 {
     const TextSpan selection = editor.text.Selection();
+    if (selection.IsEmpty() && fields.emptyHit != selection.start)
+        return;
     PatternSearch search(pattern, editor.text.Text());
     search.SetStop(StopWhenLong());
     const std::optional<PatternHit> hit = search.Next(selection.start);
@@ -118,33 +120,35 @@ FindFields OpeningFindFields(const EditorContext &editor)
     return fields;
 }
 
-void FindNext(EditorContext &editor, const FindFields &fields)
+bool FindNext(EditorContext &editor, const FindFields &fields)
 {
     if (fields.find.isEmpty())
-        return;
-    FindNextText(editor, fields.find, fields.wrap, OptionsOf(fields));
+        return false;
+    const bool found = FindNextText(editor, fields.find, fields.wrap, OptionsOf(fields));
     editor.settings.InOneStep([&] {
         StoreFindString(editor.settings, fields.find);
         StoreWordAndCase(editor.settings, fields);
         editor.settings.SaveFlag(Keys::FindWrapSearches, fields.wrap);
         editor.settings.SaveNumber(Keys::FindScope, int(fields.scope));
     });
+    return found;
 }
 
-void ReplaceNext(EditorContext &editor, const FindFields &fields)
+bool ReplaceNext(EditorContext &editor, const FindFields &fields)
 {
     if (fields.find.isEmpty())
-        return;
+        return false;
     if (OptionsOf(fields) & FindRegularExpression) {
         const FindPattern pattern(fields.find, OptionsOf(fields));
         if (!MayReplace(editor, fields, pattern))
-            return;
+            return false;
         ReplaceSelectedHit(editor, fields, pattern);
     } else if (editor.text.SelectedText() == fields.find) {
         editor.text.ReplaceSelection(fields.replace);
     }
-    FindNextText(editor, fields.find, false, OptionsOf(fields));
+    const bool found = FindNextText(editor, fields.find, false, OptionsOf(fields));
     StoreReplacing(editor.settings, fields);
+    return found;
 }
 
 void ReplaceAll(EditorContext &editor, const FindFields &fields, const std::function<void(bool)> &showText)

@@ -7,6 +7,7 @@
 #include <optional>
 #include <QString>
 #include <QStringList>
+#include <QtGlobal>
 
 namespace zelvane
 {
@@ -23,6 +24,9 @@ struct FindFields {
     bool wrap = false;
     std::optional<bool> regularExpression = {}; ///< no value where the dialog has no such box
     FindScope scope = FindScope::EntireDocument;
+    /// Where the last step found a place between characters, as "^" does; no value where it found text. A
+    /// caret shows no hit.
+    std::optional<qsizetype> emptyHit = {};
 };
 
 /// What the selection says to the find dialog: one on one line is the text to find, one of several lines is
@@ -42,12 +46,13 @@ QStringList FindStringsOffered(const SettingsStore &settings);
 /// The sum of the FindOption that the checks stand for.
 int OptionsOf(const FindFields &fields);
 
-/// `bFind`: the next hit. Nothing happens with an empty text to find.
-void FindNext(EditorContext &editor, const FindFields &fields);
+/// `bFind`: the next hit. Nothing happens with an empty text to find. @return whether there was one
+bool FindNext(EditorContext &editor, const FindFields &fields);
 
 /// `bReplace`: replaces the selection when it is exactly the text to find, or a hit of the regular
 /// expression, then goes to the next hit without wrapping. Nothing happens with an empty text to find.
-void ReplaceNext(EditorContext &editor, const FindFields &fields);
+/// @return whether there was a next one
+bool ReplaceNext(EditorContext &editor, const FindFields &fields);
 
 /// `bReplaceAll`: replaces every hit of the scope in one pass and one edit, and tells how many there were.
 /// Nothing happens with an empty text to find.

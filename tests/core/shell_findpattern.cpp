@@ -325,6 +325,23 @@ TEST_F(RegularFinding, ReplaceGoesStepByStep)
     EXPECT_EQ(settings.Text(Keys::FindReplace), fields.replace);
 }
 
+TEST_F(RegularFinding, AnEmptyHitIsReplacedOnceItWasFound)
+{
+    fields.find = u"^"_s;
+    fields.replace = u"; "_s;
+    text.SetText(u"one\ntwo\nthree"_s);
+    EXPECT_TRUE(ReplaceNext(editor, fields));
+    EXPECT_EQ(text.text, u"one\ntwo\nthree"_s) << "nothing was found yet";
+    EXPECT_EQ(text.selection, (TextSpan{4, 4}));
+    fields.emptyHit = 4;
+    EXPECT_TRUE(ReplaceNext(editor, fields));
+    EXPECT_EQ(text.text, u"one\n; two\nthree"_s);
+    EXPECT_EQ(text.selection, (TextSpan{10, 10}));
+    text.SetSelection(0, 0);
+    EXPECT_TRUE(ReplaceNext(editor, fields));
+    EXPECT_EQ(text.text, u"one\n; two\nthree"_s) << "the caret has been moved";
+}
+
 TEST_F(RegularFinding, APartOfAHitIsNotReplaced)
 {
     text.SetText(u"a 22"_s);

@@ -698,6 +698,22 @@ void FrmFindTest::RegularExpressionsAreReplacedByStep()
     on.Click(u"bReplace"_s);
     QCOMPARE(on.Text().Text(), u"a2 = a1 \u00e8 \U0001f600 a4 = a3"_s);
     on.desktop.CheckAllCame();
+    // A place between characters, once it has been found.
+    on.Text().SetText(u"one\ntwo\nthree\n"_s);
+    on.Text().SetSelection(0, 0);
+    on.Find().setEditText(u"^"_s);
+    on.With().setText(u"; "_s);
+    on.Click(u"bReplace"_s);
+    QCOMPARE(on.Text().Text(), u"one\ntwo\nthree\n"_s);
+    on.Click(u"bReplace"_s);
+    QCOMPARE(on.Text().Text(), u"one\n; two\nthree\n"_s);
+    on.ExpectMissing(u"^"_s);
+    on.Click(u"bReplace"_s);
+    on.desktop.CheckAllCame();
+    QCOMPARE(on.Text().Text(), u"one\n; two\n; three\n"_s);
+    on.Text().SetSelection(0, 0);
+    on.Click(u"bReplace"_s);
+    QCOMPARE(on.Text().Text(), u"one\n; two\n; three\n"_s);
 }
 
 void FrmFindTest::RegularExpressionsAreReplacedInOneStep()

@@ -173,7 +173,8 @@ FindFields frmFind::Fields() const
             .regularExpression = chkRegularExpression->isHidden()
                                      ? std::nullopt
                                      : std::optional(chkRegularExpression->isChecked()),
-            .scope = selectedText ? FindScope::SelectedText : FindScope::EntireDocument};
+            .scope = selectedText ? FindScope::SelectedText : FindScope::EntireDocument,
+            .emptyHit = m_emptyHit};
 }
 
 void frmFind::SetFindMode(bool replace)
@@ -204,11 +205,7 @@ void frmFind::EnableButtons()
 
 void frmFind::Find()
 {
-    m_commands.Guard([this] {
-        FindNext(m_editor, Fields());
-        ShowRecentStrings();
-    });
-    UncoverSelection();
+    Step(&FindNext);
 }
 
 void frmFind::Replace()
@@ -217,8 +214,16 @@ void frmFind::Replace()
         SetFindMode(true);
         return;
     }
-    m_commands.Guard([this] {
-        ReplaceNext(m_editor, Fields());
+    Step(&ReplaceNext);
+}
+
+void frmFind::Step(bool (*step)(EditorContext &, const FindFields &))
+{
+    m_commands.Guard([this, step] {
+        const FindFields fields = Fields();
+        m_emptyHit.reset();
+        if (step(m_editor, fields) && m_text.Selection().IsEmpty())
+            m_emptyHit = m_text.CaretOffset();
         ShowRecentStrings();
     });
     UncoverSelection();

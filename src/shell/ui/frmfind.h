@@ -3,7 +3,9 @@
 
 #include "shell/findreplace.h"
 
+#include <optional>
 #include <QDialog>
+#include <QtGlobal>
 
 class QCheckBox;
 class QComboBox;
@@ -60,6 +62,8 @@ private:
     void Find();
     void Replace();
     void ReplaceEverything();
+    /// Does a step, and keeps what it found for the next one.
+    void Step(bool (*step)(EditorContext &, const FindFields &));
     void ShowRecentStrings();
     /// Moves the dialog off the selection that it covers, where the screen has room.
     void UncoverSelection();
@@ -68,6 +72,7 @@ private:
     TextControl &m_text;
     Commands &m_commands;
     bool m_replaceMode = false;
+    std::optional<qsizetype> m_emptyHit; ///< see FindFields
 
     QComboBox *txtFind;
     QLabel *lblReplace = nullptr;
