@@ -3,7 +3,7 @@
 
 import os
 
-from support.stage import check, copy_example, dark_desktop, equal, main, settled
+from support.stage import DISPLAY_SIZE, check, copy_example, dark_desktop, equal, main, settled
 
 STORE = """[Options]
 Used=2
@@ -96,4 +96,27 @@ def a_dark_dialog(stage):
     editor.close(window)
 
 
-main(lines_are_found_and_opened, a_dark_dialog)
+def a_dark_dialog_at_twice_the_size(stage):
+    stage.write_store(STORE)
+    dark_desktop(stage)
+    stage.environment["QT_SCALE_FACTOR"] = "2"
+    piece = pieces(stage)
+    editor, window = settled(stage, piece)
+    keys(stage, editor, "ctrl+shift+f")
+    dialog = dialog_of(stage, editor)
+    typed(stage, editor, "oscil")
+    keys(stage, editor, "Return")
+    stage.until(lambda: stage.setting("1", "Recent File Searches") == "oscil", "the text in the store")
+    editor.at_rest()
+    stage.screenshot("findinfiles-dark-200")
+    left, top, width, height = dialog.geometry()
+    across, down = (int(length) for length in DISPLAY_SIZE.split("x")[:2])
+    check(left >= 0 and top >= 0 and left + width <= across and top + height <= down, "the dialog is on the screen")
+    keys(stage, editor, "alt+r", "Return")
+    stage.until(window.is_active, "the editor in front")
+    editor.at_rest()
+    stage.screenshot("findinfiles-opened-dark-200")
+    editor.close(window)
+
+
+main(lines_are_found_and_opened, a_dark_dialog, a_dark_dialog_at_twice_the_size)

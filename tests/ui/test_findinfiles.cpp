@@ -374,6 +374,8 @@ void FindInFilesTest::TheSizeIsHeldToTheScreen()
     frmFindInFiles &dialog = on.Show();
     const QRect screen = dialog.screen()->availableGeometry();
     QVERIFY2(screen.contains(dialog.frameGeometry()), qPrintable(QDebug::toString(dialog.frameGeometry())));
+    // Also where all is twice as large: half the width of a small screen is enough for what it holds.
+    QVERIFY2(dialog.minimumSizeHint().width() < 600, qPrintable(QDebug::toString(dialog.minimumSizeHint())));
 }
 
 int main(int argc, char **argv)

@@ -18,6 +18,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QEvent>
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QItemSelectionModel>
@@ -42,7 +43,7 @@ namespace
 {
 
 // Widths in characters.
-constexpr int FieldWidth = 40;
+constexpr int FieldWidth = 24; ///< at least
 constexpr int FileWidth = 36;
 constexpr int LineWidth = 8;
 constexpr int ListWidth = 100;
@@ -106,7 +107,14 @@ void frmFindInFiles::LayOut()
                 .field = txtSearchPatterns,
                 .hint = u"Such as *.csd *.orc. Without a pattern all files are searched."_s,
                 .labelName = u"lblSearchPatterns"_s});
-    fields.AddUnder(Line({chkSearchSubFolders, chkSearchWords, chkSearchCase, chkSearchExpression}));
+    // In one line they would be wider than a small screen at twice the size.
+    auto *boxes = new QGridLayout;
+    boxes->addWidget(chkSearchSubFolders, 0, 0);
+    boxes->addWidget(chkSearchWords, 0, 1);
+    boxes->addWidget(chkSearchCase, 1, 0);
+    boxes->addWidget(chkSearchExpression, 1, 1);
+    boxes->setColumnStretch(2, 1);
+    fields.AddUnder(boxes);
 
     auto *top = new QHBoxLayout;
     top->addLayout(fields.Layout(), 1);
