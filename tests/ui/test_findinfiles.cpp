@@ -53,6 +53,20 @@ struct FindingInFiles : EditorWindow {
     {
         return WriteFile(u"pieces/"_s + name, bytes);
     }
+    /// Begins a search that takes minutes in each file.
+    void SearchLong()
+    {
+        QByteArray hard;
+        for (int i = 0; i < 5000; ++i)
+            hard += QByteArray(40, 'a') + "b\n";
+        for (int i = 0; i < 50; ++i)
+            Write(u"hard%1.csd"_s.arg(i), hard);
+        Show();
+        Text().setEditText(u"(a?){24}(a?){24}a{24}$"_s);
+        Check(u"chkSearchExpression"_s).setChecked(true);
+        Click(u"bSearch"_s);
+        QVERIFY(Dialog()->IsSearching());
+    }
     frmFindInFiles *Dialog() { return window->findChild<frmFindInFiles *>(); }
     frmFindInFiles &Show()
     {
@@ -105,6 +119,7 @@ private Q_SLOTS:
     void UnsavedWorkIsAskedAbout();
     void InTheDocumentOnlyTheLineIsSelected();
     void StopEndsTheSearch();
+    void TheWindowAndTheAidEndARunningSearch();
     void ClosingEndsTheSearchAndSavesThePlace();
     void TheFolderIsPicked();
     void TheDialogGivesWayToTheHit();
@@ -294,22 +309,39 @@ void FindInFilesTest::InTheDocumentOnlyTheLineIsSelected()
 void FindInFilesTest::StopEndsTheSearch()
 {
     FindingInFiles on;
-    // Minutes of work, in each file.
-    QByteArray hard;
-    for (int i = 0; i < 5000; ++i)
-        hard += QByteArray(40, 'a') + "b\n";
-    for (int i = 0; i < 50; ++i)
-        on.Write(u"hard%1.csd"_s.arg(i), hard);
-    on.Show();
-    on.Text().setEditText(u"(a?){24}(a?){24}a{24}$"_s);
-    on.Check(u"chkSearchExpression"_s).setChecked(true);
-    on.Click(u"bSearch"_s);
-    QVERIFY(on.Dialog()->IsSearching());
+    on.SearchLong();
     QVERIFY(on.Button(u"bStopSearch"_s).isEnabled());
     on.Click(u"bStopSearch"_s);
     QVERIFY(on.Ended());
     QVERIFY2(on.Told().startsWith(u"Stopped. 0 lines"_s), qPrintable(on.Told()));
     QVERIFY(!on.Button(u"bStopSearch"_s).isEnabled());
+}
+
+void FindInFilesTest::TheWindowAndTheAidEndARunningSearch()
+{
+    const auto gone = [](const QPointer<frmFindInFiles> &dialog) {
+        return Eventually([&dialog] {
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            return !dialog;
+        });
+    };
+    FindingInFiles switchedOff;
+    switchedOff.SearchLong();
+    QPointer<frmFindInFiles> dialog = switchedOff.Dialog();
+    switchedOff.settings.SaveFlag(Keys::FindInFiles, false);
+    switchedOff.window->Looks().ApplyAll();
+    QVERIFY(gone(dialog));
+    FindingInFiles closed;
+    closed.SearchLong();
+    dialog = closed.Dialog();
+    closed.window->close();
+    QVERIFY(gone(dialog));
+    QVERIFY(!closed.window->isVisible());
+    FindingInFiles deleted;
+    deleted.SearchLong();
+    dialog = deleted.Dialog();
+    deleted.window.reset();
+    QVERIFY(!dialog);
 }
 
 void FindInFilesTest::ClosingEndsTheSearchAndSavesThePlace()
