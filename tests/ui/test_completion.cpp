@@ -31,9 +31,8 @@ struct Typist : EditorWindow {
     explicit Typist(const QByteArray &content = "\n", bool byItself = true,
                     const QString &name = u"piece.orc"_s)
     {
-        WriteFile(
-            u"opcodes.txt"_s,
-            "0dbfs oscil oscili outs linen endin endop print prints OSCsend moscil pow FLpanel FLknob x\n");
+        WriteFile(u"opcodes.txt"_s, "0dbfs oscil oscili outs linen endin endop print prints OSCsend moscil "
+                                    "pow FLpanel FLknob if x\n");
         settings.SaveFlag(Keys::Completion, true);
         settings.SaveFlag(Keys::AutoComplete, byItself);
         settings.SaveFlag(Keys::ArgumentHint, true);
@@ -583,6 +582,14 @@ void CompletionTest::TheHintReadsTheManual()
     typist.WriteFile(u"other.html"_s, "<pre class=\"synopsis\">other kamp</pre>");
     typist.Type(u"\nother 1, "_s);
     QCOMPARE(typist.Hint(), QString()); // no opcode
+    // A condition is no list of arguments.
+    typist.WriteFile(u"if.html"_s, "<pre class=\"synopsis\">if xa R xb then</pre>");
+    typist.Type(u"\nif (k1 > linen("_s);
+    QCOMPARE(typist.Hint(), u"ares *linen* *xamp*, irise &lt;s&gt;\nkres *linen* *kamp*"_s);
+    typist.Type(u"1)) "_s);
+    QCOMPARE(typist.Hint(), QString());
+    typist.AskHint();
+    QCOMPARE(typist.Hint(), QString());
 }
 
 void CompletionTest::TheHintGoes()

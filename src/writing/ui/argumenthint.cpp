@@ -12,6 +12,7 @@
 #include "writing/ui/namekeeper.h"
 
 #include <algorithm>
+#include <iterator>
 #include <QAbstractSlider>
 #include <QEvent>
 #include <QKeyEvent>
@@ -32,6 +33,15 @@ constexpr qsizetype StatementReach = 8192;
 constexpr int StatementLines = 32;
 /// So many forms are shown.
 constexpr std::size_t MostForms = 6;
+
+/// Words that take a condition or nothing, though the manual has a page of each.
+bool IsControlWord(QStringView name)
+{
+    static constexpr QStringView words[] = {u"if",    u"elseif", u"else",  u"then",  u"ithen",
+                                            u"kthen", u"endif",  u"fi",    u"while", u"until",
+                                            u"do",    u"od",     u"endin", u"endop"};
+    return std::find(std::begin(words), std::end(words), name) != std::end(words);
+}
 
 bool GoesOn(QStringView line)
 {
@@ -119,6 +129,8 @@ void ArgumentHintAid::FollowCaret()
 
 bool ArgumentHintAid::IsOpcode(QStringView name)
 {
+    if (IsControlWord(name))
+        return false;
     const std::vector<UserOpcode> &own = m_names->Names().opcodes;
     return m_arguments.Contains(name) ||
            std::any_of(own.begin(), own.end(),
