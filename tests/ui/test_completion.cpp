@@ -464,6 +464,11 @@ void CompletionTest::ItIsShownInsideTheScreen()
         typist.Type(u" oscil "_s);
         QVERIFY(typist.Tip().isVisible());
         QVERIFY(screen.contains(typist.Tip().geometry()));
+        typist.Type(u"osc"_s);
+        QVERIFY(typist.List().isVisible() && typist.Tip().isVisible());
+        QVERIFY(screen.contains(typist.List().geometry()));
+        QVERIFY(!typist.List().geometry().intersects(typist.Tip().geometry()));
+        typist.Press(Qt::Key_Escape);
         typist.Press(Qt::Key_Escape);
     }
 }

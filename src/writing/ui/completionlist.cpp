@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "writing/ui/completionlist.h"
 
+#include "writing/ui/hinttip.h"
+
 #include <algorithm>
 #include <QAbstractListModel>
 #include <QAccessible>
@@ -170,8 +172,21 @@ void CompletionList::MakeCurrent(int row)
     }
 }
 
-void CompletionList::Place(const QRect &place)
+QRect CompletionList::WithHint(QRect place) const
 {
+    for (const HintTip *tip : parentWidget()->findChildren<HintTip *>()) {
+        const QRect hint = tip->geometry();
+        if (tip->isVisible() && hint.bottom() + 1 >= place.top() && hint.top() - 1 <= place.bottom()) {
+            place.setTop(std::min(place.top(), hint.top()));
+            place.setBottom(std::max(place.bottom(), hint.bottom()));
+        }
+    }
+    return place;
+}
+
+void CompletionList::Place(const QRect &word)
+{
+    const QRect place = WithHint(word);
     const QFontMetrics metrics(font());
     const std::vector<Completion> &rows = m_model->Rows();
     int width = 0;

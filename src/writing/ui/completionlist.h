@@ -36,7 +36,9 @@ protected:
     void hideEvent(QHideEvent *event) override;
 
 private:
-    void Place(const QRect &place);
+    void Place(const QRect &word);
+    /// A place with the hint that stands above or below it, which the list leaves in sight.
+    QRect WithHint(QRect place) const;
     void MakeCurrent(int row);
 
     CompletionModel *m_model;
