@@ -109,7 +109,7 @@ public:
         }
         ReadRest(from, looked);
         if (isUnified)
-            FindScore();
+            FindSections();
         m_names.code = List(m_code);
         m_names.comments = List(m_comments);
         return std::move(m_names);
@@ -345,14 +345,19 @@ private:
             Add(m_code, m_text.sliced(start, end - start), NameKind::Table);
     }
 
-    void FindScore()
+    TextSpan Section(QStringView tag, QStringView closingTag) const
     {
-        const qsizetype opening = m_text.indexOf(u"<CsScore>"_s);
+        const qsizetype opening = m_text.indexOf(tag);
         if (opening < 0)
-            return;
-        const qsizetype start = opening + 9;
-        const qsizetype closing = m_text.indexOf(u"</CsScore>"_s, start);
-        m_names.score = {start, closing < 0 ? m_text.size() : closing};
+            return {};
+        const qsizetype start = opening + tag.size();
+        const qsizetype closing = m_text.indexOf(closingTag, start);
+        return {start, closing < 0 ? m_text.size() : closing};
+    }
+    void FindSections()
+    {
+        m_names.orchestra = Section(u"<CsInstruments>", u"</CsInstruments>");
+        m_names.score = Section(u"<CsScore>", u"</CsScore>");
     }
 
     QStringView m_text;

@@ -31,12 +31,12 @@ struct TextNames {
     std::vector<UserOpcode> opcodes;
     std::vector<TextSpan> blockComments; ///< in order; one that is not closed ends with the text
     std::vector<TextSpan> bracedStrings; ///< with their double braces, in order; their words are in `code`
-    /// The score of a unified text, from its tag to the closing one or to the end; empty without one.
-    TextSpan score;
+    /// The sections of a unified text, each from its tag to the closing one or to the end; empty without one.
+    TextSpan orchestra, score;
 };
 
 /// Reads a text once. Comments and strings are what colours them (see ScanRange), and comments also what "//"
-/// begins. A unified text has a score; in a score text all of it is.
+/// begins. A unified text has sections, other texts have none.
 TextNames FindNames(QStringView text, bool isUnified);
 
 /// The types of a list as an opcode's definition writes it: "kS[]o" is "k", "S[]", "o"; "0" is none.

@@ -178,7 +178,7 @@ TEST(TextNames, TwoSlashesBeginAComment)
     EXPECT_EQ(names.blockComments.size(), 1u);
 }
 
-TEST(TextNames, KnowsBlockCommentsAndTheScore)
+TEST(TextNames, KnowsBlockCommentsAndSections)
 {
     const QString text = u"<CsScore>\ni1 /* a\nb */ 0 ; /* no\n</CsScore>\n/* open"_s;
     const TextNames names = FindNames(text, true);
@@ -187,6 +187,10 @@ TEST(TextNames, KnowsBlockCommentsAndTheScore)
     EXPECT_EQ(names.blockComments, std::vector<TextSpan>({closed, open}));
     EXPECT_EQ(names.score, (TextSpan{9, text.indexOf(u"</CsScore>"_s)}));
     EXPECT_EQ(FindNames(text, false).score, TextSpan());
+    EXPECT_EQ(names.orchestra, TextSpan());
+    const QString unclosed = u"<CsOptions>\n<CsInstruments>\ninstr 1\n"_s;
+    EXPECT_EQ(FindNames(unclosed, true).orchestra, (TextSpan{27, unclosed.size()}));
+    EXPECT_EQ(FindNames(unclosed + u"</CsInstruments>\n"_s, true).orchestra, (TextSpan{27, unclosed.size()}));
 }
 
 TEST(TextNames, KnowsStringsInBraces)

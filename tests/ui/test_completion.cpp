@@ -102,6 +102,7 @@ private Q_SLOTS:
     void NamesOfTheTextAreListed();
     void NoListByItselfInCommentsAndStrings();
     void AScoreListsNoOpcodes();
+    void OptionsAndLabelsAreAskedOnly();
     void OtherTextsAreAskedOnly();
     void ArrowsMoveInTheListAlone();
     void ItClosesWithFocusScrollAndLoad();
@@ -334,6 +335,26 @@ void CompletionTest::AScoreListsNoOpcodes()
     typist.Text().SetSelection(inOrchestra, inOrchestra);
     typist.Type(u"osc "_s);
     QVERIFY(typist.Text().Text().contains(u"i \"Oscar\n"_s));
+}
+
+void CompletionTest::OptionsAndLabelsAreAskedOnly()
+{
+    Typist typist("\n", true, u"piece.csd"_s);
+    const QString options = u"<CsoundSynthesizer>\n<CsOptions>\n-+rtaudio=osc\n</CsOptions>\n"_s;
+    typist.Type(options);
+    QCOMPARE(typist.Text().Text(), u"\n"_s + options);
+    typist.Type(u"<CsInstruments>\nlin"_s);
+    QCOMPARE(typist.Current(), u"linen"_s);
+    typist.Press(Qt::Key_Escape);
+    typist.Type(u"\nif k1 == 1 kgoto end\nreinit end\n"_s);
+    QVERIFY(typist.Text().Text().endsWith(u"lin\nif k1 == 1 kgoto end\nreinit end\n"_s));
+    typist.Type(u"end"_s);
+    QVERIFY(typist.List().isVisible());
+    typist.Press(Qt::Key_Escape);
+    typist.Type(u"\n</CsInstruments>\nosc"_s);
+    QVERIFY(!typist.List().isVisible());
+    typist.Ask();
+    QVERIFY(typist.List().isVisible());
 }
 
 void CompletionTest::OtherTextsAreAskedOnly()

@@ -50,12 +50,13 @@ bool HasPlainModifiers(const QKeyEvent &event)
     return !(event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier | Qt::GroupSwitchModifier));
 }
 
-/// Whether a name that follows is one that the line makes.
+/// Whether a name that follows is one that the line makes, or a label, which may come first where it is
+/// jumped to.
 bool IsNewName(QStringView line)
 {
     line = line.trimmed();
-    return line == u"opcode" || line == u"#define" || line == u"instr" ||
-           (line.startsWith(u"instr ") && line.endsWith(u','));
+    return line.endsWith(u"goto") || line.endsWith(u"reinit") || line == u"opcode" || line == u"#define" ||
+           line == u"instr" || (line.startsWith(u"instr ") && line.endsWith(u','));
 }
 
 NameKinds KindsFor(TextPart part, bool inScore)
@@ -273,8 +274,12 @@ void CompletionAid::Open(Why why)
     const FileKind kind = m_context.editor.document.DocumentKind;
     if (why == Why::Typing) {
         const qsizetype letters = word.typed.size() - (word.typed.startsWith(u'$') ? 1 : 0);
-        const bool isCsound =
-            kind == FileKind::Orchestra || kind == FileKind::Score || kind == FileKind::Unified;
+        const auto isIn = [caret](const TextSpan &section) {
+            return !section.IsEmpty() && caret >= section.start && caret <= section.end;
+        };
+        // A unified text has options and remarks too, which are no code.
+        const bool isCsound = kind == FileKind::Orchestra || kind == FileKind::Score ||
+                              (kind == FileKind::Unified && (isIn(names.orchestra) || isIn(names.score)));
         if (m_dismissed == start || letters < LettersTyped || part != TextPart::Code || !isCsound ||
             word.span.end > caret - from || IsNewName(QStringView(around).first(word.span.start)))
             return;

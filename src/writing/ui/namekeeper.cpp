@@ -77,6 +77,7 @@ void NameKeeper::FollowEdit(const Edit &edit)
                              [](const TextSpan &span, qsizetype at) { return span.end <= at; });
         std::for_each(first, spans->end(), follow);
     }
+    follow(m_names.orchestra);
     follow(m_names.score);
 }
 
