@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/ui/canceldialogs.h"
 #include "run/macroexpansion.h"
 #include "run/toolpaths.h"
 #include "run/ui/frmflags.h"
@@ -27,6 +28,7 @@
 #include <QToolButton>
 #include <QToolTip>
 #include <sys/stat.h>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace zelvane;
@@ -128,14 +130,14 @@ public:
              .buttons = BoxButtons::YesNo},
             answer);
     }
-    void ExpectDiscard(const QString &preset, BoxAnswer answer)
+    void ExpectDiscard(const QString &preset, BoxAnswer answer, std::function<void()> during = {})
     {
         context.desktop.ExpectMessage(
             {.text = u"The changes to "_s + preset + u" are not saved. Discard them?"_s,
              .icon = BoxIcon::Warning,
              .buttons = BoxButtons::YesNo,
              .defaultAnswer = BoxAnswer::No},
-            answer);
+            answer, std::move(during));
     }
     void ExpectDelete(const QString &name, BoxAnswer answer)
     {
@@ -202,6 +204,7 @@ private Q_SLOTS:
     void NewAsksAboutUnsavedFields();
     void CloseAsksAboutUnsavedFields_data();
     void CloseAsksAboutUnsavedFields();
+    void TheEndOfTheSessionAsksAboutUnsavedFields();
     void NothingUnsavedClosesAtOnce();
     void DeleteAsksAndGoesToTheFirst();
     void DeleteLastLeavesAnEmptyList();
@@ -690,6 +693,26 @@ void TestFrmPresets::CloseAsksAboutUnsavedFields()
     close(editor);
     QVERIFY(!editor.dialog->isVisible());
     QCOMPARE(editor.Stored(), QStringList());
+    editor.context.desktop.CheckAllCame();
+}
+
+void TestFrmPresets::TheEndOfTheSessionAsksAboutUnsavedFields()
+{
+    Editor editor;
+    editor.Open();
+    editor.dialog->hide();
+    editor.dialog->setModal(true);
+    editor.dialog->show();
+    editor.Field(u"txtCommand"_s).setText(u"/bin/mine"_s);
+    editor.ExpectDiscard(u"the new preset"_s, BoxAnswer::No);
+    QVERIFY(!CancelDialogs());
+    QVERIFY(editor.dialog->isVisible());
+    // Asked for again while the question stands, the end leaves the question to the user.
+    bool again = true;
+    editor.ExpectDiscard(u"the new preset"_s, BoxAnswer::Yes, [&] { again = CancelDialogs(); });
+    QVERIFY(CancelDialogs());
+    QVERIFY(!again);
+    QVERIFY(!editor.dialog->isVisible());
     editor.context.desktop.CheckAllCame();
 }
 

@@ -167,6 +167,7 @@ private Q_SLOTS:
     void ATakenNameIsAskedAbout();
     void ADeclinedNameStopsTheCommand();
     void TheEndOfTheProgramAsksForNoName();
+    void TheEndOfTheSessionAsksAboutAnUnsavedPage();
     void CommandsDuringANewNameLeaveTheOthersAlone();
     void ANewFragmentThatCannotBeWrittenStays();
     void AFragmentIsRenamed();
@@ -527,6 +528,28 @@ void RepositoryTest::TheEndOfTheProgramAsksForNoName()
         on.dialog->done(QDialog::Rejected);
     });
     QCOMPARE(on.Bytes(u"jo.csr"_s), "[Mine]\nCode=old\n"_ba);
+}
+
+void RepositoryTest::TheEndOfTheSessionAsksAboutAnUnsavedPage()
+{
+    Browsing on;
+    on.Show([&] {
+        on.Code().setPlainText(u"kept"_s);
+        on.ExpectLeaving(u"Bell"_s, BoxAnswer::Cancel);
+        QVERIFY(!on.window->MayEndSession());
+        on.desktop.CheckAllCame();
+        QVERIFY(on.dialog->isVisible());
+        QCOMPARE(on.Code().toPlainText(), u"kept"_s);
+        QVERIFY(on.InsertButton().isEnabled());
+        on.ExpectLeaving(u"Bell"_s, BoxAnswer::Cancel);
+        on.window->EndBySystem();
+        on.desktop.CheckAllCame();
+        QVERIFY(on.dialog->isVisible());
+        on.ExpectLeaving(u"Bell"_s, BoxAnswer::Yes);
+        QVERIFY(on.window->MayEndSession());
+        QVERIFY(!on.dialog->isVisible());
+    });
+    QVERIFY(on.Bytes(u"shared.csr"_s).startsWith("[Bell]\nCode=kept\n"));
 }
 
 void RepositoryTest::CommandsDuringANewNameLeaveTheOthersAlone()

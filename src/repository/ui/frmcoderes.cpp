@@ -526,9 +526,16 @@ void frmCodeRes::reject()
         QDialog::reject();
 }
 
+bool frmCodeRes::MayCancel()
+{
+    bool may = false;
+    Guarded(m_editor.desktop, [&] { may = MayLeave(); });
+    return may;
+}
+
 void frmCodeRes::done(int result)
 {
-    // Only the end of the program comes here with a label open: no question may hold it up.
+    // Only the end of the program comes here with a label open: a name that was not confirmed is no work.
     m_labels->GiveUp();
     Guarded(m_editor.desktop, [this] {
         SettingsStore &settings = m_editor.settings;

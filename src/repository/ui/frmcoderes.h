@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/ui/canceldialogs.h"
 #include "repository/coderepository.h"
 #include "repository/repositorytree.h"
 
@@ -27,7 +28,7 @@ struct EditorContext;
 
 /// The dialog of the code repository: a tree of all fragments, and the page of the chosen one. It runs the
 /// commands and asks what leaving a page asks; what is read and written is the work of CodeRepository.
-class frmCodeRes : public QDialog
+class frmCodeRes : public QDialog, public KeepsWork
 {
     Q_OBJECT
 
@@ -41,6 +42,7 @@ public:
 
     void done(int result) override;
     void reject() override;
+    bool MayCancel() override;
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -280,7 +280,7 @@ void frmPresets::MarkSaved()
     m_savedFields = Fields();
 }
 
-bool frmPresets::MayDiscard()
+bool frmPresets::MayCancel()
 {
     const QString name = cmbPreset->currentText();
     const bool named = !name.isEmpty() && name != m_savedName;
@@ -289,7 +289,7 @@ bool frmPresets::MayDiscard()
 
 void frmPresets::reject()
 {
-    if (MayDiscard())
+    if (MayCancel())
         QDialog::reject();
 }
 
@@ -336,7 +336,7 @@ void frmPresets::RunTool(Tool tool)
 
 void frmPresets::NewPreset()
 {
-    if (!MayDiscard())
+    if (!MayCancel())
         return;
     cmbPreset->setCurrentIndex(-1); // the arrow keys begin at the first preset again
     cmbPreset->clearEditText();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/ui/canceldialogs.h"
 #include "run/preseteditor.h"
 #include "run/runcontext.h"
 
@@ -24,7 +25,7 @@ class ButtonPage;
 /// The preset editor, "Add/Remove Presets". Saving, deleting and moving act on the store at once; what stands
 /// in the fields and is not saved is lost when another preset is chosen. A new preset and the end of the
 /// dialog ask before.
-class frmPresets : public QDialog
+class frmPresets : public QDialog, public KeepsWork
 {
     Q_OBJECT
 
@@ -37,6 +38,7 @@ public:
     void setImgnumber(int number);
 
     void reject() override;
+    bool MayCancel() override;
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -62,8 +64,6 @@ private:
     void ShowFields(const PresetFields &fields);
     /// The name and the fields are stored as they stand, or nothing that is worth a question.
     void MarkSaved();
-    /// Asks when they are not as they were then. @return whether they may be given up
-    bool MayDiscard();
     /// The tooltip of the command, and whether a second action can follow it.
     void ShowCommandFacts();
     void CommandChanged();

@@ -328,9 +328,7 @@ bool frmEditor::MayEndSession(bool mayAsk)
         m_commands->Guard([this] { m_documents.SecureText(); });
         return true;
     }
-    if (m_life != Life::Asking)
-        CancelDialogs();
-    if (!MayEnd())
+    if ((m_life != Life::Asking && !CancelDialogs()) || !MayEnd())
         return false;
     // The process may get no chance to close its window.
     m_commands->Guard([this] {
