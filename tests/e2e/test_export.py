@@ -5,6 +5,7 @@ import subprocess
 from html.parser import HTMLParser
 
 from support.pictures import pixels
+from support.printserver import PrintServer
 from support.stage import check, equal, main, settled
 
 STORE = """[Options]
@@ -84,13 +85,13 @@ def expected_characters():
     return [(character, colour, bold) for text, colour, bold in STRETCHES for character in text]
 
 
-def opened(stage, name="piece.orc"):
+def opened(stage, printers="/no/printers"):
     stage.write_store(STORE)
-    stage.environment["CUPS_SERVER"] = "/no/printers"  # of this machine
-    path = stage.home / name
+    stage.environment["CUPS_SERVER"] = printers  # not those of this machine
+    path = stage.home / "piece.orc"
     path.write_text("".join(text for text, _, _ in STRETCHES), encoding="utf-8", newline="\r\n")
     editor, window = settled(stage, path)
-    stage.until(lambda: name in window.title(), "the piece in the window")
+    stage.until(lambda: path.name in window.title(), "the piece in the window")
     editor.at_rest()
     return editor, window, path
 
@@ -199,4 +200,38 @@ def a_piece_is_printed(stage):
     editor.close(window)
 
 
-main(a_piece_is_exported, a_piece_is_printed)
+def a_printer_takes_the_piece(stage):
+    """What a printer refuses is told, and nothing else; what it takes is printed."""
+    with PrintServer() as server:
+        editor, window, _ = opened(stage, server.address)
+
+        def printed_on():
+            window.keys("ctrl+p")
+            dialog = editor.dialog(window)
+            stage.until(dialog.is_active, "the print dialog in front")
+            editor.at_rest()
+            dialog.screenshot("print-dialog-printer")
+            title = dialog.title()
+            dialog.keys("Return")
+            return title
+
+        printed_on()
+        stage.until(lambda: len(server.jobs) == 1, "the job at the printer")
+        check(b"%PDF-" in server.jobs[0] or b"%!PS" in server.jobs[0], "the job holds pages")
+        stage.until(lambda: len(editor.titles()) == 1, "the end of the dialog")
+        editor.at_rest()
+        check(len(editor.titles()) == 1, "nothing is told of a job that was taken")
+
+        server.accepting = False
+        title = printed_on()
+        box = editor.window(lambda other: other != title, beside=window)
+        stage.until(box.is_active, "the report in front")
+        editor.at_rest()
+        box.screenshot("print-refused")
+        box.keys("Escape")
+        stage.until(lambda: len(editor.titles()) == 1, "the end of the report")
+        equal(len(server.jobs), 1, "jobs at the printer")
+        editor.close(window)
+
+
+main(a_piece_is_exported, a_piece_is_printed, a_printer_takes_the_piece)

@@ -18,6 +18,7 @@
 #include <QFont>
 #include <QFontMetricsF>
 #include <QGuiApplication>
+#include <QLibrary>
 #include <QList>
 #include <QMarginsF>
 #include <QPagedPaintDevice>
@@ -99,6 +100,19 @@ void CheckPrinter(const QPrinter &printer)
     const QString name = printer.printerName();
     if (name.isEmpty() || QPrinterInfo::printerInfo(name).printerName() != name)
         FailToPrint();
+}
+
+/// Tells what the printing system has said of the last job, if it has refused it. The toolkit hands the job
+/// over without a look at the answer.
+void CheckJob()
+{
+    constexpr int firstFailure = 0x0400; // among the answers of the Internet Printing Protocol
+    QLibrary system(u"cups"_s, 2);       // the one that the toolkit has loaded
+    const auto answer = reinterpret_cast<int (*)()>(system.resolve("cupsLastError"));
+    const auto words = reinterpret_cast<const char *(*)()>(system.resolve("cupsLastErrorString"));
+    if (answer && words && (answer() < 0 || answer() >= firstFailure))
+        throw RunTimeError(ErrorNumber::DeviceError,
+                           u"The printer has not taken the job: "_s + QString::fromUtf8(words()));
 }
 
 /// The work of painting one text.
@@ -341,6 +355,7 @@ void PrintOn(QPrinter &printer, const StyledText &text, const QString &title, Wo
     CheckPrinter(printer);
     printer.setDocName(title);
     PaintPages(text, printer, order);
+    CheckJob(); // first: any other question to the system has an answer of its own
     CheckPrinter(printer);
 }
 
