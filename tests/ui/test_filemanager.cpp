@@ -8,6 +8,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <fcntl.h>
 #include <QByteArray>
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -52,9 +53,10 @@ public Q_SLOTS:
     {
         QFile file;
         const bool open = file.open(descriptor.fileDescriptor(), QIODevice::ReadOnly);
-        Say(u"OpenFile %1 ask=%2 writable=%3"_s.arg(open ? QString::fromUtf8(file.readAll()) : u"?"_s,
-                                                    options.value(u"ask"_s).toString(),
-                                                    options.value(u"writable"_s).toString()));
+        const bool forWriting = (::fcntl(descriptor.fileDescriptor(), F_GETFL) & O_ACCMODE) == O_RDWR;
+        Say(u"OpenFile %1 ask=%2 writable=%3 %4"_s.arg(
+            open ? QString::fromUtf8(file.readAll()) : u"?"_s, options.value(u"ask"_s).toString(),
+            options.value(u"writable"_s).toString(), forWriting ? u"rw"_s : u"r"_s));
         return QDBusObjectPath(u"/request/1"_s);
     }
 };
@@ -108,7 +110,7 @@ private Q_SLOTS:
         QCOMPARE(Said(), "ready");
         const QString file = Put(u"a b%\u00E9.orc"_s);
         QVERIFY(FileManager::OpenWith(file));
-        QCOMPARE(Said(), "OpenFile text ask=true writable=true");
+        QCOMPARE(Said(), "OpenFile text ask=true writable=true rw");
         QVERIFY(FileManager::ShowProperties(file));
         QCOMPARE(Said(), "ShowItemProperties " + QUrl::fromLocalFile(file).toEncoded());
         QVERIFY(FileManager::ShowFolder(m_folder.path()));

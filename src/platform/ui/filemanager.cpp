@@ -59,14 +59,18 @@ bool ShowProperties(const QString &path)
 bool OpenWith(const QString &path)
 {
     // The portal takes an open file: a program in a sandbox may see other paths than this one.
+    // It lets another program write only through a file that was opened so.
     QFile file(path);
-    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
+    if (!QFileInfo(path).isFile())
+        return false;
+    const bool writable = file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly);
+    if (!writable && !file.open(QIODevice::ReadOnly))
         return false;
     QDBusMessage call = QDBusMessage::createMethodCall(u"org.freedesktop.portal.Desktop"_s,
                                                        u"/org/freedesktop/portal/desktop"_s,
                                                        u"org.freedesktop.portal.OpenURI"_s, u"OpenFile"_s);
     call.setArguments({QString(), QVariant::fromValue(QDBusUnixFileDescriptor(file.handle())),
-                       QVariantMap{{u"ask"_s, true}, {u"writable"_s, QFileInfo(path).isWritable()}}});
+                       QVariantMap{{u"ask"_s, true}, {u"writable"_s, writable}}});
     return Answered(call);
 }
 
