@@ -70,6 +70,17 @@ bool IsSeparator(QChar c)
     return c == u'/' || c == u'\\';
 }
 
+bool GoesBack(QStringView path)
+{
+    static const QString back = u".."_s;
+    for (qsizetype at = path.indexOf(back); at >= 0; at = path.indexOf(back, at + 1)) {
+        const qsizetype end = at + back.size();
+        if ((at == 0 || IsSeparator(path[at - 1])) && (end == path.size() || IsSeparator(path[end])))
+            return true;
+    }
+    return false;
+}
+
 } // namespace
 
 QString DateAndTime(const QDateTime &now, const QLocale &locale)
@@ -148,7 +159,8 @@ QString RelativeTo(const QString &folder, const QString &path)
         return path;
     while (start < path.size() && IsSeparator(path[start]))
         ++start;
-    return start < path.size() ? path.sliced(start) : path;
+    // What goes back may lead out of the folder.
+    return start < path.size() && !GoesBack(path.sliced(start)) ? path.sliced(start) : path;
 }
 
 QString IncludeName(const QString &file, const QString &folder, bool qualified)

@@ -175,9 +175,11 @@ TEST(InsertTexts, AFileBelowTheFolderIsNamedFromThere)
     EXPECT_EQ(RelativeTo(folder, u"/home/u/piece/x.orc"_s), u"x.orc"_s);
     EXPECT_EQ(RelativeTo(folder, u"/home/u/piece/in/x.orc"_s), u"in/x.orc"_s);
     EXPECT_EQ(RelativeTo(folder, u"/home/u/piece//x.orc"_s), u"x.orc"_s);
-    for (const QString &path : {u"/home/u/piece2/x.orc"_s, u"/home/u/x.orc"_s, u"/home/u/piece"_s,
-                                u"/home/u/piece/"_s, u"x.orc"_s, QString()})
+    for (const QString &path :
+         {u"/home/u/piece2/x.orc"_s, u"/home/u/x.orc"_s, u"/home/u/piece"_s, u"/home/u/piece/"_s, u"x.orc"_s,
+          QString(), u"/home/u/piece/../x.orc"_s, u"/home/u/piece/in/../../x.orc"_s, u"/home/u/piece/.."_s})
         EXPECT_EQ(RelativeTo(folder, path), path);
+    EXPECT_EQ(RelativeTo(folder, u"/home/u/piece/..x/y...orc"_s), u"..x/y...orc"_s);
     EXPECT_EQ(RelativeTo({}, u"/x.orc"_s), u"/x.orc"_s);
 #ifdef Q_OS_LINUX
     EXPECT_EQ(RelativeTo(folder, u"/home/u/Piece/x.orc"_s), u"/home/u/Piece/x.orc"_s);
