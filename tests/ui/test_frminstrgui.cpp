@@ -15,6 +15,7 @@
 #include <QComboBox>
 #include <QContextMenuEvent>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -28,6 +29,7 @@
 #include <QTreeView>
 #include <QTreeWidget>
 #include <QWheelEvent>
+#include <QWindow>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace zelvane;
@@ -187,6 +189,8 @@ private Q_SLOTS:
     void RandomValuesAreAnOperation();
     void ManyRowsScroll();
     void NamesAreShownAsTheyAre();
+    void ANameIsWholeInTheCaption();
+    void AHeldEnterWritesNothing();
     void ALongGroupStaysInView();
     void TheRealPropertiesTakeTheDialogsPlace();
     void PanesTellOfTheKeyboardOnly();
@@ -853,6 +857,27 @@ void FrmInstrGuiTest::NamesAreShownAsTheyAre()
         QVERIFY(on.Name(0).toolTip().contains(u"&lt;b&gt;bold"_s));
         QCOMPARE(on.Unit(0).textFormat(), Qt::PlainText);
         QCOMPARE(on.Name(0).textFormat(), Qt::PlainText);
+        on.Key(Qt::Key_Escape);
+    });
+}
+
+void FrmInstrGuiTest::ANameIsWholeInTheCaption()
+{
+    Stating on(Score,
+               "<instruments><instr number=\"1\" name=\"a[*]b\"><p number=\"1\"/></instr></instruments>");
+    on.Show([&] {
+        QCOMPARE(on.dialog->windowHandle()->title(), u"Instrument 1 - a[*]b"_s);
+        on.Key(Qt::Key_Escape);
+    });
+}
+
+void FrmInstrGuiTest::AHeldEnterWritesNothing()
+{
+    Stating on;
+    on.Show([&] {
+        QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, u"\r"_s, true);
+        QCoreApplication::sendEvent(QApplication::focusWidget(), &held);
+        QVERIFY(on.dialog->isVisible());
         on.Key(Qt::Key_Escape);
     });
 }

@@ -71,7 +71,9 @@ frmInstrGUI::frmInstrGUI(EditorContext &editor, const DocumentSteps &steps, Stat
       mnuSl(Named(new QMenu(this), u"mnuSl"_s))
 {
     setObjectName(u"frmInstrGUI"_s);
-    setWindowTitle(u"Instrument "_s + QString::number(Instrument().number) + u" - "_s + Instrument().nome);
+    // "[*]" is a place for the toolkit's own mark; doubled it is text.
+    setWindowTitle(u"Instrument "_s + QString::number(Instrument().number) + u" - "_s +
+                   QString(Instrument().nome).replace(u"[*]"_s, u"[*][*]"_s));
     BuildSliderMenu();
     BuildToolbar();
     LayOut();
@@ -240,10 +242,10 @@ bool frmInstrGUI::eventFilter(QObject *watched, QEvent *event)
 
 void frmInstrGUI::keyPressEvent(QKeyEvent *event)
 {
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
-        Confirm();
-    else
+    if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter)
         QDialog::keyPressEvent(event);
+    else if (!event->isAutoRepeat()) // the key that has chosen the menu row may still be down
+        Confirm();
 }
 
 // The list
