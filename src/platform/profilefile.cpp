@@ -9,7 +9,6 @@
 #include <chrono>
 #include <QDir>
 #include <QFileInfo>
-#include <QSet>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -358,12 +357,11 @@ QByteArray WithValue(const QByteArray &bytes, QStringView section, QStringView k
     return result;
 }
 
-/// No value where there is no such section.
+/// All entries, equal keys among them; no value where there is no such section.
 std::optional<ProfileEntries> SectionEntries(const QByteArray &bytes, QStringView section, Spelling spelling)
 {
     const NameMatcher matcher(section, spelling);
     std::optional<ProfileEntries> entries;
-    QSet<QString> known;
     bool inside = false;
     LineReader reader(bytes);
     for (Line line; reader.Next(line);) {
@@ -372,11 +370,7 @@ std::optional<ProfileEntries> SectionEntries(const QByteArray &bytes, QStringVie
             if (inside && !entries)
                 entries.emplace();
         } else if (inside && line.kind == Line::Kind::Entry) {
-            const QString key = spelling.Name(line.name);
-            const QString folded = Fold(key);
-            if (!known.contains(folded))
-                entries->emplace_back(key, spelling.Value(line.value));
-            known.insert(folded);
+            entries->emplace_back(spelling.Name(line.name), spelling.Value(line.value));
         }
     }
     return entries;
@@ -517,6 +511,13 @@ ProfileEntries ProfileFile::Entries(QStringView section) const
             entries.emplace_back(spelling.Name(entry.key), spelling.Value(entry.value));
     }
     return entries;
+}
+
+ProfileEntries ProfileFile::AllEntries(QStringView section) const
+{
+    if (!FindSection(section))
+        return {};
+    return SectionEntries(m_bytes, section, Spelling(m_text)).value_or(ProfileEntries());
 }
 
 QStringList ProfileFile::SectionNames() const

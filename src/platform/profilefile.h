@@ -53,6 +53,8 @@ public:
     /// first holds.
     std::optional<QString> Value(QStringView section, QStringView key) const;
     ProfileEntries Entries(QStringView section) const;
+    /// With those too that do not hold, since an equal key stands before them.
+    ProfileEntries AllEntries(QStringView section) const;
     QStringList SectionNames() const;
 
     /// Writers throw RunTimeError when the file cannot be read or written; it is then as it was. What changes
@@ -70,8 +72,8 @@ public:
     void ReplaceSection(QStringView section, const ProfileEntries &entries);
 
     /// Takes a section away and writes what it held as the last one, under another name, in place of a
-    /// section that has it; nothing happens where there is none. @param change takes the entries and may
-    /// change them
+    /// section that has it; nothing happens where there is none. @param change takes all entries, those that
+    /// do not hold among them, and may change them
     void MoveSection(QStringView section, QStringView name,
                      const std::function<void(ProfileEntries &)> &change = {});
 

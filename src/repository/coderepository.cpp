@@ -108,7 +108,7 @@ StoredFragment CodeRepository::Read(const FragmentPlace &place) const
 {
     const ProfileFile file = Opened(place.file);
     // All is taken from one reading: another editor may write at any time.
-    StoredFragment read{.entries = file.Entries(place.name)};
+    StoredFragment read{.entries = file.AllEntries(place.name)};
     read.found = !read.entries.empty() || file.SectionNames().contains(place.name, Qt::CaseInsensitive);
     const auto value = [&](QLatin1String key, const QString &missing = {}) {
         for (const auto &[name, whole] : read.entries) {

@@ -1044,10 +1044,13 @@ TEST_F(Profile, AMovedSectionIsTheLastUnderItsNewName)
     ProfileFile file(path);
     PowerCut cut(folder);
     file.MoveSection(u"A", u"b");
-    EXPECT_EQ(Content(), "; mine\n\n[b]\nk=1\nl=3\n"_ba);
+    EXPECT_EQ(Content(), "; mine\n\n[b]\nk=1\nK=2\nl=3\n"_ba);
     EXPECT_EQ(cut.Replaced("settings"), 1);
+    EXPECT_EQ(file.Entries(u"b"), (ProfileEntries{{u"k"_s, u"1"_s}, {u"l"_s, u"3"_s}}));
+    EXPECT_EQ(file.AllEntries(u"B"), (ProfileEntries{{u"k"_s, u"1"_s}, {u"K"_s, u"2"_s}, {u"l"_s, u"3"_s}}));
+    EXPECT_EQ(file.AllEntries(u"none"), ProfileEntries());
     file.MoveSection(u"none", u"b");
-    EXPECT_EQ(Content(), "; mine\n\n[b]\nk=1\nl=3\n"_ba);
+    EXPECT_EQ(Content(), "; mine\n\n[b]\nk=1\nK=2\nl=3\n"_ba);
     Put("[b]\nk=1\nl=3\n; mine\n[c]\nx=1\n");
     file.MoveSection(u"b", u"b");
     EXPECT_EQ(Content(), "[b]\nk=1\nl=3\n; mine\n[c]\nx=1\n"_ba) << "it has the name already";

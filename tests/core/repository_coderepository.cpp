@@ -423,6 +423,22 @@ TEST_F(Repository, ARenamedFragmentIsTheLastOne)
     EXPECT_EQ(Tree(RepositoryView::Name), u"c]d B"_s);
 }
 
+TEST_F(Repository, ARenameKeepsEqualKeys)
+{
+    WriteFile(u"mine.csr"_s, "[a]\nCode=1\nAuthor=jo\ncode=2\n");
+    EXPECT_EQ(repository.Rename(Place(u"a"_s), u"b"_s), FragmentWrite::Done);
+    EXPECT_EQ(BytesOf(Path(u"mine.csr"_s)), "[b]\nCode=1\nAuthor=jo\ncode=2\n"_ba);
+    EXPECT_EQ(repository.Read(Place(u"b"_s)).fields.code, u"1"_s);
+    // What is cut of them is asked about too.
+    const QByteArray before = "[a]\nCode=1\nCode=" + QByteArray(32767 - 5 - 1, 'x') + "\n";
+    WriteFile(u"mine.csr"_s, before);
+    ExpectQuestion(u"'a' is longer than 32767 characters. Under another name its last 7 characters would be "
+                   "lost.\n\nRename it all the same?"_s,
+                   BoxAnswer::No);
+    EXPECT_EQ(repository.Rename(Place(u"a"_s), u"c"_s), FragmentWrite::Declined);
+    EXPECT_EQ(BytesOf(Path(u"mine.csr"_s)), before);
+}
+
 TEST_F(Repository, ARenameOntoAnotherFragmentIsAskedAbout)
 {
     const QByteArray before = "[a]\nCode=1\n[b]\nCode=2\n";
