@@ -4,6 +4,7 @@
 #include "platform/desktop.h"
 #include "platform/programinfo.h"
 #include "platform/runtimeerror.h"
+#include "platform/samefile.h"
 #include "platform/textbuffer.h"
 #include "repository/fragmenttext.h"
 #include "repository/repositorytree.h"
@@ -307,13 +308,14 @@ bool CodeRepository::MayReplace(const FragmentPlace &place, std::optional<Profil
 FragmentWrite CodeRepository::Write(const FragmentPlace &place, const StoredFragment &shown,
                                     const FragmentFields &fields, const QString &target)
 {
-    if (shown.cut &&
-        !Ask(
-            u"'%1' is longer than %2 characters, and not all of it is shown. The rest would be lost.\n\nSave "
-            "it all the same?"_s.arg(place.name)
-                .arg(ReadLimit)))
+    const bool own = IsSameFile(target, place.file);
+    const QString loss =
+        own ? u"The rest would be lost."_s : u"Only that would be saved in %1."_s.arg(BareName(target));
+    if (shown.cut && !Ask(u"'%1' is longer than %2 characters, and not all of it is shown. %3\n\nSave it all "
+                          "the same?"_s.arg(place.name)
+                              .arg(ReadLimit)
+                              .arg(loss)))
         return FragmentWrite::Declined;
-    const bool own = QFileInfo(target) == QFileInfo(place.file);
     for (ProfileEntries seen = shown.entries;;) {
         if (own && !MayTouch(place, seen, u"Save all the same?"_s))
             return FragmentWrite::Declined;

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QFileInfoList>
 #include <QHash>
@@ -103,6 +104,8 @@ RepositoryTree BuildRepositoryTree(const QStringList &files, RepositoryView view
     RepositoryTree tree;
     TreeBuilder builder(tree);
     for (const QString &path : files) {
+        if (!QFile(path).open(QIODevice::ReadOnly))
+            tree.unread += path;
         const ProfileFile file(path, ProfileText::Plain);
         QStringList names = file.SectionNames();
         names.removeAll(QString()); // a fragment without a name cannot be asked for

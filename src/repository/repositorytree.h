@@ -41,6 +41,7 @@ struct RepositoryTree {
     std::vector<RepositoryNode> nodes; ///< in the order of their making
     std::vector<qsizetype> roots;
     std::vector<CutFile> cut;
+    QStringList unread; ///< files that cannot be read
 };
 
 /// Whether a text stands before another among the children of a group.

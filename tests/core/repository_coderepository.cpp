@@ -541,6 +541,41 @@ TEST_F(Repository, AFragmentThatIsShownCutIsNotSavedSilently)
     EXPECT_EQ(BytesOf(Path(u"mine.csr"_s)), "[tone]\n" + ToneLines);
 }
 
+TEST_F(Repository, AFragmentThatIsShownCutIsCutInAnotherFileOnly)
+{
+    const QByteArray before = "[tone]\nCode=" + QByteArray(32768, 'x') + "\n";
+    WriteFile(u"mine.csr"_s, before);
+    const StoredFragment shown = repository.Read(Place(u"tone"_s));
+    desktop.ExpectSaveDialog({.title = u"Select file to save the code fragment in"_s,
+                              .filters = {{u"Code Repository Files"_s, u"*.csr"_s}},
+                              .folder = folder.path(),
+                              .defaultExtension = u"csr"_s,
+                              .overwritePrompt = false},
+                             {.path = Path(u"theirs.csr"_s)});
+    ExpectReplace(u"tone"_s, BoxAnswer::Yes);
+    ExpectQuestion(u"'tone' is longer than 32767 characters, and not all of it is shown. Only that would be "
+                   "saved in theirs.csr.\n\nSave it all the same?"_s,
+                   BoxAnswer::Yes);
+    EXPECT_EQ(repository.Save(Place(u"tone"_s), shown, Tone, true), FragmentWrite::Done);
+    EXPECT_EQ(BytesOf(Path(u"mine.csr"_s)), before);
+    EXPECT_EQ(BytesOf(Path(u"theirs.csr"_s)), "[tone]\n" + ToneLines);
+}
+
+TEST_F(Repository, AFileThatCannotBeReadIsTold)
+{
+    WriteFile(u"mine.csr"_s, "[a]\nCode=1\n");
+    const QStringList files = repository.Files();
+    EXPECT_EQ(BuildRepositoryTree(files, RepositoryView::Name).unread, QStringList());
+    ASSERT_TRUE(QFile::setPermissions(Path(u"mine.csr"_s), {}));
+    // The administrator may read every file: the reading runs as a user who may not.
+    const bool root = geteuid() == 0;
+    ASSERT_EQ(root ? seteuid(65534) : 0, 0);
+    const auto back = qScopeGuard([root] { EXPECT_EQ(root ? seteuid(0) : 0, 0); });
+    const RepositoryTree tree = BuildRepositoryTree(files, RepositoryView::Name);
+    EXPECT_EQ(tree.unread, files);
+    EXPECT_TRUE(tree.roots.empty());
+}
+
 TEST_F(Repository, LeavingAPageAsksToSaveIt)
 {
     const auto expect = [&](BoxAnswer answer) {

@@ -233,16 +233,20 @@ void frmCodeRes::Build(RepositoryView view)
     m_views->actions()[int(view)]->setChecked(true);
     const RepositoryTree tree = BuildRepositoryTree(m_repository.Files(), view);
     lvwCodeRes->Build(tree);
-    TellCutLists(tree);
+    TellWhatIsMissing(tree);
     ShowCurrent();
 }
 
-void frmCodeRes::TellCutLists(const RepositoryTree &tree)
+void frmCodeRes::TellWhatIsMissing(const RepositoryTree &tree)
 {
     QStringList notes;
+    const auto bareName = [](const QString &file) {
+        return QFileInfo(QDir::fromNativeSeparators(file)).fileName();
+    };
+    for (const QString &file : tree.unread)
+        notes += bareName(file) + u" cannot be read."_s;
     for (const CutFile &cut : tree.cut)
-        notes += u"%1 is too long: only the first %2 of its %3 fragments are shown."_s
-                     .arg(QFileInfo(QDir::fromNativeSeparators(cut.file)).fileName())
+        notes += u"%1 is too long: only the first %2 of its %3 fragments are shown."_s.arg(bareName(cut.file))
                      .arg(cut.shown)
                      .arg(cut.all);
     lblCutLists->Tell(notes.join(u'\n'));

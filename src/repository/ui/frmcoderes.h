@@ -65,7 +65,8 @@ private:
     void Build(RepositoryView view);
     /// Shows another view, if the page may be left.
     void ChangeView(RepositoryView view);
-    void TellCutLists(const RepositoryTree &tree);
+    /// Tells of what the tree does not show.
+    void TellWhatIsMissing(const RepositoryTree &tree);
     void CurrentChanged();
     void LeaveShown();
     void Remove(QTreeWidgetItem *item);
