@@ -170,6 +170,7 @@ private Q_SLOTS:
     void TheEndOfTheSessionAsksAboutAnUnsavedPage();
     void CommandsDuringANewNameLeaveTheOthersAlone();
     void ANewFragmentThatCannotBeWrittenStays();
+    void WritesThatFailKeepThePage();
     void AFragmentIsRenamed();
     void ARenameKeepsWhatAnotherEditorChanged();
     void AFragmentIsSaved();
@@ -614,6 +615,59 @@ void RepositoryTest::ANewFragmentThatCannotBeWrittenStays()
         QVERIFY(on.Bytes(u"jo.csr"_s).startsWith("[kept]\nCode=abc def\n"));
         QVERIFY(QFile::remove(file));
     }
+}
+
+void RepositoryTest::WritesThatFailKeepThePage()
+{
+    Browsing on;
+    const QString file = on.folder.filePath(u"shared.csr"_s);
+    const QString aside = on.folder.filePath(u"aside"_s);
+    const auto expectError = [&](const QString &text) {
+        on.desktop.ExpectMessage({.text = text, .icon = BoxIcon::Critical});
+    };
+    const auto expectSaveError = [&] {
+        expectError(u"Error while saving 'Bell'. Check if shared.csr is around 64K. In that case you'll have "
+                    "to rename it to something different. Zelvane will create another file."_s);
+    };
+    const auto check = [&] {
+        on.desktop.CheckAllCame();
+        QVERIFY(on.dialog->isVisible());
+        QCOMPARE(on.dialog->windowTitle(), u"Code Repository - Bell"_s);
+        QCOMPARE(on.Current(), u"Bell"_s);
+        QCOMPARE(on.Code().toPlainText(), u"mine"_s);
+        QCOMPARE(on.EnabledTools(), (QStringList{u"save"_s, u"rename"_s, u"delete"_s, u"bOK"_s}));
+    };
+    on.Show([&] {
+        on.Code().setPlainText(u"mine"_s);
+        QVERIFY(QFile::rename(file, aside));
+        QVERIFY(QDir().mkdir(file)); // nobody reads or writes it
+        on.ExpectReplace(u"Bell"_s, BoxAnswer::Yes);
+        expectSaveError();
+        on.Ctrl('S');
+        check();
+        on.ExpectDelete(u"Bell"_s, BoxAnswer::Yes);
+        expectError(u"Cannot delete 'Bell' item."_s);
+        on.Tool(u"delete"_s).trigger();
+        check();
+        expectError(u"Error adding code fragment."_s);
+        on.Key(Qt::Key_F2);
+        QVERIFY(on.Labelling());
+        on.Type(u"Gong"_s);
+        on.Key(Qt::Key_Return);
+        QVERIFY(on.Labelled());
+        check();
+        on.ExpectLeaving(u"Bell"_s, BoxAnswer::Yes);
+        expectSaveError();
+        on.Key(Qt::Key_Escape);
+        check();
+        // Once it can be written again nothing is lost.
+        QVERIFY(QDir().rmdir(file));
+        QVERIFY(QFile::rename(aside, file));
+        on.ExpectReplace(u"Bell"_s, BoxAnswer::Yes);
+        on.Ctrl('S');
+        on.Key(Qt::Key_Escape);
+    });
+    QVERIFY(on.Bytes(u"shared.csr"_s).startsWith("[Bell]\nCode=mine\nAuthor=Zoe\n"));
 }
 
 void RepositoryTest::AFragmentIsRenamed()
