@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "instruments/xmltext.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <pugixml.hpp>
 #include <QByteArray>
+#include <QChar>
 #include <QString>
+#include <QtGlobal>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -22,6 +25,15 @@ constexpr unsigned int ParseOptions = pugi::parse_cdata | pugi::parse_comments |
                                       pugi::parse_declaration | pugi::parse_doctype | pugi::parse_escapes |
                                       pugi::parse_fragment;
 
+int DigitOf(char byte)
+{
+    if (byte >= '0' && byte <= '9')
+        return byte - '0';
+    if (byte >= 'a' && byte <= 'f')
+        return byte - 'a' + 10;
+    return byte >= 'A' && byte <= 'F' ? byte - 'A' + 10 : -1;
+}
+
 bool HasTooManyTags(const QByteArray &bytes)
 {
     qsizetype at = -1;
@@ -31,6 +43,32 @@ bool HasTooManyTags(const QByteArray &bytes)
             return false;
     }
     return true;
+}
+
+/// Whether references (`&#0;`, `&#xD800;`) name what is no character: a value would end there, or become
+/// another one.
+bool NamesNoCharacters(const QByteArray &bytes)
+{
+    constexpr quint32 beyond = QChar::LastValidCodePoint + 1;
+    for (qsizetype at = bytes.indexOf("&#"); at >= 0; at = bytes.indexOf("&#", at)) {
+        at += 2;
+        const bool isHex = at < bytes.size() && bytes[at] == 'x';
+        at += isHex;
+        const int base = isHex ? 16 : 10;
+        quint32 code = 0;
+        const qsizetype first = at;
+        for (; at < bytes.size(); ++at) {
+            const int digit = DigitOf(bytes[at]);
+            if (digit < 0 || digit >= base)
+                break;
+            code = std::min(beyond, code * quint32(base) + quint32(digit));
+        }
+        // Without digits, or without its end, it is text.
+        const bool isReference = at > first && at < bytes.size() && bytes[at] == ';';
+        if (isReference && (code == 0 || code == beyond || QChar::isSurrogate(code)))
+            return true;
+    }
+    return false;
 }
 
 bool IsTooDeep(const pugi::xml_document &document)
@@ -87,7 +125,8 @@ XmlText::XmlText(const QString &text)
     if (text.isEmpty() || text.size() > LongestXml)
         return;
     m_bytes = text.toUtf8();
-    if (m_bytes.size() > LongestXml || m_bytes.contains('\0') || HasTooManyTags(m_bytes))
+    if (m_bytes.size() > LongestXml || m_bytes.contains('\0') || HasTooManyTags(m_bytes) ||
+        NamesNoCharacters(m_bytes))
         return;
     if (m_document.load_buffer_inplace(m_bytes.data(), std::size_t(m_bytes.size()), ParseOptions,
                                        pugi::encoding_utf8) &&

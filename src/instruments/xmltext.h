@@ -14,8 +14,9 @@ inline constexpr qsizetype LongestXml = 32 * 1024 * 1024;
 
 /// A text read as XML. White space between elements is no node, and no value is changed beside its entities,
 /// of which only those of XML itself are known. What is not one element, with comments and the like around
-/// it, does not count as parsed; neither does a text with NUL characters, or one far beyond what instruments
-/// take: longer than LongestXml, of more than a million tags, nested deeper than 32.
+/// it, does not count as parsed; neither does a text with NUL characters or with references to what is no
+/// character, or one far beyond what instruments take: longer than LongestXml, of more than a million tags,
+/// nested deeper than 32.
 class XmlText
 {
 public:

@@ -12,6 +12,7 @@
 #include "support/testcontext.h"
 
 #include <gtest/gtest.h>
+#include <initializer_list>
 #include <memory>
 #include <pugixml.hpp>
 #include <QByteArray>
@@ -20,6 +21,7 @@
 #include <QString>
 #include <QStringList>
 #include <sys/stat.h>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -416,6 +418,31 @@ TEST_F(Store, ThatIsHostileIsEmpty)
     WriteFile(u"song.xml"_s, "<!DOCTYPE instruments [<!ENTITY a \"x\"><!ENTITY b \"&a;&a;&a;\">]>"
                              "<instruments><instr number=\"1\" name=\"&b;\"/></instruments>");
     EXPECT_EQ(LoadInstrument(editor, 1, {}, false)->nome, u"&b;"_s);
+}
+
+TEST_F(Store, ThatNamesWhatIsNoCharacterIsCopied)
+{
+    Be(FileKind::Orchestra, u"song.orc"_s);
+    const auto store = [](const QByteArray &name) -> QByteArray {
+        return "<instruments><instr number=\"1\" name=\"" + name + "\"/></instruments>";
+    };
+    for (const QByteArray &name : {"a&#0;b"_ba, "a&#x0;b"_ba, "a&#xD800;b"_ba, "a&#xdFfF;"_ba,
+                                   "&#1114112;"_ba, "&#99999999999999999999;"_ba}) {
+        WriteFile(u"song.xml"_s, store(name));
+        EXPECT_EQ(GetDataSection(editor, {}), QString()) << name.constData();
+        EXPECT_TRUE(Save());
+        EXPECT_EQ(Bytes(u"song.xml.bak"_s), store(name));
+        ASSERT_TRUE(QFile::remove(Beside(u"song.xml.bak"_s)));
+    }
+    for (const auto &[name, read] : std::initializer_list<std::pair<QByteArray, QString>>{
+             {"a&#9;&#xA;&#13;", u"a\t\n\r"_s},
+             {"&#x1F3B5;&#65533;&#1114111;", u"\U0001F3B5\uFFFD\U0010FFFF"_s},
+             {"&#;&#x;&#0 &#", u"&#;&#x;&#0 &#"_s}}) {
+        WriteFile(u"song.xml"_s, store(name));
+        const auto instrument = LoadInstrument(editor, 1, {}, false);
+        ASSERT_TRUE(instrument) << name.constData();
+        EXPECT_EQ(instrument->nome, read) << name.constData();
+    }
 }
 
 TEST_F(Store, ThatIsTooLargeIsLeftAlone)
