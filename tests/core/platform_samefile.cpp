@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QString>
 #include <QTemporaryDir>
+#include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -32,8 +33,10 @@ TEST(SameFile, WhateverPathLeadsToIt)
     const QString link = folder.filePath(u"link.orc"_s);
     ASSERT_TRUE(QFile::link(song, link));
     ASSERT_TRUE(QFile::link(folder.path(), folder.filePath(u"here"_s)));
+    const QString second = folder.filePath(u"SONG.orc"_s);
+    ASSERT_EQ(::link(QFile::encodeName(song).constData(), QFile::encodeName(second).constData()), 0);
     for (const QString &path :
-         {song, link, folder.filePath(u"here/song.orc"_s), folder.filePath(u"./song.orc"_s)}) {
+         {song, link, second, folder.filePath(u"here/song.orc"_s), folder.filePath(u"./song.orc"_s)}) {
         EXPECT_TRUE(IsSameFile(path, song)) << qPrintable(path);
         EXPECT_TRUE(IsSameFile(song, path)) << qPrintable(path);
         EXPECT_FALSE(IsSameFile(path, other)) << qPrintable(path);
