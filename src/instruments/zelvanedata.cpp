@@ -6,6 +6,7 @@
 #include "instruments/xmltext.h"
 #include "platform/desktop.h"
 #include "platform/runtimeerror.h"
+#include "platform/samefile.h"
 #include "platform/textfile.h"
 #include "platform/withoutblanks.h"
 #include "shell/editorcontext.h"
@@ -37,10 +38,10 @@ bool IsHalf(const DocumentRecord &document)
 }
 
 /// Whether the document may have a file beside it; it is none itself, whatever extensions the user has
-/// chosen.
+/// chosen, and wherever links lead.
 bool MayHaveFile(const DocumentRecord &document)
 {
-    return !document.CurrentFile.isEmpty() && DataFile(document) != document.CurrentFile;
+    return !document.CurrentFile.isEmpty() && !IsSameFile(DataFile(document), document.CurrentFile);
 }
 
 QString FileStore(const DocumentRecord &document)

@@ -445,6 +445,19 @@ TEST_F(Store, ThatNamesWhatIsNoCharacterIsCopied)
     }
 }
 
+TEST_F(Store, IsNeverTheDocumentItself)
+{
+    Be(FileKind::Orchestra, u"song.orc"_s);
+    WriteFile(u"song.orc"_s, "instr 1\nendin\n");
+    ASSERT_TRUE(QFile::link(document.CurrentFile, Beside()));
+    EXPECT_EQ(GetDataStore(editor), QString());
+    EXPECT_FALSE(Save());
+    EXPECT_EQ(Bytes(u"song.orc"_s), "instr 1\nendin\n"_ba);
+    Be(FileKind::Unified, u"song.orc"_s);
+    EXPECT_FALSE(Save());
+    EXPECT_EQ(Bytes(u"song.orc"_s), "instr 1\nendin\n"_ba);
+}
+
 TEST_F(Store, ThatIsTooLargeIsLeftAlone)
 {
     Be(FileKind::Orchestra, u"song.orc"_s);
