@@ -16,6 +16,7 @@
 #include <cstring>
 #include <pugixml.hpp>
 #include <QByteArray>
+#include <QFile>
 #include <QFileInfo>
 #include <QString>
 #include <QStringView>
@@ -104,6 +105,7 @@ bool WriteDataFile(EditorContext &editor, const QString &path, const NewStore &s
     }
     const QString copy = CopyName(path);
     WriteFileBytes(copy, ReadFileBytes(path));
+    QFile::setPermissions(copy, QFileInfo(path).permissions()); // what others may not read stays so
     WriteFileBytes(path, store.text);
     editor.status.Show(
         u"%1 %2; it was copied to %3"_s.arg(BareFileName(path), store.loss, BareFileName(copy)));

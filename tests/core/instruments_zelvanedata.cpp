@@ -458,6 +458,18 @@ TEST_F(Store, IsNeverTheDocumentItself)
     EXPECT_EQ(Bytes(u"song.orc"_s), "instr 1\nendin\n"_ba);
 }
 
+TEST_F(Store, ACopyIsForTheSameReaders)
+{
+    Be(FileKind::Orchestra, u"song.orc"_s);
+    WriteFile(u"song.xml"_s, "no store");
+    const QFile::Permissions mine = QFile::ReadOwner | QFile::WriteOwner;
+    ASSERT_TRUE(QFile::setPermissions(Beside(), mine));
+    EXPECT_TRUE(Save());
+    EXPECT_EQ(Bytes(u"song.xml.bak"_s), "no store"_ba);
+    const auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther;
+    EXPECT_EQ(QFile::permissions(Beside(u"song.xml.bak"_s)) & (mine | others), mine);
+}
+
 TEST_F(Store, ThatIsTooLargeIsLeftAlone)
 {
     Be(FileKind::Orchestra, u"song.orc"_s);
