@@ -150,6 +150,7 @@ private Q_SLOTS:
     void AnInstrumentIsRemovedOnRequest();
     void NothingIsStoredBeforeOk();
     void OkThatFailsKeepsTheDialog();
+    void TheEndOfTheSessionAsksAboutChanges();
     void WhatWasNotLoadedIsCopied();
     void WhatWasNotLoadedFromTheTagComesBackByUndo();
     void OkIsOneStepOfUndo();
@@ -583,6 +584,56 @@ void InstrEditTest::OkThatFailsKeepsTheDialog()
     });
     QVERIFY(bytes().startsWith("<instruments>\r\n<instr number=\"1\" name=\"Lead\""));
     QVERIFY(!QFile::exists(editor.folder.filePath(u"song.xml.bak"_s)));
+}
+
+void InstrEditTest::TheEndOfTheSessionAsksAboutChanges()
+{
+    Editing editor;
+    const auto expectQuestion = [&](BoxAnswer answer) {
+        editor.desktop.ExpectMessage(
+            {.text = u"The changes to the instruments are not saved. Discard them?"_s,
+             .icon = BoxIcon::Warning,
+             .buttons = BoxButtons::YesNo,
+             .defaultAnswer = BoxAnswer::No},
+            answer);
+    };
+    const std::function<void()> changes[] = {
+        [&] { editor.Put(u"TxtInsName"_s, u"Lead"_s); },
+        [&] {
+            editor.Put(u"TxtInsName"_s, u"Lead"_s);
+            editor.Click(editor.Node(0, 0)); // the page is left
+        },
+        [&] { editor.Press(u"label"_s); },
+        [&] {
+            editor.Click(editor.Node(0, 0));
+            editor.Press(u"down"_s);
+        },
+        [&] {
+            editor.Click(editor.Node(0, 0));
+            editor.Press(u"delete"_s);
+        },
+        [&] {
+            editor.ExpectNumber(u"3"_s);
+            editor.Press(u"instr"_s);
+        },
+    };
+    for (const auto &change : changes) {
+        editor.Show([&] {
+            change();
+            expectQuestion(BoxAnswer::No);
+            QVERIFY(!editor.window->MayEndSession());
+            QVERIFY(editor.dialog->isVisible());
+            expectQuestion(BoxAnswer::Yes);
+            QVERIFY(editor.window->MayEndSession());
+            QVERIFY(!editor.dialog->isVisible());
+        });
+    }
+    editor.Show([&] {
+        editor.Click(editor.Node(0, 1));
+        editor.Click(editor.Node(1));
+        QVERIFY(editor.window->MayEndSession());
+    });
+    editor.desktop.CheckAllCame();
 }
 
 void InstrEditTest::WhatWasNotLoadedIsCopied()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "instruments/ui/frminstredit.h"
 
+#include "instruments/instrclass.h"
 #include "instruments/instrgui.h"
 #include "platform/desktop.h"
 #include "platform/ui/onelinefield.h"
@@ -305,11 +306,29 @@ FieldPage frmInstrEdit::TheFieldPage() const
             txtMax->text(),  cmbFormat->currentIndex(), cmbUnit->currentText(),  txtVar->text()};
 }
 
+bool frmInstrEdit::HasChanges() const
+{
+    if (m_changed || !m_shown.instrument)
+        return m_changed;
+    return m_shown.field ? TheFieldPage() != PageOf(*m_shown.field)
+                         : TheInstrumentPage() != PageOf(*m_shown.instrument);
+}
+
+bool frmInstrEdit::MayCancel()
+{
+    return !HasChanges() || m_editor.desktop.MessageBox(
+                                {.text = u"The changes to the instruments are not saved. Discard them?"_s,
+                                 .icon = BoxIcon::Warning,
+                                 .buttons = BoxButtons::YesNo,
+                                 .defaultAnswer = BoxAnswer::No}) == BoxAnswer::Yes;
+}
+
 bool frmInstrEdit::SavePage()
 {
     const Node node = m_shown;
     if (!node.instrument)
         return true;
+    m_changed = HasChanges();
     bool saved = false;
     Guarded(m_editor.desktop, [&] {
         saved = node.field
@@ -326,8 +345,10 @@ void frmInstrEdit::AddInstrument()
 {
     if (!SavePage())
         return;
-    if (InstrClass *const instrument = NewInstrument(m_instruments, m_editor.desktop))
+    if (InstrClass *const instrument = NewInstrument(m_instruments, m_editor.desktop)) {
+        m_changed = true;
         BuildTree({instrument});
+    }
 }
 
 void frmInstrEdit::AddField()
@@ -336,7 +357,9 @@ void frmInstrEdit::AddField()
     if (!node.instrument || !SavePage())
         return;
     const int shown = m_model->rowCount(m_model->IndexOf(node.instrument));
-    BuildTree({node.instrument, &node.instrument->addP(qint16(shown + 1))});
+    pClass &added = node.instrument->addP(qint16(shown + 1));
+    m_changed = true;
+    BuildTree({node.instrument, &added});
 }
 
 void frmInstrEdit::Move(bool up)
@@ -349,6 +372,7 @@ void frmInstrEdit::Move(bool up)
     if (!SavePage())
         return;
     const qint16 number = node.field->number;
+    m_changed = true;
     if (!(up ? node.instrument->pMoveUp(number) : node.instrument->pMoveDown(number)))
         TellError(u"Error moving p-field."_s);
     BuildTree(node);
@@ -361,8 +385,10 @@ void frmInstrEdit::Remove()
         Warn(u"No selected item."_s);
         return;
     }
-    if (node.field ? RemoveField(node) : RemoveInstrument(node))
-        BuildTree();
+    if (!(node.field ? RemoveField(node) : RemoveInstrument(node)))
+        return;
+    m_changed = true;
+    BuildTree();
 }
 
 bool frmInstrEdit::RemoveField(const Node &node)

@@ -5,6 +5,7 @@
 #include "instruments/instrumentproperties.h"
 #include "instruments/ui/instrumentmodel.h"
 #include "instruments/zelvanedata.h"
+#include "platform/ui/canceldialogs.h"
 
 #include <functional>
 #include <QDialog>
@@ -26,12 +27,14 @@ struct EditorContext;
 
 /// The Instrument Properties dialog: the instruments of the document, their p-fields, and a page for the
 /// chosen one. Nothing is stored before OK. A page whose fields are not valid keeps its node chosen.
-class frmInstrEdit : public QDialog
+class frmInstrEdit : public QDialog, public KeepsWork
 {
     Q_OBJECT
 
 public:
     explicit frmInstrEdit(EditorContext &editor, QWidget *parent = nullptr);
+
+    bool MayCancel() override;
 
 private:
     using Node = InstrumentModel::Node;
@@ -50,6 +53,8 @@ private:
     void ShowPage(const FieldPage &page);
     InstrumentPage TheInstrumentPage() const;
     FieldPage TheFieldPage() const;
+    /// Whether anything is other than it was loaded, the page that is shown among it.
+    bool HasChanges() const;
     /// Takes the page that is shown into what it shows. @return false when it may not be: the user has been
     /// told
     bool SavePage();
@@ -71,6 +76,7 @@ private:
     Instruments m_instruments;
     LoadedStore m_loaded; ///< where they come from
     Node m_shown;         ///< whose page is shown
+    bool m_changed = false;
 
     QToolBar *tlbInstrEdit;
     QAction *m_newInstrument = nullptr;
