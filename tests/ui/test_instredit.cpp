@@ -151,6 +151,7 @@ private Q_SLOTS:
     void NothingIsStoredBeforeOk();
     void OkThatFailsKeepsTheDialog();
     void TheEndOfTheSessionAsksAboutChanges();
+    void ALongTextIsShownWhole();
     void WhatWasNotLoadedIsCopied();
     void WhatWasNotLoadedFromTheTagComesBackByUndo();
     void OkIsOneStepOfUndo();
@@ -634,6 +635,19 @@ void InstrEditTest::TheEndOfTheSessionAsksAboutChanges()
         QVERIFY(editor.window->MayEndSession());
     });
     editor.desktop.CheckAllCame();
+}
+
+void InstrEditTest::ALongTextIsShownWhole()
+{
+    const QByteArray name(40'000, 'n');
+    Editing editor("<instruments><instr number=\"1\" name=\"" + name + "\"><p number=\"1\" group=\"" + name +
+                   "\"/></instr></instruments>\n");
+    editor.Show([&] {
+        editor.Click(editor.Node(0, 0));
+        editor.Click(editor.Node(0));
+        editor.Ok();
+    });
+    QCOMPARE(editor.Store().count(QString::fromLatin1(name)), 2);
 }
 
 void InstrEditTest::WhatWasNotLoadedIsCopied()

@@ -4,6 +4,7 @@
 #include "instruments/instrclass.h"
 #include "instruments/instrgui.h"
 #include "platform/desktop.h"
+#include "platform/numbers.h"
 #include "platform/ui/onelinefield.h"
 #include "shell/editorcontext.h"
 #include "shell/errorreport.h"
@@ -12,6 +13,7 @@
 #include "shell/ui/toolbutton.h"
 
 #include <functional>
+#include <limits>
 #include <QAbstractItemModel>
 #include <QAction>
 #include <QComboBox>
@@ -81,8 +83,16 @@ private:
 QLineEdit *NewField(QWidget *parent, const QString &name)
 {
     auto *field = Named(new QLineEdit(parent), name);
+    field->setMaxLength(std::numeric_limits<int>::max()); // what was stored is never cut
     SelectOnFocus(field);
     return field;
+}
+
+QComboBox *NewList(QWidget *parent, const QString &name)
+{
+    QComboBox *list = NewTypingList(parent, name);
+    list->lineEdit()->setMaxLength(std::numeric_limits<int>::max());
+    return list;
 }
 
 /// What the store holds stays as it is; what is pasted is one line.
@@ -116,11 +126,11 @@ frmInstrEdit::frmInstrEdit(EditorContext &editor, QWidget *parent)
       TxtInsNumber(NewField(this, u"TxtInsNumber"_s)),
       txtName(NewField(this, u"txtName"_s)),
       txtDescription(NewField(this, u"txtDescription"_s)),
-      cmbGroup(NewTypingList(this, u"cmbGroup"_s)),
+      cmbGroup(NewList(this, u"cmbGroup"_s)),
       txtMin(NewField(this, u"txtMin"_s)),
       txtMax(NewField(this, u"txtMax"_s)),
       cmbFormat(Named(new QComboBox(this), u"cmbFormat"_s)),
-      cmbUnit(NewTypingList(this, u"cmbUnit"_s)),
+      cmbUnit(NewList(this, u"cmbUnit"_s)),
       txtVar(NewField(this, u"txtVar"_s)),
       bOK(Named(new QPushButton(u"OK"_s, this), u"bOK"_s)),
       bCancel(Named(new QPushButton(u"Cancel"_s, this), u"bCancel"_s))
@@ -357,7 +367,7 @@ void frmInstrEdit::AddField()
     if (!node.instrument || !SavePage())
         return;
     const int shown = m_model->rowCount(m_model->IndexOf(node.instrument));
-    pClass &added = node.instrument->addP(qint16(shown + 1));
+    pClass &added = node.instrument->addP(ToInteger<qint16>(shown + 1));
     m_changed = true;
     BuildTree({node.instrument, &added});
 }
