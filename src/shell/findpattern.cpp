@@ -252,6 +252,11 @@ qsizetype PatternSearch::BehindCharacter(qsizetype offset) const
     return WholeCharacter(offset + 1);
 }
 
+QString BadPatternText(const QString &expression, const QString &error)
+{
+    return u"Cannot understand the regular expression '"_s + expression + u"': "_s + error + u'.';
+}
+
 QString ReplacementError(QStringView replacement, int groupCount)
 {
     for (qsizetype i = 0; i + 1 < replacement.size(); ++i) {

@@ -94,6 +94,9 @@ private:
     bool m_gaveUp = false;
 };
 
+/// What is said of a regular expression that cannot be used.
+QString BadPatternText(const QString &expression, const QString &error);
+
 /// What is wrong with a replacement text; empty when nothing is. In it "\0" is the hit, "\1" to "\9" are the
 /// groups, "\n" is a line end, "\t" a tab and "\\" a backslash; any other backslash stands for itself.
 QString ReplacementError(QStringView replacement, int groupCount);

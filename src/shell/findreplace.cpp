@@ -2,6 +2,7 @@
 #include "shell/findreplace.h"
 
 #include "shell/findkeys.h"
+#include "shell/findnext.h"
 #include "shell/findpattern.h"
 #include "shell/findtext.h"
 #include "shell/recentlist.h"

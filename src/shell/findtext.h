@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "shell/editorcontext.h"
-
-#include <functional>
 #include <QChar>
 #include <QString>
 #include <QStringView>
@@ -34,22 +31,5 @@ qsizetype FindText(QStringView text, QStringView needle, qsizetype start, qsizet
 /// Each hit is as long as the needle.
 std::vector<qint32> HitsToReplace(QStringView text, QStringView needle, QStringView replacement,
                                   qsizetype start, qsizetype end, int options);
-
-/// Searches from the end of the selection, with `wrap` also from the start of the text; selects the hit and
-/// tells it in the status line, or tells that there is none, or what is wrong with a regular expression. An
-/// empty hit where the caret stands is passed over. @return whether there was a hit
-bool FindNextText(EditorContext &editor, const QString &needle, bool wrap, int options);
-
-/// What is said of a regular expression that cannot be used.
-QString BadPatternText(const QString &expression, const QString &error);
-/// Tells what is wrong with a regular expression. @return whether all is well with it
-bool TellBadPattern(EditorContext &editor, const QString &expression, const QString &error);
-/// Tells that a search for a regular expression was given up.
-void TellHardPattern(EditorContext &editor, const QString &expression);
-/// How long a search that the user waits for may take before it is given up: asked by PatternSearch.
-std::function<bool()> StopWhenLong();
-
-/// Find Again: the newest recent string with the stored options, never wrapping.
-void FindAgain(EditorContext &editor);
 
 } // namespace zelvane

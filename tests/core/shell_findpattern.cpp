@@ -3,6 +3,7 @@
 
 #include "core/oracle/patternoracle.h"
 #include "shell/findkeys.h"
+#include "shell/findnext.h"
 #include "shell/findreplace.h"
 #include "shell/findtext.h"
 #include "support/randomtext.h"

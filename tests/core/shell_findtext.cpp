@@ -3,6 +3,7 @@
 
 #include "core/oracle/textopsoracle.h"
 #include "shell/findkeys.h"
+#include "shell/findnext.h"
 #include "support/randomtext.h"
 #include "support/testcontext.h"
 

@@ -3,6 +3,7 @@
 #include "fuzz/fuzzcheck.h"
 #include "fuzz/fuzzdesktop.h"
 #include "fuzz/fuzzinput.h"
+#include "shell/findnext.h"
 #include "shell/findtext.h"
 #include "shell/lineends.h"
 

@@ -8,7 +8,7 @@
 #include "shell/editorcontext.h"
 #include "shell/editorkeys.h"
 #include "shell/errorreport.h"
-#include "shell/findtext.h"
+#include "shell/findnext.h"
 #include "shell/settings.h"
 #include "shell/textops.h"
 #include "shell/ui/appearance.h"
