@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/executables.h"
 
+#include "platform/parameters.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -50,6 +52,13 @@ QString FindExecutable(const QString &command, const QString &folder)
     if (!file.isFile() || !file.isExecutable())
         return {};
     return file.absoluteFilePath();
+}
+
+QString ProgramPath(const QString &tool)
+{
+    const QString plain = UnquoteFile(tool);
+    const QString found = plain.isEmpty() ? QString() : FindExecutable(plain);
+    return found.isEmpty() ? plain : found;
 }
 
 QString ExecutableFileKind(const QString &path)

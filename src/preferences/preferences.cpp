@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "preferences/preferences.h"
 
-#include "run/toolpaths.h"
+#include "platform/executables.h"
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -2,7 +2,6 @@
 #include "run/toolpaths.h"
 
 #include "platform/executables.h"
-#include "platform/parameters.h"
 #include "shell/settings.h"
 #include "shell/toolkeys.h"
 
@@ -21,13 +20,6 @@ ToolPaths ReadToolPaths(const SettingsStore &settings)
             .Help = settings.Text(Keys::Help),
             .Editor = settings.Text(Keys::Editor),
             .Player = settings.Text(Keys::Player)};
-}
-
-QString ProgramPath(const QString &tool)
-{
-    const QString plain = UnquoteFile(tool);
-    const QString found = plain.isEmpty() ? QString() : FindExecutable(plain);
-    return found.isEmpty() ? plain : found;
 }
 
 } // namespace zelvane

@@ -19,8 +19,4 @@ struct ToolPaths {
 
 ToolPaths ReadToolPaths(const SettingsStore &settings);
 
-/// The full path of a tool as it was set, without quotes: a bare name means the program in PATH. Empty where
-/// no tool is set.
-QString ProgramPath(const QString &tool);
-
 } // namespace zelvane

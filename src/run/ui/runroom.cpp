@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "run/ui/runroom.h"
 
+#include "platform/executables.h"
 #include "platform/programfolder.h"
 #include "run/ui/frmmanual.h"
 #include "run/ui/frmpresets.h"
