@@ -6,22 +6,20 @@
 #include "console/ui/consolelink.h"
 #include "console/ui/frmconsole.h"
 #include "platform/consolestart.h"
-#include "platform/programinfo.h"
+#include "platform/survivesignals.h"
+#include "platform/ui/applicationsetup.h"
 #include "platform/ui/endrequest.h"
 #include "platform/ui/instancelink.h"
 #include "platform/userfolders.h"
 #include "shell/settings.h"
 
 #include <algorithm>
-#include <clocale>
-#include <csignal>
 #include <cstdio>
 #include <memory>
 #include <QApplication>
 #include <QByteArray>
 #include <QCoreApplication>
 #include <QFile>
-#include <QIcon>
 #include <QMetaObject>
 #include <QObject>
 #include <QProcess>
@@ -72,11 +70,7 @@ int main(int argc, char **argv)
         arguments.append(QFile::decodeName(argv[i]));
     argc = std::min(argc, 1);
     QApplication application(argc, argv);
-    std::setlocale(LC_NUMERIC, "C");
-    QApplication::setApplicationName(u"zelvane-console"_s);
-    QApplication::setApplicationVersion(ProgramVersion());
-    QApplication::setDesktopFileName(u"zelvane"_s);
-    QApplication::setWindowIcon(QIcon(u":/zelvane/icons/zelvane.svg"_s));
+    NameApplication(u"zelvane-console"_s);
     QApplication::setQuitOnLastWindowClosed(false); // the program is to be stopped first
     const auto options = ReadConsoleOptions(arguments);
     if (!options) {
@@ -86,17 +80,9 @@ int main(int argc, char **argv)
         return 2;
     }
     // Who waits for the program's end may have been killed, and the terminal of its start closed: the program
-    // goes on, and its end is shown. So it does where the log is longer than the user's files may be. Empty
-    // handlers, which no program that is started inherits.
-#ifdef SIGHUP
-    std::signal(SIGHUP, [](int) {});
-#endif
-#ifdef SIGPIPE
-    std::signal(SIGPIPE, [](int) {});
-#endif
-#ifdef SIGXFSZ
-    std::signal(SIGXFSZ, [](int) {});
-#endif
+    // goes on, and its end is shown. So it does where the log is longer than the user's files may be.
+    SurviveLostTerminal();
+    SurviveFileSizeLimit();
     KeepForSelf(options->notify);
 
     SettingsStore settings;

@@ -2,6 +2,8 @@
 #include "console/consolekeys.h"
 #include "platform/consolestart.h"
 #include "platform/runtimeerror.h"
+#include "platform/survivesignals.h"
+#include "platform/ui/applicationsetup.h"
 #include "platform/ui/contextmenukey.h"
 #include "platform/ui/endrequest.h"
 #include "platform/ui/instancelink.h"
@@ -22,8 +24,6 @@
 #include "shell/ui/legiblestyle.h"
 #include "window/ui/frmeditor.h"
 
-#include <clocale>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -31,7 +31,6 @@
 #include <memory>
 #include <new>
 #include <QApplication>
-#include <QIcon>
 #include <QScopeGuard>
 #include <QSessionManager>
 #include <QStringList>
@@ -49,21 +48,10 @@ class Application : public QApplication
 public:
     Application(int &argc, char **argv) : QApplication(argc, argv)
     {
-        std::setlocale(LC_NUMERIC, "C"); // numbers in files are the same in every country
-        setApplicationName(u"zelvane"_s);
-        setApplicationVersion(ProgramVersion());
-        setDesktopFileName(u"zelvane"_s);
+        NameApplication(u"zelvane"_s);
         setStyle(new LegibleStyle);
         new ContextMenuKey(this);
-        setWindowIcon(QIcon(u":/zelvane/icons/zelvane.svg"_s));
-        // The end of the terminal that the program was started in is no end of the text. Empty handlers and
-        // not "ignore", which the programs that presets start would inherit.
-#ifdef SIGHUP
-        std::signal(SIGHUP, [](int) {});
-#endif
-#ifdef SIGPIPE
-        std::signal(SIGPIPE, [](int) {});
-#endif
+        SurviveLostTerminal(); // its end is no end of the text
     }
 
     QtDesktop &TheDesktop()
