@@ -16,6 +16,7 @@
 #include "run/ui/frmquickpreset.h"
 #include "shell/commandline.h"
 #include "shell/consoleanswer.h"
+#include "shell/documentlifecycle.h"
 #include "shell/errorreport.h"
 #include "shell/layoutkeys.h"
 #include "shell/mailbox.h"
@@ -54,10 +55,7 @@ public:
         SurviveLostTerminal(); // its end is no end of the text
     }
 
-    QtDesktop &TheDesktop()
-    {
-        return m_desktop;
-    }
+    QtDesktop &TheDesktop() { return m_desktop; }
 
     bool notify(QObject *receiver, QEvent *event) override
     {
@@ -112,88 +110,118 @@ private:
     bool m_reporting = false;
 };
 
-int RunEditor(Application &application, const CommandLine &command, const QByteArray &token)
-{
+/// The editor's process, in the order in which its parts are made; they go the other way.
+struct RunningEditor {
+    explicit RunningEditor(Application &theApplication) : application(theApplication) {}
+
+    Application &application;
     SettingsStore settings;
-    InstanceLink link(InstanceLink::RealmOf(ConfigFolder()));
-    bool handedOver = false;
-    application.Guard([&] {
-        using Call = InstanceLink::Call;
-        handedOver = Mailbox::Send(
-            command, settings,
-            {.find = [&] { return link.FindRunning(); },
-             .call =
-                 [&](bool hasMail) { return link.Notify(hasMail ? Call::HandOver : Call::Raise, token); }});
-    });
-    if (handedOver)
-        return 0;
-    // From here on others find this editor. What they hand over waits until it has a document of its own.
-    application.Guard([&] { link.Listen(); });
-
+    InstanceLink link{InstanceLink::RealmOf(ConfigFolder())};
     std::unique_ptr<FormSplash> splash;
-    application.Guard([&] {
-        if (!settings.Flag(Keys::Splash))
-            return;
-        splash = std::make_unique<FormSplash>();
-        splash->ShowNow();
-    });
-
     std::unique_ptr<frmEditor> editor;
-    const bool loaded = application.Guard([&] {
-        editor = std::make_unique<frmEditor>(settings, application.TheDesktop(), command);
-        QObject::connect(editor.get(), &frmEditor::Activated, &link, &InstanceLink::MarkRecent);
-        if (splash)
-            splash->SetOwner(*editor);
-        editor->show();
-        if (splash)
-            splash->SetOwner(*editor); // again: before, it was kept above all windows
-        PaintOnScreen(*editor);
-    });
-    if (!loaded)
-        return 1;
+    std::unique_ptr<EndRequest> endRequest;
+};
 
-    // The end of the session, and the system's signals, ask about unsaved work as the close of the window
-    // does.
-    EndRequest endRequest;
-    QObject::connect(&endRequest, &EndRequest::Received, editor.get(), &frmEditor::EndBySystem);
-    // While a program is waited for no question can be asked: the editor ends if the copy of the unsaved text
-    // stands, or else asks after the wait. The program goes on.
-    application.TheDesktop().SetWaitHooks({.begins = [&] { editor->Documents().SecureText(); },
-                                           .looks =
-                                               [&] {
-                                                   if (endRequest.IsPending() &&
-                                                       editor->Documents().SecureText())
-                                                       std::_Exit(0);
-                                               }});
-    const auto unhook = qScopeGuard([&] { application.TheDesktop().SetWaitHooks({}); });
-    QObject::connect(&application, &QGuiApplication::commitDataRequest, editor.get(),
-                     [&](QSessionManager &session) {
+/// Gives the command line to an editor that runs. @return false where none does
+bool HandOver(RunningEditor &program, const CommandLine &command, const QByteArray &token)
+{
+    using Call = InstanceLink::Call;
+    InstanceLink &link = program.link;
+    return Mailbox::Send(
+        command, program.settings,
+        {.find = [&] { return link.FindRunning(); },
+         .call = [&](bool hasMail) { return link.Notify(hasMail ? Call::HandOver : Call::Raise, token); }});
+}
+
+void ShowSplash(RunningEditor &program)
+{
+    if (!program.settings.Flag(Keys::Splash))
+        return;
+    program.splash = std::make_unique<FormSplash>();
+    program.splash->ShowNow();
+}
+
+void ShowEditor(RunningEditor &program, const CommandLine &command)
+{
+    program.editor = std::make_unique<frmEditor>(program.settings, program.application.TheDesktop(), command);
+    frmEditor &editor = *program.editor;
+    QObject::connect(&editor, &frmEditor::Activated, &program.link, &InstanceLink::MarkRecent);
+    if (program.splash)
+        program.splash->SetOwner(editor);
+    editor.show();
+    if (program.splash)
+        program.splash->SetOwner(editor); // again: before, it was kept above all windows
+    PaintOnScreen(editor);
+}
+
+/// The end of the session, and the system's signals, ask about unsaved work as the close of the window does.
+void ConnectSystemEnd(RunningEditor &program)
+{
+    frmEditor &editor = *program.editor;
+    program.endRequest = std::make_unique<EndRequest>();
+    QObject::connect(program.endRequest.get(), &EndRequest::Received, &editor, &frmEditor::EndBySystem);
+    QObject::connect(&program.application, &QGuiApplication::commitDataRequest, &editor,
+                     [&editor](QSessionManager &session) {
                          const bool mayAsk = session.allowsInteraction();
-                         if (!editor->MayEndSession(mayAsk))
+                         if (!editor.MayEndSession(mayAsk))
                              session.cancel();
                          else if (mayAsk)
                              session.release();
                      });
+}
 
-    const auto ready = [&] {
-        splash.reset();
-        link.SetHandler([&](InstanceLink::Call call) {
-            if (call == InstanceLink::Call::HandOver)
-                editor->Mail().Wake();
-            else
-                editor->RaiseMainWindow();
-        });
-    };
-    QObject::connect(editor.get(), &frmEditor::Ending, editor.get(), [&] {
-        if (link.Close())
-            editor->Mail().Wake(); // too late to be opened here
+/// While a program is waited for no question can be asked: the editor ends if the copy of the unsaved text
+/// stands, or else asks after the wait. The program goes on.
+WaitHooks HooksOfWait(RunningEditor &program)
+{
+    DocumentLifecycle &documents = program.editor->Documents();
+    return {.begins = [&documents] { documents.SecureText(); },
+            .looks =
+                [&documents, &request = *program.endRequest] {
+                    if (request.IsPending() && documents.SecureText())
+                        std::_Exit(0);
+                }};
+}
+
+/// The document is there: the splash goes, and what other processes hand over is taken.
+void BeReady(RunningEditor &program)
+{
+    program.splash.reset();
+    program.link.SetHandler([&editor = *program.editor](InstanceLink::Call call) {
+        if (call == InstanceLink::Call::HandOver)
+            editor.Mail().Wake();
+        else
+            editor.RaiseMainWindow();
     });
-    application.Guard([&] { editor->Init(ready); });
-    application.Guard([&] { editor->Mail().TakeLeftLine(); });
-    ready(); // also when Init has ended in a report
+}
+
+int RunEditor(Application &application, const CommandLine &command, const QByteArray &token)
+{
+    RunningEditor program(application);
+    bool handedOver = false;
+    application.Guard([&] { handedOver = HandOver(program, command, token); });
+    if (handedOver)
+        return 0;
+    // From here on others find this editor. What they hand over waits until it has a document of its own.
+    application.Guard([&] { program.link.Listen(); });
+    application.Guard([&] { ShowSplash(program); });
+    if (!application.Guard([&] { ShowEditor(program, command); }))
+        return 1;
+
+    frmEditor &editor = *program.editor;
+    ConnectSystemEnd(program);
+    application.TheDesktop().SetWaitHooks(HooksOfWait(program));
+    const auto unhook = qScopeGuard([&] { application.TheDesktop().SetWaitHooks({}); });
+    QObject::connect(&editor, &frmEditor::Ending, &editor, [&] {
+        if (program.link.Close())
+            editor.Mail().Wake(); // too late to be opened here
+    });
+    application.Guard([&] { editor.Init([&] { BeReady(program); }); });
+    application.Guard([&] { editor.Mail().TakeLeftLine(); });
+    BeReady(program); // also when Init has ended in a report
     const int code = QApplication::exec();
     // What was handed over while the last question stood is for another editor.
-    application.Guard([&] { editor->Mail().PassOn(); });
+    application.Guard([&] { editor.Mail().PassOn(); });
     return code;
 }
 
