@@ -5,11 +5,10 @@
 #include "platform/runtimeerror.h"
 #include "platform/textencoding.h"
 #include "platform/textfile.h"
-#include "platform/withoutblanks.h"
-#include "shell/documentkeys.h"
+#include "shell/documentdialogs.h"
 #include "shell/documentkind.h"
+#include "shell/documentwriter.h"
 #include "shell/errorreport.h"
-#include "shell/lineends.h"
 #include "shell/loadedtext.h"
 #include "shell/longlines.h"
 #include "shell/recentlist.h"
@@ -17,9 +16,7 @@
 #include "shell/statustexts.h"
 #include "shell/typeenable.h"
 
-#include <new>
 #include <QCoreApplication>
-#include <QFileInfo>
 #include <QScopeGuard>
 #include <utility>
 
@@ -38,16 +35,6 @@ QString UnifiedSkeleton()
            "<CsInstruments>\n\n</CsInstruments>\n"
            "<CsScore>\n\n</CsScore>\n"
            "</CsoundSynthesizer>"_s;
-}
-
-/// Before one save; a program that goes on writing the file is not to be caught up with.
-constexpr int MostQuestions = 3;
-
-/// What a file dialog answered, cut at the first NUL.
-QString UpToNul(const QString &answer)
-{
-    const qsizetype nul = answer.indexOf(u'\0');
-    return nul < 0 ? answer : answer.first(nul);
 }
 
 } // namespace
@@ -133,7 +120,8 @@ bool DocumentLifecycle::MayShowText(const QString &name, QStringView text)
 bool DocumentLifecycle::MayShowLine(const QString &name, qsizetype line)
 {
     return line == 0 ||
-           AskYesNo(name + u" holds a line of "_s + QString::number(line) +
+           AskYesNo(m_desktop,
+                    name + u" holds a line of "_s + QString::number(line) +
                         u" characters. So long a line is not shown well up to its end, and keys in it take "
                         "seconds. Open it?"_s,
                     BoxAnswer::No);
@@ -176,18 +164,11 @@ bool DocumentLifecycle::SaveFile(const QString &name)
 {
     if (name.isEmpty())
         return true;
-    // The disk is looked at last: any question may stand for long.
-    if (!MayRewriteLineEnds(name) || !MaySaveOver(name))
+    const auto encoding = DocumentWriter(m_document, m_text, m_desktop, m_disk).Save(name);
+    if (!encoding)
         return false;
-    TextEncoding encoding = m_document.Encoding;
-    try {
-        Write(name, encoding);
-    } catch (const RunTimeError &error) {
-        TellUnsaved(name, error.Description());
-        return false;
-    }
     m_document.CurrentFile = name;
-    m_document.Encoding = encoding;
+    m_document.Encoding = *encoding;
     m_document.HoldsNul = false;
     m_document.OfferedName.clear();
     m_document.Modified = false;
@@ -207,62 +188,11 @@ void DocumentLifecycle::WindowActivated()
     if (!m_disk.AskToLoad())
         return;
     const QString name = m_document.CurrentFile;
-    if (!AskYesNo(name + u" was changed by another program. Load it again?"_s,
+    if (!AskYesNo(m_desktop, name + u" was changed by another program. Load it again?"_s,
                   m_document.Modified ? BoxAnswer::No : BoxAnswer::Yes))
         m_disk.LeaveToSave();
     else if (MayShow(name))
         OpenNow(name, OpenOrigin::Command);
-}
-
-bool DocumentLifecycle::MaySaveOver(const QString &name)
-{
-    if (name != m_document.CurrentFile)
-        return true;
-    // The answer holds for the state that was asked about: the file may have been written again meanwhile.
-    for (int questions = 0; m_disk.AskToSave(); ++questions) {
-        if (questions == MostQuestions) {
-            TellUnsaved(name, u"Another program writes it again and again"_s);
-            return false;
-        }
-        if (!AskYesNo(name + (m_disk.IsNew() ? u" exists already. Save over it?"_s
-                                             : u" was changed by another program. Save over it?"_s),
-                      BoxAnswer::No))
-            return false;
-        m_disk.LeaveToSave();
-    }
-    return true;
-}
-
-bool DocumentLifecycle::MayRewriteLineEnds(const QString &name)
-{
-    return !m_document.HoldsNul ||
-           AskYesNo(name + u" holds NUL bytes: it may be no text. Saving it rewrites its line ends. "
-                           "Save it?"_s,
-                    BoxAnswer::No);
-}
-
-void DocumentLifecycle::Write(const QString &name, TextEncoding &encoding)
-{
-    try {
-        const QByteArray bytes = EncodeText(ToPcLineEnds(m_text.Text()), encoding);
-        WriteFileBytes(name, bytes);
-        m_disk.Remember(name, bytes);
-    } catch (const std::bad_alloc &) {
-        throw RunTimeError(ErrorNumber::OutOfMemory, u"Out of memory"_s, name);
-    }
-}
-
-void DocumentLifecycle::TellUnsaved(const QString &name, const QString &why)
-{
-    m_desktop.MessageBox({.text = u"Unable to save "_s + name + u".\n\n"_s + why, .icon = BoxIcon::Warning});
-}
-
-bool DocumentLifecycle::AskYesNo(const QString &question, BoxAnswer byDefault)
-{
-    return m_desktop.MessageBox({.text = question,
-                                 .icon = BoxIcon::Warning,
-                                 .buttons = BoxButtons::YesNo,
-                                 .defaultAnswer = byDefault}) == BoxAnswer::Yes;
 }
 
 bool DocumentLifecycle::QuerySave()
@@ -436,63 +366,12 @@ void DocumentLifecycle::FileMenuOpening()
 
 QString DocumentLifecycle::OpenBox()
 {
-    const QStringList orchestra = KindExtensions(m_settings, FileKind::Orchestra);
-    const QStringList score = KindExtensions(m_settings, FileKind::Score);
-    const QStringList unified = KindExtensions(m_settings, FileKind::Unified);
-    FileDialogRequest request;
-    request.filters = {{u"All Csound types"_s, ExtensionPatterns(orchestra + score + unified)},
-                       {u"Orchestra files"_s, ExtensionPatterns(orchestra)},
-                       {u"Score files"_s, ExtensionPatterns(score)},
-                       {u"Unified Format files"_s, ExtensionPatterns(unified)},
-                       {u"Text files"_s, u"*.txt"_s},
-                       {u"C/C++"_s, u"*.cpp;*.c;*.h"_s},
-                       {u"All files"_s, u"*.*"_s}};
-    const int filter = m_settings.Integer(Keys::FilterIndex);
-    request.filterIndex = filter >= 0 && filter < int(request.filters.size()) ? filter : 0;
-    request.folder = m_document.CurrentFile.isEmpty() ? m_settings.Text(Keys::OpenFolder, QString())
-                                                      : m_document.CurrentFile;
-    const FileDialogAnswer answer = m_desktop.OpenFileDialog(request);
-    const QString picked = UpToNul(answer.path);
-    // The blanks may belong to the name of a file.
-    const QString path = QFileInfo::exists(picked) ? picked : WithoutBlanks(picked).toString();
-    if (path.isEmpty())
-        return {};
-    // A store that cannot be written is told, and keeps nobody from his files; so below.
-    Guarded(m_desktop, [&] {
-        m_settings.InOneStep([&] {
-            m_settings.SaveNumber(Keys::FilterIndex, answer.filterIndex);
-            m_settings.SaveText(Keys::OpenFolder, SplitPath(PathPart::Folder, path));
-        });
-    });
-    return path;
+    return AskOpenPath(m_document, m_settings, m_desktop);
 }
 
 QString DocumentLifecycle::SaveBox()
 {
-    const QString &current =
-        m_document.CurrentFile.isEmpty() ? m_document.OfferedName : m_document.CurrentFile;
-    QStringList extensions = KindExtensions(m_settings, m_document.DocumentKind);
-    if (extensions.isEmpty())
-        extensions = SplitExtensions(BareExtension(current));
-    FileDialogRequest request;
-    if (!extensions.isEmpty())
-        request.filters.push_back(
-            {KindLabel(m_document.DocumentKind, m_document, m_desktop), ExtensionPatterns(extensions)});
-    request.filters.push_back({u"All files"_s, u"*.*"_s});
-    request.fileName = BareFileName(current);
-    request.defaultExtension = current.isEmpty() ? extensions.value(0) : BareExtension(current);
-    // A text that was left by another editor goes back where it came from.
-    request.folder = m_document.CurrentFile.isEmpty() && !current.isEmpty()
-                         ? current
-                         : m_settings.Text(Keys::SaveFolder, current);
-    const QString picked = UpToNul(m_desktop.SaveFileDialog(request).path);
-    // The dialog has asked about overwriting the name as it was picked: another file must not be meant by
-    // trimming.
-    const QString trimmed = WithoutBlanks(picked).toString();
-    const QString path = QFileInfo::exists(picked) || QFileInfo::exists(trimmed) ? picked : trimmed;
-    if (!path.isEmpty())
-        Guarded(m_desktop, [&] { m_settings.SaveText(Keys::SaveFolder, SplitPath(PathPart::Folder, path)); });
-    return path;
+    return AskSavePath(m_document, m_settings, m_desktop);
 }
 
 void DocumentLifecycle::MRUsalva()

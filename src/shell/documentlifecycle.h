@@ -113,15 +113,6 @@ private:
     void Begin(FileKind kind, const QString &name, const QString &text, const TextEncoding &encoding);
     void BuildOutline();
     void BuildRelatedFiles(OpenOrigin origin);
-    bool AskYesNo(const QString &question, BoxAnswer byDefault);
-    /// Asks before another program's work is written over.
-    bool MaySaveOver(const QString &name);
-    /// Asks before the first save of what may be no text.
-    bool MayRewriteLineEnds(const QString &name);
-    /// Writes the text with CR LF line ends. @param encoding that of the document; changed where it cannot
-    /// hold the text @throws RunTimeError
-    void Write(const QString &name, TextEncoding &encoding);
-    void TellUnsaved(const QString &name, const QString &why);
     bool WriteCurrent();
     /// @param mark "*" for a changed text, right behind the name
     void ShowCaption(const QString &mark = {});
