@@ -7,6 +7,7 @@
 #include "console/ui/consoleview.h"
 #include "platform/parameters.h"
 #include "platform/runtimeerror.h"
+#include "platform/ui/plaincaption.h"
 #include "shell/editorkeys.h"
 #include "shell/lineends.h"
 #include "shell/settings.h"
@@ -104,7 +105,7 @@ frmConsole::frmConsole(const ConsoleOptions &options, Services services, QWidget
                      }})
 {
     setObjectName(u"frmConsole"_s);
-    setWindowTitle(QString(options.run.title).replace(u"[*]"_s, u"[*][*]"_s));
+    setWindowTitle(PlainCaption(options.run.title));
     BuildWindow();
     ApplyLook();
     m_tick.setInterval(TickMs);

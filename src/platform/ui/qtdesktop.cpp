@@ -8,6 +8,7 @@
 #include "platform/runtimeerror.h"
 #include "platform/ui/filemanager.h"
 #include "platform/ui/onelinefield.h"
+#include "platform/ui/plaincaption.h"
 #include "platform/ui/programfilter.h"
 #include "platform/ui/raisewindow.h"
 
@@ -63,12 +64,6 @@ QWidget *DialogOwner()
                 owner = window;
     }
     return owner && owner->isVisible() && !owner->isMinimized() ? owner : nullptr;
-}
-
-/// A caption is shown as it is: "[*]" in it is the toolkit's mark of a modified window.
-QString PlainCaption(QString title)
-{
-    return title.replace(u"[*]"_s, u"[*][*]"_s);
 }
 
 QMessageBox::Icon IconOf(BoxIcon icon)

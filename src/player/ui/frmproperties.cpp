@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "player/ui/frmproperties.h"
 
+#include "platform/ui/plaincaption.h"
 #include "shell/ui/form.h"
 
 #include <algorithm>
@@ -29,7 +30,7 @@ frmProperties::frmProperties(const QString &name, const std::vector<FileProperty
     : QDialog(parent), cmdClose(Named(new QPushButton(u"Close"_s, this), u"cmdClose"_s))
 {
     setObjectName(u"frmProperties"_s);
-    setWindowTitle(ProgramCaption(QString(name).replace(u"[*]"_s, u"[*][*]"_s) + u" Properties"_s));
+    setWindowTitle(ProgramCaption(PlainCaption(name) + u" Properties"_s));
 
     int width = CharacterWidth(*this, LeastCharacters);
     for (const FileProperty &property : properties)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "window/ui/documentdisplay.h"
 
+#include "platform/ui/plaincaption.h"
 #include "platform/ui/textcontrol.h"
 #include "shell/command.h"
 #include "shell/documentlifecycle.h"
@@ -18,8 +19,6 @@
 #include <QMenu>
 #include <QWidget>
 
-using namespace Qt::Literals::StringLiterals;
-
 namespace zelvane
 {
 
@@ -31,8 +30,7 @@ DocumentDisplay::~DocumentDisplay()
 
 void DocumentDisplay::ShowCaption(const QString &caption)
 {
-    // The toolkit takes "[*]" for its own mark of a modified document, and the doubled one for the text.
-    m_window.setWindowTitle(QString(caption).replace(u"[*]"_s, u"[*][*]"_s));
+    m_window.setWindowTitle(PlainCaption(caption));
 }
 
 void DocumentDisplay::SetBusy(bool busy)
