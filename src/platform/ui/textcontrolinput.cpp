@@ -7,10 +7,12 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <optional>
 #include <QContextMenuEvent>
 #include <QDropEvent>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
+#include <QList>
 #include <QMimeData>
 #include <QScopedValueRollback>
 #include <QUrl>
@@ -96,10 +98,16 @@ QMouseEvent WithoutRectangles(const QMouseEvent &event)
                        event.buttons(), event.modifiers() & Qt::ShiftModifier, event.pointingDevice());
 }
 
-bool HoldsFiles(const QMimeData &data)
+/// Links as text: Scintilla would announce them as files. No value for files, which are the window's, and
+/// where no text goes with the links.
+std::optional<QString> TextOfLinks(const QMimeData &data)
 {
     const QList<QUrl> urls = data.urls();
-    return std::any_of(urls.begin(), urls.end(), [](const QUrl &url) { return url.isLocalFile(); });
+    const bool holdsFiles =
+        std::any_of(urls.begin(), urls.end(), [](const QUrl &url) { return url.isLocalFile(); });
+    if (holdsFiles || !data.hasText())
+        return {};
+    return data.text();
 }
 
 } // namespace
@@ -365,17 +373,17 @@ void TextControl::dragEnterEvent(QDragEnterEvent *event)
 
 void TextControl::dragMoveEvent(QDragMoveEvent *event)
 {
-    // Files go to the window. A link of another kind is text here; Scintilla would announce it as a file.
     if (!event->mimeData()->hasUrls()) {
         QsciScintillaBase::dragMoveEvent(event);
         return;
     }
-    if (HoldsFiles(*event->mimeData()) || !event->mimeData()->hasText()) {
+    const auto links = TextOfLinks(*event->mimeData());
+    if (!links) {
         event->ignore();
         return;
     }
     QMimeData text;
-    text.setText(event->mimeData()->text());
+    text.setText(*links);
     QDragMoveEvent plain(event->position().toPoint(), event->possibleActions(), &text, event->buttons(),
                          event->modifiers());
     QsciScintillaBase::dragMoveEvent(&plain);
@@ -392,12 +400,13 @@ void TextControl::dropEvent(QDropEvent *event)
         QsciScintillaBase::dropEvent(event);
         return;
     }
-    if (HoldsFiles(*event->mimeData()) || !event->mimeData()->hasText()) {
+    const auto links = TextOfLinks(*event->mimeData());
+    if (!links) {
         event->ignore();
         return;
     }
     QMimeData text;
-    text.setText(event->mimeData()->text());
+    text.setText(*links);
     QDropEvent plain(event->position(), event->possibleActions(), &text, event->buttons(),
                      event->modifiers());
     plain.setDropAction(Qt::CopyAction);
