@@ -3,6 +3,7 @@
 #include "platform/consolestart.h"
 #include "platform/runtimeerror.h"
 #include "platform/survivesignals.h"
+#include "platform/ui/activationtoken.h"
 #include "platform/ui/applicationsetup.h"
 #include "platform/ui/contextmenukey.h"
 #include "platform/ui/endrequest.h"

@@ -4,7 +4,7 @@
 #include "platform/nativefile.h"
 #include "platform/runtimeerror.h"
 #include "platform/socketfolder.h"
-#include "platform/ui/raisewindow.h"
+#include "platform/ui/activationtoken.h"
 
 #include <algorithm>
 #include <chrono>

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/ui/raisewindow.h"
 
+#include "platform/ui/activationtoken.h"
+
 #include <QApplication>
 #include <QDeadlineTimer>
 #include <QThread>
@@ -18,13 +20,11 @@
 namespace zelvane
 {
 
+#ifdef ZELVANE_XCB
+
 namespace
 {
 
-constexpr char WaylandToken[] = "XDG_ACTIVATION_TOKEN";
-constexpr char X11Token[] = "DESKTOP_STARTUP_ID";
-
-#ifdef ZELVANE_XCB
 xcb_connection_t *X11Connection()
 {
     const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
@@ -79,23 +79,10 @@ void TellX11Owner(xcb_connection_t *connection, xcb_window_t window, xcb_window_
     AskX11Manager(connection, window, "_NET_WM_STATE",
                   {addOrRemove, X11Atom(connection, "_NET_WM_STATE_ABOVE"), 0, 1});
 }
-#endif
 
 } // namespace
 
-QByteArray ActivationToken()
-{
-    const QByteArray token = qgetenv(WaylandToken);
-    return token.isEmpty() ? qgetenv(X11Token) : token;
-}
-
-void UseActivationToken(const QByteArray &token)
-{
-    if (token.isEmpty())
-        qunsetenv(WaylandToken);
-    else
-        qputenv(WaylandToken, token); // where the toolkit looks when a window is activated
-}
+#endif
 
 void RaiseWindow(QWidget &window)
 {
@@ -113,8 +100,7 @@ void RaiseWindow(QWidget &window)
     if (xcb_connection_t *connection = X11Connection())
         ActivateX11Window(connection, xcb_window_t(active.winId()));
 #endif
-    for (const char *used : {WaylandToken, X11Token}) // good for one use, and not for programs started later
-        qunsetenv(used);
+    ForgetActivationToken();
 }
 
 void KeepAbove(QWidget &window, QWidget &owner)

@@ -1,20 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QByteArray>
-
 class QWidget;
 
 namespace zelvane
 {
-
-/// The desktop's leave to bring a window to the front, as the launcher put it into the environment; empty
-/// when it gave none. To be asked before the application object is made, which takes it for a window of this
-/// process.
-QByteArray ActivationToken();
-
-/// Makes a token that another process gave the one that the next RaiseWindow uses.
-void UseActivationToken(const QByteArray &token);
 
 /// Brings a window to the front, out of the task bar too, and gives it the keyboard: the user has asked for
 /// it by opening a file from elsewhere, so the window manager is not to hold it back.
