@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/xdgfiletypes.h"
 
+#include "platform/associationlists.h"
 #include "platform/fileoperations.h"
 #include "platform/runtimeerror.h"
 #include "platform/textfile.h"
@@ -28,8 +29,10 @@ namespace zelvane
 namespace
 {
 
-constexpr int LookMs = 50;       ///< how often a tool is looked after
-constexpr int ChosenWeight = 60; ///< the user has chosen these names: they go before those of other programs
+constexpr int LookMs = 50;        ///< how often a tool is looked after
+constexpr int UsualWeight = 50;   ///< of names, by the standard of shared MIME information
+constexpr int ChosenWeight = 60;  ///< the user has chosen these names: they go before those of other programs
+constexpr int UsualPriority = 50; ///< of beginnings, by the same standard
 const QByteArray Defaults = "Default Applications";
 const QByteArray Added = "Added Associations";
 const QByteArray Removed = "Removed Associations";
@@ -128,79 +131,6 @@ QString Pattern(const QString &extension)
     return u"*."_s + extension.toLower().replace(special, u"[\\1]"_s);
 }
 
-/// The lines of a list of associations, and which of them are a group's.
-struct Lines {
-    QByteArrayList all;
-    std::vector<qsizetype> own; ///< the group's lines, heads left out
-    qsizetype end = -1;         ///< where another line of the group goes; -1 when there is no group
-
-    Lines(const QByteArray &list, const QByteArray &group) : all(list.split('\n'))
-    {
-        if (all.constLast().isEmpty())
-            all.removeLast();
-        int groups = 0;
-        bool inside = false;
-        for (qsizetype i = 0; i < all.size(); ++i) {
-            const QByteArray line = all[i].trimmed();
-            if (line.startsWith('[')) {
-                inside = line == '[' + group + ']';
-                groups += inside ? 1 : 0;
-            } else if (inside) {
-                own.push_back(i);
-            }
-            if (inside && groups == 1 && !line.isEmpty())
-                end = i + 1;
-        }
-    }
-
-    /// The lines of a type in the group.
-    std::vector<qsizetype> Find(const QByteArray &type) const
-    {
-        std::vector<qsizetype> found;
-        for (const qsizetype line : own) {
-            const qsizetype equals = all[line].indexOf('=');
-            if (equals >= 0 && all[line].left(equals).trimmed() == type)
-                found.push_back(line);
-        }
-        return found;
-    }
-
-    /// What these lines name, each once.
-    QByteArrayList Entries(const std::vector<qsizetype> &lines) const
-    {
-        QByteArrayList entries;
-        for (const qsizetype line : lines)
-            for (const QByteArray &entry : all[line].mid(all[line].indexOf('=') + 1).trimmed().split(';'))
-                if (!entry.isEmpty() && !entries.contains(entry))
-                    entries.append(entry);
-        return entries;
-    }
-
-    /// Puts one line in the place of these; none when it names nothing.
-    void Replace(const std::vector<qsizetype> &lines, const QByteArray &type, const QByteArrayList &entries)
-    {
-        for (size_t i = lines.size(); i-- > 1;)
-            all.removeAt(lines[i]);
-        if (entries.isEmpty())
-            all.removeAt(lines.front());
-        else
-            all[lines.front()] = Line(type, entries);
-    }
-
-    static QByteArray Line(const QByteArray &type, const QByteArrayList &entries)
-    {
-        return type + '=' + entries.join(';') + ';';
-    }
-
-    QByteArray Text() const { return all.isEmpty() ? QByteArray() : all.join('\n') + '\n'; }
-};
-
-QByteArrayList Less(QByteArrayList list, const QByteArrayList &entries)
-{
-    list.removeIf([&](const QByteArray &entry) { return entries.contains(entry); });
-    return list;
-}
-
 void Write(const QString &name, const QByteArray &bytes)
 {
     const QString folder = QFileInfo(name).absolutePath();
@@ -276,7 +206,7 @@ QString MimePackageText(const ProgramFiles &files, int weight)
                 files.description.toHtmlEscaped() + u"</comment>\n    <icon name=\""_s + Stem(files) +
                 u"\"/>\n    <sub-class-of type=\"text/plain\"/>\n"_s;
         if (!type.beginnings.isEmpty()) {
-            text += u"    <magic priority=\"50\">\n"_s;
+            text += u"    <magic priority=\"%1\">\n"_s.arg(UsualPriority);
             for (const QString &beginning : type.beginnings)
                 text += u"      <match type=\"string\" offset=\"0:1024\" value=\""_s +
                         beginning.toHtmlEscaped() + u"\"/>\n"_s;
@@ -288,58 +218,11 @@ QString MimePackageText(const ProgramFiles &files, int weight)
                 continue;
             seen.insert(pattern);
             text += u"    <glob pattern=\""_s + pattern.toHtmlEscaped() + u'"' +
-                    (weight == 50 ? QString() : u" weight=\"%1\""_s.arg(weight)) + u"/>\n"_s;
+                    (weight == UsualWeight ? QString() : u" weight=\"%1\""_s.arg(weight)) + u"/>\n"_s;
         }
         text += u"  </mime-type>\n"_s;
     }
     return text + u"</mime-info>\n"_s;
-}
-
-QByteArray WithAssociations(const QByteArray &list, const QByteArray &group, const QByteArrayList &types,
-                            const QByteArrayList &entries)
-{
-    QByteArray text = list;
-    for (const QByteArray &type : types) {
-        Lines lines(text, group);
-        if (const auto found = lines.Find(type); !found.empty()) {
-            lines.Replace(found, type, entries + Less(lines.Entries(found), entries));
-        } else {
-            if (lines.end < 0) {
-                if (!lines.all.isEmpty() && !lines.all.constLast().trimmed().isEmpty())
-                    lines.all.append(QByteArray());
-                lines.all.append('[' + group + ']');
-                lines.end = lines.all.size();
-            }
-            lines.all.insert(lines.end, Lines::Line(type, entries));
-        }
-        text = lines.Text();
-    }
-    return text;
-}
-
-QByteArray WithoutAssociations(const QByteArray &list, const QByteArray &group, const QByteArrayList &types,
-                               const QByteArrayList &entries)
-{
-    QByteArray text = list;
-    for (const QByteArray &type : types) {
-        Lines lines(text, group);
-        const auto found = lines.Find(type);
-        const QByteArrayList before = lines.Entries(found);
-        const QByteArrayList after = Less(before, entries);
-        if (after == before)
-            continue;
-        lines.Replace(found, type, after);
-        text = lines.Text();
-    }
-    return text;
-}
-
-QByteArrayList TypesIn(const QByteArray &list, const QByteArray &group, const QByteArrayList &types)
-{
-    const Lines lines(list, group);
-    QByteArrayList found = types;
-    found.removeIf([&](const QByteArray &type) { return lines.Find(type).empty(); });
-    return found;
 }
 
 XdgPlace XdgPlace::OfUser()
@@ -409,7 +292,7 @@ void XdgFileTypes::WriteLists(const QByteArrayList &types, const QByteArrayList 
         }
     }
 
-    const QByteArrayList chosen = entries.mid(0, 1);
+    const QByteArrayList mainEntry = entries.mid(0, 1);
     std::vector<std::pair<QString, QByteArray>> changed;
     const auto change = [&](const QString &name, const auto &make) {
         const QByteArray before = Read(name);
@@ -419,21 +302,21 @@ void XdgFileTypes::WriteLists(const QByteArrayList &types, const QByteArrayList 
     // Those of the desktop are changed where they say otherwise.
     const auto correct = [&](const QByteArray &before) {
         const QByteArray list = WithoutAssociations(before, Removed, types, entries);
-        return WithAssociations(list, Defaults, TypesIn(list, Defaults, types), chosen);
+        return WithAssociations(list, Defaults, TypesIn(list, Defaults, types), mainEntry);
     };
-    const QString users = m_place.config + u"/mimeapps.list"_s;
-    const QString own = m_place.data + u"/applications/mimeapps.list"_s;
+    const QString userList = m_place.config + u"/mimeapps.list"_s;
+    const QString dataList = m_place.data + u"/applications/mimeapps.list"_s;
     for (const QString &folder : {m_place.config, m_place.data + u"/applications"_s})
         for (const QString &name : DesktopLists(folder, m_place.desktops))
             change(name, correct);
-    change(users, [&](const QByteArray &before) {
+    change(userList, [&](const QByteArray &before) {
         const QByteArray list = WithAssociations(correct(before), Added, removedElsewhere, entries);
-        return WithAssociations(list, Defaults, defaultElsewhere, chosen);
+        return WithAssociations(list, Defaults, defaultElsewhere, mainEntry);
     });
-    change(own, [&](const QByteArray &before) {
+    change(dataList, [&](const QByteArray &before) {
         QByteArray list = WithoutAssociations(before, Removed, types, entries);
         list = WithAssociations(list, Added, types, entries);
-        return WithAssociations(list, Defaults, types, chosen);
+        return WithAssociations(list, Defaults, types, mainEntry);
     });
     // All have been read: what cannot be read has changed none.
     for (const auto &[name, list] : changed)

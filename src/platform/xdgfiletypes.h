@@ -71,18 +71,4 @@ QString EntryText(const ProgramFiles &files, const FileVerb &verb);
 /// @param weight of the names, where others describe the same: 50 is usual
 QString MimePackageText(const ProgramFiles &files, int weight);
 
-// Lists of associations. Readers do not agree on a group or a type that stands there twice: all its lines
-// count here, and one is left.
-
-/// A list in which `entries` stand first for each of the types, before what stood there. All other lines stay
-/// as they are.
-/// @param group "Default Applications" or "Added Associations"
-QByteArray WithAssociations(const QByteArray &list, const QByteArray &group, const QByteArrayList &types,
-                            const QByteArrayList &entries);
-/// A list in which `entries` stand for none of the types.
-QByteArray WithoutAssociations(const QByteArray &list, const QByteArray &group, const QByteArrayList &types,
-                               const QByteArrayList &entries);
-/// The types among `types` that a group of the list says something of.
-QByteArrayList TypesIn(const QByteArray &list, const QByteArray &group, const QByteArrayList &types);
-
 } // namespace zelvane

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/associationlists.h"
 #include "platform/fileoperations.h"
 #include "platform/runtimeerror.h"
 #include "platform/textfile.h"
