@@ -169,64 +169,77 @@ PatternSearch::Attempt PatternSearch::AttemptAt(qsizetype place, PatternHit &hit
 
 std::optional<PatternHit> PatternSearch::NextOfAnyWords(qsizetype from)
 {
-    using Clock = std::chrono::steady_clock;
     m_gaveUp = false;
-    qsizetype end = StretchEnd(from + m_stretch);
-    // Up to here each place is tried by itself.
-    qsizetype byPlace = from;
-    for (;;) {
+    Progress at{.from = from, .end = StretchEnd(from + m_stretch), .byPlace = from};
+    std::optional<PatternHit> hit;
+    for (bool ended = false; !ended;) {
         if (m_stop && m_stop()) {
             m_gaveUp = true;
-            return std::nullopt;
+            break;
         }
-        if (from < byPlace) {
-            PatternHit hit;
-            const Attempt attempt = AttemptAt(from, hit);
-            if (attempt == Attempt::Hit)
-                return hit;
-            if (attempt == Attempt::TooHard) {
-                m_gaveUp = true;
-                return std::nullopt;
-            }
-            from = BehindCharacter(from);
-            if (from > m_end)
-                return std::nullopt;
-            end = StretchEnd(from + m_stretch);
-            continue;
-        }
-        // An attempt that looks beyond the stretch says so, and is made again with more of the text: the hits
-        // are those of the whole.
-        const bool whole = end == m_end;
-        const auto begin = Clock::now();
-        const QRegularExpressionMatch match = m_expressions[2].match(
-            QString::fromRawData(m_text.constData(), end), from,
-            whole ? QRegularExpression::NormalMatch : QRegularExpression::PartialPreferFirstMatch,
-            QRegularExpression::DontCheckSubjectStringMatchOption);
-        if (!match.isValid()) {
-            byPlace = std::min(from + m_stretch, m_end + 1);
-            continue;
-        }
-        if (match.hasMatch() && (whole || match.capturedStart() < end))
-            return HitOf(match);
-        if (whole)
-            return std::nullopt;
-        if (match.hasMatch() || match.hasPartialMatch()) {
-            const bool isSlow = Clock::now() - begin > LongestStretch(end - from);
-            // What is told is as far before the attempt as the expression can look behind.
-            if (match.hasPartialMatch() && match.capturedStart() > from)
-                from = WholeCharacter(match.capturedStart());
-            const qsizetype more = StretchEnd(end + std::max(m_stretch, end - from));
-            // With the whole there are no partial matches that end the search of a stretch: all the places
-            // are gone through at once.
-            if (isSlow || (more == m_end && !IsWholeQuick(from)))
-                byPlace = std::min(from + m_stretch, m_end + 1);
-            else
-                end = more;
-        } else {
-            from = end;
-            end = StretchEnd(from + m_stretch);
-        }
+        ended = at.from < at.byPlace ? SearchPlace(at, hit) : SearchStretch(at, hit);
     }
+    return hit;
+}
+
+bool PatternSearch::SearchPlace(Progress &at, std::optional<PatternHit> &hit)
+{
+    PatternHit found;
+    switch (AttemptAt(at.from, found)) {
+    case Attempt::Hit:
+        hit = std::move(found);
+        return true;
+    case Attempt::TooHard:
+        m_gaveUp = true;
+        return true;
+    case Attempt::Nothing:
+        break;
+    }
+    at.from = BehindCharacter(at.from);
+    if (at.from > m_end)
+        return true;
+    at.end = StretchEnd(at.from + m_stretch);
+    return false;
+}
+
+bool PatternSearch::SearchStretch(Progress &at, std::optional<PatternHit> &hit) const
+{
+    using Clock = std::chrono::steady_clock;
+    // An attempt that looks beyond the stretch says so, and is made again with more of the text: the hits are
+    // those of the whole.
+    const bool whole = at.end == m_end;
+    const auto begin = Clock::now();
+    const QRegularExpressionMatch match = m_expressions[2].match(
+        QString::fromRawData(m_text.constData(), at.end), at.from,
+        whole ? QRegularExpression::NormalMatch : QRegularExpression::PartialPreferFirstMatch,
+        QRegularExpression::DontCheckSubjectStringMatchOption);
+    if (!match.isValid()) {
+        at.byPlace = std::min(at.from + m_stretch, m_end + 1);
+        return false;
+    }
+    if (match.hasMatch() && (whole || match.capturedStart() < at.end)) {
+        hit = HitOf(match);
+        return true;
+    }
+    if (whole)
+        return true;
+    if (!match.hasMatch() && !match.hasPartialMatch()) {
+        at.from = at.end;
+        at.end = StretchEnd(at.from + m_stretch);
+        return false;
+    }
+    const bool isSlow = Clock::now() - begin > LongestStretch(at.end - at.from);
+    // What is told is as far before the attempt as the expression can look behind.
+    if (match.hasPartialMatch() && match.capturedStart() > at.from)
+        at.from = WholeCharacter(match.capturedStart());
+    const qsizetype more = StretchEnd(at.end + std::max(m_stretch, at.end - at.from));
+    // With the whole there are no partial matches that end the search of a stretch: all the places are gone
+    // through at once.
+    if (isSlow || (more == m_end && !IsWholeQuick(at.from)))
+        at.byPlace = std::min(at.from + m_stretch, m_end + 1);
+    else
+        at.end = more;
+    return false;
 }
 
 qsizetype PatternSearch::StretchEnd(qsizetype least) const

@@ -73,7 +73,18 @@ private:
     /// What an attempt at one place comes to.
     enum class Attempt { Hit, Nothing, TooHard };
 
+    /// How far a search has come.
+    struct Progress {
+        qsizetype from = 0;
+        qsizetype end = 0;     ///< of the stretch
+        qsizetype byPlace = 0; ///< up to here each place is tried by itself
+    };
+
     std::optional<PatternHit> NextOfAnyWords(qsizetype from);
+    /// @return whether the search has ended, with a hit or without
+    bool SearchPlace(Progress &at, std::optional<PatternHit> &hit);
+    /// All places of the stretch at once. @return the same
+    bool SearchStretch(Progress &at, std::optional<PatternHit> &hit) const;
     /// Whether a search of the whole text from there on comes back soon, with a hit or without: growing parts
     /// of it are searched, and their time is taken.
     bool IsWholeQuick(qsizetype from) const;
