@@ -55,6 +55,45 @@ QString ExistingFile(const QString &argument)
     return {};
 }
 
+/// The arguments joined by blanks.
+struct JoinedArguments {
+    QString text;
+    QString searched;  ///< the same, with a stand-in of the same length for each name of a file
+    QString firstFile; ///< that there is
+};
+
+/// @param firstName from this one on all are names; behind the end when none is
+JoinedArguments Join(const QStringList &words, qsizetype firstName)
+{
+    JoinedArguments joined;
+    for (qsizetype i = 0; i < words.size(); ++i) {
+        const QString file = ExistingFile(words[i]);
+        const QString path = file.isEmpty() ? PathOfAddress(words[i]) : file;
+        if (joined.firstFile.isEmpty())
+            joined.firstFile = file;
+        if (!joined.text.isEmpty()) {
+            joined.text += u' ';
+            joined.searched += u' ';
+        }
+        const QString part = path.isEmpty() ? words[i] : path;
+        const bool isName = !path.isEmpty() || i >= firstName;
+        joined.text += part;
+        joined.searched += isName ? QString(part.size(), u'?') : part;
+    }
+    return joined;
+}
+
+/// What decides is the switch with its blank; what is cut is its first two characters, wherever they stand
+/// first, and the one behind them.
+QString WithoutSwitch(const JoinedArguments &joined, QStringView letters)
+{
+    const qsizetype start = joined.searched.indexOf(letters);
+    const qsizetype behind = start + letters.size() + 1;
+    const QString rest = DropOuterQuotes((joined.text.first(start) + joined.text.sliced(behind)).trimmed());
+    const QString file = ExistingFile(rest);
+    return !file.isEmpty() ? file : !joined.firstFile.isEmpty() ? joined.firstFile : rest;
+}
+
 } // namespace
 
 CommandLine::CommandLine(const QStringList &arguments, const QStringList &given)
@@ -71,45 +110,21 @@ CommandLine::CommandLine(const QStringList &arguments, const QStringList &given)
         }
     }
 
-    // The same string twice: with the file names, and with a stand-in of the same length for each of them.
-    QString searched;
-    QString firstFile;
-    for (qsizetype i = 0; i < words.size(); ++i) {
-        const QString file = ExistingFile(words[i]);
-        const QString path = file.isEmpty() ? PathOfAddress(words[i]) : file;
-        const bool isName = !path.isEmpty() || (end >= 0 && i >= end);
-        if (firstFile.isEmpty())
-            firstFile = file;
-        if (!m_text.isEmpty()) {
-            m_text += u' ';
-            searched += u' ';
-        }
-        const QString part = path.isEmpty() ? words[i] : path;
-        m_text += part;
-        searched += isName ? QString(part.size(), u'?') : part;
-    }
-
-    // What decides is the switch with its blank; what is cut is its first two characters, wherever they stand
-    // first, and the one behind them.
-    const auto cut = [&](QStringView letters) {
-        const qsizetype start = searched.indexOf(letters);
-        const QString rest = DropOuterQuotes((m_text.first(start) + m_text.sliced(start + 3)).trimmed());
-        const QString file = ExistingFile(rest);
-        return !file.isEmpty() ? file : !firstFile.isEmpty() ? firstFile : rest;
-    };
-    if (searched.contains(u"/p "_s)) {
+    const JoinedArguments joined = Join(words, end >= 0 ? end : words.size());
+    m_text = joined.text;
+    if (joined.searched.contains(u"/p "_s)) {
         m_form = StartForm::QuickPreset;
-        m_document = cut(u"/p");
-    } else if (searched.contains(u"/r "_s)) {
+        m_document = WithoutSwitch(joined, u"/p");
+    } else if (joined.searched.contains(u"/r "_s)) {
         m_form = StartForm::RunCsound;
-        m_document = cut(u"/r");
-    } else if (searched == u"/i"_s) {
+        m_document = WithoutSwitch(joined, u"/r");
+    } else if (joined.searched == u"/i"_s) {
         m_form = StartForm::NewInstance;
     } else if (!m_text.isEmpty()) {
         m_form = StartForm::Document;
         // The switch with a name behind it is taken as it stands, and is no file.
-        if (!firstFile.isEmpty() && !searched.startsWith(u"/i "_s))
-            m_text = firstFile;
+        if (!joined.firstFile.isEmpty() && !joined.searched.startsWith(u"/i "_s))
+            m_text = joined.firstFile;
         m_document = m_text;
     }
 }
