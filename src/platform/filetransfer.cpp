@@ -232,6 +232,32 @@ void RemoveMoved(const QByteArray &source, const struct stat &copied, const QByt
         DescriptionOf(error) + (takeBack ? u""_s : u" (it was copied, and the original stays)"_s), name);
 }
 
+/// To another file system: a copy, and then the source goes.
+TransferEnd MoveAcross(const QString &source, const QString &target, Replacing replacing, bool replaced,
+                       const TransferProgress &progress)
+{
+    const QByteArray old = PathOf(source);
+    // Whoever may not take the source away is told before the long work.
+    if (::faccessat(AT_FDCWD, FolderOf(old).constData(), W_OK | X_OK, AT_EACCESS) != 0)
+        Fail(errno, source);
+    const NativeFile from = OpenRegularFile(source);
+    const struct stat copied = StatusOf(from, source);
+    const TransferEnd end = CopyOpen(from, copied, source, target, replacing, Owner::Kept, progress);
+    if (end != TransferEnd::Done)
+        return end;
+    RemoveMoved(old, copied, PathOf(target), replaced, source);
+    FlushFolder(FolderOf(old));
+    return TransferEnd::Done;
+}
+
+/// @return 0 or the error, EEXIST when something has the name and may not be replaced
+int RenameAs(const QByteArray &from, const QByteArray &to, Replacing replacing)
+{
+    if (replacing == Replacing::Refused)
+        return RenameNew(from, to);
+    return ::rename(from.constData(), to.constData()) == 0 ? 0 : errno;
+}
+
 TransferEnd Move(const QString &source, const QString &target, Replacing replacing,
                  const TransferProgress &progress, MovedLink moved)
 {
@@ -263,9 +289,7 @@ TransferEnd Move(const QString &source, const QString &target, Replacing replaci
     if (text != said)
         return makeAnew(text);
 
-    const int error = replacing == Replacing::Refused                    ? RenameNew(old, path)
-                      : ::rename(old.constData(), path.constData()) == 0 ? 0
-                                                                         : errno;
+    const int error = RenameAs(old, path, replacing);
     if (error == 0) {
         FlushFolder(folder);
         FlushFolder(FolderOf(old));
@@ -275,20 +299,7 @@ TransferEnd Move(const QString &source, const QString &target, Replacing replaci
         return TransferEnd::Exists;
     if (error != EXDEV)
         FailForTarget(error, target);
-    if (isLink)
-        return makeAnew(text);
-
-    // Another file system. Whoever may not take the source away is told before the long work.
-    if (::faccessat(AT_FDCWD, FolderOf(old).constData(), W_OK | X_OK, AT_EACCESS) != 0)
-        Fail(errno, source);
-    const NativeFile from = OpenRegularFile(source);
-    const struct stat copied = StatusOf(from, source);
-    const TransferEnd end = CopyOpen(from, copied, source, target, replacing, Owner::Kept, progress);
-    if (end != TransferEnd::Done)
-        return end;
-    RemoveMoved(old, copied, path, replaced, source);
-    FlushFolder(FolderOf(old));
-    return TransferEnd::Done;
+    return isLink ? makeAnew(text) : MoveAcross(source, target, replacing, replaced, progress);
 }
 
 } // namespace
