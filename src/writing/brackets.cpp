@@ -65,6 +65,19 @@ private:
     std::array<qint32, PairCount> m_counts{};
 };
 
+constexpr qsizetype BlockSize = 16;
+
+/// Whether a bracket is among so many characters. Plain comparisons: the compiler makes them in a few steps.
+bool HasBracket(const char16_t *chars)
+{
+    bool has = false;
+    for (qsizetype i = 0; i < BlockSize; ++i) {
+        const char16_t c = chars[i];
+        has |= (c == u'(') | (c == u')') | (c == u'[') | (c == u']') | (c == u'{') | (c == u'}');
+    }
+    return has;
+}
+
 /// Puts the brackets of pieces of code and of strings.
 class BracketReader
 {
@@ -107,7 +120,14 @@ private:
     void ReadCode(qsizetype from, qsizetype to, bool doubled)
     {
         const char16_t *chars = m_text.utf16();
+        qsizetype looked = from;
         for (qsizetype at = from; at < to; ++at) {
+            for (; at >= looked && to - at >= BlockSize && !HasBracket(chars + at); at += BlockSize) {
+            }
+            if (at >= looked)
+                looked = at + BlockSize;
+            if (at == to)
+                break;
             const char16_t c = chars[at];
             switch (c) {
             case u'(':

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "writing/codemap.h"
 
+#include "language/charblocks.h"
 #include "language/findmark.h"
 #include "language/opcodelist.h"
 #include "platform/stylerun.h"
@@ -17,9 +18,9 @@ namespace
 class Reader
 {
 public:
-    Reader(QStringView text, std::vector<CodeStretch> &stretches)
-        : m_text(text), m_stretches(stretches), m_lastClosing(text.lastIndexOf(u"*/"))
+    Reader(QStringView text, std::vector<CodeStretch> &stretches) : m_text(text), m_stretches(stretches)
     {
+        FindLastMarks();
     }
 
     void Read(const ScannedSection &section)
@@ -42,6 +43,18 @@ private:
     {
         const bool isComment = m_stretches.back().part == CodePart::BlockComment;
         return m_stretches.back().end - (isComment ? 1 : 0);
+    }
+
+    void FindLastMarks()
+    {
+        const char16_t *begin = m_text.utf16();
+        const char16_t *end = begin + m_text.size();
+        for (const char16_t *at = begin; (at = Find(at, end, u'/')) != end; ++at) {
+            if (at > begin && at[-1] == u'*')
+                m_lastClosing = at - 1 - begin;
+            if (at + 1 < end && at[1] == u'*')
+                m_lastOpening = at - begin;
+        }
     }
 
     void ReadOrchestra(qsizetype at)
@@ -85,7 +98,7 @@ private:
     /// A comment that nothing closes ends the scan of a section: what is behind it is not known.
     void LookForOpenComment(qsizetype start, qsizetype end)
     {
-        if (start < end && end > m_lastClosing)
+        if (start < end && end > m_lastClosing && start <= m_lastOpening)
             m_ended = m_ended || FindMark(m_text.first(end), u'/', u'*', start) >= 0;
     }
 
@@ -117,7 +130,8 @@ private:
     QStringView m_text;
     std::vector<CodeStretch> &m_stretches;
     qsizetype m_end = 0;
-    qsizetype m_lastClosing;
+    qsizetype m_lastClosing = -1; ///< the last mark that closes a comment, and that opens one
+    qsizetype m_lastOpening = -1;
     bool m_ended = false;
     bool m_noneCloses = false; ///< there is no closing brace in the rest of the section
     OpcodeList m_noOpcodes;
