@@ -5,6 +5,7 @@
 #include "language/scanner.h"
 
 #include <algorithm>
+#include <span>
 #include <utility>
 
 namespace zelvane
@@ -47,7 +48,7 @@ StyleRuns::const_iterator FirstBehind(const StyleRuns &runs, qsizetype offset)
 class ClassWalk
 {
 public:
-    ClassWalk(const StyleRuns &runs, qsizetype length) : m_runs(runs), m_length(length) {}
+    ClassWalk(std::span<const StyleRun> runs, qsizetype length) : m_runs(runs), m_length(length) {}
 
     /// The class at an offset, and where another one may begin; offsets must not fall.
     std::pair<StyleClass, qsizetype> At(qsizetype offset)
@@ -63,25 +64,68 @@ public:
     }
 
 private:
-    const StyleRuns &m_runs;
+    std::span<const StyleRun> m_runs;
     qsizetype m_length;
     size_t m_next = 0;
 };
 
+/// Where the classes differ, in the order of the text.
+std::vector<TextSpan> Differences(ClassWalk now, ClassWalk then, qsizetype length)
+{
+    std::vector<TextSpan> spans;
+    for (qsizetype at = 0; at < length;) {
+        const auto [one, oneEnd] = now.At(at);
+        const auto [other, otherEnd] = then.At(at);
+        const qsizetype end = std::min({oneEnd, otherEnd, length});
+        if (one != other) {
+            if (!spans.empty() && at - spans.back().end < Near)
+                spans.back().end = end;
+            else
+                spans.push_back({at, end});
+        }
+        at = end;
+    }
+    if (spans.size() > Most)
+        spans = {{spans.front().start, spans.back().end}};
+    return spans;
+}
+
+std::vector<ColourChange> ChangesOf(const std::vector<TextSpan> &spans, const StyleRuns &wanted)
+{
+    std::vector<ColourChange> changes;
+    for (const TextSpan &span : spans) {
+        ColourChange change{span, {}};
+        for (auto run = FirstBehind(wanted, span.start); run != wanted.end() && run->start < span.end; ++run)
+            Append(change.runs, *run, span.start, span.end, 0);
+        changes.push_back(std::move(change));
+    }
+    return changes;
+}
+
 } // namespace
 
-StyleRuns PlainRuns(const StyleRuns &runs, qsizetype length)
+StyleRuns PlainRuns(StyleRuns runs, qsizetype length)
 {
-    StyleRuns plain;
-    plain.reserve(runs.size());
-    for (const StyleRun &run : runs)
-        Append(plain, run, 0, length, 0);
-    return plain;
+    // A long text has a million of them: they are made plain where they stand.
+    auto kept = runs.begin();
+    for (StyleRun run : runs) {
+        const qsizetype from = std::max<qsizetype>(run.start, 0);
+        const qsizetype to = std::min(EndOf(run), length);
+        if (from >= to || run.style == StyleClass::Text)
+            continue;
+        run = {qint32(from), qint32(to - from), run.style};
+        if (kept != runs.begin() && kept[-1].style == run.style && EndOf(kept[-1]) == from)
+            kept[-1].length += run.length;
+        else
+            *kept++ = run;
+    }
+    runs.erase(kept, runs.end());
+    return runs;
 }
 
 std::optional<StyleRuns> RefreshedColours(QStringView text, FileKind kind, const OpcodeList &opcodes)
 {
-    const auto plain = [&text](const StyleRuns &runs) { return PlainRuns(runs, text.size()); };
+    const auto plain = [&text](StyleRuns runs) { return PlainRuns(std::move(runs), text.size()); };
     switch (kind) {
     case FileKind::Other:
         return StyleRuns();
@@ -99,32 +143,7 @@ std::optional<StyleRuns> RefreshedColours(QStringView text, FileKind kind, const
 
 std::vector<ColourChange> ColourChanges(const StyleRuns &shown, const StyleRuns &wanted, qsizetype length)
 {
-    std::vector<TextSpan> spans;
-    ClassWalk now(shown, length);
-    ClassWalk then(wanted, length);
-    for (qsizetype at = 0; at < length;) {
-        const auto [one, oneEnd] = now.At(at);
-        const auto [other, otherEnd] = then.At(at);
-        const qsizetype end = std::min({oneEnd, otherEnd, length});
-        if (one != other) {
-            if (!spans.empty() && at - spans.back().end < Near)
-                spans.back().end = end;
-            else
-                spans.push_back({at, end});
-        }
-        at = end;
-    }
-    if (spans.size() > Most)
-        spans = {{spans.front().start, spans.back().end}};
-
-    std::vector<ColourChange> changes;
-    for (const TextSpan &span : spans) {
-        ColourChange change{span, {}};
-        for (auto run = FirstBehind(wanted, span.start); run != wanted.end() && run->start < span.end; ++run)
-            Append(change.runs, *run, span.start, span.end, 0);
-        changes.push_back(std::move(change));
-    }
-    return changes;
+    return ChangesOf(Differences(ClassWalk(shown, length), ClassWalk(wanted, length), length), wanted);
 }
 
 void KnownColours::Know(StyleRuns runs)
@@ -153,21 +172,54 @@ TextSpan KnownColours::Unknown(qsizetype length) const
     return m_edited ? m_unknown : TextSpan();
 }
 
+std::vector<ColourChange> KnownColours::Changes(const StyleRuns &stretch, const StyleRuns &wanted,
+                                                qsizetype length) const
+{
+    const TextSpan unknown = Unknown(length);
+    // Most runs are as they were: those before the edits, and those behind them but for where they stand.
+    const auto same = [](const StyleRun &known, const StyleRun &run, qsizetype by) {
+        return known.start + by == run.start && known.length == run.length && known.style == run.style;
+    };
+    const qsizetype most = m_known ? qsizetype(std::min(m_runs.size(), wanted.size())) : 0;
+    qsizetype before = 0;
+    while (before < most && EndOf(m_runs[size_t(before)]) <= unknown.start &&
+           same(m_runs[size_t(before)], wanted[size_t(before)], 0))
+        ++before;
+    qsizetype behind = 0;
+    for (auto known = m_runs.rbegin(), run = wanted.rbegin();
+         behind < most - before && known->start + m_longerBy >= unknown.end && same(*known, *run, m_longerBy);
+         ++known, ++run)
+        ++behind;
+    const auto between = [before, behind](const StyleRuns &runs) {
+        return std::span<const StyleRun>(runs).subspan(size_t(before), runs.size() - size_t(before + behind));
+    };
+    const StyleRuns shown = Joined(m_known ? between(m_runs) : std::span<const StyleRun>(), stretch, length);
+    return ChangesOf(Differences(ClassWalk(shown, length), ClassWalk(between(wanted), length), length),
+                     wanted);
+}
+
 StyleRuns KnownColours::With(const StyleRuns &stretch, qsizetype length) const
+{
+    return Joined(m_known ? std::span<const StyleRun>(m_runs) : std::span<const StyleRun>(), stretch, length);
+}
+
+StyleRuns KnownColours::Joined(std::span<const StyleRun> known, const StyleRuns &stretch,
+                               qsizetype length) const
 {
     const TextSpan unknown = Unknown(length);
     StyleRuns runs;
-    runs.reserve(stretch.size() + (m_known ? m_runs.size() + 1 : 0));
+    runs.reserve(stretch.size() + known.size() + 1);
     const qsizetype behind = unknown.end - m_longerBy; // in the text of the known runs
-    if (m_known) {
-        for (auto run = m_runs.begin(); run != m_runs.end() && run->start < unknown.start; ++run)
-            Append(runs, *run, 0, unknown.start, 0);
+    for (const StyleRun &run : known) {
+        if (run.start >= unknown.start)
+            break;
+        Append(runs, run, 0, unknown.start, 0);
     }
     for (const StyleRun &run : stretch)
         Append(runs, run, 0, unknown.Length(), unknown.start);
-    if (m_known) {
-        for (auto run = FirstBehind(m_runs, behind); run != m_runs.end(); ++run)
-            Append(runs, *run, behind, length - m_longerBy, m_longerBy);
+    for (const StyleRun &run : known) {
+        if (EndOf(run) > behind)
+            Append(runs, run, behind, length - m_longerBy, m_longerBy);
     }
     return runs;
 }

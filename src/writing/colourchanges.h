@@ -8,6 +8,7 @@
 #include <optional>
 #include <QStringView>
 #include <QtGlobal>
+#include <span>
 #include <vector>
 
 namespace zelvane
@@ -19,7 +20,7 @@ class OpcodeList;
 // class that touch. Equal colours are equal runs. Offsets are UTF-16 offsets from 0.
 
 /// The colours of a text of so many characters by runs in rising order that do not overlap.
-StyleRuns PlainRuns(const StyleRuns &runs, qsizetype length);
+StyleRuns PlainRuns(StyleRuns runs, qsizetype length);
 
 /// What a refresh would colour of a document of this kind; none for a kind that a refresh leaves as it is.
 std::optional<StyleRuns> RefreshedColours(QStringView text, FileKind kind, const OpcodeList &opcodes);
@@ -53,8 +54,14 @@ public:
     /// The plain runs of the whole text.
     /// @param stretch those of the unknown stretch, offsets from its start
     StyleRuns With(const StyleRuns &stretch, qsizetype length) const;
+    /// As ColourChanges of With gives them, without a look at what has not changed.
+    std::vector<ColourChange> Changes(const StyleRuns &stretch, const StyleRuns &wanted,
+                                      qsizetype length) const;
 
 private:
+    /// Some of the known runs with those of the unknown stretch.
+    StyleRuns Joined(std::span<const StyleRun> known, const StyleRuns &stretch, qsizetype length) const;
+
     bool m_known = false;
     StyleRuns m_runs;
     bool m_edited = false;
