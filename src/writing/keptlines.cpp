@@ -20,6 +20,13 @@ bool IsBlank(QStringView text)
     return text.trimmed().isEmpty();
 }
 
+/// The first kept line at `line` or behind it.
+template <typename Lines> auto FirstFrom(Lines &lines, qsizetype line)
+{
+    return std::lower_bound(lines.begin(), lines.end(), line,
+                            [](const KeptLine &one, qsizetype at) { return one.line < at; });
+}
+
 QString LineText(const TextBuffer &text, qsizetype line)
 {
     const qsizetype start = text.LineStart(line);
@@ -149,26 +156,24 @@ void MarkedLines::Reset(const TextBuffer &text, const std::vector<qsizetype> &li
 
 void MarkedLines::Add(KeptLine kept)
 {
-    const auto place = std::lower_bound(m_lines.begin(), m_lines.end(), kept.line,
-                                        [](const KeptLine &one, qsizetype line) { return one.line < line; });
+    const auto place = FirstFrom(m_lines, kept.line);
     if (place == m_lines.end() || place->line != kept.line)
         m_lines.insert(place, std::move(kept));
 }
 
 void MarkedLines::Set(const TextBuffer &text, qsizetype line, bool marked)
 {
+    const auto place = FirstFrom(m_lines, line);
     if (marked)
         Add(KeepLine(text, line));
-    else
-        m_lines.erase(std::remove_if(m_lines.begin(), m_lines.end(),
-                                     [line](const KeptLine &one) { return one.line == line; }),
-                      m_lines.end());
+    else if (place != m_lines.end() && place->line == line)
+        m_lines.erase(place);
 }
 
 bool MarkedLines::IsMarked(qsizetype line) const
 {
-    return std::any_of(m_lines.begin(), m_lines.end(),
-                       [line](const KeptLine &one) { return one.line == line; });
+    const auto place = FirstFrom(m_lines, line);
+    return place != m_lines.end() && place->line == line;
 }
 
 bool MarkedLines::Follow(const TextBuffer &text, const TextEdit &edit)
@@ -184,16 +189,10 @@ bool MarkedLines::Follow(const TextBuffer &text, const TextEdit &edit)
     const bool keepsFirst = edit.offset > text.LineStart(first);
     const bool keepsLast = edit.offset + edit.added < text.LineEnd(last);
 
-    std::vector<KeptLine> stay, touched;
+    const auto firstTouched = FirstFrom(m_lines, first);
+    const auto behind = FirstFrom(m_lines, lastBefore + 1);
+    const std::vector<KeptLine> touched(firstTouched, behind);
     std::vector<QStringView> wanted;
-    for (KeptLine &kept : m_lines) {
-        if (kept.line < first)
-            stay.push_back(kept);
-        else if (kept.line > lastBefore)
-            stay.push_back({kept.line + by, kept.text});
-        else
-            touched.push_back(kept);
-    }
     for (const KeptLine &kept : touched)
         wanted.push_back(kept.text);
     for (const Lost &lost : m_lost) {
@@ -203,7 +202,10 @@ bool MarkedLines::Follow(const TextBuffer &text, const TextEdit &edit)
     if (wanted.empty() && by == 0)
         return false;
 
-    const std::vector<KeptLine> before = std::exchange(m_lines, std::move(stay));
+    const std::vector<KeptLine> before = m_lines;
+    for (auto kept = behind; kept != m_lines.end(); ++kept)
+        kept->line += by;
+    m_lines.erase(firstTouched, behind);
     const LineFinder finder(text, first, last, wanted);
 
     std::vector<Lost> stillLost;
