@@ -28,6 +28,7 @@ DISPLAY_SIZE = "1280x900x24"
 # Seconds, for what takes one or two where nothing else runs: nothing but a failure waits so long.
 PATIENCE = 120.0
 SERVANT_PATIENCE = 5.0
+DISPLAY_ATTEMPTS = 3
 
 
 class Failure(AssertionError):
@@ -274,6 +275,24 @@ class Stage:
         return path
 
     def _open_display(self):
+        """One that has not come in time is given up: a server or a window manager may hang at its start."""
+        for attempt in range(DISPLAY_ATTEMPTS):
+            try:
+                self._start_display()
+                return
+            except (Failure, subprocess.TimeoutExpired):
+                if attempt == DISPLAY_ATTEMPTS - 1:
+                    raise
+                self._end_display()
+
+    def _end_display(self):
+        for servant in reversed(self.servants):
+            servant.kill()
+            servant.wait()
+        self.servants.clear()
+        self.environment.pop("DISPLAY", None)
+
+    def _start_display(self):
         self.frames = self.folder / "frames"  # what is on the screen, as a file
         self.frames.mkdir(exist_ok=True)
         read, write = os.pipe()
@@ -309,15 +328,11 @@ class Stage:
                 stderr=subprocess.DEVNULL,
             )
         )
-        self.until(manages.exists, "the window manager")
+        self.until(manages.exists, "the window manager", PATIENCE / DISPLAY_ATTEMPTS)
 
     def lose_display(self):
         """The display goes with all windows, as at a crash of its server, and another comes."""
-        for servant in reversed(self.servants):
-            servant.kill()
-            servant.wait()
-        self.servants.clear()
-        self.environment.pop("DISPLAY")
+        self._end_display()
         for process in self.processes:
             process.ended()
         self._open_display()
