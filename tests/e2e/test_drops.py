@@ -27,23 +27,26 @@ class Source:
         stage.program = program
         self.window = self.process.window("Drag source")
 
-    def drag(self, target, x, y):
-        """Through the display, to a place in the target window; gives what the source was told."""
+    def drag(self, editor, target, x, y):
+        """Through the display, to a place in the editor's target window; gives what the source was told."""
         run = self.stage.output
         run("xdotool", "mousemove", "--window", self.window.number, 20, 20, "mousedown", 1)
         run("xdotool", "mousemove_relative", 20, 20)
         for step in range(5):
             run("xdotool", "mousemove", "--window", target.number, x - 4 + step, y, "sleep", "0.05")
+        # Let go before the target has answered, the file falls nowhere.
+        self.process.at_rest()
+        editor.at_rest()
         run("xdotool", "mouseup", 1)
         self.stage.until(lambda: self.process.output().strip(), "the answer to the drop")
         return self.process.output().split()[0]
 
 
-def drop(stage, window, name, x, y, *actions):
+def drop(stage, editor, window, name, x, y, *actions):
     file = stage.home / f"{name}.orc"
     file.write_text(f"; {name}\n")
     source = Source(stage, file, *actions)
-    answer = source.drag(window, x, y)
+    answer = source.drag(editor, window, x, y)
     stage.until(lambda: str(file) in window.title(), lambda: f"{name} open; the title is {window.title()!r}")
     source.process.process.terminate()
     source.process.ended()
@@ -67,10 +70,10 @@ def files_are_opened_and_stay(stage):
         "on the status bar": (300, height - 10),
     }
     for name, (x, y) in places.items():
-        equal(drop(stage, window, name, x, y, "copy", "move"), "copy", f"the answer {name}")  # the move is proposed
-    equal(drop(stage, window, "only linked", 300, height - 200, "link"), "link", "the answer to a mere link")
+        equal(drop(stage, editor, window, name, x, y, "copy", "move"), "copy", f"the answer {name}")  # the move is proposed
+    equal(drop(stage, editor, window, "only linked", 300, height - 200, "link"), "link", "the answer to a mere link")
     # No action is what the protocol takes for a copy.
-    check(drop(stage, window, "only moved", 300, height - 200, "move") != "move", "a mere move is none")
+    check(drop(stage, editor, window, "only moved", 300, height - 200, "move") != "move", "a mere move is none")
     editor.close(window)
 
 
