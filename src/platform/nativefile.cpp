@@ -3,7 +3,6 @@
 
 #include "platform/lostnames.h"
 #include "platform/nativecalls.h"
-#include "platform/readwhile.h"
 #include "platform/runtimeerror.h"
 
 #include <algorithm>
@@ -68,11 +67,6 @@ NativeFile LockLeftFile(const QString &name)
     if (::lstat(path.constData(), &named) != 0 || named.st_ino != held.st_ino || named.st_dev != held.st_dev)
         return {};
     return file;
-}
-
-QByteArray ReadWhole(const NativeFile &file, const QString &name)
-{
-    return *ReadWhile(file, name, [](qint64) { return true; });
 }
 
 namespace

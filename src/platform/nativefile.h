@@ -55,8 +55,6 @@ NativeFile OpenRegularFile(const QString &name);
 /// lives, or where there is no such file. Where the system has no locks, a day without a change counts as the
 /// process's end.
 NativeFile LockLeftFile(const QString &name);
-/// All bytes from the start of the file. `name` goes into the error only.
-QByteArray ReadWhole(const NativeFile &file, const QString &name);
 
 FileStamp StampOf(const NativeFile &file);
 /// No value when there is no such file. A name that cannot be looked at for another reason has an empty

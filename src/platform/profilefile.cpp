@@ -2,6 +2,7 @@
 #include "platform/profilefile.h"
 
 #include "platform/numbers.h"
+#include "platform/readfile.h"
 #include "platform/runtimeerror.h"
 #include "platform/textencoding.h"
 

@@ -4,6 +4,7 @@
 #include "platform/fileattributes.h"
 #include "platform/nativecalls.h"
 #include "platform/nativefile.h"
+#include "platform/readfile.h"
 #include "platform/runtimeerror.h"
 #include "platform/temporaryfile.h"
 #include "platform/unsavedcopy.h"

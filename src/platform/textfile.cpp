@@ -2,6 +2,7 @@
 #include "platform/textfile.h"
 
 #include "platform/nativefile.h"
+#include "platform/readfile.h"
 #include "platform/replacefile.h"
 #include "platform/runtimeerror.h"
 #include "platform/textencoding.h"

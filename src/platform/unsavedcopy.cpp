@@ -2,6 +2,7 @@
 #include "platform/unsavedcopy.h"
 
 #include "platform/nativecalls.h"
+#include "platform/readfile.h"
 #include "platform/runtimeerror.h"
 #include "platform/temporaryfile.h"
 #include "platform/userfolders.h"

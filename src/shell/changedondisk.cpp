@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/changedondisk.h"
 
+#include "platform/readfile.h"
 #include "platform/runtimeerror.h"
 
 #include <new>

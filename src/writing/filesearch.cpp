@@ -2,7 +2,7 @@
 #include "writing/filesearch.h"
 
 #include "platform/nativefile.h"
-#include "platform/readwhile.h"
+#include "platform/readfile.h"
 #include "platform/runtimeerror.h"
 #include "platform/textbuffer.h"
 #include "platform/textencoding.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/readwhile.h"
+#include "platform/readfile.h"
 
 #include "platform/nativecalls.h"
 #include "platform/nativefile.h"
@@ -62,6 +62,11 @@ std::optional<QByteArray> ReadWhile(const NativeFile &file, const QString &name,
     }
     bytes.truncate(done);
     return bytes;
+}
+
+QByteArray ReadWhole(const NativeFile &file, const QString &name)
+{
+    return *ReadWhile(file, name, [](qint64) { return true; });
 }
 
 } // namespace zelvane

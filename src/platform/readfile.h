@@ -12,7 +12,9 @@ namespace zelvane
 
 class NativeFile;
 
-/// All bytes from the start of a file, read piece by piece. `name` goes into the error only.
+/// All bytes from the start of a file. `name` goes into the error only. @throws RunTimeError
+QByteArray ReadWhole(const NativeFile &file, const QString &name);
+/// The same, read piece by piece.
 /// @param goOn asked before each piece: whether to go on, with so many bytes read, at first with what the
 /// file says it has
 /// @return no value when it had the reading end
