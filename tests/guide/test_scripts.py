@@ -26,7 +26,7 @@ def main():
     if ROOT / "test" not in scripts:
         print(f"{ROOT}: the scripts were not found")
         return 1
-    return subprocess.run(["shellcheck", "--external-sources", *scripts], check=False).returncode
+    return subprocess.run(["shellcheck", "--external-sources", *scripts], check=False, cwd=ROOT).returncode
 
 
 if __name__ == "__main__":
