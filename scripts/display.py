@@ -298,7 +298,8 @@ class Stage:
         read, write = os.pipe()
         server = subprocess.Popen(
             ["Xvfb", "-displayfd", str(write), "-screen", "0", self.size, "-nolisten", "tcp", "-noreset",
-             "-fbdir", str(self.frames)],
+             "-fbdir", str(self.frames),
+             "-r"],  # no repeated keys: the tool that presses one may have to wait before it lets go
             pass_fds=[write],
             stdin=subprocess.DEVNULL,
             stderr=subprocess.DEVNULL,
