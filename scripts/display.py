@@ -350,14 +350,14 @@ class Stage:
     def rest_of(self, pid, runs=lambda: None):
         """Waits until a process has nothing more to do; `runs` fails when it has ended."""
         seen = []
+        served = []
 
         def look():
             runs()
-            state, *used = self._work_of(pid)
+            seen.append(self._work_of(pid))
+            served.append(all(self._work_of(servant.pid)[0] in "SZ" for servant in self.servants))
             # Asleep, and not only waiting for a processor that others have, or for a display that waits for one.
-            asleep = state == "S" and all(self._work_of(servant.pid)[0] in "SZ" for servant in self.servants)
-            seen.append((asleep, *used))
-            return len(seen) > 8 and len(set(seen[-8:])) == 1 and asleep
+            return len(seen) > 8 and len(set(seen[-8:])) == 1 and seen[-1][0] == "S" and all(served[-3:])
 
         self.until(look, f"rest in process {pid}")
 
