@@ -351,13 +351,16 @@ class Stage:
         """Waits until a process has nothing more to do; `runs` fails when it has ended."""
         seen = []
         served = []
+        begun = time.monotonic()
 
         def look():
             runs()
             seen.append(self._work_of(pid))
             served.append(all(self._work_of(servant.pid)[0] in "SZ" for servant in self.servants))
+            # Where others have the processors a caret that blinks leaves no long rest.
+            enough = 8 if time.monotonic() - begun < PATIENCE / 6 else 4
             # Asleep, and not only waiting for a processor that others have, or for a display that waits for one.
-            return len(seen) > 8 and len(set(seen[-8:])) == 1 and seen[-1][0] == "S" and all(served[-3:])
+            return len(seen) > 8 and len(set(seen[-enough:])) == 1 and seen[-1][0] == "S" and all(served[-3:])
 
         self.until(look, f"rest in process {pid}")
 
