@@ -207,10 +207,10 @@ void AppearanceTest::TheToolAreaMakesRoomForRaisedButtons()
     const int flat = bar.height();
     editor.settings.SaveFlag(Keys::FlatButtons, false);
     editor.window->Looks().ApplyAll();
-    QVERIFY(QTest::qWaitFor([&] { return bar.height() > flat + HighButtons::More / 2; }));
+    QVERIFY(Eventually([&] { return bar.height() > flat + HighButtons::More / 2; }));
     editor.settings.SaveFlag(Keys::FlatButtons, true);
     editor.window->Looks().ApplyAll();
-    QVERIFY(QTest::qWaitFor([&] { return bar.height() == flat; }));
+    QVERIFY(Eventually([&] { return bar.height() == flat; }));
 }
 
 int main(int argc, char **argv)

@@ -171,7 +171,7 @@ void Show(QDialog &dialog)
 {
     dialog.setAttribute(Qt::WA_DeleteOnClose, false);
     dialog.show();
-    if (!QTest::qWaitFor([&] { return QApplication::activeWindow() == &dialog; }))
+    if (!Eventually([&] { return QApplication::activeWindow() == &dialog; }))
         QTest::qFail("the dialog is not the active window", __FILE__, __LINE__);
 }
 

@@ -27,7 +27,7 @@ struct Editing : EditorWindow {
         Open();
         Load(text);
         window->activateWindow();
-        if (!QTest::qWaitFor([this] { return QApplication::activeWindow() == window.get(); }))
+        if (!Eventually([this] { return QApplication::activeWindow() == window.get(); }))
             QTest::qFail("the main window is not the active one", __FILE__, __LINE__);
         Text().setFocus();
     }

@@ -72,7 +72,7 @@ struct FindingInFiles : EditorWindow {
     {
         Row(u"mnuFindInFiles"_s).trigger();
         frmFindInFiles *dialog = Dialog();
-        if (!QTest::qWaitFor([dialog] { return QApplication::activeWindow() == dialog; }))
+        if (!Eventually([dialog] { return QApplication::activeWindow() == dialog; }))
             QTest::qFail("the dialog is not the active window", __FILE__, __LINE__);
         return *dialog;
     }

@@ -40,7 +40,7 @@ struct Searching : EditorWindow {
     {
         Row(row).trigger();
         frmFind *dialog = Dialog();
-        if (!QTest::qWaitFor([dialog] { return QApplication::activeWindow() == dialog; }))
+        if (!Eventually([dialog] { return QApplication::activeWindow() == dialog; }))
             QTest::qFail("the find dialog is not the active window", __FILE__, __LINE__);
         return *dialog;
     }

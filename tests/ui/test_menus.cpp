@@ -49,7 +49,7 @@ QString MenuOf(QWidget &widget, const QPoint &at, Qt::KeyboardModifiers held = {
         }
     });
     QCoreApplication::sendEvent(&widget, &event);
-    return QTest::qWaitFor([&name] { return !name.isEmpty(); }, 2000) ? name : u"none"_s;
+    return Eventually([&name] { return !name.isEmpty(); }) ? name : u"none"_s;
 }
 
 } // namespace

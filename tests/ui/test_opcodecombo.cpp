@@ -175,7 +175,7 @@ void OpcodeComboTest::AClickDropsTheList()
     on.ToggleBand();
     QVERIFY(!on.Combo().view()->isVisible());
     QTest::mouseClick(on.Combo().lineEdit(), Qt::LeftButton);
-    QVERIFY(QTest::qWaitFor([&] { return on.Combo().view()->isVisible(); }));
+    QVERIFY(Eventually([&] { return on.Combo().view()->isVisible(); }));
     on.Combo().hidePopup();
 }
 

@@ -21,6 +21,7 @@
 #include <sys/resource.h>
 
 using namespace zelvane;
+using zelvane::test::Patience;
 using namespace Qt::Literals::StringLiterals;
 
 namespace
@@ -141,7 +142,7 @@ void OutOfMemoryTest::TellsAndKeepsTheOldText()
     child.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     child.start(QCoreApplication::applicationFilePath(),
                 {u"--open-under-limit"_s, m_folder.path(), QString::number(megabytes)});
-    QVERIFY(child.waitForFinished(60000));
+    QVERIFY(child.waitForFinished(10 * Patience));
     const QString said = QString::fromUtf8(child.readAllStandardOutput()).trimmed();
     qInfo("%d MB: %s", megabytes, qPrintable(said));
     QCOMPARE(child.exitStatus(), QProcess::NormalExit);

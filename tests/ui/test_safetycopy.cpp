@@ -77,7 +77,7 @@ private Q_SLOTS:
         const QString path = editor.WriteFile(u"piece.orc"_s, "instr 1\r\n");
         editor.Open({path});
         QTest::keyClicks(&editor.Text(), u";mine "_s);
-        QVERIFY(QTest::qWaitFor([] { return Copies(u".open"_s).size() == 1; }, 20'000));
+        QVERIFY(Eventually([] { return Copies(u".open"_s).size() == 1; }));
         QVERIFY(Eventually(
             [] { return OwnStateFolder::TextIn(Copies(u".open"_s).first()) == ";mine instr 1\n"; }));
         editor.Row(u"mnuSave"_s).trigger();

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "support/uitest.h"
+
 #include <deque>
 #include <functional>
 #include <QApplication>
@@ -42,15 +44,13 @@ public:
     }
 
 private:
-    static constexpr qint64 PatienceMs = 5000;
-
     void Look()
     {
         QWidget *dialog = QApplication::activeModalWidget();
         if (!dialog || !dialog->isVisible())
             return;
         if (dialog->property("driven").toBool()) {
-            if (m_clock.elapsed() > PatienceMs)
+            if (m_clock.elapsed() > Patience)
                 Give(dialog, "a dialog is still open after its script");
             return;
         }

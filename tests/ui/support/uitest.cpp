@@ -61,7 +61,7 @@ OwnFolders::OwnFolders()
 
 bool Eventually(const std::function<bool()> &condition)
 {
-    return QTest::qWaitFor(condition, 5000);
+    return QTest::qWaitFor(condition, Patience);
 }
 
 QImage Picture(const QIcon &icon)

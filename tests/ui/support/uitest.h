@@ -10,8 +10,22 @@
 #include <QTest>
 #include <QTimer>
 
+// The five seconds of the toolkit's own macros are a guess at the machine: here nothing but a failure waits
+// so long.
+#undef QTRY_VERIFY
+#define QTRY_VERIFY(expression) QTRY_VERIFY_WITH_TIMEOUT((expression), ::zelvane::test::Patience)
+#undef QTRY_VERIFY2
+#define QTRY_VERIFY2(expression, message)                                                                    \
+    QTRY_VERIFY2_WITH_TIMEOUT((expression), (message), ::zelvane::test::Patience)
+#undef QTRY_COMPARE
+#define QTRY_COMPARE(expression, expected)                                                                   \
+    QTRY_COMPARE_WITH_TIMEOUT((expression), (expected), ::zelvane::test::Patience)
+
 namespace zelvane::test
 {
+
+/// For how long a test waits for what has to come, in milliseconds.
+constexpr int Patience = 60'000;
 
 /// Closes a modal dialog that nobody has answered for some seconds, and fails the running test: without it a
 /// test that meets an unexpected dialog would hang.
@@ -20,7 +34,8 @@ class ModalWatchdog : public QObject
 public:
     /// @param patience milliseconds that one dialog may stay open
     /// @param stuck told what was closed; fails the running test if absent
-    explicit ModalWatchdog(int patience = 10000, std::function<void(const QByteArray &what)> stuck = {});
+    explicit ModalWatchdog(int patience = 2 * Patience,
+                           std::function<void(const QByteArray &what)> stuck = {});
 
 private:
     void Look();
@@ -42,7 +57,7 @@ private:
     QTemporaryDir m_home;
 };
 
-/// Waits, with events handled, until the condition holds. @return false when it has not in five seconds
+/// Waits, with events handled, until the condition holds. @return false when it has not within Patience
 bool Eventually(const std::function<bool()> &condition);
 
 /// What a button of 16 pixels shows.
