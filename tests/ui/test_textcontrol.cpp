@@ -2,6 +2,7 @@
 #include "platform/ui/qtdesktop.h"
 #include "platform/ui/systemcolours.h"
 #include "platform/ui/textcontrol.h"
+#include "support/processortime.h"
 #include "support/scripteddesktop.h"
 #include "support/stringbuffer.h"
 #include "support/uitest.h"
@@ -9,7 +10,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <ctime>
-#include <functional>
 #include <limits>
 #include <QClipboard>
 #include <QContextMenuEvent>
@@ -550,16 +550,6 @@ void TestTextControl::KeysInALongLineCostLessThanInTheBareControl()
     QString text;
     while (text.size() < 1'000'000)
         text += QString::number(double(random()) / random.max()) + u' ';
-    // Processor time, the less of three keys: other programs must not count.
-    const auto leastOf = [](const std::function<void()> &key) {
-        std::clock_t least = std::numeric_limits<std::clock_t>::max();
-        for (int i = 0; i < 3; ++i) {
-            const std::clock_t start = std::clock();
-            key();
-            least = std::min(least, std::clock() - start);
-        }
-        return least;
-    };
     QsciScintillaBase bare;
     using Sci = QsciScintillaBase;
     bare.SendScintilla(Sci::SCI_SETCODEPAGE, Sci::SC_CP_UTF8);
@@ -570,18 +560,18 @@ void TestTextControl::KeysInALongLineCostLessThanInTheBareControl()
     bare.resize(600, 400);
     bare.show();
     QVERIFY(QTest::qWaitForWindowExposed(&bare));
-    const std::clock_t there = leastOf([&] {
+    const double there = LeastProcessorTime(3, [&] {
         bare.SendScintilla(Sci::SCI_INSERTTEXT, 0UL, "x");
         bare.viewport()->repaint();
     });
     Editor editor;
     editor.text.LoadText(text);
     editor.text.viewport()->repaint();
-    const std::clock_t here = leastOf([&] {
+    const double here = LeastProcessorTime(3, [&] {
         editor.Type(u"x"_s);
         editor.text.viewport()->repaint();
     });
-    qInfo() << "a key:" << here / 1000 << "ms, in the bare control:" << there / 1000 << "ms";
+    qInfo() << "a key:" << here * 1000 << "ms, in the bare control:" << there * 1000 << "ms";
     QVERIFY(here * 3 < there);
 }
 
