@@ -183,7 +183,7 @@ private Q_SLOTS:
                         "echo ' from file a.orc (1), line 2:'; echo ' >>> a1 nosuch <<<'; "
                         "yes again | head -n %1; echo 'error: the last'; exit 1"_s.arg(lines - 2));
         console.form->Run();
-        QTRY_VERIFY_WITH_TIMEOUT(console.form->IsFinished(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(console.HasEnded(), Patience);
         ConsoleView &view = console.View();
         const QString error = u"error: syntax error, unexpected T_IDENT  (token \"nosuch\")"_s;
         QCOMPARE(view.SelectedText(), error);
@@ -380,7 +380,7 @@ private Q_SLOTS:
         QTest::keyClick(&input, Qt::Key_Return);
         QVERIFY2(input.text().isEmpty(), qUtf8Printable(console.State()));
         QTest::keyClick(&input, Qt::Key_D, Qt::ControlModifier);
-        QTRY_VERIFY_WITH_TIMEOUT(console.form->IsFinished(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(console.HasEnded(), Patience);
         QVERIFY2(console.Shows(u"got 3000 and 4000\n20"_s), qUtf8Printable(console.State()));
     }
 
@@ -393,7 +393,7 @@ private Q_SLOTS:
         input.setFocus();
         QTest::keyClick(&input, Qt::Key_Return);
         QTest::keyClicks(&input, u"late"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(console.form->IsFinished(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(console.HasEnded(), Patience);
         QTest::keyClicks(console.form->focusWidget(), u" r"_s);
         QTest::keyClick(console.form->focusWidget(), Qt::Key_Return);
         QVERIFY2(console.places.empty(), "the Enter was none for the error");
@@ -411,8 +411,7 @@ private Q_SLOTS:
             u"setsid sh -c 'trap \"\" HUP; while ! test -e go; do sleep 0.05; done; echo later' & "
             "while ! pgrep -s $! >/dev/null; do sleep 0.05; done; exit 1"_s);
         console.form->Run();
-        QTRY_VERIFY_WITH_TIMEOUT(
-            console.form->IsFinished() && !console.Find<QPushButton>(u"cmdStop"_s).isEnabled(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(console.HasEnded(), Patience);
         QVERIFY(console.Log().endsWith(u"\nEnded with exit code 1.\n"_s));
         QFile go(console.folder.filePath(u"go"_s));
         QVERIFY(go.open(QIODevice::WriteOnly));
