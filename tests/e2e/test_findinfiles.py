@@ -75,17 +75,22 @@ def lines_are_found_and_opened(stage):
     editor.close(window)
 
 
-def a_dark_dialog(stage):
+def oscil_found_in_the_dark(stage):
+    """The editor, its window and the dialog with what it has found."""
     stage.write_store(STORE)
     dark_desktop(stage)
-    piece = pieces(stage)
-    editor, window = settled(stage, piece)
+    editor, window = settled(stage, pieces(stage))
     keys(stage, editor, "ctrl+shift+f")
     dialog = dialog_of(stage, editor)
     typed(stage, editor, "oscil")
     keys(stage, editor, "Return")
     stage.until(lambda: stage.setting("1", "Recent File Searches") == "oscil", "the text in the store")
     editor.at_rest()
+    return editor, window, dialog
+
+
+def a_dark_dialog(stage):
+    editor, window, dialog = oscil_found_in_the_dark(stage)
     check(dialog.screenshot("findinfiles-dark").exists(), "a picture")
     keys(stage, editor, "Escape")
     keys(stage, editor, "ctrl+f")
@@ -97,17 +102,8 @@ def a_dark_dialog(stage):
 
 
 def a_dark_dialog_at_twice_the_size(stage):
-    stage.write_store(STORE)
-    dark_desktop(stage)
     stage.environment["QT_SCALE_FACTOR"] = "2"
-    piece = pieces(stage)
-    editor, window = settled(stage, piece)
-    keys(stage, editor, "ctrl+shift+f")
-    dialog = dialog_of(stage, editor)
-    typed(stage, editor, "oscil")
-    keys(stage, editor, "Return")
-    stage.until(lambda: stage.setting("1", "Recent File Searches") == "oscil", "the text in the store")
-    editor.at_rest()
+    editor, window, dialog = oscil_found_in_the_dark(stage)
     stage.screenshot("findinfiles-dark-200")
     left, top, width, height = dialog.geometry()
     across, down = (int(length) for length in DISPLAY_SIZE.split("x")[:2])
