@@ -346,8 +346,8 @@ void CompletionTest::OptionsAndLabelsAreAskedOnly()
     typist.Type(u"<CsInstruments>\nlin"_s);
     QCOMPARE(typist.Current(), u"linen"_s);
     typist.Press(Qt::Key_Escape);
-    typist.Type(u"\nif k1 == 1 kgoto end\nreinit end\n"_s);
-    QVERIFY(typist.Text().Text().endsWith(u"lin\nif k1 == 1 kgoto end\nreinit end\n"_s));
+    typist.Type(u"\nif k1 == 1 kgoto end\nreinit end\ntimout 0, 1, end\n"_s);
+    QVERIFY(typist.Text().Text().endsWith(u"lin\nif k1 == 1 kgoto end\nreinit end\ntimout 0, 1, end\n"_s));
     typist.Type(u"end"_s);
     QVERIFY(typist.List().isVisible());
     typist.Press(Qt::Key_Escape);

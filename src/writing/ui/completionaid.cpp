@@ -55,8 +55,10 @@ bool HasPlainModifiers(const QKeyEvent &event)
 bool IsNewName(QStringView line)
 {
     line = line.trimmed();
-    return line.endsWith(u"goto") || line.endsWith(u"reinit") || line == u"opcode" || line == u"#define" ||
-           line == u"instr" || (line.startsWith(u"instr ") && line.endsWith(u','));
+    const bool isLabel = line.endsWith(u"goto") || line.endsWith(u"reinit") ||
+                         (line.startsWith(u"timout") && line.endsWith(u',') && line.count(u',') == 2);
+    return isLabel || line == u"opcode" || line == u"#define" || line == u"instr" ||
+           (line.startsWith(u"instr ") && line.endsWith(u','));
 }
 
 NameKinds KindsFor(TextPart part, bool inScore)
