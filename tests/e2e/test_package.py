@@ -68,7 +68,7 @@ class Package:
         stand_in.write_text(BUILT.format(programs=programs, cmake=shutil.which("cmake")))
         stand_in.chmod(0o755)
         environment = os.environ | {"PATH": f"{stand_in.parent}:{os.environ['PATH']}"}
-        run(copy / "scripts" / "make-deb", env=environment, timeout=240)
+        run(copy / "scripts" / "make-deb", env=environment)
         made = list((copy / "build" / "package" / "package").glob("*.deb"))
         equal(len(made), 1, "packages made")
         self.file = made[0]
