@@ -189,6 +189,7 @@ private Q_SLOTS:
     void RandomValuesAreAnOperation();
     void ManyRowsScroll();
     void NamesAreShownAsTheyAre();
+    void TheEndOfTheSessionAsksAboutChanges();
     void ANameIsWholeInTheCaption();
     void AHeldEnterWritesNothing();
     void ALongGroupStaysInView();
@@ -859,6 +860,31 @@ void FrmInstrGuiTest::NamesAreShownAsTheyAre()
         QCOMPARE(on.Name(0).textFormat(), Qt::PlainText);
         on.Key(Qt::Key_Escape);
     });
+}
+
+void FrmInstrGuiTest::TheEndOfTheSessionAsksAboutChanges()
+{
+    Stating on;
+    const QString before = on.TextNow();
+    const auto expectQuestion = [&](BoxAnswer answer) {
+        on.desktop.ExpectMessage({.text = u"The changes to the statement are not written. Discard them?"_s,
+                                  .icon = BoxIcon::Warning,
+                                  .buttons = BoxButtons::YesNo,
+                                  .defaultAnswer = BoxAnswer::No},
+                                 answer);
+    };
+    on.Show([&] {
+        on.Type(u"7"_s);
+        expectQuestion(BoxAnswer::No);
+        QVERIFY(!on.window->MayEndSession());
+        QVERIFY(on.dialog->isVisible());
+        expectQuestion(BoxAnswer::Yes);
+        QVERIFY(on.window->MayEndSession());
+        QVERIFY(!on.dialog->isVisible());
+    });
+    on.ShowSound([&] { QVERIFY(on.window->MayEndSession()); });
+    on.desktop.CheckAllCame();
+    QCOMPARE(on.TextNow(), before);
 }
 
 void FrmInstrGuiTest::ANameIsWholeInTheCaption()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "instruments/ui/frminstrgui.h"
 
+#include "instruments/instrclass.h"
 #include "instruments/ui/statementform.h"
 #include "instruments/ui/statementlist.h"
 #include "instruments/ui/statementpanes.h"
@@ -38,6 +39,7 @@
 #include <QSize>
 #include <QStackedWidget>
 #include <QString>
+#include <QStringList>
 #include <QToolBar>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -54,6 +56,14 @@ namespace
 
 constexpr int GroupWidth = 12; ///< characters
 
+QStringList ValuesOf(const InstrClass &instrument)
+{
+    QStringList values;
+    for (const pClass &field : instrument.pCol)
+        values += field.value;
+    return values;
+}
+
 } // namespace
 
 frmInstrGUI::frmInstrGUI(EditorContext &editor, const DocumentSteps &steps, StatementFields statement,
@@ -63,6 +73,7 @@ frmInstrGUI::frmInstrGUI(EditorContext &editor, const DocumentSteps &steps, Stat
       m_steps(steps),
       m_statement(std::move(statement)),
       m_properties(std::move(properties)),
+      m_before(ValuesOf(Instrument())),
       tlbInstrGUI(NewDialogToolbar(this, u"tlbInstrGUI"_s)),
       cmbGroup(Named(new QComboBox(this), u"cmbGroup"_s, u"Parameters Groups"_s)),
       m_form(Named(new StatementForm(editor.desktop, Instrument(), this), u"picRows"_s)),
@@ -229,6 +240,17 @@ void frmInstrGUI::ShowPanesOf(qsizetype position)
 }
 
 // Keys
+
+bool frmInstrGUI::MayCancel()
+{
+    m_form->TakeTexts();
+    return ValuesOf(Instrument()) == m_before ||
+           m_editor.desktop.MessageBox(
+               {.text = u"The changes to the statement are not written. Discard them?"_s,
+                .icon = BoxIcon::Warning,
+                .buttons = BoxButtons::YesNo,
+                .defaultAnswer = BoxAnswer::No}) == BoxAnswer::Yes;
+}
 
 bool frmInstrGUI::eventFilter(QObject *watched, QEvent *event)
 {

@@ -3,11 +3,13 @@
 
 #include "instruments/statementfields.h"
 #include "instruments/statementslider.h"
+#include "platform/ui/canceldialogs.h"
 
 #include <functional>
 #include <optional>
 #include <QDialog>
 #include <QString>
+#include <QStringList>
 
 class QAction;
 class QComboBox;
@@ -30,7 +32,7 @@ struct WindowContext;
 
 /// The p-fields of a score statement, a group of them at a time, each with a slider and its text; or all of
 /// them as a list. OK writes the texts into the statement.
-class frmInstrGUI : public QDialog
+class frmInstrGUI : public QDialog, public KeepsWork
 {
     Q_OBJECT
 
@@ -41,6 +43,8 @@ public:
 
     /// Gives each p-field a random value between its bounds. No command of the dialog does.
     void GetPValues();
+
+    bool MayCancel() override;
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -81,6 +85,7 @@ private:
     const DocumentSteps &m_steps;
     StatementFields m_statement;
     std::function<void()> m_properties;
+    QStringList m_before; ///< the values as the statement has them
 
     QToolBar *tlbInstrGUI;
     QComboBox *cmbGroup;
