@@ -119,6 +119,7 @@ private Q_SLOTS:
     void AnIncludeNeedsAFile();
     void EscapeInsertsNothing();
     void AnInsertionIsColouredAndUndone();
+    void AnInsertionGivesTheTextTheKeyboard();
     void AnInsertionTakesThePlaceOfTheSelection();
     void TheRowsOfTheSeparatorsShowThem();
     void ASeparatorIsInserted();
@@ -543,6 +544,24 @@ void InsertsTest::AnInsertionIsColouredAndUndone()
     QCOMPARE(on.TextNow(), u"abc x "_s);
     on.Row(u"mnuUndo"_s).trigger();
     QCOMPARE(on.TextNow(), u"abc "_s);
+}
+
+void InsertsTest::AnInsertionGivesTheTextTheKeyboard()
+{
+    Inserting on;
+    auto &opcodes = on.Find<QComboBox>(u"cmbOpcodes"_s);
+    const auto insert = [&](Qt::Key end) {
+        on.Include([&] {
+            on.Type(u"x"_s);
+            on.Key(end);
+        });
+        return on.window->focusWidget();
+    };
+    opcodes.setFocus();
+    QWidget *const before = on.window->focusWidget();
+    QVERIFY(before != &on.Text());
+    QCOMPARE(insert(Qt::Key_Escape), before);
+    QCOMPARE(insert(Qt::Key_Return), &on.Text());
 }
 
 void InsertsTest::AnInsertionTakesThePlaceOfTheSelection()

@@ -876,7 +876,10 @@ void RepositoryTest::AFragmentIsInserted()
 {
     Browsing on;
     on.Text().SetSelection(4, 7);
+    on.Find<QWidget>(u"cmbOpcodes"_s).setFocus();
+    QVERIFY(on.window->focusWidget() != &on.Text());
     on.Show([&] { on.Key(Qt::Key_Return); });
+    QCOMPARE(on.window->focusWidget(), &on.Text());
     QCOMPARE(on.Text().Text(), u"abc instr 1\n\tout 1\nendin\n"_s);
     on.Row(u"mnuUndo"_s).trigger();
     QCOMPARE(on.Text().Text(), u"abc def\n"_s);

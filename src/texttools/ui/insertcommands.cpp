@@ -2,6 +2,7 @@
 #include "texttools/ui/insertcommands.h"
 
 #include "shell/command.h"
+#include "shell/documentview.h"
 #include "shell/editorcontext.h"
 #include "shell/ui/commands.h"
 #include "shell/ui/menuname.h"
@@ -14,6 +15,7 @@
 #include "texttools/ui/frmrndnum.h"
 
 #include <QAction>
+#include <QDialog>
 #include <QString>
 
 using namespace Qt::Literals::StringLiterals;
@@ -32,11 +34,14 @@ QString LineCaption(const QString &style)
     return StyleCharacter(style).repeated(CaptionLength).replace(u'&', u"&&"_s);
 }
 
-/// A command that shows a dialog.
+/// A command that shows a dialog. What it has put into the text is where the user goes on.
 template <typename Dialog> void BindDialog(const WindowContext &context, Command command)
 {
-    context.commands.Bind(command, [&editor = context.editor, &steps = context.steps,
-                                    window = context.window] { Dialog(editor, steps, window).exec(); });
+    context.commands.Bind(command, [&editor = context.editor, &steps = context.steps, &view = context.view,
+                                    window = context.window] {
+        if (Dialog(editor, steps, window).exec() == QDialog::Accepted)
+            view.FocusText();
+    });
 }
 
 } // namespace
