@@ -102,6 +102,7 @@ private Q_SLOTS:
     void AHeaderGoesToTheStart();
     void AHeaderWithoutAControlRateIsRefused();
     void TheControlRateStepsThroughLegalValues();
+    void TheSampleRateIsPicked();
     void TheRandomNumberHasItsFields();
     void ARandomNumberIsInsertedAndKept();
     void ARandomNumberNeedsNumbers();
@@ -235,6 +236,27 @@ void InsertsTest::TheControlRateStepsThroughLegalValues()
         QCOMPARE(on.Field(u"txtChannels"_s).text(), u"2"_s);
         on.Key(Qt::Key_Escape);
     });
+}
+
+void InsertsTest::TheSampleRateIsPicked()
+{
+    Inserting on;
+    on.settings.SaveSetting(u"Options", u"HeaderKR", u"100");
+    on.Header([&] {
+        auto &rates = *on.dialog->findChild<QComboBox *>(u"cmbSr"_s);
+        QStringList items;
+        for (int i = 0; i < rates.count(); ++i)
+            items += rates.itemText(i);
+        QCOMPARE(items.join(u' '), u"8000 11025 16000 22050 32000 44100 48000 88200 96000"_s);
+        QCOMPARE(on.Field(u"txtKR"_s).text(), u"100"_s);
+        on.Key(Qt::Key_Down);
+        QCOMPARE(rates.currentText(), u"48000"_s);
+        on.Box(u"chkStartofFile"_s).setChecked(true);
+        on.Key(Qt::Key_Return);
+    });
+    QCOMPARE(on.TextNow(), u"sr = 48000\nkr = 100\nksmps = 480\nnchnls = 1\nabc\n"_s);
+    on.Row(u"mnuUndo"_s).trigger();
+    QCOMPARE(on.TextNow(), u"abc\n"_s);
 }
 
 void InsertsTest::TheRandomNumberHasItsFields()

@@ -26,6 +26,7 @@
 #include <QStringList>
 #include <QToolButton>
 #include <QTreeView>
+#include <tuple>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace zelvane;
@@ -135,6 +136,7 @@ private Q_SLOTS:
     void TheTreeShowsTheStore();
     void AnEmptyStoreHasEmptyPages();
     void ANodeShowsItsPage();
+    void ListsGoOnFromWhatIsShown();
     void APageIsKeptWhenItsNodeIsLeft();
     void APageThatIsNotValidKeepsItsNode();
     void KeysWalkThroughTheTree();
@@ -250,6 +252,30 @@ void InstrEditTest::ANodeShowsItsPage()
         QVERIFY(editor.Tool(u"up"_s).isEnabled() && editor.Tool(u"down"_s).isEnabled());
         editor.Click(editor.Node(1));
         QCOMPARE(editor.Page(), (QStringList{{}, {}, u"7"_s}));
+        editor.Cancel();
+    });
+}
+
+void InstrEditTest::ListsGoOnFromWhatIsShown()
+{
+    Editing editor;
+    editor.Show([&] {
+        editor.Click(editor.Node(0, 2));
+        for (const auto &[name, shown, next] :
+             {std::tuple{u"cmbUnit"_s, u"Db"_s, u"%"_s}, std::tuple{u"cmbGroup"_s, u"Tone"_s, u"Tone"_s}}) {
+            QComboBox &list = editor.List(name);
+            QCOMPARE(list.currentText(), shown);
+            list.setFocus();
+            QTest::keyClick(&list, Qt::Key_Down);
+            QCOMPARE(list.currentText(), next);
+        }
+        // What is in no list begins at its first row.
+        editor.Click(editor.Node(0, 1));
+        QComboBox &units = editor.List(u"cmbUnit"_s);
+        QCOMPARE(units.currentText(), QString());
+        units.setFocus();
+        QTest::keyClick(&units, Qt::Key_Down);
+        QCOMPARE(units.currentText(), u"sec"_s);
         editor.Cancel();
     });
 }

@@ -102,6 +102,13 @@ void ShowStored(QLineEdit &field, const QString &text)
     field.setCursorPosition(0);
 }
 
+void ShowStored(QComboBox &list, const QString &text)
+{
+    // By its row too, from which the arrow keys go on.
+    list.setCurrentIndex(list.findText(text, Qt::MatchExactly | Qt::MatchCaseSensitive));
+    ShowFromStart(*list.lineEdit(), text);
+}
+
 QStringList Units()
 {
     return {u"sec"_s, u"ms"_s, u"Hz"_s, u"pch"_s, u"oct"_s, u"Db"_s, u"%"_s, u"‰"_s, u"°"_s};
@@ -297,11 +304,11 @@ void frmInstrEdit::ShowPage(const FieldPage &page)
 {
     ShowStored(*txtName, page.name);
     ShowStored(*txtDescription, page.description);
-    ShowFromStart(*cmbGroup->lineEdit(), page.group);
+    ShowStored(*cmbGroup, page.group);
     ShowStored(*txtMin, page.min);
     ShowStored(*txtMax, page.max);
     cmbFormat->setCurrentIndex(page.format);
-    ShowFromStart(*cmbUnit->lineEdit(), page.unit);
+    ShowStored(*cmbUnit, page.unit);
     ShowStored(*txtVar, page.variable);
 }
 

@@ -42,7 +42,9 @@ frmHeader::frmHeader(EditorContext &editor, const DocumentSteps &steps, QWidget 
 {
     cmbSr->addItems({u"8000"_s, u"11025"_s, u"16000"_s, u"22050"_s, u"32000"_s, u"44100"_s, u"48000"_s,
                      u"88200"_s, u"96000"_s});
-    cmbSr->setCurrentText(Kept(Keys::HeaderSR));
+    // By its row too, from which the arrow keys go on.
+    cmbSr->setCurrentIndex(cmbSr->findText(Kept(Keys::HeaderSR)));
+    cmbSr->setEditText(Kept(Keys::HeaderSR));
     chkStartofFile->setToolTip(u"If not checked header will be inserted at current caret position."_s);
 
     FormGrid form;
