@@ -231,6 +231,17 @@ TEST_F(Inserts, ASeparatorStandsUnderTheCaretsLine)
     EXPECT_EQ(Separated({}, 0), u";----\n"_s);
     settings.SaveText(Keys::LineStyle1, u"=x"_s);
     EXPECT_EQ(Separated({}, 0), u";====\n"_s);
+    settings.SaveText(Keys::LineStyle1, u"\U0001D11E"_s);
+    EXPECT_EQ(Separated({}, 0), u";\U0001D11E\U0001D11E\U0001D11E\U0001D11E\n"_s);
+}
+
+TEST_F(Inserts, ASeparatorStandsUnderTheLineWhereTheSelectionBegins)
+{
+    settings.SaveNumber(Keys::LineWidth, 2);
+    text.SetText(u"ab\ncd\nef\n"_s);
+    text.SetSelection(1, 8);
+    InsertLineSeparation(editor, LineStyle::First);
+    EXPECT_EQ(text.text, u"ab\n;--\ncd\nef\n"_s);
 }
 
 TEST_F(Inserts, ASeparatorOfAMadWidthIsCut)

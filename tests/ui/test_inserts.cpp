@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The dialogs and commands of the Insert menu, by keys.
 
+#include "shell/documentkeys.h"
 #include "shell/settings.h"
 #include "support/boxes.h"
 #include "support/dialogwindow.h"
@@ -18,6 +19,7 @@
 #include <QClipboard>
 #include <QComboBox>
 #include <QDialog>
+#include <QDir>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
@@ -103,6 +105,8 @@ private Q_SLOTS:
     void AHeaderWithoutAControlRateIsRefused();
     void TheControlRateStepsThroughLegalValues();
     void TheSampleRateIsPicked();
+    void ARateBeyondAllIsReported();
+    void FieldsThatCannotBeKeptAreTold();
     void TheRandomNumberHasItsFields();
     void ARandomNumberIsInsertedAndKept();
     void ARandomNumberNeedsNumbers();
@@ -110,6 +114,7 @@ private Q_SLOTS:
     void AnInstrumentIsInserted();
     void AnInstrumentGoesToTheEnd();
     void AnInstrumentNeedsANumber();
+    void AnInstrumentKeepsItsNumberAsTyped();
     void PastedLineEndsBecomeBlanks();
     void TheMacroHasItsFields();
     void AMacroIsInserted();
@@ -117,6 +122,8 @@ private Q_SLOTS:
     void TheIncludeHasItsFields();
     void AnIncludeIsTypedAndInserted();
     void AnIncludeIsPicked();
+    void AnIncludeIsPickedElsewhere();
+    void AnIncludeOfNoDocumentStaysAsItIs();
     void AnIncludeNeedsAFile();
     void EscapeInsertsNothing();
     void AnInsertionIsColouredAndUndone();
@@ -259,6 +266,71 @@ void InsertsTest::TheSampleRateIsPicked()
     QCOMPARE(on.TextNow(), u"abc\n"_s);
 }
 
+void InsertsTest::ARateBeyondAllIsReported()
+{
+    Inserting on;
+    on.Header([&] {
+        on.Type(u"3000000000"_s);
+        on.ExpectReport(u"Overflow (6)"_s);
+        on.Key(Qt::Key_Return);
+        QVERIFY(on.dialog->isVisible());
+        on.Alt('C');
+        on.ExpectReport(u"Overflow (6)"_s);
+        on.Key(Qt::Key_Up);
+        QCOMPARE(on.Field(u"txtKR"_s).text(), u"4410"_s);
+        on.Key(Qt::Key_Escape);
+    });
+    on.Random([&] {
+        on.Type(u"-1e308"_s);
+        on.Alt('X');
+        on.Type(u"1e308"_s);
+        on.Alt('D');
+        on.Type(u"99"_s);
+        on.ExpectReport(u"Overflow (6)"_s);
+        on.Key(Qt::Key_Return);
+        QVERIFY(on.dialog->isVisible());
+        QCOMPARE(on.Field(u"txtDigits"_s).text(), u"15"_s);
+        on.Type({});
+        on.Key(Qt::Key_Return); // no number is none
+        QVERIFY(on.dialog->isVisible());
+        on.Key(Qt::Key_Escape);
+    });
+    QCOMPARE(on.TextNow(), u"abc\n"_s);
+    QVERIFY(!on.window->Context().document.Modified);
+}
+
+void InsertsTest::FieldsThatCannotBeKeptAreTold()
+{
+    Inserting on;
+    // A file stands where the store's folder was.
+    const QString folder = on.storeFolder.path();
+    QVERIFY(QDir(folder).removeRecursively());
+    QFile file(folder);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    const auto expectReport = [&] {
+        on.desktop.ExpectMessage(ErrorBox(u"Not a directory (76)"_s, folder + u"/settings"_s),
+                                 BoxAnswer::Cancel);
+    };
+    on.Header([&] {
+        expectReport();
+        on.Key(Qt::Key_Return);
+        QVERIFY(!on.dialog->isVisible());
+        on.desktop.CheckAllCame();
+    });
+    QCOMPARE(on.TextNow(), u"sr = 44100\nkr = 4410\nksmps = 10\nnchnls = 1\nabc\n"_s);
+    on.Random([&] {
+        on.Type(u"5"_s);
+        on.Alt('X');
+        on.Type(u"5"_s);
+        expectReport();
+        on.Key(Qt::Key_Return);
+        QVERIFY(!on.dialog->isVisible());
+        on.desktop.CheckAllCame();
+    });
+    QCOMPARE(on.TextNow(), u"sr = 44100\nkr = 4410\nksmps = 10\nnchnls = 1\n5abc\n"_s);
+    QVERIFY(file.remove());
+}
+
 void InsertsTest::TheRandomNumberHasItsFields()
 {
     Inserting on;
@@ -385,6 +457,19 @@ void InsertsTest::AnInstrumentNeedsANumber()
         }
         on.Key(Qt::Key_Escape);
     });
+    QCOMPARE(on.TextNow(), u"abc\n"_s);
+}
+
+void InsertsTest::AnInstrumentKeepsItsNumberAsTyped()
+{
+    Inserting on;
+    on.Instrument([&] {
+        on.Type(u"1, 2"_s);
+        on.Box(u"chkEndofFile"_s).setChecked(true);
+        on.Key(Qt::Key_Return);
+    });
+    QCOMPARE(on.TextNow(), u"abc\n\ninstr 1, 2\n\n;instrument body\n\nendin"_s);
+    on.Row(u"mnuUndo"_s).trigger();
     QCOMPARE(on.TextNow(), u"abc\n"_s);
 }
 
@@ -521,6 +606,47 @@ void InsertsTest::AnIncludeIsPicked()
     QCOMPARE(on.TextNow(), u"#include \"in/x.sco\"abc\n"_s);
 }
 
+void InsertsTest::AnIncludeIsPickedElsewhere()
+{
+    Inserting on;
+    on.settings.SaveText(Keys::OrchestraExtensions, u"orc udo"_s);
+    const FileDialogRequest request{.filters = {{u"All Csound files"_s, u"*.orc;*.udo;*.sco;*.csd"_s},
+                                                {u"Orchestra files"_s, u"*.orc;*.udo"_s},
+                                                {u"Score files"_s, u"*.sco"_s},
+                                                {u"Unified Format files"_s, u"*.csd"_s}},
+                                    .folder = on.folder.path()};
+    on.Include([&] {
+        const auto browse = [&](const QString &path) {
+            on.desktop.ExpectOpenDialog(request, {.path = path});
+            on.dialog->findChild<QPushButton *>(u"bFile"_s)->click();
+            return on.Field(u"txtFile"_s).text();
+        };
+        QCOMPARE(browse(u"/usr/x.udo"_s), u"/usr/x.udo"_s);
+        on.Alt('Q');
+        QTRY_VERIFY(on.Box(u"chkQualified"_s).isChecked());
+        QCOMPARE(browse(on.folder.filePath(u"x.udo"_s)), on.folder.filePath(u"x.udo"_s));
+        QCOMPARE(browse(u"/usr/x.udo"_s), u"/usr/x.udo"_s);
+        on.Key(Qt::Key_Return);
+    });
+    QCOMPARE(on.TextNow(), u"#include \"/usr/x.udo\"abc\n"_s);
+}
+
+void InsertsTest::AnIncludeOfNoDocumentStaysAsItIs()
+{
+    Inserting on;
+    on.window->Documents().NewFile(FileKind::Orchestra, {});
+    on.Include([&] {
+        on.Type(u"/usr/x.orc"_s);
+        on.Alt('Q');
+        QTRY_VERIFY(on.Box(u"chkQualified"_s).isChecked());
+        QCOMPARE(on.Field(u"txtFile"_s).text(), u"/usr/x.orc"_s);
+        on.Alt('F');
+        on.Type(u"x.orc"_s);
+        on.Key(Qt::Key_Return);
+    });
+    QCOMPARE(on.TextNow(), u"#include \"x.orc\""_s);
+}
+
 void InsertsTest::AnIncludeNeedsAFile()
 {
     Inserting on;
@@ -624,6 +750,10 @@ void InsertsTest::AFilenameIsInserted()
     on.Text().SetSelection(0, 3);
     on.Row(u"mnuInsertFilename"_s).trigger();
     QCOMPARE(on.TextNow(), u"in/kick.wav\n"_s);
+    QCOMPARE(on.Text().Selection().start, 11);
+    QCOMPARE(on.Text().Selection().end, 11);
+    on.Row(u"mnuUndo"_s).trigger();
+    QCOMPARE(on.TextNow(), u"abc\n"_s);
 }
 
 } // namespace
