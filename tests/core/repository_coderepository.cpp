@@ -476,6 +476,36 @@ TEST_F(Repository, AFailedRenameLeavesTheFragment)
     EXPECT_EQ(BytesOf(Path(u"mine.csr"_s)), "[a]\nCode=1\n"_ba);
 }
 
+TEST_F(Repository, AFileOfAnOlderEncodingKeepsItWhereItIsNotTouched)
+{
+    WriteFile(u"mine.csr"_s, "[caf\xe9]\nCode=; \x80 1\nAuthor=Andr\xe9\n[other]\nCode=\xfc\n");
+    const FragmentPlace place = Place(u"caf\u00e9"_s);
+    const StoredFragment shown = repository.Read(place);
+    EXPECT_TRUE(shown.found);
+    EXPECT_EQ(shown.fields.code, u"; \u20ac 1"_s);
+    EXPECT_EQ(shown.fields.author, u"Andr\u00e9"_s);
+    FragmentFields page = shown.fields;
+    page.code = u"; \u2126"_s;
+    ExpectReplace(place.name, BoxAnswer::Yes);
+    EXPECT_EQ(repository.Save(place, shown, page, false), FragmentWrite::Done);
+    EXPECT_EQ(repository.Read(place).fields.code, page.code);
+    EXPECT_EQ(repository.Read(place).fields.author, u"Andr\u00e9"_s);
+    EXPECT_TRUE(BytesOf(Path(u"mine.csr"_s)).endsWith("[other]\nCode=\xfc\n"));
+}
+
+TEST_F(Repository, EachValueOfAPageHasItsLimit)
+{
+    const QByteArray tooLong(32767 + 3, 'x');
+    for (const QByteArray &key : {"Author"_ba, "Comments"_ba, "Category"_ba}) {
+        WriteFile(u"mine.csr"_s, "[a]\nCode=1\n" + key + '=' + tooLong + "\n");
+        const StoredFragment read = repository.Read(Place(u"a"_s));
+        EXPECT_TRUE(read.cut) << key.constData();
+        const FragmentFields &fields = read.fields;
+        EXPECT_EQ(std::max({fields.author.size(), fields.comments.size(), fields.category.size()}), 32767);
+        EXPECT_EQ(fields.code, u"1"_s);
+    }
+}
+
 TEST_F(Repository, SavingAsksFirst)
 {
     const QByteArray before = "[tone]\nCode=old\n";

@@ -4,6 +4,7 @@
 #include "repository/repositorykeys.h"
 #include "repository/ui/frmcoderes.h"
 #include "shell/settings.h"
+#include "support/boxes.h"
 #include "support/dialogwindow.h"
 #include "support/filebytes.h"
 #include "support/uitest.h"
@@ -174,6 +175,7 @@ private Q_SLOTS:
     void AFragmentIsRenamed();
     void ARenameKeepsWhatAnotherEditorChanged();
     void AFragmentIsSaved();
+    void ViewsThatCannotBeKeptHoldNobodyUp();
     void AFragmentIsSavedInAnotherFile();
     void AFragmentIsDeletedWithItsGroups();
     void TheTreeGetsTheKeyboardOfAPageThatGoes();
@@ -778,6 +780,25 @@ void RepositoryTest::AFragmentIsSaved()
     expected.replace("endin\nAuthor=Zoe\nComments=loud\\nlong\nCategory=MIDI",
                      "endin\\n; end\nAuthor=Zoe\nComments=loud\\nlong\nCategory=Own kind");
     QCOMPARE(on.Bytes(u"shared.csr"_s), expected);
+}
+
+void RepositoryTest::ViewsThatCannotBeKeptHoldNobodyUp()
+{
+    Browsing on;
+    // A file stands where the store's folder was.
+    const QString folder = on.storeFolder.path();
+    QVERIFY(QDir(folder).removeRecursively());
+    QFile file(folder);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    on.Show([&] {
+        on.Ctrl('T');
+        on.desktop.ExpectMessage(ErrorBox(u"Not a directory (76)"_s, folder + u"/settings"_s),
+                                 BoxAnswer::Cancel);
+        on.Key(Qt::Key_Escape);
+        QVERIFY(!on.dialog->isVisible());
+        on.desktop.CheckAllCame();
+    });
+    QVERIFY(file.remove());
 }
 
 void RepositoryTest::AFragmentIsSavedInAnotherFile()
