@@ -3,6 +3,7 @@
 
 #include "platform/textwriter.h"
 #include "shell/editorkeys.h"
+#include "shell/tabwidth.h"
 
 #include <algorithm>
 #include <QScopeGuard>
@@ -301,9 +302,7 @@ void IndentSelection(EditorContext &editor, bool decrease)
     TextBuffer &text = editor.text;
     const TextSpan selection = text.Selection();
     text.SetSelection(GetLineStart(text, selection.start), GetLineEnd(text, selection.end));
-    const QString unit = editor.settings.Flag(Keys::TabInsertSpaces)
-                             ? QString(std::max(0, editor.settings.Integer(Keys::TabSpaces)), u' ')
-                             : u"\t"_s;
+    const QString unit = IndentUnit(editor.settings);
     ReplaceAndSelect(text, [&](const QString &lines) {
         return decrease ? UnindentText(lines, unit) : IndentText(lines, unit);
     });

@@ -3,8 +3,8 @@
 
 #include "platform/runtimeerror.h"
 #include "platform/textwriter.h"
-#include "shell/editorkeys.h"
 #include "shell/separators.h"
+#include "shell/tabwidth.h"
 
 #include <algorithm>
 #include <array>
@@ -273,9 +273,8 @@ bool ReformatSelection(EditorContext &editor, FormattingAlgorithm algorithm, con
         editor.text.SetSelection(0, -1);
     const qsizetype start = editor.text.Selection().start;
     // Read for the one algorithm that uses it: only that one has to tell of a value that cannot be read.
-    const int tabSpaces = algorithm == FormattingAlgorithm::OneTabToMultipleSpaces
-                              ? editor.settings.Integer(Keys::TabSpaces)
-                              : 0;
+    const int tabSpaces =
+        algorithm == FormattingAlgorithm::OneTabToMultipleSpaces ? TabWidth(editor.settings) : 0;
     const std::optional<QString> result = Reformat(algorithm, editor.text.SelectedText(), tabSpaces, goOn);
     if (!result)
         return false;

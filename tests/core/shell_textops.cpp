@@ -4,6 +4,7 @@
 #include "core/oracle/textopsoracle.h"
 #include "language/blockcomments.h"
 #include "shell/editorkeys.h"
+#include "shell/tabwidth.h"
 #include "support/randomtext.h"
 #include "support/testcontext.h"
 
@@ -246,6 +247,22 @@ TEST_F(TextCommands, IndentByBlanks)
     Set(u"   ab\n  cd"_s, 0, 10);
     IndentSelection(editor, true);
     ExpectText(u"ab\n  cd"_s, {0, 7});
+}
+
+TEST_F(TextCommands, IndentByNoMoreThanTheWidestTab)
+{
+    settings.SaveFlag(Keys::TabInsertSpaces, true);
+    const QString widest(WidestTab, u' ');
+    for (const double spaces : {double(WidestTab), WidestTab + 1.0, 2147483647.0}) {
+        settings.SaveNumber(Keys::TabSpaces, spaces);
+        Set(u"ab\ncd"_s, 0, 5);
+        IndentSelection(editor, false);
+        ExpectText(widest + u"ab\n"_s + widest + u"cd"_s, {0, 2 * WidestTab + 5});
+    }
+    settings.SaveNumber(Keys::TabSpaces, -3);
+    Set(u"ab"_s, 0, 2);
+    IndentSelection(editor, false);
+    ExpectText(u"ab"_s, {0, 2});
 }
 
 TEST_F(TextCommands, ChangeCaseOfTheWholeTextOrASelection)

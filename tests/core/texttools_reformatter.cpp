@@ -4,6 +4,7 @@
 #include "core/oracle/reformatteroracle.h"
 #include "platform/runtimeerror.h"
 #include "shell/editorkeys.h"
+#include "shell/tabwidth.h"
 #include "support/printers.h"
 #include "support/randomtext.h"
 #include "support/testcontext.h"
@@ -178,6 +179,14 @@ TEST_F(Reformatting, ColumnsCountFromTheStartOfTheSelection)
     EXPECT_TRUE(ReformatSelection(editor, A::OneTabToMultipleSpaces));
     EXPECT_EQ(text.text, u"xyz  a"_s);
     EXPECT_EQ(text.selection, (TextSpan{3, 6}));
+}
+
+TEST_F(Reformatting, ATabIsNoWiderThanTheWidest)
+{
+    settings.SaveNumber(Keys::TabSpaces, 999999999);
+    text.SetText(u"a\tb"_s);
+    EXPECT_TRUE(ReformatSelection(editor, A::OneTabToMultipleSpaces));
+    EXPECT_EQ(text.text, Reformat(A::OneTabToMultipleSpaces, u"a\tb", WidestTab));
 }
 
 TEST_F(Reformatting, AStoppedRunLeavesTheText)

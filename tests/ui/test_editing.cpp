@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/ui/qtdesktop.h"
 #include "shell/editorkeys.h"
+#include "shell/tabwidth.h"
 #include "support/editorwindow.h"
 #include "support/modaldriver.h"
 #include "support/uitest.h"
@@ -87,6 +88,7 @@ private Q_SLOTS:
     void TypingIsUndoneByWord();
     void TabInsertsBlanksToTheNextStop_data();
     void TabInsertsBlanksToTheNextStop();
+    void TabIsNoWiderThanTheWidest();
     void TabMovesSeveralLines();
     void ShiftTabOnOneLineMovesNothing();
     void RichClipboardGivesPlainText();
@@ -159,6 +161,16 @@ void EditingTest::TabInsertsBlanksToTheNextStop()
     QVERIFY(on.Text().Text().endsWith(u"\t"));
     on.Undo();
     QVERIFY(on.Text().Text().endsWith(QString(blanks, u' ')));
+}
+
+void EditingTest::TabIsNoWiderThanTheWidest()
+{
+    Editing on(u"first line\n"_s);
+    on.settings.SaveFlag(Keys::TabInsertSpaces, true);
+    on.settings.SaveNumber(Keys::TabSpaces, 999999999);
+    on.Text().SetSelection(11, 11);
+    on.Key(Qt::Key_Tab);
+    QCOMPARE(on.Text().Text(), u"first line\n"_s + QString(WidestTab, u' '));
 }
 
 void EditingTest::TabMovesSeveralLines()

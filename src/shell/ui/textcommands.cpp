@@ -10,6 +10,7 @@
 #include "shell/errorreport.h"
 #include "shell/findnext.h"
 #include "shell/settings.h"
+#include "shell/tabwidth.h"
 #include "shell/textops.h"
 #include "shell/ui/appearance.h"
 #include "shell/ui/commandkeys.h"
@@ -34,7 +35,7 @@ void HookText(const WindowContext &context)
     EditorContext &editor = context.editor;
     TextControlHooks hooks;
     hooks.tabInsertsSpaces = [&editor] { return editor.settings.Flag(Keys::TabInsertSpaces); };
-    hooks.tabSpaces = [&editor] { return editor.settings.Integer(Keys::TabSpaces); };
+    hooks.tabSpaces = [&editor] { return TabWidth(editor.settings); };
     hooks.indentSelection = [&commands](bool decrease) {
         commands.Run(Cmd::mnuIndent[decrease ? IndentChange::Decrease : IndentChange::Increase]);
     };

@@ -4,10 +4,9 @@
 #include "platform/runtimeerror.h"
 #include "platform/ui/textcontrol.h"
 #include "shell/editorcontext.h"
-#include "shell/editorkeys.h"
 #include "shell/errorreport.h"
 #include "shell/findtext.h"
-#include "shell/settings.h"
+#include "shell/tabwidth.h"
 #include "shell/ui/commands.h"
 
 #include <algorithm>
@@ -91,13 +90,6 @@ AutoIndent::Before AutoIndent::ReadBefore(qsizetype offset) const
     return {m_text.TextRange(start, offset), start == 0};
 }
 
-QString AutoIndent::Unit() const
-{
-    if (!m_editor.settings.Flag(Keys::TabInsertSpaces))
-        return u"\t"_s;
-    return QString(std::max(0, m_editor.settings.Integer(Keys::TabSpaces)), u' ');
-}
-
 void AutoIndent::SetBlanks(qsizetype lineStart, qsizetype count, const QString &blanks, bool goesOn)
 {
     const qsizetype caret = m_text.Selection().start;
@@ -114,8 +106,9 @@ void AutoIndent::Enter()
     const qsizetype lineEnd = m_text.LineEnd(m_text.LineOfOffset(selection.end));
     const QString behind =
         m_text.TextRange(selection.end, std::min(lineEnd, selection.end + LongestWordLine));
+    const QString unit = IndentUnit(m_editor.settings);
     const EnterIndent indent =
-        AutoIndenter(before.text, before.isWhole, m_editor.document.DocumentKind, Unit()).Enter(behind);
+        AutoIndenter(before.text, before.isWhole, m_editor.document.DocumentKind, unit).Enter(behind);
 
     const QString head = before.text.sliced(before.text.lastIndexOf(u'\n') + 1);
     const qsizetype blanks = CountBlanks(head);
@@ -169,7 +162,8 @@ void AutoIndent::FollowWord()
         return;
 
     const Before before = ReadBefore(caret.start);
-    const AutoIndenter indenter(before.text, before.isWhole, m_editor.document.DocumentKind, Unit());
+    const QString unit = IndentUnit(m_editor.settings);
+    const AutoIndenter indenter(before.text, before.isWhole, m_editor.document.DocumentKind, unit);
     if (mayClose) {
         if (const std::optional<QString> closing = indenter.Closing(typed)) {
             SetBlanks(lineStart, blanks, *closing, true);

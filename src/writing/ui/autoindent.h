@@ -39,7 +39,6 @@ private:
     };
 
     Before ReadBefore(qsizetype offset) const;
-    QString Unit() const;
     void Enter();
     void TextChanged();
     void FollowWord();
