@@ -242,6 +242,8 @@ private Q_SLOTS:
     void ForeignKeysPassToTheWindow();
     void ScintillasOwnKeysAreOff();
     void NavigationKeys();
+    void UpAndDownAimAtWhereTheProgramPutTheCaret();
+    void ASelectionGivenBackLeavesTheAimAlone();
     void DeletesWholeCharacters();
     void TypesAstralCharacters();
     void ComposesWithAnInputMethod();
@@ -1406,6 +1408,46 @@ void TestTextControl::NavigationKeys()
     editor.Key(Qt::Key_Left);
     editor.Key(Qt::Key_Backspace, Qt::ControlModifier);
     QCOMPARE(editor.text.Text(), u"two\nthree \n"_s);
+}
+
+void TestTextControl::UpAndDownAimAtWhereTheProgramPutTheCaret()
+{
+    Editor editor;
+    const auto at = [&] { return Described(editor.text.Selection()); };
+    editor.text.LoadText(u"0123456789\n0123456789\n0123456789"_s);
+    editor.text.SetSelection(0, 0);
+    editor.Key(Qt::Key_End);
+    editor.text.SetSelection(12, 14);
+    editor.Key(Qt::Key_Down);
+    QCOMPARE(at(), u"25..25"_s);
+    editor.Key(Qt::Key_End);
+    editor.text.SetSelection(11, 11);
+    editor.Key(Qt::Key_Down, Qt::ShiftModifier);
+    QCOMPARE(at(), u"11..22"_s);
+    editor.Key(Qt::Key_Up);
+    editor.Key(Qt::Key_End);
+    editor.text.SetSelection(15, 15);
+    editor.text.ReplaceSelection(u"xy"_s);
+    editor.Key(Qt::Key_Up);
+    QCOMPARE(at(), u"6..6"_s);
+
+    editor.Key(Qt::Key_End);
+    editor.text.LoadText(u"0123456789\n0123456789"_s);
+    editor.Key(Qt::Key_Down);
+    QCOMPARE(at(), u"11..11"_s);
+}
+
+void TestTextControl::ASelectionGivenBackLeavesTheAimAlone()
+{
+    Editor editor;
+    const auto at = [&] { return Described(editor.text.Selection()); };
+    editor.text.LoadText(u"0123456789\nab\n0123456789"_s);
+    editor.text.SetSelection(8, 8);
+    editor.Key(Qt::Key_Down);
+    QCOMPARE(at(), u"13..13"_s);
+    editor.text.SetSelection(13, 13);
+    editor.Key(Qt::Key_Down);
+    QCOMPARE(at(), u"22..22"_s);
 }
 
 void TestTextControl::DeletesWholeCharacters()

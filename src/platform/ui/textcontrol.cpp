@@ -176,6 +176,7 @@ void TextControl::LoadText(QString text)
     Send(SCI_SETMODEVENTMASK, 0);
     Send(SCI_SETUNDOCOLLECTION, 0);
     Send(SCI_CLEARALL);
+    Send(SCI_CHOOSECARETX);
     MakeRoom(bytes.size());
     SendBytes(SCI_APPENDTEXT, bytes.size(), bytes.constData());
     Send(SCI_SETUNDOCOLLECTION, 1);
@@ -456,7 +457,11 @@ CaretSpan TextControl::Caret() const
 
 void TextControl::SetCaret(const CaretSpan &span)
 {
+    const bool moves = span != Caret();
     Send(SCI_SETSEL, span.anchor, span.caret);
+    // What Up and Down aim at from here. A selection that is only given back leaves their aim alone.
+    if (moves)
+        Send(SCI_CHOOSECARETX);
 }
 
 // Lines
@@ -805,8 +810,9 @@ void TextControl::SnapCaret()
     };
     const CaretSpan now = Caret();
     const CaretSpan good{snapped(now.anchor, m_toldCaret.anchor), snapped(now.caret, m_toldCaret.caret)};
+    // Up and Down go on to aim at their column.
     if (good != now)
-        SetCaret(good);
+        Send(SCI_SETSEL, good.anchor, good.caret);
 }
 
 } // namespace zelvane
