@@ -7,6 +7,7 @@
 #include "support/boxes.h"
 #include "support/dialogwindow.h"
 #include "support/filebytes.h"
+#include "support/largefont.h"
 #include "support/uitest.h"
 
 #include <functional>
@@ -16,11 +17,14 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
+#include <QDebug>
 #include <QFile>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QRect>
+#include <QScreen>
 #include <QSet>
 #include <QStackedWidget>
 #include <QStringList>
@@ -133,6 +137,7 @@ class InstrEditTest : public QObject
 
 private Q_SLOTS:
     void FieldsHaveTheirWords();
+    void TheDialogFitsTheScreen();
     void TheTreeShowsTheStore();
     void AnEmptyStoreHasEmptyPages();
     void ANodeShowsItsPage();
@@ -202,6 +207,18 @@ void InstrEditTest::FieldsHaveTheirWords()
         QCOMPARE(units, (QStringList{u"sec"_s, u"ms"_s, u"Hz"_s, u"pch"_s, u"oct"_s, u"Db"_s, u"%"_s, u"‰"_s,
                                      u"°"_s}));
         editor.Cancel();
+    });
+}
+
+void InstrEditTest::TheDialogFitsTheScreen()
+{
+    const LargeFont font(1.25);
+    Editing on;
+    on.Show([&on] {
+        const QRect place = on.dialog->frameGeometry();
+        QVERIFY2(on.dialog->screen()->availableGeometry().contains(place),
+                 qPrintable(QDebug::toString(place)));
+        on.dialog->reject();
     });
 }
 

@@ -2,6 +2,7 @@
 #include "platform/lostnames.h"
 #include "platform/parameters.h"
 #include "platform/ui/qtdesktop.h"
+#include "support/largefont.h"
 #include "support/modaldriver.h"
 #include "support/uitest.h"
 
@@ -9,6 +10,7 @@
 #include <fcntl.h>
 #include <QClipboard>
 #include <QComboBox>
+#include <QDebug>
 #include <QDir>
 #include <QFileDialog>
 #include <QInputDialog>
@@ -18,7 +20,9 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
+#include <QRect>
 #include <QScopeGuard>
+#include <QScreen>
 #include <QTemporaryDir>
 #include <QtTest>
 #include <QUrl>
@@ -336,6 +340,24 @@ private Q_SLOTS:
                                       .fileName = u"a.orc"_s});
         QCOMPARE(answer.path, QDir::toNativeSeparators(file));
         QCOMPARE(answer.filterIndex, 0);
+    }
+
+    void PickersFitTheScreen()
+    {
+        const LargeFont font(3);
+        ModalDriver modal;
+        const auto look = [](QFileDialog &dialog) {
+            const QRect place = dialog.frameGeometry();
+            QVERIFY2(dialog.screen()->availableGeometry().contains(place),
+                     qPrintable(QDebug::toString(place)));
+            dialog.reject();
+        };
+        modal.Expect<QFileDialog>(look);
+        m_desktop.OpenFileDialog({.filters = {{u"One"_s, u"*.orc"_s}}});
+        modal.Expect<QFileDialog>(look);
+        m_desktop.SaveFileDialog({.filters = {{u"One"_s, u"*.orc"_s}}});
+        modal.Expect<QFileDialog>(look);
+        m_desktop.BrowseFolder(u"Where to"_s, m_folder.path());
     }
 
     void OpenDialogTellsOfNamesThatItCannotShow()

@@ -7,6 +7,7 @@
 #include "support/boxes.h"
 #include "support/dialogwindow.h"
 #include "support/filebytes.h"
+#include "support/largefont.h"
 #include "support/uitest.h"
 
 #include <ctime>
@@ -14,6 +15,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QDebug>
 #include <QDir>
 #include <QFile>
 #include <QLabel>
@@ -22,6 +24,8 @@
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QRect>
+#include <QScreen>
 #include <QToolBar>
 #include <QToolButton>
 #include <QTreeWidget>
@@ -157,6 +161,7 @@ class RepositoryTest : public QObject
 
 private Q_SLOTS:
     void TheDialogHasItsControls();
+    void TheDialogFitsTheScreen();
     void TheViewsAreShownAndKept();
     void AGroupHasNoPage();
     void AFragmentHasItsPage();
@@ -233,6 +238,18 @@ void RepositoryTest::TheDialogHasItsControls()
         on.Ctrl('S');
         on.Key(Qt::Key_Return);
         on.Key(Qt::Key_Escape);
+    });
+}
+
+void RepositoryTest::TheDialogFitsTheScreen()
+{
+    const LargeFont font(1.5);
+    Browsing on;
+    on.Show([&on] {
+        const QRect place = on.dialog->frameGeometry();
+        QVERIFY2(on.dialog->screen()->availableGeometry().contains(place),
+                 qPrintable(QDebug::toString(place)));
+        Browsing::Key(Qt::Key_Escape);
     });
 }
 

@@ -8,6 +8,7 @@
 #include "platform/parameters.h"
 #include "platform/runtimeerror.h"
 #include "platform/ui/plaincaption.h"
+#include "platform/ui/withinscreen.h"
 #include "shell/editorkeys.h"
 #include "shell/lineends.h"
 #include "shell/settings.h"
@@ -183,7 +184,8 @@ void frmConsole::ApplyLook()
         font.setPointSizeF(points);
     m_view->setFont(font);
     const QFontMetrics metrics(font);
-    resize(metrics.averageCharWidth() * WidthCharacters, metrics.lineSpacing() * HeightLines);
+    const QSize usual(metrics.averageCharWidth() * WidthCharacters, metrics.lineSpacing() * HeightLines);
+    resize(WithinScreen(*this, usual));
 }
 
 void frmConsole::ShowAs(int showState)

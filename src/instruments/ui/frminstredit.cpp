@@ -6,6 +6,7 @@
 #include "platform/desktop.h"
 #include "platform/numbers.h"
 #include "platform/ui/onelinefield.h"
+#include "platform/ui/withinscreen.h"
 #include "shell/editorcontext.h"
 #include "shell/errorreport.h"
 #include "shell/ui/dialogtoolbar.h"
@@ -26,6 +27,7 @@
 #include <QList>
 #include <QModelIndex>
 #include <QPushButton>
+#include <QSize>
 #include <QStackedWidget>
 #include <QString>
 #include <QStringList>
@@ -246,7 +248,8 @@ void frmInstrEdit::LayOut()
     all->addWidget(ButtonBox(*this, bOK, bCancel, Guard(&frmInstrEdit::Confirm)));
     SetTabOrder(QList<QWidget *>{tvwInstrEdit, TxtInsName, TxtInsDesc, TxtInsNumber, txtName, txtDescription,
                                  cmbGroup, txtMin, txtMax, cmbFormat, cmbUnit, txtVar, bOK, bCancel});
-    resize(CharacterWidth(*this, TreeWidth + PageWidth), fontMetrics().lineSpacing() * TreeHeight);
+    const QSize usual(CharacterWidth(*this, TreeWidth + PageWidth), fontMetrics().lineSpacing() * TreeHeight);
+    resize(WithinScreen(*this, usual));
 }
 
 // The tree

@@ -11,6 +11,7 @@
 #include "platform/ui/plaincaption.h"
 #include "platform/ui/programfilter.h"
 #include "platform/ui/raisewindow.h"
+#include "platform/ui/withinscreen.h"
 
 #include <functional>
 #include <QApplication>
@@ -178,6 +179,13 @@ void TellLostNames(QFileDialog &dialog)
     tell(dialog.directory().absolutePath());
 }
 
+/// The toolkit's own picker may ask for more than a small screen has. @return whether something was picked
+bool RunOnScreen(QFileDialog &dialog)
+{
+    dialog.resize(WithinScreen(dialog, dialog.size()));
+    return dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty();
+}
+
 FileDialogAnswer RunFileDialog(QFileDialog &dialog, const FileDialogRequest &request)
 {
     if (!request.title.isEmpty()) // the toolkit's own title tells opening from saving
@@ -197,7 +205,7 @@ FileDialogAnswer RunFileDialog(QFileDialog &dialog, const FileDialogRequest &req
         TellLostNames(dialog);
     if (!request.fileName.isEmpty())
         dialog.selectFile(request.fileName);
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+    if (!RunOnScreen(dialog))
         return {};
     return {QDir::toNativeSeparators(dialog.selectedFiles().constFirst()),
             int(std::max<qsizetype>(0, filters.indexOf(dialog.selectedNameFilter())))};
@@ -462,7 +470,7 @@ QString QtDesktop::BrowseFolder(const QString &title, const QString &initial)
     dialog.setOption(QFileDialog::ShowDirsOnly, true);
     if (const QString folder = StartFolder(initial); !folder.isEmpty())
         dialog.setDirectory(folder);
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+    if (!RunOnScreen(dialog))
         return {};
     return QDir::toNativeSeparators(dialog.selectedFiles().constFirst());
 }

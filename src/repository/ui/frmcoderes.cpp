@@ -3,6 +3,7 @@
 
 #include "platform/desktop.h"
 #include "platform/programfolder.h"
+#include "platform/ui/withinscreen.h"
 #include "repository/fragmenttext.h"
 #include "repository/repositorykeys.h"
 #include "repository/ui/fragmentpage.h"
@@ -31,6 +32,7 @@
 #include <QList>
 #include <QMenu>
 #include <QPushButton>
+#include <QSize>
 #include <QSplitter>
 #include <QToolBar>
 #include <QToolButton>
@@ -165,8 +167,10 @@ void frmCodeRes::LayOut()
     all->addWidget(panes, 1);
     all->addLayout(buttons);
     SetTabOrder(QList<QWidget *>{lvwCodeRes} + m_page->Fields() + QList<QWidget *>{bOK, bCancel});
-    resize(CharacterWidth(*this, TreeWidth + CodeWidth + 6),
-           fontMetrics().lineSpacing() * (FragmentPage::CodeLines + FragmentPage::CommentLines + 12));
+    const QSize usual(CharacterWidth(*this, TreeWidth + CodeWidth + 6),
+                      fontMetrics().lineSpacing() *
+                          (FragmentPage::CodeLines + FragmentPage::CommentLines + 12));
+    resize(WithinScreen(*this, usual));
 }
 
 void frmCodeRes::Connect()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ui/screenplace.h"
 
+#include "platform/ui/withinscreen.h"
 #include "shell/settings.h"
 
 #include <algorithm>
@@ -21,8 +22,7 @@ namespace
 
 constexpr double TwipsPerInch = 1440;
 
-constexpr QSize Frame(16, 48); ///< about what the window manager puts around a dialog, pixels
-constexpr int Gap = 8;         ///< between a dialog and what it gives way to, pixels
+constexpr int Gap = 8; ///< between a dialog and what it gives way to, pixels
 
 } // namespace
 
@@ -78,12 +78,7 @@ void RestorePlace(QWidget &dialog, const SettingsStore &settings, const BareNumb
         return;
     const int dpi = dialog.logicalDpiX();
     const QPoint place(FromTwips(settings.Number(x, 0), dpi), FromTwips(settings.Number(y, 0), dpi));
-    dialog.move(OnScreen(QRect(place, dialog.sizeHint() + Frame), UsableScreens()).topLeft());
-}
-
-QSize WithinScreen(const QWidget &dialog, const QSize &size)
-{
-    return size.boundedTo(dialog.screen()->availableGeometry().size() - Frame);
+    dialog.move(OnScreen(QRect(place, dialog.sizeHint() + WindowFrame), UsableScreens()).topLeft());
 }
 
 void MoveOff(QWidget &dialog, const QRect &covered)
@@ -108,7 +103,7 @@ void MoveOff(QWidget &dialog, const QRect &covered)
 
 void KeepOnScreen(QWidget &dialog)
 {
-    const QPoint seen = OnScreen(QRect(dialog.pos(), dialog.size() + Frame), UsableScreens()).topLeft();
+    const QPoint seen = OnScreen(QRect(dialog.pos(), dialog.size() + WindowFrame), UsableScreens()).topLeft();
     if (dialog.isVisible() && seen != dialog.pos())
         dialog.move(seen);
 }

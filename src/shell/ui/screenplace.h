@@ -38,9 +38,6 @@ void RestorePlace(QWidget &dialog, const SettingsStore &settings, const BareNumb
 void SavePlace(const QWidget &dialog, SettingsStore &settings, const BareNumberKey &x,
                const BareNumberKey &y);
 
-/// The size, or what of it the dialog's screen has room for.
-QSize WithinScreen(const QWidget &dialog, const QSize &size);
-
 /// Moves a dialog off what it covers, a place on the screen, as little as may be; where the screen has no
 /// room for both it stays.
 void MoveOff(QWidget &dialog, const QRect &covered);

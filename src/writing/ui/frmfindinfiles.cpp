@@ -4,6 +4,7 @@
 #include "platform/desktop.h"
 #include "platform/textbuffer.h"
 #include "platform/ui/textcontrol.h"
+#include "platform/ui/withinscreen.h"
 #include "shell/documentview.h"
 #include "shell/editorcontext.h"
 #include "shell/findreplace.h"
