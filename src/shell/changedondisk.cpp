@@ -6,6 +6,8 @@
 
 #include <new>
 #include <optional>
+#include <QDir>
+#include <QFileInfo>
 #include <QHashFunctions>
 #include <utility>
 
@@ -75,6 +77,11 @@ void ChangedOnDisk::Look()
     if (!now.SameAs(m_seen))
         m_asked = m_left = false;
     m_seen = std::move(now);
+}
+
+bool ChangedOnDisk::FolderIsGone() const
+{
+    return m_known.exists && !QFileInfo(m_name).dir().exists();
 }
 
 bool ChangedOnDisk::AskToLoad()

@@ -46,6 +46,10 @@ public:
     bool AskToSave();
     /// Whether the document is one that was to be new; what AskToSave says is then that a file is there.
     bool IsNew() const { return !m_name.isEmpty() && !m_known.exists; }
+    /// Whether the file has been taken away; what AskToSave says is then that none is there.
+    bool IsGone() const { return m_known.exists && !m_seen.exists; }
+    /// Whether the folder that the file stood in has been taken away, or its disk.
+    bool FolderIsGone() const;
 
 private:
     DiskPicture PictureNow() const;

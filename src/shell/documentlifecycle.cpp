@@ -164,6 +164,8 @@ bool DocumentLifecycle::SaveFile(const QString &name)
 {
     if (name.isEmpty())
         return true;
+    if (name == m_document.CurrentFile && m_disk.FolderIsGone())
+        return SaveElsewhere();
     const auto encoding = DocumentWriter(m_document, m_text, m_desktop, m_disk).Save(name);
     if (!encoding)
         return false;
@@ -181,6 +183,18 @@ bool DocumentLifecycle::SaveFile(const QString &name)
     StatusFileInfo();
     MRUsalva();
     return true;
+}
+
+bool DocumentLifecycle::SaveElsewhere()
+{
+    if (!AskYesNo(m_desktop,
+                  u"The folder of "_s + m_document.CurrentFile +
+                      u" is not there any more. Save the text under another name?"_s,
+                  BoxAnswer::Yes))
+        return false;
+    // A text that has had a file is not discarded by Cancel.
+    const QString name = SaveBox();
+    return !name.isEmpty() && SaveFile(name);
 }
 
 void DocumentLifecycle::WindowActivated()

@@ -36,7 +36,7 @@ public:
     /// Modified and Loading set, until the user's next edit.
     void OpenFile(const QString &name, OpenOrigin origin = OpenOrigin::Command) override;
     /// Writes the text with CR LF line ends and makes `name` the current file. Failures are shown; they
-    /// change nothing.
+    /// change nothing. Where the folder of the current file is gone another name is asked for.
     bool SaveFile(const QString &name) override;
     /// Replaces the document by a new one, without asking. Cancelled as kind asks the user for the kind.
     void NewFile(FileKind kind, const QString &name) override;
@@ -114,6 +114,8 @@ private:
     void BuildOutline();
     void BuildRelatedFiles(OpenOrigin origin);
     bool WriteCurrent();
+    /// Offers another name for the text whose file has lost its folder.
+    bool SaveElsewhere();
     /// @param mark "*" for a changed text, right behind the name
     void ShowCaption(const QString &mark = {});
     QString CaptionName() const;

@@ -49,14 +49,21 @@ bool DocumentWriter::MaySaveOver(const QString &name)
             TellUnsaved(name, u"Another program writes it again and again"_s);
             return false;
         }
-        if (!AskYesNo(m_desktop,
-                      name + (m_disk.IsNew() ? u" exists already. Save over it?"_s
-                                             : u" was changed by another program. Save over it?"_s),
-                      BoxAnswer::No))
+        if (!AskAboutState(name))
             return false;
         m_disk.LeaveToSave();
     }
     return true;
+}
+
+bool DocumentWriter::AskAboutState(const QString &name)
+{
+    if (m_disk.IsGone())
+        return AskYesNo(m_desktop, name + u" is not there any more. Write it again?"_s, BoxAnswer::Yes);
+    return AskYesNo(m_desktop,
+                    name + (m_disk.IsNew() ? u" exists already. Save over it?"_s
+                                           : u" was changed by another program. Save over it?"_s),
+                    BoxAnswer::No);
 }
 
 bool DocumentWriter::MayRewriteLineEnds(const QString &name)

@@ -31,6 +31,8 @@ public:
 private:
     /// Asks before another program's work is written over.
     bool MaySaveOver(const QString &name);
+    /// The question that the state of the file calls for.
+    bool AskAboutState(const QString &name);
     /// Asks before the first save of what may be no text.
     bool MayRewriteLineEnds(const QString &name);
     /// @throws RunTimeError

@@ -9,6 +9,7 @@
 #include <fcntl.h>
 #include <functional>
 #include <QDateTime>
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <sys/resource.h>
@@ -57,6 +58,18 @@ struct OnDisk : test::LifecycleFixture {
         desktop.ExpectMessage(
             Question(path + u" was changed by another program. Save over it?"_s, BoxAnswer::No), answer,
             std::move(during));
+    }
+    void ExpectWriteAgain(BoxAnswer answer)
+    {
+        desktop.ExpectMessage(Question(path + u" is not there any more. Write it again?"_s, BoxAnswer::Yes),
+                              answer);
+    }
+    void ExpectAnotherName(const QString &name, BoxAnswer answer)
+    {
+        desktop.ExpectMessage(Question(u"The folder of "_s + name +
+                                           u" is not there any more. Save the text under another name?"_s,
+                                       BoxAnswer::Yes),
+                              answer);
     }
     void Save(const QString &typed = u";"_s)
     {
@@ -163,7 +176,7 @@ TEST_F(OnDisk, WhatIsWrittenWhileTheQuestionStandsIsAskedAboutToo)
     documents.Save();
     EXPECT_EQ(FileBytes(path), "three"_ba);
     ExpectSaveOver(BoxAnswer::Yes, [this] { ASSERT_TRUE(QFile::remove(path)); });
-    ExpectSaveOver(BoxAnswer::Yes);
+    ExpectWriteAgain(BoxAnswer::Yes);
     documents.Save();
     EXPECT_EQ(FileBytes(path), ";mine one\r\n"_ba);
 
@@ -256,10 +269,11 @@ TEST_F(OnDisk, AVanishedFileAsksBeforeItIsMadeAgain)
     ASSERT_TRUE(QFile::remove(path));
     documents.WindowActivated(); // there is nothing to load
     Type(u";"_s);
-    ExpectSaveOver(BoxAnswer::No);
+    ExpectWriteAgain(BoxAnswer::No);
     documents.Save();
     EXPECT_FALSE(QFile::exists(path));
-    ExpectSaveOver(BoxAnswer::Yes);
+    EXPECT_TRUE(document.Modified);
+    ExpectWriteAgain(BoxAnswer::Yes);
     documents.Save();
     EXPECT_EQ(FileBytes(path), ";one\r\n"_ba);
 
@@ -269,6 +283,47 @@ TEST_F(OnDisk, AVanishedFileAsksBeforeItIsMadeAgain)
     Write(";one\r\n");
     documents.WindowActivated();
     Save();
+}
+
+TEST_F(OnDisk, ATextWhoseFolderIsGoneIsOfferedAnotherName)
+{
+    QDir folder(context.folder.path());
+    ASSERT_TRUE(folder.mkdir(u"disk"_s));
+    const QString gone = context.WriteFile(u"disk/lost.orc"_s, "one\r\n");
+    documents.OpenFile(gone);
+    Type(u";"_s);
+    ASSERT_TRUE(QDir(folder.filePath(u"disk"_s)).removeRecursively());
+    documents.WindowActivated(); // there is nothing to load
+
+    const FileDialogRequest dialog{.filters = {{u"Orchestra"_s, u"*.orc"_s}, {u"All files"_s, u"*.*"_s}},
+                                   .folder = gone,
+                                   .fileName = u"lost.orc"_s,
+                                   .defaultExtension = u"orc"_s};
+    const auto expectUnsaved = [&] {
+        EXPECT_EQ(document.CurrentFile, gone);
+        EXPECT_TRUE(document.Modified);
+        EXPECT_EQ(text.text, u";one\n"_s);
+        desktop.CheckAllCame();
+    };
+    ExpectAnotherName(gone, BoxAnswer::No);
+    documents.Save();
+    expectUnsaved();
+    // Nor does Cancel discard the text at a close.
+    desktop.ExpectMessage(SaveChanges(gone), BoxAnswer::Yes);
+    ExpectAnotherName(gone, BoxAnswer::Yes);
+    desktop.ExpectSaveDialog(dialog, {});
+    EXPECT_FALSE(documents.QuerySave());
+    expectUnsaved();
+    // It is asked again and again.
+    ExpectAnotherName(gone, BoxAnswer::Yes);
+    desktop.ExpectSaveDialog(dialog, {.path = folder.filePath(u"found.orc"_s)});
+    documents.Save();
+    EXPECT_EQ(FileBytes(folder.filePath(u"found.orc"_s)), ";one\r\n"_ba);
+    EXPECT_EQ(document.CurrentFile, folder.filePath(u"found.orc"_s));
+    EXPECT_FALSE(document.Modified);
+    Type(u";"_s);
+    documents.Save();
+    EXPECT_EQ(FileBytes(folder.filePath(u"found.orc"_s)), ";;one\r\n"_ba);
 }
 
 TEST_F(OnDisk, ANewDocumentDoesNotTakeTheNameOfAFile)

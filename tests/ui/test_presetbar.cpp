@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/runtimeerror.h"
 #include "platform/textfile.h"
 #include "run/ui/frmpresets.h"
 #include "run/ui/presetbar.h"
@@ -565,24 +564,22 @@ void PresetBarTest::AFailedSaveKeepsThePresetFromRunning()
     editor.Open({file});
     QTest::keyClick(&editor.Text(), Qt::Key_Semicolon);
     QVERIFY(QDir(folder.filePath(u"gone"_s)).removeRecursively());
-    QString description;
-    try {
-        WriteFileBytes(file, {});
-    } catch (const RunTimeError &error) {
-        description = error.Description();
-    }
-    const MessageBoxRequest saveOver{.text = file + u" was changed by another program. Save over it?"_s,
-                                     .icon = BoxIcon::Warning,
-                                     .buttons = BoxButtons::YesNo,
-                                     .defaultAnswer = BoxAnswer::No};
-    editor.desktop.ExpectMessage(saveOver, BoxAnswer::Yes);
+    const auto question = [](const QString &text) {
+        return MessageBoxRequest{.text = text,
+                                 .icon = BoxIcon::Warning,
+                                 .buttons = BoxButtons::YesNo,
+                                 .defaultAnswer = BoxAnswer::Yes};
+    };
     editor.desktop.ExpectMessage(
-        {.text = u"Unable to save "_s + file + u".\n\n"_s + description, .icon = BoxIcon::Warning});
+        question(u"The folder of "_s + file + u" is not there any more. Save the text under another name?"_s),
+        BoxAnswer::No);
     editor.Button(u"one"_s).trigger();
     editor.desktop.CheckAllCame();
     QVERIFY(editor.window->Context().document.Modified);
-    // The folder is back; that the file is gone has been asked about.
+    // The folder is back, the file is not.
     QVERIFY(folder.mkdir(u"gone"_s));
+    editor.desktop.ExpectMessage(question(file + u" is not there any more. Write it again?"_s),
+                                 BoxAnswer::Yes);
     editor.ExpectRun(u"/bin/one"_s);
     editor.Button(u"one"_s).trigger();
     editor.desktop.CheckAllCame();
