@@ -8,6 +8,7 @@
 #include "platform/userfolders.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
@@ -30,6 +31,8 @@ namespace
 {
 
 constexpr mode_t OwnerOnly = 0600;
+constexpr mode_t OwnersFolder = 0700;
+constexpr mode_t OthersAsUsual = 0777; ///< as far as the process's mask leaves it
 constexpr char FirstLine[] = "Zelvane copy\n";
 const QString UnsavedSuffix = u".open"_s;
 const QString ReplacedSuffix = u".old"_s;
@@ -102,13 +105,30 @@ QString FreshPath(const CopyInfo &info, UnsavedCopy::Kind kind)
     }
 }
 
+/// Makes a folder, and those above it that are missing. @return 0 or the error
+int MakeFolders(const QByteArray &path, mode_t mode)
+{
+    if (::mkdir(path.constData(), mode) == 0)
+        return 0;
+    const int reason = errno;
+    if (reason == EEXIST)
+        return QFileInfo(QFile::decodeName(path)).isDir() ? 0 : ENOTDIR;
+    const QByteArray above = FolderOf(path);
+    if (reason != ENOENT || above.size() >= path.size())
+        return reason;
+    if (const int error = MakeFolders(above, OthersAsUsual); error != 0)
+        return error;
+    return ::mkdir(path.constData(), mode) == 0 || errno == EEXIST ? 0 : errno;
+}
+
+/// @throws RunTimeError
 void MakeFolder()
 {
     const QString folder = UnsavedCopy::Folder();
     if (QFileInfo(folder).isDir())
         return;
-    QDir().mkpath(QFileInfo(folder).path());
-    QDir().mkdir(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    if (const int error = MakeFolders(PathOf(folder), OwnersFolder); error != 0)
+        Fail(error, folder);
 }
 
 } // namespace

@@ -181,9 +181,7 @@ SafetyCopy::SafetyCopy(const DocumentRecord &document, const TextBuffer &text, c
               QMetaObject::invokeMethod(
                   this,
                   [this, failure] {
-                      if (failure.isEmpty())
-                          m_told = false;
-                      else
+                      if (!failure.isEmpty())
                           Failed(failure);
                   },
                   Qt::QueuedConnection);
@@ -267,8 +265,8 @@ void SafetyCopy::Failed(const QString &why)
     m_times.Failed(now);
     if (!m_timer.isActive())
         Wait(now);
-    if (!std::exchange(m_told, true))
-        m_status.Show(NotKept + why);
+    // Each time: other texts soon stand in the status line, and the text is in danger all the while.
+    m_status.Show(NotKept + why);
 }
 
 void SafetyCopy::Secure()

@@ -44,8 +44,8 @@ private:
 
 /// The copy of the one document's text that stands while the text is unsaved, where the setting `SafetyCopy`
 /// wants it. The text is taken in the event loop, in one go, and written by a thread of its own. What the
-/// disk has against it is told in the status line, once, and again when the text is discarded, and disturbs
-/// nobody.
+/// disk has against it is told in the status line, after each try and when the text is discarded, and
+/// disturbs nobody.
 class SafetyCopy : public QObject
 {
 public:
@@ -87,7 +87,6 @@ private:
     qsizetype m_size = 0; ///< of the last copy, bytes
     bool m_unsaved = false;
     bool m_taken = true; ///< there was memory for the newest text
-    bool m_told = false; ///< of a failure, since the last success
     std::unique_ptr<Writer> m_writer;
 };
 

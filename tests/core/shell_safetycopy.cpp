@@ -7,7 +7,9 @@
 #include "support/lifecyclefixture.h"
 #include "support/statefolder.h"
 
+#include <cerrno>
 #include <chrono>
+#include <cstring>
 #include <functional>
 #include <gtest/gtest.h>
 #include <new>
@@ -16,6 +18,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <sys/stat.h>
 #include <utility>
 
 using namespace Qt::Literals::StringLiterals;
@@ -307,7 +310,7 @@ TEST_F(Unsaved, AnotherLoadAfterAFailedOneIsNoEdit)
 
 // What goes wrong disturbs nobody.
 
-TEST_F(Unsaved, AStateFolderThatTakesNothingIsToldOnce)
+TEST_F(Unsaved, AStateFolderThatTakesNothingIsToldAfterEachTry)
 {
     QFile obstacle(state.Path() + u"/zelvane"_s);
     ASSERT_TRUE(obstacle.open(QIODevice::WriteOnly));
@@ -320,12 +323,14 @@ TEST_F(Unsaved, AStateFolderThatTakesNothingIsToldOnce)
     Type(u"b"_s);
     documents.SecureText();
     QCoreApplication::processEvents();
-    EXPECT_EQ(status.text, QString());
+    EXPECT_EQ(status.text, u"No copy of the unsaved text can be kept: Not a directory"_s) << "told again";
+    status.text.clear();
 
     ASSERT_TRUE(obstacle.remove());
     Type(u"c"_s);
     EXPECT_EQ(Standing(), "abc");
     QCoreApplication::processEvents();
+    EXPECT_EQ(status.text, QString()) << "it is kept now";
     ASSERT_TRUE(QDir(state.Path() + u"/zelvane"_s).removeRecursively());
     ASSERT_TRUE(obstacle.open(QIODevice::WriteOnly));
     Type(u"d"_s);
@@ -356,6 +361,18 @@ TEST_F(Unsaved, AStateFolderThatTakesNothingIsToldOnce)
     EXPECT_EQ(status.text, QString());
 }
 
+TEST_F(Unsaved, TheReasonIsThatOfTheFolderThatCannotBeMade)
+{
+    const char *const nowhere = "/sys/zelvane";
+    ASSERT_NE(::mkdir(nowhere, 0700), 0);
+    const QString reason = QString::fromLocal8Bit(std::strerror(errno));
+    qputenv("XDG_STATE_HOME", nowhere);
+    Type(u"a"_s);
+    documents.SecureText();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(status.text, u"No copy of the unsaved text can be kept: "_s + reason);
+}
+
 TEST_F(Unsaved, AFullDiskLeavesTheFormerCopy)
 {
     EXPECT_TRUE(WithFileSizeLimit(10'000, [this] {
@@ -372,7 +389,7 @@ TEST_F(Unsaved, AFullDiskLeavesTheFormerCopy)
     }));
 }
 
-TEST(SafetyCopy, MemoryThatDoesNotSufficeIsToldOnce)
+TEST(SafetyCopy, MemoryThatDoesNotSufficeIsToldAfterEachTry)
 {
     struct NoRoom : StringBuffer {
         QByteArray Utf8() const override { throw std::bad_alloc(); }
@@ -386,12 +403,12 @@ TEST(SafetyCopy, MemoryThatDoesNotSufficeIsToldOnce)
     copy.Edited();
     EXPECT_FALSE(copy.Finish());
     const QString told = u"No copy of the unsaved text can be kept: Out of memory"_s;
-    EXPECT_EQ(context.status.shown, QStringList(told));
+    EXPECT_EQ(context.status.shown, QStringList({told, told}));
     copy.Discarded();
     QCoreApplication::processEvents();
-    EXPECT_EQ(context.status.shown, QStringList({told, told})) << "it is gone now";
+    EXPECT_EQ(context.status.shown, QStringList({told, told, told})) << "it is gone now";
     copy.Discarded();
     QCoreApplication::processEvents();
-    EXPECT_EQ(context.status.shown.size(), 2);
+    EXPECT_EQ(context.status.shown.size(), 3);
     EXPECT_TRUE(OwnStateFolder::Copies().isEmpty());
 }
