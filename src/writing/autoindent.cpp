@@ -18,6 +18,8 @@ namespace
 
 using Role = BlockWord::Role;
 
+constexpr qsizetype MostBlanks = 8; ///< of one step; more of them put something below something else
+
 bool IsBlankChar(QChar c)
 {
     return c == u' ' || c == u'\t';
@@ -28,6 +30,29 @@ QStringView LeadingBlanks(QStringView text)
 {
     const auto end = std::find_if_not(text.begin(), text.end(), IsBlankChar);
     return text.first(end - text.begin());
+}
+
+/// The blanks and tabs of the first line that holds more than these.
+QStringView FirstBlanks(QStringView text)
+{
+    for (qsizetype start = 0; start < text.size();) {
+        const qsizetype end = text.indexOf(u'\n', start);
+        const QStringView line = text.sliced(start, (end < 0 ? text.size() : end) - start);
+        if (const QStringView blanks = LeadingBlanks(line); blanks.size() < line.size())
+            return blanks;
+        start += line.size() + 1;
+    }
+    return {};
+}
+
+/// What one line is indented by more than another, if that is one tab or a few blanks.
+QStringView StepBetween(QStringView outer, QStringView inner)
+{
+    if (inner.size() <= outer.size() || !inner.startsWith(outer))
+        return {};
+    const QStringView step = inner.sliced(outer.size());
+    const bool plain = step == u"\t" || (step.size() <= MostBlanks && step.count(u' ') == step.size());
+    return plain ? step : QStringView();
 }
 
 bool IsShort(const BlockWord &word)
@@ -100,6 +125,17 @@ QStringView AutoIndenter::BlanksAt(qsizetype offset) const
     return LeadingBlanks(m_before.sliced(m_before.first(offset).lastIndexOf(u'\n') + 1));
 }
 
+QStringView AutoIndenter::StepBelow(const BlockWord &word) const
+{
+    const QStringView above = m_before.first(m_start + word.start);
+    const auto blanks = std::find_if_not(above.rbegin(), above.rend(), IsBlankChar) - above.rbegin();
+    const bool first = blanks == above.size() || above[above.size() - blanks - 1] == u'\n';
+    const qsizetype below = first ? m_before.indexOf(u'\n', m_start + word.end) + 1 : 0;
+    if (below <= 0 || below >= m_lineStart)
+        return {};
+    return StepBetween(above.last(blanks), FirstBlanks(m_before.sliced(below, m_lineStart - below)));
+}
+
 AutoIndenter::Line AutoIndenter::Read() const
 {
     Line line;
@@ -115,6 +151,10 @@ AutoIndenter::Line AutoIndenter::Read() const
             break;
         if (word.kind == BlockKind::Directive)
             continue;
+        if (word.role == Role::Opens) {
+            if (const QStringView step = StepBelow(word); !step.isEmpty())
+                line.step = step;
+        }
         const Block block = line.pairs.Take(word);
         if (word.start == firstAt) {
             line.first = word;
@@ -142,7 +182,7 @@ std::optional<QString> AutoIndenter::LessBlanks(qsizetype opened) const
     return blanks.toString();
 }
 
-EnterIndent AutoIndenter::Enter(QStringView behind) const
+EnterIndent AutoIndenter::Enter(QStringView behind, QStringView below) const
 {
     EnterIndent result;
     const Line line = Read();
@@ -154,8 +194,9 @@ EnterIndent AutoIndenter::Enter(QStringView behind) const
 
     result.next = own;
     const bool parts = line.first && line.first->role == Role::Parts && line.firstOpened >= 0;
+    const QStringView step = StepBetween(own, FirstBlanks(below));
     if (line.opens || parts)
-        result.next += m_unit;
+        result.next += !step.isEmpty() ? step : !line.step.isEmpty() ? line.step : m_unit;
     else if (line.lastOpened >= 0)
         result.next = BlanksAt(line.lastOpened).toString();
 

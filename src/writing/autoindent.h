@@ -31,14 +31,16 @@ class AutoIndenter
 public:
     /// @param before the text from the start of a line to the caret; has to outlive this
     /// @param isWhole no text stands before that
-    /// @param unit one step: a tab, or blanks
+    /// @param unit one step, a tab or blanks, where the text itself shows none: the line below, or else the
+    /// nearest block above, says how deep this text is indented
     AutoIndenter(QStringView before, bool isWhole, FileKind kind, QStringView unit);
 
     /// Enter at the caret. The new line stands one step deeper than one that opens a block, else as deep as
     /// the line that is left; in front of a word that closes or parts a block as deep as that block. A line
     /// of blanks only is left empty.
     /// @param behind the text behind the caret up to the line's end
-    EnterIndent Enter(QStringView behind) const;
+    /// @param below the text that follows the line, or its first part
+    EnterIndent Enter(QStringView behind, QStringView below = {}) const;
 
     /// When a word has been typed: long ones count with their last letter, "fi" and "od", which other words
     /// begin with, with the blank behind.
@@ -61,11 +63,15 @@ private:
         qsizetype firstOpened = -1;     ///< where the block was opened that it closes or parts
         qsizetype lastOpened = -1;      ///< the same of a later word that closes a block of an earlier line
         bool opens = false;             ///< a block is opened here and not closed
+        QStringView step;               ///< by which the nearest block before this line is indented
     };
 
     bool IsBlank() const { return m_lineStart + m_blanks.size() == m_before.size(); }
     Line Read() const;
     void FindSection(bool isWhole, FileKind kind);
+    /// By how much the line below a word is indented, where the word begins its line; empty where that is no
+    /// plain step, or the line below is the caret's.
+    QStringView StepBelow(const BlockWord &word) const;
     /// What the line of an offset begins with.
     QStringView BlanksAt(qsizetype offset) const;
     /// The blanks of the line that opened a block, where they are less than those of this line.

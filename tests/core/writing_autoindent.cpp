@@ -131,6 +131,40 @@ TEST(AutoIndent, KeepsWhatTheUserHasMade)
     EXPECT_EQ(Typed(u"\tif a then\n        endi"_s, u'f'), u"\tif a then\n        endif"_s);
 }
 
+TEST(AutoIndent, TheTextSaysHowDeepAStepIs)
+{
+    const QString tabs = u"instr 1\n\ta1 = 1\n\tif k1 then\n\t\ta1 = 2\n\tendif\nendin\n"_s;
+    const QString four = QString(tabs).replace(u'\t', u"    "_s);
+    EXPECT_EQ(Typed(tabs + u"instr 2"_s, u'\n'), tabs + u"instr 2\n\t"_s);
+    EXPECT_EQ(Typed(four + u"instr 2"_s, u'\n'), four + u"instr 2\n    "_s);
+    // The nearest block counts.
+    EXPECT_EQ(Typed(tabs + four + u"instr 2"_s, u'\n'), tabs + four + u"instr 2\n    "_s);
+    EXPECT_EQ(Typed(four + tabs + u"instr 2"_s, u'\n'), four + tabs + u"instr 2\n\t"_s);
+    // So does the one that the line stands in, behind lines without anything.
+    EXPECT_EQ(Typed(u"instr 1\n\n \n   a1 = 1\n   if k1 then"_s, u'\n'),
+              u"instr 1\n\n \n   a1 = 1\n   if k1 then\n      "_s);
+    // What is put below something else is no step, and neither is what does not stand deeper.
+    for (const QString &odd : {u"instr 1\n         a1 = 1\nendin\n"_s, u"instr 1\n \ta1 = 1\nendin\n"_s,
+                               u"instr 1\na1 = 1\nendin\n"_s, u"\tinstr 1\n        a1 = 1\n\tendin\n"_s,
+                               u"; instr 1\n    a1 = 1\n"_s, u"a1 = 1\n    a1 = 2\n"_s})
+        EXPECT_EQ(Typed(odd + u"instr 2"_s, u'\n'), odd + u"instr 2\n  "_s);
+}
+
+TEST(AutoIndent, TheLineBelowSaysItFirst)
+{
+    const auto next = [](const QString &before, const QString &below) {
+        return AutoIndenter(before, true, FileKind::Orchestra, Unit).Enter({}, below).next;
+    };
+    EXPECT_EQ(next(u"instr 1"_s, u"\n    a1 = 1\nendin\n"_s), u"    "_s);
+    EXPECT_EQ(next(u"instr 1"_s, u"\n\n  \n\ta1 = 1"_s), u"\t"_s);
+    EXPECT_EQ(next(u"instr 1\n\tif k1 then"_s, u"\n\t\ta1 = 1\n"_s), u"\t\t"_s);
+    EXPECT_EQ(next(u"instr 1\n    a1 = 1\nendin\ninstr 2"_s, u"\n   a1 = 1\n"_s), u"   "_s);
+    EXPECT_EQ(next(u"instr 1\n    a1 = 1\nendin\ninstr 2"_s, u"\nendin\n"_s), u"    "_s);
+    EXPECT_EQ(next(u"instr 1"_s, u"\nendin\n"_s), Unit);
+    EXPECT_EQ(next(u"instr 1"_s, {}), Unit);
+    EXPECT_EQ(next(u"a1 = 1"_s, u"\n    a1 = 1"_s), QString()) << "nothing is opened";
+}
+
 TEST(AutoIndent, ClosingWordsNeedWhatTheyClose)
 {
     EXPECT_EQ(Typed(u"  endi"_s, u'n'), u"  endin"_s);

@@ -104,6 +104,7 @@ private Q_SLOTS:
     void AWordThatGoesOnGetsItsIndentBack();
     void WhatAnInputMethodGivesIsTyped();
     void TabsIndentWhereTabsAreSet();
+    void ATextThatIsIndentedGoesOnAsItIs();
     void WithoutTheAidEnterIsPlain();
     void BlocksFoldByMarginAndCommands();
     void FoldLevelsFollowEditsAndUndo();
@@ -323,6 +324,19 @@ void TextAidsTest::TabsIndentWhereTabsAreSet()
     editor.OpenText(u"a.orc"_s, "");
     editor.Type(u"instr 1\nx"_s);
     QCOMPARE(editor.Text().Text(), u"instr 1\n\tx"_s);
+}
+
+void TextAidsTest::ATextThatIsIndentedGoesOnAsItIs()
+{
+    AidsWindow editor({Keys::AutoIndent});
+    editor.settings.SaveFlag(Keys::TabInsertSpaces, false);
+    editor.OpenText(u"a.orc"_s, "instr 1\n  a1 = 1\nendin\ninstr 2\n   a1 = 1\nendin\n");
+    editor.PutCaret(7);
+    editor.Type(u"\nx"_s);
+    QCOMPARE(editor.Text().Text(), u"instr 1\n  x\n  a1 = 1\nendin\ninstr 2\n   a1 = 1\nendin\n"_s);
+    editor.PutCaret(editor.Text().Length());
+    editor.Type(u"instr 3\nx"_s);
+    QVERIFY(editor.Text().Text().endsWith(u"instr 3\n   x"_s));
 }
 
 void TextAidsTest::WithoutTheAidEnterIsPlain()

@@ -106,9 +106,10 @@ void AutoIndent::Enter()
     const qsizetype lineEnd = m_text.LineEnd(m_text.LineOfOffset(selection.end));
     const QString behind =
         m_text.TextRange(selection.end, std::min(lineEnd, selection.end + LongestWordLine));
+    const QString below = m_text.TextRange(lineEnd, std::min(lineEnd + LongestWordLine, m_text.Length()));
     const QString unit = IndentUnit(m_editor.settings);
     const EnterIndent indent =
-        AutoIndenter(before.text, before.isWhole, m_editor.document.DocumentKind, unit).Enter(behind);
+        AutoIndenter(before.text, before.isWhole, m_editor.document.DocumentKind, unit).Enter(behind, below);
 
     const QString head = before.text.sliced(before.text.lastIndexOf(u'\n') + 1);
     const qsizetype blanks = CountBlanks(head);
