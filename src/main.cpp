@@ -142,10 +142,20 @@ void ShowSplash(RunningEditor &program)
     program.splash->ShowNow();
 }
 
-void ShowEditor(RunningEditor &program, const CommandLine &command)
+/// Whether this is one more editor, whose window must not come exactly over the first one's: that would look
+/// as if the text in it had gone.
+bool StandsBesideAnother(const CommandLine &command)
+{
+    return command.Form() == StartForm::NewInstance &&
+           InstanceLink(InstanceLink::RealmOf(ConfigFolder())).FindListening();
+}
+
+void ShowEditor(RunningEditor &program, const CommandLine &command, bool aside)
 {
     program.editor = std::make_unique<frmEditor>(program.settings, program.application.TheDesktop(), command);
     frmEditor &editor = *program.editor;
+    if (aside)
+        editor.StepAside();
     QObject::connect(&editor, &frmEditor::Activated, &program.link, &InstanceLink::MarkRecent);
     if (program.splash)
         program.splash->SetOwner(editor);
@@ -203,10 +213,12 @@ int RunEditor(Application &application, const CommandLine &command, const QByteA
     application.Guard([&] { handedOver = HandOver(program, command, token); });
     if (handedOver)
         return 0;
+    bool aside = false;
+    application.Guard([&] { aside = StandsBesideAnother(command); });
     // From here on others find this editor. What they hand over waits until it has a document of its own.
     application.Guard([&] { program.link.Listen(); });
     application.Guard([&] { ShowSplash(program); });
-    if (!application.Guard([&] { ShowEditor(program, command); }))
+    if (!application.Guard([&] { ShowEditor(program, command, aside); }))
         return 1;
 
     frmEditor &editor = *program.editor;

@@ -255,12 +255,14 @@ def mail_waits_for_the_end_of_a_dialog(stage):
 
 
 def new_instances_stand_beside_each_other(stage):
-    stage.write_store(STORE)
+    stage.write_store(STORE + "X=600\nY=600\nWidth=9000\nHeight=7500\n")
     first = copy_example(stage, "pluck.csd")
     second = copy_example(stage, "oscil.csd")
     one, window_one = open_editor(stage, first)
     two, window_two = open_editor(stage, "/i")
     equal(window_two.title(), "Zelvane", "the bare caption")
+    places = [window.geometry()[:2] for window in (window_one, window_two)]
+    equal([new - old for old, new in zip(*places)], [28, 28], "the step aside")
     # The file goes to the one that was active last.
     window_one.activate()
     equal(stage.start(second).ended(), 0, "exit code")

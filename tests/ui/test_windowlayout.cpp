@@ -12,6 +12,7 @@
 #include "support/editorwindow.h"
 #include "support/uitest.h"
 
+#include <QPoint>
 #include <QScreen>
 
 using namespace Qt::Literals::StringLiterals;
@@ -29,6 +30,7 @@ private Q_SLOTS:
     void OffScreenPlacesComeBack_data();
     void OffScreenPlacesComeBack();
     void StoredPlaceOffTheScreenComesBack();
+    void AWindowThatStepsAsideIsStoredWhereItCameFrom();
     void StoredSizeFitsTheScreen();
     void TheWindowHasALeastSize();
     void APanelDraggedToNothingComesBack();
@@ -178,6 +180,38 @@ void WindowLayoutTest::StoredPlaceOffTheScreenComesBack()
     QVERIFY2(screen.contains(place.topLeft()), qPrintable(QDebug::toString(place)));
     QVERIFY2(seen.width() == place.width() && seen.height() >= 160, qPrintable(QDebug::toString(place)));
     QCOMPARE(editor.window->width(), FromTwips(6000, editor.window->logicalDpiX()));
+}
+
+void WindowLayoutTest::AWindowThatStepsAsideIsStoredWhereItCameFrom()
+{
+    EditorWindow editor;
+    editor.settings.SaveNumber(Keys::X, 600);
+    editor.settings.SaveNumber(Keys::Y, 300);
+    editor.settings.SaveNumber(Keys::Width, 6000);
+    editor.settings.SaveNumber(Keys::Height, 6000);
+    editor.Open();
+    const QPoint place = editor.window->pos();
+    editor.window->StepAside();
+    QCOMPARE(editor.window->pos(), place + QPoint(28, 28));
+    QVERIFY(editor.window->close());
+    QCOMPARE(editor.settings.Number(Keys::X, 0), 600.0);
+    QCOMPARE(editor.settings.Number(Keys::Y, 0), 300.0);
+
+    // Moved by the user, it is stored where it stands.
+    editor.Open();
+    editor.window->StepAside();
+    editor.window->move(place + QPoint(5, 7));
+    QVERIFY(editor.window->close());
+    QCOMPARE(editor.settings.Number(Keys::X, 0), ToTwips(place.x() + 5, editor.window->logicalDpiX()));
+    QCOMPARE(editor.settings.Number(Keys::Y, 0), ToTwips(place.y() + 7, editor.window->logicalDpiX()));
+
+    // There is no room in the last corner.
+    const QRect screen = editor.window->screen()->availableGeometry();
+    editor.Open();
+    editor.window->move(screen.bottomRight() - QPoint(editor.window->width(), editor.window->height()));
+    editor.window->StepAside();
+    QVERIFY2(screen.contains(editor.window->frameGeometry()),
+             qPrintable(QDebug::toString(editor.window->frameGeometry())));
 }
 
 void WindowLayoutTest::StoredSizeFitsTheScreen()

@@ -122,6 +122,11 @@ frmEditor::frmEditor(SettingsStore &settings, Desktop &desktop, const CommandLin
 
 frmEditor::~frmEditor() = default;
 
+void frmEditor::StepAside()
+{
+    m_layout->StepAside();
+}
+
 void frmEditor::BuildToolbar()
 {
     Toolbar1->setObjectName(u"Toolbar1"_s);

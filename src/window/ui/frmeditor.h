@@ -45,6 +45,9 @@ public:
     /// @param closeSplash takes the splash away, near the end
     void Init(const std::function<void()> &closeSplash = {});
 
+    /// Moves the window out of the way of another editor's; before it is shown.
+    void StepAside();
+
     /// What a second process hands over. While a dialog is open it waits, and when the window has closed.
     Mailbox &Mail() { return m_mailbox; }
 

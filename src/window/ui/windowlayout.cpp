@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <QCoreApplication>
 #include <QMainWindow>
+#include <QPoint>
 #include <QRect>
 #include <QScreen>
 #include <QSize>
@@ -29,6 +30,7 @@ namespace
 
 constexpr int Maximized = 2;         ///< of the key `Window`
 constexpr QSize LeastSize(360, 260); ///< a smaller window would show bars and no text
+constexpr QPoint Step(28, 28);       ///< about the height of a title, pixels
 
 } // namespace
 
@@ -67,6 +69,16 @@ void WindowLayout::RestoreGeometry(const QSize &design)
 
     if (m_settings.Integer(Keys::Window) == Maximized)
         m_window.setWindowState(Qt::WindowMaximized);
+}
+
+void WindowLayout::StepAside()
+{
+    if (m_window.isMaximized())
+        return;
+    m_restored = m_window.pos();
+    const QRect aside(m_restored + Step, m_window.size() + LeastFrame);
+    m_aside = OnScreen(aside, UsableScreens()).topLeft();
+    m_window.move(*m_aside);
 }
 
 void WindowLayout::RestoreBands()
@@ -116,8 +128,9 @@ void WindowLayout::SaveGeometry()
     if (maximized)
         return;
     const int dpi = m_window.logicalDpiX();
-    m_settings.SaveNumber(Keys::X, ToTwips(m_window.x(), dpi));
-    m_settings.SaveNumber(Keys::Y, ToTwips(m_window.y(), dpi));
+    const QPoint place = m_window.pos() == m_aside ? m_restored : m_window.pos();
+    m_settings.SaveNumber(Keys::X, ToTwips(place.x(), dpi));
+    m_settings.SaveNumber(Keys::Y, ToTwips(place.y(), dpi));
     m_settings.SaveNumber(Keys::Width, ToTwips(m_window.width(), dpi));
     m_settings.SaveNumber(Keys::Height, ToTwips(m_window.height(), dpi));
 }

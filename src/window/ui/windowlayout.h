@@ -3,6 +3,8 @@
 
 #include "shell/settings.h"
 
+#include <optional>
+#include <QPoint>
 #include <QSize>
 
 class QMainWindow;
@@ -28,6 +30,11 @@ public:
     /// All that stands in the window, up to the labels.
     void RestoreBands();
 
+    /// Where the window stands in the way of another one, which was restored to the same place: moves it a
+    /// step down and right, as far as the screen has room. Left there, it is stored at the place that it was
+    /// restored to.
+    void StepAside();
+
     void SaveGeometry();
     /// The parts that others keep, bands and status bar.
     void SaveBands();
@@ -40,6 +47,8 @@ private:
     SettingsStore &m_settings;
     const Appearance &m_appearance;
     LayoutParts &m_parts;
+    std::optional<QPoint> m_aside; ///< where StepAside has put the window
+    QPoint m_restored;             ///< where it stood before
 };
 
 } // namespace zelvane
