@@ -2,11 +2,10 @@
 #include "writing/blocks.h"
 
 #include "language/scanner.h"
-#include "shell/findtext.h"
 #include "writing/brackets.h"
+#include "writing/wordcharacter.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <iterator>
 
@@ -76,21 +75,6 @@ constexpr bool MayBegin(char16_t c)
     default:
         return false;
     }
-}
-
-constexpr std::array<bool, 128> AsciiWord = [] {
-    std::array<bool, 128> is{};
-    for (char c = '0'; c <= '9'; ++c)
-        is[std::size_t(c)] = true;
-    for (char c = 'a'; c <= 'z'; ++c)
-        is[std::size_t(c)] = is[std::size_t(c - 0x20)] = true;
-    is['_'] = true;
-    return is;
-}();
-
-inline bool IsInWord(char16_t c)
-{
-    return c < 128 ? AsciiWord[c] : IsWordCharacter(c);
 }
 
 class WordReader

@@ -4,11 +4,10 @@
 #include "language/findmark.h"
 #include "language/opcodelist.h"
 #include "language/scanner.h"
-#include "shell/findtext.h"
 #include "shell/separators.h"
+#include "writing/wordcharacter.h"
 
 #include <algorithm>
-#include <array>
 #include <deque>
 #include <unordered_map>
 
@@ -23,16 +22,9 @@ namespace
 /// What is longer nobody has called so: a file of data, or one without blanks.
 constexpr qsizetype LongestName = 200;
 
-/// IsWordCharacter, with a table for what most texts are made of.
-bool IsWord(QChar c)
+inline bool IsWord(QChar c)
 {
-    static const std::array<bool, 128> ascii = [] {
-        std::array<bool, 128> table{};
-        for (char16_t i = 0; i < 128; ++i)
-            table[i] = IsWordCharacter(QChar(i));
-        return table;
-    }();
-    return c.unicode() < 128 ? ascii[c.unicode()] : IsWordCharacter(c);
+    return IsInWord(c.unicode());
 }
 
 /// The text with semicolons for the slashes of each "//" that begins a comment, as the scan knows no other
