@@ -4,6 +4,7 @@
 #include "language/languagekeys.h"
 #include "platform/ui/textcontrol.h"
 #include "shell/editorcontext.h"
+#include "writing/ui/scannedtext.h"
 
 #include <algorithm>
 #include <new>
@@ -27,7 +28,10 @@ constexpr int Rest = 15; ///< how many times as long as a scan the pause before 
 } // namespace
 
 LiveColours::LiveColours(const WritingContext &context)
-    : m_editor(context.window.editor), m_text(context.window.text), m_opcodes(context.opcodes)
+    : m_editor(context.window.editor),
+      m_text(context.window.text),
+      m_scanned(context.scanned),
+      m_opcodes(context.opcodes)
 {
     m_pause.setSingleShot(true);
     m_pause.setInterval(ShortestPause);
@@ -72,15 +76,15 @@ void LiveColours::Colour()
     m_kind = m_editor.document.DocumentKind;
     if (m_editor.document.Loading || !m_editor.settings.Flag(Keys::SyntaxHighlight))
         return;
-    const QString text = m_text.Text();
+    const QString &text = m_scanned.Text();
     std::optional<StyleRuns> wanted = RefreshedColours(text, m_kind, m_opcodes);
     if (!wanted)
         return;
     if (m_text.Colourings() != m_colourings)
         m_known.Forget(); // somebody else has coloured the text
     const TextSpan unknown = m_known.Unknown(text.size());
-    const StyleRuns shown = m_known.With(m_text.RunsBetween(unknown.start, unknown.end), text.size());
-    for (const ColourChange &change : ColourChanges(shown, *wanted, text.size()))
+    const StyleRuns edited = m_text.RunsBetween(unknown.start, unknown.end);
+    for (const ColourChange &change : m_known.Changes(edited, *wanted, text.size()))
         m_text.ApplyStyles(change.span.start, change.span.end, change.runs);
     // The first colouring is what gives plain text its own look.
     if (std::exchange(m_fresh, false))

@@ -13,6 +13,7 @@ namespace zelvane
 {
 
 class OpcodeList;
+class ScannedText;
 class TextControl;
 struct EditorContext;
 
@@ -35,6 +36,7 @@ private:
 
     EditorContext &m_editor;
     TextControl &m_text;
+    ScannedText &m_scanned;
     const OpcodeList &m_opcodes;
     KnownColours m_known;
     quint64 m_colourings = 0; ///< of the text control, when the colours were known

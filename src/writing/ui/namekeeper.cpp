@@ -2,16 +2,15 @@
 #include "writing/ui/namekeeper.h"
 
 #include "platform/ui/textcontrol.h"
-#include "platform/ui/utf8text.h"
 #include "shell/document.h"
 #include "shell/editorcontext.h"
 #include "shell/ui/windowcontext.h"
+#include "writing/ui/scannedtext.h"
 #include "writing/ui/writingaid.h"
 
 #include <algorithm>
 #include <chrono>
 #include <new>
-#include <QByteArray>
 #include <QMetaObject>
 #include <QString>
 #include <utility>
@@ -34,7 +33,8 @@ qsizetype Moved(qsizetype place, qsizetype offset, qsizetype removed, qsizetype 
 
 } // namespace
 
-NameKeeper::NameKeeper(TextControl &text, const DocumentRecord &document) : m_text(text), m_document(document)
+NameKeeper::NameKeeper(TextControl &text, const DocumentRecord &document, ScannedText &scanned)
+    : m_text(text), m_document(document), m_scanned(scanned)
 {
     m_pause.setSingleShot(true);
     m_pause.setInterval(Pause);
@@ -85,9 +85,9 @@ void NameKeeper::Read()
 {
     if (!m_behind || m_reading || m_text.Length() <= QuickLength)
         return;
-    QByteArray bytes;
+    QString text;
     try {
-        bytes = m_text.Utf8();
+        text = m_scanned.Text();
     } catch (const std::bad_alloc &) {
         return; // an aid goes without; the next pause may find memory
     }
@@ -95,9 +95,9 @@ void NameKeeper::Read()
     m_since.clear();
     m_unified = IsUnified();
     const auto names = std::make_shared<TextNames>();
-    m_worker.Do([this, names, bytes = std::move(bytes), unified = m_unified] {
+    m_worker.Do([this, names, text = std::move(text), unified = m_unified] {
         try {
-            *names = FindNames(FromUtf8(bytes), unified);
+            *names = FindNames(text, unified);
         } catch (const std::bad_alloc &) {
             *names = {};
         }
@@ -120,7 +120,8 @@ std::shared_ptr<NameKeeper> SharedNames(const WritingContext &context)
 {
     std::shared_ptr<NameKeeper> names = context.names.lock();
     if (!names) {
-        names = std::make_shared<NameKeeper>(context.window.text, context.window.editor.document);
+        names = std::make_shared<NameKeeper>(context.window.text, context.window.editor.document,
+                                             context.scanned);
         context.names = names;
     }
     return names;

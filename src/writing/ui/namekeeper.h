@@ -12,6 +12,7 @@
 namespace zelvane
 {
 
+class ScannedText;
 class TextControl;
 struct DocumentRecord;
 struct WritingContext;
@@ -27,7 +28,7 @@ public:
     /// Texts of up to so many characters are read at once.
     static constexpr qsizetype QuickLength = 64 * 1024;
 
-    NameKeeper(TextControl &text, const DocumentRecord &document);
+    NameKeeper(TextControl &text, const DocumentRecord &document, ScannedText &scanned);
 
     const TextNames &Names();
     /// Whether the text may hold names that Names does not know yet.
@@ -52,6 +53,7 @@ private:
 
     TextControl &m_text;
     const DocumentRecord &m_document;
+    ScannedText &m_scanned;
     TextNames m_names;
     bool m_unified = false; ///< what the names are those of
     bool m_behind = true;

@@ -18,15 +18,38 @@ int PauseFor(qsizetype length)
     return 150 + int(length / 32768);
 }
 
+constexpr int HoldTime = 1000; ///< in milliseconds; who has to do with the text in a pause comes within it
+
 } // namespace
 
 ScannedText::ScannedText(const WindowContext &context) : m_context(context)
 {
     m_pause.setSingleShot(true);
+    m_hold.setSingleShot(true);
+    m_hold.setInterval(HoldTime);
+    connect(&m_hold, &QTimer::timeout, this, &ScannedText::ForgetText);
+    connect(&context.text, &TextControl::edited, this, &ScannedText::ForgetText);
+    connect(&context.text, &TextControl::textLoading, this, &ScannedText::ForgetText);
+    connect(&context.text, &TextControl::textLoaded, this, &ScannedText::ForgetText);
     connect(&m_pause, &QTimer::timeout, this, &ScannedText::Scan);
     connect(&context.text, &TextControl::textChanged, this, &ScannedText::Wait);
     connect(&context.text, &TextControl::selectionChanged, this, &ScannedText::FollowKind);
     connect(&context.text, &TextControl::textLoaded, this, &ScannedText::Request);
+}
+
+const QString &ScannedText::Text()
+{
+    if (m_text.isNull()) {
+        m_text = m_context.text.Text();
+        m_hold.start();
+    }
+    return m_text;
+}
+
+void ScannedText::ForgetText()
+{
+    m_text.clear();
+    m_hold.stop();
 }
 
 void ScannedText::Wait()
@@ -55,7 +78,7 @@ void ScannedText::Scan()
     m_kind = m_context.editor.document.DocumentKind;
     if (!isSignalConnected(signal))
         return;
-    TextScan scan{.text = m_context.text.Text(), .kind = m_kind, .map = {}};
+    TextScan scan{.text = Text(), .kind = m_kind, .map = {}};
     scan.map = CodeMap(scan.text, scan.kind);
     Q_EMIT scanned(scan);
 }

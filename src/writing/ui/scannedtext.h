@@ -29,6 +29,8 @@ public:
 
     /// Has the present text scanned as soon as the work at hand is done.
     void Request();
+    /// The text, fetched once for all that ask for it in one pause of the typing; good until the next call.
+    const QString &Text();
 
 Q_SIGNALS:
     /// The text has not changed for a while, or is new. It changes with no signal between this and the next
@@ -40,9 +42,12 @@ private:
     /// A document may become one of another kind while its text stays.
     void FollowKind();
     void Scan();
+    void ForgetText();
 
     const WindowContext &m_context;
     QTimer m_pause;
+    QString m_text; ///< null when it is not held
+    QTimer m_hold;
     FileKind m_kind = FileKind::Other; ///< as it was scanned
 };
 
