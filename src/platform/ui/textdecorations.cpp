@@ -99,7 +99,7 @@ TextDecorations::TextDecorations(TextControl &text) : m_text(text)
     connect(&m_text, &TextControl::textLoaded, this, &TextDecorations::loaded);
     connect(&m_text, &QsciScintillaBase::SCN_MARGINCLICK, this, &TextDecorations::MarginClicked);
     connect(&m_text, &QsciScintillaBase::SCN_UPDATEUI, this, [this](int updated) {
-        if (updated & (Sci::SC_UPDATE_CONTENT | Sci::SC_UPDATE_V_SCROLL))
+        if (updated & (Sci::SC_UPDATE_CONTENT | Sci::SC_UPDATE_V_SCROLL | Sci::SC_UPDATE_H_SCROLL))
             ViewMayHaveChanged();
     });
     m_text.viewport()->installEventFilter(this);
@@ -219,6 +219,8 @@ void TextDecorations::SetMarker(LineMarker marker, qsizetype line, bool set)
 {
     if (line < 0 || line >= m_text.LineCount() || HasMarker(marker, line) == set)
         return;
+    if (marker == LineMarker::Bookmark)
+        FoldsHaveChanged();
     m_text.Send(set ? Sci::SCI_MARKERADD : Sci::SCI_MARKERDELETE, line, MarkerNumber(marker));
     // Lines that came together may have it twice.
     while (!set && HasMarker(marker, line))
@@ -259,6 +261,8 @@ std::optional<qsizetype> TextDecorations::PreviousMarked(LineMarker marker, qsiz
 void TextDecorations::ClearMarkers(LineMarker marker)
 {
     m_text.Send(Sci::SCI_MARKERDELETEALL, MarkerNumber(marker));
+    if (marker == LineMarker::Bookmark)
+        FoldsHaveChanged();
 }
 
 void TextDecorations::ShowCurrentLine(bool show)
@@ -281,6 +285,7 @@ void TextDecorations::SetFoldLevels(qsizetype line, const std::vector<FoldLevel>
         if (m_text.Send(Sci::SCI_GETFOLDLEVEL, at) == level)
             continue;
         m_folds = true;
+        FoldsHaveChanged();
         m_text.Send(Sci::SCI_SETFOLDLEVEL, at, level);
     }
 }
@@ -300,9 +305,10 @@ std::optional<qsizetype> TextDecorations::FoldHeaderOf(qsizetype line) const
 
 void TextDecorations::SetFolded(qsizetype line, bool folded)
 {
-    if (FoldLevelOf(line).header && IsFolded(line) != folded)
-        m_text.Send(Sci::SCI_FOLDLINE, line,
-                    folded ? Sci::SC_FOLDACTION_CONTRACT : Sci::SC_FOLDACTION_EXPAND);
+    if (!FoldLevelOf(line).header || IsFolded(line) == folded)
+        return;
+    m_text.Send(Sci::SCI_FOLDLINE, line, folded ? Sci::SC_FOLDACTION_CONTRACT : Sci::SC_FOLDACTION_EXPAND);
+    FoldsHaveChanged();
 }
 
 bool TextDecorations::IsFolded(qsizetype line) const
@@ -321,6 +327,7 @@ std::vector<qsizetype> TextDecorations::FoldedLines() const
 void TextDecorations::FoldAll(bool folded)
 {
     m_text.Send(Sci::SCI_FOLDALL, folded ? Sci::SC_FOLDACTION_CONTRACT : Sci::SC_FOLDACTION_EXPAND);
+    FoldsHaveChanged();
 }
 
 bool TextDecorations::IsLineHidden(qsizetype line) const
@@ -330,7 +337,37 @@ bool TextDecorations::IsLineHidden(qsizetype line) const
 
 void TextDecorations::RevealLine(qsizetype line)
 {
+    if (!IsLineHidden(line))
+        return;
     m_text.Send(Sci::SCI_ENSUREVISIBLE, line);
+    FoldsHaveChanged();
+}
+
+qsizetype TextDecorations::SeenLine(qsizetype line) const
+{
+    while (IsLineHidden(line)) {
+        const auto header = FoldHeaderOf(line);
+        if (!header)
+            break;
+        line = *header;
+    }
+    return line;
+}
+
+void TextDecorations::MarkFolds()
+{
+    std::vector<qsizetype> seen;
+    for (const qsizetype line : MarkedLines(LineMarker::Bookmark)) {
+        if (IsLineHidden(line))
+            seen.push_back(SeenLine(line));
+    }
+    std::sort(seen.begin(), seen.end());
+    for (const qsizetype line : MarkedLines(LineMarker::FoldedBookmark)) {
+        if (!std::binary_search(seen.begin(), seen.end(), line))
+            SetMarker(LineMarker::FoldedBookmark, line, false);
+    }
+    for (const qsizetype line : seen)
+        SetMarker(LineMarker::FoldedBookmark, line, true);
 }
 
 void TextDecorations::ClearFolds()
@@ -344,6 +381,7 @@ void TextDecorations::ClearFolds()
             m_text.Send(Sci::SCI_SETFOLDLEVEL, line, Sci::SC_FOLDLEVELBASE);
     }
     m_text.Send(Sci::SCI_SHOWLINES, 0, m_text.LineCount() - 1);
+    FoldsHaveChanged();
 }
 
 LineSpan TextDecorations::VisibleLines() const
@@ -353,6 +391,26 @@ LineSpan TextDecorations::VisibleLines() const
     const qsizetype last =
         std::min<qsizetype>(m_text.Send(Sci::SCI_DOCLINEFROMVISIBLE, bottom), m_text.LineCount() - 1);
     return {m_text.Send(Sci::SCI_DOCLINEFROMVISIBLE, top), last + 1};
+}
+
+TextSpan TextDecorations::VisiblePart(qsizetype line) const
+{
+    const qsizetype start = m_text.LineStart(line);
+    const qsizetype end = m_text.LineEnd(line);
+    const long first = m_text.Send(Sci::SCI_POSITIONFROMLINE, line);
+    const long top = m_text.Send(Sci::SCI_POINTYFROMPOSITION, 0, first);
+    const long height = m_text.Send(Sci::SCI_TEXTHEIGHT, line);
+    const long bottom = top + height * m_text.Send(Sci::SCI_WRAPCOUNT, line);
+    int left = int(m_text.Send(Sci::SCI_GETMARGINLEFT));
+    for (int margin = 0; margin < TextMarginCount; ++margin)
+        left += int(m_text.Send(Sci::SCI_GETMARGINWIDTHN, margin));
+    const auto offsetAt = [&](int x, long y) {
+        const long row = std::clamp<long>(y, top, bottom - 1);
+        return m_text.m_map.ToUnits(m_text.Send(Sci::SCI_POSITIONFROMPOINT, x, row));
+    };
+    const qsizetype from = offsetAt(left, 0) - 1;
+    const qsizetype to = offsetAt(m_text.viewport()->width(), m_text.viewport()->height() - 1) + 2;
+    return {std::clamp(from, start, end), std::clamp(to, start, end)};
 }
 
 // What changes
@@ -376,9 +434,17 @@ void TextDecorations::ViewMayHaveChanged()
         this,
         [this] {
             m_viewTold = true;
+            if (!std::exchange(m_foldsTold, true))
+                MarkFolds();
             Q_EMIT viewChanged();
         },
         Qt::QueuedConnection);
+}
+
+void TextDecorations::FoldsHaveChanged()
+{
+    m_foldsTold = false;
+    ViewMayHaveChanged();
 }
 
 bool TextDecorations::eventFilter(QObject *watched, QEvent *event)
@@ -443,6 +509,10 @@ void TextDecorations::ApplySymbols()
     const bool folds = IsMarginShown(TextMargin::Folds);
     DefineMarker(MarkerNumber(LineMarker::Bookmark), markers ? Sci::SC_MARK_BOOKMARK : Sci::SC_MARK_EMPTY,
                  accent, accent);
+    DefineMarker(MarkerNumber(LineMarker::FoldedBookmark),
+                 markers ? Sci::SC_MARK_BOOKMARK : Sci::SC_MARK_EMPTY, accent, margin);
+    // A line below what is folded shows that something is not seen.
+    m_text.Send(Sci::SCI_SETFOLDFLAGS, folds ? Sci::SC_FOLDFLAG_LINEAFTER_CONTRACTED : 0);
     struct Fold {
         int number;
         int symbol;

@@ -19,9 +19,9 @@ class TextControl;
 enum class Indicator { Brace, BraceUnmatched, SameWord };
 inline constexpr int IndicatorCount = 3;
 
-/// Marks on lines.
-enum class LineMarker { Bookmark };
-inline constexpr int LineMarkerCount = 1;
+/// Marks on lines. A header that is folded over bookmarks shows one of its own.
+enum class LineMarker { Bookmark, FoldedBookmark };
+inline constexpr int LineMarkerCount = 2;
 
 /// The margins, in their order from the left.
 enum class TextMargin { Markers, Numbers, Folds };
@@ -101,6 +101,8 @@ public:
     /// Folds the headers of depth 0, or unfolds all.
     void FoldAll(bool folded);
     bool IsLineHidden(qsizetype line) const;
+    /// The header that is seen in the place of a hidden line; the line itself when it is not hidden.
+    qsizetype SeenLine(qsizetype line) const;
     /// Unfolds what hides the line.
     void RevealLine(qsizetype line);
     /// All lines at depth 0, nothing hidden.
@@ -108,6 +110,9 @@ public:
 
     /// The lines of the text that stand in the view; what is folded between them counts.
     LineSpan VisibleLines() const;
+    /// What of a line's text stands in the view, and maybe some characters beside it. The line has to stand
+    /// there itself.
+    TextSpan VisiblePart(qsizetype line) const;
 
 Q_SIGNALS:
     /// The left button on a margin.
@@ -131,6 +136,10 @@ private:
     void MarginClicked(int position, int modifiers, int margin);
     void Load();
     void ViewMayHaveChanged();
+    /// Other lines are folded away, or others have bookmarks.
+    void FoldsHaveChanged();
+    /// Shows the bookmarks that are folded away at what hides them.
+    void MarkFolds();
 
     TextControl &m_text;
     std::array<bool, TextMarginCount> m_margins = {};
@@ -139,6 +148,7 @@ private:
     bool m_folds = false; ///< a line has been given a depth
     int m_digits = 0;     ///< of the line numbers
     bool m_viewTold = true;
+    bool m_foldsTold = true;
 };
 
 } // namespace zelvane
