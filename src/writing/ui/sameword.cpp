@@ -16,6 +16,7 @@ namespace
 
 constexpr int Pause = 120;                   ///< in milliseconds
 constexpr qsizetype MostOfLine = 16 * 1024;  ///< of a longer line this much is looked at, around the caret
+constexpr qsizetype LongLine = 4096;         ///< of a longer one only what stands in the view is looked at
 constexpr qsizetype MostOfView = 256 * 1024; ///< in characters
 
 } // namespace
@@ -71,11 +72,23 @@ std::vector<TextSpan> SameWord::Words() const
     for (qsizetype at = view.first; at < view.end && left > 0; ++at) {
         if (m_decorations.IsLineHidden(at))
             continue;
-        const qsizetype first = m_text.LineStart(at);
-        const QString text = m_text.TextRange(first, std::min(m_text.LineEnd(at), first + left));
+        const TextSpan whole{m_text.LineStart(at), m_text.LineEnd(at)};
+        TextSpan part = whole;
+        if (whole.Length() > LongLine) {
+            // With what tells whether a word at an edge of the view is a whole one.
+            const TextSpan seen = m_decorations.VisiblePart(at);
+            part = {std::max(whole.start, seen.start - word.size() - 1),
+                    std::min(whole.end, seen.end + word.size() + 1)};
+        }
+        const QString text = m_text.TextRange(part.start, std::min(part.end, part.start + left));
         left -= text.size() + 1;
-        for (const TextSpan &one : WordsLike(text, word))
-            words.push_back({first + one.start, first + one.end});
+        for (const TextSpan &one : WordsLike(text, word)) {
+            const TextSpan hit{part.start + one.start, part.start + one.end};
+            const bool isCut = (hit.start == part.start && part.start > whole.start) ||
+                               (hit.end == part.end && part.end < whole.end);
+            if (!isCut)
+                words.push_back(hit);
+        }
     }
     return words;
 }
