@@ -40,10 +40,12 @@ Bookmarks::Bookmarks(const WritingContext &context)
     connect(&m_arrival, &QTimer::timeout, this, &Bookmarks::Arrive);
     m_lines.Reset(m_text, {});
     m_edits.Begin(m_text.Length());
+    Arrive();
 }
 
 Bookmarks::~Bookmarks()
 {
+    Remember();
     m_decorations.ClearMarkers(LineMarker::Bookmark);
     m_decorations.ShowMargin(TextMargin::Markers, false);
 }
@@ -124,9 +126,15 @@ void Bookmarks::FollowEdits()
         Show();
 }
 
+void Bookmarks::Remember()
+{
+    if (!m_arrival.isActive()) // else they have not been set yet
+        m_context.memory.bookmarked.Keep(m_context.window.editor.document.CurrentFile, m_lines.Lines());
+}
+
 void Bookmarks::Leave()
 {
-    m_files.Keep(m_context.window.editor.document.CurrentFile, m_lines.Lines());
+    Remember();
     m_lines.Reset(m_text, {});
 }
 
@@ -137,7 +145,8 @@ void Bookmarks::Arrive()
         m_arrival.start(20);
         return;
     }
-    const std::vector<KeptLine> kept = m_files.Of(m_context.window.editor.document.CurrentFile);
+    const std::vector<KeptLine> kept =
+        m_context.memory.bookmarked.Of(m_context.window.editor.document.CurrentFile);
     m_lines.Reset(m_text, kept.empty() ? std::vector<qsizetype>() : FindKeptLines(m_text, kept));
     Show();
 }

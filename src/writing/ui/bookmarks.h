@@ -32,6 +32,8 @@ private:
     void List();
     void FollowEdits();
     void Leave();
+    /// For the next time that the file is here.
+    void Remember();
     void Arrive();
     /// Brings the marks beside the text to where they should be.
     void Show();
@@ -42,7 +44,6 @@ private:
     BoundCommands m_commands;
     MarkedLines m_lines;
     EditHull m_edits; ///< that have not been followed yet
-    LinesOfFiles m_files;
     QTimer m_arrival;
 };
 

@@ -60,6 +60,7 @@ Folding::Folding(const WritingContext &context)
 
 Folding::~Folding()
 {
+    Remember();
     m_decorations.ClearFolds();
     m_decorations.ShowMargin(TextMargin::Folds, false);
 }
@@ -123,7 +124,8 @@ void Folding::Apply(std::vector<FoldLine> levels)
 
 void Folding::FoldAgain()
 {
-    const std::vector<KeptLine> kept = m_files.Of(m_context.window.editor.document.CurrentFile);
+    const std::vector<KeptLine> kept =
+        m_context.memory.folded.Of(m_context.window.editor.document.CurrentFile);
     if (kept.empty())
         return;
     for (const qsizetype line : FindKeptLines(m_text, kept))
@@ -131,12 +133,19 @@ void Folding::FoldAgain()
     ShowCaret();
 }
 
-void Folding::Leave()
+void Folding::Remember()
 {
+    if (m_isNew) // what is to be folded has not been folded yet
+        return;
     std::vector<KeptLine> folded;
     for (const qsizetype line : m_decorations.FoldedLines())
         folded.push_back(KeepLine(m_text, line));
-    m_files.Keep(m_context.window.editor.document.CurrentFile, std::move(folded));
+    m_context.memory.folded.Keep(m_context.window.editor.document.CurrentFile, std::move(folded));
+}
+
+void Folding::Leave()
+{
+    Remember();
     m_levels.clear();
     m_outer.clear();
     m_isNew = true;
@@ -179,15 +188,10 @@ void Folding::FoldAll()
 
 void Folding::TakeCaretOut()
 {
-    qsizetype line = m_text.LineOfOffset(m_text.CaretOffset());
-    if (!m_decorations.IsLineHidden(line))
+    const qsizetype caret = m_text.LineOfOffset(m_text.CaretOffset());
+    const qsizetype line = m_decorations.SeenLine(caret);
+    if (line == caret || m_decorations.IsLineHidden(line))
         return;
-    while (m_decorations.IsLineHidden(line)) {
-        const auto header = m_decorations.FoldHeaderOf(line);
-        if (!header)
-            return;
-        line = *header;
-    }
     m_text.SetSelection(m_text.LineEnd(line), m_text.LineEnd(line));
 }
 

@@ -41,6 +41,8 @@ private:
     /// The caret has come to a hidden line: that comes into sight.
     void ShowCaret();
     void Leave();
+    /// For the next time that the file is here.
+    void Remember();
 
     const WritingContext m_context;
     TextControl &m_text;
@@ -49,8 +51,7 @@ private:
     std::vector<FoldLine> m_levels; ///< as they were given, before the edits since
     std::vector<qint32> m_outer; ///< where the outermost blocks that are no tags begin, as of the last scan
     EditHull m_edits;            ///< since then
-    LinesOfFiles m_files;
-    bool m_isNew = true; ///< nothing of the text has been folded yet
+    bool m_isNew = true;         ///< nothing of the text has been folded yet
 };
 
 } // namespace zelvane

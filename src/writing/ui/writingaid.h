@@ -2,6 +2,7 @@
 #pragma once
 
 #include "shell/ui/windowcontext.h"
+#include "writing/keptlines.h"
 
 #include <memory>
 
@@ -13,12 +14,19 @@ class OpcodeList;
 class ScannedText;
 class TextDecorations;
 
+/// What the window remembers of the files that were left in it, with the aids on or off.
+struct FileMemory {
+    LinesOfFiles folded;
+    LinesOfFiles bookmarked;
+};
+
 /// What an aid works on. It all outlives the aid.
 struct WritingContext {
     const WindowContext &window;
     TextDecorations &decorations;
     ScannedText &scanned;
     const OpcodeList &opcodes; ///< loaded, and never changed, before the first document comes
+    FileMemory &memory;
     /// What is known of the names in the text (see SharedNames).
     mutable std::weak_ptr<NameKeeper> names = {};
 };

@@ -112,7 +112,7 @@ void WritingRoom::Follow(const SettingsStore &settings)
     if (!m_decorations) {
         m_decorations = std::make_unique<TextDecorations>(m_context.text);
         m_scanned = std::make_unique<ScannedText>(m_context);
-        m_aidContext.reset(new WritingContext{m_context, *m_decorations, *m_scanned, m_opcodes});
+        m_aidContext.reset(new WritingContext{m_context, *m_decorations, *m_scanned, m_opcodes, m_memory});
     }
     for (const AidRow &row : Aids) {
         if (row.make && settings.Flag(row.key) && !Aid(row.key.Name()))

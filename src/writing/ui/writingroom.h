@@ -17,7 +17,8 @@ class SettingsStore;
 class TextDecorations;
 
 /// The writing aids of the window. Each is there while its setting is on, from the start on and after each
-/// change of the settings; without one the room holds nothing, and its menu is out of sight.
+/// change of the settings; without one the room holds nothing but what it remembers of files, and its menu is
+/// out of sight.
 class WritingRoom
 {
 public:
@@ -36,6 +37,7 @@ private:
 
     WindowContext m_context;
     const OpcodeList &m_opcodes;
+    FileMemory m_memory;
     std::unique_ptr<TextDecorations> m_decorations;
     std::unique_ptr<ScannedText> m_scanned;
     std::unique_ptr<WritingContext> m_aidContext;
