@@ -393,10 +393,10 @@ QWidget *frmOptions::WritingPage()
     grid->addWidget(typing, 0, 0);
     grid->addWidget(text, 0, 1);
     grid->addWidget(search, 1, 0);
-    grid->addLayout(Line({all}), 1, 1);
+    grid->addLayout(Line({all}), 2, 0, 1, 2);
     grid->setColumnStretch(0, 1);
     grid->setColumnStretch(1, 1);
-    grid->setRowStretch(2, 1);
+    grid->setRowStretch(3, 1);
     return page;
 }
 
