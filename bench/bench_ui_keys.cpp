@@ -148,14 +148,19 @@ int main(int argc, char **argv)
     QApplication application(argc, argv);
     Program program;
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
-    const bool quick = argc > 1 && std::strcmp(argv[1], "quick") == 0;
-    Measure(program, 10'000'000, false, Sideways::Nothing, 4);
-    Measure(program, 10'000'000, true, Sideways::Nothing, 4);
-    Measure(program, 10'000'000, false, Sideways::Wraps, 4);
-    Measure(program, 10'000'000, true, Sideways::Scrolls, 4);
+    const bool aidsOnly = argc > 1 && std::strcmp(argv[1], "aids") == 0;
+    const bool quick = aidsOnly || (argc > 1 && std::strcmp(argv[1], "quick") == 0);
+    if (!aidsOnly) {
+        Measure(program, 10'000'000, false, Sideways::Nothing, 4);
+        Measure(program, 10'000'000, true, Sideways::Nothing, 4);
+        Measure(program, 10'000'000, false, Sideways::Wraps, 4);
+        Measure(program, 10'000'000, true, Sideways::Scrolls, 4);
+    }
     TurnAllAids(program, true);
     Measure(program, 10'000'000, false, Sideways::Nothing, 4);
     Measure(program, 10'000'000, true, Sideways::Nothing, 4);
+    if (aidsOnly)
+        return 0;
     TurnAllAids(program, false);
     TextAccessible::SetListener([](QAccessibleEvent &) {});
     Measure(program, 10'000'000, true, Sideways::Nothing, 4);
