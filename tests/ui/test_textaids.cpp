@@ -2,6 +2,7 @@
 
 // The writing aids that stand in the text itself, in the window of the editor.
 
+#include "platform/desktop.h"
 #include "platform/textbuffer.h"
 #include "platform/ui/textcontrol.h"
 #include "platform/ui/textdecorations.h"
@@ -27,7 +28,9 @@
 
 #include <algorithm>
 #include <initializer_list>
+#include <iterator>
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QInputMethodEvent>
 #include <QInputMethodQueryEvent>
 #include <QListWidget>
@@ -97,6 +100,8 @@ private Q_SLOTS:
     void BracketsAreMarkedAtTheCaret();
     void BracketsFollowTheTextAndItsUndo();
     void WordsAreMarkedInTheView();
+    void WordsAreMarkedInTheViewOfAVeryLongLine_data();
+    void WordsAreMarkedInTheViewOfAVeryLongLine();
     void LinesMoveWithTheirColoursInOneStep();
     void TypedTextIsIndented();
     void EnterIsOneStepOfUndo();
@@ -113,10 +118,15 @@ private Q_SLOTS:
     void FoldsComeBackWithTheirFile();
     void FoldingIsNoEditAndGoesWithoutATrace();
     void BookmarksAreSetVisitedAndListed();
+    void FoldsAndBookmarksAreRememberedWhileTheAidsAreOff();
+    void AFoldedBookmarkIsSeenAtItsHeader();
     void BookmarksFollowEditsAndUndo();
     void BookmarksComeBackWithTheirFile();
     void AMovedLineTakesItsBookmarkAlong();
     void AllAidsTogetherAgreeWithAFreshLook();
+    void UndoReloadAndOtherLineEndsLeaveTheAidsRight();
+    void HostileTextsAreNoHarm_data();
+    void HostileTextsAreNoHarm();
 };
 
 void TextAidsTest::BracketsAreMarkedAtTheCaret()
@@ -182,6 +192,39 @@ void TextAidsTest::WordsAreMarkedInTheView()
     editor.Text().ScrollToLine(0);
     QVERIFY(Eventually([&] { return editor.Marked(Indicator::SameWord) == u"kamp kamp kamp"_s; }));
     editor.Text().SetSelection(0, 3);
+    QVERIFY(Eventually([&] { return editor.Marked(Indicator::SameWord).isEmpty(); }));
+}
+
+void TextAidsTest::WordsAreMarkedInTheViewOfAVeryLongLine_data()
+{
+    QTest::addColumn<bool>("wrapped");
+    QTest::newRow("scrolled") << false;
+    QTest::newRow("wrapped") << true;
+}
+
+void TextAidsTest::WordsAreMarkedInTheViewOfAVeryLongLine()
+{
+    QFETCH(bool, wrapped);
+    AidsWindow editor({Keys::SameWord});
+    // Far behind the start of the line a word stands three times, and at the end of the line once more.
+    const qsizetype place = 600'000;
+    QByteArray line = QByteArray("filler ").repeated(place / 7).leftJustified(place, ' ');
+    line += "kamp + kamp + kamp2 * kamp " + QByteArray("filler ").repeated(2000) + "kamp\n";
+    editor.OpenText(u"a.orc"_s, "kamp\n" + line);
+    editor.Text().SetWordWrap(wrapped);
+    const qsizetype start = 5 + place;
+    editor.PutCaret(start + 24); // the view ends a little behind
+    QVERIFY(Eventually([&] { return editor.Marked(Indicator::SameWord).endsWith(u"kamp kamp kamp"_s); }));
+    const std::vector<TextSpan> spans = editor.Marks().Shown(Indicator::SameWord);
+    const auto isThere = [&](qsizetype at) {
+        return std::find(spans.begin(), spans.end(), TextSpan{at, at + 4}) != spans.end();
+    };
+    QVERIFY(isThere(start) && isThere(start + 7) && isThere(start + 22));
+    QVERIFY(!isThere(start + 14) && !isThere(editor.Text().Length() - 5));
+    if (wrapped)
+        return;
+    // Scrolled away from the word, there is nothing to mark.
+    editor.Text().SetSelection(0, 0);
     QVERIFY(Eventually([&] { return editor.Marked(Indicator::SameWord).isEmpty(); }));
 }
 
@@ -591,6 +634,56 @@ void TextAidsTest::BookmarksAreSetVisitedAndListed()
     QVERIFY(!editor.Marks().IsMarginShown(TextMargin::Markers));
 }
 
+void TextAidsTest::FoldsAndBookmarksAreRememberedWhileTheAidsAreOff()
+{
+    AidsWindow editor({Keys::Folding, Keys::Bookmarks});
+    editor.OpenText(u"a.orc"_s, "a\ninstr 1\n b\nendin\nc\n");
+    QVERIFY(Eventually([&] { return editor.Marks().FoldLevelOf(1).header; }));
+    editor.Marks().SetFolded(1, true);
+    editor.PutCaret(0);
+    editor.window->CommandTable().Run(Cmd::mnuBookmark[BookmarkEntry::Toggle]);
+    QVERIFY(editor.Marks().HasMarker(LineMarker::Bookmark, 0));
+    // With all aids off, too; meanwhile lines come.
+    editor.Turn(Keys::Folding, false);
+    editor.Turn(Keys::Bookmarks, false);
+    QVERIFY(!editor.window->Rooms().writing.Decorations());
+    editor.Text().ReplaceRange(0, 0, u"new\nnew\n"_s);
+    editor.Turn(Keys::Folding, true);
+    editor.Turn(Keys::Bookmarks, true);
+    QCOMPARE(editor.Marks().MarkedLines(LineMarker::Bookmark), (std::vector<qsizetype>{2}));
+    QVERIFY(Eventually([&] { return editor.Marks().IsFolded(3); }));
+    QCOMPARE(editor.Marks().FoldedLines(), (std::vector<qsizetype>{3}));
+}
+
+void TextAidsTest::AFoldedBookmarkIsSeenAtItsHeader()
+{
+    AidsWindow editor({Keys::Folding, Keys::Bookmarks});
+    editor.OpenText(u"a.orc"_s, "instr 1\n if a then\n  b\n fi\nendin\nc\n");
+    TextDecorations &marks = editor.Marks();
+    QVERIFY(Eventually([&] { return marks.FoldLevelOf(1).header; }));
+    const auto folded = [&] { return marks.MarkedLines(LineMarker::FoldedBookmark); };
+    using Lines = std::vector<qsizetype>;
+    editor.PutCaret(editor.Text().LineStart(2));
+    editor.window->CommandTable().Run(Cmd::mnuBookmark[BookmarkEntry::Toggle]);
+    QCOMPARE(folded(), Lines());
+    marks.SetFolded(1, true);
+    QVERIFY(Eventually([&] { return folded() == Lines{1}; }));
+    marks.SetFolded(0, true);
+    QVERIFY(Eventually([&] { return folded() == Lines{0}; }));
+    QCOMPARE(marks.MarkedLines(LineMarker::Bookmark), Lines{2});
+    // The way to a bookmark unfolds what hides it.
+    editor.PutCaret(0);
+    editor.window->CommandTable().Run(Cmd::mnuBookmark[BookmarkEntry::Next]);
+    QVERIFY(Eventually([&] { return folded().empty(); }));
+    QCOMPARE(editor.Text().LineOfOffset(editor.Text().CaretOffset()), 2);
+    // One that is taken away while it is hidden leaves nothing.
+    marks.SetFolded(0, true);
+    QVERIFY(Eventually([&] { return folded() == Lines{0}; }));
+    editor.Turn(Keys::Bookmarks, false);
+    QVERIFY(Eventually([&] { return folded().empty(); }));
+    QVERIFY(!editor.Text().CanUndo());
+}
+
 void TextAidsTest::BookmarksFollowEditsAndUndo()
 {
     AidsWindow editor({Keys::Bookmarks});
@@ -702,6 +795,128 @@ void TextAidsTest::AllAidsTogetherAgreeWithAFreshLook()
             QCOMPARE(editor.Marks().IsLineHidden(line), hidden);
         }
     }
+}
+
+void TextAidsTest::UndoReloadAndOtherLineEndsLeaveTheAidsRight()
+{
+    AidsWindow editor(
+        {Keys::LineNumbers, Keys::Folding, Keys::Bookmarks, Keys::SameWord, Keys::BracketMatch});
+    QByteArray bytes = "b\r\ninstr 1\r\nk1 = (k2)\r\nout k1\r\nendin\r\ninstr 2\r\nx\r\nendin\r\n";
+    editor.OpenText(u"a.orc"_s, bytes);
+    TextControl &text = editor.Text();
+    const auto numbersWidth = [&] {
+        return text.SendScintilla(QsciScintillaBase::SCI_GETMARGINWIDTHN, int(TextMargin::Numbers));
+    };
+    const QString levels = u"0 0+1 1 1 0+1 1 0"_s;
+    QVERIFY(Eventually([&] { return Levels(editor) == levels; }));
+    const long width = numbersWidth();
+    editor.PutCaret(text.LineStart(3));
+    editor.window->CommandTable().Run(Cmd::mnuBookmark[BookmarkEntry::Toggle]);
+    editor.Marks().SetFolded(5, true);
+
+    // Told lines further down than at first.
+    const auto isRight = [&](int by, const char *when) {
+        const QString above = u"0 "_s.repeated(by);
+        const auto asLines = [by](int line) { return QString::number(line + by); };
+        QVERIFY2(Eventually([&] { return Levels(editor) == above + levels; }), when);
+        QVERIFY2(Eventually([&] { return Row(editor.Marks().FoldedLines()) == asLines(5); }), when);
+        QVERIFY2(Eventually([&] { return Bookmarked(editor) == asLines(3); }), when);
+        const qsizetype line = text.LineStart(2 + by);
+        editor.PutCaret(line + 5);
+        QVERIFY2(Eventually([&] { return editor.Marked(Indicator::Brace) == u"( )"_s; }), when);
+        editor.PutCaret(line);
+        QVERIFY2(Eventually([&] { return editor.Marked(Indicator::SameWord) == u"k1 k1"_s; }), when);
+        QCOMPARE(numbersWidth() > width, by > 900);
+    };
+    isRight(0, "first");
+    for (const int by : {1, 1000}) {
+        text.ReplaceRange(0, 0, QString(by, u'\n'));
+        isRight(by, "edited");
+        text.Undo();
+        isRight(0, "undone");
+        text.Redo();
+        isRight(by, "redone");
+        text.Undo();
+    }
+    const QString file = editor.WriteFile(u"a.orc"_s, bytes.replace("\r\n", "\n"));
+    editor.desktop.ExpectMessage({.text = u"Load last saved version of "_s + file + u'?',
+                                  .icon = BoxIcon::Warning,
+                                  .buttons = BoxButtons::YesNo},
+                                 BoxAnswer::Yes);
+    editor.window->Documents().OpenFile(file);
+    isRight(0, "other line ends");
+    editor.window->Documents().OpenFile(editor.WriteFile(u"a.orc"_s, "\n" + bytes));
+    isRight(1, "more lines");
+    QVERIFY(editor.window->Documents().SaveFile(editor.folder.filePath(u"b.orc"_s)));
+    isRight(1, "another name");
+    // Of a score it is all plain lines, but the marks stay.
+    QVERIFY(editor.window->Documents().SaveFile(editor.folder.filePath(u"b.sco"_s)));
+    editor.PutCaret(0);
+    QVERIFY(Eventually([&] { return Levels(editor) == u"0 "_s.repeated(10).trimmed(); }));
+    QVERIFY(!editor.Marks().IsLineHidden(7));
+    QCOMPARE(Bookmarked(editor), u"4"_s);
+}
+
+void TextAidsTest::HostileTextsAreNoHarm_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("one line of 5 MB") << u"a1 oscil (k1), \"x\" "_s.repeated(250'000);
+    QTest::newRow("a million lines") << u"\n"_s.repeated(1'000'000);
+    QTest::newRow("nothing closes") << u"instr 1\nif a then\n({[<a \"{{ /*\n"_s.repeated(30'000);
+    constexpr char16_t Stray[] = {0, 0xD800, 0xDC00, 0xFFFD, 0xFEFF, u' ', u'\n', u'"', u'('};
+    QString stray = u"instr 1\n a\n"_s;
+    for (int at = 0; at < 200'000; ++at)
+        stray += QChar(Stray[at * 7 % int(std::size(Stray))]);
+    QTest::newRow("no characters") << stray;
+    RandomText random({QString(QChar(1)), u"\u00FF"_s, QString(QChar(0)), u"/*"_s, u"\""_s, u"\n"_s, u"{{"_s,
+                       QString(QChar(127))},
+                      100);
+    QString binary;
+    while (binary.size() < 500'000)
+        binary += random.Next();
+    QTest::newRow("binary") << binary;
+}
+
+void TextAidsTest::HostileTextsAreNoHarm()
+{
+    QFETCH(QString, text);
+    AidsWindow editor({});
+#define ZELVANE_SAVE_AID(Type, Name, ...) editor.settings.SaveFlag(Keys::Name, true);
+    ZELVANE_WRITING_KEYS(ZELVANE_SAVE_AID)
+#undef ZELVANE_SAVE_AID
+    editor.OpenText(u"a.orc"_s, "");
+    editor.Text().LoadText(text);
+    const QByteArray before = editor.Text().Utf8();
+    Commands &commands = editor.window->CommandTable();
+    for (const qsizetype place : {qsizetype(0), editor.Text().Length() / 2, editor.Text().Length()}) {
+        editor.PutCaret(place);
+        editor.Type(u"x(\n"_s);
+        commands.Run(Cmd::mnuBookmark[BookmarkEntry::Toggle]);
+        editor.Key(Qt::Key_Down, Qt::ControlModifier | Qt::ShiftModifier);
+        commands.Run(Cmd::mnuFold[FoldEntry::All]);
+        // The pause in which all is scanned, and colours come.
+        const qsizetype caret = editor.Text().CaretOffset();
+        const qsizetype at = editor.Text().LineStart(editor.Text().LineOfOffset(caret));
+        editor.Text().ReplaceRange(at, at, u"()"_s);
+        editor.PutCaret(at);
+        QVERIFY(QTest::qWaitFor(
+            [&] {
+                return !editor.Marked(Indicator::Brace).isEmpty() ||
+                       !editor.Marked(Indicator::BraceUnmatched).isEmpty() ||
+                       CodeMap(editor.Text().Text(), FileKind::Orchestra).At(at) != CodePart::Code;
+            },
+            60'000));
+        commands.Run(Cmd::mnuFold[FoldEntry::None]);
+    }
+    while (editor.Text().CanUndo())
+        editor.Text().Undo();
+    QVERIFY(editor.Text().Utf8() == before);
+    // Each key of the user comes through at once; a debugging build on a busy machine takes its time.
+    editor.PutCaret(editor.Text().Length() / 2);
+    QElapsedTimer clock;
+    clock.start();
+    editor.Type(u"abcdefghij"_s);
+    QVERIFY2(clock.elapsed() < 20'000, qPrintable(QString::number(clock.elapsed())));
 }
 
 int main(int argc, char **argv)
