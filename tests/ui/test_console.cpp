@@ -34,6 +34,8 @@
 #include <QEventLoop>
 #include <QFile>
 #include <QFontDatabase>
+#include <QFontMetrics>
+#include <QImage>
 #include <QInputDevice>
 #include <QKeyEvent>
 #include <QLabel>
@@ -41,6 +43,8 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QMetaObject>
+#include <QPainter>
+#include <QPalette>
 #include <QPoint>
 #include <QPushButton>
 #include <QScopeGuard>
@@ -800,6 +804,81 @@ private Q_SLOTS:
         const double longLines = paint(8000);
         qInfo("lines of 200 characters %.1f ms, of 8000 %.1f ms", shortLines, longLines);
         QVERIFY(longLines < 10 * shortLines + 20); // 40 times as much text
+    }
+
+    void TheEndOfALineOfWideCharactersCanBeReached_data()
+    {
+        QTest::addColumn<QString>("wide");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("wide characters") << QString(300, u'\u3042') << QString(300, u'\u3042');
+        QTest::newRow("tabs") << u"a\t"_s.repeated(100) << QString(800, u' ');
+    }
+    void TheEndOfALineOfWideCharactersCanBeReached()
+    {
+        QFETCH(QString, wide);
+        QFETCH(QString, shown);
+        LineStore store;
+        store.Append({.text = u"narrow"_s});
+        ConsoleView view(store);
+        view.setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+        view.resize(400, 200);
+        view.show();
+        view.UpdateLines({});
+        QCOMPARE(view.horizontalScrollBar()->maximum(), 0);
+        const auto room = [&] {
+            const int width = QFontMetrics(view.font()).horizontalAdvance(shown);
+            return view.horizontalScrollBar()->maximum() + view.viewport()->width() - width;
+        };
+        const int lines = 100;
+        for (int i = 0; i < lines; ++i)
+            store.Append({.text = u"more"_s});
+        store.Append({.text = wide});
+        view.UpdateLines({}); // the last line is in view
+        QVERIFY2(room() >= 0, qPrintable(QString::number(room())));
+        // Above the view it is found when the user looks there.
+        LineStore above;
+        above.Append({.text = wide});
+        for (int i = 0; i < lines; ++i)
+            above.Append({.text = u"more"_s});
+        ConsoleView scrolled(above);
+        scrolled.setFont(view.font());
+        scrolled.resize(400, 200);
+        scrolled.show();
+        scrolled.UpdateLines({});
+        QVERIFY(scrolled.verticalScrollBar()->value() > 0);
+        scrolled.verticalScrollBar()->setValue(0);
+        QVERIFY(scrolled.horizontalScrollBar()->maximum() + scrolled.viewport()->width() >=
+                QFontMetrics(view.font()).horizontalAdvance(shown));
+    }
+
+    void ALineFromRightToLeftIsLaidOutAsAWhole()
+    {
+        QString text = u"abc "_s;
+        for (int i = 0; i < 200; ++i)
+            text += QChar(char16_t(0x5d0 + i * 7 % 27));
+        LineStore store;
+        store.Append({.text = text});
+        ConsoleView view(store);
+        view.setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+        view.resize(3000, 100);
+        view.show();
+        view.UpdateLines({});
+        const auto drawn = [&](const QStringList &pieces) {
+            QImage image(view.viewport()->size(), QImage::Format_RGB32);
+            image.fill(view.palette().color(QPalette::Base));
+            QPainter painter(&image);
+            painter.setFont(view.font());
+            painter.setPen(view.palette().color(QPalette::Text));
+            int x = 8;
+            for (const QString &piece : pieces) {
+                painter.drawText(QPoint(x, QFontMetrics(view.font()).ascent()), piece);
+                x += QFontMetrics(view.font()).horizontalAdvance(piece);
+            }
+            return image;
+        };
+        if (drawn({text}) == drawn({text.first(128), text.sliced(128)}))
+            QSKIP("no font has these letters");
+        QCOMPARE(view.viewport()->grab().toImage().convertToFormat(QImage::Format_RGB32), drawn({text}));
     }
 
     void OnlyFinishedConsolesOfTheSameKeyAreTold()

@@ -17,6 +17,7 @@
 #include <QGuiApplication>
 #include <QHash>
 #include <QKeyEvent>
+#include <QList>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
@@ -28,6 +29,11 @@
 #include <QString>
 #include <QStringList>
 #include <QStringView>
+#include <QTextCharFormat>
+#include <QTextLayout>
+#include <QTextLine>
+#include <QTextOption>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -42,6 +48,19 @@ constexpr int Margin = 4;
 constexpr int MarkWidth = 4;
 /// How much of a line is laid out at once, in UTF-16 units.
 constexpr qsizetype PieceLength = 128;
+
+/// The longest line that is laid out as a whole, in UTF-16 units.
+constexpr qsizetype LongestWhole = 2000;
+constexpr char16_t FirstRightToLeft = 0x590;
+
+/// Whether a line has to be laid out as a whole, since it does not run in one direction.
+bool RunsBothWays(QStringView text)
+{
+    return text.size() <= LongestWhole && std::any_of(text.begin(), text.end(), [](QChar character) {
+               return character >= FirstRightToLeft &&
+                      (character.direction() == QChar::DirR || character.direction() == QChar::DirAL);
+           });
+}
 
 /// The sixteen colours, light enough to be read on a dark ground, dark enough on a light one.
 QColor ColourOf(int number, bool isDark)
@@ -219,9 +238,17 @@ void ConsoleView::SetRanges(bool follow)
     if (follow)
         vertical.setValue(vertical.maximum());
     const qint64 longest = std::max(m_store.LongestLine(), m_unfinished.text.size());
-    const qint64 width = longest * fontMetrics().averageCharWidth() + 2 * Margin + MarkWidth;
+    const qint64 width =
+        std::max(longest * fontMetrics().averageCharWidth(), qint64(m_widest) + 1) + 2 * Margin + MarkWidth;
     horizontalScrollBar()->setPageStep(viewport()->width());
     horizontalScrollBar()->setRange(0, int(std::max<qint64>(0, width - viewport()->width())));
+}
+
+void ConsoleView::scrollContentsBy(int dx, int dy)
+{
+    QAbstractScrollArea::scrollContentsBy(dx, dy);
+    if (dy != 0)
+        MeasureShown();
 }
 
 void ConsoleView::UpdateLines(const StyledLine &unfinished)
@@ -235,6 +262,7 @@ void ConsoleView::UpdateLines(const StyledLine &unfinished)
     SetRanges(follow);
     if (!follow)
         verticalScrollBar()->setValue(std::max(0, value));
+    MeasureShown();
     viewport()->update();
 }
 
@@ -303,6 +331,68 @@ struct ConsoleView::Faces {
     Face bold;
 };
 
+void ConsoleView::MeasureShown()
+{
+    // What is not in view is taken to be of average width: wide characters need more.
+    Faces faces(font());
+    double widest = m_widest;
+    // No character is wider than high, but a tab.
+    const int most = std::max(LineHeight(), TabColumns * fontMetrics().averageCharWidth());
+    const qint64 top = m_store.First() + verticalScrollBar()->value();
+    for (qint64 number = top; number <= std::min(top + LinesInView(), m_store.End()); ++number) {
+        const bool isStored = number < m_store.End();
+        const QStringView text = isStored ? m_store.At(number).line.text : m_unfinished.text;
+        if (double(text.size()) * most <= widest)
+            continue;
+        Face &face = isStored && m_store.At(number).mark == LineMark::Error ? faces.bold : faces.plain;
+        qsizetype column = 0;
+        widest = std::max(widest, face.WidthOf(text, column));
+    }
+    if (widest > m_widest) {
+        m_widest = widest;
+        SetRanges(false);
+    }
+}
+
+void ConsoleView::PaintWhole(QPainter &painter, const Faces &faces, QPointF at, const StyledLine &line,
+                             const QColor &plain, bool bold, bool selected) const
+{
+    const bool isDark = palette().color(QPalette::Base).lightness() < 128;
+    QString shown;
+    QList<QTextLayout::FormatRange> formats;
+    qsizetype done = 0;
+    qsizetype column = 0;
+    const auto take = [&](qsizetype end) {
+        const qsizetype start = shown.size();
+        const QString piece = Expanded(QStringView(line.text).sliced(done, end - done), column);
+        shown += piece;
+        column += piece.size();
+        done = end;
+        return std::pair(int(start), int(piece.size()));
+    };
+    for (const StyleSpan &span : line.spans) {
+        take(span.start);
+        const auto [start, length] = take(span.start + span.length);
+        QTextCharFormat format;
+        if (span.style.colour >= 0 && !selected)
+            format.setForeground(ColourOf(span.style.colour, isDark));
+        format.setFontWeight(bold || span.style.bold ? QFont::Bold : faces.plain.font.weight());
+        formats.append({start, length, format});
+    }
+    take(line.text.size());
+    QTextOption option(Qt::AlignLeft);
+    option.setTextDirection(Qt::LeftToRight);
+    option.setWrapMode(QTextOption::NoWrap);
+    QTextLayout layout(shown, bold ? faces.bold.font : faces.plain.font);
+    layout.setTextOption(option);
+    layout.setFormats(formats);
+    layout.beginLayout();
+    const QTextLine row = layout.createLine();
+    layout.endLayout();
+    painter.setPen(plain);
+    layout.draw(&painter, at - QPointF(0, row.ascent()));
+}
+
 void ConsoleView::PaintLine(QPainter &painter, Faces &faces, int y, const StyledLine &line, LineMark mark,
                             bool selected) const
 {
@@ -317,6 +407,10 @@ void ConsoleView::PaintLine(QPainter &painter, Faces &faces, int y, const Styled
     const QStringView text = line.text;
     const QColor plain = colours.color(selected ? QPalette::HighlightedText : QPalette::Text);
     double x = Margin + MarkWidth - horizontalScrollBar()->value();
+    if (RunsBothWays(text)) {
+        PaintWhole(painter, faces, QPointF(x, y + ascent), line, plain, mark == LineMark::Error, selected);
+        return;
+    }
     qsizetype column = 0;
     qsizetype done = 0;
     // By pieces: a line may be hundreds of times as long as what is in view.
@@ -379,8 +473,11 @@ void ConsoleView::resizeEvent(QResizeEvent *event)
 void ConsoleView::changeEvent(QEvent *event)
 {
     QAbstractScrollArea::changeEvent(event);
-    if (event->type() == QEvent::FontChange)
+    if (event->type() == QEvent::FontChange) {
+        m_widest = 0;
         SetRanges(IsAtEnd());
+        MeasureShown();
+    }
 }
 
 void ConsoleView::keyPressEvent(QKeyEvent *event)

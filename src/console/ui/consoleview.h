@@ -4,8 +4,10 @@
 #include "console/linestore.h"
 
 #include <QAbstractScrollArea>
+#include <QPointF>
 #include <QString>
 
+class QColor;
 class QPainter;
 
 namespace zelvane
@@ -37,6 +39,7 @@ Q_SIGNALS:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+    void scrollContentsBy(int dx, int dy) override;
     void resizeEvent(QResizeEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
@@ -51,8 +54,11 @@ private:
     qint64 LineAt(int y) const;
     bool IsAtEnd() const;
     void SetRanges(bool follow);
+    void MeasureShown();
     void Move(qint64 number, bool extend);
     struct Faces;
+    void PaintWhole(QPainter &painter, const Faces &faces, QPointF at, const StyledLine &line,
+                    const QColor &plain, bool bold, bool selected) const;
     void PaintLine(QPainter &painter, Faces &faces, int y, const StyledLine &line, LineMark mark,
                    bool selected) const;
 
@@ -61,6 +67,7 @@ private:
     qint64 m_shownFirst = 0; ///< the first line of the store when it was last shown
     qint64 m_current = -1;
     qint64 m_anchor = -1;
+    double m_widest = 0; ///< width of the widest line that was in view, pixels
 };
 
 } // namespace zelvane
