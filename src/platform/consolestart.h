@@ -24,11 +24,6 @@ struct ConsoleRun {
 /// The console program's command line. @param notify a descriptor, or -1
 QStringList ConsoleArguments(const ConsoleRun &run, int notify = -1);
 
-/// Whether a program needs no console: a desktop entry names it as one with windows of its own, or it is one
-/// of ours, or it only hands a file over to another. Interpreters are none, whatever entries run by them.
-/// @param program a path
-bool HasOwnWindow(const QString &program);
-
 /// The console program beside this one; empty where it is missing.
 QString ConsoleProgram();
 

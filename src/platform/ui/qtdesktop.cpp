@@ -4,6 +4,7 @@
 #include "platform/consolestart.h"
 #include "platform/executables.h"
 #include "platform/lostnames.h"
+#include "platform/ownwindow.h"
 #include "platform/parameters.h"
 #include "platform/runtimeerror.h"
 #include "platform/ui/filemanager.h"
