@@ -184,7 +184,7 @@ void TextControl::LoadText(QString text)
     m_map.Reset(bytes.size(), Utf16Length(bytes));
     bytes.clear();
     m_plain = true;
-    CutLongLines(0, m_map.Bytes());
+    BreakUpLongLines(0, m_map.Bytes());
 
     m_formatsApplied = false;
     ApplyLook();
@@ -205,7 +205,7 @@ void TextControl::SetText(const QString &text)
     const QByteArray bytes = ToUtf8(text);
     ReplaceBytes(0, m_map.Bytes(), bytes, UndoKind::None);
     PaintRun({0, bytes.size(), StyleClass::Text});
-    CutLongLines(0, bytes.size());
+    BreakUpLongLines(0, bytes.size());
     SetCaret({});
     Settle();
 }
@@ -318,7 +318,7 @@ void TextControl::ReplaceBytes(qsizetype start, qsizetype end, const QByteArray 
         else
             ApplyStyleBytes(start, classes);
     }
-    CutLongLines(start, start + utf8.size());
+    BreakUpLongLines(start, start + utf8.size());
     NoteEdit(unit, removed, m_map.ToUnits(start + utf8.size()) - unit);
     if (tell)
         m_untold.push_back({m_map.ToUnits(start), gone, FromUtf8(utf8)});
@@ -445,7 +445,7 @@ void TextControl::ReplaceStretches(std::size_t count, std::size_t come, const Sp
     newStyles.truncate(toStyle - newStyles.constData());
     ReplaceBytes(first, last, newBytes, UndoKind::None);
     ApplyStyleBytes(first, newStyles);
-    CutLongLines(first, first + newBytes.size());
+    BreakUpLongLines(first, first + newBytes.size());
     SetCaret({first + newBytes.size(), first + newBytes.size()});
     Settle();
 }
@@ -599,7 +599,7 @@ void TextControl::FinishInsertion()
         if (const QByteArray styles = kept.Pop(come.length); !styles.isEmpty())
             ApplyStyleBytes(come.position, styles);
     }
-    CutLongLines(come.position, come.position + come.length);
+    BreakUpLongLines(come.position, come.position + come.length);
     const qsizetype unit = m_map.ToUnits(come.position);
     NoteEdit(unit, 0, m_map.ToUnits(come.position + come.length) - unit);
     if (TextAccessible::IsHeard())

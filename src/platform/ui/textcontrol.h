@@ -77,8 +77,8 @@ public:
     StyleClass StyleAt(qsizetype offset) const;
     /// The classes of a stretch, offsets from its start, without those of class Text.
     StyleRuns RunsBetween(qsizetype start, qsizetype end) const;
-    /// How often ApplyStyles was called: who remembers classes sees by it that somebody else has given
-    /// others.
+    /// Counts the calls of ApplyStyles, so that a cache of classes can tell that another caller has changed
+    /// them.
     quint64 Colourings() const { return m_colourings; }
     StyledText Styled(qsizetype start, qsizetype end) const override;
 
@@ -208,12 +208,6 @@ private:
         int type = 0;
     };
 
-    /// The bit of a style byte, above the class, that tells neighbouring steps of a long line apart.
-    static constexpr char StepBit = 8;
-    static_assert(StyleClassCount <= StepBit);
-    /// Lines of so many bytes are cut into steps.
-    static constexpr qsizetype LongLineBytes = 4096;
-
     long Send(unsigned message, qint64 wParam = 0, qint64 lParam = 0) const;
     long SendBytes(unsigned message, qint64 wParam, const char *bytes) const;
     /// The bytes [start, start + length) inside the control; good until the next message.
@@ -232,13 +226,12 @@ private:
     void ApplyStyleBytes(qsizetype start, const QByteArray &styles);
     /// The class of the byte before a position; Text at the start.
     char ClassBefore(qsizetype position) const;
-    /// Scintilla measures the whole of a line whenever it changes, and is quick with short pieces of one
-    /// style that it has met before. So in a long line steps of two characters take turns between two styles
-    /// that look the same. To be called when the bytes [start, end) are new or have got other classes.
-    void CutLongLines(qsizetype start, qsizetype end);
-    /// Whether the bytes of a long line take turns already, as far as a few looks tell.
-    bool IsCut(qsizetype start, qsizetype length) const;
-    void Cut(qsizetype start, qsizetype end);
+    /// Gives long lines alternating styles. To be called when the bytes [start, end) are new or have got
+    /// other classes.
+    void BreakUpLongLines(qsizetype start, qsizetype end);
+    /// Whether the styles of a long line alternate already, as far as a few looks tell.
+    bool IsAlternating(qsizetype start, qsizetype length) const;
+    void AlternateStyles(qsizetype start, qsizetype end);
 
     CaretSpan Caret() const;
     void SetCaret(const CaretSpan &span);

@@ -2,6 +2,7 @@
 
 // The text control's colours, font, word wrap and tab stops.
 
+#include "platform/longlinestyles.h"
 #include "platform/ui/scintillacolour.h"
 #include "platform/ui/systemcolours.h"
 #include "platform/ui/textcontrol.h"

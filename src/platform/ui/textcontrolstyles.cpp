@@ -2,6 +2,7 @@
 
 // The text control's style bytes.
 
+#include "platform/longlinestyles.h"
 #include "platform/ui/textcontrol.h"
 
 #include <algorithm>
@@ -22,39 +23,6 @@ constexpr qsizetype BytesAsDearAsARun = 10;
 
 // From so many runs on it pays to keep Scintilla from asking where each of them stands on the screen.
 constexpr size_t ManyRuns = 256;
-
-// In characters.
-constexpr int StepLength = 2;
-
-/// The class in a style byte.
-char ClassOf(char style)
-{
-    return char(style & 7);
-}
-
-/// Whether a character looks the same wherever the text before it ends: a letter that joins others, or a mark
-/// over one, does not.
-bool StandsAlone(QByteArrayView character)
-{
-    if (character.size() == 1)
-        return uchar(character.front()) < 0x80;
-    const QString text = QString::fromUtf8(character);
-    if (text.size() != 1 || text.front().isMark() || text.front().category() == QChar::Other_Format)
-        return false;
-    switch (text.front().script()) {
-    case QChar::Script_Common:
-    case QChar::Script_Latin:
-    case QChar::Script_Greek:
-    case QChar::Script_Cyrillic:
-    case QChar::Script_Han:
-    case QChar::Script_Hiragana:
-    case QChar::Script_Katakana:
-    case QChar::Script_Hangul:
-        return true;
-    default:
-        return false;
-    }
-}
 
 } // namespace
 
@@ -139,7 +107,7 @@ void TextControl::ApplyStyles(qsizetype start, qsizetype end, const StyleRuns &r
     if (!m_plain || !runs.empty()) {
         m_plain = m_plain && runs.empty();
         PaintRuns(range, runs);
-        CutLongLines(range.start, range.end);
+        BreakUpLongLines(range.start, range.end);
     }
 }
 
@@ -260,7 +228,7 @@ char TextControl::ClassBefore(qsizetype position) const
 
 // Long lines
 
-void TextControl::CutLongLines(qsizetype start, qsizetype end)
+void TextControl::BreakUpLongLines(qsizetype start, qsizetype end)
 try {
     qsizetype first = Send(SCI_POSITIONFROMLINE, Send(SCI_LINEFROMPOSITION, start));
     while (first <= end && m_map.Bytes() - first >= LongLineBytes) {
@@ -269,18 +237,20 @@ try {
             continue;
         }
         const qsizetype length = Send(SCI_LINELENGTH, Send(SCI_LINEFROMPOSITION, first));
-        if (IsCut(first, length))
-            Cut(std::max(first, start), std::min(first + length, end));
+        if (IsAlternating(first, length))
+            AlternateStyles(std::max(first, start), std::min(first + length, end));
         else
-            Cut(first, first + length);
+            AlternateStyles(first, first + length);
         first += length;
     }
 } catch (const std::bad_alloc &) {
     // Such a line is slow then. The edit that made it stands.
 }
 
-bool TextControl::IsCut(qsizetype start, qsizetype length) const
+bool TextControl::IsAlternating(qsizetype start, qsizetype length) const
 {
+    // A step is a few characters, so a look meets many of them. What lies between the looks is not known:
+    // where nothing alternates there, the line is slow, and nothing else.
     constexpr int looks = 16;
     constexpr qsizetype width = 300;
     static_assert(width <= LongLineBytes);
@@ -297,32 +267,18 @@ bool TextControl::IsCut(qsizetype start, qsizetype length) const
     return true;
 }
 
-void TextControl::Cut(qsizetype start, qsizetype end)
+void TextControl::AlternateStyles(qsizetype start, qsizetype end)
 {
     QByteArray styles(std::min(end - start, StyleChunk), Qt::Uninitialized);
-    const bool set = start > 0 && (Send(SCI_GETSTYLEAT, start - 1) & StepBit);
-    char bit = set ? 0 : StepBit;
-    int taken = 0;
+    StepAlternation alternation(start > 0 ? char(Send(SCI_GETSTYLEAT, start - 1)) : char());
     for (qsizetype done = start; done < end; done += styles.size()) {
         styles.resize(std::min(end - done, StyleChunk));
         char *style = styles.data();
         ReadStyles(done, styles.size(), [style](const char *cells, qsizetype count) {
             for (qsizetype i = 0; i < count; ++i)
-                style[i] = ClassOf(cells[2 * i]);
+                style[i] = cells[2 * i];
         });
-        const QByteArrayView text = Bytes(done, styles.size());
-        for (qsizetype at = 0; at < text.size();) {
-            qsizetype next = at + 1;
-            while (next < text.size() && (uchar(text[next]) & 0xC0) == 0x80)
-                ++next;
-            if (taken >= StepLength && StandsAlone(text.sliced(at, next - at))) {
-                bit ^= StepBit;
-                taken = 0;
-            }
-            ++taken;
-            for (; at < next; ++at)
-                style[at] = char(style[at] | bit);
-        }
+        alternation.Apply(Bytes(done, styles.size()), style);
         ApplyStyleBytes(done, styles);
     }
 }
