@@ -49,10 +49,77 @@ RunTimeError OutOfMemory()
     return {ErrorNumber::OutOfMemory, u"Out of memory"_s};
 }
 
-/// The room that a text of so many bytes is given, with some for what is typed.
+// Room in bytes for what is typed into a text: a part of the text, within limits. Less would be asked for
+// more often, and each time Scintilla copies the text.
+constexpr qsizetype SpareDivisor = 16;
+constexpr qsizetype LeastSpare = 64 * 1024;
+constexpr qsizetype MostSpare = 4 * 1024 * 1024;
+
+// What a change takes beside the text, in bytes: estimates, for Scintilla's tables and for its steps of undo.
+constexpr qsizetype MemoryPerLine = 32;
+constexpr qsizetype MemoryPerStep = 128;
+constexpr qsizetype MemoryAlways = 1024 * 1024;
+
+// Widths of measured pieces that Scintilla keeps, since a long line is laid out again at each key. There are
+// some 9000 pairs of ASCII characters, the pieces of long lines, in two styles of each class.
+constexpr int KeptWidths = 32768;
+
+/// The room that a text of so many bytes is given.
 qsizetype RoomFor(qsizetype bytes)
 {
-    return bytes + 1 + std::clamp<qsizetype>(bytes / 16, 64 * 1024, 4 * 1024 * 1024);
+    return bytes + 1 + std::clamp(bytes / SpareDivisor, LeastSpare, MostSpare);
+}
+
+/// Bytes of a text, and a style byte for each.
+struct StyledBytes {
+    QByteArray bytes;
+    QByteArray styles;
+};
+
+/// A piece of text with other text in the place of some of its stretches; that takes the style before it.
+/// @param style before the piece @param come as ReplaceStretches takes it, and what follows
+template <typename SpanAt, typename BytesAt>
+StyledBytes Spliced(QByteArrayView bytes, const QByteArray &styles, bool isAscii, char style,
+                    std::size_t count, std::size_t come, const SpanAt &spanAt, const BytesAt &bytesAt)
+{
+    const qsizetype most = bytes.size() + qsizetype(come);
+    StyledBytes spliced{QByteArray(most, Qt::Uninitialized), QByteArray(most, Qt::Uninitialized)};
+    char *toByte = spliced.bytes.data();
+    char *toStyle = spliced.styles.data();
+
+    qsizetype at = 0;
+    qsizetype unit = spanAt(0).start;
+    const auto walkTo = [&](qsizetype target) {
+        if (isAscii) {
+            at += target - unit;
+            unit = target;
+            return;
+        }
+        for (; at < bytes.size(); ++at) {
+            const uchar byte = uchar(bytes[at]);
+            if ((byte & 0xC0) == 0x80)
+                continue;
+            if (unit >= target)
+                return;
+            unit += byte >= 0xF0 ? 2 : 1;
+        }
+    };
+    for (std::size_t i = 0; i < count; ++i) {
+        const TextSpan span = spanAt(i);
+        const QByteArray &put = bytesAt(i);
+        const qsizetype from = at;
+        walkTo(span.start);
+        toByte = std::copy(bytes.data() + from, bytes.data() + at, toByte);
+        toStyle = std::copy(styles.constData() + from, styles.constData() + at, toStyle);
+        if (toStyle != spliced.styles.constData())
+            style = toStyle[-1];
+        toByte = std::copy(put.begin(), put.end(), toByte);
+        toStyle = std::fill_n(toStyle, put.size(), style);
+        walkTo(span.end);
+    }
+    spliced.bytes.truncate(toByte - spliced.bytes.constData());
+    spliced.styles.truncate(toStyle - spliced.styles.constData());
+    return spliced;
 }
 
 /// Memory that is taken, not touched, and given back with the end of its scope.
@@ -97,8 +164,7 @@ TextControl::TextControl(Desktop &desktop, QWidget *parent)
     Send(SCI_SETSCROLLWIDTHTRACKING, 1);
     Send(SCI_SETSCROLLWIDTH, 1);
     Send(SCI_SETLAYOUTCACHE, SC_CACHE_PAGE);
-    // Measured pieces are kept: a long line is laid out again at each key.
-    Send(SCI_SETPOSITIONCACHE, 32768);
+    Send(SCI_SETPOSITIONCACHE, KeptWidths);
     Send(SCI_SETCARETLINEVISIBLE, 0);
 
     m_font.family = QFontDatabase::systemFont(QFontDatabase::FixedFont).family();
@@ -328,17 +394,14 @@ void TextControl::ReplaceBytes(qsizetype start, qsizetype end, const QByteArray 
 
 void TextControl::ExpectMemory(qsizetype gone, QByteArrayView come, qsizetype length)
 {
-    constexpr qsizetype perLine = 32;
-    constexpr qsizetype perStep = 128;
-    constexpr qsizetype always = 1024 * 1024;
     m_largest = std::max({m_largest, length, m_map.Bytes()});
     const qsizetype room = RoomFor(length);
     try {
         const Probe text(length < m_room ? 0 : room);
         const Probe styles(length < m_room ? 0 : room);
         const Probe rest(2 * gone + come.size() +
-                         perLine * (LineCount() + std::count(come.begin(), come.end(), '\n')) +
-                         perStep * qsizetype(m_steps.Count()) + always);
+                         MemoryPerLine * (LineCount() + std::count(come.begin(), come.end(), '\n')) +
+                         MemoryPerStep * qsizetype(m_steps.Count()) + MemoryAlways);
     } catch (const std::bad_alloc &) {
         throw OutOfMemory();
     }
@@ -402,51 +465,16 @@ void TextControl::ReplaceStretches(std::size_t count, std::size_t come, const Sp
     // records.
     const qsizetype first = m_map.ToByte(spanAt(0).start);
     const qsizetype last = m_map.ToByte(spanAt(count - 1).end);
-    char style = ClassBefore(first);
+    // Both are asked for before the bytes, which are good until the next message.
+    const char before = ClassBefore(first);
     const QByteArray styles = StyleBytes(first, last - first);
-    const QByteArrayView bytes = Bytes(first, last - first);
-    const qsizetype most = bytes.size() + qsizetype(come);
-    QByteArray newBytes(most, Qt::Uninitialized);
-    QByteArray newStyles(most, Qt::Uninitialized);
-    char *toByte = newBytes.data();
-    char *toStyle = newStyles.data();
-
-    qsizetype at = 0;
-    qsizetype unit = spanAt(0).start;
-    const auto walkTo = [&](qsizetype target) {
-        if (m_map.IsAscii()) {
-            at += target - unit;
-            unit = target;
-            return;
-        }
-        for (; at < bytes.size(); ++at) {
-            const uchar byte = uchar(bytes[at]);
-            if ((byte & 0xC0) == 0x80)
-                continue;
-            if (unit >= target)
-                return;
-            unit += byte >= 0xF0 ? 2 : 1;
-        }
-    };
-    for (std::size_t i = 0; i < count; ++i) {
-        const TextSpan span = spanAt(i);
-        const QByteArray &put = bytesAt(i);
-        const qsizetype from = at;
-        walkTo(span.start);
-        toByte = std::copy(bytes.data() + from, bytes.data() + at, toByte);
-        toStyle = std::copy(styles.constData() + from, styles.constData() + at, toStyle);
-        if (toStyle != newStyles.constData())
-            style = toStyle[-1];
-        toByte = std::copy(put.begin(), put.end(), toByte);
-        toStyle = std::fill_n(toStyle, put.size(), style);
-        walkTo(span.end);
-    }
-    newBytes.truncate(toByte - newBytes.constData());
-    newStyles.truncate(toStyle - newStyles.constData());
-    ReplaceBytes(first, last, newBytes, UndoKind::None);
-    ApplyStyleBytes(first, newStyles);
-    BreakUpLongLines(first, first + newBytes.size());
-    SetCaret({first + newBytes.size(), first + newBytes.size()});
+    const StyledBytes put =
+        Spliced(Bytes(first, last - first), styles, m_map.IsAscii(), before, count, come, spanAt, bytesAt);
+    const qsizetype end = first + put.bytes.size();
+    ReplaceBytes(first, last, put.bytes, UndoKind::None);
+    ApplyStyleBytes(first, put.styles);
+    BreakUpLongLines(first, end);
+    SetCaret({end, end});
     Settle();
 }
 
