@@ -115,7 +115,10 @@ QColor ReadableTwin(const QColor &colour, const QColor &background)
 QColor VisibleLine(const QColor &ink, const QList<QColor> &backgrounds)
 {
     const QColor first = backgrounds.front();
-    for (int percent = 30; percent < 100; percent += 2) {
+    // As faint as it may be: from what is hardly seen anywhere, in steps that nobody sees.
+    constexpr int faintest = 30;
+    constexpr int step = 2;
+    for (int percent = faintest; percent < 100; percent += step) {
         const auto mix = [percent](int of, int with) {
             return (of * percent + with * (100 - percent)) / 100;
         };

@@ -131,11 +131,13 @@ void TextControl::SetTabWidth(int dialogUnits)
 
 void TextControl::ApplyTabWidth()
 {
-    int columns = 8;
+    constexpr int ownColumns = 8;
+    constexpr double mostColumns = 1000; // wider than any window
+    int columns = ownColumns;
     if (m_tabUnits > 0) {
         const double pixels = m_tabUnits * QFontMetricsF(QApplication::font()).averageCharWidth() / 4;
         const double blank = double(std::max<long>(SendBytes(SCI_TEXTWIDTH, STYLE_DEFAULT, " "), 1));
-        columns = int(std::clamp(std::round(pixels / blank), 1.0, 1000.0));
+        columns = int(std::clamp(std::round(pixels / blank), 1.0, mostColumns));
     }
     Send(SCI_SETTABWIDTH, columns);
 }

@@ -478,7 +478,7 @@ void TextDecorations::ApplyLook()
         Indicator indicator;
         int style;
         QColor colour;
-        int fill = 40; ///< of 255, as the next one
+        int fill = 40; ///< of 255, as the next one: the ground shows through, and the edge is seen
         int outline = 200;
     };
     const Row rows[] = {
