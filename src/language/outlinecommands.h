@@ -12,8 +12,8 @@ namespace zelvane
 // What the code outline does with the document. A node is given by its place in the outline.
 
 /// A click on a node: brings its element to the caret and to the top of the view and tells about it in the
-/// status line. Nothing moves when the caret is there already, with or without a
-/// selection behind it, or for a root.
+/// status line. Nothing moves when the caret is there already, with or without a selection behind it, or for
+/// a root.
 void ShowOutlineNode(EditorContext &editor, const Outline &outline, qsizetype place);
 
 /// The number of the instrument that a node is, or hangs below; 0 for all other nodes.

@@ -52,8 +52,7 @@ private:
 int WriteAll(int descriptor, const QByteArray &bytes);
 /// Forces to the disk. A file system that cannot do so has said all it can. @return 0 or the error
 int Flush(int descriptor);
-/// Makes a renaming last through a power cut. The file itself is safe by now, so a failure is none of the
-/// caller's.
+/// Makes a renaming last through a power cut. Failure is ignored: the file itself is on the disk already.
 void FlushFolder(const QByteArray &folder);
 /// Gives a file a name that nothing has yet. @return 0 or the error, EEXIST when something has it
 int RenameNew(const QByteArray &from, const QByteArray &to);

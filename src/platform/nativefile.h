@@ -69,8 +69,7 @@ bool IsSettled(const FileStamp &stamp);
 QString FollowLinks(const QString &name);
 
 /// The right to write a file, held against all other processes that ask for it. It lies on the file beside
-/// it, `name` plus
-/// ".lock", which stays. The system takes it back when the process ends, however it ends.
+/// it, `name` plus ".lock", which stays. The system takes it back when the process ends, however it ends.
 class FileLock
 {
 public:

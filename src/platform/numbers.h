@@ -14,7 +14,7 @@ namespace zelvane
 // Numbers in texts and files, always in the C locale: the point is the decimal mark, and nothing groups the
 // digits.
 
-/// Whether a character is a digit from 0 to 9; those of other scripts are none.
+/// Whether a character is an ASCII digit.
 constexpr bool IsDigit(QChar c)
 {
     return c >= u'0' && c <= u'9';

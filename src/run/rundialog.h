@@ -34,9 +34,8 @@ FileDialogRequest BrowseRequest(FileKind kind, const QString &field, const QStri
                                 const EditorContext &editor);
 
 /// Starts the compiler as the fields tell, and remembers them. File names with a blank get double quotes in
-/// the fields themselves. @return whether the dialog closes; it stays when a macro or the save
-/// failed. @throws
-/// RunTimeError
+/// the fields themselves. @return whether the dialog closes; it stays when a macro or the save failed.
+/// @throws RunTimeError
 bool RunCsound(RunDialogFields &fields, RunContext &context);
 
 } // namespace zelvane

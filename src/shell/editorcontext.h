@@ -46,8 +46,8 @@ class ProgramWindows
 {
 public:
     virtual ~ProgramWindows() = default;
-    /// Whether no other window of the program, such as a dialog, is the active one; also while the main
-    /// window is minimized or another program is in front.
+    /// False only while another window of the program, such as a dialog, is the active one: true also while
+    /// the main window is minimized or another program is in front.
     virtual bool MainWindowActive() const = 0;
     virtual void MinimizeMainWindow() = 0;
     virtual void RaiseMainWindow() = 0;

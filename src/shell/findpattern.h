@@ -85,8 +85,8 @@ private:
     bool SearchPlace(Progress &at, std::optional<PatternHit> &hit);
     /// All places of the stretch at once. @return the same
     bool SearchStretch(Progress &at, std::optional<PatternHit> &hit) const;
-    /// Whether a search of the whole text from there on comes back soon, with a hit or without: growing parts
-    /// of it are searched, and their time is taken.
+    /// Whether the rest of the text is searched quickly, with a hit or without: the time of growing parts of
+    /// it tells.
     bool IsWholeQuick(qsizetype from) const;
     Attempt AttemptAt(qsizetype place, PatternHit &hit) const;
     static PatternHit HitOf(const QRegularExpressionMatch &match);

@@ -8,8 +8,8 @@ namespace zelvane
 
 /// What SplitPath answers; the numbers are its modes.
 enum class PathPart {
-    WithoutExtension =
-        0,         ///< the text before the last "." of the file name; the whole path when there is none
+    /// The text before the last "." of the file name; the whole path when there is none.
+    WithoutExtension = 0,
     Folder = 1,    ///< the text before the last separator; empty when there is none
     BaseName = 2,  ///< the file name without its extension; empty unless the file is on disk
     Quoted = 3,    ///< the path, in double quotes if it holds a blank

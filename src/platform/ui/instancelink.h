@@ -54,8 +54,8 @@ public:
     /// be busy for as long as a render takes, and reads the message then.
     bool Notify(Call call, const QByteArray &activationToken);
 
-    /// Makes this process one that others find. Where there is no runtime folder nobody finds it, and nothing
-    /// else is wrong. @return whether others can find it
+    /// Makes this process one that others find. A missing runtime folder is not an error: then nobody finds
+    /// it. @return whether others can find it
     bool Listen();
     /// What a message does; those that came before are delivered at once, as one, which is a hand-over if one
     /// of them was. A message that comes while another one is being served waits for its end.

@@ -49,9 +49,9 @@ public:
     void SetClipboardText(const QString &text) override;
 
     /// An executable is started on its own, in its folder; in a console where it has no window of its own, or
-    /// else with its standard output going where the editor's goes;
-    /// a folder goes to the file manager, anything else to its default handler. A started program outlives
-    /// the editor. With the verb "openas" the user picks the program that opens the file.
+    /// else with its standard output going where the editor's goes. A folder goes to the file manager,
+    /// anything else to its default handler. A started program outlives the editor. With the verb "openas"
+    /// the user picks the program that opens the file.
     int ShellRun(const ShellRequest &request) override;
     bool RunAndWait(const ProcessRequest &request, const std::function<void()> &started = {}) override;
     QString EnvironmentVariable(const QString &name) const override;

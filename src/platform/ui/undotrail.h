@@ -23,8 +23,8 @@ struct UndoStep {
     UndoKind kind = UndoKind::None;
     CaretSpan before;
     CaretSpan after;
-    bool goesOn =
-        false; ///< undone and redone in one go with the step before it, as the letters of a word are
+    /// Undone and redone in one go with the step before it, as the letters of a word are.
+    bool goesOn = false;
 };
 
 /// The undo steps beside the text control's own, one for each: the control knows the text of a step, this
