@@ -1,14 +1,9 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Two programs on one file: none writes over the other's work without a question."""
 
-from support.stage import check, copy_example, equal, main
+from support.stage import check, copy_example, equal, main, options
 
-STORE = """[Options]
-Used=2
-Splash=0
-Startup=2
-MultipleInstances=1
-"""
+STORE = options(Startup=2, MultipleInstances=1)
 
 
 def started(stage, piece):

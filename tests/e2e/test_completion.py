@@ -3,21 +3,9 @@
 looking at, on a light and on a dark desktop."""
 
 from support.csound import sound_of
-from support.stage import dark_desktop, equal, main, settled
+from support.stage import WIDE, dark_desktop, equal, main, options, settled
 
-STORE = """[Options]
-Used=2
-Splash=0
-CodeOutline=0
-RelatedFiles=0
-Completion=1
-AutoComplete=1
-ArgumentHint=1
-X=600
-Y=600
-Width=15000
-Height=12000
-"""
+STORE = options(WIDE, CodeOutline=0, RelatedFiles=0, Completion=1, AutoComplete=1, ArgumentHint=1)
 
 EXPECTED = """<CsoundSynthesizer>
 <CsInstruments>

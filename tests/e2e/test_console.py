@@ -8,13 +8,9 @@ import subprocess
 import wave
 
 from support.consoles import console_of, consoles, log_of, processes, write_program
-from support.stage import PATIENCE, Window, check, copy_example, equal, main, rendered, settled
+from support.stage import PATIENCE, Window, check, copy_example, equal, main, options, rendered, settled
 
-STORE = """[Options]
-Used=2
-Splash=0
-Csound=/usr/bin/csound
-
+STORE = options(Csound="/usr/bin/csound") + """
 [Presets]
 Render=
 Record=
@@ -194,11 +190,7 @@ i 1 0 36000
 </CsoundSynthesizer>
 """
 
-LIVE_STORE = """[Options]
-Used=2
-Splash=0
-Csound=/usr/bin/csound
-
+LIVE_STORE = options(Csound="/usr/bin/csound") + """
 [Presets]
 Live=
 

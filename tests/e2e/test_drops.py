@@ -3,17 +3,9 @@
 
 from pathlib import Path
 
-from support.stage import check, equal, main, settled
+from support.stage import check, equal, main, options, settled
 
-STORE = """[Options]
-Used=2
-Splash=0
-BandRow3=0
-X=600
-Y=2400
-Width=14400
-Height=10200
-"""
+STORE = options(BandRow3=0, X=600, Y=2400, Width=14400, Height=10200)
 
 
 class Source:

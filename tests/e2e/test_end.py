@@ -4,13 +4,9 @@
 import os
 import signal
 
-from support.stage import check, copy_example, equal, main, settled
+from support.stage import check, copy_example, equal, main, options, settled
 
-STORE = """[Options]
-Used=2
-Splash=0
-Startup=2
-"""
+STORE = options(Startup=2)
 
 
 def signal_closes_as_the_user_does(stage):

@@ -6,18 +6,9 @@ from html.parser import HTMLParser
 
 from support.pictures import pixels
 from support.printserver import PrintServer
-from support.stage import check, equal, main, settled
+from support.stage import WIDE, check, equal, main, options, settled
 
-STORE = """[Options]
-Used=2
-Splash=0
-CodeOutline=0
-RelatedFiles=0
-X=600
-Y=600
-Width=15000
-Height=12000
-"""
+STORE = options(WIDE, CodeOutline=0, RelatedFiles=0)
 
 TEXT, COMMENT, OPCODE, MACRO, LITERAL = "#000000", "#008000", "#0000ff", "#800080", "#008080"
 

@@ -3,18 +3,9 @@
 
 import os
 
-from support.stage import DISPLAY_SIZE, check, copy_example, dark_desktop, equal, main, settled
+from support.stage import DISPLAY_SIZE, WIDE, check, copy_example, dark_desktop, equal, main, options, settled
 
-STORE = """[Options]
-Used=2
-Splash=0
-FindInFiles=1
-RegularExpressions=1
-X=600
-Y=600
-Width=15000
-Height=12000
-"""
+STORE = options(WIDE, FindInFiles=1, RegularExpressions=1)
 
 
 def pieces(stage):

@@ -4,13 +4,9 @@
 import os
 import signal
 
-from support.stage import PATIENCE, Window, check, copy_example, equal, main
+from support.stage import PATIENCE, Window, check, copy_example, equal, main, options
 
-STORE = """[Options]
-Used=2
-Splash=0
-Startup=2
-"""
+STORE = options(Startup=2)
 
 
 def open_editor(stage, *arguments):

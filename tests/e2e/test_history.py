@@ -1,17 +1,9 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Files walked through by the history, and a piece taken from its pair to one file and back."""
 
-from support.stage import check, equal, main, settled
+from support.stage import NARROW, check, equal, main, options, settled
 
-STORE = """[Options]
-Used=2
-Splash=0
-Startup=2
-X=600
-Y=600
-Width=14400
-Height=10200
-"""
+STORE = options(NARROW, Startup=2)
 
 ORCHESTRA = b"sr = 44100\r\ninstr 1\r\na1 oscil 10000, 440, 1\r\nout a1\r\nendin\r\n"
 SCORE = b"f1 0 4096 10 1\r\ni1 0 1\r\ne\r\n"

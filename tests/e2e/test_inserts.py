@@ -2,19 +2,9 @@
 """A piece written with the Insert menu by keys alone, which Csound then renders; the pictures are for looking at."""
 
 from support.csound import sound_of
-from support.stage import equal, main, settled
+from support.stage import WIDE, equal, main, options, settled
 
-STORE = """[Options]
-Used=2
-Splash=0
-CodeOutline=0
-RelatedFiles=0
-LineWidth=24
-X=600
-Y=600
-Width=15000
-Height=12000
-"""
+STORE = options(WIDE, CodeOutline=0, RelatedFiles=0, LineWidth=24)
 
 VOICE = b"a1 oscil 10000, 440\r\nout a1\r\n"
 EXPECTED = (

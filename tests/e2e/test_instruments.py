@@ -3,19 +3,9 @@
 with its slider; the pictures are for looking at."""
 
 from support.csound import sound_of
-from support.stage import Sound, check, copy_example, equal, main, settled
+from support.stage import WIDE, Sound, check, copy_example, equal, main, options, settled
 
-STORE = """[Options]
-Used=2
-Splash=0
-Startup=2
-CodeOutline=0
-RelatedFiles=0
-X=600
-Y=600
-Width=15000
-Height=12000
-"""
+STORE = options(WIDE, Startup=2, CodeOutline=0, RelatedFiles=0)
 
 # Name, description, most, unit and variable of p4 to p7.
 FIELDS = (

@@ -1,13 +1,9 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Where the keyboard is after menus and dialogs; what is typed then must come into the text."""
 
-from support.stage import check, main, settled
+from support.stage import check, main, options, settled
 
-STORE = """[Options]
-Used=2
-Splash=0
-RelatedFiles=0
-"""
+STORE = options(RelatedFiles=0)
 
 
 def the_text_gets_the_keyboard_back(stage):

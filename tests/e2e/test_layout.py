@@ -3,13 +3,9 @@
 
 import subprocess
 
-from support.stage import check, copy_example, equal, main
+from support.stage import check, copy_example, equal, main, options
 
-STORE = """[Options]
-Used=2
-Splash=0
-Csound=/usr/bin/csound
-
+STORE = options(Csound="/usr/bin/csound") + """
 [Presets]
 Render=
 Play=

@@ -4,20 +4,9 @@
 import subprocess
 
 from support.pictures import lightness
-from support.stage import check, copy_example, dark_desktop, equal, main
+from support.stage import NARROW, check, copy_example, dark_desktop, equal, main, options
 
-STORE = """[Options]
-Used=2
-Splash=0
-Csound=/usr/bin/csound
-BandRow3=0
-BandWidth2=330
-PanelLabels=-1
-X=600
-Y=600
-Width=14400
-Height=10200
-
+STORE = options(NARROW, Csound="/usr/bin/csound", BandRow3=0, BandWidth2=330, PanelLabels=-1) + """
 [Presets]
 Render=
 Listen=

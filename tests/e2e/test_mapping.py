@@ -3,19 +3,9 @@
 looking at."""
 
 from support.csound import sound_of
-from support.stage import dark_desktop, equal, main, settled
+from support.stage import WIDE, dark_desktop, equal, main, options, settled
 
-STORE = """[Options]
-Used=2
-Splash=0
-Startup=2
-CodeOutline=0
-RelatedFiles=0
-X=600
-Y=600
-Width=15000
-Height=12000
-"""
+STORE = options(WIDE, Startup=2, CodeOutline=0, RelatedFiles=0)
 
 ORCHESTRA = """sr = 44100
 kr = 4410

@@ -1,21 +1,10 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Numbers changed in the real window, by keys and by the slider of a right click; the pictures are for looking at."""
 
-from support.stage import check, dark_desktop, equal, main, settled
+from support.stage import WIDE, check, dark_desktop, equal, main, options, settled
 
 # Digits so large that every click on the left hits one.
-STORE = """[Options]
-Used=2
-Splash=0
-Startup=2
-CodeOutline=0
-RelatedFiles=0
-FontSize=60
-X=600
-Y=600
-Width=15000
-Height=12000
-"""
+STORE = options(WIDE, Startup=2, CodeOutline=0, RelatedFiles=0, FontSize=60)
 
 LINES = 9
 

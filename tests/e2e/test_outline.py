@@ -2,18 +2,9 @@
 """The code outline by keys alone, on a piece of Csound's own manual; the pictures are for looking at."""
 
 from support.pictures import pixels
-from support.stage import check, copy_example, dark_desktop, equal, main
+from support.stage import WIDE, check, copy_example, dark_desktop, equal, main, options
 
-STORE = """[Options]
-Used=2
-Splash=0
-RelatedFiles=0
-ExpandBrowse=1
-X=600
-Y=600
-Width=15000
-Height=12000
-"""
+STORE = options(WIDE, RelatedFiles=0, ExpandBrowse=1)
 
 HIGHLIGHT = (61, 174, 233)
 BACKGROUND = (27, 30, 32)

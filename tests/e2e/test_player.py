@@ -5,12 +5,9 @@ import os
 import subprocess
 import time
 
-from support.stage import check, equal, main, rendered
+from support.stage import check, equal, main, options, rendered
 
-STORE = """[Options]
-Used=2
-Splash=0
-Csound=/usr/bin/csound
+STORE = options(Csound="/usr/bin/csound") + """
 [Presets]
 Render=
 [Render]

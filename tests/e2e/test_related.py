@@ -3,17 +3,9 @@
 
 import os
 
-from support.stage import check, copy_example, dark_desktop, equal, main, settled
+from support.stage import WIDE, check, copy_example, dark_desktop, equal, main, options, settled
 
-STORE = """[Options]
-Used=2
-Splash=0
-CodeOutline=0
-X=600
-Y=600
-Width=15000
-Height=12000
-"""
+STORE = options(WIDE, CodeOutline=0)
 
 
 def piece_with_files(stage):

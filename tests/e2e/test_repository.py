@@ -5,20 +5,11 @@ import shutil
 from pathlib import Path
 
 from support.csound import sound_of
-from support.stage import check, dark_desktop, equal, main, settled
+from support.stage import WIDE, check, dark_desktop, equal, main, options, settled
 
 DATA = Path(__file__).resolve().parents[2] / "data"
 
-STORE = """[Options]
-Used=2
-Splash=0
-CodeOutline=0
-RelatedFiles=0
-X=600
-Y=600
-Width=15000
-Height=12000
-"""
+STORE = options(WIDE, CodeOutline=0, RelatedFiles=0)
 
 INSTRUMENT = "instr 1 ; a tone\n\tkenv\tlinen\t10000, .01, p3, .05\n\taout\toscili\tkenv, 440\n\tout\taout\nendin"
 HEADER = "sr = 44100\nkr = 4410\nksmps = 10\nnchnls = 1\n\n"

@@ -4,15 +4,12 @@
 import sys
 from pathlib import Path
 
-from support.stage import Sound, check, copy_example, equal, main, rendered
+from support.stage import Sound, check, copy_example, equal, main, options, rendered
 
 DIALOG = "Zelvane - Run Csound"
 FLAGS = "Zelvane - Csound Flags"
 
-STORE = """[Options]
-Used=2
-Splash=0
-"""
+STORE = options()
 
 
 # What a program says goes to where this one was started from.

@@ -3,27 +3,10 @@
 for looking at."""
 
 from support.csound import sound_of
-from support.stage import check, dark_desktop, main
+from support.stage import check, dark_desktop, main, options
 
-STORE = """[Options]
-Used=2
-Splash=0
-RelatedFiles=0
-TabInsertSpaces=-1
-TabSpaces=2
-X=600
-Y=600
-Width=12000
-Height=10200
-AutoIndent=-1
-BracketMatch=-1
-SameWord=-1
-Folding=-1
-Bookmarks=-1
-MoveLines=-1
-LineNumbers=-1
-CurrentLine=-1
-"""
+STORE = options(RelatedFiles=0, TabInsertSpaces=-1, TabSpaces=2, X=600, Y=600, Width=12000, Height=10200,
+                AutoIndent=-1, BracketMatch=-1, SameWord=-1, Folding=-1, Bookmarks=-1, MoveLines=-1, LineNumbers=-1, CurrentLine=-1)
 
 BEFORE = """<CsoundSynthesizer>
 <CsInstruments>

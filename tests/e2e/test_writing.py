@@ -2,18 +2,9 @@
 """Writing aids: turned on and off in Preferences by keys, and a piece that is typed; the pictures are for looking at."""
 
 from support.pictures import pixels
-from support.stage import check, dark_desktop, equal, main, settled
+from support.stage import check, dark_desktop, equal, main, options, settled
 
-STORE = """[Options]
-Used=2
-Splash=0
-CodeOutline=0
-RelatedFiles=0
-X=600
-Y=600
-Width=15000
-Height=9000
-"""
+STORE = options(CodeOutline=0, RelatedFiles=0, X=600, Y=600, Width=15000, Height=9000)
 SHOWN = """LiveColours=1
 LineNumbers=1
 CurrentLine=1

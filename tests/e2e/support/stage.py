@@ -30,6 +30,16 @@ BackgroundNormal=49,54,59
 ForegroundNormal=252,252,252
 """
 
+# Where the window stands, in twips, fifteen of them a pixel.
+WIDE = {"X": 600, "Y": 600, "Width": 15000, "Height": 12000}
+NARROW = {"X": 600, "Y": 600, "Width": 14400, "Height": 10200}
+
+
+def options(place=None, **own):
+    """The settings of somebody who has started the program before and wants no splash: a test names the others."""
+    settings = {"Used": 2, "Splash": 0} | (place or {}) | own
+    return "[Options]\n" + "".join(f"{key}={value}\n" for key, value in settings.items())
+
 
 def settled(stage, *arguments):
     """An editor that has come to rest, and its window, in front."""
