@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/nativefile.h"
+#include "platform/profiletext.h"
 #include "platform/runtimeerror.h"
 
 #include <chrono>
@@ -10,20 +11,10 @@
 #include <QHash>
 #include <QString>
 #include <QStringList>
-#include <utility>
 #include <vector>
 
 namespace zelvane
 {
-
-/// Keys and their values, in the order of a section.
-using ProfileEntries = std::vector<std::pair<QString, QString>>;
-
-/// How a profile file spells its names and values. Escaped ones hold any text. Plain ones stand as they are,
-/// for files that other programs read too: what a line cannot hold is lost at the first LF, and names lose
-/// the blanks around them. A plain value is read without one pair of quotes around it (`"` or `'`), and is
-/// written in a pair where it would lose blanks or quotes of its own.
-enum class ProfileText { Escaped, Plain };
 
 /// A private profile file: UTF-8 text of `[section]` and `key=value` lines, shared by several processes and
 /// edited by hand. Sections and keys are compared without regard to case, keep the spelling of their first
@@ -95,6 +86,8 @@ private:
     };
 
     void Refresh() const;
+    /// Finds the sections and entries of what was read.
+    void Index() const;
     const Section *FindSection(QStringView section) const;
     void Change(Edit edit);
     void Write(const Edit &edit);
