@@ -5,7 +5,7 @@ import subprocess
 from html.parser import HTMLParser
 
 from support.pictures import pixels
-from support.printserver import PrintServer
+from support.printserver import CREATE_JOB, PrintServer
 from support.stage import WIDE, check, equal, main, options, settled
 
 STORE = options(WIDE, CodeOutline=0, RelatedFiles=0)
@@ -214,10 +214,13 @@ def a_printer_takes_the_piece(stage):
         check(len(editor.titles()) == 1, "nothing is told of a job that was taken")
 
         server.accepting = False
+        asked = server.asked.count(CREATE_JOB)
         title = printed_on()
+        # Not before: the window of the progress may stand for a moment.
+        stage.until(lambda: server.asked.count(CREATE_JOB) > asked, "the request for a job")
+        editor.at_rest()
         box = editor.window(lambda other: other != title, beside=window)
         stage.until(box.is_active, "the report in front")
-        editor.at_rest()
         box.screenshot("print-refused")
         box.keys("Escape")
         stage.until(lambda: len(editor.titles()) == 1, "the end of the report")
