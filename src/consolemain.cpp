@@ -12,6 +12,7 @@
 #include "platform/ui/instancelink.h"
 #include "platform/userfolders.h"
 #include "shell/settings.h"
+#include "shell/ui/legiblestyle.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -71,6 +72,7 @@ int main(int argc, char **argv)
     argc = std::min(argc, 1);
     QApplication application(argc, argv);
     NameApplication(u"zelvane-console"_s);
+    QApplication::setStyle(new LegibleStyle);
     QApplication::setQuitOnLastWindowClosed(false); // the program is to be stopped first
     const auto options = ReadConsoleOptions(arguments);
     if (!options) {

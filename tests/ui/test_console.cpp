@@ -26,6 +26,7 @@
 #include <QByteArray>
 #include <QCheckBox>
 #include <QClipboard>
+#include <QColor>
 #include <QContextMenuEvent>
 #include <QCoreApplication>
 #include <QDir>
@@ -48,6 +49,7 @@
 #include <QPoint>
 #include <QPushButton>
 #include <QScopeGuard>
+#include <QScreen>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QStringList>
@@ -571,6 +573,42 @@ private Q_SLOTS:
         plain.settings.DeleteSetting(Keys::FontItalic);
         QVERIFY(console.View().font().bold());
         QVERIFY(console.View().font().italic());
+    }
+
+    void TheWindowIsNoLargerThanItsScreen()
+    {
+        SettingsStore settings;
+        settings.SaveNumber(Keys::FontSize, 30);
+        Console console(u"exit 1"_s);
+        settings.DeleteSetting(Keys::FontSize);
+        QCOMPARE(console.View().font().pointSizeF(), 30.0);
+        const QSize room = console.form->screen()->availableSize();
+        QVERIFY(console.form->width() < room.width());
+        QVERIFY(console.form->height() < room.height());
+        console.form->Run();
+        QTRY_VERIFY_WITH_TIMEOUT(console.form->IsFinished(), Patience);
+        QVERIFY(console.form->width() < room.width());
+    }
+
+    void TheHintOfTheInputCanBeReadInTheDark()
+    {
+        Console console(u"exit 1"_s);
+        auto &input = console.Find<QLineEdit>(u"txtInput"_s);
+        QPalette dark = QApplication::palette();
+        dark.setColor(QPalette::Base, QColor(30, 30, 30));
+        dark.setColor(QPalette::Text, QColor(240, 240, 240));
+        dark.setColor(QPalette::PlaceholderText, QColor(0, 0, 0, 128));
+        console.form->setPalette(dark); // the desktop changes
+        const QPalette before = QApplication::palette();
+        QApplication::setPalette(dark);
+        const QColor hint = input.palette().color(QPalette::PlaceholderText);
+        const Console later(u"exit 1"_s);
+        const QColor other = later.Find<QLineEdit>(u"txtInput"_s).palette().color(QPalette::PlaceholderText);
+        QApplication::setPalette(before);
+        for (const QColor &colour : {hint, other}) {
+            QCOMPARE(colour.rgb(), dark.color(QPalette::Text).rgb());
+            QVERIFY(colour.alpha() > 128 && colour.alpha() < 255);
+        }
     }
 
     void WhatCannotStartSaysSo()

@@ -32,6 +32,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 using namespace zelvane;
+using zelvane::test::LargeFont;
 using zelvane::test::ModalDriver;
 
 Q_DECLARE_METATYPE(zelvane::MessageBoxRequest)

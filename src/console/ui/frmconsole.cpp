@@ -17,6 +17,7 @@
 #include <limits>
 #include <QCheckBox>
 #include <QCloseEvent>
+#include <QColor>
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
@@ -31,6 +32,7 @@
 #include <QMessageBox>
 #include <QPainter>
 #include <QPaintEvent>
+#include <QPalette>
 #include <QPushButton>
 #include <QSize>
 #include <QStringList>
@@ -52,6 +54,7 @@ constexpr int NewsMs = 33;
 constexpr int LeaveMs = 1200;
 constexpr int WidthCharacters = 100;
 constexpr int HeightLines = 26;
+constexpr float HintOpacity = 0.6F;
 constexpr size_t MostErrorLines = 50;
 
 QString CommandText(const ConsoleRun &run)
@@ -186,6 +189,24 @@ void frmConsole::ApplyLook()
     const QFontMetrics metrics(font);
     const QSize usual(metrics.averageCharWidth() * WidthCharacters, metrics.lineSpacing() * HeightLines);
     resize(WithinScreen(*this, usual));
+    ApplyHintColour();
+}
+
+void frmConsole::ApplyHintColour()
+{
+    // Dark desktops tell no colour for it: the toolkit's own is black.
+    QPalette colours = txtInput->palette();
+    QColor hint = palette().color(QPalette::Text);
+    hint.setAlphaF(HintOpacity);
+    colours.setColor(QPalette::PlaceholderText, hint);
+    txtInput->setPalette(colours);
+}
+
+void frmConsole::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange && txtInput)
+        ApplyHintColour();
 }
 
 void frmConsole::ShowAs(int showState)

@@ -70,12 +70,14 @@ Q_SIGNALS:
     void Closed(); ///< nothing is left to do or to show
 
 protected:
+    void changeEvent(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void BuildWindow();
     void ApplyLook();
+    void ApplyHintColour();
     void ShowAs(int showState);
     void TakeOutput(QByteArrayView bytes);
     void TakeLine(StyledLine line);
