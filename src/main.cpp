@@ -86,7 +86,7 @@ private:
             } catch (const RunTimeError &error) {
                 Report(error);
             } catch (const std::bad_alloc &) {
-                Report(RunTimeError(ErrorNumber::OutOfMemory, u"Out of memory"_s));
+                Report(OutOfMemory());
             } catch (const std::exception &error) {
                 Report(RunTimeError(ErrorNumber::InvalidCall, QString::fromLocal8Bit(error.what())));
             }

@@ -3,6 +3,7 @@
 
 #include "language/languagekeys.h"
 #include "language/scanner.h"
+#include "platform/runtimeerror.h"
 #include "shell/documentview.h"
 #include "shell/editorcontext.h"
 #include "shell/editorkeys.h"
@@ -131,7 +132,7 @@ template <typename Work> bool Highlighter::Colour(Work work)
     } catch (const RunTimeError &error) {
         return fail(error);
     } catch (const std::bad_alloc &) {
-        return fail(RunTimeError(ErrorNumber::OutOfMemory, u"Out of memory"_s));
+        return fail(OutOfMemory());
     }
     m_view.SetBusy(false);
     m_editor.text.EmptyUndoBuffer();

@@ -142,7 +142,7 @@ void PieceSections::mnuCSD(Conversion conversion)
         else
             ConvertToPair();
     } catch (const std::bad_alloc &) {
-        throw RunTimeError(ErrorNumber::OutOfMemory, u"Out of memory"_s);
+        throw OutOfMemory();
     }
 }
 

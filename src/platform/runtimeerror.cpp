@@ -3,6 +3,8 @@
 
 #include "platform/programinfo.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace zelvane
 {
 
@@ -12,6 +14,16 @@ RunTimeError::RunTimeError(ErrorNumber number, const QString &description, const
       m_source(source.isEmpty() ? ApplicationTitle() : source),
       m_what(description.toUtf8())
 {
+}
+
+QString OutOfMemoryText()
+{
+    return u"Out of memory"_s;
+}
+
+RunTimeError OutOfMemory(const QString &source)
+{
+    return {ErrorNumber::OutOfMemory, OutOfMemoryText(), source};
 }
 
 } // namespace zelvane

@@ -45,4 +45,9 @@ private:
     QByteArray m_what;
 };
 
+/// What the user reads when memory has run out. Asks for no memory itself.
+QString OutOfMemoryText();
+/// @param source as that of RunTimeError
+RunTimeError OutOfMemory(const QString &source = {});
+
 } // namespace zelvane

@@ -84,7 +84,7 @@ TextEncoding DocumentWriter::Write(const QString &name)
         m_disk.Remember(name, bytes);
         return encoding;
     } catch (const std::bad_alloc &) {
-        throw RunTimeError(ErrorNumber::OutOfMemory, u"Out of memory"_s, name);
+        throw OutOfMemory(name);
     }
 }
 

@@ -45,7 +45,7 @@ LoadedText LoadTextFile(const QString &name)
         loaded.text = FromLineEnds(std::move(decoded.text), loaded.form);
         return loaded;
     } catch (const std::bad_alloc &) {
-        throw RunTimeError(ErrorNumber::OutOfMemory, u"Out of memory"_s, name);
+        throw OutOfMemory(name);
     }
 }
 

@@ -155,7 +155,7 @@ private:
         } catch (const RunTimeError &error) {
             m_failure = error.Description();
         } catch (const std::bad_alloc &) {
-            m_failure = u"Out of memory"_s;
+            m_failure = OutOfMemoryText();
         }
         m_written(m_failure);
     }
@@ -246,7 +246,7 @@ void SafetyCopy::Take()
                         std::move(text));
         m_taken = true;
     } catch (const std::bad_alloc &) {
-        Failed(u"Out of memory"_s);
+        Failed(OutOfMemoryText());
     }
 }
 
@@ -292,7 +292,7 @@ void SafetyCopy::Discarded()
         return;
     m_writer->Keep();
     if (!std::exchange(m_taken, true))
-        TellLater(u"Out of memory"_s);
+        TellLater(OutOfMemoryText());
 }
 
 void SafetyCopy::Adopt(UnsavedCopy copy)

@@ -101,7 +101,7 @@ std::optional<QString> ExpandTabs(QStringView text, int tabSpaces, Pace &pace)
         column = IsLineEnd(c) ? 0 : column + width;
     }
     if (size > std::numeric_limits<qint32>::max())
-        throw RunTimeError(ErrorNumber::OutOfMemory, u"Out of memory"_s, u"Reformatter"_s);
+        throw OutOfMemory(u"Reformatter"_s);
 
     TextWriter result(size);
     column = 0;

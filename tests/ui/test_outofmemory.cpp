@@ -47,7 +47,7 @@ void LikeTheProgram(Desktop &desktop, const std::function<void()> &work)
     } catch (const RunTimeError &error) {
         ReportError(desktop, error);
     } catch (const std::bad_alloc &) {
-        ReportError(desktop, RunTimeError(ErrorNumber::OutOfMemory, u"Out of memory"_s));
+        ReportError(desktop, OutOfMemory());
     }
 }
 

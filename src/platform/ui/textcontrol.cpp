@@ -3,6 +3,7 @@
 
 #include "platform/desktop.h"
 #include "platform/keptclasses.h"
+#include "platform/runtimeerror.h"
 #include "platform/ui/utf8text.h"
 
 #include <algorithm>
@@ -42,11 +43,6 @@ QString KindText(UndoKind kind)
         return u" Paste"_s;
     }
     return {};
-}
-
-RunTimeError OutOfMemory()
-{
-    return {ErrorNumber::OutOfMemory, u"Out of memory"_s};
 }
 
 // Room in bytes for what is typed into a text: a part of the text, within limits. Less would be asked for
