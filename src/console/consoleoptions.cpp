@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "console/consoleoptions.h"
 
+#include "platform/windowstate.h"
+
 #include <QFileInfo>
 
 using namespace Qt::Literals::StringLiterals;
@@ -22,7 +24,7 @@ std::optional<ConsoleOptions> ReadConsoleOptions(const QStringList &arguments)
         else if (arguments[i] == u"--folder"_s)
             options.run.folder = value;
         else if (arguments[i] == u"--window"_s)
-            options.run.showState = value.toInt(&isGood);
+            options.run.showState = WindowStateOf(value.toInt(&isGood));
         else if (arguments[i] == u"--starter"_s)
             options.run.starter = value.toLongLong(&isGood);
         else if (arguments[i] == u"--notify"_s)

@@ -4,6 +4,7 @@
 #include "platform/executables.h"
 #include "platform/nativecalls.h"
 #include "platform/nativefile.h"
+#include "platform/windowstate.h"
 
 #include <array>
 #include <fcntl.h>
@@ -41,7 +42,7 @@ bool Start(QProcess &process, const QString &console, const ConsoleRun &run, int
 
 QStringList ConsoleArguments(const ConsoleRun &run, int notify)
 {
-    QStringList arguments{u"--title"_s, run.title, u"--window"_s, QString::number(run.showState)};
+    QStringList arguments{u"--title"_s, run.title, u"--window"_s, QString::number(int(run.showState))};
     if (!run.folder.isEmpty())
         arguments += {u"--folder"_s, run.folder};
     if (run.starter > 0)

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/windowstate.h"
+
 #include <functional>
 #include <QString>
 #include <QStringList>
@@ -15,8 +17,8 @@ struct ConsoleRun {
     QString program = {};
     QStringList arguments = {};
     QString folder = {}; ///< empty for the current one
-    int showState = 1;   ///< 0 hidden, 1 normal, 2 minimized, 3 maximized
-    qint64 starter = 0;  ///< the process that the lines of errors go to if it is an editor; 0 for any editor
+    WindowState showState = WindowState::Normal;
+    qint64 starter = 0; ///< the process that the lines of errors go to if it is an editor; 0 for any editor
 
     bool operator==(const ConsoleRun &) const = default;
 };

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/programinfo.h"
+#include "platform/windowstate.h"
 
 #include <functional>
 #include <optional>
@@ -73,7 +74,7 @@ struct ShellRequest {
     QString file = {};
     QString parameters = {};
     QString folder = {};
-    int showState = 1; ///< 0 hidden, 1 normal, 2 minimized, 3 maximized
+    WindowState showState = WindowState::Normal;
     ConsoleWish console = {};
 
     bool operator==(const ShellRequest &) const = default;
@@ -85,7 +86,7 @@ struct ProcessRequest {
     QString command = {};
     QString parameters = {};
     QString folder = {};
-    int showState = 1;
+    WindowState showState = WindowState::Normal;
     ConsoleWish console = {};
 
     bool operator==(const ProcessRequest &) const = default;

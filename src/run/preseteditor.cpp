@@ -6,6 +6,7 @@
 #include "platform/numbers.h"
 #include "platform/parameters.h"
 #include "platform/programfolder.h"
+#include "platform/windowstate.h"
 #include "run/macroexpansion.h"
 #include "run/presetbuttons.h"
 #include "run/presetkeys.h"
@@ -27,9 +28,9 @@ QStringList WindowStateTexts()
     return {u"Hidden"_s, u"Normal"_s, u"Minimized"_s, u"Maximized"_s};
 }
 
-int WindowStateOfRow(int row)
+WindowState WindowStateOfRow(int row)
 {
-    return row % int(WindowStateTexts().size());
+    return WindowStateOf(row % int(WindowStateTexts().size()));
 }
 
 PresetAction FirstAction(const PresetRecord &record)
@@ -134,7 +135,7 @@ void WritePreset(const PresetKey &name, const PresetFields &fields, RunContext &
     store.SaveTextOrDelete(name, PresetKeys::Command, record.Command);
     store.SaveTextOrDelete(name, PresetKeys::Args, record.Args);
     store.SaveTextOrDelete(name, PresetKeys::Folder, record.Folder);
-    store.SaveNumber(name, PresetKeys::Window, record.Window);
+    store.SaveNumber(name, PresetKeys::Window, int(record.Window));
     store.SaveFlag(name, PresetKeys::SaveFirst, record.SaveFirst);
     store.SaveTextOrDelete(name, PresetKeys::Name, record.Name);
     store.SaveTextOrDelete(name, PresetKeys::Tooltip, record.Tooltip);
@@ -145,7 +146,7 @@ void WritePreset(const PresetKey &name, const PresetFields &fields, RunContext &
         store.SaveText(name, PresetKeys::SecondCommand, record.SecondCommand);
         store.SaveTextOrDelete(name, PresetKeys::SecondArgs, record.SecondArgs);
         store.SaveTextOrDelete(name, PresetKeys::SecondFolder, record.SecondFolder);
-        store.SaveNumber(name, PresetKeys::SecondWindow, record.SecondWindow);
+        store.SaveNumber(name, PresetKeys::SecondWindow, int(record.SecondWindow));
     } else {
         const std::initializer_list<RecordKey> second{PresetKeys::SecondCommand, PresetKeys::SecondArgs,
                                                       PresetKeys::SecondFolder, PresetKeys::SecondWindow};

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/desktop.h"
+#include "platform/windowstate.h"
 #include "run/presetstore.h"
 #include "run/runcontext.h"
 
@@ -13,15 +14,15 @@ namespace zelvane
 /// The window states in words, in the order of their numbers: the rows of the editor's window lists.
 QStringList WindowStateTexts();
 
-/// The window state of a row of such a list, which may hold the states several times.
-int WindowStateOfRow(int row);
+/// The window state of a row of such a list, which may hold the states several times; normal for no row.
+WindowState WindowStateOfRow(int row);
 
 /// One of the two actions of a preset.
 struct PresetAction {
     QString command = {};
     QString args = {};
     QString folder = {};
-    int window = 1;
+    WindowState window = WindowState::Normal;
 
     bool operator==(const PresetAction &) const = default;
 };

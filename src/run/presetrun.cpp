@@ -3,6 +3,7 @@
 
 #include "platform/desktop.h"
 #include "platform/parameters.h"
+#include "platform/windowstate.h"
 #include "run/macroexpansion.h"
 #include "run/presetkeys.h"
 #include "run/presetstore.h"
@@ -66,7 +67,7 @@ void RunPreset(const QString &name, bool confirm, bool edit, RunContext &context
     QString command = store.Text(name, PresetKeys::Command);
     QString parameters = store.Text(name, PresetKeys::Args);
     QString folder = store.Text(name, PresetKeys::Folder);
-    const int showState = store.WindowState(name, PresetKeys::Window);
+    const WindowState showState = store.State(name, PresetKeys::Window);
     if (!ExpandPresetMacros(command, confirm, context) || command.isEmpty())
         return;
     if (!ExpandPresetMacros(parameters, confirm, context))
@@ -117,7 +118,7 @@ void RunSecondAction(const QString &name, bool confirm, RunContext &context)
     QString command = store.Text(name, PresetKeys::SecondCommand);
     QString parameters = store.Text(name, PresetKeys::SecondArgs);
     QString folder = store.Text(name, PresetKeys::SecondFolder);
-    const int showState = store.WindowState(name, PresetKeys::SecondWindow);
+    const WindowState showState = store.State(name, PresetKeys::SecondWindow);
     if (!ExpandPresetMacros(command, confirm, context) || command.isEmpty())
         return;
     if (!ExpandPresetMacros(parameters, confirm, context))

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "run/presetstore.h"
 
+#include "platform/windowstate.h"
 #include "run/presetkeys.h"
 #include "shell/settings.h"
 
@@ -82,9 +83,9 @@ QString PresetStore::StoredText(const PresetKey &name, const RecordKey &key) con
     return m_settings.GetSetting(RecordSection(name), key.Name());
 }
 
-int PresetStore::WindowState(const PresetKey &name, const RecordNumberKey &key) const
+WindowState PresetStore::State(const PresetKey &name, const RecordNumberKey &key) const
 {
-    return m_settings.Integer(RecordSection(name), key);
+    return WindowStateOf(m_settings.Integer(RecordSection(name), key));
 }
 
 bool PresetStore::Flag(const PresetKey &name, const RecordFlagKey &key) const
@@ -94,14 +95,10 @@ bool PresetStore::Flag(const PresetKey &name, const RecordFlagKey &key) const
 
 PresetRecord PresetStore::ReadRecord(const PresetKey &name) const
 {
-    const auto state = [&](const RecordNumberKey &key) {
-        const int value = WindowState(name, key);
-        return value >= 0 && value <= 3 ? value : 1; // a list has no other rows
-    };
     return {.Command = Text(name, PresetKeys::Command),
             .Args = Text(name, PresetKeys::Args),
             .Folder = Text(name, PresetKeys::Folder),
-            .Window = state(PresetKeys::Window),
+            .Window = State(name, PresetKeys::Window),
             .SaveFirst = Flag(name, PresetKeys::SaveFirst),
             .Name = Text(name, PresetKeys::Name, {}),
             .Tooltip = Text(name, PresetKeys::Tooltip, {}),
@@ -111,7 +108,7 @@ PresetRecord PresetStore::ReadRecord(const PresetKey &name) const
             .SecondCommand = Text(name, PresetKeys::SecondCommand),
             .SecondArgs = Text(name, PresetKeys::SecondArgs),
             .SecondFolder = Text(name, PresetKeys::SecondFolder),
-            .SecondWindow = state(PresetKeys::SecondWindow)};
+            .SecondWindow = State(name, PresetKeys::SecondWindow)};
 }
 
 void PresetStore::SaveText(const PresetKey &name, const RecordKeyOf<SettingKind::Text> &key,

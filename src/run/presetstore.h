@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/windowstate.h"
 #include "run/presetkeys.h"
 
 #include <QDate>
@@ -15,12 +16,12 @@ class SettingsStore;
 /// The name of a preset: its key in the index, and what the user sees.
 using PresetKey = QString;
 
-/// One preset as the editor shows it. Window states: 0 hidden, 1 normal, 2 minimized, 3 maximized.
+/// One preset as the editor shows it.
 struct PresetRecord {
     QString Command = {};
     QString Args = {};
     QString Folder = {};
-    int Window = 1;
+    WindowState Window = WindowState::Normal;
     bool SaveFirst = false;
     QString Name = {};    ///< label of the button; the toolbar takes the preset's name when it is empty
     QString Tooltip = {}; ///< likewise
@@ -30,7 +31,7 @@ struct PresetRecord {
     QString SecondCommand = {};
     QString SecondArgs = {};
     QString SecondFolder = {};
-    int SecondWindow = 1;
+    WindowState SecondWindow = WindowState::Normal;
 
     bool operator==(const PresetRecord &) const = default;
 };
@@ -60,8 +61,8 @@ public:
     QString Text(const PresetKey &name, const BareRecordTextKey &key, const QString &fallback) const;
     /// What the store holds for a key of any kind; empty when it is absent.
     QString StoredText(const PresetKey &name, const RecordKey &key) const;
-    /// A window state; the default for a value that is no number.
-    int WindowState(const PresetKey &name, const RecordNumberKey &key) const;
+    /// The default for a value that is no number; normal for a number that no window state has.
+    WindowState State(const PresetKey &name, const RecordNumberKey &key) const;
     /// The default for a value that is no flag.
     bool Flag(const PresetKey &name, const RecordFlagKey &key) const;
 

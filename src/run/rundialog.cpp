@@ -2,6 +2,7 @@
 #include "run/rundialog.h"
 
 #include "platform/parameters.h"
+#include "platform/windowstate.h"
 #include "run/macroexpansion.h"
 #include "run/runkeys.h"
 #include "run/toolpaths.h"
@@ -107,7 +108,7 @@ bool RunCsound(RunDialogFields &fields, RunContext &context)
     editor.desktop.ShellRun({.file = compiler,
                              .parameters = flags + u' ' + fields.orchestra + u' ' + fields.score,
                              .folder = folder,
-                             .showState = 1});
+                             .showState = WindowState::Normal});
     editor.settings.InOneStep([&] {
         editor.settings.SaveFlag(Keys::ManualCsound2, fields.csound2);
         if (fields.asksSaveFirst)

@@ -2,6 +2,7 @@
 #include "console/consoleoptions.h"
 
 #include "platform/consolestart.h"
+#include "platform/windowstate.h"
 #include "support/printers.h"
 
 #include <gtest/gtest.h>
@@ -18,7 +19,7 @@ TEST(ConsoleOptions, ReadWhatTheStarterWrites)
                          .program = u"/usr/bin/csound"_s,
                          .arguments = {u"--"_s, u"-o"_s, u""_s, u"a b.wav"_s, u"--window"_s},
                          .folder = u"/a b"_s,
-                         .showState = 3,
+                         .showState = WindowState::Maximized,
                          .starter = 4711};
     EXPECT_EQ(ReadConsoleOptions(ConsoleArguments(run, 7)), (ConsoleOptions{.run = run, .notify = 7}));
     const ConsoleRun bare{.title = u"x"_s, .program = u"x"_s};
@@ -31,7 +32,7 @@ TEST(ConsoleOptions, AProgramIsEnough)
     ASSERT_TRUE(options);
     EXPECT_EQ(options->run.title, u"csound"_s);
     EXPECT_EQ(options->run.arguments, QStringList{u"-d"_s});
-    EXPECT_EQ(options->run.showState, 1);
+    EXPECT_EQ(options->run.showState, WindowState::Normal);
 }
 
 TEST(ConsoleOptions, AnythingElseIsNone)

@@ -2,6 +2,7 @@
 #include "language/links.h"
 
 #include "oracle/sectionsoracle.h"
+#include "platform/windowstate.h"
 #include "support/randomtext.h"
 #include "support/scripteddesktop.h"
 #include "support/stringbuffer.h"
@@ -35,7 +36,7 @@ TEST(LinkOver, OpensTheAddressWhenTheButtonIsReleased)
     StringBuffer text;
     ScriptedDesktop desktop;
     text.text = u"http://a.b"_s;
-    desktop.ExpectShellRun({.verb = u"open"_s, .file = u"http://a.b"_s, .showState = 1});
+    desktop.ExpectShellRun({.verb = u"open"_s, .file = u"http://a.b"_s, .showState = WindowState::Normal});
     LinkOver(LeftButtonReleased, 0, 9, text, desktop);
     desktop.CheckAllCame();
 }

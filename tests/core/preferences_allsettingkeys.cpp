@@ -165,7 +165,7 @@ concept OfPresets = requires(PresetStore store, QString name, Key key)
 }
 || requires(PresetStore store, QString name, Key key)
 {
-    store.WindowState(name, key);
+    store.State(name, key);
 }
 || requires(PresetStore store, QString name, Key key)
 {

@@ -2,6 +2,7 @@
 #include "run/preseteditor.h"
 
 #include "platform/programfolder.h"
+#include "platform/windowstate.h"
 #include "run/presetkeys.h"
 #include "run/toolpaths.h"
 #include "shell/settings.h"
@@ -80,7 +81,7 @@ TEST_F(PresetEditor, AllKeysOfAFullRecord)
     const PresetRecord record{.Command = u"$csound$"_s,
                               .Args = u"-W"_s,
                               .Folder = u"/f"_s,
-                              .Window = 2,
+                              .Window = WindowState::Minimized,
                               .SaveFirst = true,
                               .Name = u"Label"_s,
                               .Tooltip = u"Tip"_s,
@@ -89,7 +90,7 @@ TEST_F(PresetEditor, AllKeysOfAFullRecord)
                               .SecondCommand = u"play"_s,
                               .SecondArgs = u"$WAVE$"_s,
                               .SecondFolder = u"/g"_s,
-                              .SecondWindow = 0};
+                              .SecondWindow = WindowState::Hidden};
     EXPECT_TRUE(Save(u"x"_s, {.record = record, .imageNumber = 105}));
     const std::vector<std::pair<QString, QString>> expected{
         {u"Command"_s, u"$csound$"_s}, {u"Args"_s, u"-W"_s},        {u"Folder"_s, u"/f"_s},
@@ -210,8 +211,8 @@ TEST_F(PresetEditor, Images)
 TEST_F(PresetEditor, DefaultFieldsAreThoseOfANewPreset)
 {
     const PresetFields fields;
-    EXPECT_EQ(fields.record.Window, 1);
-    EXPECT_EQ(fields.record.SecondWindow, 1);
+    EXPECT_EQ(fields.record.Window, WindowState::Normal);
+    EXPECT_EQ(fields.record.SecondWindow, WindowState::Normal);
     EXPECT_FALSE(fields.record.SaveFirst);
     EXPECT_FALSE(fields.record.NewGroup);
     EXPECT_TRUE(fields.record.CreateButton);
@@ -300,28 +301,30 @@ TEST_F(PresetEditor, EnabledTools)
 TEST_F(PresetEditor, ARowOfALongerWindowListIsAStateToo)
 {
     for (int row = 0; row < 12; ++row)
-        EXPECT_EQ(WindowStateOfRow(row), row % 4);
-    EXPECT_EQ(WindowStateOfRow(-1), -1);
+        EXPECT_EQ(int(WindowStateOfRow(row)), row % 4);
+    EXPECT_EQ(WindowStateOfRow(-1), WindowState::Normal);
 }
 
 TEST_F(PresetEditor, ActionsAreCutOutOfARecordAndPutBack)
 {
-    const PresetAction one{.command = u"a"_s, .args = u"b"_s, .folder = u"c"_s, .window = 2};
-    const PresetAction two{.command = u"d"_s, .args = u"e"_s, .folder = u"f"_s, .window = 3};
+    const PresetAction one{
+        .command = u"a"_s, .args = u"b"_s, .folder = u"c"_s, .window = WindowState::Minimized};
+    const PresetAction two{
+        .command = u"d"_s, .args = u"e"_s, .folder = u"f"_s, .window = WindowState::Maximized};
     PresetRecord record{.SaveFirst = true, .Name = u"n"_s, .Image = u"101"_s};
     SetFirstAction(record, one);
     SetSecondAction(record, two);
     EXPECT_EQ(record, (PresetRecord{.Command = u"a"_s,
                                     .Args = u"b"_s,
                                     .Folder = u"c"_s,
-                                    .Window = 2,
+                                    .Window = WindowState::Minimized,
                                     .SaveFirst = true,
                                     .Name = u"n"_s,
                                     .Image = u"101"_s,
                                     .SecondCommand = u"d"_s,
                                     .SecondArgs = u"e"_s,
                                     .SecondFolder = u"f"_s,
-                                    .SecondWindow = 3}));
+                                    .SecondWindow = WindowState::Maximized}));
     EXPECT_EQ(FirstAction(record), one);
     EXPECT_EQ(SecondAction(record), two);
 }

@@ -2,6 +2,7 @@
 #include "run/presetrun.h"
 
 #include "platform/runtimeerror.h"
+#include "platform/windowstate.h"
 #include "run/presetkeys.h"
 #include "run/presetstore.h"
 #include "run/runkeys.h"
@@ -75,7 +76,7 @@ TEST_F(Run, OneAction)
     context.desktop.ExpectShellRun({.file = u"/opt/cs/csound"_s,
                                     .parameters = parameters,
                                     .folder = context.folder.path(),
-                                    .showState = 2,
+                                    .showState = WindowState::Minimized,
                                     .console = {.title = u"P"_s}});
     Go();
     EXPECT_EQ(context.status.shown, QStringList{u"P: /opt/cs/csound "_s + parameters});
@@ -86,17 +87,21 @@ TEST_F(Run, OneAction)
 TEST_F(Run, FolderDefaultsToTheCommands)
 {
     Set(PresetKeys::Command, u"$CSOUND$"_s);
-    context.desktop.ExpectShellRun(
-        {.file = u"/opt/cs/csound"_s, .folder = u"/opt/cs"_s, .showState = 1, .console = {.title = u"P"_s}});
+    context.desktop.ExpectShellRun({.file = u"/opt/cs/csound"_s,
+                                    .folder = u"/opt/cs"_s,
+                                    .showState = WindowState::Normal,
+                                    .console = {.title = u"P"_s}});
     Go();
     Set(PresetKeys::Command, u"csound"_s);
     context.desktop.ExpectShellRun(
-        {.file = u"csound"_s, .folder = {}, .showState = 1, .console = {.title = u"P"_s}});
+        {.file = u"csound"_s, .folder = {}, .showState = WindowState::Normal, .console = {.title = u"P"_s}});
     Go();
     context.document.CurrentFile = u"/a b/x.html"_s;
     Set(PresetKeys::Command, u"$DOCUMENT$"_s);
-    context.desktop.ExpectShellRun(
-        {.file = u"\"/a b/x.html\""_s, .folder = u"/a b"_s, .showState = 1, .console = {.title = u"P"_s}});
+    context.desktop.ExpectShellRun({.file = u"\"/a b/x.html\""_s,
+                                    .folder = u"/a b"_s,
+                                    .showState = WindowState::Normal,
+                                    .console = {.title = u"P"_s}});
     Go();
 }
 
@@ -107,7 +112,7 @@ TEST_F(Run, APresetMaySayWhetherItWantsAConsole)
         Set(PresetKeys::Console, stored);
         context.desktop.ExpectShellRun({.file = u"/bin/x"_s,
                                         .folder = u"/bin"_s,
-                                        .showState = 1,
+                                        .showState = WindowState::Normal,
                                         .console = {.title = u"P"_s, .wanted = wanted}});
         Go();
     }
@@ -116,8 +121,11 @@ TEST_F(Run, APresetMaySayWhetherItWantsAConsole)
 TEST_F(Run, FailingShellIsNotTold)
 {
     Set(PresetKeys::Command, u"/no/such"_s);
-    context.desktop.ExpectShellRun(
-        {.file = u"/no/such"_s, .folder = u"/no"_s, .showState = 1, .console = {.title = u"P"_s}}, 2);
+    context.desktop.ExpectShellRun({.file = u"/no/such"_s,
+                                    .folder = u"/no"_s,
+                                    .showState = WindowState::Normal,
+                                    .console = {.title = u"P"_s}},
+                                   2);
     Go();
 }
 
@@ -208,7 +216,7 @@ TEST_F(Run, FieldsAreExpandedInOrder)
     context.desktop.ExpectShellRun({.file = u"/1"_s,
                                     .parameters = u"/2 /3"_s,
                                     .folder = u"/4"_s,
-                                    .showState = 1,
+                                    .showState = WindowState::Normal,
                                     .console = {.title = u"P"_s}});
     Go(true);
 }
@@ -255,7 +263,7 @@ TEST_F(Run, ConfirmPresets)
     context.desktop.ExpectShellRun({.file = u"/bin/x"_s,
                                     .parameters = u"-a b"_s,
                                     .folder = u"/bin"_s,
-                                    .showState = 1,
+                                    .showState = WindowState::Normal,
                                     .console = {.title = u"P"_s}});
     Go();
 }
@@ -275,7 +283,7 @@ TEST_F(Run, TwoActions)
     context.desktop.ExpectProcess({.command = u"/opt/cs/csound"_s,
                                    .parameters = document,
                                    .folder = context.folder.path(),
-                                   .showState = 0,
+                                   .showState = WindowState::Hidden,
                                    .console = {.title = u"P"_s}},
                                   true, [this] {
                                       EXPECT_EQ(context.windows.calls, QStringList{u"minimize"_s});
@@ -285,7 +293,7 @@ TEST_F(Run, TwoActions)
     context.desktop.ExpectShellRun({.file = u"/bin/play"_s,
                                     .parameters = wave,
                                     .folder = {},
-                                    .showState = 3,
+                                    .showState = WindowState::Maximized,
                                     .console = {.title = u"P 2nd action"_s}});
     Go();
     EXPECT_EQ(context.status.shown,
@@ -316,7 +324,7 @@ TEST_F(Run, ConfirmationIsNotAskedForTheSecondAction)
     context.desktop.ExpectProcess(
         {.command = u"/bin/x"_s, .folder = u"/bin"_s, .console = {.title = u"P"_s}});
     context.desktop.ExpectShellRun(
-        {.file = u"/bin/y"_s, .showState = 1, .console = {.title = u"P 2nd action"_s}});
+        {.file = u"/bin/y"_s, .showState = WindowState::Normal, .console = {.title = u"P 2nd action"_s}});
     Go();
 }
 
@@ -362,7 +370,7 @@ TEST_F(Run, SecondActionConfirmsItsFiles)
     context.desktop.ExpectShellRun({.file = u"/bin/y"_s,
                                     .parameters = u"/l.log"_s,
                                     .folder = u"/f"_s,
-                                    .showState = 1,
+                                    .showState = WindowState::Normal,
                                     .console = {.title = u"P 2nd action"_s}});
     Go(true);
 }
@@ -371,8 +379,10 @@ TEST_F(Run, FromTheChooserThereIsNoStatusLineAndNoSelection)
 {
     context.windows.mainWindowActive = false;
     Set(PresetKeys::Command, u"/bin/x"_s);
-    context.desktop.ExpectShellRun(
-        {.file = u"/bin/x"_s, .folder = u"/bin"_s, .showState = 1, .console = {.title = u"P"_s}});
+    context.desktop.ExpectShellRun({.file = u"/bin/x"_s,
+                                    .folder = u"/bin"_s,
+                                    .showState = WindowState::Normal,
+                                    .console = {.title = u"P"_s}});
     Go();
     Set(PresetKeys::Args, u"$SEL$"_s);
     context.desktop.ExpectMessage({.text = u"SEL macro returned empty string."_s, .icon = BoxIcon::Warning});
@@ -384,8 +394,10 @@ TEST_F(Run, WindowStateThatIsNoNumberIsTheDefault)
 {
     Set(PresetKeys::Command, u"/bin/x"_s);
     Set(PresetKeys::Window, u"wide"_s);
-    context.desktop.ExpectShellRun(
-        {.file = u"/bin/x"_s, .folder = u"/bin"_s, .showState = 1, .console = {.title = u"P"_s}});
+    context.desktop.ExpectShellRun({.file = u"/bin/x"_s,
+                                    .folder = u"/bin"_s,
+                                    .showState = WindowState::Normal,
+                                    .console = {.title = u"P"_s}});
     Go();
     EXPECT_EQ(context.settings.TakeUnreadable().size(), 1u);
 }

@@ -2,6 +2,7 @@
 #include "run/presetstore.h"
 
 #include "platform/runtimeerror.h"
+#include "platform/windowstate.h"
 #include "run/presetkeys.h"
 #include "shell/settings.h"
 #include "support/testcontext.h"
@@ -74,8 +75,10 @@ TEST_F(Presets, RecordsStandBesideTheIndex)
     EXPECT_EQ(context.settings.GetSetting(u"x"_s, u"CreateButton"_s), u"0"_s);
     EXPECT_TRUE(store.ReadPresetList().isEmpty());
     const PresetRecord record = store.ReadRecord(u"x"_s);
-    EXPECT_EQ(record,
-              (PresetRecord{.Command = u"c"_s, .Window = 3, .SaveFirst = true, .CreateButton = false}));
+    EXPECT_EQ(
+        record,
+        (PresetRecord{
+            .Command = u"c"_s, .Window = WindowState::Maximized, .SaveFirst = true, .CreateButton = false}));
 }
 
 TEST_F(Presets, EmptyTextRemovesTheKey)
@@ -90,15 +93,15 @@ TEST_F(Presets, EmptyTextRemovesTheKey)
 TEST_F(Presets, DamagedNumbersAreTheDefaults)
 {
     store.SaveStoredText(u"x"_s, PresetKeys::Window, u"big"_s);
-    EXPECT_EQ(store.WindowState(u"x"_s, PresetKeys::Window), 1);
+    EXPECT_EQ(store.State(u"x"_s, PresetKeys::Window), WindowState::Normal);
     store.SaveStoredText(u"x"_s, PresetKeys::NewGroup, u"perhaps"_s);
     EXPECT_FALSE(store.Flag(u"x"_s, PresetKeys::NewGroup));
     EXPECT_EQ(store.ReadRecord(u"x"_s), PresetRecord());
     EXPECT_EQ(context.settings.TakeUnreadable().size(), 2u);
     // A state that no window has is shown as normal.
     store.SaveStoredText(u"y"_s, PresetKeys::Window, u"7"_s);
-    EXPECT_EQ(store.WindowState(u"y"_s, PresetKeys::Window), 7);
-    EXPECT_EQ(store.ReadRecord(u"y"_s).Window, 1);
+    EXPECT_EQ(store.State(u"y"_s, PresetKeys::Window), WindowState::Normal);
+    EXPECT_EQ(store.ReadRecord(u"y"_s).Window, WindowState::Normal);
 }
 
 TEST_F(Presets, RemoveTakesRecordAndIndexKey)

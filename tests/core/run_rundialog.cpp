@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "run/rundialog.h"
 
+#include "platform/windowstate.h"
 #include "run/runkeys.h"
 #include "run/toolpaths.h"
 #include "shell/documentkind.h"
@@ -87,7 +88,7 @@ TEST_F(RunDialog, RunsTheCompiler)
         {.file = u"/opt/one/csound"_s,
          .parameters = u"-W -o %1 %2 /s.sco"_s.arg(context.folder.filePath(u"x.wav"_s), document),
          .folder = context.folder.path(),
-         .showState = 1});
+         .showState = WindowState::Normal});
     EXPECT_TRUE(RunCsound(fields, run));
     EXPECT_TRUE(context.operations.calls.isEmpty());
     // The flags are remembered as they were typed.
@@ -119,7 +120,7 @@ TEST_F(RunDialog, SecondCompilerInItsFolderWithSaving)
     context.desktop.ExpectShellRun({.file = u"/opt/two/csound"_s,
                                     .parameters = u"-d "_s + document + u' ',
                                     .folder = u"/opt/two"_s,
-                                    .showState = 1});
+                                    .showState = WindowState::Normal});
     EXPECT_TRUE(RunCsound(fields, run));
     EXPECT_EQ(context.operations.calls, QStringList{u"save "_s + document});
     EXPECT_EQ(LoadRunDialog(run).csound2, true);
@@ -133,7 +134,7 @@ TEST_F(RunDialog, AChoiceThatIsNotShownIsNotStored)
     for (const bool asks : {false, true}) {
         RunDialogFields fields{.flags = u"-d"_s, .asksSaveFirst = asks};
         context.desktop.ExpectShellRun(
-            {.file = u"/opt/one/csound"_s, .parameters = u"-d  "_s, .showState = 1});
+            {.file = u"/opt/one/csound"_s, .parameters = u"-d  "_s, .showState = WindowState::Normal});
         EXPECT_TRUE(RunCsound(fields, run));
         EXPECT_EQ(context.settings.Flag(Keys::ManualSaveFirst), !asks);
     }
@@ -143,8 +144,10 @@ TEST_F(RunDialog, ShiftSwapsMacrosButNotTheCompiler)
 {
     context.desktop.keysDown = {KeyCode::Shift};
     RunDialogFields fields{.flags = u"$CSOUND$"_s};
-    context.desktop.ExpectShellRun(
-        {.file = u"/opt/one/csound"_s, .parameters = u"/opt/two/csound  "_s, .folder = {}, .showState = 1});
+    context.desktop.ExpectShellRun({.file = u"/opt/one/csound"_s,
+                                    .parameters = u"/opt/two/csound  "_s,
+                                    .folder = {},
+                                    .showState = WindowState::Normal});
     EXPECT_TRUE(RunCsound(fields, run));
 }
 
@@ -154,7 +157,7 @@ TEST_F(RunDialog, BlanksAreQuotedInTheFields)
     context.desktop.ExpectShellRun({.file = u"/opt/one/csound"_s,
                                     .parameters = u" \"/a b.orc\" \"/s c.sco\""_s,
                                     .folder = u"/opt/one"_s,
-                                    .showState = 1});
+                                    .showState = WindowState::Normal});
     EXPECT_TRUE(RunCsound(fields, run));
     EXPECT_EQ(fields.orchestra, u"\"/a b.orc\""_s);
     EXPECT_EQ(fields.score, u"\"/s c.sco\""_s);
@@ -169,7 +172,7 @@ TEST_F(RunDialog, QuotesInTheNameOfAFileAreDoubled)
     context.desktop.ExpectShellRun({.file = u"/opt/one/csound"_s,
                                     .parameters = u' ' + quoted + u' ',
                                     .folder = context.folder.path(),
-                                    .showState = 1});
+                                    .showState = WindowState::Normal});
     EXPECT_TRUE(RunCsound(fields, run));
 }
 #endif
@@ -207,8 +210,9 @@ TEST_F(RunDialog, HistoryHoldsTwelve)
 {
     for (int i = 0; i < 14; ++i) {
         RunDialogFields fields{.flags = u"-%1"_s.arg(i)};
-        context.desktop.ExpectShellRun(
-            {.file = u"/opt/one/csound"_s, .parameters = fields.flags + u"  "_s, .showState = 1});
+        context.desktop.ExpectShellRun({.file = u"/opt/one/csound"_s,
+                                        .parameters = fields.flags + u"  "_s,
+                                        .showState = WindowState::Normal});
         EXPECT_TRUE(RunCsound(fields, run));
     }
     EXPECT_EQ(context.settings.GetAllSettings(u"Recent Command Lines"_s).size(), 12u);
@@ -228,7 +232,7 @@ TEST_F(RunDialog, HistoryTakesAnEmptyLineInFrontOnly)
     const auto runWith = [this](const QString &flags) {
         RunDialogFields fields{.flags = flags};
         context.desktop.ExpectShellRun(
-            {.file = u"/opt/one/csound"_s, .parameters = flags + u"  "_s, .showState = 1});
+            {.file = u"/opt/one/csound"_s, .parameters = flags + u"  "_s, .showState = WindowState::Normal});
         EXPECT_TRUE(RunCsound(fields, run));
     };
     runWith(u"-d"_s);

@@ -9,6 +9,7 @@
 #include "console/ui/consoleview.h"
 #include "console/ui/frmconsole.h"
 #include "platform/terminalprocess.h"
+#include "platform/windowstate.h"
 #include "shell/editorkeys.h"
 #include "shell/settings.h"
 #include "support/modaldriver.h"
@@ -82,7 +83,7 @@ struct Console {
     std::unique_ptr<frmConsole> form;
     std::unique_ptr<QSignalSpy> closed;
 
-    explicit Console(const QString &script, int showState = 1)
+    explicit Console(const QString &script, WindowState showState = WindowState::Normal)
     {
         const ConsoleOptions options{.run = {.title = u"Render"_s,
                                              .program = u"/bin/sh"_s,
@@ -623,7 +624,7 @@ private Q_SLOTS:
 
     void AHiddenRunHasALogAndNoWindow()
     {
-        Console console(u"echo seen; exit 1"_s, 0);
+        Console console(u"echo seen; exit 1"_s, WindowState::Hidden);
         console.form->Run();
         QTRY_COMPARE_WITH_TIMEOUT(console.closed->count(), 1, Patience);
         QVERIFY(!console.form->isVisible());

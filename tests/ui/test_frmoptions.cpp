@@ -7,6 +7,7 @@
 #include "platform/runtimeerror.h"
 #include "platform/systemcolour.h"
 #include "platform/ui/textcontrol.h"
+#include "platform/windowstate.h"
 #include "preferences/allsettingkeys.h"
 #include "preferences/preferences.h"
 #include "preferences/ui/colourbutton.h"
@@ -1153,7 +1154,8 @@ void FrmOptionsTest::TheQuestionLeadsHere()
     editor.Row(u"mnuRunCsound"_s).trigger();
     QCOMPARE(editor.settings.GetSetting(u"Options", u"Csound2"), csound);
     // The path in memory is the new one: the same command runs it now.
-    editor.desktop.ExpectShellRun({.file = csound, .parameters = u" /a.orc /a.sco"_s, .showState = 1});
+    editor.desktop.ExpectShellRun(
+        {.file = csound, .parameters = u" /a.orc /a.sco"_s, .showState = WindowState::Normal});
     driver.Expect<QDialog>(fill);
     editor.Row(u"mnuRunCsound"_s).trigger();
 }

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/windowstate.h"
 #include "run/ui/dialogprogram.h"
 #include "run/ui/frmpresets.h"
 #include "run/ui/frmquickpreset.h"
@@ -340,7 +341,8 @@ private Q_SLOTS:
         Chooser chooser;
         chooser.Add(u"broken"_s, {{u"Command"_s, u"/bin/x"_s}, {u"Window"_s, u"wide"_s}});
         chooser.Open();
-        chooser.context.desktop.ExpectShellRun({.file = u"/bin/x"_s, .folder = u"/bin"_s, .showState = 1});
+        chooser.context.desktop.ExpectShellRun(
+            {.file = u"/bin/x"_s, .folder = u"/bin"_s, .showState = WindowState::Normal});
         chooser.Click(u"cmdOK"_s);
         chooser.CheckClosed();
         QCOMPARE(chooser.context.settings.TakeUnreadable().size(), 1u);

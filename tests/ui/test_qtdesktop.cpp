@@ -2,6 +2,7 @@
 #include "platform/lostnames.h"
 #include "platform/parameters.h"
 #include "platform/ui/qtdesktop.h"
+#include "platform/windowstate.h"
 #include "support/largefont.h"
 #include "support/modaldriver.h"
 #include "support/uitest.h"
@@ -639,7 +640,7 @@ private Q_SLOTS:
         desktop.SetConsole({.program = Speaker(u"console"_s), .wanted = [forAll] { return forAll; }});
         const QString program = Speaker(u"render"_s);
         ShellRequest request{.file = program, .parameters = u"-o \"x y.wav\""_s, .folder = m_folder.path()};
-        request.showState = 2;
+        request.showState = WindowState::Minimized;
         request.console.title = u"A preset"_s;
         if (!wish.isEmpty())
             request.console.wanted = wish == u"1"_s;

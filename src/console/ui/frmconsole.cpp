@@ -9,6 +9,7 @@
 #include "platform/runtimeerror.h"
 #include "platform/ui/plaincaption.h"
 #include "platform/ui/withinscreen.h"
+#include "platform/windowstate.h"
 #include "shell/editorkeys.h"
 #include "shell/lineends.h"
 #include "shell/settings.h"
@@ -209,18 +210,18 @@ void frmConsole::changeEvent(QEvent *event)
         ApplyHintColour();
 }
 
-void frmConsole::ShowAs(int showState)
+void frmConsole::ShowAs(WindowState showState)
 {
     switch (showState) {
-    case 0:
+    case WindowState::Hidden:
         break; // the log is written all the same
-    case 2:
+    case WindowState::Minimized:
         showMinimized();
         break;
-    case 3:
+    case WindowState::Maximized:
         showMaximized();
         break;
-    default:
+    case WindowState::Normal:
         show();
         break;
     }
@@ -237,7 +238,8 @@ void frmConsole::Run()
         TellWaiting(m_options.notify, ProgramNews::Ended);
         m_options.notify = -1;
         ShowEnd(u"Not started."_s);
-        ShowAs(std::max(1, m_options.run.showState));
+        ShowAs(m_options.run.showState == WindowState::Hidden ? WindowState::Normal
+                                                              : m_options.run.showState);
         return;
     }
     m_running = true;

@@ -9,6 +9,7 @@
 #include "console/runmessages.h"
 #include "console/stopladder.h"
 #include "platform/terminalprocess.h"
+#include "platform/windowstate.h"
 
 #include <functional>
 #include <optional>
@@ -78,7 +79,7 @@ private:
     void BuildWindow();
     void ApplyLook();
     void ApplyHintColour();
-    void ShowAs(int showState);
+    void ShowAs(WindowState showState);
     void TakeOutput(QByteArrayView bytes);
     void TakeLine(StyledLine line);
     void Ended(const ProgramEnd &end);

@@ -13,6 +13,7 @@
 #include "platform/ui/programfilter.h"
 #include "platform/ui/raisewindow.h"
 #include "platform/ui/withinscreen.h"
+#include "platform/windowstate.h"
 
 #include <functional>
 #include <QApplication>
@@ -245,7 +246,7 @@ ShellOutcome StartDetached(const QString &program, const ShellRequest &request, 
 }
 
 ConsoleRun ConsoleRunOf(const QString &program, const QString &parameters, const QString &folder,
-                        int showState, const ConsoleWish &wish)
+                        WindowState showState, const ConsoleWish &wish)
 {
     return {.title = wish.title.isEmpty() ? QFileInfo(program).fileName() : wish.title,
             .program = program,

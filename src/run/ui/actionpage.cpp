@@ -2,6 +2,7 @@
 #include "run/ui/actionpage.h"
 
 #include "platform/desktop.h"
+#include "platform/windowstate.h"
 #include "run/macroexpansion.h"
 #include "run/ui/flagpicker.h"
 #include "shell/editorcontext.h"
@@ -18,8 +19,7 @@ namespace zelvane
 namespace
 {
 
-constexpr int FieldWidth = 52;  ///< of the text fields, in characters
-constexpr int NormalWindow = 1; ///< row of the window list
+constexpr int FieldWidth = 52; ///< of the text fields, in characters
 
 } // namespace
 
@@ -80,13 +80,13 @@ void ActionPage::ShowAction(const PresetAction &action)
     ShowFromStart(*m_command, action.command);
     ShowFromStart(*m_args, action.args);
     ShowFromStart(*m_folder, action.folder);
-    m_window->setCurrentIndex(action.window);
+    m_window->setCurrentIndex(int(action.window));
 }
 
 void ActionPage::AddWindowStates()
 {
     m_window->addItems(WindowStateTexts());
-    m_window->setCurrentIndex(NormalWindow);
+    m_window->setCurrentIndex(int(WindowState::Normal));
 }
 
 void ActionPage::ClearWindowStates()
