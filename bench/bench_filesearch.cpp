@@ -99,7 +99,7 @@ void InFiles()
     const struct {
         const char *what;
         QString text;
-        int options;
+        FindOptions options;
         QStringList grep;
     } rows[] = {
         {"oscil", u"oscil"_s, FindMatchCase, {u"-F"_s}},

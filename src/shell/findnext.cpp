@@ -15,7 +15,7 @@ using namespace Qt::Literals::StringLiterals;
 namespace zelvane
 {
 
-bool FindNextText(EditorContext &editor, const QString &needle, bool wrap, int options)
+bool FindNextText(EditorContext &editor, const QString &needle, bool wrap, FindOptions options)
 {
     const QString text = editor.text.Text();
     std::optional<PatternSearch> search;
@@ -87,7 +87,7 @@ std::function<bool()> StopWhenLong()
 
 void FindAgain(EditorContext &editor)
 {
-    int options = FindAnywhere;
+    FindOptions options = FindAnywhere;
     if (editor.settings.Flag(Keys::FindWholeWords))
         options |= FindWholeWord;
     if (editor.settings.Flag(Keys::FindMatchCase))

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "shell/editorcontext.h"
+#include "shell/findtext.h"
 
 #include <functional>
 #include <QString>
@@ -12,7 +13,7 @@ namespace zelvane
 /// Searches from the end of the selection, with `wrap` also from the start of the text; selects the hit and
 /// tells it in the status line, or tells that there is none, or what is wrong with a regular expression. An
 /// empty hit where the caret stands is passed over. @return whether there was a hit
-bool FindNextText(EditorContext &editor, const QString &needle, bool wrap, int options);
+bool FindNextText(EditorContext &editor, const QString &needle, bool wrap, FindOptions options);
 
 /// Tells what is wrong with a regular expression. @return whether all is well with it
 bool TellBadPattern(EditorContext &editor, const QString &expression, const QString &error);

@@ -68,7 +68,7 @@ int GroupOf(QChar c)
 
 } // namespace
 
-FindPattern::FindPattern(const QString &expression, int options)
+FindPattern::FindPattern(const QString &expression, FindOptions options)
     : m_expression(Limit() + expression,
                    QRegularExpression::MultilineOption | QRegularExpression::UseUnicodePropertiesOption |
                        (options & FindMatchCase ? QRegularExpression::NoPatternOption

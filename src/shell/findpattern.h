@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/textbuffer.h"
+#include "shell/findtext.h"
 
 #include <array>
 #include <functional>
@@ -21,8 +22,8 @@ namespace zelvane
 class FindPattern
 {
 public:
-    /// @param options of FindOption; a whole word has no letter, digit or underscore next to it
-    FindPattern(const QString &expression, int options);
+    /// @param options a whole word has no letter, digit or underscore next to it
+    FindPattern(const QString &expression, FindOptions options);
 
     bool IsValid() const { return m_expression.isValid(); }
     /// What is wrong with the expression, and where in it, from 1; empty when nothing is.

@@ -86,7 +86,7 @@ QStringList FindStringsOffered(const SettingsStore &settings)
     return RecentItems(settings, Sections::RecentFindStrings, RecentFindStringCount - 1);
 }
 
-int OptionsOf(const FindFields &fields)
+FindOptions OptionsOf(const FindFields &fields)
 {
     return (fields.wholeWords ? FindWholeWord : FindAnywhere) |
            (fields.matchCase ? FindMatchCase : FindAnywhere) |

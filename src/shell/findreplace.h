@@ -2,6 +2,7 @@
 #pragma once
 
 #include "shell/editorcontext.h"
+#include "shell/findtext.h"
 
 #include <functional>
 #include <optional>
@@ -43,8 +44,8 @@ FindFields OpeningFindFields(const EditorContext &editor);
 /// The strings in the list of `txtFind`, the newest first. Kept: one less than the store holds.
 QStringList FindStringsOffered(const SettingsStore &settings);
 
-/// The sum of the FindOption that the checks stand for.
-int OptionsOf(const FindFields &fields);
+/// The options that the checks stand for.
+FindOptions OptionsOf(const FindFields &fields);
 
 /// `bFind`: the next hit. Nothing happens with an empty text to find. @return whether there was one
 bool FindNext(EditorContext &editor, const FindFields &fields);

@@ -11,7 +11,7 @@ bool IsWordCharacter(QChar c)
     return c.isLetterOrNumber() || c == u'_';
 }
 
-qsizetype FindText(QStringView text, QStringView needle, qsizetype start, qsizetype end, int options)
+qsizetype FindText(QStringView text, QStringView needle, qsizetype start, qsizetype end, FindOptions options)
 {
     if (end < 0 || end > text.size())
         end = text.size();
@@ -33,7 +33,7 @@ qsizetype FindText(QStringView text, QStringView needle, qsizetype start, qsizet
 }
 
 std::vector<qint32> HitsToReplace(QStringView text, QStringView needle, QStringView replacement,
-                                  qsizetype start, qsizetype end, int options)
+                                  qsizetype start, qsizetype end, FindOptions options)
 {
     if (end < 0 || end > text.size())
         end = text.size();

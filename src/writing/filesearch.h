@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/textbuffer.h"
+#include "shell/findtext.h"
 
 #include <functional>
 #include <QString>
@@ -14,7 +15,7 @@ namespace zelvane
 /// What to search for, and where.
 struct FileSearch {
     QString text = {};
-    int options = 0;           ///< sum of FindOption
+    FindOptions options = FindAnywhere;
     QString folder = {};       ///< absolute
     QStringList patterns = {}; ///< of "*" and "?", for the names of files, without regard to case
     bool subFolders = true;

@@ -22,7 +22,7 @@ namespace zelvane
 namespace
 {
 
-int OptionsOfSearch(const FileSearchFields &fields)
+FindOptions OptionsOfSearch(const FileSearchFields &fields)
 {
     return (fields.wholeWords ? FindWholeWord : FindAnywhere) |
            (fields.matchCase ? FindMatchCase : FindAnywhere) |

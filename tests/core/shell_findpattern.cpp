@@ -21,7 +21,7 @@ namespace zelvane
 namespace
 {
 
-const int AllOptions[] = {FindAnywhere, FindWholeWord, FindMatchCase, FindWholeWord | FindMatchCase};
+const FindOptions AllOptions[] = {FindAnywhere, FindWholeWord, FindMatchCase, FindWholeWord | FindMatchCase};
 
 /// Random expressions that look behind, ahead, at line ends, and match nothing.
 struct RandomExpressions {
@@ -53,7 +53,7 @@ TEST(PatternSearch, FindsWhatTheLoopFindsHoweverShortTheStretches)
     for (int i = 0; i < 30000; ++i) {
         const QString text = texts.Next();
         const QString expression = expressions.Next();
-        const int options = AllOptions[i % 4];
+        const FindOptions options = AllOptions[i % 4];
         qsizetype start = texts.Number(0, int(text.size()));
         qsizetype end = texts.Number(int(start), int(text.size()));
         const auto inside = [&](qsizetype at) { return at < text.size() && text[at].isLowSurrogate(); };
@@ -84,7 +84,7 @@ TEST(PatternReplacements, AreThoseOfTheLoop)
     for (int i = 0; i < 10000; ++i) {
         const QString text = texts.Next();
         const QString expression = expressions.Next();
-        const int options = AllOptions[i % 4];
+        const FindOptions options = AllOptions[i % 4];
         const FindPattern pattern(expression, options);
         PatternSearch search(pattern, text, -1, texts.Number(1, 6));
         const QString with = pattern.GroupCount() > 0 ? u"<\\1>"_s : u"<>"_s;
@@ -102,18 +102,19 @@ TEST(PatternReplacements, AreThoseOfTheLoop)
 
 TEST(FindPattern, SaysWhatIsWrongAndWhere)
 {
-    EXPECT_EQ(FindPattern(u"a+"_s, 0).Error(), QString());
-    EXPECT_EQ(FindPattern(u"ab("_s, 0).Error(), u"missing closing parenthesis (at character 4)"_s);
-    EXPECT_EQ(FindPattern(u"*a"_s, 0).Error(),
+    EXPECT_EQ(FindPattern(u"a+"_s, FindAnywhere).Error(), QString());
+    EXPECT_EQ(FindPattern(u"ab("_s, FindAnywhere).Error(), u"missing closing parenthesis (at character 4)"_s);
+    EXPECT_EQ(FindPattern(u"*a"_s, FindAnywhere).Error(),
               u"quantifier does not follow a repeatable item (at character 1)"_s);
-    EXPECT_FALSE(FindPattern(u"(*LIMIT_MATCH=4000000000)a"_s, 0).IsValid()) << "an expression sets no limits";
+    EXPECT_FALSE(FindPattern(u"(*LIMIT_MATCH=4000000000)a"_s, FindAnywhere).IsValid())
+        << "an expression sets no limits";
 }
 
 TEST(PatternSearch, GivesUpWhereAnExpressionExplodes)
 {
     const QString text = QString(60, u'a') + u"b\n"_s;
     for (const QString &expression : {u"(a+)+$"_s, u"(a|aa)+$"_s, u"^(a?){60}(a+)*c"_s}) {
-        PatternSearch search(FindPattern(expression, 0), text.repeated(100));
+        PatternSearch search(FindPattern(expression, FindAnywhere), text.repeated(100));
         EXPECT_FALSE(search.Next(0)) << testing::PrintToString(expression);
         EXPECT_TRUE(search.GaveUp()) << testing::PrintToString(expression);
     }
@@ -126,7 +127,7 @@ TEST(PatternSearch, AsksInTimeWhereEachPlaceLooksAtTheWholeText)
     const QString text = instrument.repeated(10'000);
     for (const QString &expression :
          {u"(instr)[^@#]*\\1 4"_s, u"(?=instr[^@#]*[@#])"_s, u"instr[^#]*(?=[^@]*@)"_s}) {
-        PatternSearch search(FindPattern(expression, 0), text);
+        PatternSearch search(FindPattern(expression, FindAnywhere), text);
         Clock::time_point last = Clock::now();
         const Clock::time_point end = last + std::chrono::seconds(1);
         Clock::duration longest{};
@@ -146,7 +147,7 @@ TEST(PatternSearch, IsQuickWhereTheEngineIs)
 {
     const QString text(3'000'000, u'a');
     for (const QString &expression : {u"a*[bc]"_s, u"[^@]*@"_s}) {
-        PatternSearch search(FindPattern(expression, 0), text);
+        PatternSearch search(FindPattern(expression, FindAnywhere), text);
         const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
         search.SetStop([end] { return std::chrono::steady_clock::now() > end; });
         EXPECT_FALSE(search.Next(0)) << testing::PrintToString(expression);
@@ -160,7 +161,7 @@ TEST(PatternSearch, AHardPlaceDoesNotHideTheHitBehindIt)
     // More steps than a stretch may take, fewer than a place may.
     const QString text = u"-\n"_s + QString(15, u'a') + u"b\n"_s + QString(16, u'a') + u"c\n"_s;
     for (const qsizetype stretch : {4, 1024}) {
-        PatternSearch search(FindPattern(u"(a+)+$|(a|aa)+c"_s, 0), text, -1, stretch);
+        PatternSearch search(FindPattern(u"(a+)+$|(a|aa)+c"_s, FindAnywhere), text, -1, stretch);
         const auto hit = search.Next(0);
         ASSERT_TRUE(hit) << stretch;
         EXPECT_EQ(hit->span, (TextSpan{19, 36})) << stretch;
@@ -170,7 +171,7 @@ TEST(PatternSearch, AHardPlaceDoesNotHideTheHitBehindIt)
 TEST(PatternSearch, AsksBetweenStretchesWhetherToGoOn)
 {
     int asked = 0;
-    PatternSearch search(FindPattern(u"x"_s, 0), QString(100'000, u'a'));
+    PatternSearch search(FindPattern(u"x"_s, FindAnywhere), QString(100'000, u'a'));
     search.SetStop([&asked] { return ++asked == 10; });
     EXPECT_FALSE(search.Next(0));
     EXPECT_TRUE(search.GaveUp());
@@ -182,7 +183,7 @@ TEST(PatternSearch, AsksBetweenStretchesWhetherToGoOn)
 TEST(PatternSearch, TakesTextsWithHalfCharacters)
 {
     const QString text = u"a"_s + QChar(0xd83d) + u"b"_s + QChar(0xde00);
-    PatternSearch search(FindPattern(u"b."_s, 0), text);
+    PatternSearch search(FindPattern(u"b."_s, FindAnywhere), text);
     const auto hit = search.Next(0);
     ASSERT_TRUE(hit);
     EXPECT_EQ(hit->span, (TextSpan{2, 4}));
@@ -191,7 +192,7 @@ TEST(PatternSearch, TakesTextsWithHalfCharacters)
 TEST(PatternSearch, LeavesAHitThatEndsAtTheScope)
 {
     const QString text = u"one two\nthree"_s;
-    PatternSearch search(FindPattern(u"\\w+$"_s, 0), text, 6);
+    PatternSearch search(FindPattern(u"\\w+$"_s, FindAnywhere), text, 6);
     const auto hit = search.Next(0);
     ASSERT_TRUE(hit);
     EXPECT_EQ(hit->span, (TextSpan{4, 6}));
@@ -202,7 +203,7 @@ TEST(PatternSearch, LeavesAHitThatEndsAtTheScope)
 TEST(Replacement, TakesGroupsAndEscapes)
 {
     const QString text = u"k1 oscil 2"_s;
-    PatternSearch search(FindPattern(u"(\\w+) (oscil)(x)? (\\d)"_s, 0), text);
+    PatternSearch search(FindPattern(u"(\\w+) (oscil)(x)? (\\d)"_s, FindAnywhere), text);
     const auto hit = search.Next(0);
     ASSERT_TRUE(hit);
     const struct {
@@ -224,7 +225,7 @@ TEST(PatternReplacements, ManyHitsInOnePass)
 {
     const QString line =
         u"kenv linen kamp, 0.01, p3, 0.1 ; an \u00e9nvelope of some kind, and here it ends .....\n"_s;
-    PatternSearch search(FindPattern(u"(k\\w+)\\s+linen"_s, 0), line.repeated(100'000));
+    PatternSearch search(FindPattern(u"(k\\w+)\\s+linen"_s, FindAnywhere), line.repeated(100'000));
     const auto begin = std::chrono::steady_clock::now();
     EXPECT_EQ(PatternReplacements(search, u"\\1 linenr", 0).size(), 100'000U);
     // Some tenths of a second; a search that looked at the whole text for each hit would take minutes.
@@ -255,7 +256,7 @@ TEST_F(RegularFinding, TheBoxIsRememberedWhereItIs)
     EXPECT_EQ(text.selection, (TextSpan{1, 2}));
     EXPECT_EQ(status.text, u"'\\d+' found at character 2"_s);
     EXPECT_EQ(OpeningFindFields(editor).regularExpression, true);
-    EXPECT_EQ(OptionsOf(fields), 8);
+    EXPECT_EQ(OptionsOf(fields), FindRegularExpression);
     FindAgain(editor);
     EXPECT_EQ(text.selection, (TextSpan{9, 10}));
     settings.SaveFlag(Keys::RegularExpressions, false);

@@ -3,6 +3,7 @@
 
 #include "platform/runtimeerror.h"
 #include "shell/findkeys.h"
+#include "shell/findtext.h"
 #include "support/testcontext.h"
 
 #include <gtest/gtest.h>
@@ -92,10 +93,10 @@ TEST_F(FindDialogFields, OfferSevenOfTheEightStrings)
 
 TEST_F(FindDialogFields, OptionsAreASum)
 {
-    EXPECT_EQ(OptionsOf({}), 0);
-    EXPECT_EQ(OptionsOf({.wholeWords = true}), 2);
-    EXPECT_EQ(OptionsOf({.matchCase = true}), 4);
-    EXPECT_EQ(OptionsOf({.wholeWords = true, .matchCase = true}), 6);
+    EXPECT_EQ(OptionsOf({}), FindAnywhere);
+    EXPECT_EQ(OptionsOf({.wholeWords = true}), FindWholeWord);
+    EXPECT_EQ(OptionsOf({.matchCase = true}), FindMatchCase);
+    EXPECT_EQ(OptionsOf({.wholeWords = true, .matchCase = true}), FindWholeWord | FindMatchCase);
 }
 
 TEST_F(FindDialogFields, FindStoresWhatItSearchedWith)

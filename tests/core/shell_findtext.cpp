@@ -16,7 +16,7 @@ namespace zelvane
 namespace
 {
 
-const int AllOptions[] = {FindAnywhere, FindWholeWord, FindMatchCase, FindWholeWord | FindMatchCase};
+const FindOptions AllOptions[] = {FindAnywhere, FindWholeWord, FindMatchCase, FindWholeWord | FindMatchCase};
 
 TEST(FindText, GivesWhatItsLoopGives)
 {
@@ -27,7 +27,7 @@ TEST(FindText, GivesWhatItsLoopGives)
         const QString needle = needles.Next();
         const qsizetype start = texts.Number(0, int(text.size()));
         const qsizetype end = texts.Number(int(start), int(text.size()));
-        const int options = AllOptions[i % 4];
+        const FindOptions options = AllOptions[i % 4];
         ASSERT_EQ(FindText(text, needle, start, end, options),
                   oracle::Find(text, needle, start, end, options))
             << testing::PrintToString(text) << " for " << testing::PrintToString(needle) << " in " << start
@@ -45,7 +45,7 @@ TEST(HitsToReplace, GiveWhatTheLoopOfReplacingGives)
         const QString with = needles.Next();
         const qsizetype start = texts.Number(0, int(text.size()));
         const qsizetype end = texts.Number(int(start), int(text.size()));
-        const int options = AllOptions[i % 4];
+        const FindOptions options = AllOptions[i % 4];
         const auto [expected, count] = oracle::ReplaceAll(text, needle, with, start, end, options);
         const auto hits = HitsToReplace(text, needle, with, start, end, options);
         test::StringBuffer buffer;
@@ -71,11 +71,11 @@ TEST(HitsToReplace, ManyHitsInOnePass)
 
 TEST(FindText, OutOfRangeIsNoHit)
 {
-    EXPECT_EQ(FindText(u"abc", u"", 0, -1, 0), -1);
-    EXPECT_EQ(FindText(u"abc", u"a", -1, -1, 0), -1);
-    EXPECT_EQ(FindText(u"abc", u"c", 4, -1, 0), -1);
-    EXPECT_EQ(FindText(u"abc", u"c", 0, 99, 0), 2);
-    EXPECT_EQ(FindText(u"abc", u"bc", 0, 2, 0), -1);
+    EXPECT_EQ(FindText(u"abc", u"", 0, -1, FindAnywhere), -1);
+    EXPECT_EQ(FindText(u"abc", u"a", -1, -1, FindAnywhere), -1);
+    EXPECT_EQ(FindText(u"abc", u"c", 4, -1, FindAnywhere), -1);
+    EXPECT_EQ(FindText(u"abc", u"c", 0, 99, FindAnywhere), 2);
+    EXPECT_EQ(FindText(u"abc", u"bc", 0, 2, FindAnywhere), -1);
 }
 
 struct Finding : testing::Test, test::TestContext {

@@ -317,7 +317,8 @@ TEST_F(SearchInFiles, FindsTheLinesThatTheLoopFinds)
     for (int i = 0; i < 400; ++i) {
         const QString piece = texts.Next();
         Write(u"a.csd"_s, piece.toUtf8());
-        const int options = (i & 1 ? FindWholeWord : 0) | (i & 2 ? FindMatchCase : 0);
+        const FindOptions options =
+            (i & 1 ? FindWholeWord : FindAnywhere) | (i & 2 ? FindMatchCase : FindAnywhere);
         for (const auto &row : rows) {
             QStringList expected;
             const QStringList lines = piece.split(u'\n');

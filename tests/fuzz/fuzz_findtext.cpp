@@ -13,7 +13,8 @@ using namespace zelvane;
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     fuzz::Input input(data, size);
-    const int options = (input.Bit() ? FindWholeWord : 0) | (input.Bit() ? FindMatchCase : 0);
+    const FindOptions options =
+        (input.Bit() ? FindWholeWord : FindAnywhere) | (input.Bit() ? FindMatchCase : FindAnywhere);
     const quint8 first = input.Byte(), last = input.Byte();
     const QString needle = fuzz::WithoutHalves(input.Text());
     const QString with = ToLineFeeds(input.Text()); // as the text control takes it

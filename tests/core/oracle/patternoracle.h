@@ -15,7 +15,7 @@
 namespace zelvane::oracle
 {
 
-inline QRegularExpression Expression(const QString &expression, int options)
+inline QRegularExpression Expression(const QString &expression, FindOptions options)
 {
     auto all = QRegularExpression::MultilineOption | QRegularExpression::UseUnicodePropertiesOption;
     if (!(options & FindMatchCase))
@@ -24,7 +24,7 @@ inline QRegularExpression Expression(const QString &expression, int options)
 }
 
 inline std::optional<TextSpan> FindPattern(const QString &text, const QRegularExpression &expression,
-                                           qsizetype from, qsizetype end, int options)
+                                           qsizetype from, qsizetype end, FindOptions options)
 {
     for (qsizetype at = from; at <= end; ++at) {
         if (at > 0 && at < text.size() && text[at].isLowSurrogate())
@@ -46,7 +46,7 @@ inline std::optional<TextSpan> FindPattern(const QString &text, const QRegularEx
 
 /// Puts "<", group 1 and ">" in the place of each hit. @return the text and how often
 inline std::pair<QString, qsizetype> ReplacePattern(const QString &text, const QRegularExpression &expression,
-                                                    qsizetype start, qsizetype end, int options)
+                                                    qsizetype start, qsizetype end, FindOptions options)
 {
     QString result = text.first(start);
     qsizetype kept = start;

@@ -119,7 +119,8 @@ inline QString ChangeCase(const QString &text, int change)
 }
 
 /// The first hit by looking at every place.
-inline qsizetype Find(const QString &text, const QString &what, qsizetype start, qsizetype end, int options)
+inline qsizetype Find(const QString &text, const QString &what, qsizetype start, qsizetype end,
+                      FindOptions options)
 {
     const auto isWord = [](QChar c) { return c.isLetterOrNumber() || c == QLatin1Char('_'); };
     for (qsizetype i = start; !what.isEmpty() && i + what.size() <= end; ++i) {
@@ -139,7 +140,7 @@ inline qsizetype Find(const QString &text, const QString &what, qsizetype start,
 
 /// @return the whole text after replacing in [start, end), and the count
 inline std::pair<QString, qsizetype> ReplaceAll(QString text, const QString &what, const QString &with,
-                                                qsizetype start, qsizetype end, int options)
+                                                qsizetype start, qsizetype end, FindOptions options)
 {
     qsizetype count = 0;
     for (;;) {
