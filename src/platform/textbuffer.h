@@ -27,6 +27,15 @@ struct TextReplacement {
     QString text;
 };
 
+/// A change of a text: `added` characters stand at `offset` where `removed` stood.
+struct TextEdit {
+    qsizetype offset = 0;
+    qsizetype removed = 0;
+    qsizetype added = 0;
+
+    bool operator==(const TextEdit &) const = default;
+};
+
 /// The kinds of step that undo and redo know, in the numbers of UndoType's texts.
 enum class UndoKind { None, Typing, Delete, DragDrop, Cut, Paste };
 

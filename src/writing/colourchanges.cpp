@@ -154,15 +154,15 @@ void KnownColours::Know(StyleRuns runs)
     m_longerBy = 0;
 }
 
-void KnownColours::Edited(qsizetype offset, qsizetype removed, qsizetype added)
+void KnownColours::Edited(const TextEdit &edit)
 {
-    m_longerBy += added - removed;
+    m_longerBy += edit.added - edit.removed;
     if (!std::exchange(m_edited, true)) {
-        m_unknown = {offset, offset + added};
+        m_unknown = {edit.offset, edit.offset + edit.added};
         return;
     }
-    m_unknown.start = std::min(m_unknown.start, offset);
-    m_unknown.end = std::max(m_unknown.end, offset + removed) + added - removed;
+    m_unknown.start = std::min(m_unknown.start, edit.offset);
+    m_unknown.end = std::max(m_unknown.end, edit.offset + edit.removed) + edit.added - edit.removed;
 }
 
 TextSpan KnownColours::Unknown(qsizetype length) const

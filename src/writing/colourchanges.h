@@ -46,8 +46,7 @@ public:
     /// @param runs plain runs of the whole text
     void Know(StyleRuns runs);
     void Forget() { m_known = false; }
-    /// `added` characters stand at `offset` where `removed` stood.
-    void Edited(qsizetype offset, qsizetype removed, qsizetype added);
+    void Edited(const TextEdit &edit);
 
     /// The stretch whose colours are not known; the whole text when nothing is.
     TextSpan Unknown(qsizetype length) const;

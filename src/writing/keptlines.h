@@ -5,7 +5,6 @@
 
 #include <cstddef>
 #include <map>
-#include <optional>
 #include <QString>
 #include <QtGlobal>
 #include <vector>
@@ -42,28 +41,6 @@ public:
 
 private:
     std::map<QString, std::vector<KeptLine>> m_lines;
-};
-
-/// An edit: `added` characters stand at `offset` where `removed` stood.
-struct TextEdit {
-    qsizetype offset = 0;
-    qsizetype removed = 0;
-    qsizetype added = 0;
-};
-
-/// Edits told one after the other, as one that covers them all.
-class EditHull
-{
-public:
-    /// The text as it is; no edits.
-    void Begin(qsizetype length);
-    void Add(const TextEdit &edit);
-    bool IsEmpty() const { return !m_hull; }
-    TextEdit Hull() const { return m_hull.value_or(TextEdit()); }
-
-private:
-    qsizetype m_length = 0; ///< of the text after the edits
-    std::optional<TextEdit> m_hull;
 };
 
 /// Lines that stay marked while the text is edited. A line that is moved, or goes and comes again, is known

@@ -73,7 +73,7 @@ struct Model {
         text.replace(offset, removed, put);
         const char before = offset > 0 ? styles[offset - 1] : char(StyleClass::Text);
         styles.replace(offset, removed, old.isEmpty() ? QByteArray(put.size(), before) : old);
-        known.Edited(offset, removed, put.size());
+        known.Edited({offset, removed, put.size()});
     }
     StyleRuns Shown() const
     {

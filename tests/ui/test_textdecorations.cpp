@@ -3,6 +3,7 @@
 
 #include "platform/styledtext.h"
 #include "platform/stylerun.h"
+#include "platform/textbuffer.h"
 #include "platform/ui/scintilla.h"
 #include "platform/ui/scintillacolour.h"
 #include "platform/ui/systemcolours.h"
@@ -492,13 +493,12 @@ void TextDecorationsTest::EditsAreToldOneByOne()
     std::vector<qsizetype> places;
     QString before;
     qsizetype edits = 0;
-    connect(&editor.text, &TextControl::edited, this,
-            [&](qsizetype offset, qsizetype removed, qsizetype added) {
-                ++edits;
-                QVERIFY(offset >= 0 && offset + removed <= qsizetype(places.size()));
-                const auto from = places.begin() + offset;
-                places.insert(places.erase(from, from + removed), size_t(added), -1);
-            });
+    connect(&editor.text, &TextControl::edited, this, [&](const TextEdit &edit) {
+        ++edits;
+        QVERIFY(edit.offset >= 0 && edit.offset + edit.removed <= qsizetype(places.size()));
+        const auto from = places.begin() + edit.offset;
+        places.insert(places.erase(from, from + edit.removed), size_t(edit.added), -1);
+    });
     const auto begin = [&] {
         before = editor.text.Text();
         places.clear();
@@ -571,7 +571,7 @@ void TextDecorationsTest::AFreshTextIsToldAsAnEdit()
     QSignalSpy changed(&editor.text, &TextControl::textChanged);
     editor.text.LoadText(u"fresh \U0001F3B5"_s);
     QCOMPARE(edited.count(), 1);
-    QCOMPARE(edited[0], QVariantList({qsizetype(0), qsizetype(5), qsizetype(8)}));
+    QCOMPARE(edited[0].value(0).value<TextEdit>(), (TextEdit{0, 5, 8}));
     QCOMPARE(changed.count(), 1);
 }
 

@@ -232,7 +232,7 @@ void TextControl::LoadText(QString text)
     m_room = 0;
     ExpectMemory(0, bytes, bytes.size());
     Q_EMIT textLoading();
-    NoteEdit(0, Length(), Utf16Length(bytes));
+    NoteEdit({0, Length(), Utf16Length(bytes)});
 
     const long mask = Send(SCI_GETMODEVENTMASK);
     Send(SCI_SETMODEVENTMASK, 0);
@@ -381,7 +381,7 @@ void TextControl::ReplaceBytes(qsizetype start, qsizetype end, const QByteArray 
             ApplyStyleBytes(start, classes);
     }
     BreakUpLongLines(start, start + utf8.size());
-    NoteEdit(unit, removed, m_map.ToUnits(start + utf8.size()) - unit);
+    NoteEdit({unit, removed, m_map.ToUnits(start + utf8.size()) - unit});
     if (tell)
         m_untold.push_back({m_map.ToUnits(start), gone, FromUtf8(utf8)});
     EditedByUser(newStep, kind, goesOn && newStep);
@@ -544,11 +544,11 @@ void TextControl::TakeClassBefore(qsizetype position, qsizetype length)
         PaintRun({position, position + length, before});
 }
 
-void TextControl::NoteEdit(qsizetype offset, qsizetype removed, qsizetype added)
+void TextControl::NoteEdit(const TextEdit &edit)
 {
     static const QMetaMethod signal = QMetaMethod::fromSignal(&TextControl::edited);
     if (isSignalConnected(signal))
-        m_edits.push_back({offset, removed, added});
+        m_edits.push_back(edit);
 }
 
 void TextControl::EditedByUser(bool newStep, UndoKind kind, bool goesOn)
@@ -584,7 +584,7 @@ void TextControl::Modifying(int position, int type, int length)
     if (length == m_map.Bytes())
         m_room = 0;
     const qsizetype unit = m_map.ToUnits(position);
-    NoteEdit(unit, m_map.ToUnits(position + length) - unit, 0);
+    NoteEdit({unit, m_map.ToUnits(position + length) - unit, 0});
     TextGoes(position, length, styles);
 }
 
@@ -625,7 +625,7 @@ void TextControl::FinishInsertion()
     }
     BreakUpLongLines(come.position, come.position + come.length);
     const qsizetype unit = m_map.ToUnits(come.position);
-    NoteEdit(unit, 0, m_map.ToUnits(come.position + come.length) - unit);
+    NoteEdit({unit, 0, m_map.ToUnits(come.position + come.length) - unit});
     if (TextAccessible::IsHeard())
         m_untold.push_back({m_map.ToUnits(come.position), {}, FromUtf8(Bytes(come.position, come.length))});
 }
@@ -810,8 +810,8 @@ void TextControl::Settle()
     const bool selection = std::exchange(m_toldCaret, caret) != caret;
     for (const TextChange &change : std::exchange(m_untold, {}))
         TextAccessible::TellChange(*this, change);
-    for (const Edit &edit : std::exchange(m_edits, {}))
-        Q_EMIT edited(edit.offset, edit.removed, edit.added);
+    for (const TextEdit &edit : std::exchange(m_edits, {}))
+        Q_EMIT edited(edit);
     if (text) {
         FollowEdit();
         Q_EMIT textChanged();

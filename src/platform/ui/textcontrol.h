@@ -141,9 +141,9 @@ public:
     QPoint CaretPoint() const;
 
 Q_SIGNALS:
-    /// One change of the text, in their order: `added` characters stand at `offset` where `removed` stood.
-    /// Told before textChanged, when all changes of one event or call have been made.
-    void edited(qsizetype offset, qsizetype removed, qsizetype added);
+    /// One change of the text, in their order. Told before textChanged, when all changes of one event or call
+    /// have been made.
+    void edited(const TextEdit &edit);
     /// The text was changed, by the user or by the program; styles are no text.
     void textChanged();
     /// A fresh text is about to come, and has come.
@@ -179,13 +179,6 @@ protected:
 
 private:
     friend class TextDecorations;
-
-    /// A change of the text in characters.
-    struct Edit {
-        qsizetype offset = 0;
-        qsizetype removed = 0;
-        qsizetype added = 0;
-    };
 
     /// A style run in bytes of the control's text.
     struct ByteRun {
@@ -265,7 +258,7 @@ private:
     /// New text takes the class of the character before it.
     void TakeClassBefore(qsizetype position, qsizetype length);
     /// Remembers a change for those who follow each.
-    void NoteEdit(qsizetype offset, qsizetype removed, qsizetype added);
+    void NoteEdit(const TextEdit &edit);
     void EditedByUser(bool newStep, UndoKind kind, bool goesOn = false);
     /// Tells what an event or a call has changed. Signals leave from here only.
     void Settle();
@@ -327,7 +320,7 @@ private:
     bool m_composing = false; ///< the input method puts in what is being composed, or takes it out
     bool m_composed = false;  ///< the newest step is text that is being composed
     std::vector<TextChange> m_untold;
-    std::vector<Edit> m_edits; ///< not told yet
+    std::vector<TextEdit> m_edits; ///< not told yet
 
     bool m_textDirty = false;
     CaretSpan m_toldCaret;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "writing/ui/bookmarks.h"
 
+#include "platform/textbuffer.h"
 #include "platform/ui/textcontrol.h"
 #include "platform/ui/textdecorations.h"
 #include "shell/documentview.h"
@@ -25,10 +26,7 @@ Bookmarks::Bookmarks(const WritingContext &context)
 {
     m_decorations.ShowMargin(TextMargin::Markers, true);
     m_commands.Bind(Cmd::mnuBookmark, [this](BookmarkEntry entry) { Run(entry); });
-    connect(&m_text, &TextControl::edited, this,
-            [this](qsizetype offset, qsizetype removed, qsizetype added) {
-                m_edits.Add({offset, removed, added});
-            });
+    connect(&m_text, &TextControl::edited, this, [this](const TextEdit &edit) { m_edits.Add(edit); });
     connect(&m_text, &TextControl::textChanged, this, &Bookmarks::FollowEdits);
     connect(&m_decorations, &TextDecorations::loading, this, &Bookmarks::Leave);
     connect(&m_decorations, &TextDecorations::loaded, this, [this] { m_arrival.start(0); });

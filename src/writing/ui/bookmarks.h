@@ -2,6 +2,7 @@
 #pragma once
 
 #include "shell/command.h"
+#include "writing/edithull.h"
 #include "writing/keptlines.h"
 #include "writing/ui/boundcommands.h"
 #include "writing/ui/writingaid.h"

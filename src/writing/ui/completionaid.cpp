@@ -2,6 +2,7 @@
 #include "writing/ui/completionaid.h"
 
 #include "language/opcodelist.h"
+#include "platform/textbuffer.h"
 #include "platform/ui/textcontrol.h"
 #include "shell/command.h"
 #include "shell/editorcontext.h"
@@ -213,14 +214,14 @@ void CompletionAid::TextKey(const QKeyEvent &event)
         Close();
 }
 
-void CompletionAid::FollowEdit(qsizetype offset, qsizetype removed, qsizetype added)
+void CompletionAid::FollowEdit(const TextEdit &edit)
 {
-    if (offset > m_dismissed)
+    if (edit.offset > m_dismissed)
         return;
-    if (offset + removed > m_dismissed)
+    if (edit.offset + edit.removed > m_dismissed)
         m_dismissed = -1;
-    else if (offset < m_dismissed)
-        m_dismissed += added - removed;
+    else if (edit.offset < m_dismissed)
+        m_dismissed += edit.added - edit.removed;
 }
 
 void CompletionAid::TextChanged()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/textbuffer.h"
 #include "writing/ui/boundcommands.h"
 #include "writing/ui/writingaid.h"
 #include "writing/wordlist.h"
@@ -49,7 +50,7 @@ private:
     void TextKey(const QKeyEvent &event);
     bool IsListKey(const QKeyEvent &event) const;
     /// Keeps the word at which the list was closed, or forgets it with its first letter.
-    void FollowEdit(qsizetype offset, qsizetype removed, qsizetype added);
+    void FollowEdit(const TextEdit &edit);
     void TextChanged();
     void SelectionChanged();
     /// Shows what goes on the word at the caret, or closes the list.

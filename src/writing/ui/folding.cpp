@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "writing/ui/folding.h"
 
+#include "platform/textbuffer.h"
 #include "platform/ui/textcontrol.h"
 #include "platform/ui/textdecorations.h"
 #include "shell/editorcontext.h"
@@ -44,10 +45,7 @@ Folding::Folding(const WritingContext &context)
     m_decorations.ShowMargin(TextMargin::Folds, true);
     m_commands.Bind(Cmd::mnuFold, [this](FoldEntry entry) { Run(entry); });
     connect(&context.scanned, &ScannedText::scanned, this, &Folding::Scanned);
-    connect(&m_text, &TextControl::edited, this,
-            [this](qsizetype offset, qsizetype removed, qsizetype added) {
-                m_edits.Add({offset, removed, added});
-            });
+    connect(&m_text, &TextControl::edited, this, [this](const TextEdit &edit) { m_edits.Add(edit); });
     connect(&m_text, &TextControl::selectionChanged, this, &Folding::ShowCaret);
     connect(&m_decorations, &TextDecorations::loading, this, &Folding::Leave);
     connect(&m_decorations, &TextDecorations::marginClicked, this, [this](TextMargin margin, qsizetype line) {

@@ -2,6 +2,7 @@
 #include "writing/ui/livecolours.h"
 
 #include "language/languagekeys.h"
+#include "platform/textbuffer.h"
 #include "platform/ui/textcontrol.h"
 #include "shell/editorcontext.h"
 #include "writing/ui/scannedtext.h"
@@ -36,11 +37,10 @@ LiveColours::LiveColours(const WritingContext &context)
     m_pause.setSingleShot(true);
     m_pause.setInterval(ShortestPause);
     connect(&m_pause, &QTimer::timeout, this, &LiveColours::ColourNow);
-    connect(&m_text, &TextControl::edited, this,
-            [this](qsizetype offset, qsizetype removed, qsizetype added) {
-                m_known.Edited(offset, removed, added);
-                Wait();
-            });
+    connect(&m_text, &TextControl::edited, this, [this](const TextEdit &edit) {
+        m_known.Edited(edit);
+        Wait();
+    });
     connect(&m_text, &TextControl::textLoaded, this, [this] {
         m_fresh = true;
         Wait();

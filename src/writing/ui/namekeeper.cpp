@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "writing/ui/namekeeper.h"
 
+#include "platform/textbuffer.h"
 #include "platform/ui/textcontrol.h"
 #include "shell/document.h"
 #include "shell/editorcontext.h"
@@ -24,11 +25,11 @@ namespace
 constexpr std::chrono::milliseconds Pause(300);
 
 /// Where a place goes when the text before it, or around it, is edited.
-qsizetype Moved(qsizetype place, qsizetype offset, qsizetype removed, qsizetype added)
+qsizetype Moved(qsizetype place, const TextEdit &edit)
 {
-    if (place <= offset)
+    if (place <= edit.offset)
         return place;
-    return std::max(place - removed, offset) + added;
+    return std::max(place - edit.removed, edit.offset) + edit.added;
 }
 
 } // namespace
@@ -39,9 +40,7 @@ NameKeeper::NameKeeper(TextControl &text, const DocumentRecord &document, Scanne
     m_pause.setSingleShot(true);
     m_pause.setInterval(Pause);
     connect(&m_pause, &QTimer::timeout, this, &NameKeeper::Read);
-    connect(&text, &TextControl::edited, this, [this](qsizetype offset, qsizetype removed, qsizetype added) {
-        FollowEdit({offset, removed, added});
-    });
+    connect(&text, &TextControl::edited, this, &NameKeeper::FollowEdit);
     m_pause.start();
 }
 
@@ -60,15 +59,15 @@ const TextNames &NameKeeper::Names()
     return m_names;
 }
 
-void NameKeeper::FollowEdit(const Edit &edit)
+void NameKeeper::FollowEdit(const TextEdit &edit)
 {
     m_behind = true;
     m_pause.start();
     if (m_reading)
         m_since.push_back(edit);
     const auto follow = [&edit](TextSpan &span) {
-        span.start = Moved(span.start, edit.offset, edit.removed, edit.added);
-        span.end = Moved(span.end, edit.offset, edit.removed, edit.added);
+        span.start = Moved(span.start, edit);
+        span.end = Moved(span.end, edit);
     };
     // What lies before the edit stays: mostly all or nothing of it has to be looked at.
     for (std::vector<TextSpan> *spans : {&m_names.blockComments, &m_names.bracedStrings}) {
@@ -111,7 +110,7 @@ void NameKeeper::Take(TextNames names)
     m_names = std::move(names);
     m_reading = false;
     m_behind = false;
-    for (const Edit &edit : std::exchange(m_since, {}))
+    for (const TextEdit &edit : std::exchange(m_since, {}))
         FollowEdit(edit);
     Q_EMIT found();
 }

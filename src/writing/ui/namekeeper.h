@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/textbuffer.h"
 #include "platform/worker.h"
 #include "writing/textnames.h"
 
@@ -39,14 +40,8 @@ Q_SIGNALS:
     void found();
 
 private:
-    struct Edit {
-        qsizetype offset = 0;
-        qsizetype removed = 0;
-        qsizetype added = 0;
-    };
-
     bool IsUnified() const;
-    void FollowEdit(const Edit &edit);
+    void FollowEdit(const TextEdit &edit);
     /// Hands the text to the thread, when nothing is typed.
     void Read();
     void Take(TextNames names);
@@ -58,7 +53,7 @@ private:
     bool m_unified = false; ///< what the names are those of
     bool m_behind = true;
     bool m_reading = false;
-    std::vector<Edit> m_since; ///< edits that what is being read does not hold
+    std::vector<TextEdit> m_since; ///< edits that what is being read does not hold
     QTimer m_pause;
     Worker m_worker; ///< the first to go
 };
