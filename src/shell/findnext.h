@@ -19,7 +19,8 @@ bool FindNextText(EditorContext &editor, const QString &needle, bool wrap, FindO
 bool TellBadPattern(EditorContext &editor, const QString &expression, const QString &error);
 /// Tells that a search for a regular expression was given up.
 void TellHardPattern(EditorContext &editor, const QString &expression);
-/// How long a search that the user waits for may take before it is given up: asked by PatternSearch.
+/// How long a search that the user waits for may take before it is given up: asked by PatternSearch. It is
+/// the time on the wall, however busy the machine is: the window does not answer meanwhile.
 std::function<bool()> StopWhenLong();
 
 /// Find Again: the newest recent string with the stored options, never wrapping.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/findpattern.h"
 
+#include "platform/threadtime.h"
 #include "shell/findtext.h"
 
 #include <algorithm>
@@ -31,10 +32,14 @@ constexpr int StretchSteps = 32000;
 /// earlier one.
 constexpr int MoreWork = 100;
 
+// How hard an expression is, is measured in processor time of the searching thread: on a busy machine the
+// same hits are found as on an idle one, only later. How long the user waits as a whole is up to whoever sets
+// the stop.
+
 /// An attempt that is reckoned to take longer is not made.
 constexpr auto LongestAttempt = std::chrono::seconds(2);
 
-/// What the search of a stretch may take before it goes on place by place.
+/// The processor time that the search of a stretch may take before it goes on place by place.
 std::chrono::nanoseconds LongestStretch(qsizetype length)
 {
     return std::chrono::milliseconds(20) + std::chrono::nanoseconds(10) * length;
@@ -134,13 +139,12 @@ PatternHit PatternSearch::HitOf(const QRegularExpressionMatch &match)
 
 bool PatternSearch::IsWholeQuick(qsizetype from) const
 {
-    using Clock = std::chrono::steady_clock;
     for (qsizetype length = 16 * m_stretch; length < m_end - from; length *= 2) {
-        const auto begin = Clock::now();
+        const auto begin = ThreadTime();
         const QRegularExpressionMatch match = m_expressions[2].match(
             QString::fromRawData(m_text.constData(), WholeCharacter(from + length)), from,
             QRegularExpression::NormalMatch, QRegularExpression::DontCheckSubjectStringMatchOption);
-        if (!match.isValid() || Clock::now() - begin > LongestStretch(length))
+        if (!match.isValid() || ThreadTime() - begin > LongestStretch(length))
             return false;
     }
     return true;
@@ -148,10 +152,9 @@ bool PatternSearch::IsWholeQuick(qsizetype from) const
 
 PatternSearch::Attempt PatternSearch::AttemptAt(qsizetype place, PatternHit &hit) const
 {
-    using Clock = std::chrono::steady_clock;
     const QString text = QString::fromRawData(m_text.constData(), m_end);
     for (const QRegularExpression &expression : m_expressions) {
-        const auto begin = Clock::now();
+        const auto begin = ThreadTime();
         const QRegularExpressionMatch match =
             expression.match(text, place, QRegularExpression::NormalMatch,
                              QRegularExpression::DontCheckSubjectStringMatchOption |
@@ -161,7 +164,7 @@ PatternSearch::Attempt PatternSearch::AttemptAt(qsizetype place, PatternHit &hit
                 hit = HitOf(match);
             return match.hasMatch() ? Attempt::Hit : Attempt::Nothing;
         }
-        if ((Clock::now() - begin) * MoreWork > LongestAttempt)
+        if ((ThreadTime() - begin) * MoreWork > LongestAttempt)
             break;
     }
     return Attempt::TooHard;
@@ -204,11 +207,10 @@ bool PatternSearch::SearchPlace(Progress &at, std::optional<PatternHit> &hit)
 
 bool PatternSearch::SearchStretch(Progress &at, std::optional<PatternHit> &hit) const
 {
-    using Clock = std::chrono::steady_clock;
     // An attempt that looks beyond the stretch says so, and is made again with more of the text: the hits are
     // those of the whole.
     const bool whole = at.end == m_end;
-    const auto begin = Clock::now();
+    const auto begin = ThreadTime();
     const QRegularExpressionMatch match = m_expressions[2].match(
         QString::fromRawData(m_text.constData(), at.end), at.from,
         whole ? QRegularExpression::NormalMatch : QRegularExpression::PartialPreferFirstMatch,
@@ -228,7 +230,7 @@ bool PatternSearch::SearchStretch(Progress &at, std::optional<PatternHit> &hit) 
         at.end = StretchEnd(at.from + m_stretch);
         return false;
     }
-    const bool isSlow = Clock::now() - begin > LongestStretch(at.end - at.from);
+    const bool isSlow = ThreadTime() - begin > LongestStretch(at.end - at.from);
     // What is told is as far before the attempt as the expression can look behind.
     if (match.hasPartialMatch() && match.capturedStart() > at.from)
         at.from = WholeCharacter(match.capturedStart());

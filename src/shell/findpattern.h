@@ -47,7 +47,7 @@ struct PatternHit {
 /// The search of one text for an expression. No expression can hold it up: it asks whether to go on between
 /// stretches of about a thousand characters, and where the expression makes work, between the places where a
 /// hit may start. An attempt at one place has a limit of steps, and is given up where they would take
-/// seconds.
+/// seconds of the processor: what other programs take of it does not count.
 class PatternSearch
 {
 public:
@@ -86,8 +86,8 @@ private:
     bool SearchPlace(Progress &at, std::optional<PatternHit> &hit);
     /// All places of the stretch at once. @return the same
     bool SearchStretch(Progress &at, std::optional<PatternHit> &hit) const;
-    /// Whether the rest of the text is searched quickly, with a hit or without: the time of growing parts of
-    /// it tells.
+    /// Whether the rest of the text is searched quickly, with a hit or without: the processor time of
+    /// growing parts of it tells.
     bool IsWholeQuick(qsizetype from) const;
     Attempt AttemptAt(qsizetype place, PatternHit &hit) const;
     static PatternHit HitOf(const QRegularExpressionMatch &match);
