@@ -237,11 +237,13 @@ TEST(PatternSearch, FindsTheSameOnABusyMachine)
     const QString text = u"-\n"_s + QString(15, u'a') + u"b\n"_s + QString(16, u'a') + u"c\n"_s;
     PatternSearch search(FindPattern(u"(a+)+$|(a|aa)+c"_s, FindAnywhere), text);
     const LostProcessor lost;
-    const auto hit = search.Next(0);
-    EXPECT_GT(lost.Stalls(), 0);
-    EXPECT_FALSE(search.GaveUp());
-    ASSERT_TRUE(hit);
-    EXPECT_EQ(hit->span, (TextSpan{19, 36}));
+    // Once is enough, unless the others have not come to it.
+    do {
+        const auto hit = search.Next(0);
+        EXPECT_FALSE(search.GaveUp());
+        ASSERT_TRUE(hit);
+        EXPECT_EQ(hit->span, (TextSpan{19, 36}));
+    } while (lost.Stalls() == 0);
 }
 
 #endif
