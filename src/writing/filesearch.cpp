@@ -6,6 +6,7 @@
 #include "platform/runtimeerror.h"
 #include "platform/textbuffer.h"
 #include "platform/textencoding.h"
+#include "platform/threadtime.h"
 #include "shell/findpattern.h"
 #include "shell/findtext.h"
 #include "shell/lineends.h"
@@ -36,7 +37,8 @@ namespace
 constexpr qsizetype LongestTold = 500;
 constexpr qsizetype ToldBefore = 100;
 
-/// What a regular expression may take for one file.
+/// The processor time that a regular expression may take for one file: a busy machine makes no file hard. Who
+/// has waited long enough stops the search.
 constexpr auto Patience = std::chrono::seconds(2);
 
 /// "*" is any characters, "?" one.
@@ -159,9 +161,8 @@ private:
         std::optional<PatternSearch> search;
         if (m_search.options & FindRegularExpression) {
             search.emplace(m_pattern, text);
-            const auto end = std::chrono::steady_clock::now() + Patience;
-            search->SetStop(
-                [this, end] { return m_listener.Stopped() || std::chrono::steady_clock::now() > end; });
+            const auto end = ThreadTime() + Patience;
+            search->SetStop([this, end] { return m_listener.Stopped() || ThreadTime() > end; });
         }
         const auto find = [&](qsizetype from) -> std::optional<TextSpan> {
             if (search) {
