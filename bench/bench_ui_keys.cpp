@@ -2,7 +2,7 @@
 
 // What a key costs in the real window, at the beginning and at the end of texts of two sizes: processor time
 // from the key to the painted window, status line and all. With all writing aids on, also what the pause
-// behind a key costs.
+// behind a key costs; "pauses" tells it for each aid alone.
 
 #include "platform/ui/textaccessible.h"
 #include "platform/ui/textcontrol.h"
@@ -80,6 +80,14 @@ void Pause()
     loop.exec();
 }
 
+double PauseBehindLetter(Typist &typist)
+{
+    return 1000 * Seconds([&] {
+               typist.Key(Qt::Key_Z, {}, u"z"_s);
+               Pause();
+           });
+}
+
 enum class Sideways { Nothing, Scrolls, Wraps };
 
 void Measure(Program &program, qsizetype size, bool accents, Sideways sideways, double goal)
@@ -129,15 +137,39 @@ void Measure(Program &program, qsizetype size, bool accents, Sideways sideways, 
             [&] { typist.Key(Qt::Key_Left, Qt::ShiftModifier); });
         if (AidsAreOn(program)) {
             Pause();
-            const double seconds = Seconds([&] {
-                typist.Key(Qt::Key_Z, {}, u"z"_s);
-                Pause();
-            });
             Goal(end ? "the end: a letter, and the pause behind it"
                      : "the beginning: a letter, and the pause behind it",
-                 seconds * 1000, PauseGoal);
+                 PauseBehindLetter(typist), PauseGoal);
         }
     }
+}
+
+/// What the pause costs with all aids, with none, and with each alone.
+void MeasurePauses(Program &program)
+{
+    constexpr int Pauses = 5;
+    Typist typist{program};
+    program.window->Documents().OpenFile(program.File(10'000'000, false));
+    const auto report = [&](const char *aids) {
+        program.window->Looks().ApplyAll();
+        Pause();
+        std::vector<double> times;
+        for (int i = 0; i < Pauses; ++i)
+            times.push_back(PauseBehindLetter(typist));
+        std::sort(times.begin(), times.end());
+        Goal(qPrintable(u"a letter, and the pause behind it: "_s + QLatin1String(aids)), times[Pauses / 2],
+             PauseGoal);
+    };
+    TurnAllAids(program, true);
+    report("all aids");
+    TurnAllAids(program, false);
+    report("no aids");
+#define ZELVANE_MEASURE_AID(Type, Name, ...)                                                                 \
+    program.settings.SaveFlag(zelvane::Keys::Name, true);                                                    \
+    report(#Name);                                                                                           \
+    program.settings.SaveFlag(zelvane::Keys::Name, false);
+    ZELVANE_WRITING_KEYS(ZELVANE_MEASURE_AID)
+#undef ZELVANE_MEASURE_AID
 }
 
 } // namespace
@@ -148,6 +180,10 @@ int main(int argc, char **argv)
     QApplication application(argc, argv);
     Program program;
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
+    if (argc > 1 && std::strcmp(argv[1], "pauses") == 0) {
+        MeasurePauses(program);
+        return 0;
+    }
     const bool aidsOnly = argc > 1 && std::strcmp(argv[1], "aids") == 0;
     const bool quick = aidsOnly || (argc > 1 && std::strcmp(argv[1], "quick") == 0);
     if (!aidsOnly) {
