@@ -203,15 +203,19 @@ void SafetyCopy::Edited()
     const auto now = CopyTimes::Clock::now();
     m_unsaved = true;
     m_times.Edited(now, m_size);
-    if (!m_timer.isActive())
+    // Keys put it off, which is seen to when it rings. Behind a failure they make it come sooner.
+    if (!m_timer.isActive() || *m_times.Due() < m_rings)
         Wait(now);
 }
 
 void SafetyCopy::Wait(CopyTimes::Clock::time_point now)
 {
-    if (const auto due = m_times.Due())
-        m_timer.start(
-            std::max(std::chrono::milliseconds(1), std::chrono::ceil<std::chrono::milliseconds>(*due - now)));
+    const auto due = m_times.Due();
+    if (!due)
+        return;
+    m_rings = *due;
+    m_timer.start(
+        std::max(std::chrono::milliseconds(1), std::chrono::ceil<std::chrono::milliseconds>(*due - now)));
 }
 
 void SafetyCopy::Look()

@@ -84,7 +84,8 @@ private:
     StatusLine &m_status;
     CopyTimes m_times;
     QTimer m_timer;
-    qsizetype m_size = 0; ///< of the last copy, bytes
+    CopyTimes::Clock::time_point m_rings; ///< when the timer does
+    qsizetype m_size = 0;                 ///< of the last copy, bytes
     bool m_unsaved = false;
     bool m_taken = true; ///< there was memory for the newest text
     std::unique_ptr<Writer> m_writer;

@@ -310,6 +310,21 @@ TEST_F(Unsaved, AnotherLoadAfterAFailedOneIsNoEdit)
 
 // What goes wrong disturbs nobody.
 
+TEST_F(Unsaved, WhatIsTypedBehindAFailureIsTriedAsSoonAsAnyOther)
+{
+    QFile obstacle(state.Path() + u"/zelvane"_s);
+    ASSERT_TRUE(obstacle.open(QIODevice::WriteOnly));
+    Type(u"a"_s);
+    documents.SecureText();
+    ASSERT_TRUE(Eventually([&] { return !status.text.isEmpty(); }));
+    status.text.clear();
+    ASSERT_TRUE(obstacle.remove());
+    Type(u"b"_s);
+    // Without a key the next try comes after half a minute.
+    EXPECT_TRUE(Eventually([] { return !OwnStateFolder::Copies(u".open"_s).isEmpty(); }));
+    EXPECT_EQ(status.text, QString());
+}
+
 TEST_F(Unsaved, AStateFolderThatTakesNothingIsToldAfterEachTry)
 {
     QFile obstacle(state.Path() + u"/zelvane"_s);
